@@ -1,0 +1,91 @@
+// The desktop port: keys, joystick, windows, screen, clipboard picture, beep, mail.
+//
+// Implementations: X11 with SDL2 on Linux (the clipboard by the forms), Win32 on Windows, a fake in tests.
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelvash {
+
+// Virtual key codes as Windows numbers them.
+inline constexpr int kKeyPrintScreen = 0x2C;
+inline constexpr int kKeyF9 = 0x78;
+inline constexpr int kKeyF11 = 0x7A;
+
+struct DesktopWindow {
+    std::uintptr_t handle = 0;
+    std::string caption;
+    std::int64_t process_id = 0;
+};
+
+// Axes 0 to 65535 with the rest position near 32767; one bit a button.
+struct JoystickState {
+    int x = 0;
+    int y = 0;
+    std::uint32_t buttons = 0;
+};
+
+struct ScreenSize {
+    int width = 0;
+    int height = 0;
+};
+
+class Desktop {
+  public:
+    Desktop() = default;
+    Desktop(const Desktop&) = delete;
+    Desktop& operator=(const Desktop&) = delete;
+    virtual ~Desktop() = default;
+
+    // True while the key is held down, whichever window has the focus.
+    virtual bool KeyHeld(int virtual_key) = 0;
+    // Presses and releases a key.
+    virtual void PressKey(int virtual_key, int scan_code) = 0;
+    // False if there is no such joystick.
+    virtual bool ReadJoystick(int id, JoystickState& state) = 0;
+
+    virtual std::vector<DesktopWindow> TopWindows() = 0;
+    // Those of one process (of its first thread on Windows).
+    virtual std::vector<DesktopWindow> WindowsOf(std::int64_t process_id) = 0;
+    virtual void SetTopMost(std::uintptr_t window, bool top_most) = 0;
+    virtual void ShowCursor(bool show) = 0;
+    virtual ScreenSize Screen() = 0;
+    virtual void Beep(int hertz, int milliseconds) = 0;
+
+    // The system's window animation: what it is set to, and setting it. Off where there is none.
+    virtual bool WindowAnimation() = 0;
+    virtual void SetWindowAnimation(bool on) = 0;
+
+    // True while the clipboard holds a bitmap. Emptying it never fails.
+    virtual bool ClipboardHasBitmap() = 0;
+    virtual void ClearClipboard() = 0;
+};
+
+// The port in use. Before SetDesktop it is the platform's own.
+Desktop& TheDesktop();
+// Puts another port in use and gives the old one; null puts the platform's back. The caller owns both.
+Desktop* SetDesktop(Desktop* desktop);
+
+void SendKey(int virtual_key, int scan_code);
+// True if all keys that aren't 0, beginning with the first of them, are held now. False if all are 0.
+bool IsKeyDown(std::initializer_list<int> virtual_keys);
+void SetTopMost(std::uintptr_t window);
+void ClearTopMost(std::uintptr_t window);
+void HideCursor();
+void ShowCursor();
+
+enum class Caption { Whole, Start };
+std::vector<DesktopWindow> ListTopWindows();
+std::vector<DesktopWindow> ListThreadWindows(std::int64_t process_id);
+// The first window whose caption is the text or, with Start, begins with it; handle 0 if there is none.
+DesktopWindow FindWindowByCaption(std::string_view caption, Caption how);
+
+// 1 for the old Windows family, 4 for the newer one, 5 or 6 by the major version; 0 where it can't be told. On
+// other platforms the version that Wine shows programs counts: 6.
+int WindowsVersion();
+
+} // namespace kelvash

@@ -1,0 +1,231 @@
+#include "foundation/files.h"
+
+#include <algorithm>
+#include <chrono>
+#include <fstream>
+#include <memory>
+
+#include "foundation/drives.h"
+#include "foundation/path.h"
+#include "foundation/platform/platform.h"
+#include "foundation/text.h"
+
+namespace kelvash {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::size_t kReadBlock = std::size_t{1} << 16;
+
+fs::file_status StatusOf(std::string_view path) {
+    std::error_code error;
+    return Trim(path).empty() ? fs::file_status() : fs::status(NativePath(path), error);
+}
+
+// A name that a path text can hold.
+bool IsSpeakable(const std::string& name) { return name.find('\\') == std::string::npos; }
+
+template <class Wanted>
+std::vector<std::string> ListEntries(std::string_view folder, Wanted wanted) {
+    std::vector<std::pair<std::string, std::string>> names; // folded, as it is
+    std::error_code error;
+    for (fs::directory_iterator at(NativePath(folder), error), end; !error && at != end; at.increment(error)) {
+        std::string name = at->path().filename().string();
+        if (IsSpeakable(name) && wanted(*at, name)) names.emplace_back(FoldCase(name), std::move(name));
+    }
+    std::sort(names.begin(), names.end());
+    std::vector<std::string> paths;
+    paths.reserve(names.size());
+    for (const auto& [folded, name] : names) paths.push_back(std::string(folder) + "\\" + name);
+    return paths;
+}
+
+bool IsFile(const fs::directory_entry& entry) {
+    std::error_code error;
+    return entry.is_regular_file(error);
+}
+
+void ScanFolder(const std::string& folder, Tree& tree) {
+    const std::vector<std::string> files = ListFiles(folder, "*");
+    tree.files.insert(tree.files.end(), files.begin(), files.end());
+    const std::vector<std::string> folders = ListFolders(folder);
+    tree.folders.insert(tree.folders.end(), folders.begin(), folders.end());
+    for (const std::string& sub_folder : folders) {
+        std::error_code error;
+        if (!fs::is_symlink(NativePath(sub_folder), error)) ScanFolder(sub_folder, tree);
+    }
+}
+
+} // namespace
+
+bool FileExists(std::string_view path) { return fs::is_regular_file(StatusOf(path)); }
+
+bool FolderExists(std::string_view path) { return fs::is_directory(StatusOf(path)); }
+
+bool AnyFile(std::string_view folder, std::string_view mask) {
+    std::error_code error;
+    for (fs::directory_iterator at(NativePath(folder), error), end; !error && at != end; at.increment(error))
+        if (IsFile(*at) && MatchesMask(at->path().filename().string(), mask)) return true;
+    return false;
+}
+
+bool CreateFolder(std::string_view path) {
+    std::error_code error;
+    const fs::path native = NativePath(path);
+    return fs::create_directory(native, error) || fs::is_directory(native, error);
+}
+
+bool DeleteFile(std::string_view path) {
+    const fs::path native = NativePath(path);
+    std::error_code error;
+    const fs::file_type type = fs::symlink_status(native, error).type();
+    if (type == fs::file_type::not_found) return true;
+    if (type == fs::file_type::directory || type == fs::file_type::none) return false;
+    if (type == fs::file_type::regular) platform::ClearReadOnly(native);
+    return platform::Unlink(native);
+}
+
+bool CopyFile(std::string_view source, std::string_view destination) {
+    const fs::path from = NativePath(source);
+    const fs::path to = NativePath(destination);
+    std::error_code error;
+    if (fs::equivalent(from, to, error)) return true; // deleting the destination first would lose both
+    DeleteFile(destination);
+    return platform::CopyContent(from, to);
+}
+
+bool CopyFileWhole(std::string_view source, std::string_view destination) {
+    const std::string partial = FolderOf(destination) + "\\" + std::string(kPartialFile);
+    if (!CopyFile(source, partial)) return false;
+    ClearReadOnly(destination);
+    if (platform::RenameOver(NativePath(partial), NativePath(destination), false)) return true;
+    DeleteFile(partial);
+    return false;
+}
+
+std::string ReadWholeFile(std::string_view path) { return ReadFileBytes(path).value_or(std::string()); }
+
+std::optional<std::string> ReadFileBytes(std::string_view path) {
+    return ReadFileStart(path, std::string::npos);
+}
+
+std::optional<std::string> ReadFileStart(std::string_view path, std::size_t limit) {
+    if (!FileExists(path)) return std::nullopt;
+    std::ifstream file(NativePath(path), std::ios::binary);
+    if (!file) return std::nullopt;
+    std::string bytes;
+    while (bytes.size() < limit) {
+        const std::size_t start = bytes.size();
+        bytes.resize(start + std::min(kReadBlock, limit - start));
+        file.read(bytes.data() + start, static_cast<std::streamsize>(bytes.size() - start));
+        bytes.resize(start + static_cast<std::size_t>(file.gcount()));
+        if (file.bad()) return std::nullopt;
+        if (!file) break;
+    }
+    return bytes;
+}
+
+bool WriteTextFile(std::string_view path, std::string_view text) {
+    return ReplaceFileBytes(path, std::string(text) + "\r\n", Flush::No);
+}
+
+bool ReplaceFileBytes(std::string_view path, std::string_view bytes, Flush flush) {
+    return ReplaceFileBytes(
+        path, [&](const WritePiece& write) { return write(bytes); }, flush);
+}
+
+bool ReplaceFileBytes(std::string_view path, const std::function<bool(const WritePiece&)>& produce,
+                      Flush flush) {
+    std::error_code error;
+    fs::path target = NativePath(path);
+    if (fs::is_symlink(target, error)) target = fs::weakly_canonical(target, error); // keep the user's link
+    if (!fs::is_regular_file(target, error) && fs::exists(target, error)) return false;
+    fs::path sibling = target;
+    sibling += ".new";
+    const int descriptor = platform::OpenForWriting(sibling);
+    if (descriptor < 0) return false;
+    const bool written =
+        produce([descriptor](std::string_view piece) { return platform::WriteBytes(descriptor, piece); });
+    const bool closed = platform::CloseWritten(descriptor, flush == Flush::Yes);
+    if (written && closed && platform::RenameOver(sibling, target, flush == Flush::Yes)) return true;
+    platform::Unlink(sibling);
+    return false;
+}
+
+std::int64_t FileSize(std::string_view path) {
+    std::error_code error;
+    const std::uintmax_t size = fs::file_size(NativePath(path), error);
+    return error ? 0 : static_cast<std::int64_t>(size);
+}
+
+std::optional<std::int64_t> FileTime(std::string_view path) {
+    std::error_code error;
+    const fs::file_time_type time = fs::last_write_time(NativePath(path), error);
+    if (error) return std::nullopt;
+    const auto system_time = std::chrono::file_clock::to_sys(time).time_since_epoch();
+    return std::chrono::floor<std::chrono::seconds>(system_time).count();
+}
+
+bool SetFileDate(std::string_view path, std::int64_t seconds) {
+    return FileExists(path) && platform::SetFileTime(NativePath(path), seconds);
+}
+
+bool ClearReadOnly(std::string_view path) {
+    return FileExists(path) && platform::ClearReadOnly(NativePath(path));
+}
+
+std::string ShortPath(std::string_view path) {
+    constexpr std::size_t kShortPathLimit = 255;
+    const std::string text = platform::ShortPath(path);
+    return text.empty() || text.size() > kShortPathLimit ? std::string(path) : text;
+}
+
+std::vector<std::string> ListFiles(std::string_view folder, std::string_view mask) {
+    return ListEntries(folder, [mask](const fs::directory_entry& entry, const std::string& name) {
+        return MatchesMask(name, mask) && IsFile(entry);
+    });
+}
+
+std::vector<std::string> ListFolders(std::string_view folder) {
+    return ListEntries(folder, [](const fs::directory_entry& entry, const std::string&) {
+        std::error_code error;
+        return entry.is_directory(error);
+    });
+}
+
+bool DeleteFiles(std::string_view folder, std::string_view mask) {
+    for (const std::string& file : ListFiles(folder, mask))
+        if (!DeleteFile(file)) return false;
+    return true;
+}
+
+bool CopyFiles(std::string_view source, std::string_view destination, Existing existing, std::string_view mask) {
+    for (const std::string& file : ListFiles(source, mask)) {
+        const std::string target = std::string(destination) + "\\" + FileNameOf(file);
+        if (existing == Existing::Ask && FileExists(target) && !AskReplaceFile(file, target)) continue;
+        if (!CopyFile(file, target)) return false;
+    }
+    return true;
+}
+
+bool RemoveFolder(std::string_view path) {
+    DeleteFiles(path, "*");
+    std::error_code error;
+    return FolderExists(path) && fs::remove(NativePath(path), error);
+}
+
+Tree ScanTree(std::string_view root) {
+    Tree tree;
+    ScanFolder(std::string(root), tree);
+    return tree;
+}
+
+std::int64_t TreeSize(std::string_view root, std::string_view mask) {
+    std::int64_t bytes = 0;
+    for (const std::string& file : ScanTree(root).files)
+        if (MatchesMask(FileNameOf(file), mask)) bytes += FileSize(file);
+    return bytes;
+}
+
+} // namespace kelvash

@@ -1,0 +1,45 @@
+// The numbered message table: every text that the program shows and the file-name fragments it composes.
+//
+// One id stands for one use in one place; equal texts are not shared, so that a translation may tell them apart. The
+// texts stand in message_table.inc. A table file with the same ids can take their place (LoadMessageTable).
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelvash {
+
+// Names for the code, numbers for the table file. The numbers are opaque and never change.
+enum class MessageId : std::int32_t {
+#define KELVASH_MESSAGE(name, id, text) name = id,
+#include "foundation/message_table.inc"
+#undef KELVASH_MESSAGE
+};
+
+using MessageArgs = std::vector<std::string>;
+
+// The entry with "~1" replaced by the first argument, then "~2" by the second, ...: each time only the first
+// occurrence, so that "~1" and "~10" can stand in one text. A mark without an argument stays.
+std::string LoadMessage(MessageId id, const MessageArgs& args);
+
+// The usual content of a mark.
+inline constexpr const char* kLineBreak = "\r\n";
+
+// Takes the texts of a translated table: UTF-8 lines of an id, a tab and the text; lines that begin with "#" and
+// empty lines are skipped. Ids that the file lacks keep their text. False, with nothing changed, if the file
+// can't be read or a line is none of these.
+[[nodiscard]] bool LoadMessageTable(std::string_view path);
+// Back to the built-in texts.
+void ResetMessages();
+
+struct MessageEntry {
+    MessageId id;
+    std::string_view name;
+    std::string_view text;
+};
+// The built-in table in the order of ids, for the check of the table and for translators.
+const std::vector<MessageEntry>& MessageTable();
+
+} // namespace kelvash

@@ -1,0 +1,111 @@
+// What differs between platforms, as plain functions over native paths. One set of files per platform (posix_*.cpp,
+// windows_*.cpp); the build picks one. Nothing outside this folder asks which platform it is.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/desktop.h"
+#include "foundation/drives.h"
+#include "foundation/process.h"
+#include "foundation/waiting.h"
+
+namespace kelvash::platform {
+
+using NativeFile = std::filesystem::path;
+
+// --- texts (posix_text.cpp) ---
+
+// Upper-case form of UTF-8, character by character; bytes that are no UTF-8 stay.
+std::string FoldCase(std::string_view text);
+
+// --- files (posix_files.cpp) ---
+
+// Copies content, modification time and the read-only attribute to a file that doesn't exist yet, letting the
+// kernel do the work. On failure nothing is left at `to`.
+bool CopyContent(const NativeFile& from, const NativeFile& to);
+// Descriptors for writing: open or empty a file (-1 on failure), write all bytes, close; with `flush` the bytes
+// reach the disk first.
+int OpenForWriting(const NativeFile& file);
+bool WriteBytes(int descriptor, std::string_view bytes);
+bool CloseWritten(int descriptor, bool flush);
+// Renames over an existing file in one step; with `flush` the rename reaches the disk.
+bool RenameOver(const NativeFile& from, const NativeFile& to, bool flush);
+bool ClearReadOnly(const NativeFile& file);
+// Unlinks a file, a read-only one too. False for a folder and for a missing file.
+bool Unlink(const NativeFile& file);
+bool SetFileTime(const NativeFile& file, std::int64_t seconds);
+// The short form of a path; empty where there is none.
+std::string ShortPath(std::string_view path);
+
+// --- drives and folders (posix_drives.cpp) ---
+
+struct MappedDrive {
+    char letter;
+    NativeFile root;
+    DriveType type;
+};
+// The drives that the platform knows, given the application's folder.
+std::vector<MappedDrive> SystemDrives(const NativeFile& home);
+// Volume name, serial number, free and total bytes of the file system that holds a folder; false if it can't be read.
+bool VolumeInfo(const NativeFile& folder, DriveRecord& record);
+// `root` followed by the components of `rest` (a path text without its drive), each found without regard to case.
+NativeFile FindExact(const NativeFile& root, std::string_view rest);
+NativeFile ExecutablePath();
+// The user's folder for program data, the application's own name at its end.
+NativeFile UserDataFolder();
+NativeFile SpecialFolder(SpecialFolderId id);
+// True if the program's own folder is where the application keeps its files, whatever lies there.
+bool ProgramFolderIsHome();
+
+// --- processes (posix_process.cpp) ---
+
+struct SpawnRequest {
+    NativeFile program;
+    Arguments arguments;
+    NativeFile folder; // working folder
+    Window window = Window::Normal;
+    bool suspended = false;
+};
+// Starts a process. With `output` its two output streams go into one pipe, whose read end is put there (a CRT
+// descriptor).
+bool Spawn(const SpawnRequest& request, Process& process, int* output);
+// Up to `size` bytes of the pipe; 0 at its end.
+std::size_t ReadPipe(int descriptor, char* buffer, std::size_t size);
+void ClosePipe(int descriptor);
+bool WaitFor(const Process& process, double seconds, int* exit_code);
+void Resume(const Process& process);
+void Kill(const Process& process);
+bool OpenWithDesktop(const std::string& document, std::string_view verb, const NativeFile& folder);
+// The platform's own build of a tool; empty if there is none on PATH.
+NativeFile NativeTool(std::string_view name);
+
+// --- time (posix_time.cpp) ---
+
+void Sleep(double seconds);
+void Spin(double seconds);
+// "dd/mm/yyyy hh.nn.ss" and the like: a local time broken into numbers.
+struct LocalTime {
+    int year, month, day, hour, minute, second;
+};
+LocalTime ToLocalTime(std::int64_t seconds);
+
+// --- registration (posix_registration.cpp) ---
+
+bool RegisterFileType(std::string_view extension, std::string_view description, std::string_view icon,
+                      std::string_view program);
+bool CreateShortcut(const NativeFile& folder, const NativeFile& target_folder, const NativeFile& target,
+                    std::string_view caption, std::string_view arguments);
+std::string ReadRegistryValue(std::string_view key);
+bool WriteRegistryValues(std::string_view key, std::string_view default_value, std::string_view name,
+                         std::string_view value);
+int WindowsVersion();
+
+// --- desktop (desktop_x11.cpp, desktop_windows.cpp) ---
+
+Desktop& OwnDesktop();
+
+} // namespace kelvash::platform

@@ -1,0 +1,128 @@
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <memory>
+
+#include "foundation/platform/platform.h"
+
+namespace kelvash::platform {
+
+namespace {
+
+constexpr std::size_t kCopyBlock = std::size_t{1} << 20;
+
+// Closes its descriptor at the end of a scope.
+struct Descriptor {
+    int fd;
+    explicit Descriptor(int opened) : fd(opened) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (fd >= 0) ::close(fd);
+    }
+};
+
+bool CopyByBlocks(int from, int to) {
+    const auto block = std::make_unique<char[]>(kCopyBlock);
+    for (;;) {
+        const ssize_t got = ::read(from, block.get(), kCopyBlock);
+        if (got == 0) return true;
+        if (got < 0) {
+            if (errno == EINTR) continue;
+            return false;
+        }
+        if (!WriteBytes(to, {block.get(), static_cast<std::size_t>(got)})) return false;
+    }
+}
+
+// Shares the blocks where the file system can, else copies inside the kernel, else by hand.
+bool CopyBytes(int from, int to, off_t size) {
+    if (::ioctl(to, FICLONE, from) == 0) return true;
+    off_t done = 0;
+    while (done < size) {
+        const ssize_t copied =
+            ::copy_file_range(from, nullptr, to, nullptr, static_cast<std::size_t>(size - done), 0);
+        if (copied > 0) {
+            done += copied;
+        } else if (copied == 0) {
+            break;
+        } else if (errno != EINTR) {
+            // Nothing copied yet: the file systems may only not know the call.
+            return done == 0 && errno != ENOSPC && errno != EIO && CopyByBlocks(from, to);
+        }
+    }
+    // Some file systems tell a size of 0 for files that hold bytes; and a file may have grown.
+    return CopyByBlocks(from, to);
+}
+
+} // namespace
+
+bool CopyContent(const NativeFile& from, const NativeFile& to) {
+    const Descriptor source(::open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    struct stat status {};
+    if (source.fd < 0 || ::fstat(source.fd, &status) != 0 || !S_ISREG(status.st_mode)) return false;
+    const Descriptor target(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (target.fd < 0) return false;
+    const struct timespec times[2] = {status.st_atim, status.st_mtim};
+    bool copied = CopyBytes(source.fd, target.fd, status.st_size) && ::futimens(target.fd, times) == 0;
+    if (copied && (status.st_mode & S_IWUSR) == 0) {
+        struct stat made {};
+        copied = ::fstat(target.fd, &made) == 0 && ::fchmod(target.fd, made.st_mode & 07555) == 0;
+    }
+    if (!copied) ::unlink(to.c_str());
+    return copied;
+}
+
+int OpenForWriting(const NativeFile& file) {
+    return ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+}
+
+bool WriteBytes(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written < 0) {
+            if (errno == EINTR) continue;
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+bool CloseWritten(int descriptor, bool flush) {
+    const bool flushed = !flush || ::fdatasync(descriptor) == 0;
+    return ::close(descriptor) == 0 && flushed;
+}
+
+bool RenameOver(const NativeFile& from, const NativeFile& to, bool flush) {
+    if (::rename(from.c_str(), to.c_str()) != 0) return false;
+    if (flush) {
+        const Descriptor folder(::open(to.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (folder.fd >= 0) ::fsync(folder.fd); // where a folder can't be flushed the rename stands all the same
+    }
+    return true;
+}
+
+bool ClearReadOnly(const NativeFile& file) {
+    struct stat status {};
+    if (::stat(file.c_str(), &status) != 0) return false;
+    return (status.st_mode & S_IWUSR) != 0 || ::chmod(file.c_str(), (status.st_mode & 07777) | S_IWUSR) == 0;
+}
+
+bool Unlink(const NativeFile& file) { return ::unlink(file.c_str()) == 0; }
+
+bool SetFileTime(const NativeFile& file, std::int64_t seconds) {
+    const struct timespec time {
+        seconds, 0
+    };
+    const struct timespec times[2] = {time, time};
+    return ::utimensat(AT_FDCWD, file.c_str(), times, 0) == 0;
+}
+
+std::string ShortPath(std::string_view) { return {}; }
+
+} // namespace kelvash::platform

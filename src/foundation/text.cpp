@@ -1,0 +1,171 @@
+#include "foundation/text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
+
+#include "foundation/platform/platform.h"
+
+namespace kelvash {
+
+namespace {
+
+// The characters of the codes 0x80 to 0x9F; the five holes keep their number.
+constexpr std::array<char16_t, 32> kAnsiHigh = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+bool IsAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+char AsciiUpper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+void AppendUtf8(std::string& out, char32_t code) {
+    if (code < 0x80) {
+        out += static_cast<char>(code);
+    } else if (code < 0x800) {
+        out += static_cast<char>(0xC0 | (code >> 6));
+        out += static_cast<char>(0x80 | (code & 0x3F));
+    } else {
+        out += static_cast<char>(0xE0 | (code >> 12));
+        out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (code & 0x3F));
+    }
+}
+
+// Length of the UTF-8 sequence at the start of `text` and its code; length 1 and code 0xFFFD for a bad byte.
+std::pair<std::size_t, char32_t> FirstCharacter(std::string_view text) {
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const std::size_t length = byte(0) < 0x80 ? 1 : byte(0) < 0xC2 ? 0 : byte(0) < 0xE0 ? 2 : byte(0) < 0xF0 ? 3 : 4;
+    if (length == 1) return {1, byte(0)};
+    if (length == 0 || length > text.size()) return {1, 0xFFFD};
+    char32_t code = byte(0) & (0xFFU >> (length + 1));
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((byte(i) & 0xC0) != 0x80) return {1, 0xFFFD};
+        code = (code << 6) | (byte(i) & 0x3F);
+    }
+    return {length, code};
+}
+
+char AnsiFromCode(char32_t code) {
+    if (code < 0x80 || (code >= 0xA0 && code <= 0xFF)) return static_cast<char>(code);
+    const auto* found = std::find(kAnsiHigh.begin(), kAnsiHigh.end(), code);
+    return found == kAnsiHigh.end() ? '?' : static_cast<char>(0x80 + (found - kAnsiHigh.begin()));
+}
+
+} // namespace
+
+std::string_view Trim(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+std::string FoldCase(std::string_view text) {
+    if (!IsAscii(text)) return platform::FoldCase(text);
+    std::string folded(text);
+    std::transform(folded.begin(), folded.end(), folded.begin(), AsciiUpper);
+    return folded;
+}
+
+int CompareNoCase(std::string_view a, std::string_view b) {
+    if (IsAscii(a) && IsAscii(b)) {
+        const std::size_t common = std::min(a.size(), b.size());
+        for (std::size_t i = 0; i < common; ++i) {
+            const int difference = AsciiUpper(a[i]) - AsciiUpper(b[i]);
+            if (difference != 0) return difference;
+        }
+        return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
+    }
+    return FoldCase(a).compare(FoldCase(b));
+}
+
+bool EqualNoCase(std::string_view a, std::string_view b) { return CompareNoCase(a, b) == 0; }
+
+bool StartsWithNoCase(std::string_view text, std::string_view start) {
+    return text.size() >= start.size() && EqualNoCase(text.substr(0, start.size()), start);
+}
+
+bool EndsWithNoCase(std::string_view text, std::string_view end) {
+    return text.size() >= end.size() && EqualNoCase(text.substr(text.size() - end.size()), end);
+}
+
+std::size_t FindNoCase(std::string_view text, std::string_view what, std::size_t from) {
+    if (from > text.size()) return std::string_view::npos;
+    const auto found =
+        std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), what.begin(), what.end(),
+                    [](char a, char b) { return AsciiUpper(a) == AsciiUpper(b); });
+    if (found == text.end() && !what.empty()) return std::string_view::npos;
+    return static_cast<std::size_t>(found - text.begin());
+}
+
+std::vector<std::string> Split(std::string_view text, char separator) {
+    std::vector<std::string> pieces;
+    if (text.empty()) return pieces;
+    std::size_t start = 0;
+    for (std::size_t end; (end = text.find(separator, start)) != std::string_view::npos; start = end + 1)
+        pieces.emplace_back(text.substr(start, end - start));
+    pieces.emplace_back(text.substr(start));
+    return pieces;
+}
+
+std::string Join(const std::vector<std::string>& pieces, std::string_view separator) {
+    std::string joined;
+    for (const std::string& piece : pieces) {
+        if (&piece != &pieces.front()) joined += separator;
+        joined += piece;
+    }
+    return joined;
+}
+
+std::string ZeroPadded(std::int64_t value, int digits) {
+    const bool negative = value < 0;
+    std::string text = std::to_string(value).substr(negative ? 1 : 0);
+    if (text.size() < static_cast<std::size_t>(digits))
+        text.insert(0, static_cast<std::size_t>(digits) - text.size(), '0');
+    return negative ? "-" + text : text;
+}
+
+std::int32_t LeadingNumber(std::string_view text) {
+    text = Trim(text);
+    std::int32_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc::result_out_of_range) return value;
+    return text.front() == '-' ? std::numeric_limits<std::int32_t>::min()
+                               : std::numeric_limits<std::int32_t>::max();
+}
+
+std::optional<std::int32_t> WholeNumber(std::string_view text) {
+    std::int32_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+    return value;
+}
+
+std::string Utf8FromAnsi(std::string_view bytes) {
+    if (IsAscii(bytes)) return std::string(bytes);
+    std::string text;
+    text.reserve(bytes.size() + bytes.size() / 4);
+    for (const char c : bytes) {
+        const auto code = static_cast<unsigned char>(c);
+        AppendUtf8(text, code >= 0x80 && code < 0xA0 ? kAnsiHigh[code - 0x80] : code);
+    }
+    return text;
+}
+
+std::string AnsiFromUtf8(std::string_view text) {
+    if (IsAscii(text)) return std::string(text);
+    std::string bytes;
+    bytes.reserve(text.size());
+    while (!text.empty()) {
+        const auto [length, code] = FirstCharacter(text);
+        bytes += AnsiFromCode(code);
+        text.remove_prefix(length);
+    }
+    return bytes;
+}
+
+} // namespace kelvash

@@ -1,0 +1,72 @@
+#include "foundation/user.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kelvash {
+
+namespace {
+
+// Answers for nobody: shows nothing and takes the harmless way.
+class AbsentUser final : public User {
+  public:
+    void Message(MessageStyle, const std::string&) override {}
+    Answer Ask(Buttons buttons, MessageStyle, const std::string&) override {
+        return buttons == Buttons::AbortRetryIgnore ? Answer::Abort
+               : buttons == Buttons::YesNo          ? Answer::No
+                                                    : Answer::Cancel;
+    }
+    std::optional<std::string> Input(const std::string&, const std::string&, const std::string&) override {
+        return std::nullopt;
+    }
+    std::optional<std::string> OpenFile(const FileDialog&) override { return std::nullopt; }
+    std::optional<std::string> SaveFile(const FileDialog&) override { return std::nullopt; }
+    std::optional<std::string> ChooseFolder(const std::string&, const std::string&) override {
+        return std::nullopt;
+    }
+    std::string ShowForm(const ChoiceForm&) override { return {}; }
+    void OpenProgress(BarPlace, const std::string&) override {}
+    void CloseProgress(BarPlace) override {}
+    void SetLabel(BarPlace, const std::string&) override {}
+    void SetBar(BarPlace, int) override {}
+    void LevelListChanged() override {}
+    void PumpEvents() override {}
+    bool StopRequested() override { return false; }
+};
+
+User*& CurrentUser() {
+    static User* user = nullptr;
+    return user;
+}
+
+} // namespace
+
+User& TheUser() {
+    static AbsentUser absent;
+    return CurrentUser() != nullptr ? *CurrentUser() : absent;
+}
+
+User* SetUser(User* user) { return std::exchange(CurrentUser(), user); }
+
+void ShowMessage(MessageStyle style, const std::string& text) { TheUser().Message(style, text); }
+
+bool AskYesNo(MessageStyle style, const std::string& text) {
+    return TheUser().Ask(Buttons::YesNo, style, text) == Answer::Yes;
+}
+
+void ProgressPercent(Bar& bar, double done, double total) {
+    if (total <= 0) total = 1;
+    const int percent = static_cast<int>(std::clamp(done / total, 0.0, 1.0) * 100);
+    if (percent == bar.percent) return;
+    bar.percent = percent;
+    TheUser().SetBar(bar.place, percent);
+    TheUser().PumpEvents();
+}
+
+ProgressDialog::ProgressDialog(BarPlace dialog, const std::string& caption) : bar{dialog, -1} {
+    TheUser().OpenProgress(dialog, caption);
+}
+
+ProgressDialog::~ProgressDialog() { TheUser().CloseProgress(bar.place); }
+
+} // namespace kelvash

@@ -1,0 +1,105 @@
+// The user port: every box, question, dialog and progress display that the logic shows.
+//
+// The logic never knows who answers: the forms, a terminal, an answers file or a test's script. Calls are
+// synchronous, on the one thread. TheUser() is the port in use.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelvash {
+
+enum class MessageStyle { Critical, Question, Exclamation, Plain };
+enum class Buttons { YesNo, YesNoCancel, OkCancel, AbortRetryIgnore };
+enum class Answer { Yes, No, Ok, Cancel, Abort, Retry, Ignore };
+
+// What a common file dialog shows. The filter is in the pipe form "Text (*.x)|*.x"; `folder` is where it starts;
+// `name` is the proposed file name.
+struct FileDialog {
+    std::string title;
+    std::string filter;
+    std::string folder;
+    std::string name;
+};
+
+// A form that only chooses: what it is called, the caption it opens with, what it starts from (a path, a
+// list index, empty) and the names of the buttons that can end it, the harmless one last.
+struct ChoiceForm {
+    std::string name;
+    std::string caption;
+    std::string start;
+    std::vector<std::string> buttons;
+};
+
+// Where a label and a bar stand.
+enum class BarPlace { ProgressDialog, ZipDialog, WaitDialog, MainWindow, CallerForm };
+
+// A progress bar as the logic holds it; `percent` is what it shows.
+struct Bar {
+    BarPlace place = BarPlace::ProgressDialog;
+    int percent = -1;
+};
+
+class User {
+  public:
+    User() = default;
+    User(const User&) = delete;
+    User& operator=(const User&) = delete;
+    virtual ~User() = default;
+
+    virtual void Message(MessageStyle style, const std::string& text) = 0;
+    // One of the answers that the buttons offer.
+    virtual Answer Ask(Buttons buttons, MessageStyle style, const std::string& text) = 0;
+    // The typed text; nothing on cancel.
+    virtual std::optional<std::string> Input(const std::string& title, const std::string& text,
+                                             const std::string& initial) = 0;
+    // The chosen path as a path text; nothing on cancel.
+    virtual std::optional<std::string> OpenFile(const FileDialog& dialog) = 0;
+    virtual std::optional<std::string> SaveFile(const FileDialog& dialog) = 0;
+    virtual std::optional<std::string> ChooseFolder(const std::string& caption, const std::string& start) = 0;
+    // The name of the button that ended the form, or the path that was chosen in it; empty when it was closed.
+    virtual std::string ShowForm(const ChoiceForm& form) = 0;
+
+    // The progress, zip and wait dialogs. They nest in the order of opening; closing one that isn't open is harmless.
+    virtual void OpenProgress(BarPlace dialog, const std::string& caption) = 0;
+    virtual void CloseProgress(BarPlace dialog) = 0;
+    virtual void SetLabel(BarPlace place, const std::string& text) = 0;
+    virtual void SetBar(BarPlace place, int percent) = 0;
+
+    // The list of levels, the title or the selection has changed: core/level_list.h holds what to show.
+    virtual void LevelListChanged() = 0;
+
+    // Lets the interface work between two steps of a long job.
+    virtual void PumpEvents() = 0;
+    // True once the user has asked the running job to stop.
+    virtual bool StopRequested() = 0;
+};
+
+// The port in use. Before SetUser it is one that answers harmlessly ("no", "cancel") and shows nothing.
+User& TheUser();
+// Puts another port in use and gives the old one; null puts the harmless one back. The caller owns both.
+User* SetUser(User* user);
+
+// Shorthands for the commonest calls.
+void ShowMessage(MessageStyle style, const std::string& text);
+bool AskYesNo(MessageStyle style, const std::string& text);
+
+// Sets a bar to the whole percentage of done in total. A total of 0 counts as 1, done above total as total. The
+// bar is only redrawn on a change.
+void ProgressPercent(Bar& bar, double done, double total);
+
+// Keeps a progress dialog open for the length of a scope.
+class ProgressDialog {
+  public:
+    ProgressDialog(BarPlace dialog, const std::string& caption);
+    ~ProgressDialog();
+    ProgressDialog(const ProgressDialog&) = delete;
+    ProgressDialog& operator=(const ProgressDialog&) = delete;
+
+    void Label(const std::string& text) { TheUser().SetLabel(bar.place, text); }
+    Bar bar;
+};
+
+} // namespace kelvash

@@ -1,0 +1,46 @@
+// A desktop that a test plays: keys, windows and joystick are what the test says, and what was done to it is kept.
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "foundation/desktop.h"
+
+namespace kelvash::test {
+
+class FakeDesktop final : public Desktop {
+  public:
+    FakeDesktop() : old_(SetDesktop(this)) {}
+    ~FakeDesktop() override { SetDesktop(old_); }
+
+    bool KeyHeld(int virtual_key) override { return held.count(virtual_key) != 0; }
+    void PressKey(int virtual_key, int) override { pressed.push_back(virtual_key); }
+    bool ReadJoystick(int id, JoystickState& state) override;
+    std::vector<DesktopWindow> TopWindows() override { return windows; }
+    std::vector<DesktopWindow> WindowsOf(std::int64_t process_id) override;
+    void SetTopMost(std::uintptr_t window, bool top_most) override { this->top_most[window] = top_most; }
+    void ShowCursor(bool show) override { cursor_shown = show; }
+    ScreenSize Screen() override { return {1024, 768}; }
+    void Beep(int hertz, int milliseconds) override { beeps.emplace_back(hertz, milliseconds); }
+    bool WindowAnimation() override { return animation; }
+    void SetWindowAnimation(bool on) override { animation = on; }
+    bool ClipboardHasBitmap() override { return clipboard_bitmap; }
+    void ClearClipboard() override { clipboard_bitmap = false; }
+
+    std::set<int> held;
+    std::vector<int> pressed;
+    std::map<int, JoystickState> joysticks;
+    std::vector<DesktopWindow> windows;
+    std::map<std::uintptr_t, bool> top_most;
+    std::vector<std::pair<int, int>> beeps;
+    bool cursor_shown = true;
+    bool animation = true;
+    bool clipboard_bitmap = false;
+
+  private:
+    Desktop* old_;
+};
+
+} // namespace kelvash::test

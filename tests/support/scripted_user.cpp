@@ -1,0 +1,93 @@
+#include "support/scripted_user.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace kelvash::test {
+
+namespace {
+
+const char* StyleName(MessageStyle style) {
+    switch (style) {
+        case MessageStyle::Critical: return "critical";
+        case MessageStyle::Question: return "question";
+        case MessageStyle::Exclamation: return "exclamation";
+        case MessageStyle::Plain: return "plain";
+    }
+    return "";
+}
+
+} // namespace
+
+ScriptedUser::ScriptedUser() : old_user_(SetUser(this)) {}
+
+ScriptedUser::~ScriptedUser() {
+    SetUser(old_user_);
+    for (const Line& line : script_) ADD_FAILURE() << "nobody asked for: " << line.when;
+}
+
+void ScriptedUser::WillAnswer(const std::string& when, const std::string& answer) {
+    script_.push_back({when, answer});
+}
+
+void ScriptedUser::Forget() {
+    told_.clear();
+    asked_.clear();
+    shown_.clear();
+}
+
+std::optional<std::string> ScriptedUser::Take(const std::string& text) {
+    asked_.push_back(text);
+    for (auto line = script_.begin(); line != script_.end(); ++line) {
+        if (text.find(line->when) == std::string::npos) continue;
+        std::string answer = line->answer;
+        script_.erase(line);
+        if (answer == "cancel") return std::nullopt;
+        return answer;
+    }
+    ADD_FAILURE() << "a question without an answer: " << text;
+    return std::nullopt;
+}
+
+void ScriptedUser::Message(MessageStyle style, const std::string& text) {
+    told_.push_back(std::string(StyleName(style)) + ": " + text);
+}
+
+Answer ScriptedUser::Ask(Buttons, MessageStyle, const std::string& text) {
+    static const std::map<std::string, Answer> answers = {
+        {"yes", Answer::Yes},     {"no", Answer::No},       {"ok", Answer::Ok},
+        {"abort", Answer::Abort}, {"retry", Answer::Retry}, {"ignore", Answer::Ignore}};
+    const std::optional<std::string> answer = Take(text);
+    return answer ? answers.at(*answer) : Answer::Cancel;
+}
+
+std::optional<std::string> ScriptedUser::Input(const std::string& title, const std::string& text,
+                                               const std::string&) {
+    return Take(title + "\n" + text);
+}
+
+std::optional<std::string> ScriptedUser::OpenFile(const FileDialog& dialog) {
+    last_start = dialog.folder;
+    return Take(dialog.title);
+}
+
+std::optional<std::string> ScriptedUser::SaveFile(const FileDialog& dialog) {
+    last_start = dialog.folder + "\\" + dialog.name;
+    return Take(dialog.title);
+}
+
+std::optional<std::string> ScriptedUser::ChooseFolder(const std::string& caption, const std::string& start) {
+    last_start = start;
+    return Take(caption);
+}
+
+std::string ScriptedUser::ShowForm(const ChoiceForm& form) {
+    return Take(form.name + "\n" + form.caption).value_or(std::string());
+}
+
+void ScriptedUser::OpenProgress(BarPlace, const std::string& caption) { shown_.push_back(caption); }
+
+void ScriptedUser::SetLabel(BarPlace, const std::string& text) { shown_.push_back(text); }
+
+} // namespace kelvash::test

@@ -1,0 +1,64 @@
+// A user whose answers a test has written down. A question without an answer, or an answer that nobody asked for,
+// fails the test.
+#pragma once
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "foundation/user.h"
+
+namespace kelvash::test {
+
+class ScriptedUser final : public User {
+  public:
+    ScriptedUser();
+    ~ScriptedUser() override;
+
+    // The next box whose text or title holds `when` gets this answer: "yes", "no", "ok", "cancel", ..., a text, a
+    // path, a button's name. Answers for different boxes don't wait for each other.
+    void WillAnswer(const std::string& when, const std::string& answer);
+    // Messages may come without being expected; they stand here as "critical: text" in order.
+    const std::vector<std::string>& Told() const { return told_; }
+    // Everything that was asked, as texts or titles.
+    const std::vector<std::string>& Asked() const { return asked_; }
+    // Captions of progress dialogs and texts of labels, in order.
+    const std::vector<std::string>& Shown() const { return shown_; }
+    void Forget();
+
+    void Message(MessageStyle style, const std::string& text) override;
+    Answer Ask(Buttons buttons, MessageStyle style, const std::string& text) override;
+    std::optional<std::string> Input(const std::string& title, const std::string& text,
+                                     const std::string& initial) override;
+    std::optional<std::string> OpenFile(const FileDialog& dialog) override;
+    std::optional<std::string> SaveFile(const FileDialog& dialog) override;
+    std::optional<std::string> ChooseFolder(const std::string& caption, const std::string& start) override;
+    std::string ShowForm(const ChoiceForm& form) override;
+    void OpenProgress(BarPlace dialog, const std::string& caption) override;
+    void CloseProgress(BarPlace) override {}
+    void SetLabel(BarPlace place, const std::string& text) override;
+    void SetBar(BarPlace, int percent) override { last_percent = percent; }
+    void LevelListChanged() override { ++list_changes; }
+    void PumpEvents() override {}
+    bool StopRequested() override { return stop; }
+
+    bool stop = false;
+    int last_percent = -1;
+    int list_changes = 0;
+    std::string last_start; // where the last file or folder dialog started
+
+  private:
+    std::optional<std::string> Take(const std::string& text);
+
+    struct Line {
+        std::string when;
+        std::string answer;
+    };
+    std::deque<Line> script_;
+    std::vector<std::string> told_;
+    std::vector<std::string> asked_;
+    std::vector<std::string> shown_;
+    User* old_user_;
+};
+
+} // namespace kelvash::test
