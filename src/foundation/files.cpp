@@ -24,20 +24,24 @@ fs::file_status StatusOf(std::string_view path) {
 }
 
 // A name that a path text can hold.
-bool IsSpeakable(const std::string& name) { return name.find('\\') == std::string::npos; }
+bool IsSpeakable(const std::string& name) {
+    return name.find('\\') == std::string::npos;
+}
 
 template <class Wanted>
 std::vector<std::string> ListEntries(std::string_view folder, Wanted wanted) {
     std::vector<std::pair<std::string, std::string>> names; // folded, as it is
     std::error_code error;
-    for (fs::directory_iterator at(NativePath(folder), error), end; !error && at != end; at.increment(error)) {
+    for (fs::directory_iterator at(NativePath(folder), error), end; !error && at != end;
+         at.increment(error)) {
         std::string name = at->path().filename().string();
         if (IsSpeakable(name) && wanted(*at, name)) names.emplace_back(FoldCase(name), std::move(name));
     }
     std::sort(names.begin(), names.end());
     std::vector<std::string> paths;
     paths.reserve(names.size());
-    for (const auto& [folded, name] : names) paths.push_back(std::string(folder) + "\\" + name);
+    for (const auto& [folded, name] : names)
+        paths.push_back(std::string(folder) + "\\" + name);
     return paths;
 }
 
@@ -59,9 +63,13 @@ void ScanFolder(const std::string& folder, Tree& tree) {
 
 } // namespace
 
-bool FileExists(std::string_view path) { return fs::is_regular_file(StatusOf(path)); }
+bool FileExists(std::string_view path) {
+    return fs::is_regular_file(StatusOf(path));
+}
 
-bool FolderExists(std::string_view path) { return fs::is_directory(StatusOf(path)); }
+bool FolderExists(std::string_view path) {
+    return fs::is_directory(StatusOf(path));
+}
 
 bool AnyFile(std::string_view folder, std::string_view mask) {
     std::error_code error;
@@ -95,16 +103,22 @@ bool CopyFile(std::string_view source, std::string_view destination) {
     return platform::CopyContent(from, to);
 }
 
+bool RenameFile(std::string_view old_path, std::string_view new_path) {
+    return platform::RenameOver(NativePath(old_path), NativePath(new_path), false);
+}
+
 bool CopyFileWhole(std::string_view source, std::string_view destination) {
     const std::string partial = FolderOf(destination) + "\\" + std::string(kPartialFile);
     if (!CopyFile(source, partial)) return false;
     ClearReadOnly(destination);
-    if (platform::RenameOver(NativePath(partial), NativePath(destination), false)) return true;
+    if (RenameFile(partial, destination)) return true;
     DeleteFile(partial);
     return false;
 }
 
-std::string ReadWholeFile(std::string_view path) { return ReadFileBytes(path).value_or(std::string()); }
+std::string ReadWholeFile(std::string_view path) {
+    return ReadFileBytes(path).value_or(std::string());
+}
 
 std::optional<std::string> ReadFileBytes(std::string_view path) {
     return ReadFileStart(path, std::string::npos);
@@ -200,7 +214,8 @@ bool DeleteFiles(std::string_view folder, std::string_view mask) {
     return true;
 }
 
-bool CopyFiles(std::string_view source, std::string_view destination, Existing existing, std::string_view mask) {
+bool CopyFiles(std::string_view source, std::string_view destination, Existing existing,
+               std::string_view mask) {
     for (const std::string& file : ListFiles(source, mask)) {
         const std::string target = std::string(destination) + "\\" + FileNameOf(file);
         if (existing == Existing::Ask && FileExists(target) && !AskReplaceFile(file, target)) continue;

@@ -1,7 +1,7 @@
 // Files and folders, addressed by path texts.
 //
-// These routines swallow errors and answer with a boolean. A result that a caller may not lose is [[nodiscard]];
-// the others are those whose failure is deliberately not looked at in places.
+// These routines swallow errors and answer with a boolean. A result that a caller may not lose is
+// [[nodiscard]]; the others are those whose failure is deliberately not looked at in places.
 #pragma once
 
 #include <cstdint>
@@ -29,10 +29,13 @@ bool DeleteFile(std::string_view path);
 // Deletes an existing destination first, read-only or not. The copy keeps the modification time. False if the
 // copy failed; the destination is gone then.
 bool CopyFile(std::string_view source, std::string_view destination);
+// Renames within one drive; a file of the new name is replaced.
+bool RenameFile(std::string_view old_path, std::string_view new_path);
 // As CopyFile, but the destination holds its old content or the whole new one at every instant, also when the
 // program is killed. The copy is made under kPartialFile beside it.
 [[nodiscard]] bool CopyFileWhole(std::string_view source, std::string_view destination);
-// The name under which CopyFileWhole works. A file of this name is left over from a killed run and worth nothing.
+// The name under which CopyFileWhole works. A file of this name is left over from a killed run and worth
+// nothing.
 inline constexpr std::string_view kPartialFile = "Kelvash.tmp";
 
 // The bytes as they are; empty on error. ReadFileBytes tells an error from an empty file.
@@ -42,15 +45,15 @@ std::optional<std::string> ReadFileBytes(std::string_view path);
 std::optional<std::string> ReadFileStart(std::string_view path, std::size_t limit);
 // Writes the text and a line end (CR LF), replacing the file.
 [[nodiscard]] bool WriteTextFile(std::string_view path, std::string_view text);
-// Replaces the file by the given bytes: written to a sibling, renamed over it. Killed at any instant, the program
-// leaves the old file or the new one. With `flush` the bytes reach the disk before the rename.
+// Replaces the file by the given bytes: written to a sibling, renamed over it. Killed at any instant, the
+// program leaves the old file or the new one. With `flush` the bytes reach the disk before the rename.
 enum class Flush { No, Yes };
 [[nodiscard]] bool ReplaceFileBytes(std::string_view path, std::string_view bytes, Flush flush);
 // The same for bytes that a procedure produces piece by piece; it gives the pieces to `write`, which answers
 // false when it should stop.
 using WritePiece = std::function<bool(std::string_view piece)>;
-[[nodiscard]] bool ReplaceFileBytes(std::string_view path, const std::function<bool(const WritePiece&)>& produce,
-                                    Flush flush);
+[[nodiscard]] bool ReplaceFileBytes(std::string_view path,
+                                    const std::function<bool(const WritePiece&)>& produce, Flush flush);
 
 // Bytes of a file; 0 if it is missing.
 std::int64_t FileSize(std::string_view path);
@@ -60,11 +63,12 @@ std::optional<std::int64_t> FileTime(std::string_view path);
 bool SetFileDate(std::string_view path, std::int64_t seconds);
 // Clears the read-only attribute of a file; false if there is no such file.
 bool ClearReadOnly(std::string_view path);
-// The short form of a path, or the path itself where the platform gives none or it has more than 255 characters.
+// The short form of a path, or the path itself where the platform gives none or it has more than 255
+// characters.
 std::string ShortPath(std::string_view path);
 
-// Full paths of the files of a folder that match the mask, in the order of NTFS: alphabetical without regard to
-// case. Empty for a missing folder. Both lists leave out names that can't be spelt in a path text.
+// Full paths of the files of a folder that match the mask, in the order of NTFS: alphabetical without regard
+// to case. Empty for a missing folder. Both lists leave out names that can't be spelt in a path text.
 std::vector<std::string> ListFiles(std::string_view folder, std::string_view mask);
 std::vector<std::string> ListFolders(std::string_view folder);
 
@@ -73,7 +77,8 @@ bool DeleteFiles(std::string_view folder, std::string_view mask);
 enum class Existing { Replace, Ask };
 // Copies the matching files under their names; with Ask an existing destination goes through AskReplaceFile.
 // Stops at the first failed copy with false.
-bool CopyFiles(std::string_view source, std::string_view destination, Existing existing, std::string_view mask);
+bool CopyFiles(std::string_view source, std::string_view destination, Existing existing,
+               std::string_view mask);
 // Deletes the files of a folder, then the folder. False if sub-folders are left in it.
 bool RemoveFolder(std::string_view path);
 
@@ -81,21 +86,21 @@ struct Tree {
     std::vector<std::string> folders;
     std::vector<std::string> files;
 };
-// All folders and files below a root, as full paths: the names of one folder first, then its sub-folders one by
-// one, each followed down. Links to folders are not followed.
+// All folders and files below a root, as full paths: the names of one folder first, then its sub-folders one
+// by one, each followed down. Links to folders are not followed.
 Tree ScanTree(std::string_view root);
 // Bytes of the files in a tree that match the mask.
 std::int64_t TreeSize(std::string_view root, std::string_view mask);
-// Deletes a whole tree with the bar moving: files first, then folders from the deepest up. A link is deleted, not
-// followed. False if anything is left.
+// Deletes a whole tree with the bar moving: files first, then folders from the deepest up. A link is deleted,
+// not followed. False if anything is left.
 [[nodiscard]] bool RemoveFolderTree(std::string_view root, Bar& bar);
 
 enum class FilesFolders { Copy, Skip };
-// Copies a tree into `destination`, which is made. With Skip every path that holds "\files\" stays behind. Shows
-// its own critical message on failure and gives false. CopyTree with `show` opens the progress dialog; CopyTreeShown
-// uses the caller's bar. Bars go by bytes.
-[[nodiscard]] bool CopyTree(std::string_view source, std::string_view destination, bool show, Existing existing,
-                            FilesFolders skip);
+// Copies a tree into `destination`, which is made. With Skip every path that holds "\files\" stays behind.
+// Shows its own critical message on failure and gives false. CopyTree with `show` opens the progress dialog;
+// CopyTreeShown uses the caller's bar. Bars go by bytes.
+[[nodiscard]] bool CopyTree(std::string_view source, std::string_view destination, bool show,
+                            Existing existing, FilesFolders skip);
 [[nodiscard]] bool CopyTreeShown(std::string_view source, std::string_view destination, Bar& bar,
                                  Existing existing, FilesFolders skip);
 

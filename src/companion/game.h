@@ -1,0 +1,23 @@
+// The running game.
+#pragma once
+
+#include "foundation/process.h"
+
+namespace kelvash::companion {
+
+struct GameState {
+    Process GameProcess; // id 0 when no game runs
+    bool WatcherActive = false;
+};
+extern GameState game;
+
+// Starts tomb4.exe in the TRLE folder. A suspended start begins stopped and is resumed at once. True if the
+// game started.
+[[nodiscard]] bool StartGame(const Arguments& arguments, bool suspended);
+
+// One look at the game: true while it runs. When it has ended the state goes back to that of no game.
+bool GameRuns();
+// Waits for the game's end with the interface pumped.
+void WaitForGameEnd();
+
+} // namespace kelvash::companion

@@ -1,0 +1,231 @@
+#include "core/archive.h"
+
+#include <algorithm>
+
+#include "cd/cd_access.h"
+#include "core/level_list.h"
+#include "core/profile.h"
+#include "core/sizes.h"
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "swap/marker.h"
+
+namespace kelvash::core {
+
+ArchiveState archive;
+
+namespace {
+
+// Runs over the numbered twins of a name: "", "2", "3", ... up to 100.
+constexpr int kLastTwin = 100;
+std::string Twin(int n) {
+    return n == 1 ? std::string() : std::to_string(n);
+}
+
+void TellSaveFailure(std::string_view path) {
+    ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kErrorSavingArchive, {}) + std::string(path));
+}
+
+bool StartsLevelName(const std::string& folder) {
+    return StartsWithNoCase(FileNameOf(folder), LoadMessage(MessageId::kLevelNameStart, {}));
+}
+
+void RecountSaves(std::int32_t index) {
+    LevelRecord& level = archive.Levels[static_cast<std::size_t>(index)];
+    const std::string folder = LevelFolder(level.Code, false);
+    const auto saves = static_cast<double>(SavesBytes(folder));
+    level.RecountSaves = false;
+    AddLevelSize(index, saves - level.SavesSize, SizeKind::Saves);
+}
+
+// Saves in any case, whatever AutoSave says.
+void TouchWithAutoSave() {
+    const bool old = profile.AutoSave;
+    profile.AutoSave = true;
+    ArchiveTouched();
+    profile.AutoSave = old;
+}
+
+} // namespace
+
+std::int32_t LevelIndex(std::int32_t code) {
+    for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i)
+        if (archive.Levels[static_cast<std::size_t>(i)].Code == code) return i;
+    return -1;
+}
+
+const LevelRecord& LevelByCode(std::int32_t code) {
+    const std::int32_t index = LevelIndex(code);
+    return archive.Levels[static_cast<std::size_t>(index < 0 ? archive.Header.LevelCount : index)];
+}
+
+std::int32_t NextLevelCode() {
+    std::int32_t highest = -1;
+    for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i)
+        highest = std::max(highest, archive.Levels[static_cast<std::size_t>(i)].Code);
+    return highest + 1;
+}
+
+std::string LevelFolderName(std::int32_t code) {
+    constexpr int kCodeDigits = 4;
+    return LoadMessage(MessageId::kLevelFolderStart, {}) + ZeroPadded(code, kCodeDigits);
+}
+
+std::string LevelFolder(std::int32_t code, bool on_cd) {
+    archive.CdMissing = false;
+    if (code == 0) return AppFolder() + LevelFolderName(0);
+    if (on_cd && LevelByCode(code).CdNumber != 0) {
+        if (!cd::RequestCd(code)) {
+            archive.CdMissing = true;
+            return {};
+        }
+        return CdLevelFolder(archive.Header.MainFolder.substr(0, 2), code);
+    }
+    return std::string(Trim(archive.Header.SecondaryFolder)) + LevelFolderName(code);
+}
+
+std::string FindArchiveFolderOnCd(std::string_view drive) {
+    for (const std::string& folder : ListFolders(drive)) {
+        const std::vector<std::string> inside = ListFolders(folder);
+        if (std::any_of(inside.begin(), inside.end(), StartsLevelName)) return folder;
+    }
+    return {};
+}
+
+std::string CdLevelFolder(std::string_view drive, std::int32_t code) {
+    constexpr std::size_t kCodeLength = 4;
+    const std::string root = FindArchiveFolderOnCd(drive);
+    if (root.empty()) return {};
+    for (const std::string& folder : ListFolders(root)) {
+        if (!StartsLevelName(folder)) continue;
+        const std::string name = FileNameOf(folder);
+        if (WholeNumber(name.substr(name.size() - std::min(name.size(), kCodeLength))) == code)
+            return root + LevelFolderName(code);
+    }
+    return {};
+}
+
+std::string FilesFolder(std::string_view level_folder) {
+    return std::string(level_folder) + LoadMessage(MessageId::kFilesFolder, {});
+}
+
+std::string SavegamesFolder(std::string_view level_folder) {
+    return std::string(level_folder) + LoadMessage(MessageId::kSavegamesFolder, {});
+}
+
+std::string StashFolder(std::string_view level_folder) {
+    return std::string(level_folder) + LoadMessage(MessageId::kBackupSavegamesFolder, {});
+}
+
+std::string ScreenshotsFolder(std::string_view level_folder) {
+    return std::string(level_folder) + LoadMessage(MessageId::kScreenshotsFolder, {});
+}
+
+bool CreateLevelFolders(std::string_view path) {
+    if (!CreateFolder(path)) return false;
+    for (const MessageId name : {MessageId::kNewSavegamesFolder, MessageId::kNewBackupSavegamesFolder,
+                                 MessageId::kNewFilesFolder, MessageId::kNewScreenshotsFolder})
+        if (!CreateFolder(std::string(path) + LoadMessage(name, {}))) return false;
+    return true;
+}
+
+void ArchiveTouched() {
+    if (profile.AutoSave && WriteArchive(profile.LastArchive)) return;
+    if (profile.AutoSave) TellSaveFailure(profile.LastArchive);
+    archive.ArchiveChanged = true;
+}
+
+void AskSaveArchive() {
+    if (!archive.ArchiveChanged) return;
+    if (!profile.AutoSave &&
+        !AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kArchiveChangedQuestion,
+                                                      {FileNameOf(profile.LastArchive), kLineBreak}))) {
+        archive.ArchiveChanged = false;
+        return;
+    }
+    TouchWithAutoSave();
+}
+
+void AddLevelSize(std::int32_t index, double bytes, SizeKind kind) {
+    LevelRecord& level = archive.Levels[static_cast<std::size_t>(index)];
+    const bool files = kind == SizeKind::Files;
+    std::int32_t& size = files ? level.FilesSize : level.SavesSize;
+    size = FieldSize(size + bytes);
+    if (index > 0) (files ? archive.Header.MainFolderSize : archive.Header.SecondaryFolderSize) += bytes;
+    ArchiveTouched();
+}
+
+bool WriteArchive(std::string_view path) {
+    const std::string target(path); // may be profile.LastArchive itself
+    if (!WriteArchiveFile(target, archive)) return false;
+    archive.ArchiveChanged = false;
+    profile.LastArchive = target;
+    return true;
+}
+
+bool LoadArchive(std::string_view path) {
+    const std::string source(path);
+    AskSaveArchive();
+    ArchiveContents contents;
+    if (!ReadArchiveFile(source, contents)) return false;
+    static_cast<ArchiveContents&>(archive) = std::move(contents);
+    profile.LastArchive = source;
+    archive.ArchiveChanged = false;
+    if (!CheckArchiveFolders()) {
+        archive.ArchiveLoadRefused = true;
+        return false;
+    }
+    for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i)
+        if (archive.Levels[static_cast<std::size_t>(i)].RecountSaves) RecountSaves(i);
+    RefreshLevelList();
+    SelectLevel(swap::CurrentLevelCode());
+    return true;
+}
+
+bool LoadArchiveDialog() {
+    AskSaveArchive();
+    const std::optional<std::string> path =
+        TheUser().OpenFile({LoadMessage(MessageId::kLoadArchiveTitle, {}),
+                            LoadMessage(MessageId::kLoadArchiveFilter, {}),
+                            AppFolder(),
+                            {}});
+    return path && LoadArchive(*path);
+}
+
+bool SaveArchiveAs() {
+    const std::optional<std::string> path = TheUser().SaveFile(
+        {LoadMessage(MessageId::kSaveArchiveTitle, {}), LoadMessage(MessageId::kSaveArchiveFilter, {}),
+         AppFolder(), FileNameOf(profile.LastArchive)});
+    if (!path) return true;
+    const bool written = WriteArchive(*path);
+    TheUser().LevelListChanged();
+    return written;
+}
+
+bool SaveArchive() {
+    if (WriteArchive(profile.LastArchive)) return true;
+    ShowMessage(MessageStyle::Critical,
+                LoadMessage(MessageId::kErrorSavingArchiveMenu, {}) + profile.LastArchive);
+    return false;
+}
+
+std::string DefaultArchivePath() {
+    std::string path;
+    for (int n = 1; n <= kLastTwin; ++n) {
+        path = AppFolder() + LoadMessage(MessageId::kDefaultArchiveName, {}) + Twin(n) +
+               LoadMessage(MessageId::kArchiveExtension, {});
+        if (!FileExists(path)) break;
+    }
+    return path;
+}
+
+std::string ArchiveTitle() {
+    return LoadMessage(MessageId::kArchiveTitle,
+                       {std::to_string(archive.Header.LevelCount) + " (" + FileNameOf(profile.LastArchive)});
+}
+
+} // namespace kelvash::core

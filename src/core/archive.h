@@ -1,0 +1,85 @@
+// The open Archive: its header, its level table, its file, and the folders of its levels.
+//
+// The table keeps the order of the file. A level is addressed by its Code everywhere; LevelIndex gives its
+// place.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "core/archive_file.h"
+
+namespace kelvash::core {
+
+// The state of the open Archive. Its file's path is profile.LastArchive; blank means that none is open.
+struct ArchiveState : ArchiveContents {
+    bool ArchiveChanged = false;     // memory differs from the file
+    bool CdMissing = false;          // set by each call of LevelFolder
+    bool ArchiveLoadRefused = false; // the user gave a needed folder up while an Archive was loaded
+    ArchiveState() { Levels.resize(1); }
+};
+extern ArchiveState archive;
+
+// Table index of the level with that code; -1 if no level has it.
+std::int32_t LevelIndex(std::int32_t code);
+// The record of that level; the spare one behind the table if no level has the code.
+const LevelRecord& LevelByCode(std::int32_t code);
+// The highest code plus 1; 0 for an empty table.
+std::int32_t NextLevelCode();
+// "\LEVEL_" and the code in at least four digits.
+std::string LevelFolderName(std::int32_t code);
+// The folder of a level. With `on_cd` that of a level on CD is on its disc, which is asked for; if it is
+// refused the result is empty and archive.CdMissing true. A code that no level has gives the path it would
+// have.
+std::string LevelFolder(std::int32_t code, bool on_cd);
+// The folder of a level on the disc in a drive ("X:"), found by looking; empty if it isn't there.
+std::string CdLevelFolder(std::string_view drive, std::int32_t code);
+// The folder in a disc's root that holds the level folders; empty if there is none.
+std::string FindArchiveFolderOnCd(std::string_view drive);
+
+// Sub-folders of a level's folder.
+std::string FilesFolder(std::string_view level_folder);
+std::string SavegamesFolder(std::string_view level_folder);
+std::string StashFolder(std::string_view level_folder); // BACKUP_SAVEGAMES
+std::string ScreenshotsFolder(std::string_view level_folder);
+// Makes `path` and its four sub-folders; false at the first that fails.
+[[nodiscard]] bool CreateLevelFolders(std::string_view path);
+
+// To be called after each change of the header or a record: saves at once when AutoSave is on (a failed write
+// is told), else remembers the change.
+void ArchiveTouched();
+// Offers to save a changed Archive; with AutoSave on it saves without a question.
+void AskSaveArchive();
+// Adds bytes (below 0 too) to a level's FilesSize or SavesSize and, for an index above 0, to the header's
+// sum.
+enum class SizeKind { Files = 1, Saves = 2 };
+void AddLevelSize(std::int32_t index, double bytes, SizeKind kind);
+
+// Writes the Archive and takes the path as its file. False, with nothing changed, if it can't be written.
+[[nodiscard]] bool WriteArchive(std::string_view path);
+// Loads an Archive over the open one. False without a message if it can't be opened, or if the user gives a
+// missing folder up (then archive.ArchiveLoadRefused is set and the table stays loaded).
+[[nodiscard]] bool LoadArchive(std::string_view path);
+// The same for a file that the user chooses; false on cancel.
+[[nodiscard]] bool LoadArchiveDialog();
+// Saves under a name that the user chooses; true on cancel too.
+[[nodiscard]] bool SaveArchiveAs();
+// Saves under the current path and tells a failure.
+bool SaveArchive();
+// Starts an Archive with level 0000 alone in a folder that the user chooses; false on cancel or failure.
+[[nodiscard]] bool NewArchive();
+
+// Asks for a new place of a missing main or secondary folder. False if the user gives up.
+[[nodiscard]] bool CheckArchiveFolders();
+// The first file name LevelArchive.kva, LevelArchive2.kva, ... of the application's folder that is free; the
+// hundredth if none is.
+std::string DefaultArchivePath();
+// Asks for the folder of a new Archive, which must be empty; empty on cancel. The folder proposed is made at
+// once and stays.
+std::string SelectNewArchiveFolder();
+
+// "Kelvash: 12 (LevelArchive.kva levels)": the bracket closes behind the word.
+std::string ArchiveTitle();
+
+} // namespace kelvash::core

@@ -1,0 +1,85 @@
+#include "core/archive_file.h"
+
+#include <algorithm>
+#include <fstream>
+
+#include "foundation/drives.h"
+#include "foundation/files.h"
+
+namespace kelvash::core {
+
+namespace {
+
+// Records that pass through memory at once.
+constexpr std::size_t kBlockRecords = 128;
+
+// Bytes of the file at and behind `offset`, given piece by piece.
+bool CopyTail(std::string_view path, std::size_t offset, const WritePiece& write) {
+    std::ifstream old(NativePath(path), std::ios::binary);
+    if (!old || !old.seekg(static_cast<std::streamoff>(offset))) return true;
+    std::string block(kBlockRecords * kLevelSize, '\0');
+    while (old.read(block.data(), static_cast<std::streamsize>(block.size())), old.gcount() > 0)
+        if (!write(std::string_view(block).substr(0, static_cast<std::size_t>(old.gcount())))) return false;
+    return true;
+}
+
+bool EncodeArchive(const ArchiveContents& contents, const WritePiece& write) {
+    std::string header(kHeaderSize, '\0');
+    EncodeRecord(kHeaderFields, contents.Header, std::span<char>(header));
+    if (!write(header)) return false;
+    const auto count = static_cast<std::size_t>(contents.Header.LevelCount);
+    std::string block(kBlockRecords * kLevelSize, '\0');
+    for (std::size_t first = 0; first < count; first += kBlockRecords) {
+        const std::size_t in_block = std::min(kBlockRecords, count - first);
+        for (std::size_t i = 0; i < in_block; ++i)
+            EncodeRecord(kLevelFields, contents.Levels[first + i],
+                         std::span<char>(block).subspan(i * kLevelSize, kLevelSize));
+        if (!write(std::string_view(block).substr(0, in_block * kLevelSize))) return false;
+    }
+    return true;
+}
+
+} // namespace
+
+ArchiveContents DecodeArchive(const ByteSource& source) {
+    ArchiveContents contents;
+    contents.Header.Version = 0;
+    DecodeRecord(kHeaderFields, source(kHeaderSize), contents.Header);
+    const auto stated = static_cast<std::size_t>(std::max(contents.Header.LevelCount, 0));
+    while (contents.Levels.size() < stated) {
+        std::string_view block =
+            source(kLevelSize * std::min(kBlockRecords, stated - contents.Levels.size()));
+        if (block.empty()) break;
+        for (; !block.empty(); block.remove_prefix(std::min(block.size(), kLevelSize)))
+            DecodeRecord(kLevelFields, block.substr(0, kLevelSize), contents.Levels.emplace_back());
+    }
+    contents.Header.LevelCount = static_cast<std::int32_t>(contents.Levels.size());
+    contents.Levels.emplace_back();
+    return contents;
+}
+
+bool ReadArchiveFile(std::string_view path, ArchiveContents& contents) {
+    if (!FileExists(path)) return false;
+    std::ifstream file(NativePath(path), std::ios::binary);
+    if (!file) return false;
+    std::string block;
+    contents = DecodeArchive([&](std::size_t size) {
+        block.resize(size);
+        file.read(block.data(), static_cast<std::streamsize>(size));
+        return std::string_view(block).substr(0, static_cast<std::size_t>(file.gcount()));
+    });
+    return true;
+}
+
+bool WriteArchiveFile(std::string_view path, const ArchiveContents& contents) {
+    const std::size_t length =
+        kHeaderSize + static_cast<std::size_t>(contents.Header.LevelCount) * kLevelSize;
+    return ReplaceFileBytes(
+        path,
+        [&](const WritePiece& write) {
+            return EncodeArchive(contents, write) && CopyTail(path, length, write);
+        },
+        Flush::Yes);
+}
+
+} // namespace kelvash::core

@@ -1,0 +1,34 @@
+// Reading and writing of the Archive file: one header, then LevelCount records back to back, no more.
+//
+// Bad contents are not refused. A file that ends early leaves the fields behind its end zero or blank; a
+// LevelCount that states more records than the file holds, or fewer than none, is corrected to what is there,
+// so that no memory is spent on a number.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/records.h"
+
+namespace kelvash::core {
+
+struct ArchiveContents {
+    ArchiveHeader Header;
+    std::vector<LevelRecord> Levels; // LevelCount records and one spare behind them, which is not saved
+};
+
+// Gives the next bytes of a file: up to `size` of them, fewer only at its end.
+using ByteSource = std::function<std::string_view(std::size_t size)>;
+// Reads an Archive from its bytes, block by block.
+ArchiveContents DecodeArchive(const ByteSource& source);
+
+// False if the file can't be opened; `contents` is untouched then.
+[[nodiscard]] bool ReadArchiveFile(std::string_view path, ArchiveContents& contents);
+
+// Replaces the file whole. Bytes of a longer old file stay behind the last record, where no reader looks.
+// False if it can't be written; the old file stands then.
+[[nodiscard]] bool WriteArchiveFile(std::string_view path, const ArchiveContents& contents);
+
+} // namespace kelvash::core

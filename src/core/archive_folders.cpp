@@ -1,0 +1,54 @@
+// The check of an Archive's two folders on load, which may have moved with their disk or letter.
+#include "core/archive.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+
+namespace kelvash::core {
+
+namespace {
+
+std::optional<std::string> AskFolder(MessageId warning, MessageId caption, const std::string& missing) {
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(warning, {kLineBreak + missing}));
+    return TheUser().ChooseFolder(LoadMessage(caption, {}) + FileNameOf(missing), missing);
+}
+
+enum class Outcome { Found, GivenUp, GoOn };
+
+Outcome FindMainFolder() {
+    ArchiveHeader& header = archive.Header;
+    if (header.CdCount != 0 || FolderExists(header.MainFolder)) return Outcome::GoOn;
+    const std::optional<std::string> picked =
+        AskFolder(MessageId::kMainFolderMissing, MessageId::kSelectMainFolder, header.MainFolder);
+    if (!picked) return Outcome::GivenUp;
+    // A pick for the main folder alone is not taken: the secondary folder is looked at next. That is meant.
+    if (!EqualNoCase(header.MainFolder, header.SecondaryFolder)) return Outcome::GoOn;
+    header.MainFolder = *picked;
+    header.SecondaryFolder = *picked;
+    ArchiveTouched();
+    return Outcome::Found;
+}
+
+Outcome FindSecondaryFolder() {
+    ArchiveHeader& header = archive.Header;
+    if (FolderExists(header.SecondaryFolder)) return Outcome::Found;
+    const std::optional<std::string> picked = AskFolder(
+        MessageId::kSecondaryFolderMissing, MessageId::kSelectSecondaryFolder, header.SecondaryFolder);
+    if (!picked) return Outcome::GivenUp;
+    header.SecondaryFolder = *picked;
+    ArchiveTouched();
+    return Outcome::Found;
+}
+
+} // namespace
+
+bool CheckArchiveFolders() {
+    if (archive.Header.LevelCount == 0) return true;
+    Outcome outcome = FindMainFolder();
+    if (outcome == Outcome::GoOn) outcome = FindSecondaryFolder();
+    return outcome == Outcome::Found;
+}
+
+} // namespace kelvash::core

@@ -1,0 +1,67 @@
+#include "core/level_list.h"
+
+#include <algorithm>
+
+#include "core/archive.h"
+#include "foundation/messages.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "swap/marker.h"
+
+namespace kelvash::core {
+
+LevelList level_list;
+
+namespace {
+
+std::int32_t IndexOf(std::int32_t code) {
+    const auto& items = level_list.Items;
+    const auto found = std::find_if(items.begin(), items.end(),
+                                    [code](const LevelListItem& item) { return item.Code == code; });
+    return found == items.end() ? -1 : static_cast<std::int32_t>(found - items.begin());
+}
+
+std::vector<LevelListItem> SortedItems() {
+    const std::int32_t current = swap::CurrentLevelCode();
+    const std::string mark = LoadMessage(MessageId::kInTrleMark, {});
+    std::vector<std::pair<std::string, LevelListItem>> keyed; // folded text, item
+    keyed.reserve(static_cast<std::size_t>(archive.Header.LevelCount));
+    for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i) {
+        LevelRecord& level = archive.Levels[static_cast<std::size_t>(i)];
+        level.Name = Trim(level.Name);
+        std::string text = level.Code == current ? level.Name + mark : level.Name;
+        std::string key = FoldCase(text);
+        keyed.push_back({std::move(key), {std::move(text), level.Code}});
+    }
+    std::stable_sort(keyed.begin(), keyed.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::vector<LevelListItem> items;
+    items.reserve(keyed.size());
+    for (auto& [key, item] : keyed)
+        items.push_back(std::move(item));
+    return items;
+}
+
+} // namespace
+
+void RefreshLevelList() {
+    const std::int32_t selected = SelectedLevel();
+    level_list.Items = SortedItems();
+    level_list.Selected = selected < 0 ? -1 : IndexOf(selected);
+    if (level_list.Selected < 0 && !level_list.Items.empty()) level_list.Selected = 0;
+    TheUser().LevelListChanged();
+}
+
+void SelectLevel(std::int32_t code) {
+    const std::int32_t index = IndexOf(code);
+    if (index < 0) return;
+    level_list.Selected = index;
+    TheUser().LevelListChanged();
+}
+
+std::int32_t SelectedLevel() {
+    const auto index = static_cast<std::size_t>(level_list.Selected);
+    return level_list.Selected < 0 || index >= level_list.Items.size() ? -1 : level_list.Items[index].Code;
+}
+
+} // namespace kelvash::core

@@ -1,0 +1,29 @@
+// The list of levels as a view shows it. The view is told of changes through the user port.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace kelvash::core {
+
+struct LevelListItem {
+    std::string Text; // the level's name, with " (*)" behind it for the level that is in TRLE
+    std::int32_t Code = 0;
+};
+
+// Items in the order of their texts, without regard to case; Selected is an index, -1 for none.
+struct LevelList {
+    std::vector<LevelListItem> Items;
+    std::int32_t Selected = -1;
+};
+extern LevelList level_list;
+
+// Rebuilds the list, keeping the selected level; index 0 is selected when there was none or it is gone.
+void RefreshLevelList();
+// Selects the level with that code, if it is in the list.
+void SelectLevel(std::int32_t code);
+// Code of the selected level; -1 if none is selected.
+std::int32_t SelectedLevel();
+
+} // namespace kelvash::core

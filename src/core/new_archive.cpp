@@ -1,0 +1,94 @@
+// Starting an Archive: level 0000 and an empty folder.
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/profile.h"
+#include "core/sizes.h"
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/user.h"
+
+namespace kelvash::core {
+
+namespace {
+
+constexpr int kLastTwin = 100;
+
+std::string Twin(int n) {
+    return n == 1 ? std::string() : std::to_string(n);
+}
+
+// The manual that TRLE's maker ships, as level 0000's document.
+std::string FirstDocument(const std::string& folder) {
+    for (const MessageId mask : {MessageId::kPdfMask, MessageId::kHtmMask, MessageId::kHtmlMask}) {
+        const std::vector<std::string> found = ListFiles(folder, LoadMessage(mask, {}));
+        if (!found.empty()) return FileNameOf(found.front());
+    }
+    return {};
+}
+
+LevelRecord LevelZero() {
+    LevelRecord level;
+    level.Name = LoadMessage(MessageId::kLevelZeroName, {});
+    level.Note = LoadMessage(MessageId::kLevelZeroNote, {});
+    level.Author = LoadMessage(MessageId::kLevelZeroAuthor, {});
+    level.Sites =
+        LoadMessage(MessageId::kLevelZeroSite1, {}) + '\0' + LoadMessage(MessageId::kLevelZeroSite2, {});
+    level.MoreInfoFile = FirstDocument(FilesFolder(LevelFolder(0, false)));
+    return level;
+}
+
+std::string DefaultLevelFolder(std::string_view drive) {
+    std::string folder;
+    for (int n = 1; n <= kLastTwin; ++n) {
+        folder = std::string(drive.substr(0, 2)) + LoadMessage(MessageId::kDefaultLevelFolder, {}) + Twin(n);
+        if (!FolderExists(folder)) break;
+    }
+    return folder;
+}
+
+// A free sub-folder of a folder that isn't empty.
+std::string FreeSubFolder(const std::string& folder) {
+    const std::string base = folder + LoadMessage(MessageId::kChangedLevelFolder, {});
+    int n = 1;
+    while (FolderExists(base + Twin(n)))
+        ++n;
+    return base + Twin(n);
+}
+
+} // namespace
+
+std::string SelectNewArchiveFolder() {
+    std::int64_t free_bytes = 0;
+    const std::string start = DefaultLevelFolder(BestFixedDrive(free_bytes));
+    CreateFolder(start);
+    const std::optional<std::string> chosen =
+        TheUser().ChooseFolder(LoadMessage(MessageId::kSelectArchiveFolder, {}), start);
+    if (!chosen) return {};
+    if (!AnyFile(*chosen, "*.*") && ListFolders(*chosen).empty()) return *chosen;
+    const std::string changed = FreeSubFolder(*chosen);
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kArchiveFolderNotEmpty, {}) + changed);
+    return changed;
+}
+
+bool NewArchive() {
+    AskSaveArchive();
+    archive.Header = ArchiveHeader();
+    archive.Header.LevelCount = 1;
+    archive.Levels = {LevelZero(), LevelRecord()};
+    const std::string folder = SelectNewArchiveFolder();
+    if (folder.empty()) return false;
+    archive.Header.MainFolder = folder;
+    archive.Header.SecondaryFolder = folder;
+    if (!CreateFolder(folder)) {
+        ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kCannotWriteArchiveFolder, {}) + folder);
+        return false;
+    }
+    profile.LastArchive = DefaultArchivePath();
+    ComputeArchiveSize(Report::Silent);
+    RefreshLevelList();
+    return true;
+}
+
+} // namespace kelvash::core

@@ -1,0 +1,48 @@
+#include "core/profile.h"
+
+#include "core/archive.h"
+#include "core/start_up.h"
+#include "foundation/desktop.h"
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+
+namespace kelvash::core {
+
+ProfileRecord profile;
+
+bool DecodeProfile(std::string_view bytes, ProfileRecord& record) {
+    const bool current = bytes.size() == kProfileSize;
+    DecodeRecord(kProfileFields, current ? bytes : bytes.substr(0, kUpgradeOffset), record);
+    return current;
+}
+
+std::string EncodeProfile(const ProfileRecord& record) {
+    std::string bytes(kProfileSize, '\0');
+    EncodeRecord(kProfileFields, record, std::span<char>(bytes));
+    return bytes;
+}
+
+std::string ProfilePath() {
+    return AppFolder() + LoadMessage(MessageId::kProfileName, {});
+}
+
+ProfileState LoadProfile() {
+    profile = ProfileRecord();
+    if (!FileExists(ProfilePath())) return ProfileState::FirstRun;
+    // One byte more than the record tells a longer file without reading it whole.
+    const std::optional<std::string> bytes = ReadFileStart(ProfilePath(), kProfileSize + 1);
+    if (!bytes) return ProfileState::Current;
+    return DecodeProfile(*bytes, profile) ? ProfileState::Current : ProfileState::Upgraded;
+}
+
+bool SaveProfile() {
+    AskSaveArchive();
+    const std::string bytes = EncodeProfile(profile);
+    const bool stands = ReadFileStart(ProfilePath(), kProfileSize + 1) == bytes ||
+                        ReplaceFileBytes(ProfilePath(), bytes, Flush::Yes);
+    TheDesktop().SetWindowAnimation(session.WindowAnimation);
+    return stands;
+}
+
+} // namespace kelvash::core

@@ -1,0 +1,73 @@
+// The two records of an Archive file (.kva) and their layout. docs/formats.md describes the bytes.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "foundation/record.h"
+
+namespace kelvash::core {
+
+// Head of an Archive file.
+struct ArchiveHeader {
+    std::int32_t Version = 1;
+    std::string
+        MainFolder; // may lie on a read-only medium; the first two characters are the CD reader's drive
+    std::string SecondaryFolder; // writable; holds the LEVEL_NNNN folders
+    std::int32_t LevelCount = 0; // level 0000 included
+    std::int32_t CdCount = 0;    // 0: the Archive is wholly on disk
+    bool CompressFiles = false;
+    bool EncodeWavInMp3 = false;
+    bool CdInstallPending = false;
+    double MainFolderSize = 0;      // bytes
+    double SecondaryFolderSize = 0; // bytes
+};
+
+inline constexpr std::size_t kHeaderSize = 546;
+inline constexpr std::array<Field<ArchiveHeader>, 10> kHeaderFields = {{
+    {"Version", 0, 4, &ArchiveHeader::Version},
+    {"MainFolder", 4, 256, &ArchiveHeader::MainFolder},
+    {"SecondaryFolder", 260, 256, &ArchiveHeader::SecondaryFolder},
+    {"LevelCount", 516, 4, &ArchiveHeader::LevelCount},
+    {"CdCount", 520, 4, &ArchiveHeader::CdCount},
+    {"CompressFiles", 524, 2, &ArchiveHeader::CompressFiles},
+    {"EncodeWavInMp3", 526, 2, &ArchiveHeader::EncodeWavInMp3},
+    {"CdInstallPending", 528, 2, &ArchiveHeader::CdInstallPending},
+    {"MainFolderSize", 530, 8, &ArchiveHeader::MainFolderSize},
+    {"SecondaryFolderSize", 538, 8, &ArchiveHeader::SecondaryFolderSize},
+}};
+
+// One level.
+struct LevelRecord {
+    std::string Name;
+    std::string Note;
+    std::string Author;
+    std::string Emails; // separated by one NUL each
+    std::string Sites;  // separated by one NUL each
+    std::string AuthorNote;
+    std::int32_t Code = 0;     // names the folder LEVEL_NNNN; 0 is the original configuration
+    std::int32_t CdNumber = 0; // 0: the FILES folder is on disk
+    std::string MoreInfoFile;  // inside FILES
+    std::int32_t FilesSize = 0;
+    std::int32_t SavesSize = 0;
+    bool RecountSaves = false; // SavesSize is to be recounted on load; nothing here sets it
+};
+
+inline constexpr std::size_t kLevelSize = 1634;
+inline constexpr std::array<Field<LevelRecord>, 12> kLevelFields = {{
+    {"Name", 0, 256, &LevelRecord::Name},
+    {"Note", 256, 256, &LevelRecord::Note},
+    {"Author", 512, 80, &LevelRecord::Author},
+    {"Emails", 592, 256, &LevelRecord::Emails},
+    {"Sites", 848, 256, &LevelRecord::Sites},
+    {"AuthorNote", 1104, 256, &LevelRecord::AuthorNote},
+    {"Code", 1360, 4, &LevelRecord::Code},
+    {"CdNumber", 1364, 4, &LevelRecord::CdNumber},
+    {"MoreInfoFile", 1368, 256, &LevelRecord::MoreInfoFile},
+    {"FilesSize", 1624, 4, &LevelRecord::FilesSize},
+    {"SavesSize", 1628, 4, &LevelRecord::SavesSize},
+    {"RecountSaves", 1632, 2, &LevelRecord::RecountSaves},
+}};
+
+} // namespace kelvash::core

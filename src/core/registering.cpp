@@ -1,0 +1,54 @@
+// The program's entries in the desktop and the registry, and the reset of all state.
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/profile.h"
+#include "core/start_up.h"
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/registration.h"
+#include "foundation/text.h"
+
+namespace kelvash::core {
+
+namespace {
+
+void RegisterAppPath(const std::string& program) {
+    const std::string key = LoadMessage(MessageId::kAppPathsKey, {}) + FileNameOf(program);
+    if (ReadRegistryValue(key) != program)
+        WriteRegistryValues(key, program, LoadMessage(MessageId::kAppPathsFolderValue, {}),
+                            FolderOf(program));
+}
+
+} // namespace
+
+bool RegisterArchiveType() {
+    return RegisterFileType(LoadMessage(MessageId::kRegisteredExtension, {}),
+                            LoadMessage(MessageId::kFileTypeDescription, {}),
+                            AppFolder() + LoadMessage(MessageId::kIconName, {}), ProgramPath());
+}
+
+bool CreateProgramShortcut() {
+    return CreateShortcut(
+        SpecialFolderId::Programs, FolderOf(ProgramPath()), ProgramPath(),
+        LoadMessage(MessageId::kProgramCaption, {}) + LoadMessage(MessageId::kProgramVersion, {}), {});
+}
+
+void RegisterAppPaths() {
+    RegisterAppPath(ProgramPath());
+    const std::string editor =
+        std::string(Trim(profile.TrleFolder)) + LoadMessage(MessageId::kRoomEditorProgram, {});
+    if (FileExists(editor)) RegisterAppPath(editor);
+}
+
+void ResetProgramState() {
+    archive = ArchiveState();
+    level_list = LevelList();
+    profile = ProfileRecord();
+    session = SessionState();
+    ResetMessages();
+    ResetDrives();
+}
+
+} // namespace kelvash::core

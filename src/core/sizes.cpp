@@ -1,0 +1,77 @@
+#include "core/sizes.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "core/archive.h"
+#include "core/profile.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/user.h"
+
+namespace kelvash::core {
+
+namespace {
+
+void TellSizes() {
+    const ArchiveHeader& header = archive.Header;
+    const auto size = [](double bytes) { return FormatSize(static_cast<std::int64_t>(bytes)); };
+    ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kPrimarySize, {}) + size(header.MainFolderSize) +
+                                         kLineBreak + LoadMessage(MessageId::kSecondarySize, {}) +
+                                         size(header.SecondaryFolderSize) + kLineBreak +
+                                         LoadMessage(MessageId::kTotalSize, {}) +
+                                         size(header.MainFolderSize + header.SecondaryFolderSize));
+}
+
+} // namespace
+
+std::int64_t FilesBytes(std::string_view level_folder) {
+    return TreeSize(FilesFolder(level_folder), "*");
+}
+
+std::int64_t SavesBytes(std::string_view level_folder) {
+    return TreeSize(SavegamesFolder(level_folder), "*") + TreeSize(StashFolder(level_folder), "*") +
+           TreeSize(ScreenshotsFolder(level_folder), "*");
+}
+
+std::int32_t FieldSize(double bytes) {
+    using Limits = std::numeric_limits<std::int32_t>;
+    return static_cast<std::int32_t>(
+        std::clamp(bytes, static_cast<double>(Limits::min()), static_cast<double>(Limits::max())));
+}
+
+void ComputeArchiveSize(Report report) {
+    ProgressDialog progress(BarPlace::ProgressDialog,
+                            LoadMessage(MessageId::kComputingSize, {FileNameOf(profile.LastArchive)}));
+    ArchiveHeader& header = archive.Header;
+    header.MainFolderSize = 0;
+    header.SecondaryFolderSize = 0;
+    for (std::int32_t i = 0; i < header.LevelCount; ++i) {
+        LevelRecord& level = archive.Levels[static_cast<std::size_t>(i)];
+        const std::string folder = LevelFolder(level.Code, false);
+        progress.Label(LoadMessage(MessageId::kScanningFolder, {}) + folder);
+        if (level.CdNumber == 0) level.FilesSize = FieldSize(static_cast<double>(FilesBytes(folder)));
+        level.SavesSize = FieldSize(static_cast<double>(SavesBytes(folder)));
+        header.MainFolderSize += level.FilesSize;
+        header.SecondaryFolderSize += level.SavesSize;
+        ProgressPercent(progress.bar, i + 1, header.LevelCount);
+    }
+    ArchiveTouched();
+    if (report == Report::Shown) TellSizes();
+    progress.Label(LoadMessage(MessageId::kSizeComputed, {}));
+}
+
+void CountLevelSize(std::int32_t index) {
+    LevelRecord& level = archive.Levels[static_cast<std::size_t>(index)];
+    const std::string folder = LevelFolder(level.Code, false);
+    const std::int32_t files = FieldSize(static_cast<double>(FilesBytes(folder)));
+    const std::int32_t saves = FieldSize(static_cast<double>(SavesBytes(folder)));
+    archive.Header.MainFolderSize += files - level.FilesSize;
+    archive.Header.SecondaryFolderSize += saves - level.SavesSize;
+    level.FilesSize = files;
+    level.SavesSize = saves;
+    ArchiveTouched();
+}
+
+} // namespace kelvash::core

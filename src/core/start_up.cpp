@@ -1,0 +1,192 @@
+#include "core/start_up.h"
+
+#include <algorithm>
+
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/profile.h"
+#include "core/sizes.h"
+#include "foundation/desktop.h"
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "swap/backup.h"
+#include "swap/restore.h"
+#include "trle/find_trle.h"
+
+namespace kelvash::core {
+
+SessionState session;
+
+namespace {
+
+constexpr int kMostTimerTenths = 10;
+
+void TellCritical(MessageId id, const std::string& behind = {}) {
+    ShowMessage(MessageStyle::Critical, LoadMessage(id, {}) + behind);
+}
+
+// Brings a file of the application's folder to where it is wanted, if it is there and not yet in place.
+void ProvideFile(const std::string& source, const std::string& target) {
+    if (FileExists(source) && !FileExists(target)) CopyFile(source, target);
+}
+
+void PrepareFiles() {
+    const std::string spare = AppFolder() + LoadMessage(MessageId::kGoPifSpare, {});
+    const std::string pif = AppFolder() + LoadMessage(MessageId::kGoPif, {});
+    if (!FileExists(pif) && FileExists(spare)) RenameFile(spare, pif);
+    session.IsNtFamily = WindowsVersion() != 1;
+    const std::string library = LoadMessage(MessageId::kLibWave, {});
+    if (session.IsNtFamily)
+        ProvideFile(AppFolder() + library, SpecialFolder(SpecialFolderId::System) + library);
+}
+
+void TakeProfile() {
+    const ProfileState state = LoadProfile();
+    session.UpgradeWarning = state == ProfileState::Upgraded;
+    session.RunTestMovie = state != ProfileState::Current;
+    if (state == ProfileState::FirstRun) RegisterArchiveType();
+    if (state != ProfileState::Current) CreateProgramShortcut();
+    profile.TimerTenths = std::clamp(profile.TimerTenths, 1, kMostTimerTenths);
+    session.TimerInterval = profile.TimerTenths * 100;
+    JoystickState joystick;
+    if (!TheDesktop().ReadJoystick(profile.JoystickId, joystick)) profile.EnableJoystick = false;
+}
+
+// Opens the Archive of the last run. False ends the start-up; profile.LastArchive is blank if none is open
+// yet.
+bool OpenLastArchive() {
+    const std::string path(Trim(profile.LastArchive));
+    if (path.empty()) return true;
+    if (!FileExists(path)) {
+        TellCritical(MessageId::kLastArchiveNotFound, path);
+    } else {
+        if (LoadArchive(path)) return true;
+        if (!archive.ArchiveLoadRefused) TellCritical(MessageId::kErrorLoadingLastArchive, path);
+    }
+    // An Archive whose folders the user couldn't give is tried again at the next start.
+    if (!archive.ArchiveLoadRefused) profile.LastArchive.clear();
+    if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kLoadDifferentArchive, {})) ||
+        !LoadArchiveDialog())
+        return false;
+    archive.ArchiveLoadRefused = false;
+    return true;
+}
+
+void OpenFirstArchive() {
+    const std::string create = "Pul_New";
+    const std::string button = TheUser().ShowForm(
+        {"Dialog_NewArc", LoadMessage(MessageId::kNewArcCaption, {}), {}, {create, "Pul_Load"}});
+    if (button != create && !LoadArchiveDialog()) profile.LastArchive.clear();
+}
+
+// The original configuration: its backup and level 0000.
+bool SecureOriginal() {
+    if (!swap::CreateBackup(false)) {
+        archive.ArchiveChanged = false;
+        return false;
+    }
+    if (!CreateLevelZero()) {
+        TellCritical(MessageId::kErrorCreatingLevelZero);
+        return false;
+    }
+    return true;
+}
+
+bool OpenArchive() {
+    if (!OpenLastArchive()) return false;
+    if (profile.LastArchive.empty()) OpenFirstArchive();
+    if (profile.LastArchive.empty()) {
+        if (NewArchive()) return true;
+        profile.LastArchive.clear();
+        return false;
+    }
+    if (session.LevelZeroCreated && LevelIndex(0) >= 0) CountLevelSize(LevelIndex(0));
+    return true;
+}
+
+void OfferFullRestore() {
+    if (!session.UpgradeWarning) return;
+    if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kUpgradeRestoreQuestion, {kLineBreak})))
+        return;
+    Bar bar;
+    swap::FullRestore(bar, true);
+}
+
+void CloseArchive() {
+    static_cast<ArchiveContents&>(archive) = ArchiveState();
+    archive.ArchiveChanged = false;
+    RefreshLevelList();
+}
+
+} // namespace
+
+CommandLine ParseCommandLine(std::string_view text) {
+    CommandLine found;
+    text = Trim(text);
+    for (std::size_t open; (open = text.find('"')) != std::string_view::npos;) {
+        const std::size_t close = text.find('"', open + 1);
+        const std::string token(text.substr(open + 1, close - open - 1));
+        if (token.empty()) break;
+        if (EndsWithNoCase(token, LoadMessage(MessageId::kArchiveTokenExtension, {}))) found.Archive = token;
+        if (EqualNoCase(FileNameOf(token), LoadMessage(MessageId::kTrleTokenName, {})))
+            found.TrleSource = token;
+        if (close == std::string_view::npos) break;
+        text.remove_prefix(close + 1);
+    }
+    return found;
+}
+
+void StartUp(std::string_view command_line) {
+    if (session.Started) return;
+    session.Started = true;
+    PrepareFiles();
+    archive.ArchiveLoadRefused = false;
+    const CommandLine wanted = ParseCommandLine(command_line);
+    session.WindowAnimation = TheDesktop().WindowAnimation();
+    TheDesktop().SetWindowAnimation(false);
+    TakeProfile();
+    if (!wanted.Archive.empty()) profile.LastArchive = wanted.Archive;
+    archive = ArchiveState();
+    if (!wanted.TrleSource.empty()) {
+        // TRLE can't be installed from a folder; who asks for it is told as for a failed set-up.
+        TellCritical(MessageId::kTrleSetupFailed);
+        archive.ArchiveLoadRefused = true;
+        return;
+    }
+    if (!trle::ChooseTrleFolder() || !SecureOriginal()) return;
+    if (!OpenArchive()) {
+        CloseArchive();
+        return;
+    }
+    RegisterAppPaths();
+    OfferFullRestore();
+}
+
+bool ArchiveIsOpen() {
+    return !Trim(profile.LastArchive).empty() && archive.Header.LevelCount > 0;
+}
+
+std::string BackupFolder() {
+    return AppFolder() + LoadMessage(MessageId::kBackupFolder, {});
+}
+
+bool CreateLevelZero() {
+    const std::string folder = LevelFolder(0, false);
+    if (FolderExists(folder)) return true;
+    if (!CreateLevelFolders(folder)) return false;
+    const std::string trle(Trim(profile.TrleFolder));
+    CopyFile(trle + LoadMessage(MessageId::kLevelZeroLoadBmp, {}),
+             folder + LoadMessage(MessageId::kLevelZeroScreenshot, {}));
+    CopyFiles(BackupFolder(), StashFolder(folder), Existing::Replace,
+              LoadMessage(MessageId::kSavegameMaskZero, {}));
+    CopyFiles(trle + LoadMessage(MessageId::kManualFolder, {}), FilesFolder(folder), Existing::Replace,
+              "*.*");
+    session.LevelZeroCreated = true;
+    return true;
+}
+
+} // namespace kelvash::core

@@ -1,0 +1,54 @@
+// From the launch to the ready main window, and back.
+//
+// StartUp insists on a TRLE folder with a backup of its original files and on an open Archive. Each question
+// goes through the user port; each failure ends the start-up with no Archive open.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace kelvash::core {
+
+// What a run knows beside the profile and the Archive.
+struct SessionState {
+    bool Started = false; // StartUp has run; it runs once
+    bool IsNtFamily = false;
+    bool WindowAnimation = false;   // the system's setting, put back at the end
+    std::int32_t TimerInterval = 0; // of the watcher, milliseconds
+    bool RunTestMovie = false;      // a first run or an upgrade
+    bool UpgradeWarning = false;
+    bool LevelZeroCreated = false;
+};
+extern SessionState session;
+
+// Runs once; a second call does nothing. The command line holds tokens in double quotes: a .kva path is the
+// Archive to open, a folder called "trle" a source to install TRLE from.
+void StartUp(std::string_view command_line);
+// True while an Archive is open.
+bool ArchiveIsOpen();
+
+// What the tokens of a command line name; both may be empty.
+struct CommandLine {
+    std::string Archive;
+    std::string TrleSource;
+};
+CommandLine ParseCommandLine(std::string_view text);
+
+// Makes the folder of level 0000 with the manual, the default screenshot and the backup's savegames. True if
+// it was there already.
+[[nodiscard]] bool CreateLevelZero();
+
+// BackupFolder: backup_trle in the application's folder.
+std::string BackupFolder();
+
+// Ties the .kva extension to the program; false at the first write that fails.
+bool RegisterArchiveType();
+bool CreateProgramShortcut();
+// Makes the App Paths keys of the program, and of winroomedit.exe where TRLE has it, point to where they are.
+void RegisterAppPaths();
+
+// Puts all state of the program back to that of a fresh start, for tests.
+void ResetProgramState();
+
+} // namespace kelvash::core

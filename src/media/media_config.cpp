@@ -1,0 +1,64 @@
+#include "media/media_config.h"
+
+#include <array>
+#include <cstdint>
+
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/record.h"
+#include "foundation/text.h"
+
+namespace kelvash::media {
+
+namespace {
+
+constexpr std::size_t kHeaderSize = 20;
+constexpr std::size_t kEventSize = 1356;
+constexpr std::size_t kNameSize = 256;
+constexpr std::size_t kFlagsOffset = 266;
+
+// A file field of an event and the flags that put it to use.
+struct FileField {
+    std::size_t offset;
+    std::uint32_t flags;
+};
+constexpr std::array<FileField, 5> kFileFields = {{
+    {0, 0x4},                // movie
+    {274, 0x10 | 0x20000},   // image, image sequence
+    {530, 0x2 | 0x80},       // e-mail commands, text of a title
+    {786, 0x100},            // second text
+    {1042, 0x200 | 0x200000} // program, second media file
+}};
+
+} // namespace
+
+std::vector<std::string> MediaFileNames(std::string_view bytes) {
+    std::vector<std::string> names;
+    if (bytes.size() < kHeaderSize) return names;
+    const std::int64_t count = ReadInteger(bytes.substr(0, 4));
+    bytes.remove_prefix(kHeaderSize);
+    if (count < 0 || static_cast<std::uint64_t>(count) > bytes.size() / kEventSize) return names;
+    for (std::int64_t i = 0; i < count; ++i, bytes.remove_prefix(kEventSize)) {
+        const auto flags = static_cast<std::uint32_t>(ReadInteger(bytes.substr(kFlagsOffset, 4)));
+        for (const FileField& field : kFileFields) {
+            const std::string name = FileNameOf(ReadText(bytes.substr(field.offset, kNameSize)));
+            if ((flags & field.flags) != 0 && StaysInside("\\" + name)) names.push_back(name);
+        }
+    }
+    return names;
+}
+
+std::vector<std::string> ListMediaFiles(const std::string& folder) {
+    const std::vector<std::string> configs = ListFiles(folder, LoadMessage(MessageId::kMediaConfigMask, {}));
+    std::vector<std::string> names;
+    if (configs.empty()) return names;
+    const std::string bytes = ReadFileStart(configs.front(), kLongestMediaConfig).value_or(std::string());
+    for (const std::string& name : MediaFileNames(bytes))
+        if (!EndsWithNoCase(name, LoadMessage(MessageId::kWaveExtension, {})) &&
+            FileExists(folder + "\\" + name))
+            names.push_back(name);
+    return names;
+}
+
+} // namespace kelvash::media

@@ -1,0 +1,38 @@
+// The smaller forms in which a level's files may lie in the Archive, and their undoing in a temporary folder.
+//
+// ".tr4", ".wav" and ".mp3" files may be stored as one compressed stream each (name plus ".zl"), load.bmp as
+// load.jpg, waves as mp3. A level's files can be in any mix of forms. What the Archive holds is never
+// decompressed in place.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace kelvash::swap {
+
+// Makes a level's files ready in a temporary folder where they are stored in smaller forms. `temp` is that
+// folder, empty if nothing had to be done. False after a message; the Archive's own files are never touched.
+[[nodiscard]] bool DecompressLevelFiles(const std::string& folder, std::string& temp, bool decode_mp3);
+
+// Makes \_temp_Dec hold a copy of a folder's files, and gives its path.
+std::string CopyToTempDec(const std::string& folder);
+
+// Decompresses one .zl into \_temp_ and gives the path of the result; empty after a message. With
+// `show_dialog` the zip dialog is shown meanwhile.
+std::string DecompressOneFile(const std::string& path, bool show_dialog);
+
+// Moves the prepared files of a level into its FILES folder in the forms that the header asks for;
+// `level_index` is its place in the table. Labels go to the caller's form. False after a message, or when a
+// needed CD isn't there.
+[[nodiscard]] bool CompressLevelFiles(const std::string& source, std::int32_t level_index);
+
+// Offers to bring the files of old levels into the forms that the header now asks for, after its two
+// compression fields have been edited from what `old_header` holds.
+struct CompressionSettings {
+    bool CompressFiles = false;
+    bool EncodeWavInMp3 = false;
+};
+void ApplyCompressionSettings(const CompressionSettings& settings);
+
+} // namespace kelvash::swap

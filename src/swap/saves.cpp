@@ -1,0 +1,76 @@
+#include "swap/saves.h"
+
+#include <algorithm>
+
+#include "core/archive.h"
+#include "core/profile.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "swap/journal.h"
+
+namespace kelvash::swap {
+
+namespace {
+
+std::string TrleFolder() {
+    return std::string(Trim(core::profile.TrleFolder));
+}
+
+bool CopyInto(const std::vector<std::string>& files, const std::string& folder) {
+    return std::all_of(files.begin(), files.end(), [&](const std::string& file) {
+        return CopyFileWhole(file, folder + "\\" + FileNameOf(file));
+    });
+}
+
+// Deletes the files of the stash that have no twin among the saves.
+bool DropStale(const std::string& stash, const std::vector<std::string>& saves) {
+    for (const std::string& old : ListFiles(stash, "*")) {
+        const std::string name = FileNameOf(old);
+        const bool current = std::any_of(saves.begin(), saves.end(), [&](const std::string& save) {
+            return EqualNoCase(FileNameOf(save), name);
+        });
+        if (!current && !DeleteFile(old)) return false;
+    }
+    return true;
+}
+
+} // namespace
+
+std::vector<std::string> ListSaves() {
+    std::vector<std::string> saves;
+    for (const MessageId mask : {MessageId::kSavegameMask, MessageId::kShotMask, MessageId::kNoteMask}) {
+        const std::vector<std::string> found = ListFiles(TrleFolder(), LoadMessage(mask, {}));
+        saves.insert(saves.end(), found.begin(), found.end());
+    }
+    return saves;
+}
+
+StashResult StashLevelFiles(std::int32_t code) {
+    const std::string stash = core::StashFolder(core::LevelFolder(code, false));
+    const std::optional<SwapJournal> journal = ReadJournal();
+    const bool merge = journal && journal->SavesOwner == code;
+    const std::vector<std::string> saves = ListSaves();
+    CreateFolder(stash);
+    bool copied = CopyInto(saves, stash);
+    if (!copied && !merge) {
+        // A full disk may have room once the old stash is gone; the root still holds everything.
+        if (!DeleteFiles(stash, "*")) return StashResult::CannotEmpty;
+        copied = CopyInto(saves, stash);
+    }
+    if (!copied) return StashResult::CannotCopy;
+    if (!merge && !DropStale(stash, saves)) return StashResult::CannotEmpty;
+    if (!saves.empty()) WriteJournal({code});
+    for (const std::string& save : saves)
+        DeleteFile(save);
+    return StashResult::Done;
+}
+
+bool BringBackLevelFiles(std::int32_t code) {
+    const std::string stash = core::StashFolder(core::LevelFolder(code, false));
+    DeleteFile(stash + "\\" + std::string(kPartialFile));
+    return CopyInto(ListFiles(stash, "*"), TrleFolder());
+}
+
+} // namespace kelvash::swap

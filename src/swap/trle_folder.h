@@ -1,0 +1,15 @@
+// The test whether a folder can be a TRLE folder.
+#pragma once
+
+#include <string_view>
+
+namespace kelvash::swap {
+
+// Waves of the original audio set.
+inline constexpr int kAudioTracks = 54;
+
+// True if the folder holds the game, a level, a .dat file and the whole audio set. With `show_messages` the
+// first thing missing is told.
+[[nodiscard]] bool CheckTrleFolder(std::string_view folder, bool show_messages);
+
+} // namespace kelvash::swap

@@ -1,0 +1,40 @@
+#include "trle/find_trle.h"
+
+#include "core/profile.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/registration.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "swap/trle_folder.h"
+
+namespace kelvash::trle {
+
+using core::profile;
+
+std::string FindTrleInRegistry() {
+    const std::string program = ReadRegistryValue(LoadMessage(MessageId::kRoomEditorKey, {}));
+    return EndsWithNoCase(program, ".exe") ? FolderOf(program) : std::string();
+}
+
+bool ChooseTrleFolder() {
+    if (swap::CheckTrleFolder(profile.TrleFolder, false)) return true;
+    const std::string known = FindTrleInRegistry();
+    const std::string start = swap::CheckTrleFolder(known, false) ? known : std::string();
+    for (;;) {
+        const std::string chosen = TheUser().ShowForm({"Dialog_TrovaTrle",
+                                                       LoadMessage(MessageId::kFindTrleCaption, {}),
+                                                       start,
+                                                       {"Pul_Ok", "Pul_Cancel"}});
+        if (chosen.empty()) {
+            ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kCannotRunWithoutTrle, {kLineBreak}));
+            return false;
+        }
+        if (swap::CheckTrleFolder(chosen, true)) {
+            profile.TrleFolder = chosen;
+            return true;
+        }
+    }
+}
+
+} // namespace kelvash::trle

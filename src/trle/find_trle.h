@@ -1,0 +1,14 @@
+// Finding the folder of the Tomb Raider Level Editor.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kelvash::trle {
+
+// The folder that the App Paths key of TRLE's room editor names; empty if there is none.
+std::string FindTrleInRegistry();
+// Makes profile.TrleFolder valid: as it is, else by the form, which starts from what the registry knows.
+// False if the user gives up.
+[[nodiscard]] bool ChooseTrleFolder();
+} // namespace kelvash::trle
