@@ -27,8 +27,8 @@ std::string DecompressOneFile(const std::string& path, bool show_dialog);
 // needed CD isn't there.
 [[nodiscard]] bool CompressLevelFiles(const std::string& source, std::int32_t level_index);
 
-// Offers to bring the files of old levels into the forms that the header now asks for, after its two
-// compression fields have been edited from what `old_header` holds.
+// Takes the two compression settings of the open Archive. If they change anything, offers to bring the files
+// of the levels on disk into the forms that they ask for, and tells the sizes before and after.
 struct CompressionSettings {
     bool CompressFiles = false;
     bool EncodeWavInMp3 = false;

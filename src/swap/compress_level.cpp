@@ -1,0 +1,82 @@
+// Storing a level's files in the forms that the Archive's header asks for.
+#include <algorithm>
+
+#include "core/archive.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "swap/compression.h"
+#include "swap/picture.h"
+#include "swap/zl_file.h"
+
+namespace kelvash::swap {
+
+namespace {
+
+void ShowLabel(const std::string& text) {
+    TheUser().SetLabel(BarPlace::CallerForm, text);
+    TheUser().PumpEvents();
+}
+
+// The level's new files take the place of the old ones. A level that already lies there stays as it is.
+bool ReplaceFiles(const std::string& source, const std::string& files, MessageId label) {
+    if (EqualNoCase(source, files)) return true;
+    ShowLabel(LoadMessage(label, {}));
+    const bool replaced = DeleteFiles(files, "*") && CopyFiles(source, files, Existing::Replace, "*");
+    ShowLabel({});
+    return replaced;
+}
+
+// No encoder is built in: waves can only go in as they are, if the user wants that.
+bool EncodeWaves(const std::string& source) {
+    if (!AnyFile(source, LoadMessage(MessageId::kSourceWavMask, {}))) return true;
+    ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kAudioCompressionFailed, {}) +
+                                            LoadMessage(MessageId::kNoMp3Encoder, {}));
+    return AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kContinueFileCopy, {}));
+}
+
+void ConvertLoadPicture(const std::string& source) {
+    const std::string bitmap = source + LoadMessage(MessageId::kLoadBmp, {});
+    if (!FileExists(bitmap)) return;
+    ShowLabel(LoadMessage(MessageId::kConvertingLoadBmp, {}));
+    if (BitmapToJpeg(bitmap, source + LoadMessage(MessageId::kLoadJpg, {}))) DeleteFile(bitmap);
+    ShowLabel({});
+}
+
+bool IsCompressible(const std::string& file) {
+    constexpr std::size_t kExtensionLength = 4;
+    if (file.size() < kExtensionLength) return false;
+    const std::vector<std::string> extensions = Split(LoadMessage(MessageId::kCompressedExtensions, {}), '|');
+    const std::string end = file.substr(file.size() - kExtensionLength);
+    return std::any_of(extensions.begin(), extensions.end(),
+                       [&](const std::string& extension) { return EqualNoCase(end, extension); });
+}
+
+bool PackFiles(const std::string& source) {
+    for (const std::string& file : ListFiles(source, "*.*")) {
+        if (!IsCompressible(file)) continue;
+        ShowLabel(LoadMessage(MessageId::kCompressingFile, {FileNameOf(file)}));
+        if (!CompressFile(file, file + LoadMessage(MessageId::kZlExtension, {}))) return false;
+        DeleteFile(file);
+    }
+    return true;
+}
+
+} // namespace
+
+bool CompressLevelFiles(const std::string& source, std::int32_t level_index) {
+    const std::int32_t code = core::archive.Levels[static_cast<std::size_t>(level_index)].Code;
+    const std::string files = core::FilesFolder(core::LevelFolder(code, true));
+    if (core::archive.CdMissing) return false;
+    if (code == 0) return ReplaceFiles(source, files, MessageId::kCompressCopying);
+    if (core::archive.Header.EncodeWavInMp3 && !EncodeWaves(source)) return false;
+    if (core::archive.Header.CompressFiles) {
+        ConvertLoadPicture(source);
+        if (!PackFiles(source)) return false;
+    }
+    return ReplaceFiles(source, files, MessageId::kFileCopyInProgress);
+}
+
+} // namespace kelvash::swap

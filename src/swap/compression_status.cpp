@@ -1,0 +1,120 @@
+// Bringing the files of old levels into the forms that the Archive's header has been changed to.
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/sizes.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "swap/compression.h"
+#include "swap/picture.h"
+#include "swap/zl_file.h"
+
+namespace kelvash::swap {
+
+namespace {
+
+const core::ArchiveHeader& Header() {
+    return core::archive.Header;
+}
+
+// No converter is built in, so every level with audio to convert fails here; the user may go on with the
+// rest.
+bool ConvertAudio(const std::string& files) {
+    const MessageId mask = Header().EncodeWavInMp3 ? MessageId::kStatusWavMask : MessageId::kMp3Mask;
+    return !AnyFile(files, LoadMessage(mask, {})) ||
+           AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kAudioStatusFailed, {kLineBreak}));
+}
+
+std::vector<std::string> FilesToPack(const std::string& files) {
+    if (!Header().CompressFiles) return ListFiles(files, LoadMessage(MessageId::kStatusZlMask, {}));
+    std::vector<std::string> found;
+    for (const MessageId mask :
+         {MessageId::kStatusWavMask, MessageId::kStatusTr4Mask, MessageId::kStatusMp3Mask}) {
+        const std::vector<std::string> some = ListFiles(files, LoadMessage(mask, {}));
+        found.insert(found.end(), some.begin(), some.end());
+    }
+    return found;
+}
+
+// False if the user stops the run after a failure.
+bool PackOrUnpack(const std::string& files) {
+    const std::vector<std::string> list = FilesToPack(files);
+    if (list.empty()) return true;
+    const bool pack = Header().CompressFiles;
+    const std::string word =
+        LoadMessage(pack ? MessageId::kCompressionWord : MessageId::kDecompressionWord, {});
+    ProgressDialog dialog(BarPlace::ZipDialog,
+                          LoadMessage(pack ? MessageId::kZippingFiles : MessageId::kUnzippingFiles, {}));
+    for (const std::string& file : list) {
+        dialog.Label(word + LoadMessage(MessageId::kFileInProgress, {FileNameOf(file)}));
+        TheUser().PumpEvents();
+        const bool done = pack ? CompressFile(file, file + LoadMessage(MessageId::kZlExtension, {}))
+                               : DecompressFile(file, StripExtension(file));
+        if (done)
+            DeleteFile(file);
+        else if (!AskYesNo(MessageStyle::Question,
+                           LoadMessage(MessageId::kStatusFileFailed, {word, kLineBreak}) + kLineBreak +
+                               FileNameOf(file)))
+            return false;
+    }
+    return true;
+}
+
+void ConvertPicture(const std::string& files, ProgressDialog& progress) {
+    const std::string bitmap = files + LoadMessage(MessageId::kLoadBmp, {});
+    const std::string jpeg = files + LoadMessage(MessageId::kLoadJpg, {});
+    if (Header().CompressFiles && FileExists(bitmap)) {
+        progress.Label(LoadMessage(MessageId::kConvertingOldBmp, {}));
+        if (BitmapToJpeg(bitmap, jpeg)) DeleteFile(bitmap);
+    } else if (!Header().CompressFiles && FileExists(jpeg)) {
+        progress.Label(LoadMessage(MessageId::kConvertingLoadJpg, {}));
+        if (JpegToBitmap(jpeg, bitmap)) DeleteFile(jpeg);
+    }
+}
+
+// False if the user stops the run.
+bool ChangeLevel(const core::LevelRecord& level, ProgressDialog& progress) {
+    progress.Label(LoadMessage(MessageId::kChangingLevel, {}) + level.Name);
+    const std::string files = core::FilesFolder(core::LevelFolder(level.Code, false));
+    if (!ConvertAudio(files) || !PackOrUnpack(files)) return false;
+    ConvertPicture(files, progress);
+    return true;
+}
+
+void ChangeLevels() {
+    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kChangeStatusCaption, {}));
+    for (std::int32_t i = 0; i < Header().LevelCount; ++i) {
+        const core::LevelRecord level = core::archive.Levels[static_cast<std::size_t>(i)];
+        if (level.CdNumber <= 0 && !ChangeLevel(level, progress)) return;
+        ProgressPercent(progress.bar, i + 1, Header().LevelCount);
+    }
+}
+
+void TellSizes(double old_size) {
+    const auto size = [](double bytes) { return FormatSize(static_cast<std::int64_t>(bytes)) + kLineBreak; };
+    ShowMessage(MessageStyle::Plain,
+                LoadMessage(MessageId::kNewSizeReport, {size(Header().MainFolderSize), size(old_size)}));
+}
+
+} // namespace
+
+void ApplyCompressionSettings(const CompressionSettings& settings) {
+    core::ArchiveHeader& header = core::archive.Header;
+    const bool changed =
+        header.CompressFiles != settings.CompressFiles || header.EncodeWavInMp3 != settings.EncodeWavInMp3;
+    header.CompressFiles = settings.CompressFiles;
+    header.EncodeWavInMp3 = settings.EncodeWavInMp3;
+    if (changed && AskYesNo(MessageStyle::Question,
+                            LoadMessage(MessageId::kCompressionChangedQuestion, {kLineBreak, kLineBreak}))) {
+        const double old_size = header.MainFolderSize;
+        ChangeLevels();
+        core::ComputeArchiveSize(core::Report::Silent);
+        TellSizes(old_size);
+    }
+    core::ArchiveTouched();
+    core::RefreshLevelList();
+}
+
+} // namespace kelvash::swap
