@@ -1,0 +1,52 @@
+#include "support/swap_home.h"
+
+#include <algorithm>
+
+#include "core/archive.h"
+#include "core/profile.h"
+#include "support/trle_sandbox.h"
+
+namespace kelvash::test {
+
+namespace fs = std::filesystem;
+
+SwapHome::SwapHome() : trle(drive / "trle"), backup(home / "backup_trle"), levels(drive / "Levels") {
+    MakeTrle(trle);
+    fs::copy(trle, backup, fs::copy_options::recursive);
+    fs::create_directories(levels);
+    core::profile.TrleFolder = "C:\\trle";
+    core::profile.LastArchive = "C:\\Kelvash\\test.kva";
+    core::profile.FullBackup = true;
+    core::archive.Header.MainFolder = "C:\\Levels";
+    core::archive.Header.SecondaryFolder = "C:\\Levels";
+    core::archive.Levels = {core::LevelRecord()};
+    AddLevel(0, "- TRLE: Original configuration -", {});
+}
+
+void SwapHome::AddLevel(std::int32_t code, const std::string& name, const Files& files, const Files& stash) {
+    core::LevelRecord level;
+    level.Code = code;
+    level.Name = name;
+    core::archive.Levels.insert(core::archive.Levels.end() - 1, level);
+    ++core::archive.Header.LevelCount;
+    for (const char* folder : {"SAVEGAMES", "BACKUP_SAVEGAMES", "FILES", "SCREENSHOTS"})
+        fs::create_directories(LevelPath(code) / folder);
+    for (const auto& [file, bytes] : files) MakeFile(LevelPath(code) / "FILES" / file, bytes);
+    for (const auto& [file, bytes] : stash) MakeFile(StashPath(code) / file, bytes);
+}
+
+fs::path SwapHome::LevelPath(std::int32_t code) const {
+    const std::string digits = std::to_string(code);
+    const std::string name = "LEVEL_" + std::string(4 - digits.size(), '0') + digits;
+    return (code == 0 ? home : levels) / name;
+}
+
+std::vector<std::string> SwapHome::NamesIn(const fs::path& folder) {
+    std::vector<std::string> names;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder))
+        if (entry.is_regular_file()) names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+} // namespace kelvash::test

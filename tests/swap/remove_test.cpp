@@ -1,0 +1,242 @@
+#include "swap/remove.h"
+
+#include <gmock/gmock.h>
+
+#include "core/archive.h"
+#include "core/profile.h"
+#include "support/swap_home.h"
+#include "swap/install.h"
+#include "swap/journal.h"
+
+namespace kelvash::swap {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace fs = std::filesystem;
+
+class Removal : public test::SwapHome {
+  protected:
+    Removal() {
+        AddLevel(1, "City", {{"city.tr4", "CITY"}, {"045.wav", "new wave"}, {"script.dat", "city script"}});
+        AddLevel(2, "Coast", {{"coast.tr4", "COAST"}});
+    }
+    void MarkLevelOne(const std::string& lists) {
+        test::MakeFile(trle / "Kelvash.txt", "#LEVEL_CODE=0001#\r\n#LEVEL_NAME=City#\r\n" + lists);
+    }
+    void InstallOne() { ASSERT_TRUE(InstallLevel(1)); }
+};
+
+TEST_F(Removal, WithoutAMarkerStashesForLevelZero) {
+    test::MakeFile(trle / "savegame.0", "save");
+    test::MakeFile(trle / "shot1.jpg", "shot");
+    test::MakeFile(trle / "note1.txt", "note");
+    test::MakeFile(StashPath(0) / "savegame.7", "stale");
+    EXPECT_EQ(RemovePreviousLevel(1), 0);
+    EXPECT_THAT(NamesIn(StashPath(0)), ElementsAre("note1.txt", "savegame.0", "shot1.jpg"));
+    EXPECT_THAT(NamesIn(trle), Not(Contains("savegame.0")));
+    EXPECT_THAT(NamesIn(trle), Not(Contains("shot1.jpg")));
+    EXPECT_THAT(NamesIn(trle), Not(Contains("note1.txt")));
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(Removal, LeavesTheLevelThatIsWanted) {
+    InstallOne();
+    test::MakeFile(trle / "savegame.0", "save");
+    EXPECT_EQ(RemovePreviousLevel(1), 1);
+    EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "save");
+    EXPECT_EQ(test::BytesOf(trle / "data" / "city.tr4"), "CITY");
+    EXPECT_TRUE(test::Exists(trle / "Kelvash.txt"));
+}
+
+TEST_F(Removal, TakesTheLevelOutAndBringsTheOriginalsBack) {
+    InstallOne();
+    test::MakeFile(trle / "savegame.0", "save");
+    user.Forget();
+    EXPECT_EQ(RemovePreviousLevel(2), 1);
+    EXPECT_FALSE(test::Exists(trle / "Kelvash.txt"));
+    EXPECT_FALSE(test::Exists(trle / "data" / "city.tr4"));
+    EXPECT_EQ(test::BytesOf(trle / "script.dat"), test::BytesOf(backup / "script.dat"));
+    EXPECT_EQ(test::BytesOf(trle / "audio" / "045.wav"), test::BytesOf(backup / "audio" / "045.wav"));
+    EXPECT_THAT(NamesIn(StashPath(1)), ElementsAre("savegame.0"));
+    EXPECT_THAT(user.Shown(), ElementsAre("Removing files of previous custom level",
+                                          "Restoring files changed by previous custom level"));
+}
+
+TEST_F(Removal, MinusOneAlwaysRemoves) {
+    InstallOne();
+    EXPECT_EQ(RemovePreviousLevel(-1), 1);
+    EXPECT_FALSE(test::Exists(trle / "data" / "city.tr4"));
+}
+
+TEST_F(Removal, MakesRestoredFilesWritable) {
+    fs::permissions(backup / "script.dat", fs::perms::owner_read);
+    InstallOne();
+    EXPECT_EQ(RemovePreviousLevel(2), 1);
+    EXPECT_NE(fs::status(trle / "script.dat").permissions() & fs::perms::owner_write, fs::perms::none);
+}
+
+TEST_F(Removal, WithACompactBackupLeavesTheLevelsWaves) {
+    core::profile.FullBackup = false;
+    AddLevel(3, "Song", {{"song.tr4", "SONG"}, {"100.wav", "song wave"}});
+    ASSERT_TRUE(InstallLevel(3));
+    EXPECT_EQ(RemovePreviousLevel(2), 3);
+    EXPECT_EQ(test::BytesOf(trle / "audio" / "100.wav"), "song wave");
+    EXPECT_FALSE(test::Exists(trle / "data" / "song.tr4"));
+}
+
+TEST_F(Removal, WithACompactBackupLosesAnOverwrittenWave) {
+    core::profile.FullBackup = false;
+    fs::remove_all(backup / "audio");
+    InstallOne();
+    EXPECT_EQ(RemovePreviousLevel(2), 1);
+    EXPECT_FALSE(test::Exists(trle / "audio" / "045.wav"));
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(Removal, TellsAMissingLevelFolderAndLeavesAll) {
+    InstallOne();
+    fs::remove_all(LevelPath(1));
+    EXPECT_EQ(RemovePreviousLevel(2), 1);
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: I cann't find level folder [C:\\Levels\\LEVEL_0001] relative to previuos custom "
+                            "level installed in trle folder\r\nTo resolve this problem use menu command [Tools->Set "
+                            "original configuration in TRLE] and choose FULL restore"));
+    EXPECT_TRUE(test::Exists(trle / "Kelvash.txt"));
+    EXPECT_TRUE(test::Exists(trle / "data" / "city.tr4"));
+}
+
+TEST_F(Removal, TellsADamagedMarkerAndDeletesIt) {
+    test::MakeFile(trle / "Kelvash.txt", "nothing of use");
+    test::MakeFile(trle / "savegame.0", "save");
+    EXPECT_EQ(RemovePreviousLevel(2), -1);
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Configuration file \"C:\\trle\\Kelvash.txt\" is damaged\r\nIt will "
+                                         "not be possible recover correctly old level data"));
+    EXPECT_FALSE(test::Exists(trle / "Kelvash.txt"));
+    EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "save");
+}
+
+TEST_F(Removal, TakesAnEmptyMarkerAwayWithoutAWord) {
+    test::MakeFile(trle / "Kelvash.txt", "");
+    EXPECT_EQ(RemovePreviousLevel(2), -1);
+    EXPECT_THAT(user.Told(), IsEmpty());
+    EXPECT_FALSE(test::Exists(trle / "Kelvash.txt"));
+}
+
+TEST_F(Removal, WithAnEmptyCopiedListLeavesTheFiles) {
+    MarkLevelOne("#OVERWROTEN_FILES=#\r\n#COPIED_FILES=#\r\n");
+    test::MakeFile(trle / "data" / "city.tr4", "CITY");
+    EXPECT_EQ(RemovePreviousLevel(2), 1);
+    EXPECT_EQ(test::BytesOf(trle / "data" / "city.tr4"), "CITY");
+    EXPECT_FALSE(test::Exists(trle / "Kelvash.txt"));
+}
+
+TEST_F(Removal, OfAMarkerWithLevelZeroOnlyStashes) {
+    test::MakeFile(trle / "Kelvash.txt", "#LEVEL_CODE=0000#\r\n#COPIED_FILES=\\script.dat#\r\n");
+    test::MakeFile(trle / "savegame.3", "save");
+    EXPECT_EQ(RemovePreviousLevel(2), 0);
+    EXPECT_THAT(NamesIn(StashPath(0)), ElementsAre("savegame.3"));
+    EXPECT_TRUE(test::Exists(trle / "script.dat"));
+    EXPECT_FALSE(test::Exists(trle / "Kelvash.txt"));
+}
+
+TEST_F(Removal, TakesAFileThatIsGoneForDeleted) {
+    InstallOne();
+    fs::remove(trle / "data" / "city.tr4");
+    EXPECT_EQ(RemovePreviousLevel(2), 1);
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(Removal, StopsAtTheFirstFileThatCannotBeDeleted) {
+    MarkLevelOne("#OVERWROTEN_FILES=#\r\n#COPIED_FILES=\\a.dat|\\data|\\b.dat#\r\n");
+    test::MakeFile(trle / "a.dat", "a");
+    test::MakeFile(trle / "b.dat", "b");
+    EXPECT_EQ(RemovePreviousLevel(2), 0);
+    EXPECT_THAT(user.Told(), ElementsAre("critical: I cann't delete file: C:\\trle\\data"));
+    EXPECT_FALSE(test::Exists(trle / "a.dat"));
+    EXPECT_TRUE(test::Exists(trle / "b.dat"));
+    EXPECT_TRUE(test::Exists(trle / "Kelvash.txt"));
+}
+
+TEST_F(Removal, TellsAStashThatCannotBeEmptied) {
+    InstallOne();
+    fs::create_directories(StashPath(1));
+    test::MakeFile(StashPath(1) / "savegame.0", "old");
+    test::MakeFile(trle / "savegame.0", "new");
+    fs::permissions(StashPath(1), fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read |
+                                      fs::perms::others_exec);
+    std::int32_t result = 99;
+    {
+        const test::OrdinaryUser ordinary;
+        result = RemovePreviousLevel(2);
+    }
+    EXPECT_EQ(result, 0);
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: I cann't delete files in C:\\Levels\\LEVEL_0001\\backup_savegames folder"));
+    EXPECT_TRUE(test::Exists(trle / "Kelvash.txt"));
+    EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "new");
+    EXPECT_TRUE(test::Exists(trle / "data" / "city.tr4"));
+}
+
+TEST_F(Removal, RefusesWhenSavesCannotBePutAway) {
+    InstallOne();
+    test::MakeFile(trle / "savegame.0", "new");
+    fs::permissions(StashPath(1), fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read |
+                                      fs::perms::others_exec);
+    std::int32_t result = 99;
+    {
+        const test::OrdinaryUser ordinary;
+        result = RemovePreviousLevel(2);
+        EXPECT_FALSE(InstallLevel(2));
+    }
+    EXPECT_EQ(result, kRemovalRefused);
+    EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "new");
+    EXPECT_TRUE(test::Exists(trle / "data" / "city.tr4"));
+    EXPECT_FALSE(test::Exists(trle / "data" / "coast.tr4"));
+}
+
+TEST_F(Removal, KeepsTheStashOfLevelZeroThatNothingElseHolds) {
+    test::MakeFile(trle / "savegame.0", "original save");
+    InstallOne();
+    EXPECT_EQ(RemovePreviousLevel(-1), 1); // the level is taken out of the Archive; nothing goes in
+    ASSERT_TRUE(InstallLevel(2));
+    EXPECT_EQ(test::BytesOf(StashPath(0) / "savegame.0"), "original save");
+    ASSERT_TRUE(InstallLevel(0));
+    EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "original save");
+}
+
+TEST_F(Removal, MergesIntoAStashThatTheJournalProtects) {
+    InstallOne();
+    ASSERT_TRUE(WriteJournal({1, {}, {}}));
+    test::MakeFile(StashPath(1) / "savegame.0", "already stashed");
+    test::MakeFile(trle / "savegame.1", "still in the root");
+    EXPECT_EQ(RemovePreviousLevel(2), 1);
+    EXPECT_THAT(NamesIn(StashPath(1)), ElementsAre("savegame.0", "savegame.1"));
+}
+
+TEST_F(Removal, UsesTheJournalsListsForAnInstallCutShort) {
+    test::MakeFile(trle / "Kelvash.txt", "#LEVEL_CODE=0001#\r\n#LEVEL_NAME=City#\r\n");
+    test::MakeFile(trle / "data" / "city.tr4", "CITY");
+    test::MakeFile(trle / "script.dat", "city script");
+    ASSERT_TRUE(WriteJournal({1, {"\\script.dat"}, {"\\script.dat", "\\data\\city.tr4"}}));
+    EXPECT_EQ(RemovePreviousLevel(2), 1);
+    EXPECT_FALSE(test::Exists(trle / "data" / "city.tr4"));
+    EXPECT_EQ(test::BytesOf(trle / "script.dat"), test::BytesOf(backup / "script.dat"));
+}
+
+TEST_F(Removal, IgnoresTheJournalOfAnotherTrleFolder) {
+    InstallOne();
+    core::profile.TrleFolder = "C:\\other";
+    ASSERT_TRUE(WriteJournal({1, {}, {}}));
+    core::profile.TrleFolder = "C:\\trle";
+    EXPECT_FALSE(ReadJournal().has_value());
+    test::MakeFile(StashPath(1) / "savegame.0", "stale");
+    EXPECT_EQ(RemovePreviousLevel(2), 1);
+    EXPECT_THAT(NamesIn(StashPath(1)), IsEmpty());
+}
+
+} // namespace
+} // namespace kelvash::swap
