@@ -1,0 +1,35 @@
+#include <dlfcn.h>
+
+#include <optional>
+
+#include "foundation/platform/sdl.h"
+
+namespace kelvash::platform {
+
+namespace {
+
+template <class Function>
+bool Find(void* library, const char* name, Function& function) {
+    function = reinterpret_cast<Function>(::dlsym(library, name));
+    return function != nullptr;
+}
+
+std::optional<Sdl> Load() {
+    void* const library = ::dlopen("libSDL2-2.0.so.0", RTLD_NOW | RTLD_LOCAL);
+    Sdl sdl{};
+    if (library != nullptr && Find(library, "SDL_RWFromConstMem", sdl.RWFromConstMem) &&
+        Find(library, "SDL_LoadBMP_RW", sdl.LoadBMP_RW) &&
+        Find(library, "SDL_ConvertSurfaceFormat", sdl.ConvertSurfaceFormat) &&
+        Find(library, "SDL_FreeSurface", sdl.FreeSurface))
+        return sdl;
+    return std::nullopt;
+}
+
+} // namespace
+
+const Sdl* LoadSdl() {
+    static const std::optional<Sdl> sdl = Load();
+    return sdl.has_value() ? &*sdl : nullptr;
+}
+
+} // namespace kelvash::platform

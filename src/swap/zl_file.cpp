@@ -1,0 +1,225 @@
+#include "swap/zl_file.h"
+
+#include <libdeflate.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <fstream>
+#include <memory>
+#include <new>
+
+#include "foundation/drives.h"
+
+namespace kelvash::swap {
+
+namespace {
+
+// The quickest level of libdeflate that packs level files, sounds and texts closer than zlib's 9: 1 to 9 %
+// smaller, level files in a third of the time. Only long runs of one byte and files of a few bytes come out
+// longer.
+constexpr int kWholeFileLevel = 10;
+constexpr std::size_t kBlock = std::size_t{1} << 20;
+// A first guess at what a stream expands to. It only costs address space: pages that are not written to are
+// never made. Level files shrink to a half or a third.
+constexpr std::size_t kUsualGrowth = 8;
+constexpr std::size_t kGuessStep = 4;
+constexpr int kZlibOrGzipHead = MAX_WBITS + 32;
+
+// A buffer that isn't filled with zeroes; empty where there is no memory for it.
+using Buffer = std::unique_ptr<char[]>;
+Buffer NewBuffer(std::size_t size) {
+    return Buffer(new (std::nothrow) char[std::max<std::size_t>(size, 1)]);
+}
+
+template <auto Free>
+struct Freer {
+    template <class Thing>
+    void operator()(Thing* thing) const {
+        Free(thing);
+    }
+};
+using Compressor = std::unique_ptr<libdeflate_compressor, Freer<libdeflate_free_compressor>>;
+using Decompressor = std::unique_ptr<libdeflate_decompressor, Freer<libdeflate_free_decompressor>>;
+using EndDeflate = std::unique_ptr<z_stream, Freer<deflateEnd>>;
+using EndInflate = std::unique_ptr<z_stream, Freer<inflateEnd>>;
+
+ReadPiece PiecesOf(std::string_view bytes) {
+    return [bytes]() mutable -> std::optional<std::string_view> {
+        const std::string_view piece = bytes.substr(0, kBlock);
+        bytes.remove_prefix(piece.size());
+        return piece;
+    };
+}
+
+// zlib's pointer to the input isn't const, but it only reads.
+void SetInput(z_stream& stream, std::string_view piece) {
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(piece.data()));
+    stream.avail_in = static_cast<uInt>(piece.size());
+}
+
+void SetOutput(z_stream& stream, const Buffer& output) {
+    stream.next_out = reinterpret_cast<Bytef*>(output.get());
+    stream.avail_out = static_cast<uInt>(kBlock);
+}
+
+bool WriteOutput(z_stream& stream, const Buffer& output, const WritePiece& write) {
+    const std::size_t size = kBlock - stream.avail_out;
+    SetOutput(stream, output);
+    return size == 0 || write({output.get(), size});
+}
+
+enum class Whole { Done, Failed, TakeBlocks };
+
+Whole DeflateWhole(std::string_view bytes, const WritePiece& write) {
+    const Compressor compressor(libdeflate_alloc_compressor(kWholeFileLevel));
+    if (!compressor) return Whole::TakeBlocks;
+    const std::size_t room = libdeflate_zlib_compress_bound(compressor.get(), bytes.size());
+    const Buffer output = NewBuffer(room);
+    if (!output) return Whole::TakeBlocks;
+    const std::size_t size =
+        libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), output.get(), room);
+    if (size == 0) return Whole::TakeBlocks;
+    return write({output.get(), size}) ? Whole::Done : Whole::Failed;
+}
+
+Whole InflateWhole(std::string_view bytes, const WritePiece& write) {
+    const Decompressor decompressor(libdeflate_alloc_decompressor());
+    if (!decompressor) return Whole::TakeBlocks;
+    std::size_t room = std::clamp(bytes.size() * kUsualGrowth, kBlock, kWholeOutputLimit);
+    for (;;) {
+        const Buffer output = NewBuffer(room);
+        if (!output) return Whole::TakeBlocks;
+        std::size_t size = 0;
+        const libdeflate_result result = libdeflate_zlib_decompress(decompressor.get(), bytes.data(),
+                                                                    bytes.size(), output.get(), room, &size);
+        if (result == LIBDEFLATE_SUCCESS) return write({output.get(), size}) ? Whole::Done : Whole::Failed;
+        if (result != LIBDEFLATE_INSUFFICIENT_SPACE || room == kWholeOutputLimit) return Whole::TakeBlocks;
+        room = std::min(room * kGuessStep, kWholeOutputLimit);
+    }
+}
+
+// The source of a conversion, read whole or piece by piece.
+class SourceFile {
+  public:
+    explicit SourceFile(std::string_view path) : size_(FileSize(path)) {
+        file_.rdbuf()->pubsetbuf(nullptr, 0); // what is read here is read in big blocks
+        if (FileExists(path)) file_.open(NativePath(path), std::ios::binary);
+    }
+    bool IsOpen() const { return file_.is_open(); }
+
+    // True if the whole file fits what may be taken into memory and the next Read gives all of it, else a
+    // block.
+    bool TakeWhole() {
+        if (size_ <= static_cast<std::int64_t>(kWholeFileLimit)) {
+            room_ = static_cast<std::size_t>(size_);
+            buffer_ = NewBuffer(room_);
+            if (buffer_) return true;
+        }
+        room_ = kBlock;
+        buffer_ = NewBuffer(room_);
+        return false;
+    }
+
+    std::optional<std::string_view> Read() {
+        if (!buffer_) return std::nullopt;
+        file_.read(buffer_.get(), static_cast<std::streamsize>(room_));
+        if (file_.bad()) return std::nullopt;
+        return std::string_view(buffer_.get(), static_cast<std::size_t>(file_.gcount()));
+    }
+
+  private:
+    std::int64_t size_;
+    std::ifstream file_;
+    std::size_t room_ = 0;
+    Buffer buffer_;
+};
+
+bool Convert(std::string_view source, std::string_view target,
+             bool (*whole)(std::string_view bytes, const WritePiece& write),
+             bool (*blocks)(const ReadPiece& read, const WritePiece& write)) {
+    SourceFile file(source);
+    if (!file.IsOpen()) return false;
+    const std::optional<std::int64_t> time = FileTime(source);
+    const auto produce = [&](const WritePiece& write) {
+        if (!file.TakeWhole()) return blocks([&file] { return file.Read(); }, write);
+        const std::optional<std::string_view> bytes = file.Read();
+        return bytes.has_value() && whole(*bytes, write);
+    };
+    if (!ReplaceFileBytes(target, produce, Flush::No)) return false;
+    if (time.has_value()) SetFileDate(target, *time); // a disk without dates is no reason to lose the file
+    return true;
+}
+
+} // namespace
+
+bool DeflateBlocks(const ReadPiece& read, const WritePiece& write) {
+    z_stream stream{};
+    if (deflateInit(&stream, Z_BEST_COMPRESSION) != Z_OK) return false;
+    const EndDeflate end(&stream);
+    const Buffer output = NewBuffer(kBlock);
+    if (!output) return false;
+    SetOutput(stream, output);
+    int flush = Z_NO_FLUSH;
+    for (;;) {
+        if (stream.avail_in == 0 && flush == Z_NO_FLUSH) {
+            const std::optional<std::string_view> piece = read();
+            if (!piece.has_value()) return false;
+            SetInput(stream, *piece);
+            if (piece->empty()) flush = Z_FINISH;
+        }
+        const int status = deflate(&stream, flush);
+        if (status != Z_OK && status != Z_STREAM_END && status != Z_BUF_ERROR) return false;
+        const bool ended = status == Z_STREAM_END;
+        if ((stream.avail_out == 0 || ended) && !WriteOutput(stream, output, write)) return false;
+        if (ended) return true;
+    }
+}
+
+bool InflateBlocks(const ReadPiece& read, const WritePiece& write) {
+    z_stream stream{};
+    if (inflateInit2(&stream, kZlibOrGzipHead) != Z_OK) return false;
+    const EndInflate end(&stream);
+    const Buffer output = NewBuffer(kBlock);
+    if (!output) return false;
+    SetOutput(stream, output);
+    bool all_read = false;
+    for (;;) {
+        if (stream.avail_in == 0 && !all_read) {
+            const std::optional<std::string_view> piece = read();
+            if (!piece.has_value()) return false;
+            SetInput(stream, *piece);
+            all_read = piece->empty();
+        }
+        const int status = inflate(&stream, Z_NO_FLUSH);
+        if (status != Z_OK && status != Z_STREAM_END && status != Z_BUF_ERROR) return false;
+        const bool ended = status == Z_STREAM_END;
+        if (stream.avail_out == 0 || ended) {
+            if (!WriteOutput(stream, output, write)) return false;
+        } else if (all_read) {
+            return false; // room is left, and the stream wants more than there is
+        }
+        if (ended) return true;
+    }
+}
+
+bool DeflateTo(std::string_view bytes, const WritePiece& write) {
+    const Whole result = bytes.size() <= kWholeFileLimit ? DeflateWhole(bytes, write) : Whole::TakeBlocks;
+    return result == Whole::TakeBlocks ? DeflateBlocks(PiecesOf(bytes), write) : result == Whole::Done;
+}
+
+// What libdeflate refuses may still be a stream with a gzip head, or longer than the limit; zlib has the last
+// word.
+bool InflateTo(std::string_view bytes, const WritePiece& write) {
+    const Whole result = bytes.size() <= kWholeFileLimit ? InflateWhole(bytes, write) : Whole::TakeBlocks;
+    return result == Whole::TakeBlocks ? InflateBlocks(PiecesOf(bytes), write) : result == Whole::Done;
+}
+
+bool CompressFile(std::string_view source, std::string_view target) {
+    return Convert(source, target, DeflateTo, DeflateBlocks);
+}
+
+bool DecompressFile(std::string_view source, std::string_view target) {
+    return Convert(source, target, InflateTo, InflateBlocks);
+}
+
+} // namespace kelvash::swap

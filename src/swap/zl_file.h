@@ -1,0 +1,41 @@
+// The stored form of a level's bulky files: one file as one zlib stream (RFC 1950) without any header of our
+// own, in a file named after it plus ".zl".
+//
+// A file of ordinary size is packed and unpacked whole in memory, a bigger one in blocks; both ways give and
+// take the same format. No stream makes these routines use more than some 200 MB, whatever it expands to.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string_view>
+
+#include "foundation/files.h"
+
+namespace kelvash::swap {
+
+// Bytes of a file, and of a stream that it is unpacked from, that are taken into memory whole.
+inline constexpr std::size_t kWholeFileLimit = std::size_t{64} << 20;
+// Bytes that a stream is unpacked into in memory; what gets longer is unpacked in blocks.
+inline constexpr std::size_t kWholeOutputLimit = std::size_t{128} << 20;
+
+// Pack and unpack a file, given by path texts. The target is replaced only when the whole result is on the
+// disk, and gets the modification time of the source. False, with the target as it was, if the source can't
+// be read or the target not be written. DecompressFile is false too for a damaged or truncated stream; it
+// takes streams of any writer, also with a gzip head, and overlooks bytes behind the stream's end.
+[[nodiscard]] bool CompressFile(std::string_view source, std::string_view target);
+[[nodiscard]] bool DecompressFile(std::string_view source, std::string_view target);
+
+// The same from memory into `write`. False as soon as `write` refuses a piece, or if the stream is bad;
+// pieces written before are worth nothing then.
+[[nodiscard]] bool DeflateTo(std::string_view bytes, const WritePiece& write);
+[[nodiscard]] bool InflateTo(std::string_view bytes, const WritePiece& write);
+
+// Gives the next piece of a source, empty at its end, nothing if it can't be read. The piece is good until
+// the next call.
+using ReadPiece = std::function<std::optional<std::string_view>()>;
+// The same in blocks, with a few megabytes of memory.
+[[nodiscard]] bool DeflateBlocks(const ReadPiece& read, const WritePiece& write);
+[[nodiscard]] bool InflateBlocks(const ReadPiece& read, const WritePiece& write);
+
+} // namespace kelvash::swap

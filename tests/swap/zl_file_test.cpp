@@ -1,0 +1,393 @@
+#include "swap/zl_file.h"
+
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <zlib.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+
+#include "foundation/drives.h"
+#include "support/test_home.h"
+
+namespace kelvash::swap {
+namespace {
+
+namespace fs = std::filesystem;
+using test::BytesOf;
+using test::Exists;
+using test::MakeFile;
+
+// Bytes without any pattern, the same at every run.
+std::string Noise(std::size_t size) {
+    std::string bytes;
+    std::uint32_t state = 12345;
+    while (bytes.size() < size) {
+        state = state * 1664525 + 1013904223;
+        bytes.push_back(static_cast<char>(state >> 24));
+    }
+    return bytes;
+}
+
+// Records with small differences, as in a level file: packs to about a quarter.
+std::string Records(std::size_t size) {
+    std::string bytes;
+    const std::string noise = Noise(size / 8 + 1);
+    for (std::size_t i = 0; bytes.size() < size; ++i) {
+        bytes += noise[i];
+        bytes.push_back(static_cast<char>(i));
+        bytes.push_back(static_cast<char>(i >> 8));
+        bytes.append("\x00\x10\xFF\x7F\x01", 5);
+    }
+    bytes.resize(size);
+    return bytes;
+}
+
+// A stream that zlib itself writes. `window_bits` as zlib takes them: negative for a raw stream, above 15 for
+// gzip.
+std::string PackedByZlib(const std::string& bytes, int level, int window_bits,
+                         const std::string& dictionary = "") {
+    z_stream stream{};
+    EXPECT_EQ(deflateInit2(&stream, level, Z_DEFLATED, window_bits, 8, Z_DEFAULT_STRATEGY), Z_OK);
+    if (!dictionary.empty())
+        deflateSetDictionary(&stream, reinterpret_cast<const Bytef*>(dictionary.data()),
+                             static_cast<uInt>(dictionary.size()));
+    std::string input = bytes;
+    std::string packed(deflateBound(&stream, bytes.size()) + 64, '\0');
+    stream.next_in = reinterpret_cast<Bytef*>(input.data());
+    stream.avail_in = static_cast<uInt>(input.size());
+    stream.next_out = reinterpret_cast<Bytef*>(packed.data());
+    stream.avail_out = static_cast<uInt>(packed.size());
+    EXPECT_EQ(deflate(&stream, Z_FINISH), Z_STREAM_END);
+    packed.resize(stream.total_out);
+    deflateEnd(&stream);
+    return packed;
+}
+
+std::string UnpackedByZlib(const std::string& packed, std::size_t size) {
+    std::string bytes(size + 1, '\0');
+    uLongf got = bytes.size();
+    EXPECT_EQ(uncompress(reinterpret_cast<Bytef*>(bytes.data()), &got,
+                         reinterpret_cast<const Bytef*>(packed.data()), packed.size()),
+              Z_OK);
+    bytes.resize(got);
+    return bytes;
+}
+
+// Pieces of a text, each of `size` bytes.
+ReadPiece InPieces(const std::string& bytes, std::size_t size) {
+    return [&bytes, size, at = std::size_t{0}]() mutable -> std::optional<std::string_view> {
+        const std::string_view piece = std::string_view(bytes).substr(at, size);
+        at += piece.size();
+        return piece;
+    };
+}
+
+WritePiece Into(std::string& text) {
+    return [&text](std::string_view piece) {
+        text += piece;
+        return true;
+    };
+}
+
+// Runs a procedure in a process of its own; true if it answers true. `peak` gets the most memory it held, in
+// bytes.
+bool InChild(const std::function<bool()>& procedure, std::int64_t* peak = nullptr) {
+    const pid_t child = fork();
+    if (child == 0) _exit(procedure() ? 0 : 1);
+    int status = 0;
+    struct rusage usage {};
+    EXPECT_EQ(wait4(child, &status, 0, &usage), child);
+    if (peak != nullptr) *peak = std::int64_t{usage.ru_maxrss} * 1024;
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+// As on a disk with so many bytes left: writing more fails.
+void LimitFiles(rlim_t bytes) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const struct rlimit limit { bytes, bytes };
+    setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+class ZlFile : public test::TestHome {
+  protected:
+    fs::path Native(const std::string& name) const { return drive / name; }
+    bool Unpack(const std::string& stream) {
+        MakeFile(Native("city.tr4.zl"), stream);
+        return DecompressFile("C:\\city.tr4.zl", "C:\\city.tr4");
+    }
+    void ExpectRefused(const std::string& stream) {
+        EXPECT_FALSE(Unpack(stream));
+        EXPECT_FALSE(Exists(Native("city.tr4")));
+        EXPECT_FALSE(Exists(Native("city.tr4.new")));
+    }
+};
+
+TEST_F(ZlFile, PacksAFileAsOneZlibStream) {
+    const std::string bytes = Records(300'000);
+    MakeFile(Native("city.tr4"), bytes);
+    ASSERT_TRUE(CompressFile("C:\\city.tr4", "C:\\city.tr4.zl"));
+    const std::string packed = BytesOf(Native("city.tr4.zl"));
+    EXPECT_EQ(packed.substr(0, 2), "\x78\xDA");
+    EXPECT_EQ(UnpackedByZlib(packed, bytes.size()), bytes);
+    EXPECT_EQ(BytesOf(Native("city.tr4")), bytes);
+}
+
+TEST_F(ZlFile, PacksAtLeastAsCloseAsZlibsLevel9) {
+    for (const std::string& bytes : {Records(300'000), Noise(300'000)}) {
+        MakeFile(Native("city.tr4"), bytes);
+        ASSERT_TRUE(CompressFile("C:\\city.tr4", "C:\\city.tr4.zl"));
+        EXPECT_LE(BytesOf(Native("city.tr4.zl")).size(), PackedByZlib(bytes, 9, 15).size());
+    }
+}
+
+TEST_F(ZlFile, UnpacksWhatItPacked) {
+    for (const std::string& bytes : {Records(5'000'000), Noise(3'000'000), std::string(1, 'x')}) {
+        MakeFile(Native("a.wav"), bytes);
+        ASSERT_TRUE(CompressFile("C:\\a.wav", "C:\\a.wav.zl"));
+        ASSERT_TRUE(DecompressFile("C:\\a.wav.zl", "C:\\b.wav"));
+        EXPECT_EQ(BytesOf(Native("b.wav")), bytes);
+    }
+}
+
+TEST_F(ZlFile, PacksAndUnpacksAnEmptyFile) {
+    MakeFile(Native("a.wav"), "");
+    ASSERT_TRUE(CompressFile("C:\\a.wav", "C:\\a.wav.zl"));
+    EXPECT_EQ(UnpackedByZlib(BytesOf(Native("a.wav.zl")), 0), "");
+    ASSERT_TRUE(DecompressFile("C:\\a.wav.zl", "C:\\b.wav"));
+    EXPECT_EQ(BytesOf(Native("b.wav")), "");
+}
+
+TEST_F(ZlFile, UnpacksWhatZlibPacked) {
+    const std::string bytes = Records(500'000);
+    for (const int level : {0, 1, 6, 9}) {
+        ASSERT_TRUE(Unpack(PackedByZlib(bytes, level, 15))) << level;
+        EXPECT_EQ(BytesOf(Native("city.tr4")), bytes) << level;
+    }
+}
+
+TEST_F(ZlFile, UnpacksAStreamWithASmallWindow) {
+    const std::string bytes = Records(200'000);
+    const std::string packed = PackedByZlib(bytes, 9, 9);
+    ASSERT_EQ(packed[0], '\x18');
+    ASSERT_TRUE(Unpack(packed));
+    EXPECT_EQ(BytesOf(Native("city.tr4")), bytes);
+}
+
+TEST_F(ZlFile, UnpacksAStreamWithAGzipHead) {
+    const std::string bytes = Records(200'000);
+    const std::string packed = PackedByZlib(bytes, 9, 15 + 16);
+    ASSERT_EQ(packed.substr(0, 2), "\x1F\x8B");
+    ASSERT_TRUE(Unpack(packed));
+    EXPECT_EQ(BytesOf(Native("city.tr4")), bytes);
+}
+
+TEST_F(ZlFile, RefusesARawStream) {
+    ExpectRefused(PackedByZlib(Records(200'000), 9, -15));
+}
+
+TEST_F(ZlFile, RefusesAStreamThatNeedsADictionary) {
+    ExpectRefused(PackedByZlib("trigger trigger trigger", 9, 15, "a trigger"));
+}
+
+TEST_F(ZlFile, OverlooksBytesBehindTheStream) {
+    const std::string bytes = Records(50'000);
+    for (const int window_bits : {15, 15 + 16}) {
+        ASSERT_TRUE(Unpack(PackedByZlib(bytes, 9, window_bits) + "and some more")) << window_bits;
+        EXPECT_EQ(BytesOf(Native("city.tr4")), bytes) << window_bits;
+    }
+}
+
+TEST_F(ZlFile, RefusesAStreamCutAtAnyLength) {
+    const std::string packed = PackedByZlib(Records(2'000), 9, 15);
+    for (std::size_t length = 0; length < packed.size(); ++length) {
+        SCOPED_TRACE(length);
+        ExpectRefused(packed.substr(0, length));
+    }
+}
+
+TEST_F(ZlFile, RefusesALongStreamCutShort) {
+    const std::string packed = PackedByZlib(Records(8'000'000), 1, 15);
+    for (const std::size_t missing : {std::size_t{1}, std::size_t{4}, packed.size() / 2, packed.size() - 3}) {
+        SCOPED_TRACE(missing);
+        ExpectRefused(packed.substr(0, packed.size() - missing));
+    }
+}
+
+// Only the bits that fill up the last byte in front of the check sum mean nothing.
+TEST_F(ZlFile, RefusesAStreamWithAnyByteChanged) {
+    const std::string bytes = Records(2'000);
+    const std::string packed = PackedByZlib(bytes, 9, 15);
+    for (std::size_t at = 0; at < packed.size(); ++at) {
+        if (at == packed.size() - 5) continue;
+        SCOPED_TRACE(at);
+        std::string damaged = packed;
+        damaged[at] = static_cast<char>(damaged[at] ^ 0x24);
+        ExpectRefused(damaged);
+    }
+}
+
+TEST_F(ZlFile, RefusesAFileThatIsNoStream) {
+    ExpectRefused("This is a level, not a stream.");
+    ExpectRefused(Noise(100'000));
+}
+
+TEST_F(ZlFile, UnpacksAStreamThatExpandsAThousandfold) {
+    const std::string bytes(50'000'000, '\0');
+    ASSERT_TRUE(Unpack(PackedByZlib(bytes, 9, 15)));
+    EXPECT_TRUE(BytesOf(Native("city.tr4")) == bytes);
+}
+
+TEST_F(ZlFile, GivesTheResultTheTimeOfTheSource) {
+    MakeFile(Native("a.wav"), "sound");
+    ASSERT_TRUE(SetFileDate("C:\\a.wav", 978'307'200));
+    ASSERT_TRUE(CompressFile("C:\\a.wav", "C:\\a.wav.zl"));
+    EXPECT_EQ(FileTime("C:\\a.wav.zl"), 978'307'200);
+    ASSERT_TRUE(DecompressFile("C:\\a.wav.zl", "C:\\b.wav"));
+    EXPECT_EQ(FileTime("C:\\b.wav"), 978'307'200);
+}
+
+TEST_F(ZlFile, ReplacesAnOldTargetOnlyWhenItSucceeds) {
+    MakeFile(Native("city.tr4"), "the old level");
+    EXPECT_FALSE(Unpack(PackedByZlib("the new level", 9, 15).substr(0, 12)));
+    EXPECT_EQ(BytesOf(Native("city.tr4")), "the old level");
+    EXPECT_TRUE(Unpack(PackedByZlib("the new level", 9, 15)));
+    EXPECT_EQ(BytesOf(Native("city.tr4")), "the new level");
+}
+
+TEST_F(ZlFile, RefusesASourceThatIsMissingOrAFolder) {
+    fs::create_directory(Native("folder"));
+    for (const char* source : {"C:\\nothing", "C:\\folder", "", "Q:\\a.wav"}) {
+        EXPECT_FALSE(CompressFile(source, "C:\\a.zl")) << source;
+        EXPECT_FALSE(DecompressFile(source, "C:\\a")) << source;
+    }
+    EXPECT_FALSE(Exists(Native("a.zl")));
+    EXPECT_FALSE(Exists(Native("a")));
+}
+
+TEST_F(ZlFile, RefusesATargetThatCantBeMade) {
+    MakeFile(Native("a.wav"), "sound");
+    fs::create_directory(Native("folder"));
+    for (const char* target : {"C:\\missing\\a.zl", "C:\\folder", "Q:\\a.zl"})
+        EXPECT_FALSE(CompressFile("C:\\a.wav", target)) << target;
+    EXPECT_TRUE(fs::is_directory(Native("folder")));
+}
+
+TEST_F(ZlFile, RefusesAnUnreadableSourceAndAFolderThatTakesNoFiles) {
+    MakeFile(Native("a.wav"), "sound");
+    MakeFile(Native("secret.wav"), "sound");
+    MakeFile(Native("closed/old.zl"), "old");
+    for (const fs::path& path : {root, drive, Native("closed")})
+        fs::permissions(path, fs::perms(0755), fs::perm_options::replace);
+    fs::permissions(Native("secret.wav"), fs::perms::none, fs::perm_options::replace);
+    fs::create_directory(Native("open"));
+    fs::permissions(Native("open"), fs::perms::all);
+    fs::permissions(Native("closed"), fs::perms(0555), fs::perm_options::replace);
+    {
+        const test::OrdinaryUser ordinary;
+        EXPECT_TRUE(CompressFile("C:\\a.wav", "C:\\open\\a.zl"));
+        EXPECT_FALSE(CompressFile("C:\\secret.wav", "C:\\open\\secret.zl"));
+        EXPECT_FALSE(CompressFile("C:\\a.wav", "C:\\closed\\new.zl"));
+        EXPECT_FALSE(CompressFile("C:\\a.wav", "C:\\closed\\old.zl"));
+    }
+    fs::permissions(Native("closed"), fs::perms(0755), fs::perm_options::replace);
+    EXPECT_FALSE(Exists(Native("open/secret.zl")));
+    EXPECT_FALSE(Exists(Native("closed/new.zl")));
+    EXPECT_EQ(BytesOf(Native("closed/old.zl")), "old");
+}
+
+TEST_F(ZlFile, LeavesNothingOnAFullDisk) {
+    MakeFile(Native("noise.wav"), Noise(3'000'000));
+    MakeFile(Native("bomb.zl"), PackedByZlib(std::string(20'000'000, '\0'), 9, 15));
+    MakeFile(Native("big_bomb.zl"), PackedByZlib(std::string(140'000'000, '\0'), 9, 15));
+    MakeFile(Native("old.wav"), "old");
+    EXPECT_TRUE(InChild([] {
+        LimitFiles(1'000'000);
+        return !CompressFile("C:\\noise.wav", "C:\\noise.wav.zl") &&
+               !DecompressFile("C:\\bomb.zl", "C:\\bomb") &&
+               !DecompressFile("C:\\big_bomb.zl", "C:\\big_bomb") &&
+               !DecompressFile("C:\\bomb.zl", "C:\\old.wav");
+    }));
+    EXPECT_THAT(ListFiles("C:", "*"),
+                testing::ElementsAre("C:\\big_bomb.zl", "C:\\bomb.zl", "C:\\noise.wav", "C:\\old.wav"));
+    EXPECT_EQ(BytesOf(Native("old.wav")), "old");
+}
+
+// 300 MB of holes with a few written places.
+TEST_F(ZlFile, KeepsItsMemoryBoundedForABigFile) {
+    constexpr std::int64_t kSize = 300'000'000;
+    MakeFile(Native("big.tr4"), "start");
+    fs::resize_file(Native("big.tr4"), kSize);
+    {
+        std::fstream file(Native("big.tr4"), std::ios::binary | std::ios::in | std::ios::out);
+        file.seekp(150'000'000).write("middle", 6);
+        file.seekp(kSize - 3).write("end", 3);
+        ASSERT_TRUE(file.good());
+    }
+    std::int64_t peak = 0;
+    EXPECT_TRUE(InChild([] { return CompressFile("C:\\big.tr4", "C:\\big.tr4.zl"); }, &peak));
+    EXPECT_LT(peak, 100'000'000);
+    EXPECT_LT(fs::file_size(Native("big.tr4.zl")), 400'000U);
+    fs::remove(Native("big.tr4"));
+    EXPECT_TRUE(InChild([] { return DecompressFile("C:\\big.tr4.zl", "C:\\big.tr4"); }, &peak));
+    EXPECT_LT(peak, 230'000'000);
+    ASSERT_EQ(FileSize("C:\\big.tr4"), kSize);
+    std::ifstream file(Native("big.tr4"), std::ios::binary);
+    std::string text(6, '\0');
+    file.seekg(150'000'000).read(text.data(), 6);
+    EXPECT_EQ(text, "middle");
+    file.seekg(kSize - 6).read(text.data(), 6);
+    EXPECT_EQ(text, std::string("\0\0\0end", 6));
+}
+
+TEST(ZlBlocks, UnpackWhateverThePiecesAre) {
+    const std::string bytes = Records(3 << 20); // three full blocks of output
+    const std::string packed = PackedByZlib(bytes, 1, 15);
+    for (const std::size_t size : {std::size_t{1}, std::size_t{1000}, packed.size() - 1, packed.size()}) {
+        std::string unpacked;
+        EXPECT_TRUE(InflateBlocks(InPieces(packed, size), Into(unpacked))) << size;
+        EXPECT_TRUE(unpacked == bytes) << size;
+        EXPECT_FALSE(InflateBlocks(InPieces(packed.substr(0, packed.size() - 1), size), Into(unpacked)))
+            << size;
+    }
+}
+
+TEST(ZlBlocks, PackWhateverThePiecesAre) {
+    const std::string bytes = Noise(2'500'000);
+    for (const std::size_t size : {std::size_t{7}, std::size_t{100'000}, bytes.size()}) {
+        std::string packed;
+        ASSERT_TRUE(DeflateBlocks(InPieces(bytes, size), Into(packed))) << size;
+        EXPECT_EQ(packed.substr(0, 2), "\x78\xDA") << size;
+        EXPECT_TRUE(UnpackedByZlib(packed, bytes.size()) == bytes) << size;
+    }
+}
+
+TEST(ZlBlocks, GiveUpWhenTheSourceCantBeRead) {
+    const ReadPiece unreadable = []() -> std::optional<std::string_view> { return std::nullopt; };
+    std::string text;
+    EXPECT_FALSE(DeflateBlocks(unreadable, Into(text)));
+    EXPECT_FALSE(InflateBlocks(unreadable, Into(text)));
+}
+
+TEST(ZlBlocks, StopAtTheFirstRefusedPiece) {
+    int calls = 0;
+    const WritePiece refuse = [&calls](std::string_view) {
+        ++calls;
+        return false;
+    };
+    const std::string bytes = Noise(3'000'000);
+    const std::string packed = PackedByZlib(bytes, 9, 15);
+    EXPECT_FALSE(DeflateTo(bytes, refuse));
+    EXPECT_FALSE(InflateTo(packed, refuse));
+    EXPECT_FALSE(DeflateBlocks(InPieces(bytes, 100'000), refuse));
+    EXPECT_FALSE(InflateBlocks(InPieces(packed, 100'000), refuse));
+    EXPECT_EQ(calls, 4);
+}
+
+} // namespace
+} // namespace kelvash::swap
