@@ -1,9 +1,12 @@
-# Every outside library, found once, from the system's packages.
+# Every outside library, found once, from the system's packages. The foundation alone needs none of them on Windows.
+if(KELVASH_FOUNDATION_ONLY)
+  return()
+endif()
 find_package(PkgConfig REQUIRED)
 find_package(ZLIB REQUIRED)
 find_package(nlohmann_json REQUIRED)
 find_package(CLI11 REQUIRED)
 find_package(SDL2 REQUIRED)
-find_package(X11 REQUIRED COMPONENTS Xtst)
+find_package(X11 REQUIRED COMPONENTS Xtst Xfixes)
 pkg_check_modules(LIBDEFLATE REQUIRED IMPORTED_TARGET libdeflate)
 pkg_check_modules(TURBOJPEG REQUIRED IMPORTED_TARGET libturbojpeg)

@@ -53,7 +53,8 @@ void TakeProfile() {
     profile.TimerTenths = std::clamp(profile.TimerTenths, 1, kMostTimerTenths);
     session.TimerInterval = profile.TimerTenths * 100;
     JoystickState joystick;
-    if (!TheDesktop().ReadJoystick(profile.JoystickId, joystick)) profile.EnableJoystick = false;
+    if (profile.EnableJoystick && !TheDesktop().ReadJoystick(profile.JoystickId, joystick))
+        profile.EnableJoystick = false;
 }
 
 // Opens the Archive of the last run. False ends the start-up; profile.LastArchive is blank if none is open

@@ -1,7 +1,6 @@
 #include "foundation/drives.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <optional>
 
@@ -117,7 +116,7 @@ std::string AppFolder() { return DosPath(Drives().home); }
 std::string ProgramPath() { return DosPath(platform::ExecutablePath()); }
 
 fs::path DefaultAppFolder() {
-    if (const char* home = std::getenv("KELVASH_HOME"); home != nullptr && *home != '\0') return home;
+    if (const fs::path home = platform::EnvironmentPath("KELVASH_HOME"); !home.empty()) return home;
     const fs::path own = platform::ExecutablePath().parent_path();
     std::error_code error;
     if (platform::ProgramFolderIsHome() || fs::exists(own / "Kelvash.prf", error)) return own;

@@ -49,7 +49,8 @@ bool LoadMessageTable(std::string_view path) {
     const std::optional<std::string> file = ReadFileBytes(path);
     if (!file) return false;
     TextTable table = BuiltInTexts();
-    for (std::size_t at = 0; at < file->size();) {
+    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF"; // some editors begin a file with it
+    for (std::size_t at = file->starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0; at < file->size();) {
         const std::string line = NextLineIn(*file, at);
         if (line.empty() || line.front() == '#') continue;
         const std::size_t tab = line.find('\t');

@@ -31,7 +31,7 @@ bool RunAndWait(std::string_view program, const Arguments& arguments, Window win
 // Starts a program in its own folder. The process id is the result, -1 on failure.
 std::int64_t RunNoWait(std::string_view program, const Arguments& arguments, Process& process, Window window);
 // The same with all that is known of the process. A suspended start stops before the program's first instruction
-// until ResumeProcess.
+// until ResumeProcess; whether the system can run it is then only known by its end.
 bool RunFull(std::string_view program, const Arguments& arguments, Window window, Process& process,
              bool suspended);
 void ResumeProcess(const Process& process);
@@ -39,8 +39,11 @@ void ResumeProcess(const Process& process);
 // `exit_code`.
 bool WaitForProcess(const Process& process, double seconds, int* exit_code = nullptr);
 void KillProcess(const Process& process);
+// Gives back what the system keeps for a started process that nobody asks about any more; the process runs on.
+void ReleaseProcess(Process& process);
 
 // Opens a document or address with the program that the desktop has for it. An empty folder takes the document's.
+// The verb is what to do with a document ("open" or empty for the usual), or the parameters of a program.
 bool OpenDocument(std::string_view document, std::string_view verb, Window window, std::string_view folder);
 
 enum class LineMode { PartialLines, WholeLines };
@@ -54,7 +57,8 @@ struct Captured {
 // Runs a console program and reads what it prints on either stream. The reader is called once with an empty line
 // at the start. With PartialLines it is told a line after every change, so that counters that rewrite one line are
 // seen; with WholeLines only finished lines. CR and LF end a line, backspace steps back, tab goes to the next
-// multiple of four columns. A NUL shows the message "Valore 0". A stop gives the error "Break user".
+// multiple of four columns. A line is cut at 257 bytes. A NUL shows the message "Valore 0". A stop ends the program
+// and gives the error "Break user".
 Captured CaptureOutput(std::string_view program, const Arguments& arguments, const LineReader& reader,
                        LineMode mode);
 

@@ -14,7 +14,8 @@ namespace kelvash {
 // Ties an extension (with its dot) and its description to an icon and a program. False at the first failed write.
 bool RegisterFileType(std::string_view extension, std::string_view description, std::string_view icon,
                       std::string_view program);
-// Makes a menu entry or link named `caption` in a special folder. True if it stands.
+// Makes a menu entry or link named `caption` in a special folder; back-slashes in the caption name folders below it,
+// which are made. The target is a path or a name in its folder: a program, or a document to open. True if it stands.
 bool CreateShortcut(SpecialFolderId where, std::string_view target_folder, std::string_view target,
                     std::string_view caption, std::string_view arguments);
 // The first value of a key below the local machine's root, up to its first NUL; empty on failure.

@@ -47,6 +47,8 @@ std::pair<std::size_t, char32_t> FirstCharacter(std::string_view text) {
         if ((byte(i) & 0xC0) != 0x80) return {1, 0xFFFD};
         code = (code << 6) | (byte(i) & 0x3F);
     }
+    constexpr char32_t kFirstOfLength[] = {0, 0, 0x80, 0x800, 0x10000};
+    if (code < kFirstOfLength[length] || code > 0x10FFFF) return {1, 0xFFFD}; // no second spelling of a character
     return {length, code};
 }
 
@@ -162,7 +164,7 @@ std::string AnsiFromUtf8(std::string_view text) {
     bytes.reserve(text.size());
     while (!text.empty()) {
         const auto [length, code] = FirstCharacter(text);
-        bytes += AnsiFromCode(code);
+        bytes += length == 1 && code >= 0x80 ? text.front() : AnsiFromCode(code);
         text.remove_prefix(length);
     }
     return bytes;

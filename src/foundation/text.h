@@ -41,7 +41,8 @@ std::int32_t LeadingNumber(std::string_view text);
 std::optional<std::int32_t> WholeNumber(std::string_view text);
 
 // Between the ANSI code page of every file (Windows-1252) and UTF-8. The five codes without a character map to
-// the controls of the same number, so bytes survive a round trip; a character with no place becomes "?".
+// the controls of the same number, so bytes survive a round trip; a character with no place becomes "?", bytes
+// that are no UTF-8 stay as they are.
 std::string Utf8FromAnsi(std::string_view bytes);
 std::string AnsiFromUtf8(std::string_view text);
 

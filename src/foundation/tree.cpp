@@ -50,8 +50,8 @@ bool CopyTreeWith(std::string_view source, std::string_view destination, Bar* ba
     std::int64_t done = 0;
     for (const std::string& file : tree.files) {
         done += FileSize(file);
-        if (IsLeftOut(file, skip)) continue;
         const std::string relative = file.substr(source.size());
+        if (IsLeftOut(relative, skip)) continue;
         std::string failed;
         if (!MakeFolders(target_root, FolderOf(relative), failed)) {
             TellFolderFailure(failed);

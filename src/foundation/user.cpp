@@ -56,7 +56,8 @@ bool AskYesNo(MessageStyle style, const std::string& text) {
 
 void ProgressPercent(Bar& bar, double done, double total) {
     if (total <= 0) total = 1;
-    const int percent = static_cast<int>(std::clamp(done / total, 0.0, 1.0) * 100);
+    // The product first: 29 of 100 as a quotient is a little less than 0.29.
+    const int percent = static_cast<int>(std::clamp(done, 0.0, total) * 100 / total);
     if (percent == bar.percent) return;
     bar.percent = percent;
     TheUser().SetBar(bar.place, percent);

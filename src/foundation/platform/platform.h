@@ -55,6 +55,8 @@ bool VolumeInfo(const NativeFile& folder, DriveRecord& record);
 // `root` followed by the components of `rest` (a path text without its drive), each found without regard to case.
 NativeFile FindExact(const NativeFile& root, std::string_view rest);
 NativeFile ExecutablePath();
+// A variable of the environment as a path; empty if it isn't set.
+NativeFile EnvironmentPath(const char* name);
 // The user's folder for program data, the application's own name at its end.
 NativeFile UserDataFolder();
 NativeFile SpecialFolder(SpecialFolderId id);
@@ -70,16 +72,23 @@ struct SpawnRequest {
     Window window = Window::Normal;
     bool suspended = false;
 };
+enum class SpawnResult { Started, NoPipe, NoRedirection, NotStarted };
 // Starts a process. With `output` its two output streams go into one pipe, whose read end is put there (a CRT
-// descriptor).
-bool Spawn(const SpawnRequest& request, Process& process, int* output);
-// Up to `size` bytes of the pipe; 0 at its end.
-std::size_t ReadPipe(int descriptor, char* buffer, std::size_t size);
+// descriptor). A suspended process can't tell that its program is unusable: it then ends once it is resumed.
+SpawnResult Spawn(const SpawnRequest& request, Process& process, int* output);
+// Up to `size` bytes of the process's pipe; 0 at its end, or once the process has ended and the pipe is empty,
+// whoever else may still hold it.
+std::size_t ReadPipe(int descriptor, const Process& process, char* buffer, std::size_t size);
 void ClosePipe(int descriptor);
+// True if the process ended within that time, which may be infinite.
 bool WaitFor(const Process& process, double seconds, int* exit_code);
 void Resume(const Process& process);
 void Kill(const Process& process);
-bool OpenWithDesktop(const std::string& document, std::string_view verb, const NativeFile& folder);
+// Gives the process's handles back; it runs on.
+void Release(Process& process);
+// `document` is a native path or an address.
+bool OpenWithDesktop(const std::string& document, std::string_view verb, Window window,
+                     const NativeFile& folder);
 // The platform's own build of a tool; empty if there is none on PATH.
 NativeFile NativeTool(std::string_view name);
 
@@ -104,7 +113,7 @@ bool WriteRegistryValues(std::string_view key, std::string_view default_value, s
                          std::string_view value);
 int WindowsVersion();
 
-// --- desktop (desktop_x11.cpp, desktop_windows.cpp) ---
+// --- desktop (posix_desktop.cpp) ---
 
 Desktop& OwnDesktop();
 

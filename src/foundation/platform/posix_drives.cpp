@@ -8,6 +8,7 @@
 
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
+#include "foundation/platform/posix_common.h"
 #include "foundation/text.h"
 
 namespace kelvash::platform {
@@ -15,23 +16,6 @@ namespace kelvash::platform {
 namespace fs = std::filesystem;
 
 namespace {
-
-fs::path EnvironmentPath(const char* name) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? fs::path() : fs::path(value);
-}
-
-fs::path HomeFolder() {
-    const fs::path home = EnvironmentPath("HOME");
-    if (!home.empty()) return home;
-    const passwd* entry = ::getpwuid(::getuid());
-    return entry == nullptr ? fs::path("/tmp") : fs::path(entry->pw_dir);
-}
-
-fs::path WinePrefix() {
-    const fs::path prefix = EnvironmentPath("WINEPREFIX");
-    return prefix.empty() ? HomeFolder() / ".wine" : prefix;
-}
 
 // Mount points of discs.
 std::vector<fs::path> DiscMounts() {
@@ -58,11 +42,12 @@ std::vector<MappedDrive> PrefixDrives(const std::vector<fs::path>& discs) {
     std::vector<MappedDrive> drives;
     std::error_code error;
     const fs::path devices = WinePrefix() / "dosdevices";
-    for (const fs::directory_entry& entry : fs::directory_iterator(devices, error)) {
-        const std::string name = entry.path().filename().string();
-        if (name.size() != 2 || name[1] != ':' || !fs::is_directory(entry.path(), error)) continue;
-        const fs::path root = fs::canonical(entry.path(), error);
-        if (!error) drives.push_back({FoldCase(name)[0], root, TypeOf(root, discs)});
+    for (fs::directory_iterator at(devices, error), end; !error && at != end; at.increment(error)) {
+        const std::string name = at->path().filename().string();
+        std::error_code broken;
+        if (name.size() != 2 || name[1] != ':' || !fs::is_directory(at->path(), broken)) continue;
+        const fs::path root = fs::canonical(at->path(), broken);
+        if (!broken) drives.push_back({FoldCase(name)[0], root, TypeOf(root, discs)});
     }
     return drives;
 }
@@ -99,6 +84,23 @@ std::string EntryNoCase(const fs::path& folder, const std::string& name) {
 }
 
 } // namespace
+
+NativeFile EnvironmentPath(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? fs::path() : fs::path(value);
+}
+
+NativeFile HomeFolder() {
+    const fs::path home = EnvironmentPath("HOME");
+    if (!home.empty()) return home;
+    const passwd* entry = ::getpwuid(::getuid());
+    return entry == nullptr ? fs::path("/tmp") : fs::path(entry->pw_dir);
+}
+
+NativeFile WinePrefix() {
+    const fs::path prefix = EnvironmentPath("WINEPREFIX");
+    return prefix.empty() ? HomeFolder() / ".wine" : prefix;
+}
 
 std::vector<MappedDrive> SystemDrives(const NativeFile& home) {
     const std::vector<fs::path> discs = DiscMounts();

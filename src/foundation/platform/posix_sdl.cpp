@@ -17,11 +17,9 @@ bool Find(void* library, const char* name, Function& function) {
 std::optional<Sdl> Load() {
     void* const library = ::dlopen("libSDL2-2.0.so.0", RTLD_NOW | RTLD_LOCAL);
     Sdl sdl{};
-    if (library != nullptr && Find(library, "SDL_RWFromConstMem", sdl.RWFromConstMem) &&
-        Find(library, "SDL_LoadBMP_RW", sdl.LoadBMP_RW) &&
-        Find(library, "SDL_ConvertSurfaceFormat", sdl.ConvertSurfaceFormat) &&
-        Find(library, "SDL_FreeSurface", sdl.FreeSurface))
-        return sdl;
+#define KELVASH_SDL_FOUND(name) &&Find(library, "SDL_" #name, sdl.name)
+    if (library != nullptr KELVASH_SDL_FUNCTIONS(KELVASH_SDL_FOUND)) return sdl;
+#undef KELVASH_SDL_FOUND
     return std::nullopt;
 }
 

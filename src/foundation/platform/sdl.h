@@ -1,18 +1,33 @@
-// SDL2, loaded when it is first asked for: with the sound and display libraries behind it, linking it would
-// add 6 ms to every start of a program.
+// SDL2 (bitmaps, joysticks), loaded when it is first asked for: with the sound and display libraries behind it,
+// linking it would add 6 ms to every start of a program.
 #pragma once
 
-#include <SDL_rwops.h>
-#include <SDL_surface.h>
+#include <SDL.h>
 
 namespace kelvash::platform {
 
 // The functions in use, under SDL's own names without the prefix.
+#define KELVASH_SDL_FUNCTIONS(USE)                                                                       \
+    USE(RWFromConstMem)                                                                                  \
+    USE(LoadBMP_RW)                                                                                      \
+    USE(ConvertSurfaceFormat)                                                                            \
+    USE(FreeSurface)                                                                                     \
+    USE(SetHint)                                                                                         \
+    USE(InitSubSystem)                                                                                   \
+    USE(QuitSubSystem)                                                                                   \
+    USE(NumJoysticks)                                                                                    \
+    USE(JoystickOpen)                                                                                    \
+    USE(JoystickClose)                                                                                   \
+    USE(JoystickGetAttached)                                                                             \
+    USE(JoystickUpdate)                                                                                  \
+    USE(JoystickGetAxis)                                                                                 \
+    USE(JoystickNumButtons)                                                                              \
+    USE(JoystickGetButton)
+
 struct Sdl {
-    decltype(&SDL_RWFromConstMem) RWFromConstMem;
-    decltype(&SDL_LoadBMP_RW) LoadBMP_RW;
-    decltype(&SDL_ConvertSurfaceFormat) ConvertSurfaceFormat;
-    decltype(&SDL_FreeSurface) FreeSurface;
+#define KELVASH_SDL_MEMBER(name) decltype(&SDL_##name) name;
+    KELVASH_SDL_FUNCTIONS(KELVASH_SDL_MEMBER)
+#undef KELVASH_SDL_MEMBER
 };
 
 // Null if the library isn't installed. It stays loaded.

@@ -1,0 +1,344 @@
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/pidfd.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <fstream>
+#include <map>
+#include <optional>
+#include <utility>
+
+#include "foundation/platform/platform.h"
+#include "foundation/platform/posix_common.h"
+#include "foundation/text.h"
+
+namespace kelvash::platform {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Between two looks at a process that can't be awaited.
+constexpr double kPollSeconds = 0.02;
+constexpr double kLongestPollSeconds = 3600;
+// How long a silent pipe goes unquestioned; see ReadPipe.
+constexpr int kSilenceMilliseconds = 100;
+// A handler of documents that fails does so at once; one that works may stay.
+constexpr double kOpenerSeconds = 0.5;
+
+// What a child says through the status pipe when it can't become the program.
+constexpr char kRedirectionFailed = 'r';
+constexpr char kStartFailed = 's';
+
+// The processes started here; the exit code once they have ended and are reaped. A reaped id may belong to
+// another process by now, so the table answers for it.
+std::map<pid_t, std::optional<int>>& Children() {
+    static std::map<pid_t, std::optional<int>> children;
+    return children;
+}
+
+pid_t IdOf(const Process& process) {
+    return static_cast<pid_t>(process.id);
+}
+
+int ExitCodeOf(int status) {
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status); // as shells count signals
+}
+
+// Takes a child's exit code if it has ended. True if it has.
+bool Reap(pid_t id, std::optional<int>& exit_code) {
+    if (exit_code) return true;
+    int status = 0;
+    const pid_t ended = ::waitpid(id, &status, WNOHANG);
+    if (ended == id)
+        exit_code = ExitCodeOf(status);
+    else if (ended < 0 && errno == ECHILD) // somebody else reaped it
+        exit_code = -1;
+    return exit_code.has_value();
+}
+
+void ReapAll() {
+    for (auto& [id, exit_code] : Children())
+        Reap(id, exit_code);
+}
+
+bool HasEnded(pid_t id, int* exit_code) {
+    const auto child = Children().find(id);
+    if (child == Children().end()) return ::kill(id, 0) != 0 && errno == ESRCH;
+    if (!Reap(id, child->second)) return false;
+    if (exit_code != nullptr) *exit_code = *child->second;
+    return true;
+}
+
+// Sleeps until a process ends, whoever its parent is, or the time is over. True if it is known to have ended.
+bool SleepUntilEnd(pid_t id, double seconds) {
+    const int descriptor = ::pidfd_open(id, 0);
+    if (descriptor < 0) {
+        Sleep(std::min(seconds, kPollSeconds));
+        return false;
+    }
+    pollfd wait{descriptor, POLLIN, 0};
+    const bool ended = ::poll(&wait, 1, static_cast<int>(std::min(seconds, kLongestPollSeconds) * 1000)) > 0;
+    ::close(descriptor);
+    return ended;
+}
+
+// --- what the child is to become, laid out before the fork: the child may not allocate ---
+
+std::vector<char*> Pointers(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (std::string& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+std::vector<std::string> OwnEnvironment() {
+    std::vector<std::string> environment;
+    for (char** variable = environ; *variable != nullptr; ++variable)
+        environment.emplace_back(*variable);
+    return environment;
+}
+
+// Outside programs are to print the same texts and numbers whatever language the user has.
+std::vector<std::string> ToolEnvironment(bool wine) {
+    std::vector<std::string> environment = OwnEnvironment();
+    std::erase_if(environment, [](const std::string& variable) { return variable.starts_with("LC_ALL="); });
+    environment.emplace_back("LC_ALL=C.UTF-8");
+    if (wine && ::getenv("WINEDEBUG") == nullptr) environment.emplace_back("WINEDEBUG=-all");
+    return environment;
+}
+
+struct Launch {
+    std::vector<std::string> words; // the executable, then its arguments
+    std::vector<std::string> environment;
+    std::string folder;
+    bool silent = false;
+    bool suspended = false;
+    int output = -1; // where both streams go
+};
+
+bool PutOn(int descriptor, int stream) {
+    return ::dup2(descriptor, stream) >= 0;
+}
+
+// A program that isn't read from has nothing to say on standard output: that belongs to this program's own
+// answers.
+bool Redirect(const Launch& launch) {
+    const int nothing = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+    if (nothing < 0 || !PutOn(nothing, STDIN_FILENO)) return false;
+    if (launch.output >= 0) return PutOn(launch.output, STDOUT_FILENO) && PutOn(launch.output, STDERR_FILENO);
+    if (launch.silent) return PutOn(nothing, STDOUT_FILENO) && PutOn(nothing, STDERR_FILENO);
+    PutOn(STDERR_FILENO, STDOUT_FILENO); // fails only where nobody listens anyway
+    return true;
+}
+
+[[noreturn]] void FailChild(int status_pipe, char failure) {
+    [[maybe_unused]] const ssize_t written = ::write(status_pipe, &failure, 1);
+    ::_exit(127);
+}
+
+// In the child: only calls that are safe after a fork of a program with threads.
+[[noreturn]] void BecomeProgram(const Launch& launch, char* const* words, char* const* environment,
+                                int status_pipe) {
+    sigset_t none;
+    sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+    for (const int number : {SIGPIPE, SIGIO}) // ignored ones would stay so
+        ::signal(number, SIG_DFL);
+    if (!Redirect(launch)) FailChild(status_pipe, kRedirectionFailed);
+    ::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+    if (::chdir(launch.folder.c_str()) != 0) FailChild(status_pipe, kStartFailed);
+    if (launch.suspended) ::kill(::getpid(), SIGSTOP);
+    ::execve(words[0], words, environment);
+    FailChild(status_pipe, kStartFailed);
+}
+
+struct Pipe {
+    std::array<int, 2> ends{-1, -1};
+    Pipe() = default;
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+    ~Pipe() {
+        CloseEnd(0);
+        CloseEnd(1);
+    }
+    bool Open() { return ::pipe2(ends.data(), O_CLOEXEC) == 0; }
+    void CloseEnd(std::size_t end) {
+        if (ends[end] >= 0) ::close(ends[end]);
+        ends[end] = -1;
+    }
+};
+
+// Waits until the child is the program, or is stopped just before.
+SpawnResult AwaitStart(pid_t id, bool suspended, int status_pipe) {
+    int status = 0;
+    if (suspended) {
+        while (::waitpid(id, &status, WUNTRACED) < 0 && errno == EINTR) {
+        }
+        if (WIFSTOPPED(status)) return SpawnResult::Started;
+    }
+    char failure = 0;
+    ssize_t got = 0;
+    while ((got = ::read(status_pipe, &failure, 1)) < 0 && errno == EINTR) {
+    }
+    if (got == 0 && !suspended) return SpawnResult::Started;
+    if (!suspended) ::waitpid(id, &status, 0);
+    return failure == kRedirectionFailed ? SpawnResult::NoRedirection : SpawnResult::NotStarted;
+}
+
+SpawnResult Start(Launch& launch, Process& process) {
+    ReapAll();
+    Pipe status;
+    if (!status.Open()) return SpawnResult::NoPipe;
+    const std::vector<char*> words = Pointers(launch.words);
+    const std::vector<char*> environment = Pointers(launch.environment);
+    const pid_t id = ::fork();
+    if (id < 0) return SpawnResult::NotStarted;
+    if (id == 0) BecomeProgram(launch, words.data(), environment.data(), status.ends[1]);
+    status.CloseEnd(1);
+    const SpawnResult result = AwaitStart(id, launch.suspended, status.ends[0]);
+    if (result != SpawnResult::Started) return result;
+    Children()[id] = std::nullopt;
+    process = {id, static_cast<std::uintptr_t>(id), id, static_cast<std::uintptr_t>(id)};
+    return result;
+}
+
+// The executable and its arguments; empty if the program can't be run.
+std::vector<std::string> WordsFor(const NativeFile& program, const Arguments& arguments, bool wine) {
+    std::vector<std::string> words;
+    if (wine) words.push_back(FindOnPath("wine").string());
+    words.push_back(program.string());
+    if (words.front().empty() || ::access(words.front().c_str(), X_OK) != 0) return {};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return words;
+}
+
+} // namespace
+
+bool IsWindowsProgram(const NativeFile& file) {
+    std::error_code error;
+    if (!fs::is_regular_file(file, error)) return false;
+    std::ifstream bytes(file, std::ios::binary);
+    return bytes.get() == 'M' && bytes.get() == 'Z';
+}
+
+NativeFile FindOnPath(std::string_view name) {
+    const char* folders = std::getenv("PATH");
+    for (const std::string& folder : Split(folders == nullptr ? "/usr/bin:/bin" : folders, ':')) {
+        const fs::path file = fs::path(folder) / name;
+        std::error_code error;
+        if (file.is_absolute() && fs::is_regular_file(file, error) && ::access(file.c_str(), X_OK) == 0)
+            return file;
+    }
+    return {};
+}
+
+SpawnResult Spawn(const SpawnRequest& request, Process& process, int* output) {
+    const bool wine = IsWindowsProgram(request.program);
+    Launch launch{WordsFor(request.program, request.arguments, wine),
+                  ToolEnvironment(wine),
+                  request.folder.string(),
+                  request.window == Window::Hidden,
+                  request.suspended,
+                  -1};
+    if (launch.words.empty()) return SpawnResult::NotStarted;
+    if (output == nullptr) return Start(launch, process);
+    Pipe pipe;
+    if (!pipe.Open()) return SpawnResult::NoPipe;
+    launch.output = pipe.ends[1];
+    const SpawnResult result = Start(launch, process);
+    if (result == SpawnResult::Started) *output = std::exchange(pipe.ends[0], -1);
+    return result;
+}
+
+std::size_t ReadPipe(int descriptor, const Process& process, char* buffer, std::size_t size) {
+    bool ended = false;
+    for (;;) {
+        pollfd wait{descriptor, POLLIN, 0};
+        // A process may leave servants behind that hold its pipe (Wine's server does), so its own end counts
+        // too: what it printed is in the pipe by then.
+        const int ready = ::poll(&wait, 1, ended ? 0 : kSilenceMilliseconds);
+        if (ready == 0) {
+            if (ended) return 0;
+            ended = HasEnded(IdOf(process), nullptr);
+            continue;
+        }
+        const ssize_t got = ready < 0 ? -1 : ::read(descriptor, buffer, size);
+        if (got >= 0) return static_cast<std::size_t>(got);
+        if (errno != EINTR) return 0;
+    }
+}
+
+void ClosePipe(int descriptor) {
+    ::close(descriptor);
+}
+
+bool WaitFor(const Process& process, double seconds, int* exit_code) {
+    const pid_t id = IdOf(process);
+    if (id <= 0) return true;
+    const auto start = std::chrono::steady_clock::now();
+    for (;;) {
+        if (HasEnded(id, exit_code)) return true;
+        const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - start;
+        const double left = seconds - passed.count();
+        if (left <= 0) return false;
+        // A process that isn't a child here counts as ended before its parent has reaped it.
+        if (SleepUntilEnd(id, left) && !Children().contains(id)) return true;
+    }
+}
+
+void Resume(const Process& process) {
+    if (process.id > 0) ::kill(IdOf(process), SIGCONT);
+}
+
+void Kill(const Process& process) {
+    if (process.id > 0 && !HasEnded(IdOf(process), nullptr)) ::kill(IdOf(process), SIGKILL);
+}
+
+void Release(Process&) {}
+
+bool OpenWithDesktop(const std::string& document, std::string_view verb, Window window,
+                     const NativeFile& folder) {
+    Process process;
+    if (IsWindowsProgram(document)) {
+        const bool plain = verb.empty() || EqualNoCase(verb, "open");
+        const SpawnRequest request{document, plain ? Arguments() : Split(verb, ' '), folder, window, false};
+        return Spawn(request, process, nullptr) == SpawnResult::Started;
+    }
+    // The opened program is the user's, so it keeps the user's language.
+    const std::string opener = FindOnPath("xdg-open").string();
+    if (opener.empty() || document.starts_with('-')) return false; // an option is no address
+    const std::string address = StartsWithNoCase(document, "www.") ? "http://" + document : document;
+    Launch launch{
+        {opener, address}, OwnEnvironment(), folder.empty() ? "/" : folder.string(), true, false, -1};
+    int exit_code = 0;
+    return Start(launch, process) == SpawnResult::Started &&
+           (!WaitFor(process, kOpenerSeconds, &exit_code) || exit_code == 0);
+}
+
+NativeFile NativeTool(std::string_view name) {
+    struct Twin {
+        std::string_view tool;
+        std::vector<std::string_view> here;
+    };
+    static const std::vector<Twin> twins = {{"lame.exe", {"lame"}},
+                                            {"madplay.exe", {"madplay"}},
+                                            {"mkisofs.exe", {"mkisofs", "genisoimage"}},
+                                            {"cdrecord.exe", {"cdrecord", "wodim"}},
+                                            {"isoinfo.exe", {"isoinfo"}}};
+    for (const Twin& twin : twins) {
+        if (!EqualNoCase(name, twin.tool)) continue;
+        for (const std::string_view here : twin.here)
+            if (const NativeFile found = FindOnPath(here); !found.empty()) return found;
+    }
+    return {};
+}
+
+} // namespace kelvash::platform

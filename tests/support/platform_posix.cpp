@@ -1,0 +1,35 @@
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "support/platform.h"
+
+namespace kelvash::test {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr unsigned kNobody = 65534;
+
+} // namespace
+
+fs::path MakeTemporaryFolder() {
+    std::string name = (fs::temp_directory_path() / "kelvash-test-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr) std::abort();
+    return fs::canonical(name);
+}
+
+void SetEnvironment(const std::string& name, const std::string& value) {
+    if (setenv(name.c_str(), value.c_str(), 1) != 0) std::abort();
+}
+
+OrdinaryUser::OrdinaryUser() {
+    if (geteuid() == 0 && seteuid(kNobody) != 0) std::abort();
+}
+
+OrdinaryUser::~OrdinaryUser() {
+    if (getuid() == 0 && seteuid(0) != 0) std::abort();
+}
+
+} // namespace kelvash::test

@@ -1,0 +1,28 @@
+#include <windows.h>
+
+#include <cstdlib>
+
+#include "support/platform.h"
+
+namespace kelvash::test {
+
+namespace fs = std::filesystem;
+
+fs::path MakeTemporaryFolder() {
+    static int made = 0;
+    const std::string name =
+        "kelvash-test-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++made);
+    const fs::path folder = fs::temp_directory_path() / name;
+    if (!fs::create_directory(folder)) std::abort();
+    return fs::canonical(folder);
+}
+
+void SetEnvironment(const std::string& name, const std::string& value) {
+    if (_wputenv_s(fs::path(name).c_str(), fs::path(value).c_str()) != 0) std::abort();
+}
+
+OrdinaryUser::OrdinaryUser() = default;
+
+OrdinaryUser::~OrdinaryUser() = default;
+
+} // namespace kelvash::test
