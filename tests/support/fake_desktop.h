@@ -1,4 +1,5 @@
-// A desktop that a test plays: keys, windows and joystick are what the test says, and what was done to it is kept.
+// A desktop that a test plays: keys, windows and joystick are what the test says, and what was done to it is
+// kept.
 #pragma once
 
 #include <map>

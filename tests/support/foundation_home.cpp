@@ -60,6 +60,8 @@ std::string BytesOf(const fs::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-bool Exists(const fs::path& path) { return fs::exists(fs::symlink_status(path)); }
+bool Exists(const fs::path& path) {
+    return fs::exists(fs::symlink_status(path));
+}
 
 } // namespace kelvash::test

@@ -1,5 +1,5 @@
-// A fresh, private world for a test of the foundation: an application's folder and a drive C: in a temporary folder,
-// nothing else mapped, the foundation's state as at the program's start. All is removed at the end.
+// A fresh, private world for a test of the foundation: an application's folder and a drive C: in a temporary
+// folder, nothing else mapped, the foundation's state as at the program's start. All is removed at the end.
 #pragma once
 
 #include <gtest/gtest.h>

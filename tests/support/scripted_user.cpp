@@ -10,10 +10,14 @@ namespace {
 
 const char* StyleName(MessageStyle style) {
     switch (style) {
-        case MessageStyle::Critical: return "critical";
-        case MessageStyle::Question: return "question";
-        case MessageStyle::Exclamation: return "exclamation";
-        case MessageStyle::Plain: return "plain";
+        case MessageStyle::Critical:
+            return "critical";
+        case MessageStyle::Question:
+            return "question";
+        case MessageStyle::Exclamation:
+            return "exclamation";
+        case MessageStyle::Plain:
+            return "plain";
     }
     return "";
 }
@@ -24,7 +28,8 @@ ScriptedUser::ScriptedUser() : old_user_(SetUser(this)) {}
 
 ScriptedUser::~ScriptedUser() {
     SetUser(old_user_);
-    for (const Line& line : script_) ADD_FAILURE() << "nobody asked for: " << line.when;
+    for (const Line& line : script_)
+        ADD_FAILURE() << "nobody asked for: " << line.when;
 }
 
 void ScriptedUser::WillAnswer(const std::string& when, const std::string& answer) {
@@ -86,8 +91,12 @@ std::string ScriptedUser::ShowForm(const ChoiceForm& form) {
     return Take(form.name + "\n" + form.caption).value_or(std::string());
 }
 
-void ScriptedUser::OpenProgress(BarPlace, const std::string& caption) { shown_.push_back(caption); }
+void ScriptedUser::OpenProgress(BarPlace, const std::string& caption) {
+    shown_.push_back(caption);
+}
 
-void ScriptedUser::SetLabel(BarPlace, const std::string& text) { shown_.push_back(text); }
+void ScriptedUser::SetLabel(BarPlace, const std::string& text) {
+    shown_.push_back(text);
+}
 
 } // namespace kelvash::test

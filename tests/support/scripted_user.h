@@ -1,5 +1,5 @@
-// A user whose answers a test has written down. A question without an answer, or an answer that nobody asked for,
-// fails the test.
+// A user whose answers a test has written down. A question without an answer, or an answer that nobody asked
+// for, fails the test.
 #pragma once
 
 #include <deque>
@@ -15,8 +15,8 @@ class ScriptedUser final : public User {
     ScriptedUser();
     ~ScriptedUser() override;
 
-    // The next box whose text or title holds `when` gets this answer: "yes", "no", "ok", "cancel", ..., a text, a
-    // path, a button's name. Answers for different boxes don't wait for each other.
+    // The next box whose text or title holds `when` gets this answer: "yes", "no", "ok", "cancel", ..., a
+    // text, a path, a button's name. Answers for different boxes don't wait for each other.
     void WillAnswer(const std::string& when, const std::string& answer);
     // Messages may come without being expected; they stand here as "critical: text" in order.
     const std::vector<std::string>& Told() const { return told_; }

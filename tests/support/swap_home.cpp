@@ -31,8 +31,10 @@ void SwapHome::AddLevel(std::int32_t code, const std::string& name, const Files&
     ++core::archive.Header.LevelCount;
     for (const char* folder : {"SAVEGAMES", "BACKUP_SAVEGAMES", "FILES", "SCREENSHOTS"})
         fs::create_directories(LevelPath(code) / folder);
-    for (const auto& [file, bytes] : files) MakeFile(LevelPath(code) / "FILES" / file, bytes);
-    for (const auto& [file, bytes] : stash) MakeFile(StashPath(code) / file, bytes);
+    for (const auto& [file, bytes] : files)
+        MakeFile(LevelPath(code) / "FILES" / file, bytes);
+    for (const auto& [file, bytes] : stash)
+        MakeFile(StashPath(code) / file, bytes);
 }
 
 fs::path SwapHome::LevelPath(std::int32_t code) const {

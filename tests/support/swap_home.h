@@ -1,5 +1,5 @@
-// A world for tests of the swap: a TRLE folder at C:\trle, its backup, level 0000 and an Archive at C:\Levels whose
-// levels a test adds.
+// A world for tests of the swap: a TRLE folder at C:\trle, its backup, level 0000 and an Archive at C:\Levels
+// whose levels a test adds.
 #pragma once
 
 #include <map>

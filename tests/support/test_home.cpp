@@ -9,6 +9,8 @@ TestHome::TestHome() {
     MapDrives();
 }
 
-TestHome::~TestHome() { core::ResetProgramState(); }
+TestHome::~TestHome() {
+    core::ResetProgramState();
+}
 
 } // namespace kelvash::test

@@ -21,16 +21,26 @@ class Install : public test::SwapHome {
   protected:
     static std::vector<std::string> Targets(const InstallPlan& plan) {
         std::vector<std::string> targets;
-        for (const WorkItem& item : plan.Items) targets.push_back(item.Target);
+        for (const WorkItem& item : plan.Items)
+            targets.push_back(item.Target);
         return targets;
     }
 };
 
 TEST_F(Install, PlacesFilesByKindInTheOrderOfTheTable) {
     AddLevel(1, "All",
-             {{"b.wav", ""},      {"a.PAK", ""},     {"z.tr4", ""},       {"EDGEPTR.pcx", ""}, {"error.log", ""},
-              {"Load.bmp", ""},   {"objects.h", ""}, {"italian.dat", ""}, {"script.dat", ""},  {"readme.txt", ""},
-              {"picture.jpg", ""}, {"x.mcf", std::string(20, '\0')}});
+             {{"b.wav", ""},
+              {"a.PAK", ""},
+              {"z.tr4", ""},
+              {"EDGEPTR.pcx", ""},
+              {"error.log", ""},
+              {"Load.bmp", ""},
+              {"objects.h", ""},
+              {"italian.dat", ""},
+              {"script.dat", ""},
+              {"readme.txt", ""},
+              {"picture.jpg", ""},
+              {"x.mcf", std::string(20, '\0')}});
     EXPECT_THAT(Targets(PlanInstall("C:\\Levels\\LEVEL_0001\\files", "C:\\trle")),
                 ElementsAre("\\italian.dat", "\\script.dat", "\\objects.h", "\\load.bmp", "\\error.log",
                             "\\edgeptr.pcx", "\\x.mcf", "\\data\\z.tr4", "\\data\\a.PAK", "\\audio\\b.wav"));
@@ -51,10 +61,11 @@ TEST_F(Install, CopiesTheFilesOfTheMediaConfiguration) {
 TEST_F(Install, WritesTheMarkerToTheLetter) {
     AddLevel(5, "City", {{"city.tr4", "CITY"}, {"script.dat", "S"}, {"099.wav", "W"}, {"000.wav", "W0"}});
     ASSERT_TRUE(InstallLevel(5));
-    EXPECT_EQ(Marker(), ": Don't remove this file!\r\n: It is necessary at Kelvash \r\n"
-                        ": to know current configuration in TRLE\r\n \r\n#LEVEL_CODE=0005#\r\n#LEVEL_NAME=City#\r\n"
-                        "#OVERWROTEN_FILES=\\script.dat|\\audio\\000.wav#\r\n"
-                        "#COPIED_FILES=\\script.dat|\\data\\city.tr4|\\audio\\000.wav|\\audio\\099.wav#\r\n");
+    EXPECT_EQ(Marker(),
+              ": Don't remove this file!\r\n: It is necessary at Kelvash \r\n"
+              ": to know current configuration in TRLE\r\n \r\n#LEVEL_CODE=0005#\r\n#LEVEL_NAME=City#\r\n"
+              "#OVERWROTEN_FILES=\\script.dat|\\audio\\000.wav#\r\n"
+              "#COPIED_FILES=\\script.dat|\\data\\city.tr4|\\audio\\000.wav|\\audio\\099.wav#\r\n");
     EXPECT_EQ(test::BytesOf(trle / "data" / "city.tr4"), "CITY");
     EXPECT_EQ(test::BytesOf(trle / "audio" / "000.wav"), "W0");
     EXPECT_EQ(CurrentLevelCode(), 5);
@@ -141,9 +152,10 @@ TEST_F(Install, WithoutATr4AsksAndTakesNoForAnAnswer) {
     AddLevel(1, "City", {{"c.tr4", ""}});
     AddLevel(2, "Empty", {{"readme.txt", ""}});
     ASSERT_TRUE(InstallLevel(1));
-    user.WillAnswer("Warning: this level has NO .tr4 file.\r\nProbably there has been an error in creation CD archive "
-                    "phase.\r\n Do you want correct now this error?",
-                    "no");
+    user.WillAnswer(
+        "Warning: this level has NO .tr4 file.\r\nProbably there has been an error in creation CD archive "
+        "phase.\r\n Do you want correct now this error?",
+        "no");
     EXPECT_FALSE(InstallLevel(2));
     EXPECT_FALSE(test::Exists(trle / "Kelvash.txt"));
     EXPECT_FALSE(test::Exists(trle / "data" / "c.tr4"));
@@ -193,8 +205,9 @@ TEST_F(Install, ListsAFileWhoseCopyFailed) {
 
 TEST_F(Install, AfterOneCutShortInstallsTheLevelAnew) {
     AddLevel(1, "City", {{"c.tr4", "CITY"}});
-    test::MakeFile(home / "Kelvash.jrn", "#TRLE_FOLDER=C:\\trle#\r\n#SAVES_OF_LEVEL=1#\r\n#OVERWROTEN_FILES=#\r\n"
-                                         "#COPIED_FILES=\\data\\c.tr4#\r\n");
+    test::MakeFile(home / "Kelvash.jrn",
+                   "#TRLE_FOLDER=C:\\trle#\r\n#SAVES_OF_LEVEL=1#\r\n#OVERWROTEN_FILES=#\r\n"
+                   "#COPIED_FILES=\\data\\c.tr4#\r\n");
     test::MakeFile(trle / "Kelvash.txt", "#LEVEL_CODE=0001#\r\n#LEVEL_NAME=City#\r\n");
     ASSERT_TRUE(InstallLevel(1));
     EXPECT_EQ(test::BytesOf(trle / "data" / "c.tr4"), "CITY");
@@ -204,8 +217,9 @@ TEST_F(Install, AfterOneCutShortInstallsTheLevelAnew) {
 TEST_F(Install, WithMp3FilesFailsAndLeavesTheLevelUntouched) {
     AddLevel(1, "Song", {{"s.tr4", "S"}, {"005.mp3", "mp3"}});
     EXPECT_FALSE(InstallLevel(1));
-    EXPECT_THAT(user.Told(), ElementsAre("critical: Failed conversion: mp3 files can not be decoded by this version",
-                                         "critical: Error decompressing files"));
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: Failed conversion: mp3 files can not be decoded by this version",
+                            "critical: Error decompressing files"));
     EXPECT_THAT(NamesIn(LevelPath(1) / "FILES"), ElementsAre("005.mp3", "s.tr4"));
     EXPECT_FALSE(test::Exists(home / "_temp_Dec"));
 }

@@ -17,16 +17,17 @@ class MarkerFile : public test::SwapHome {
 };
 
 TEST_F(MarkerFile, HasEightLinesEndedByCrLf) {
-    ASSERT_TRUE(WriteMarker({12, " City of Caffè ", {"\\script.dat", "\\load.bmp"}, {"\\script.dat", "\\data\\a.tr4"}},
-                            true));
-    EXPECT_EQ(Marker(), ": Don't remove this file!\r\n"
-                        ": It is necessary at Kelvash \r\n"
-                        ": to know current configuration in TRLE\r\n"
-                        " \r\n"
-                        "#LEVEL_CODE=0012#\r\n"
-                        "#LEVEL_NAME=City of Caff\xE8#\r\n"
-                        "#OVERWROTEN_FILES=\\script.dat|\\load.bmp#\r\n"
-                        "#COPIED_FILES=\\script.dat|\\data\\a.tr4#\r\n");
+    ASSERT_TRUE(WriteMarker(
+        {12, " City of Caffè ", {"\\script.dat", "\\load.bmp"}, {"\\script.dat", "\\data\\a.tr4"}}, true));
+    EXPECT_EQ(Marker(),
+              ": Don't remove this file!\r\n"
+              ": It is necessary at Kelvash \r\n"
+              ": to know current configuration in TRLE\r\n"
+              " \r\n"
+              "#LEVEL_CODE=0012#\r\n"
+              "#LEVEL_NAME=City of Caff\xE8#\r\n"
+              "#OVERWROTEN_FILES=\\script.dat|\\load.bmp#\r\n"
+              "#COPIED_FILES=\\script.dat|\\data\\a.tr4#\r\n");
 }
 
 TEST_F(MarkerFile, WithoutItsListsEndsAfterTheName) {
@@ -43,13 +44,17 @@ TEST_F(MarkerFile, FieldIsFoundWithoutRegardToCase) {
     EXPECT_EQ(MarkerField("#LEVEL_CODE=", "x #level_code= 0012 #"), "0012");
 }
 
-TEST_F(MarkerFile, FieldEndsAtTheTextsEnd) { EXPECT_EQ(MarkerField("#LEVEL_NAME=", "#LEVEL_NAME=ab c "), "ab c"); }
+TEST_F(MarkerFile, FieldEndsAtTheTextsEnd) {
+    EXPECT_EQ(MarkerField("#LEVEL_NAME=", "#LEVEL_NAME=ab c "), "ab c");
+}
 
 TEST_F(MarkerFile, NameIsCutAtAHash) {
     EXPECT_EQ(MarkerField("#LEVEL_NAME=", MarkerText({1, "Level #9", {}, {}}, true)), "Level");
 }
 
-TEST_F(MarkerFile, MissingFieldIsEmpty) { EXPECT_EQ(MarkerField("#LEVEL_CODE=", "nothing here"), ""); }
+TEST_F(MarkerFile, MissingFieldIsEmpty) {
+    EXPECT_EQ(MarkerField("#LEVEL_CODE=", "nothing here"), "");
+}
 
 TEST_F(MarkerFile, EmptyListAtTheEndIsNoError) {
     EXPECT_THAT(MarkerList("#COPIED_FILES=", "#COPIED_FILES=#"), IsEmpty());
@@ -66,7 +71,9 @@ TEST_F(MarkerFile, FieldsMayStandInAnyOrder) {
     EXPECT_EQ(CurrentLevelCode(), 3);
 }
 
-TEST_F(MarkerFile, AbsentMeansTheOriginalConfiguration) { EXPECT_EQ(CurrentLevelCode(), 0); }
+TEST_F(MarkerFile, AbsentMeansTheOriginalConfiguration) {
+    EXPECT_EQ(CurrentLevelCode(), 0);
+}
 
 TEST_F(MarkerFile, OfZeroLengthGivesCodeZeroAndStays) {
     Write("");

@@ -101,10 +101,12 @@ TEST_F(Removal, TellsAMissingLevelFolderAndLeavesAll) {
     InstallOne();
     fs::remove_all(LevelPath(1));
     EXPECT_EQ(RemovePreviousLevel(2), 1);
-    EXPECT_THAT(user.Told(),
-                ElementsAre("critical: I cann't find level folder [C:\\Levels\\LEVEL_0001] relative to previuos custom "
-                            "level installed in trle folder\r\nTo resolve this problem use menu command [Tools->Set "
-                            "original configuration in TRLE] and choose FULL restore"));
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre(
+            "critical: I cann't find level folder [C:\\Levels\\LEVEL_0001] relative to previuos custom "
+            "level installed in trle folder\r\nTo resolve this problem use menu command [Tools->Set "
+            "original configuration in TRLE] and choose FULL restore"));
     EXPECT_TRUE(test::Exists(trle / "Kelvash.txt"));
     EXPECT_TRUE(test::Exists(trle / "data" / "city.tr4"));
 }
@@ -113,8 +115,9 @@ TEST_F(Removal, TellsADamagedMarkerAndDeletesIt) {
     test::MakeFile(trle / "Kelvash.txt", "nothing of use");
     test::MakeFile(trle / "savegame.0", "save");
     EXPECT_EQ(RemovePreviousLevel(2), -1);
-    EXPECT_THAT(user.Told(), ElementsAre("critical: Configuration file \"C:\\trle\\Kelvash.txt\" is damaged\r\nIt will "
-                                         "not be possible recover correctly old level data"));
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: Configuration file \"C:\\trle\\Kelvash.txt\" is damaged\r\nIt will "
+                            "not be possible recover correctly old level data"));
     EXPECT_FALSE(test::Exists(trle / "Kelvash.txt"));
     EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "save");
 }
@@ -174,8 +177,9 @@ TEST_F(Removal, TellsAStashThatCannotBeEmptied) {
         result = RemovePreviousLevel(2);
     }
     EXPECT_EQ(result, 0);
-    EXPECT_THAT(user.Told(),
-                ElementsAre("critical: I cann't delete files in C:\\Levels\\LEVEL_0001\\backup_savegames folder"));
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre("critical: I cann't delete files in C:\\Levels\\LEVEL_0001\\backup_savegames folder"));
     EXPECT_TRUE(test::Exists(trle / "Kelvash.txt"));
     EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "new");
     EXPECT_TRUE(test::Exists(trle / "data" / "city.tr4"));

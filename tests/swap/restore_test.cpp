@@ -1,0 +1,136 @@
+#include "swap/restore.h"
+
+#include <gmock/gmock.h>
+
+#include "core/profile.h"
+#include "support/swap_home.h"
+#include "swap/install.h"
+#include "swap/marker.h"
+
+namespace kelvash::swap {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace fs = std::filesystem;
+
+class Restore : public test::SwapHome {
+  protected:
+    Restore() { AddLevel(1, "City", {{"city.tr4", "CITY"}, {"000.wav", "new"}, {"script.dat", "city"}}); }
+    Bar bar{BarPlace::CallerForm, -1};
+};
+
+TEST_F(Restore, FastTakesTheLevelOut) {
+    ASSERT_TRUE(InstallLevel(1));
+    EXPECT_TRUE(FastRestore());
+    EXPECT_EQ(CurrentLevelCode(), 0);
+    EXPECT_FALSE(test::Exists(trle / "data" / "city.tr4"));
+    EXPECT_THAT(user.Told(), ElementsAre("plain: Set in Tomb Raider Level Editor, original configuration"));
+    EXPECT_EQ(user.list_changes, 1);
+}
+
+TEST_F(Restore, FastTellsItsFailure) {
+    ASSERT_TRUE(InstallLevel(1));
+    test::MakeFile(trle / "savegame.0", "s");
+    fs::remove_all(StashPath(1));
+    test::MakeFile(StashPath(1), "a file in the way");
+    EXPECT_FALSE(FastRestore());
+    EXPECT_THAT(user.Told(), Contains("critical: Error setting original configuration in trle folder"));
+    EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "s");
+}
+
+TEST_F(Restore, FullDeletesWhatTheUserPutIntoTheRoot) {
+    test::MakeFile(trle / "stray.dat", "");
+    test::MakeFile(trle / "data" / "stray.tr4", "");
+    test::MakeFile(trle / "data" / "stray.pak", "");
+    test::MakeFile(trle / "data" / "kept.txt", "");
+    test::MakeFile(trle / "Tool.EXE", "");
+    test::MakeFile(trle / "uninst.isu", "");
+    test::MakeFile(trle / "Game.lnk", "");
+    FullRestore(bar, false);
+    EXPECT_FALSE(test::Exists(trle / "stray.dat"));
+    EXPECT_FALSE(test::Exists(trle / "data" / "stray.tr4"));
+    EXPECT_FALSE(test::Exists(trle / "data" / "stray.pak"));
+    EXPECT_TRUE(test::Exists(trle / "data" / "kept.txt"));
+    EXPECT_TRUE(test::Exists(trle / "Tool.EXE"));
+    EXPECT_TRUE(test::Exists(trle / "uninst.isu"));
+    EXPECT_TRUE(test::Exists(trle / "Game.lnk"));
+    EXPECT_EQ(test::BytesOf(trle / "script.dat"), test::BytesOf(backup / "script.dat"));
+    EXPECT_THAT(user.Told(), ElementsAre("plain: Restored original Tomb Raider Level Editor configuration"));
+}
+
+TEST_F(Restore, FullTellsItsSteps) {
+    FullRestore(bar, false);
+    EXPECT_THAT(user.Shown(),
+                ElementsAre("Removing files of old level from TRLE folder",
+                            "Removing all critical files from TRLE folder",
+                            "Copying original .dat e .tr4 files in TRLE folder", "Restoring folder: \\audio",
+                            "Restoring folder: \\graphics\\wads", "Restoring folder: \\sound\\samples",
+                            "Restoring folder: \\script", "Restore finished"));
+}
+
+TEST_F(Restore, FullBringsTheFourFoldersBack) {
+    fs::remove(trle / "audio" / "007.wav");
+    test::MakeFile(trle / "audio" / "900.wav", "stray");
+    test::MakeFile(trle / "script" / "stray.txt", "stray");
+    FullRestore(bar, false);
+    EXPECT_TRUE(test::Exists(trle / "audio" / "007.wav"));
+    EXPECT_FALSE(test::Exists(trle / "audio" / "900.wav"));
+    EXPECT_FALSE(test::Exists(trle / "script" / "stray.txt"));
+}
+
+TEST_F(Restore, FullWithACompactBackupLeavesTheFourFolders) {
+    core::profile.FullBackup = false;
+    fs::remove(trle / "audio" / "007.wav");
+    test::MakeFile(trle / "audio" / "900.wav", "stray");
+    FullRestore(bar, false);
+    EXPECT_FALSE(test::Exists(trle / "audio" / "007.wav"));
+    EXPECT_TRUE(test::Exists(trle / "audio" / "900.wav"));
+}
+
+TEST_F(Restore, FullTellsAFolderThatCannotBeRestored) {
+    fs::remove_all(trle / "audio");
+    test::MakeFile(trle / "audio", "a file in the way");
+    FullRestore(bar, false);
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Error, restoring folder: \\audio",
+                                         "plain: Restored original Tomb Raider Level Editor configuration"));
+    EXPECT_TRUE(test::Exists(trle / "script.dat"));
+}
+
+TEST_F(Restore, FullWithoutABackupLeavesNoMainFiles) {
+    core::profile.FullBackup = false;
+    fs::remove_all(backup);
+    FullRestore(bar, false);
+    EXPECT_THAT(NamesIn(trle), ElementsAre("tomb4.exe", "winroomedit.exe"));
+}
+
+TEST_F(Restore, FullKeepsEveryStash) {
+    test::MakeFile(trle / "savegame.0", "original");
+    ASSERT_TRUE(InstallLevel(1));
+    test::MakeFile(trle / "savegame.0", "of the level");
+    FullRestore(bar, false);
+    EXPECT_FALSE(test::Exists(trle / "savegame.0"));
+    EXPECT_EQ(test::BytesOf(StashPath(0) / "savegame.0"), "original");
+    ASSERT_TRUE(InstallLevel(1));
+    EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "of the level");
+    ASSERT_TRUE(InstallLevel(0));
+    EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "original");
+}
+
+TEST_F(Restore, FullTakesADamagedMarkerAway) {
+    test::MakeFile(trle / "Kelvash.txt", "rubbish");
+    FullRestore(bar, false);
+    EXPECT_FALSE(test::Exists(trle / "Kelvash.txt"));
+    EXPECT_EQ(CurrentLevelCode(), 0);
+}
+
+TEST_F(Restore, SwapToOriginalRefreshesTheList) {
+    EXPECT_TRUE(SwapToOriginal());
+    EXPECT_EQ(user.list_changes, 1);
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+} // namespace
+} // namespace kelvash::swap
