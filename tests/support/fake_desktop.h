@@ -21,7 +21,7 @@ class FakeDesktop final : public Desktop {
     bool ReadJoystick(int id, JoystickState& state) override;
     std::vector<DesktopWindow> TopWindows() override { return windows; }
     std::vector<DesktopWindow> WindowsOf(std::int64_t process_id) override;
-    void SetTopMost(std::uintptr_t window, bool top_most) override { this->top_most[window] = top_most; }
+    void SetTopMost(std::uintptr_t window, bool on) override { top_most[window] = on; }
     void ShowCursor(bool show) override { cursor_shown = show; }
     ScreenSize Screen() override { return {1024, 768}; }
     void Beep(int hertz, int milliseconds) override { beeps.emplace_back(hertz, milliseconds); }
