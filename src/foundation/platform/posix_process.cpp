@@ -1,7 +1,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <sys/pidfd.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -78,7 +78,8 @@ bool HasEnded(pid_t id, int* exit_code) {
 
 // Sleeps until a process ends, whoever its parent is, or the time is over. True if it is known to have ended.
 bool SleepUntilEnd(pid_t id, double seconds) {
-    const int descriptor = ::pidfd_open(id, 0);
+    // By number: the library declares the call without C linkage.
+    const auto descriptor = static_cast<int>(::syscall(SYS_pidfd_open, id, 0));
     if (descriptor < 0) {
         Sleep(std::min(seconds, kPollSeconds));
         return false;
