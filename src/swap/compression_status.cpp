@@ -55,8 +55,7 @@ bool PackOrUnpack(const std::string& files) {
         if (done)
             DeleteFile(file);
         else if (!AskYesNo(MessageStyle::Question,
-                           LoadMessage(MessageId::kStatusFileFailed, {word, kLineBreak}) + kLineBreak +
-                               FileNameOf(file)))
+                           LoadMessage(MessageId::kStatusFileFailed, {word, FileNameOf(file)})))
             return false;
     }
     return true;

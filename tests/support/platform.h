@@ -10,7 +10,8 @@ namespace kelvash::test {
 std::filesystem::path MakeTemporaryFolder();
 void SetEnvironment(const std::string& name, const std::string& value);
 
-// While it lives a test that runs as root obeys file permissions like anybody else. Nothing on Windows, where
+// While it lives a test that runs as root obeys file permissions like anybody else, and owns the files of the
+// latest temporary folder. Nothing on Windows, where
 // tests never run with rights beyond their own files.
 class OrdinaryUser {
   public:

@@ -12,12 +12,21 @@ namespace {
 
 constexpr unsigned kNobody = 65534;
 
+fs::path& LastTemporaryFolder() {
+    static fs::path folder;
+    return folder;
+}
+
+void GiveAway(const fs::path& path) {
+    if (lchown(path.c_str(), kNobody, kNobody) != 0) std::abort();
+}
+
 } // namespace
 
 fs::path MakeTemporaryFolder() {
     std::string name = (fs::temp_directory_path() / "kelvash-test-XXXXXX").string();
     if (mkdtemp(name.data()) == nullptr) std::abort();
-    return fs::canonical(name);
+    return LastTemporaryFolder() = fs::canonical(name);
 }
 
 void SetEnvironment(const std::string& name, const std::string& value) {
@@ -25,7 +34,11 @@ void SetEnvironment(const std::string& name, const std::string& value) {
 }
 
 OrdinaryUser::OrdinaryUser() {
-    if (geteuid() == 0 && seteuid(kNobody) != 0) std::abort();
+    if (geteuid() != 0) return;
+    GiveAway(LastTemporaryFolder());
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(LastTemporaryFolder()))
+        GiveAway(entry.path());
+    if (seteuid(kNobody) != 0) std::abort();
 }
 
 OrdinaryUser::~OrdinaryUser() {
