@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <fstream>
 #include <memory>
-#include <new>
 
 #include "foundation/drives.h"
+#include "foundation/platform/large_buffer.h"
 
 namespace kelvash::swap {
 
@@ -25,11 +25,7 @@ constexpr std::size_t kUsualGrowth = 8;
 constexpr std::size_t kGuessStep = 4;
 constexpr int kZlibOrGzipHead = MAX_WBITS + 32;
 
-// A buffer that isn't filled with zeroes; empty where there is no memory for it.
-using Buffer = std::unique_ptr<char[]>;
-Buffer NewBuffer(std::size_t size) {
-    return Buffer(new (std::nothrow) char[std::max<std::size_t>(size, 1)]);
-}
+using Buffer = platform::LargeBuffer;
 
 template <auto Free>
 struct Freer {
@@ -58,14 +54,14 @@ void SetInput(z_stream& stream, std::string_view piece) {
 }
 
 void SetOutput(z_stream& stream, const Buffer& output) {
-    stream.next_out = reinterpret_cast<Bytef*>(output.get());
+    stream.next_out = reinterpret_cast<Bytef*>(output.data());
     stream.avail_out = static_cast<uInt>(kBlock);
 }
 
 bool WriteOutput(z_stream& stream, const Buffer& output, const WritePiece& write) {
     const std::size_t size = kBlock - stream.avail_out;
     SetOutput(stream, output);
-    return size == 0 || write({output.get(), size});
+    return size == 0 || write({output.data(), size});
 }
 
 enum class Whole { Done, Failed, TakeBlocks };
@@ -74,12 +70,12 @@ Whole DeflateWhole(std::string_view bytes, const WritePiece& write) {
     const Compressor compressor(libdeflate_alloc_compressor(kWholeFileLevel));
     if (!compressor) return Whole::TakeBlocks;
     const std::size_t room = libdeflate_zlib_compress_bound(compressor.get(), bytes.size());
-    const Buffer output = NewBuffer(room);
+    const Buffer output(room);
     if (!output) return Whole::TakeBlocks;
     const std::size_t size =
-        libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), output.get(), room);
+        libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), output.data(), room);
     if (size == 0) return Whole::TakeBlocks;
-    return write({output.get(), size}) ? Whole::Done : Whole::Failed;
+    return write({output.data(), size}) ? Whole::Done : Whole::Failed;
 }
 
 Whole InflateWhole(std::string_view bytes, const WritePiece& write) {
@@ -87,12 +83,12 @@ Whole InflateWhole(std::string_view bytes, const WritePiece& write) {
     if (!decompressor) return Whole::TakeBlocks;
     std::size_t room = std::clamp(bytes.size() * kUsualGrowth, kBlock, kWholeOutputLimit);
     for (;;) {
-        const Buffer output = NewBuffer(room);
+        const Buffer output(room);
         if (!output) return Whole::TakeBlocks;
         std::size_t size = 0;
         const libdeflate_result result = libdeflate_zlib_decompress(decompressor.get(), bytes.data(),
-                                                                    bytes.size(), output.get(), room, &size);
-        if (result == LIBDEFLATE_SUCCESS) return write({output.get(), size}) ? Whole::Done : Whole::Failed;
+                                                                    bytes.size(), output.data(), room, &size);
+        if (result == LIBDEFLATE_SUCCESS) return write({output.data(), size}) ? Whole::Done : Whole::Failed;
         if (result != LIBDEFLATE_INSUFFICIENT_SPACE || room == kWholeOutputLimit) return Whole::TakeBlocks;
         room = std::min(room * kGuessStep, kWholeOutputLimit);
     }
@@ -111,26 +107,23 @@ class SourceFile {
     // block.
     bool TakeWhole() {
         if (size_ <= static_cast<std::int64_t>(kWholeFileLimit)) {
-            room_ = static_cast<std::size_t>(size_);
-            buffer_ = NewBuffer(room_);
+            buffer_ = Buffer(static_cast<std::size_t>(size_));
             if (buffer_) return true;
         }
-        room_ = kBlock;
-        buffer_ = NewBuffer(room_);
+        buffer_ = Buffer(kBlock);
         return false;
     }
 
     std::optional<std::string_view> Read() {
         if (!buffer_) return std::nullopt;
-        file_.read(buffer_.get(), static_cast<std::streamsize>(room_));
+        file_.read(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
         if (file_.bad()) return std::nullopt;
-        return std::string_view(buffer_.get(), static_cast<std::size_t>(file_.gcount()));
+        return std::string_view(buffer_.data(), static_cast<std::size_t>(file_.gcount()));
     }
 
   private:
     std::int64_t size_;
     std::ifstream file_;
-    std::size_t room_ = 0;
     Buffer buffer_;
 };
 
@@ -156,7 +149,7 @@ bool DeflateBlocks(const ReadPiece& read, const WritePiece& write) {
     z_stream stream{};
     if (deflateInit(&stream, Z_BEST_COMPRESSION) != Z_OK) return false;
     const EndDeflate end(&stream);
-    const Buffer output = NewBuffer(kBlock);
+    const Buffer output(kBlock);
     if (!output) return false;
     SetOutput(stream, output);
     int flush = Z_NO_FLUSH;
@@ -179,7 +172,7 @@ bool InflateBlocks(const ReadPiece& read, const WritePiece& write) {
     z_stream stream{};
     if (inflateInit2(&stream, kZlibOrGzipHead) != Z_OK) return false;
     const EndInflate end(&stream);
-    const Buffer output = NewBuffer(kBlock);
+    const Buffer output(kBlock);
     if (!output) return false;
     SetOutput(stream, output);
     bool all_read = false;
