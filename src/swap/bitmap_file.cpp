@@ -177,7 +177,7 @@ void AddUnmasked(std::string_view bytes, const Head& head, std::string& plain) {
         for (std::size_t x = 0; x < head.width; ++x) {
             const std::size_t at = head.pixels + y * stride + x * pixel_bytes;
             const std::uint32_t pixel = pixel_bytes == 2 ? U16At(bytes, at) : U32At(bytes, at);
-            for (const std::size_t channel : {2, 1, 0})
+            for (const std::size_t channel : {2U, 1U, 0U})
                 plain.push_back(MaskedByte(pixel, head.masks[channel]));
             plain.push_back('\0');
         }
