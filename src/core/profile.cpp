@@ -36,11 +36,15 @@ ProfileState LoadProfile() {
     return DecodeProfile(*bytes, profile) ? ProfileState::Current : ProfileState::Upgraded;
 }
 
+bool WriteProfile() {
+    const std::string bytes = EncodeProfile(profile);
+    return ReadFileStart(ProfilePath(), kProfileSize + 1) == bytes ||
+           ReplaceFileBytes(ProfilePath(), bytes, Flush::Yes);
+}
+
 bool SaveProfile() {
     AskSaveArchive();
-    const std::string bytes = EncodeProfile(profile);
-    const bool stands = ReadFileStart(ProfilePath(), kProfileSize + 1) == bytes ||
-                        ReplaceFileBytes(ProfilePath(), bytes, Flush::Yes);
+    const bool stands = WriteProfile();
     TheDesktop().SetWindowAnimation(session.WindowAnimation);
     return stands;
 }

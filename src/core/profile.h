@@ -88,6 +88,8 @@ enum class ProfileState { FirstRun, Current, Upgraded };
 // Fills the profile with the defaults, then from the file if there is one. A file that can't be read leaves
 // the defaults.
 ProfileState LoadProfile();
+// Replaces the file if it would change. False if it can't be written; the old settings stand then.
+[[nodiscard]] bool WriteProfile();
 // Offers to save the Archive, replaces the file if it would change, and puts the window animation back. A
 // failed write is not told to the user, as it happens while the window closes; the old settings stand then.
 bool SaveProfile();

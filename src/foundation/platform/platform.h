@@ -92,6 +92,11 @@ bool OpenWithDesktop(const std::string& document, std::string_view verb, Window 
 // The platform's own build of a tool; empty if there is none on PATH.
 NativeFile NativeTool(std::string_view name);
 
+// --- terminal (posix_terminal.cpp) ---
+
+// True if the standard output goes to a terminal.
+bool OutputIsTerminal();
+
 // --- time (posix_time.cpp) ---
 
 void Sleep(double seconds);

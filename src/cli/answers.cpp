@@ -1,0 +1,80 @@
+#include "cli/answers.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+namespace kelvash::cli {
+
+namespace {
+
+using nlohmann::json;
+
+// Nothing if the file can't be read.
+std::optional<std::string> BytesOf(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    std::string bytes;
+    std::array<char, 4096> piece;
+    while (stream) {
+        stream.read(piece.data(), piece.size());
+        bytes.append(piece.data(), static_cast<std::size_t>(stream.gcount()));
+    }
+    if (!stream.eof()) return std::nullopt;
+    return bytes;
+}
+
+// Empty if the value is a whole entry, which is added then.
+std::string AddEntry(const json& value, std::vector<AnswerEntry>& entries) {
+    if (!value.is_object()) return "is no object";
+    AnswerEntry entry;
+    bool has_when = false;
+    bool has_answer = false;
+    for (const auto& [key, member] : value.items()) {
+        if (key == "when" && member.is_string()) {
+            entry.when = member.get<std::string>();
+            has_when = true;
+        } else if (key == "answer" && member.is_string()) {
+            entry.answer = member.get<std::string>();
+            has_answer = true;
+        } else if (key == "times" && member.is_number_unsigned()) {
+            entry.times = static_cast<int>(std::min<std::uint64_t>(member.get<std::uint64_t>(), 1'000'000));
+        } else {
+            return "has a bad or unknown \"" + key + "\"";
+        }
+    }
+    if (!has_when || !has_answer) return "lacks \"when\" or \"answer\"";
+    entries.push_back(std::move(entry));
+    return {};
+}
+
+} // namespace
+
+std::optional<std::string> TakeAnswer(std::vector<AnswerEntry>& entries,
+                                      std::initializer_list<std::string_view> shown) {
+    for (AnswerEntry& entry : entries) {
+        if (entry.times != 0 && entry.used >= entry.times) continue;
+        const bool fits = std::any_of(shown.begin(), shown.end(), [&](std::string_view text) {
+            return text.find(entry.when) != std::string_view::npos;
+        });
+        if (!fits) continue;
+        ++entry.used;
+        return entry.answer;
+    }
+    return std::nullopt;
+}
+
+std::string ReadAnswers(const std::filesystem::path& file, std::vector<AnswerEntry>& entries) {
+    const std::string name = "answers file " + file.string();
+    const std::optional<std::string> bytes = BytesOf(file);
+    if (!bytes) return name + " can't be read";
+    const json list = json::parse(*bytes, nullptr, false);
+    if (list.is_discarded()) return name + " is no JSON";
+    if (!list.is_array()) return name + " is no JSON array";
+    for (std::size_t i = 0; i < list.size(); ++i)
+        if (const std::string fault = AddEntry(list[i], entries); !fault.empty())
+            return name + ": entry " + std::to_string(i + 1) + " " + fault;
+    return {};
+}
+
+} // namespace kelvash::cli

@@ -1,0 +1,252 @@
+#include "cli/cli_user.h"
+
+#include <algorithm>
+#include <array>
+#include <iostream>
+
+#include "cli/terminal.h"
+#include "foundation/drives.h"
+#include "foundation/messages.h"
+#include "foundation/text.h"
+
+namespace kelvash::cli {
+
+namespace {
+
+using nlohmann::ordered_json;
+
+struct Word {
+    std::string_view text;
+    Answer answer;
+};
+constexpr std::array<Word, 7> kWords = {{{"yes", Answer::Yes},
+                                         {"no", Answer::No},
+                                         {"ok", Answer::Ok},
+                                         {"cancel", Answer::Cancel},
+                                         {"abort", Answer::Abort},
+                                         {"retry", Answer::Retry},
+                                         {"ignore", Answer::Ignore}}};
+
+// The buttons of a question, the harmless one last.
+struct ButtonSet {
+    std::string_view name;
+    std::vector<Answer> offered;
+};
+
+ButtonSet SetOf(Buttons buttons) {
+    switch (buttons) {
+        case Buttons::YesNo:
+            return {"yesno", {Answer::Yes, Answer::No}};
+        case Buttons::YesNoCancel:
+            return {"yesnocancel", {Answer::Yes, Answer::No, Answer::Cancel}};
+        case Buttons::OkCancel:
+            return {"okcancel", {Answer::Ok, Answer::Cancel}};
+        case Buttons::AbortRetryIgnore:
+            return {"abortretryignore", {Answer::Retry, Answer::Ignore, Answer::Abort}};
+    }
+    return {};
+}
+
+std::string_view StyleName(MessageStyle style) {
+    switch (style) {
+        case MessageStyle::Critical:
+            return "critical";
+        case MessageStyle::Question:
+            return "question";
+        case MessageStyle::Exclamation:
+            return "exclamation";
+        case MessageStyle::Plain:
+            return "plain";
+    }
+    return {};
+}
+
+std::string WordOf(Answer answer) {
+    const auto* const word = std::find_if(kWords.begin(), kWords.end(),
+                                          [answer](const Word& entry) { return entry.answer == answer; });
+    return std::string(word->text);
+}
+
+// True for a word that names a button and so can't be a path.
+bool IsButtonWord(const std::string& text) {
+    return std::any_of(kWords.begin(), kWords.end(), [&](const Word& word) { return word.text == text; });
+}
+
+std::string Choices(const std::vector<Answer>& offered) {
+    std::vector<std::string> words;
+    for (const Answer answer : offered)
+        words.push_back(WordOf(answer));
+    return "[" + Join(words, "/") + "] ";
+}
+
+ordered_json OrNull(const std::optional<std::string>& text) {
+    return text ? ordered_json(*text) : ordered_json(nullptr);
+}
+
+// "ok" takes what the box proposes; any other button word, or nothing, cancels.
+std::optional<std::string> PathOf(const std::optional<std::string>& answer, const std::string& proposed) {
+    if (!answer || answer->empty()) return std::nullopt;
+    if (*answer == "ok" && !proposed.empty()) return proposed;
+    if (IsButtonWord(*answer)) return std::nullopt;
+    return PathFromUser(*answer);
+}
+
+} // namespace
+
+CliUser::CliUser(OutputMode mode, Fallback fallback, std::vector<AnswerEntry> answers)
+    : mode_(mode), fallback_(fallback), answers_(std::move(answers)) {}
+
+void CliUser::Preset(std::vector<AnswerEntry> entries) {
+    presets_ = std::move(entries);
+}
+
+bool CliUser::PresetUsed(std::string_view when) const {
+    return std::any_of(presets_.begin(), presets_.end(),
+                       [&](const AnswerEntry& entry) { return entry.when == when && entry.used > 0; });
+}
+
+void CliUser::Tell(const ordered_json& event) {
+    std::cout << JsonText(event) << '\n' << std::flush;
+}
+
+bool CliUser::TellResult(const Result& result) {
+    if (IsPlain()) {
+        FinishBar();
+        std::cout << ResultLines(result) << std::flush;
+    } else {
+        std::cout << ResultEvent(result) << '\n' << std::flush;
+    }
+    return std::cout.good();
+}
+
+std::optional<std::string> CliUser::AnswerTo(const Box& box) {
+    told_ = true;
+    std::optional<std::string> answer = TakeAnswer(presets_, box.shown);
+    if (!answer) answer = TakeAnswer(answers_, box.shown);
+    if (!answer && fallback_ == Fallback::Terminal) return AskLine(box.prompt);
+    if (IsPlain()) PrintLine(box.prompt + answer.value_or("-"));
+    return answer;
+}
+
+void CliUser::Message(MessageStyle style, const std::string& text) {
+    told_ = true;
+    if (IsPlain())
+        PrintLine((style == MessageStyle::Critical ? "! " : "") + text);
+    else
+        Tell({{"event", "message"}, {"style", StyleName(style)}, {"text", text}});
+}
+
+Answer CliUser::Ask(Buttons buttons, MessageStyle style, const std::string& text) {
+    const ButtonSet set = SetOf(buttons);
+    const Box box{{text}, text + "\n" + Choices(set.offered)};
+    Answer chosen = set.offered.back();
+    while (const std::optional<std::string> typed = AnswerTo(box)) {
+        const auto found = std::find_if(set.offered.begin(), set.offered.end(), [&](Answer offered) {
+            return EqualNoCase(WordOf(offered), Trim(*typed));
+        });
+        if (found != set.offered.end()) {
+            chosen = *found;
+            break;
+        }
+        std::cerr << LoadMessage(MessageId::kCliNoSuchAnswer, {*typed, Choices(set.offered)}) << '\n';
+        if (fallback_ == Fallback::Harmless) break;
+    }
+    if (!IsPlain())
+        Tell({{"event", "ask"},
+              {"buttons", set.name},
+              {"style", StyleName(style)},
+              {"text", text},
+              {"answer", WordOf(chosen)}});
+    return chosen;
+}
+
+std::optional<std::string> CliUser::Input(const std::string& title, const std::string& text,
+                                          const std::string& initial) {
+    std::optional<std::string> answer =
+        AnswerTo({{title, text}, title + "\n" + text + " [" + initial + "] "});
+    if (answer && *answer == "cancel") answer.reset();
+    if (answer && *answer == "ok") answer = initial;
+    if (!IsPlain())
+        Tell({{"event", "input"},
+              {"title", title},
+              {"text", text},
+              {"default", initial},
+              {"answer", OrNull(answer)}});
+    return answer;
+}
+
+std::optional<std::string> CliUser::AskFile(const char* event, const FileDialog& dialog) {
+    const std::string start = dialog.folder;
+    const std::string proposed = dialog.name.empty() ? std::string() : start + "\\" + dialog.name;
+    // A folder dialog has no file name, and may be left with the folder in which it starts.
+    const bool folder = std::string_view(event) == "folder";
+    const std::string& taken_by_ok = folder ? start : proposed;
+    const std::optional<std::string> answer =
+        PathOf(AnswerTo({{dialog.title}, dialog.title + " [" + taken_by_ok + "] "}), taken_by_ok);
+    if (!IsPlain())
+        Tell({{"event", event},
+              {"title", dialog.title},
+              {"filter", dialog.filter},
+              {"start", start},
+              {"name", dialog.name},
+              {"answer", OrNull(answer)}});
+    return answer;
+}
+
+std::optional<std::string> CliUser::OpenFile(const FileDialog& dialog) {
+    return AskFile("openfile", dialog);
+}
+
+std::optional<std::string> CliUser::SaveFile(const FileDialog& dialog) {
+    return AskFile("savefile", dialog);
+}
+
+std::optional<std::string> CliUser::ChooseFolder(const std::string& caption, const std::string& start) {
+    return AskFile("folder", {caption, {}, start, {}});
+}
+
+std::string CliUser::ShowForm(const ChoiceForm& form) {
+    const std::optional<std::string> typed = AnswerTo(
+        {{form.name, form.caption},
+         form.caption + " (" + form.name + ")\n[" + Join(form.buttons, "/") + "] " + form.start + " "});
+    const auto& buttons = form.buttons;
+    const bool button = typed && std::find(buttons.begin(), buttons.end(), *typed) != buttons.end();
+    // The logic knows the harmless button, which is the last, as a form that was closed; and the one that
+    // takes what the form shows as what it shows.
+    const bool takes_start = typed == "ok" || typed == "Pul_Ok";
+    std::optional<std::string> chosen;
+    if (takes_start)
+        chosen = form.start;
+    else if (!button)
+        chosen = PathOf(typed, {});
+    else if (*typed != buttons.back())
+        chosen = typed;
+    if (!IsPlain())
+        Tell({{"event", "form"}, {"name", form.name}, {"answer", OrNull(button ? typed : chosen)}});
+    return chosen.value_or(std::string());
+}
+
+void CliUser::OpenProgress(BarPlace, const std::string& caption) {
+    if (!IsPlain())
+        Tell({{"event", "progress"}, {"caption", caption}});
+    else if (!caption.empty())
+        PrintLine(caption);
+}
+
+void CliUser::CloseProgress(BarPlace) {
+    if (IsPlain()) FinishBar();
+}
+
+void CliUser::SetLabel(BarPlace, const std::string& text) {
+    if (IsPlain() && !text.empty()) PrintLine("  " + text);
+}
+
+void CliUser::SetBar(BarPlace, int percent) {
+    if (IsPlain()) PrintBar(percent);
+}
+
+bool CliUser::StopRequested() {
+    return Interrupted();
+}
+
+} // namespace kelvash::cli

@@ -1,0 +1,84 @@
+#include "cli/commands.h"
+
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "core/archive.h"
+#include "core/profile.h"
+#include "core/start_up.h"
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/text.h"
+
+namespace kelvash::cli {
+
+namespace {
+
+using CommandFunction = Result (*)(Session&);
+
+constexpr std::array<std::pair<std::string_view, CommandFunction>, 12> kCommands = {{
+    {"init", Init},
+    {"status", Status},
+    {"profile", Profile},
+    {"new", New},
+    {"load", Load},
+    {"save", Save},
+    {"save-as", SaveAs},
+    {"levels", Levels},
+    {"install", Install},
+    {"play", Play},
+    {"restore", Restore},
+    {"demo", Demo},
+}};
+
+} // namespace
+
+Result RunCommand(Session& session) {
+    for (const auto& [name, function] : kCommands)
+        if (name == session.options.command) return function(session);
+    return {};
+}
+
+void TellCritical(const std::string& text) {
+    ShowMessage(MessageStyle::Critical, text);
+}
+
+bool OpenQuickly(Session& session) {
+    if (!TakeHome(session, MissingHome::Refuse)) return false;
+    core::LoadProfile();
+    const std::string path(Trim(core::profile.LastArchive));
+    if (path.empty()) return true;
+    if (!FileExists(path)) {
+        TellCritical(LoadMessage(MessageId::kLastArchiveNotFound, {}) + path);
+        return false;
+    }
+    if (core::LoadArchive(path)) return true;
+    if (!core::archive.ArchiveLoadRefused)
+        TellCritical(LoadMessage(MessageId::kErrorLoadingLastArchive, {}) + path);
+    return false;
+}
+
+bool StartUpWithArchive(Session& session, const std::string& command_line) {
+    if (!TakeHome(session, MissingHome::Refuse)) return false;
+    core::StartUp(command_line);
+    if (core::ArchiveIsOpen()) return true;
+    if (!session.user.HasTold()) TellCritical(LoadMessage(MessageId::kCliNoArchive, {}));
+    return false;
+}
+
+bool EndSession(const Session& session) {
+    if (!session.home_taken || core::SaveProfile()) return true;
+    TellCritical(LoadMessage(MessageId::kCliCannotSaveProfile, {}) + core::ProfilePath());
+    return false;
+}
+
+bool TakePath(const std::string& typed, std::string& path) {
+    path = PathFromUser(typed);
+    if (!path.empty()) return true;
+    TellCritical(LoadMessage(MessageId::kCliNotOnDrive, {}) + typed);
+    return false;
+}
+
+} // namespace kelvash::cli

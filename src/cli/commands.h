@@ -1,0 +1,44 @@
+// The commands: each is one function over the logic.
+#pragma once
+
+#include <string>
+
+#include "cli/result.h"
+#include "cli/session.h"
+
+namespace kelvash::cli {
+
+// Runs the command that the options name.
+Result RunCommand(Session& session);
+
+// commands_home.cpp
+Result Init(Session& session);
+Result Status(Session& session);
+Result New(Session& session);
+Result Load(Session& session);
+Result Save(Session& session);
+Result SaveAs(Session& session);
+// commands_profile.cpp
+Result Profile(Session& session);
+// commands_levels.cpp
+Result Levels(Session& session);
+Result Install(Session& session);
+Result Play(Session& session);
+Result Restore(Session& session);
+// commands_demo.cpp
+Result Demo(Session& session);
+
+// Shared by the commands (commands.cpp).
+
+// Opens the home as it stands, without a question on a good one: the profile and its Archive. False, after a
+// message, if the home is missing or the Archive can't be opened. No Archive at all is no failure.
+[[nodiscard]] bool OpenQuickly(Session& session);
+// The program's whole start-up. True if an Archive is open; a message tells otherwise.
+[[nodiscard]] bool StartUpWithArchive(Session& session, const std::string& command_line);
+// The program's end: offers to save the Archive and keeps the profile. False after a message.
+[[nodiscard]] bool EndSession(const Session& session);
+// True if the typed path can be reached by a drive, which every path of the logic must; tells otherwise.
+[[nodiscard]] bool TakePath(const std::string& typed, std::string& path);
+void TellCritical(const std::string& text);
+
+} // namespace kelvash::cli

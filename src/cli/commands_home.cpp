@@ -1,0 +1,158 @@
+// Commands on the home and the Archive as a whole.
+#include "cli/commands.h"
+#include "core/archive.h"
+#include "core/profile.h"
+#include "core/start_up.h"
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/text.h"
+#include "swap/backup.h"
+#include "swap/marker.h"
+#include "swap/trle_folder.h"
+
+namespace kelvash::cli {
+
+namespace {
+
+std::string TrleFolder() {
+    return std::string(Trim(core::profile.TrleFolder));
+}
+
+std::string ArchivePath() {
+    return std::string(Trim(core::profile.LastArchive));
+}
+
+// The answers to the question for a new Archive's folder, and to the form that comes before it on a start
+// without an Archive.
+std::vector<AnswerEntry> NewArchiveAnswers(const std::string& folder) {
+    return {{"Dialog_NewArc", "Pul_New"}, {LoadMessage(MessageId::kSelectArchiveFolder, {}), folder}};
+}
+
+std::vector<AnswerEntry> InitAnswers(const std::string& trle, const std::string& folder, bool full) {
+    std::vector<AnswerEntry> answers = {
+        {"Dialog_TrovaTrle", trle},
+        {LoadMessage(MessageId::kOriginalQuestion, {trle}), "yes"},
+        {LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak}), full ? "yes" : "no"}};
+    for (AnswerEntry& answer : NewArchiveAnswers(folder))
+        answers.push_back(std::move(answer));
+    return answers;
+}
+
+Result InitResult(bool ok) {
+    Result result;
+    result.ok = ok;
+    result.fields = {
+        {"trle", TrleFolder()}, {"archive", ArchivePath()}, {"fullBackup", core::profile.FullBackup}};
+    return result;
+}
+
+Result ArchiveResult(bool ok) {
+    Result result;
+    result.ok = ok;
+    result.fields = {{"archive", ArchivePath()}};
+    return result;
+}
+
+// True, after a message, if the home is in use and so not to be set up for this TRLE folder.
+bool HomeIsTaken(const std::string& trle) {
+    core::LoadProfile();
+    if (FileExists(ArchivePath())) {
+        TellCritical(LoadMessage(MessageId::kCliHomeHasArchive, {}) + ArchivePath());
+        return true;
+    }
+    if (TrleFolder().empty() || EqualNoCase(TrleFolder(), trle) ||
+        !swap::CheckTrleFolder(TrleFolder(), false))
+        return false;
+    TellCritical(LoadMessage(MessageId::kCliHomeHasTrle, {}) + TrleFolder());
+    return true;
+}
+
+// All that a start-up insists on but the Archive.
+bool HomeIsReady() {
+    return swap::CheckTrleFolder(TrleFolder(), false) && swap::BackupIsValid() &&
+           FolderExists(core::LevelFolder(0, false));
+}
+
+// A run of one command ends with the Archive's file in place, whatever AutoSave says.
+bool WriteNewArchive() {
+    return !core::archive.ArchiveChanged || core::SaveArchive();
+}
+
+} // namespace
+
+Result Init(Session& session) {
+    std::string trle;
+    std::string folder;
+    if (!TakeHome(session, MissingHome::Make) || !TakePath(session.options.trle, trle) ||
+        !TakePath(session.options.archive_folder, folder) || HomeIsTaken(trle))
+        return InitResult(false);
+    session.user.Preset(InitAnswers(trle, folder, session.options.backup == "full"));
+    const bool opened = StartUpWithArchive(session, {}) && WriteNewArchive();
+    return InitResult(EndSession(session) && opened);
+}
+
+Result Status(Session& session) {
+    Result result;
+    result.ok = OpenQuickly(session);
+    result.fields = {{"trle", TrleFolder()},
+                     {"archive", ArchivePath()},
+                     {"levels", core::archive.Header.LevelCount},
+                     {"installed", swap::CurrentLevelCode()},
+                     {"fullBackup", core::profile.FullBackup}};
+    core::AskSaveArchive();
+    return result;
+}
+
+Result New(Session& session) {
+    std::string folder;
+    if (!TakeHome(session, MissingHome::Make) || !TakePath(session.options.path, folder))
+        return ArchiveResult(false);
+    session.user.Preset(NewArchiveAnswers(folder));
+    core::StartUp({});
+    bool created = core::ArchiveIsOpen();
+    if (!session.user.PresetUsed(LoadMessage(MessageId::kSelectArchiveFolder, {}))) {
+        created = HomeIsReady() && core::NewArchive();
+        if (!created && !session.user.HasTold()) TellCritical(LoadMessage(MessageId::kCliNoArchive, {}));
+    }
+    created = created && WriteNewArchive();
+    return ArchiveResult(EndSession(session) && created);
+}
+
+Result Load(Session& session) {
+    std::string path;
+    if (!TakeHome(session, MissingHome::Make) || !TakePath(session.options.path, path))
+        return ArchiveResult(false);
+    core::LoadProfile();
+    const std::string former = core::profile.LastArchive;
+    // A name that the program's command line can't hold is none of an Archive.
+    if (!EndsWithNoCase(path, LoadMessage(MessageId::kArchiveTokenExtension, {})) ||
+        path.find('"') != std::string::npos) {
+        TellCritical(LoadMessage(MessageId::kErrorLoadingLastArchive, {}) + path);
+        return ArchiveResult(false);
+    }
+    const bool opened = StartUpWithArchive(session, "\"" + path + "\"");
+    // A mistaken name doesn't cost the home its Archive.
+    if (!opened) core::profile.LastArchive = former;
+    return ArchiveResult(EndSession(session) && opened);
+}
+
+Result Save(Session& session) {
+    const bool saved = StartUpWithArchive(session, {}) && core::SaveArchive();
+    return ArchiveResult(EndSession(session) && saved);
+}
+
+Result SaveAs(Session& session) {
+    std::string path;
+    if (!TakeHome(session, MissingHome::Refuse) || !TakePath(session.options.path, path))
+        return ArchiveResult(false);
+    session.user.Preset({{LoadMessage(MessageId::kSaveArchiveTitle, {}), path}});
+    bool saved = StartUpWithArchive(session, {});
+    if (saved && !core::SaveArchiveAs()) {
+        TellCritical(LoadMessage(MessageId::kErrorSavingArchiveMenu, {}) + path);
+        saved = false;
+    }
+    return ArchiveResult(EndSession(session) && saved);
+}
+
+} // namespace kelvash::cli

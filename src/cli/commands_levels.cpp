@@ -1,0 +1,159 @@
+// Commands on the levels of the open Archive.
+#include "cli/commands.h"
+#include "companion/game.h"
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/profile.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/text.h"
+#include "swap/install.h"
+#include "swap/marker.h"
+#include "swap/restore.h"
+
+namespace kelvash::cli {
+
+namespace {
+
+using core::LevelRecord;
+
+void AppendText(std::string_view name, std::string_view text, std::string& json) {
+    AppendJsonName(name, json);
+    AppendJsonText(Trim(text), json);
+    json += ',';
+}
+
+void AppendNumber(std::string_view name, std::int64_t number, std::string& json) {
+    AppendJsonName(name, json);
+    json += std::to_string(number);
+    json += ',';
+}
+
+// A list whose items a NUL separates. They are split before they are trimmed; an empty one is no item.
+void AppendList(std::string_view name, std::string_view list, std::string& json) {
+    AppendJsonName(name, json);
+    json += '[';
+    for (const std::string& item : Split(list, '\0')) {
+        if (Trim(item).empty()) continue;
+        if (json.back() != '[') json += ',';
+        AppendJsonText(Trim(item), json);
+    }
+    json += "],";
+}
+
+// Written by hand: ten thousand levels through a document in memory take longer than all the rest of the run.
+void AppendLevel(const LevelRecord& level, bool installed, std::string& json) {
+    json += '{';
+    AppendNumber("code", level.Code, json);
+    AppendText("name", level.Name, json);
+    AppendText("note", level.Note, json);
+    AppendText("author", level.Author, json);
+    AppendList("emails", level.Emails, json);
+    AppendList("sites", level.Sites, json);
+    AppendText("authorNote", level.AuthorNote, json);
+    AppendNumber("cd", level.CdNumber, json);
+    AppendText("moreInfo", level.MoreInfoFile, json);
+    AppendNumber("filesSize", level.FilesSize, json);
+    AppendNumber("savesSize", level.SavesSize, json);
+    AppendJsonName("installed", json);
+    json += installed ? "true," : "false,";
+    AppendJsonName("folder", json);
+    AppendJsonText(core::LevelFolder(level.Code, false), json);
+    json += '}';
+}
+
+void AppendLine(const LevelRecord& level, bool installed, std::string& lines) {
+    constexpr int kCodeDigits = 4;
+    lines += ZeroPadded(level.Code, kCodeDigits) + (installed ? " * " : "   ");
+    lines += Trim(level.Name);
+    if (!Trim(level.Author).empty()) lines.append(", ").append(Trim(level.Author));
+    lines += " (" + FormatSize(level.FilesSize) + " + " + FormatSize(level.SavesSize);
+    if (level.CdNumber != 0) lines += LoadMessage(MessageId::kCliOnCd, {}) + std::to_string(level.CdNumber);
+    lines += ")\n";
+}
+
+void ListLevels(bool plain, Result& result) {
+    constexpr std::size_t kUsualLength = 512; // bytes of a level as JSON
+    const std::int32_t current = swap::CurrentLevelCode();
+    const auto count = static_cast<std::size_t>(core::archive.Header.LevelCount);
+    std::string& json = result.large_json;
+    json.reserve(plain ? 0 : count * kUsualLength);
+    json += '[';
+    for (std::size_t i = 0; i < count; ++i) {
+        const LevelRecord& level = core::archive.Levels[i];
+        if (plain) {
+            AppendLine(level, level.Code == current, result.plain);
+            continue;
+        }
+        if (i > 0) json += ',';
+        AppendLevel(level, level.Code == current, json);
+    }
+    json += ']';
+}
+
+Result InstalledResult(bool ok) {
+    Result result;
+    result.ok = ok;
+    result.fields = {{"installed", swap::CurrentLevelCode()}};
+    return result;
+}
+
+// True, with the code, if a level of the open Archive has it; tells otherwise.
+bool TakeCode(const std::string& typed, std::int32_t& code) {
+    const std::optional<std::int32_t> number = WholeNumber(typed);
+    code = number.value_or(-1);
+    if (number && core::LevelIndex(code) >= 0) return true;
+    TellCritical(LoadMessage(MessageId::kUnknownLevelCode, {}) + typed);
+    return false;
+}
+
+bool InstallAndTell(std::int32_t code) {
+    const bool installed = swap::InstallLevel(code);
+    if (!installed) TellCritical(LoadMessage(MessageId::kErrorInstalling, {}));
+    core::RefreshLevelList();
+    return installed;
+}
+
+} // namespace
+
+Result Levels(Session& session) {
+    Result result;
+    result.large_name = "levels";
+    result.ok = OpenQuickly(session);
+    if (result.ok && Trim(core::profile.LastArchive).empty()) {
+        TellCritical(LoadMessage(MessageId::kCliNoArchive, {}));
+        result.ok = false;
+    }
+    ListLevels(session.user.IsPlain(), result);
+    core::AskSaveArchive();
+    return result;
+}
+
+Result Install(Session& session) {
+    std::int32_t code = -1;
+    const bool installed =
+        StartUpWithArchive(session, {}) && TakeCode(session.options.code, code) && InstallAndTell(code);
+    return InstalledResult(EndSession(session) && installed);
+}
+
+Result Play(Session& session) {
+    std::int32_t code = -1;
+    const bool played =
+        StartUpWithArchive(session, {}) && TakeCode(session.options.code, code) && swap::PlayLevel(code);
+    if (played) companion::WaitForGameEnd();
+    return InstalledResult(EndSession(session) && played);
+}
+
+Result Restore(Session& session) {
+    bool restored = StartUpWithArchive(session, {});
+    if (restored && session.options.restore_kind == "fast") {
+        restored = swap::FastRestore();
+    } else if (restored) {
+        Bar bar{BarPlace::CallerForm, -1};
+        swap::FullRestore(bar, false);
+        restored = swap::CurrentLevelCode() == 0;
+    }
+    return InstalledResult(EndSession(session) && restored);
+}
+
+} // namespace kelvash::cli

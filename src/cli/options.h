@@ -1,0 +1,38 @@
+// The command line of kelvash-cli.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kelvash::cli {
+
+// What was asked for. Path arguments stand as they were typed.
+struct Options {
+    std::string home;                // empty: the platform's rule
+    std::vector<std::string> drives; // "L=DIR[,cdrom]"
+    std::string answers;             // file; empty for none
+    bool json = false;
+    std::string command;
+
+    // Arguments of the commands that have them.
+    std::string trle;
+    std::string archive_folder;
+    std::string backup = "full"; // or "compact"
+    std::string path;            // DIR or KVA
+    std::string code;
+    std::string restore_kind; // "fast" or "full"
+    std::string field;        // empty: all fields
+    std::optional<std::string> value;
+};
+
+// Exit statuses.
+inline constexpr int kDone = 0;
+inline constexpr int kFailed = 1;
+inline constexpr int kWrongUsage = 2;
+
+// Fills the options from the words behind the program's name. Nothing if there is a command to run; otherwise
+// the exit status, after help on stdout or a complaint on stderr.
+std::optional<int> ParseOptions(std::vector<std::string> words, Options& options);
+
+} // namespace kelvash::cli

@@ -1,0 +1,49 @@
+#include "cli/run.h"
+
+#include <iostream>
+
+#include "cli/answers.h"
+#include "cli/commands.h"
+#include "cli/terminal.h"
+
+namespace kelvash::cli {
+
+namespace {
+
+int Complain(const std::string& fault) {
+    std::cerr << "kelvash-cli: " << fault << '\n';
+    return kWrongUsage;
+}
+
+// What an answers file leaves open is harmless; without one a person may be there to ask.
+Fallback FallbackOf(const Options& options) {
+    return options.json || !options.answers.empty() ? Fallback::Harmless : Fallback::Terminal;
+}
+
+} // namespace
+
+int Run(std::vector<std::string> words) {
+    Options options;
+    if (const std::optional<int> status = ParseOptions(std::move(words), options)) return *status;
+    if (const std::string fault = SetDrives(options); !fault.empty()) return Complain(fault);
+    std::vector<AnswerEntry> answers;
+    if (!options.answers.empty())
+        if (const std::string fault = ReadAnswers(NativeFromUser(options, options.answers), answers);
+            !fault.empty())
+            return Complain(fault);
+    const std::filesystem::path home = HomeOf(options);
+    if (home.empty()) return Complain("--home " + options.home + ": no such drive");
+
+    CatchInterrupt();
+    CliUser user(options.json ? OutputMode::Json : OutputMode::Plain, FallbackOf(options),
+                 std::move(answers));
+    SetUser(&user);
+    Session session{options, user, home};
+    const Result result = RunCommand(session);
+    const bool told = user.TellResult(result);
+    SetUser(nullptr);
+    if (!told) std::cerr << "kelvash-cli: the output can't be written\n";
+    return result.ok && told ? kDone : kFailed;
+}
+
+} // namespace kelvash::cli
