@@ -218,7 +218,7 @@ std::string DefaultArchivePath() {
     for (int n = 1; n <= kLastTwin; ++n) {
         path = AppFolder() + LoadMessage(MessageId::kDefaultArchiveName, {}) + Twin(n) +
                LoadMessage(MessageId::kArchiveExtension, {});
-        if (!FileExists(path)) break;
+        if (!FileExists(path) && !FolderExists(path)) break;
     }
     return path;
 }
