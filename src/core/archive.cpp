@@ -202,6 +202,8 @@ bool SaveArchiveAs() {
          AppFolder(), FileNameOf(profile.LastArchive)});
     if (!path) return true;
     const bool written = WriteArchive(*path);
+    if (!written)
+        ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kErrorSavingArchiveAs, {}) + *path);
     TheUser().LevelListChanged();
     return written;
 }
