@@ -41,7 +41,7 @@ bool SaveProfile() {
     const std::string bytes = EncodeProfile(profile);
     const bool stands = ReadFileStart(ProfilePath(), kProfileSize + 1) == bytes ||
                         ReplaceFileBytes(ProfilePath(), bytes, Flush::Yes);
-    TheDesktop().SetWindowAnimation(session.WindowAnimation);
+    if (session.Started) TheDesktop().SetWindowAnimation(session.WindowAnimation);
     return stands;
 }
 
