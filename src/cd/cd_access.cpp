@@ -22,26 +22,43 @@ bool HoldsFiles(const std::string& drive, std::int32_t code) {
     return !folder.empty() && AnyFile(core::FilesFolder(folder), LoadMessage(MessageId::kCdTr4Mask, {}));
 }
 
-// Tells what is wrong with the chosen drive; true if the level's folder is there.
-bool AcceptDrive(const std::string& drive, std::int32_t code) {
+// What is wrong with a chosen drive; empty if the level's folder is there.
+std::string FaultOf(const std::string& drive, std::int32_t code) {
     DriveRecord record;
-    std::string fault;
-    if (!DriveInfo(drive, record))
-        fault = LoadMessage(MessageId::kCdDriveNotPresent, {drive});
-    else if (!record.ready)
-        fault = LoadMessage(MessageId::kCdDriveNotReady, {drive});
-    else if (core::CdLevelFolder(drive, code).empty())
-        fault = LoadMessage(MessageId::kCdLevelMissing, {}) + core::LevelFolderName(code);
-    if (fault.empty()) return true;
-    ShowMessage(MessageStyle::Critical, fault);
-    return false;
+    if (!DriveInfo(drive, record)) return LoadMessage(MessageId::kCdDriveNotPresent, {drive});
+    if (!record.ready) return LoadMessage(MessageId::kCdDriveNotReady, {drive});
+    if (core::CdLevelFolder(drive, code).empty())
+        return LoadMessage(MessageId::kCdLevelMissing, {}) + core::LevelFolderName(code);
+    return {};
+}
+
+// Has a drive chosen until it holds the level; false if the user gives up.
+bool AskForDrive(const std::string& start, std::int32_t code) {
+    const std::string accept = "Pul_Ok";
+    const std::string cancel = "Pul_Cancel";
+    const std::string number = std::to_string(core::LevelByCode(code).CdNumber);
+    for (;;) {
+        const std::string chosen = TheUser().ShowForm({"Dialog_InsertCd",
+                                                       LoadMessage(MessageId::kCdRequestCaption, {}),
+                                                       start,
+                                                       {accept, cancel},
+                                                       LoadMessage(MessageId::kInsertCd, {}) + number});
+        if (chosen.empty() || chosen == cancel) return false;
+        const std::string drive = chosen.substr(0, 2);
+        const std::string fault =
+            chosen == accept ? LoadMessage(MessageId::kNoDriveSelected, {}) : FaultOf(drive, code);
+        if (fault.empty()) {
+            TakeReader(drive);
+            return true;
+        }
+        ShowMessage(MessageStyle::Critical, fault);
+    }
 }
 
 } // namespace
 
 bool RequestCd(std::int32_t code) {
-    const std::int32_t number = core::LevelByCode(code).CdNumber;
-    if (number == 0) return true;
+    if (core::LevelByCode(code).CdNumber == 0) return true;
     const std::vector<std::string> drives = CdDrives();
     if (drives.empty()) {
         ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kNoCdReader, {}));
@@ -52,19 +69,7 @@ bool RequestCd(std::int32_t code) {
             TakeReader(drive);
             return true;
         }
-    const std::string request = LoadMessage(MessageId::kInsertCd, {}) + std::to_string(number);
-    for (;;) {
-        const std::string chosen =
-            TheUser().ShowForm({"Dialog_InsertCd",
-                                LoadMessage(MessageId::kCdRequestCaption, {}) + ": " + request,
-                                drives.front(),
-                                {"Pul_Ok", "Pul_Cancel"}});
-        if (chosen.empty()) return false;
-        const std::string drive = chosen.substr(0, 2);
-        if (!AcceptDrive(drive, code)) continue;
-        TakeReader(drive);
-        return true;
-    }
+    return AskForDrive(drives.front(), code);
 }
 
 } // namespace kelvash::cd

@@ -202,6 +202,8 @@ bool SaveArchiveAs() {
          AppFolder(), FileNameOf(profile.LastArchive)});
     if (!path) return true;
     const bool written = WriteArchive(*path);
+    if (!written)
+        ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kErrorSavingArchiveAs, {}) + *path);
     TheUser().LevelListChanged();
     return written;
 }
@@ -218,7 +220,7 @@ std::string DefaultArchivePath() {
     for (int n = 1; n <= kLastTwin; ++n) {
         path = AppFolder() + LoadMessage(MessageId::kDefaultArchiveName, {}) + Twin(n) +
                LoadMessage(MessageId::kArchiveExtension, {});
-        if (!FileExists(path)) break;
+        if (!FileExists(path) && !FolderExists(path)) break;
     }
     return path;
 }

@@ -63,7 +63,7 @@ void AddLevelSize(std::int32_t index, double bytes, SizeKind kind);
 [[nodiscard]] bool LoadArchive(std::string_view path);
 // The same for a file that the user chooses; false on cancel.
 [[nodiscard]] bool LoadArchiveDialog();
-// Saves under a name that the user chooses; true on cancel too.
+// Saves under a name that the user chooses and tells a failure; true on cancel too.
 [[nodiscard]] bool SaveArchiveAs();
 // Saves under the current path and tells a failure.
 bool SaveArchive();

@@ -23,10 +23,16 @@ bool CopyTail(std::string_view path, std::size_t offset, const WritePiece& write
     return true;
 }
 
+// What is written has this layout, whatever number the file that was loaded bore.
+std::string EncodeHeader(ArchiveHeader header) {
+    header.Version = kArchiveVersion;
+    std::string bytes(kHeaderSize, '\0');
+    EncodeRecord(kHeaderFields, header, std::span<char>(bytes));
+    return bytes;
+}
+
 bool EncodeArchive(const ArchiveContents& contents, const WritePiece& write) {
-    std::string header(kHeaderSize, '\0');
-    EncodeRecord(kHeaderFields, contents.Header, std::span<char>(header));
-    if (!write(header)) return false;
+    if (!write(EncodeHeader(contents.Header))) return false;
     const auto count = static_cast<std::size_t>(contents.Header.LevelCount);
     std::string block(kBlockRecords * kLevelSize, '\0');
     for (std::size_t first = 0; first < count; first += kBlockRecords) {
@@ -37,6 +43,12 @@ bool EncodeArchive(const ArchiveContents& contents, const WritePiece& write) {
         if (!write(std::string_view(block).substr(0, in_block * kLevelSize))) return false;
     }
     return true;
+}
+
+// A write-protected file can be replaced where its folder is writable, but its owner has said no.
+bool IsProtected(std::string_view path) {
+    return FileExists(path) &&
+           !std::fstream(NativePath(path), std::ios::binary | std::ios::in | std::ios::out);
 }
 
 } // namespace
@@ -72,6 +84,7 @@ bool ReadArchiveFile(std::string_view path, ArchiveContents& contents) {
 }
 
 bool WriteArchiveFile(std::string_view path, const ArchiveContents& contents) {
+    if (IsProtected(path)) return false;
     const std::size_t length =
         kHeaderSize + static_cast<std::size_t>(contents.Header.LevelCount) * kLevelSize;
     return ReplaceFileBytes(

@@ -28,7 +28,7 @@ ArchiveContents DecodeArchive(const ByteSource& source);
 [[nodiscard]] bool ReadArchiveFile(std::string_view path, ArchiveContents& contents);
 
 // Replaces the file whole. Bytes of a longer old file stay behind the last record, where no reader looks.
-// False if it can't be written; the old file stands then.
+// False if it can't be written, or is write-protected; the old file stands then.
 [[nodiscard]] bool WriteArchiveFile(std::string_view path, const ArchiveContents& contents);
 
 } // namespace kelvash::core

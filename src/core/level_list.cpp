@@ -44,7 +44,13 @@ std::vector<LevelListItem> SortedItems() {
 
 } // namespace
 
+void ClearProgress() {
+    TheUser().SetLabel(BarPlace::MainWindow, {});
+    TheUser().SetBar(BarPlace::MainWindow, 0);
+}
+
 void RefreshLevelList() {
+    ClearProgress();
     const std::int32_t selected = SelectedLevel();
     level_list.Items = SortedItems();
     level_list.Selected = selected < 0 ? -1 : IndexOf(selected);

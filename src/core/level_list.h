@@ -19,7 +19,10 @@ struct LevelList {
 };
 extern LevelList level_list;
 
+// Empties the main window's label and bar.
+void ClearProgress();
 // Rebuilds the list, keeping the selected level; index 0 is selected when there was none or it is gone.
+// Clears the progress.
 void RefreshLevelList();
 // Selects the level with that code, if it is in the list.
 void SelectLevel(std::int32_t code);

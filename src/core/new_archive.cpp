@@ -19,6 +19,10 @@ std::string Twin(int n) {
     return n == 1 ? std::string() : std::to_string(n);
 }
 
+bool IsTaken(const std::string& path) {
+    return FolderExists(path) || FileExists(path);
+}
+
 // The manual that TRLE's maker ships, as level 0000's document.
 std::string FirstDocument(const std::string& folder) {
     for (const MessageId mask : {MessageId::kPdfMask, MessageId::kHtmMask, MessageId::kHtmlMask}) {
@@ -43,7 +47,7 @@ std::string DefaultLevelFolder(std::string_view drive) {
     std::string folder;
     for (int n = 1; n <= kLastTwin; ++n) {
         folder = std::string(drive.substr(0, 2)) + LoadMessage(MessageId::kDefaultLevelFolder, {}) + Twin(n);
-        if (!FolderExists(folder)) break;
+        if (!IsTaken(folder)) break;
     }
     return folder;
 }
@@ -52,7 +56,7 @@ std::string DefaultLevelFolder(std::string_view drive) {
 std::string FreeSubFolder(const std::string& folder) {
     const std::string base = folder + LoadMessage(MessageId::kChangedLevelFolder, {});
     int n = 1;
-    while (FolderExists(base + Twin(n)))
+    while (IsTaken(base + Twin(n)))
         ++n;
     return base + Twin(n);
 }

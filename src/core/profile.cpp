@@ -45,7 +45,7 @@ bool WriteProfile() {
 bool SaveProfile() {
     AskSaveArchive();
     const bool stands = WriteProfile();
-    TheDesktop().SetWindowAnimation(session.WindowAnimation);
+    if (session.Started) TheDesktop().SetWindowAnimation(session.WindowAnimation);
     return stands;
 }
 

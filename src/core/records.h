@@ -9,9 +9,12 @@
 
 namespace kelvash::core {
 
+// Written into every Archive file, never tested.
+inline constexpr std::int32_t kArchiveVersion = 1;
+
 // Head of an Archive file.
 struct ArchiveHeader {
-    std::int32_t Version = 1;
+    std::int32_t Version = kArchiveVersion;
     std::string
         MainFolder; // may lie on a read-only medium; the first two characters are the CD reader's drive
     std::string SecondaryFolder; // writable; holds the LEVEL_NNNN folders

@@ -14,9 +14,10 @@ namespace kelvash::core {
 
 namespace {
 
-void RegisterAppPath(const std::string& program) {
-    const std::string key = LoadMessage(MessageId::kAppPathsKey, {}) + FileNameOf(program);
-    if (ReadRegistryValue(key) != program)
+// `name` is the key's own, under which Windows looks a program up, however its file is called here.
+void RegisterAppPath(MessageId name, const std::string& program) {
+    const std::string key = LoadMessage(MessageId::kAppPathsKey, {}) + LoadMessage(name, {});
+    if (!program.empty() && ReadRegistryValue(key) != program)
         WriteRegistryValues(key, program, LoadMessage(MessageId::kAppPathsFolderValue, {}),
                             FolderOf(program));
 }
@@ -36,10 +37,10 @@ bool CreateProgramShortcut() {
 }
 
 void RegisterAppPaths() {
-    RegisterAppPath(ProgramPath());
+    RegisterAppPath(MessageId::kAppPathsProgram, ProgramPath());
     const std::string editor =
         std::string(Trim(profile.TrleFolder)) + LoadMessage(MessageId::kRoomEditorProgram, {});
-    if (FileExists(editor)) RegisterAppPath(editor);
+    if (FileExists(editor)) RegisterAppPath(MessageId::kAppPathsRoomEditor, editor);
 }
 
 void ResetProgramState() {

@@ -67,8 +67,8 @@ void CountLevelSize(std::int32_t index) {
     const std::string folder = LevelFolder(level.Code, false);
     const std::int32_t files = FieldSize(static_cast<double>(FilesBytes(folder)));
     const std::int32_t saves = FieldSize(static_cast<double>(SavesBytes(folder)));
-    archive.Header.MainFolderSize += files - level.FilesSize;
-    archive.Header.SecondaryFolderSize += saves - level.SavesSize;
+    archive.Header.MainFolderSize += static_cast<double>(files) - level.FilesSize;
+    archive.Header.SecondaryFolderSize += static_cast<double>(saves) - level.SavesSize;
     level.FilesSize = files;
     level.SavesSize = saves;
     ArchiveTouched();

@@ -57,6 +57,12 @@ void TakeProfile() {
         profile.EnableJoystick = false;
 }
 
+// The desktop hands over native paths, which may be relative; one that no drive reaches stays as it is spelt.
+std::string ArchiveOfCommandLine(const std::string& token) {
+    const std::string path = PathFromUser(token);
+    return path.empty() ? token : path;
+}
+
 // Opens the Archive of the last run. False ends the start-up; profile.LastArchive is blank if none is open
 // yet.
 bool OpenLastArchive() {
@@ -113,8 +119,8 @@ void OfferFullRestore() {
     if (!session.UpgradeWarning) return;
     if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kUpgradeRestoreQuestion, {kLineBreak})))
         return;
-    Bar bar;
-    swap::FullRestore(bar, true);
+    ProgressDialog progress(BarPlace::ProgressDialog, {});
+    swap::FullRestore(progress.bar, false);
 }
 
 void CloseArchive() {
@@ -150,7 +156,7 @@ void StartUp(std::string_view command_line) {
     session.WindowAnimation = TheDesktop().WindowAnimation();
     TheDesktop().SetWindowAnimation(false);
     TakeProfile();
-    if (!wanted.Archive.empty()) profile.LastArchive = wanted.Archive;
+    if (!wanted.Archive.empty()) profile.LastArchive = ArchiveOfCommandLine(wanted.Archive);
     archive = ArchiveState();
     if (!wanted.TrleSource.empty()) {
         // TRLE can't be installed from a folder; who asks for it is told as for a failed set-up.

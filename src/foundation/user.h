@@ -15,8 +15,8 @@ enum class MessageStyle { Critical, Question, Exclamation, Plain };
 enum class Buttons { YesNo, YesNoCancel, OkCancel, AbortRetryIgnore };
 enum class Answer { Yes, No, Ok, Cancel, Abort, Retry, Ignore };
 
-// What a common file dialog shows. The filter is in the pipe form "Text (*.x)|*.x"; `folder` is where it starts;
-// `name` is the proposed file name.
+// What a common file dialog shows. The filter is in the pipe form "Text (*.x)|*.x"; `folder` is where it
+// starts; `name` is the proposed file name.
 struct FileDialog {
     std::string title;
     std::string filter;
@@ -25,12 +25,13 @@ struct FileDialog {
 };
 
 // A form that only chooses: what it is called, the caption it opens with, what it starts from (a path, a
-// list index, empty) and the names of the buttons that can end it, the harmless one last.
+// list index, empty), the names of the buttons that can end it, the harmless one last, and what it says.
 struct ChoiceForm {
     std::string name;
     std::string caption;
     std::string start;
     std::vector<std::string> buttons;
+    std::string text{};
 };
 
 // Where a label and a bar stand.
@@ -59,10 +60,12 @@ class User {
     virtual std::optional<std::string> OpenFile(const FileDialog& dialog) = 0;
     virtual std::optional<std::string> SaveFile(const FileDialog& dialog) = 0;
     virtual std::optional<std::string> ChooseFolder(const std::string& caption, const std::string& start) = 0;
-    // The name of the button that ended the form, or the path that was chosen in it; empty when it was closed.
+    // The name of the button that ended the form, or the path that was chosen in it; empty when it was
+    // closed. The accepting button's name, where a path is to be chosen, means that none was.
     virtual std::string ShowForm(const ChoiceForm& form) = 0;
 
-    // The progress, zip and wait dialogs. They nest in the order of opening; closing one that isn't open is harmless.
+    // The progress, zip and wait dialogs. They nest in the order of opening; closing one that isn't open is
+    // harmless.
     virtual void OpenProgress(BarPlace dialog, const std::string& caption) = 0;
     virtual void CloseProgress(BarPlace dialog) = 0;
     virtual void SetLabel(BarPlace place, const std::string& text) = 0;
@@ -86,8 +89,8 @@ User* SetUser(User* user);
 void ShowMessage(MessageStyle style, const std::string& text);
 bool AskYesNo(MessageStyle style, const std::string& text);
 
-// Sets a bar to the whole percentage of done in total. A total of 0 counts as 1, done above total as total. The
-// bar is only redrawn on a change.
+// Sets a bar to the whole percentage of done in total. A total of 0 counts as 1, done above total as total.
+// The bar is only redrawn on a change.
 void ProgressPercent(Bar& bar, double done, double total);
 
 // Keeps a progress dialog open for the length of a scope.

@@ -77,11 +77,6 @@ bool CopyCompact(const std::string& trle) {
     return true;
 }
 
-void ClearProgress() {
-    TheUser().SetLabel(BarPlace::MainWindow, {});
-    TheUser().SetBar(BarPlace::MainWindow, 0);
-}
-
 // True if the old files are to go before a new backup is made; nothing if there is to be none.
 std::optional<bool> AskRemoval() {
     if (!core::profile.FullBackup)
@@ -135,7 +130,7 @@ void RefreshFullBackup() {
         core::RefreshLevelList();
         TellCritical(LoadMessage(MessageId::kErrorFullBackup, {}) + BackupFolder());
     }
-    ClearProgress();
+    core::ClearProgress();
 }
 
 } // namespace kelvash::swap

@@ -21,15 +21,16 @@ bool ChooseTrleFolder() {
     if (swap::CheckTrleFolder(profile.TrleFolder, false)) return true;
     const std::string known = FindTrleInRegistry();
     const std::string start = swap::CheckTrleFolder(known, false) ? known : std::string();
+    const std::string accept = "Pul_Ok";
+    const std::string cancel = "Pul_Cancel";
     for (;;) {
-        const std::string chosen = TheUser().ShowForm({"Dialog_TrovaTrle",
-                                                       LoadMessage(MessageId::kFindTrleCaption, {}),
-                                                       start,
-                                                       {"Pul_Ok", "Pul_Cancel"}});
-        if (chosen.empty()) {
+        std::string chosen = TheUser().ShowForm(
+            {"Dialog_TrovaTrle", LoadMessage(MessageId::kFindTrleCaption, {}), start, {accept, cancel}});
+        if (chosen.empty() || chosen == cancel) {
             ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kCannotRunWithoutTrle, {kLineBreak}));
             return false;
         }
+        if (chosen == accept) chosen = start;
         if (swap::CheckTrleFolder(chosen, true)) {
             profile.TrleFolder = chosen;
             return true;

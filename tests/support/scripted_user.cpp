@@ -88,7 +88,7 @@ std::optional<std::string> ScriptedUser::ChooseFolder(const std::string& caption
 }
 
 std::string ScriptedUser::ShowForm(const ChoiceForm& form) {
-    return Take(form.name + "\n" + form.caption).value_or(std::string());
+    return Take(form.name + "\n" + form.caption + "\n" + form.text).value_or(std::string());
 }
 
 void ScriptedUser::OpenProgress(BarPlace, const std::string& caption) {
