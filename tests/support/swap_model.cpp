@@ -6,7 +6,9 @@ namespace kelvash::test {
 
 namespace {
 
-bool EndsWith(const std::string& name, const char* end) { return std::string_view(name).ends_with(end); }
+bool EndsWith(const std::string& name, const char* end) {
+    return std::string_view(name).ends_with(end);
+}
 
 std::string Joined(const std::vector<std::string>& paths) {
     std::string text;
@@ -20,7 +22,8 @@ std::string Joined(const std::vector<std::string>& paths) {
 
 FileMap Lowered(const std::vector<NamedFile>& files) {
     FileMap map;
-    for (const NamedFile& file : files) map[Lower(file.name)] = file.bytes;
+    for (const NamedFile& file : files)
+        map[Lower(file.name)] = file.bytes;
     return map;
 }
 
@@ -48,7 +51,8 @@ SwapModel::SwapModel(const World& world, const std::vector<WorldLevel>& levels, 
 FileMap SwapModel::Files(std::int32_t code) const {
     FileMap files = Lowered(levels_.at(code).files);
     if (const auto gone = missing_.find(code); gone != missing_.end())
-        for (const std::string& name : gone->second) files.erase(name);
+        for (const std::string& name : gone->second)
+            files.erase(name);
     return files;
 }
 
@@ -81,7 +85,8 @@ std::vector<SwapModel::Item> SwapModel::WorkList(std::int32_t code) const {
             if (EndsWith(name, end)) items.push_back({name, folder + name, bytes});
     };
     const auto one = [&](const std::string& name) {
-        if (const auto found = files.find(name); found != files.end()) items.push_back({name, name, found->second});
+        if (const auto found = files.find(name); found != files.end())
+            items.push_back({name, name, found->second});
     };
     all(".dat", "");
     all(".h", "");
@@ -104,7 +109,8 @@ std::vector<SwapModel::Item> SwapModel::WorkList(std::int32_t code) const {
 std::optional<std::string> SwapModel::LanguageFile(const std::vector<Item>& items) const {
     std::optional<std::string> language;
     for (const auto& [name, bytes] : trle_)
-        if (!language && name.find('/') == std::string::npos && EndsWith(name, ".dat") && name != "script.dat")
+        if (!language && name.find('/') == std::string::npos && EndsWith(name, ".dat") &&
+            name != "script.dat")
             language = name;
     if (!language) return std::nullopt;
     bool brings = false;
@@ -127,7 +133,8 @@ void SwapModel::StashInto(std::int32_t code) {
 }
 
 void SwapModel::BringBack(std::int32_t code) {
-    for (const auto& [name, bytes] : stash_[code]) trle_[name] = bytes;
+    for (const auto& [name, bytes] : stash_[code])
+        trle_[name] = bytes;
 }
 
 void SwapModel::TakeOut() {
@@ -136,7 +143,8 @@ void SwapModel::TakeOut() {
         if (full_ || !path.starts_with("audio/")) trle_.erase(path);
     for (const std::string& path : overwritten_) {
         trle_.erase(path); // a copy deletes its target first
-        if (const auto original = backup_.find(path); original != backup_.end()) trle_[path] = original->second;
+        if (const auto original = backup_.find(path); original != backup_.end())
+            trle_[path] = original->second;
     }
     copied_.clear();
     overwritten_.clear();
@@ -168,14 +176,15 @@ void SwapModel::CopyLevel(std::int32_t code) {
         overwritten_.push_back(*language);
     }
     const std::string digits = std::to_string(code);
-    marker_ = Lower(": Don't remove this file!\r\n"
-                    ": It is necessary at Kelvash \r\n"
-                    ": to know current configuration in TRLE\r\n"
-                    " \r\n"
-                    "#LEVEL_CODE=" + std::string(4 - digits.size(), '0') + digits + "#\r\n" +
-                    "#LEVEL_NAME=" + levels_.at(code).ansi_name + "#\r\n" +
-                    "#OVERWROTEN_FILES=" + Joined(overwritten_) + "#\r\n" +
-                    "#COPIED_FILES=" + Joined(copied_) + "#\r\n");
+    marker_ = Lower(
+        ": Don't remove this file!\r\n"
+        ": It is necessary at Kelvash \r\n"
+        ": to know current configuration in TRLE\r\n"
+        " \r\n"
+        "#LEVEL_CODE=" +
+        std::string(4 - digits.size(), '0') + digits + "#\r\n" + "#LEVEL_NAME=" + levels_.at(code).ansi_name +
+        "#\r\n" + "#OVERWROTEN_FILES=" + Joined(overwritten_) + "#\r\n" + "#COPIED_FILES=" + Joined(copied_) +
+        "#\r\n");
 }
 
 bool SwapModel::InstallLevel(std::int32_t code) {
@@ -218,8 +227,12 @@ void SwapModel::PlayerDeletes(const std::string& name) {
     alive_[current_].erase(name);
 }
 
-void SwapModel::LevelFileDeleted(std::int32_t code, const std::string& name) { missing_[code].insert(Lower(name)); }
+void SwapModel::LevelFileDeleted(std::int32_t code, const std::string& name) {
+    missing_[code].insert(Lower(name));
+}
 
-void SwapModel::LevelFilesRepaired(std::int32_t code) { missing_[code].clear(); }
+void SwapModel::LevelFilesRepaired(std::int32_t code) {
+    missing_[code].clear();
+}
 
 } // namespace kelvash::test

@@ -1,9 +1,9 @@
-// What a swap does to the TRLE folder and the levels' stashes, told a second time from the rules alone. It works on
-// maps of names and bytes and calls nothing of the program.
+// What a swap does to the TRLE folder and the levels' stashes, told a second time from the rules alone. It
+// works on maps of names and bytes and calls nothing of the program.
 //
-// Two rules go beyond those of a single swap: a save that the player didn't delete never vanishes, so a stash whose
-// files lie nowhere else is added to instead of emptied; and where such a stash holds a newer file than the one that
-// comes in, the newer stays.
+// Two rules go beyond those of a single swap: a save that the player didn't delete never vanishes, so a stash
+// whose files lie nowhere else is added to instead of emptied; and where such a stash holds a newer file than
+// the one that comes in, the newer stays.
 #pragma once
 
 #include <cstdint>

@@ -21,16 +21,17 @@ namespace {
 // Files of the TRLE folder: root, then sub-folders. The first savegame is older than all others.
 const std::vector<std::string>& TrleNames() {
     static const std::vector<std::string> names = {
-        "savegame.0",         "tomb4.exe",          "uninst.isu",           "TRLE.lnk",
-        "script.dat",         "english.dat",        "load.bmp",             "objects.h",
-        "edgeptr.pcx",        "readme.wri",         "data/title.tr4",       "data/tut1.tr4",
-        "audio/000.wav",      "audio/001.wav",      "audio/045.wav",        "graphics/wads/a.wad",
-        "graphics/x.tga",     "sound/samples/s.wav", "script/script.txt",   "manual/manual.pdf"};
+        "savegame.0",     "tomb4.exe",           "uninst.isu",        "TRLE.lnk",
+        "script.dat",     "english.dat",         "load.bmp",          "objects.h",
+        "edgeptr.pcx",    "readme.wri",          "data/title.tr4",    "data/tut1.tr4",
+        "audio/000.wav",  "audio/001.wav",       "audio/045.wav",     "graphics/wads/a.wad",
+        "graphics/x.tga", "sound/samples/s.wav", "script/script.txt", "manual/manual.pdf"};
     return names;
 }
 
 bool InCompactBackup(const std::string& name) {
-    if (name.find('/') != std::string::npos) return name.starts_with("data/") || name.starts_with("graphics/");
+    if (name.find('/') != std::string::npos)
+        return name.starts_with("data/") || name.starts_with("graphics/");
     for (const char* end : {".log", ".pcx", ".bmp", ".dat", ".h"})
         if (name.ends_with(end)) return true;
     return false;
@@ -102,7 +103,10 @@ FileMap SavesOf(const FileMap& root) {
 }
 
 World::World(const fs::path& drive_c)
-    : drive(drive_c), home(drive / "Kelvash"), trle(drive / "trle"), backup(home / "backup_trle"),
+    : drive(drive_c),
+      home(drive / "Kelvash"),
+      trle(drive / "trle"),
+      backup(home / "backup_trle"),
       levels(drive / "Levels") {}
 
 fs::path World::LevelPath(std::int32_t code) const {
@@ -127,7 +131,8 @@ int SerialOf(const std::string& bytes) {
 
 void MakeTrleWorld(const World& world, Backup backup) {
     for (const std::string& name : TrleNames()) {
-        WriteStamped(world.trle / name, name.starts_with("savegame") ? "level 0 first " + name : "trle " + name);
+        WriteStamped(world.trle / name,
+                     name.starts_with("savegame") ? "level 0 first " + name : "trle " + name);
         if (backup == Backup::Full || InCompactBackup(name)) {
             fs::create_directories((world.backup / name).parent_path());
             fs::copy_file(world.trle / name, world.backup / name);
@@ -143,8 +148,10 @@ void MakeTrleWorld(const World& world, Backup backup) {
 void MakeLevel(const World& world, const WorldLevel& level) {
     for (const char* name : {"FILES", "BACKUP_SAVEGAMES", "SAVEGAMES", "SCREENSHOTS"})
         fs::create_directories(world.LevelPath(level.code) / name);
-    for (const NamedFile& file : level.files) MakeFile(world.FilesPath(level.code) / file.name, file.bytes);
-    for (const NamedFile& file : level.stash) WriteStamped(world.StashPath(level.code) / file.name, file.bytes);
+    for (const NamedFile& file : level.files)
+        MakeFile(world.FilesPath(level.code) / file.name, file.bytes);
+    for (const NamedFile& file : level.stash)
+        WriteStamped(world.StashPath(level.code) / file.name, file.bytes);
 }
 
 void OpenWorld(const World&, const std::vector<WorldLevel>& levels, Backup backup) {
@@ -155,7 +162,8 @@ void OpenWorld(const World&, const std::vector<WorldLevel>& levels, Backup backu
     core::archive.Header.MainFolder = "C:\\Levels";
     core::archive.Header.SecondaryFolder = "C:\\Levels";
     core::archive.Levels = {RecordOf(0, "- TRLE: Original configuration -")};
-    for (const WorldLevel& level : levels) core::archive.Levels.push_back(RecordOf(level.code, level.name));
+    for (const WorldLevel& level : levels)
+        core::archive.Levels.push_back(RecordOf(level.code, level.name));
     core::archive.Header.LevelCount = static_cast<std::int32_t>(core::archive.Levels.size());
     core::archive.Levels.emplace_back();
     ASSERT_TRUE(core::WriteArchive("C:\\Kelvash\\levels.kva"));
@@ -173,21 +181,28 @@ std::string ZlibStream(const std::string& bytes) {
 
 std::string GreyJpeg() {
     return FromHex(
-        "ffd8ffe000104a46494600010100000100010000ffdb0043000302020302020303030304030304050805050404050a070706080c0a0c"
-        "0c0b0a0b0b0d0e12100d0e110e0b0b1016101113141515150c0f171816141812141514ffc0000b080008000801011100ffc4001f0000"
-        "010501010101010100000000000000000102030405060708090a0bffc400b5100002010303020403050504040000017d010203000411"
-        "05122131410613516107227114328191a1082342b1c11552d1f02433627282090a161718191a25262728292a3435363738393a434445"
-        "464748494a535455565758595a636465666768696a737475767778797a838485868788898a92939495969798999aa2a3a4a5a6a7a8a9"
-        "aab2b3b4b5b6b7b8b9bac2c3c4c5c6c7c8c9cad2d3d4d5d6d7d8d9dae1e2e3e4e5e6e7e8e9eaf1f2f3f4f5f6f7f8f9faffda00080101"
+        "ffd8ffe000104a46494600010100000100010000ffdb0043000302020302020303030304030304050805050404050a070706"
+        "080c0a0c"
+        "0c0b0a0b0b0d0e12100d0e110e0b0b1016101113141515150c0f171816141812141514ffc0000b080008000801011100ffc4"
+        "001f0000"
+        "010501010101010100000000000000000102030405060708090a0bffc400b5100002010303020403050504040000017d0102"
+        "03000411"
+        "05122131410613516107227114328191a1082342b1c11552d1f02433627282090a161718191a25262728292a343536373839"
+        "3a434445"
+        "464748494a535455565758595a636465666768696a737475767778797a838485868788898a92939495969798999aa2a3a4a5"
+        "a6a7a8a9"
+        "aab2b3b4b5b6b7b8b9bac2c3c4c5c6c7c8c9cad2d3d4d5d6d7d8d9dae1e2e3e4e5e6e7e8e9eaf1f2f3f4f5f6f7f8f9faffda"
+        "00080101"
         "00003f002bffd9");
 }
 
 std::string GreyBitmap() {
     return FromHex(
-               "424df60000000000000036000000"               // type, 246 bytes, pixels at 54
-               "2800000008000000080000000100180000000000"   // 8 x 8, 24 bits
-               "c0000000") +                                // 192 bytes of pixels
-           std::string(16, static_cast<char>(0)) + std::string(192, '\x80');
+               "424df60000000000000036000000"             // type, 246 bytes, pixels at 54
+               "2800000008000000080000000100180000000000" // 8 x 8, 24 bits
+               "c0000000") +                              // 192 bytes of pixels
+           std::string(16, static_cast<char>(0)) +
+           std::string(192, '\x80');
 }
 
 void CopyWorld(const fs::path& from, const fs::path& to) {

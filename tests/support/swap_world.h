@@ -1,8 +1,8 @@
-// A small TRLE folder with its backup, level 0000 and an Archive of levels, written to the disk by hand: what the
-// long tests of the swap walk through and kill the program in.
+// A small TRLE folder with its backup, level 0000 and an Archive of levels, written to the disk by hand: what
+// the long tests of the swap walk through and kill the program in.
 //
-// Every file's bytes say whose it is and carry a serial number, so that a file in the wrong place or of the wrong
-// age is known by its bytes. Files are stamped in the order of their serial numbers.
+// Every file's bytes say whose it is and carry a serial number, so that a file in the wrong place or of the
+// wrong age is known by its bytes. Files are stamped in the order of their serial numbers.
 #pragma once
 
 #include <cstdint>
@@ -33,11 +33,12 @@ struct NamedFile {
 };
 struct WorldLevel {
     std::int32_t code;
-    std::string name;       // UTF-8
-    std::string ansi_name;  // the same in Windows-1252
+    std::string name;      // UTF-8
+    std::string ansi_name; // the same in Windows-1252
     std::vector<NamedFile> files;
     std::vector<NamedFile> stash;
-    // What the stored forms among the files hold, under the stored names: the file in a .zl, the bitmap of load.jpg.
+    // What the stored forms among the files hold, under the stored names: the file in a .zl, the bitmap of
+    // load.jpg.
     std::vector<NamedFile> plain = {};
 };
 
@@ -59,8 +60,8 @@ void MakeLevel(const World& world, const WorldLevel& level);
 // Fills the profile and the Archive in memory with the levels, level 0000 included, and writes both files.
 void OpenWorld(const World& world, const std::vector<WorldLevel>& levels, Backup backup);
 
-// Writes a file with a new serial number behind its text and stamps it accordingly; gives its bytes. A file of that
-// name in another case is replaced under the name it has.
+// Writes a file with a new serial number behind its text and stamps it accordingly; gives its bytes. A file
+// of that name in another case is replaced under the name it has.
 std::string WriteStamped(const std::filesystem::path& path, const std::string& text);
 // The number that WriteStamped put behind a text; 0 if there is none.
 int SerialOf(const std::string& bytes);

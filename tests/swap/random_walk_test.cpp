@@ -1,5 +1,5 @@
-// Long random walks of installs, play, restores and removals over levels of all kinds. After every step the whole
-// TRLE folder, the marker and every level's stash are compared with a model that knows only the rules.
+// Long random walks of installs, play, restores and removals over levels of all kinds. After every step the
+// whole TRLE folder, the marker and every level's stash are compared with a model that knows only the rules.
 #include <gtest/gtest.h>
 
 #include <iostream>
@@ -40,52 +40,91 @@ WorldLevel Zipped(WorldLevel level, const std::string& name, const std::string& 
 
 std::vector<WorldLevel> WalkLevels() {
     std::vector<WorldLevel> levels;
-    levels.push_back({1, "Plain level", "Plain level",
-                      {{"city.tr4", "1 city"}, {"script.dat", "1 script"}, {"objects.h", "1 objects"},
-                       {"load.bmp", "1 load"}, {"readme.txt", "1 readme"}, {"savegame.9", "1 not a save in use"}},
-                      {{"savegame.0", "level 1"}, {"savegame.1", "level 1"}, {"shot001.jpg", "level 1"},
+    levels.push_back({1,
+                      "Plain level",
+                      "Plain level",
+                      {{"city.tr4", "1 city"},
+                       {"script.dat", "1 script"},
+                       {"objects.h", "1 objects"},
+                       {"load.bmp", "1 load"},
+                       {"readme.txt", "1 readme"},
+                       {"savegame.9", "1 not a save in use"}},
+                      {{"savegame.0", "level 1"},
+                       {"savegame.1", "level 1"},
+                       {"shot001.jpg", "level 1"},
                        {"note0.txt", "level 1"}}});
     levels.push_back(Zipped(Zipped({2, "Packed", "Packed", {{"script.dat", "2 script"}}, {}}, "castle.tr4.zl",
                                    std::string(5000, 'c')),
                             "045.WAV.ZL", "2 wave"));
-    levels.push_back({3, "Caff\xC3\xA8 with picture", "Caff\xE8 with picture",
-                      {{"LOAD.JPG", GreyJpeg()}, {"italian.dat", "3 italian"}, {"Script.Dat", "3 script"},
+    levels.push_back({3,
+                      "Caff\xC3\xA8 with picture",
+                      "Caff\xE8 with picture",
+                      {{"LOAD.JPG", GreyJpeg()},
+                       {"italian.dat", "3 italian"},
+                       {"Script.Dat", "3 script"},
                        {"rome.tr4", "3 rome"}},
                       {{"SAVEGAME.0", "level 3"}, {"extra.bin", "no save"}},
                       {{"LOAD.JPG", GreyBitmap()}}});
-    levels.push_back({4, "Script only", "Script only", {{"script.dat", "4 script"}, {"egypt.tr4", "4 egypt"}}, {}});
-    levels.push_back({5, "Shouting", "Shouting",
-                      {{"SCRIPT.DAT", "5 script"}, {"English.Dat", "5 english"}, {"TITLE.TR4", "5 title"},
-                       {"Objects.H", "5 objects"}, {"Load.BMP", "5 load"}, {"EDGEPTR.pcx", "5 edge"}},
+    levels.push_back(
+        {4, "Script only", "Script only", {{"script.dat", "4 script"}, {"egypt.tr4", "4 egypt"}}, {}});
+    levels.push_back({5,
+                      "Shouting",
+                      "Shouting",
+                      {{"SCRIPT.DAT", "5 script"},
+                       {"English.Dat", "5 english"},
+                       {"TITLE.TR4", "5 title"},
+                       {"Objects.H", "5 objects"},
+                       {"Load.BMP", "5 load"},
+                       {"EDGEPTR.pcx", "5 edge"}},
                       {{"Note1.TXT", "level 5"}}});
-    levels.push_back({6, "Waves", "Waves",
-                      {{"000.wav", "6 wave"}, {"001.WAV", "6 wave"}, {"new.wav", "6 wave"}, {"sea.tr4", "6 sea"},
-                       {"sea.pak", "6 pak"}, {"error.log", "6 log"}},
+    levels.push_back({6,
+                      "Waves",
+                      "Waves",
+                      {{"000.wav", "6 wave"},
+                       {"001.WAV", "6 wave"},
+                       {"new.wav", "6 wave"},
+                       {"sea.tr4", "6 sea"},
+                       {"sea.pak", "6 pak"},
+                       {"error.log", "6 log"}},
                       {{"savegame.0", "level 6"}}});
-    levels.push_back({7, "Cinema", "Cinema",
-                      {{"media.mcf", MovieConfig("intro.avi")}, {"intro.avi", "7 movie"}, {"film.tr4", "7 film"},
+    levels.push_back({7,
+                      "Cinema",
+                      "Cinema",
+                      {{"media.mcf", MovieConfig("intro.avi")},
+                       {"intro.avi", "7 movie"},
+                       {"film.tr4", "7 film"},
                        {"other.avi", "7 not used"}},
                       {}});
-    levels.push_back({8, "Foreign", "Foreign",
+    levels.push_back({8,
+                      "Foreign",
+                      "Foreign",
                       {{"french.dat", "8 french"}, {"own.h", "8 own"}, {"paris.tr4", "8 paris"}},
                       {{"savegame.12", "level 8"}, {"Shotty.JPG", "level 8"}}});
     levels.push_back({9, "Bare", "Bare", {{"bare.tr4", "9 bare"}}, {}});
-    levels.push_back({12, "Nothing to run", "Nothing to run", {{"script.dat", "12 script"}}, {{"savegame.3", "level 12"}}});
+    levels.push_back({12,
+                      "Nothing to run",
+                      "Nothing to run",
+                      {{"script.dat", "12 script"}},
+                      {{"savegame.3", "level 12"}}});
     return levels;
 }
 
 class RandomWalk : public TestHome, public testing::WithParamInterface<std::tuple<int, Backup>> {
   protected:
-    RandomWalk() : world(drive), levels(WalkLevels()), random(static_cast<unsigned>(std::get<0>(GetParam()))) {
+    RandomWalk()
+        : world(drive), levels(WalkLevels()), random(static_cast<unsigned>(std::get<0>(GetParam()))) {
         const Backup backup = std::get<1>(GetParam());
         MakeTrleWorld(world, backup);
-        for (const WorldLevel& level : levels) MakeLevel(world, level);
+        for (const WorldLevel& level : levels)
+            MakeLevel(world, level);
         OpenWorld(world, levels, backup);
         model.emplace(world, levels, backup);
     }
 
     int Below(int n) { return std::uniform_int_distribution<int>(0, n - 1)(random); }
-    const WorldLevel& AnyLevel() { return levels[static_cast<std::size_t>(Below(static_cast<int>(levels.size())))]; }
+    const WorldLevel& AnyLevel() {
+        return levels[static_cast<std::size_t>(Below(static_cast<int>(levels.size())))];
+    }
 
     void Play();
     void Install(std::int32_t code);
@@ -130,14 +169,16 @@ void RandomWalk::Install(std::int32_t code) {
 
 void RandomWalk::DeleteLevelFile() {
     const WorldLevel& level = AnyLevel();
-    const NamedFile& file = level.files[static_cast<std::size_t>(Below(static_cast<int>(level.files.size())))];
+    const NamedFile& file =
+        level.files[static_cast<std::size_t>(Below(static_cast<int>(level.files.size())))];
     fs::remove(world.FilesPath(level.code) / file.name);
     model->LevelFileDeleted(level.code, file.name);
 }
 
 void RandomWalk::RepairLevel() {
     const WorldLevel& level = AnyLevel();
-    for (const NamedFile& file : level.files) MakeFile(world.FilesPath(level.code) / file.name, file.bytes);
+    for (const NamedFile& file : level.files)
+        MakeFile(world.FilesPath(level.code) / file.name, file.bytes);
     model->LevelFilesRepaired(level.code);
 }
 
@@ -205,8 +246,10 @@ void RandomWalk::CheckWorld() const {
     EXPECT_EQ(swap::CurrentLevelCode(), model->Current());
     EXPECT_EQ(FilesIn(world.StashPath(0)), model->Stash(0)) << "stash of level 0";
     for (const WorldLevel& level : levels) {
-        EXPECT_EQ(FilesIn(world.StashPath(level.code)), model->Stash(level.code)) << "stash of level " << level.code;
-        EXPECT_EQ(FilesIn(world.FilesPath(level.code)), model->Files(level.code)) << "files of level " << level.code;
+        EXPECT_EQ(FilesIn(world.StashPath(level.code)), model->Stash(level.code))
+            << "stash of level " << level.code;
+        EXPECT_EQ(FilesIn(world.FilesPath(level.code)), model->Files(level.code))
+            << "files of level " << level.code;
     }
     EXPECT_FALSE(Exists(world.home / "_temp_Dec"));
 }
@@ -219,8 +262,9 @@ void RandomWalk::CheckSaves() const {
         for (const auto& [name, bytes] : saves) {
             const auto in_stash = stash.find(name);
             const auto played = in_trle.find(name);
-            const bool there = (in_stash != stash.end() && in_stash->second == bytes) ||
-                               (code == model->Current() && played != in_trle.end() && played->second == bytes);
+            const bool there =
+                (in_stash != stash.end() && in_stash->second == bytes) ||
+                (code == model->Current() && played != in_trle.end() && played->second == bytes);
             EXPECT_TRUE(there) << "level " << code << " has lost " << name << " (" << bytes << ")";
         }
     }
@@ -242,7 +286,8 @@ TEST_P(RandomWalk, KeepsTheFolderAndEverySaveAsTheModelSays) {
         if (!told.starts_with("critical")) continue;
         EXPECT_EQ(told, "critical: Correction archive CD operation has been aborted");
     }
-    for (const auto& [step, times] : done) std::cout << "  " << times << " x " << step << "\n";
+    for (const auto& [step, times] : done)
+        std::cout << "  " << times << " x " << step << "\n";
     RecordProperty("steps", kSteps);
 }
 
@@ -252,7 +297,8 @@ std::string WalkName(const testing::TestParamInfo<std::tuple<int, Backup>>& walk
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomWalk,
-                         testing::Combine(testing::Values(1, 2, 3, 4), testing::Values(Backup::Full, Backup::Compact)),
+                         testing::Combine(testing::Values(1, 2, 3, 4),
+                                          testing::Values(Backup::Full, Backup::Compact)),
                          WalkName);
 
 } // namespace
