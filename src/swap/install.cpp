@@ -80,6 +80,7 @@ bool PrepareFiles(std::int32_t code, LevelFiles& files) {
     if (!files.temp.empty()) files.folder = files.temp;
     if (code == 0 || AnyFile(files.folder, LoadMessage(MessageId::kTr4Mask, {}))) return true;
     DeleteFile(MarkerPath());
+    if (!files.temp.empty()) RemoveFolder(files.temp);
     if (AskYesNo(MessageStyle::Exclamation, LoadMessage(MessageId::kNoTr4Question, {kLineBreak, kLineBreak})))
         TellCritical(MessageId::kCdCorrectionMissing);
     return false;
@@ -105,17 +106,20 @@ Marker MarkerOf(std::int32_t code, const InstallPlan& plan) {
     return marker;
 }
 
-// Brings the saves of level 0000 back; the journal stays if one of them couldn't come.
-void GiveBackOriginal() {
+// Brings the saves of level 0000 back. The journal stays if one of them couldn't come, or if a marker stays
+// that names another level as their owner. False after a message.
+bool GiveBackOriginal() {
+    const std::optional<SwapJournal> journal = ReadJournal();
+    if ((!journal || journal->SavesOwner != 0) && !WriteJournal({0})) return false;
     const bool all_back = BringBackLevelFiles(0);
-    DeleteFile(MarkerPath());
-    if (all_back) DeleteJournal();
+    if (all_back && !FileExists(MarkerPath())) DeleteJournal();
+    return true;
 }
 
 bool CopyLevel(std::int32_t code, const LevelFiles& files) {
     const InstallPlan plan = PlanInstall(files.folder, TrleFolder());
     const Marker marker = MarkerOf(code, plan);
-    WriteJournal({code, marker.Overwritten, marker.Copied});
+    if (!WriteJournal({code, marker.Overwritten, marker.Copied})) return false;
     const bool all_back = BringBackLevelFiles(code);
     if (!WriteMarker(marker, false)) {
         TellCritical(MessageId::kCannotWriteMarker, MarkerPath());
@@ -163,17 +167,14 @@ InstallPlan PlanInstall(const std::string& files, const std::string& trle) {
 bool InstallLevel(std::int32_t code) {
     const std::int32_t previous = RemovePreviousLevel(code);
     if (previous == kRemovalRefused) return false;
-    if (previous == code) {
-        if (code == 0) GiveBackOriginal();
-        return true;
-    }
+    if (previous == code && code != 0) return true;
+    // Saves that couldn't be put away are nowhere else, and those of the next level would overwrite them.
+    if (previous == 0 && !ListSaves().empty()) return false;
+    if (previous == code) return GiveBackOriginal();
     LevelFiles files;
     if (!PrepareFiles(code, files)) return false;
-    bool installed = true;
-    if (code == 0)
-        GiveBackOriginal();
-    else
-        installed = CopyLevel(code, files);
+    if (code == 0) DeleteFile(MarkerPath());
+    const bool installed = code == 0 ? GiveBackOriginal() : CopyLevel(code, files);
     if (!files.temp.empty()) RemoveFolder(files.temp);
     return installed;
 }

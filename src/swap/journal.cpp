@@ -5,6 +5,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
+#include "foundation/user.h"
 #include "swap/marker.h"
 
 namespace kelvash::swap {
@@ -35,12 +36,14 @@ std::optional<SwapJournal> ReadJournal() {
 }
 
 bool WriteJournal(const SwapJournal& journal) {
-    return ReplaceFileBytes(JournalPath(),
-                            Line(MessageId::kJournalTrleFolder, std::string(Trim(core::profile.TrleFolder))) +
-                                Line(MessageId::kJournalSavesOwner, std::to_string(journal.SavesOwner)) +
-                                Line(MessageId::kMarkerOverwritten, Join(journal.Overwritten, "|")) +
-                                Line(MessageId::kMarkerCopied, Join(journal.Copied, "|")),
-                            Flush::No);
+    const std::string text =
+        Line(MessageId::kJournalTrleFolder, std::string(Trim(core::profile.TrleFolder))) +
+        Line(MessageId::kJournalSavesOwner, std::to_string(journal.SavesOwner)) +
+        Line(MessageId::kMarkerOverwritten, Join(journal.Overwritten, "|")) +
+        Line(MessageId::kMarkerCopied, Join(journal.Copied, "|"));
+    if (ReplaceFileBytes(JournalPath(), text, Flush::No)) return true;
+    ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kCannotWriteJournal, {}) + JournalPath());
+    return false;
 }
 
 void DeleteJournal() {

@@ -2,7 +2,8 @@
 //
 // The marker says which level is in TRLE only after the last file, and without a marker the saves in the TRLE
 // root count as level 0000's. A program killed between would hand a level's saves to another, or empty a
-// stash whose files are nowhere else. While the journal stands, whatever the marker says:
+// stash whose files are nowhere else. While the journal stands, no level counts as in, and whatever the
+// marker says:
 //   - savegames, screenshots and notes in the TRLE root belong to SavesOwner;
 //   - the stash of SavesOwner may hold files that the root lacks, so it is merged with, never emptied;
 //   - Copied and Overwritten are the lists of an install that hasn't written its marker to the end.
@@ -24,8 +25,8 @@ struct SwapJournal {
 
 // Nothing if there is none, or one of another TRLE folder.
 std::optional<SwapJournal> ReadJournal();
-// False if it can't be written: the swap goes on, without its safety.
-bool WriteJournal(const SwapJournal& journal);
+// False after a message if it can't be written; the old one stands then. A swap must not go on without it.
+[[nodiscard]] bool WriteJournal(const SwapJournal& journal);
 void DeleteJournal();
 
 } // namespace kelvash::swap

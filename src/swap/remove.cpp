@@ -87,10 +87,10 @@ void RestoreOverwritten(const std::vector<std::string>& overwritten) {
     }
 }
 
-// From here on the original configuration is in, and the saves of level 0000 are in its stash.
-void EndRemoval() {
-    DeleteFile(MarkerPath());
-    WriteJournal({0});
+// Whose the saves in the TRLE root are: the journal knows better than the marker.
+std::int32_t SavesOwner(const std::optional<SwapJournal>& journal, std::int32_t otherwise) {
+    const bool known = journal && FolderExists(core::LevelFolder(journal->SavesOwner, false));
+    return known ? journal->SavesOwner : otherwise;
 }
 
 // Nothing when the saves are put away; else the result of the removal.
@@ -105,25 +105,30 @@ std::optional<std::int32_t> StashFailure(std::int32_t code) {
         case StashResult::CannotCopy:
             TellCritical(LoadMessage(MessageId::kCannotStash, {folder, kLineBreak}));
             return kRemovalRefused;
+        case StashResult::CannotNote:
+            return kRemovalRefused;
+        case StashResult::CannotDelete:
+            TellCritical(LoadMessage(MessageId::kCannotDeleteSave, {}) + ListSaves().front());
+            return 0;
     }
     return std::nullopt;
 }
 
 // Without a marker the game's saves are level 0000's, unless a swap was cut short.
 std::int32_t StashOriginal(const std::optional<SwapJournal>& journal) {
-    const bool known = journal && FolderExists(core::LevelFolder(journal->SavesOwner, false));
-    if (const auto failure = StashFailure(known ? journal->SavesOwner : 0)) return *failure;
-    WriteJournal({0});
-    return 0;
+    if (const auto failure = StashFailure(SavesOwner(journal, 0))) return *failure;
+    return WriteJournal({0}) ? 0 : kRemovalRefused;
 }
 
-std::int32_t TakeOut(const Removal& removal) {
-    if (const auto failure = StashFailure(removal.code)) return *failure;
+std::int32_t TakeOut(const Removal& removal, const std::optional<SwapJournal>& journal) {
+    if (const auto failure = StashFailure(SavesOwner(journal, removal.code))) return *failure;
     if (removal.code != 0) {
         if (!DeleteCopied(removal.copied)) return 0;
         RestoreOverwritten(removal.overwritten);
     }
-    EndRemoval();
+    // From here on the original configuration is in, and the saves of level 0000 are in its stash.
+    if (!WriteJournal({0})) return kRemovalRefused;
+    DeleteFile(MarkerPath());
     return removal.code;
 }
 
@@ -140,15 +145,15 @@ std::int32_t RemovePreviousLevel(std::int32_t code) {
         TellCritical(LoadMessage(MessageId::kLevelFolderMissing, {folder, kLineBreak}));
         return previous;
     }
-    const bool cut_short = journal && journal->SavesOwner == previous && previous > 0;
-    if (previous == code && !cut_short) return previous;
+    // A level that a swap was cut short over is not in; and level 0000 has no marker to be trusted.
+    if (previous == code && previous > 0 && !journal) return previous;
     if (folder.empty() || previous == kNoCode) {
         if (!marker.empty())
             TellCritical(LoadMessage(MessageId::kMarkerDamaged, {"\"" + MarkerPath() + "\"", kLineBreak}));
         DeleteFile(MarkerPath());
         return previous;
     }
-    const std::int32_t result = TakeOut(ReadRemoval(previous, marker, journal));
+    const std::int32_t result = TakeOut(ReadRemoval(previous, marker, journal), journal);
     // The level asked for was half in: it is out now, and has to be installed.
     return result == code ? 0 : result;
 }

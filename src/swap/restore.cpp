@@ -12,6 +12,7 @@
 #include "foundation/text.h"
 #include "swap/install.h"
 #include "swap/journal.h"
+#include "swap/marker.h"
 
 namespace kelvash::swap {
 
@@ -94,11 +95,13 @@ void FullRestore(Bar& bar, bool show_progress) {
     ShowLabel(bar, MessageId::kRestoreRemovingLevel);
     // Whether the level could be taken out or not, the files below make the folder original.
     const bool swapped = SwapToOriginal();
-    // The root's saves are about to go; level 0000's stash keeps them from now on.
-    if (swapped) WriteJournal({0});
+    // The root's saves are about to go; the stash of their level keeps what it has of them from now on.
+    const std::optional<SwapJournal> journal = ReadJournal();
+    const std::int32_t owner = journal ? journal->SavesOwner : CurrentLevelCode();
+    if (!WriteJournal({swapped ? 0 : owner})) return;
     if (show_progress) TheUser().OpenProgress(BarPlace::ProgressDialog, {});
     RestoreFiles(bar);
-    if (!swapped) WriteJournal({0});
+    if (!swapped) static_cast<void>(WriteJournal({0})); // a failure has been told
     if (show_progress) TheUser().CloseProgress(BarPlace::ProgressDialog);
     ShowLabel(bar, MessageId::kRestoreFinished);
     ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kRestoreDone, {}));

@@ -24,6 +24,12 @@ bool CopyInto(const std::vector<std::string>& files, const std::string& folder) 
     });
 }
 
+// The saves whose twins in a protected stash are newer: a full restore brings old ones back from the backup.
+bool IsOutdated(const std::string& save, const std::string& stash) {
+    const std::optional<std::int64_t> stashed = FileTime(stash + "\\" + FileNameOf(save));
+    return stashed && *stashed > FileTime(save).value_or(*stashed);
+}
+
 // Deletes the files of the stash that have no twin among the saves.
 bool DropStale(const std::string& stash, const std::vector<std::string>& saves) {
     for (const std::string& old : ListFiles(stash, "*")) {
@@ -51,9 +57,12 @@ StashResult StashLevelFiles(std::int32_t code) {
     const std::string stash = core::StashFolder(core::LevelFolder(code, false));
     const std::optional<SwapJournal> journal = ReadJournal();
     const bool merge = journal && journal->SavesOwner == code;
+    DeleteFile(TrleFolder() + "\\" + std::string(kPartialFile));
     const std::vector<std::string> saves = ListSaves();
     CreateFolder(stash);
-    bool copied = CopyInto(saves, stash);
+    std::vector<std::string> incoming = saves;
+    if (merge) std::erase_if(incoming, [&](const std::string& save) { return IsOutdated(save, stash); });
+    bool copied = CopyInto(incoming, stash);
     if (!copied && !merge) {
         // A full disk may have room once the old stash is gone; the root still holds everything.
         if (!DeleteFiles(stash, "*")) return StashResult::CannotEmpty;
@@ -61,10 +70,11 @@ StashResult StashLevelFiles(std::int32_t code) {
     }
     if (!copied) return StashResult::CannotCopy;
     if (!merge && !DropStale(stash, saves)) return StashResult::CannotEmpty;
-    if (!saves.empty()) WriteJournal({code});
-    for (const std::string& save : saves)
-        DeleteFile(save);
-    return StashResult::Done;
+    // From here on the root may lack what the stash holds, also where there was nothing to put away. The
+    // lists of an install cut short are still needed.
+    if (!WriteJournal(merge ? *journal : SwapJournal{code})) return StashResult::CannotNote;
+    const bool deleted = std::all_of(saves.begin(), saves.end(), DeleteFile);
+    return deleted ? StashResult::Done : StashResult::CannotDelete;
 }
 
 bool BringBackLevelFiles(std::int32_t code) {

@@ -11,15 +11,17 @@ namespace kelvash::swap {
 enum class StashResult {
     Done,
     CannotEmpty, // an old file of the stash can't be deleted
-    CannotCopy   // a file can't be put away; all of them are still in the TRLE root
+    CannotCopy,  // a file can't be put away; all of them are still in the TRLE root
+    CannotNote,  // all are put away, but the journal can't be written; they are still in the TRLE root too
+    CannotDelete // all are put away, but one can't be deleted from the TRLE root
 };
 
 // Full paths of the saves in the TRLE root, in the order of the three patterns.
 std::vector<std::string> ListSaves();
 
 // Moves the saves of the TRLE root into the stash of a level, which holds just these afterwards; a stash that
-// a journal protects keeps its other files. No save leaves the root before all of them are whole in the
-// stash.
+// a journal protects keeps its other files, and those that are newer than what comes in. No save leaves the
+// root before all of them are whole in the stash and the journal says so.
 [[nodiscard]] StashResult StashLevelFiles(std::int32_t code);
 
 // Copies all files of a level's stash into the TRLE root. False if one couldn't be copied.
