@@ -168,8 +168,9 @@ bool InstallLevel(std::int32_t code) {
     const std::int32_t previous = RemovePreviousLevel(code);
     if (previous == kRemovalRefused) return false;
     if (previous == code && code != 0) return true;
-    // Saves that couldn't be put away are nowhere else, and those of the next level would overwrite them.
-    if (previous == 0 && !ListSaves().empty()) return false;
+    // A removal that failed after its message is taken for a finished one. That is meant; but saves that it
+    // left are nowhere else, and those of the next level would overwrite them.
+    if (previous == 0 && !RescueSaves()) return false;
     if (previous == code) return GiveBackOriginal();
     LevelFiles files;
     if (!PrepareFiles(code, files)) return false;

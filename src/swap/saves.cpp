@@ -4,6 +4,7 @@
 
 #include "core/archive.h"
 #include "core/profile.h"
+#include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
@@ -75,6 +76,21 @@ StashResult StashLevelFiles(std::int32_t code) {
     if (!WriteJournal(merge ? *journal : SwapJournal{code})) return StashResult::CannotNote;
     const bool deleted = std::all_of(saves.begin(), saves.end(), DeleteFile);
     return deleted ? StashResult::Done : StashResult::CannotDelete;
+}
+
+bool RescueSaves() {
+    const std::vector<std::string> saves = ListSaves();
+    if (saves.empty()) return true;
+    const std::string base = AppFolder() + LoadMessage(MessageId::kRescueFolder, {});
+    int number = 1;
+    while (FolderExists(base + std::to_string(number)))
+        ++number;
+    const std::string folder = base + std::to_string(number);
+    if (!CreateFolder(folder) || !CopyInto(saves, folder)) return false;
+    for (const std::string& save : saves)
+        DeleteFile(save);
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kSavesRescued, {}) + folder);
+    return true;
 }
 
 bool BringBackLevelFiles(std::int32_t code) {

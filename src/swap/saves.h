@@ -24,6 +24,10 @@ std::vector<std::string> ListSaves();
 // root before all of them are whole in the stash and the journal says so.
 [[nodiscard]] StashResult StashLevelFiles(std::int32_t code);
 
+// Moves saves that are still in the TRLE root after a failed removal into a new folder of the application's
+// folder and tells where they are. True if none are left in danger.
+[[nodiscard]] bool RescueSaves();
+
 // Copies all files of a level's stash into the TRLE root. False if one couldn't be copied.
 [[nodiscard]] bool BringBackLevelFiles(std::int32_t code);
 

@@ -185,6 +185,28 @@ TEST_F(Removal, TellsAStashThatCannotBeEmptied) {
     EXPECT_TRUE(test::Exists(trle / "data" / "city.tr4"));
 }
 
+TEST_F(Removal, ThatCannotEmptyAStashLetsTheNextLevelInAndRescuesTheSaves) {
+    InstallOne();
+    test::MakeFile(StashPath(1) / "savegame.0", "old");
+    test::MakeFile(trle / "savegame.0", "new");
+    AddLevel(3, "Song", {{"song.tr4", "SONG"}}, {{"savegame.0", "of the song"}});
+    fs::permissions(StashPath(1), fs::perms::owner_read | fs::perms::owner_exec);
+    bool installed = false;
+    {
+        const test::OrdinaryUser ordinary;
+        installed = InstallLevel(3);
+    }
+    EXPECT_TRUE(installed);
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre("critical: I cann't delete files in C:\\Levels\\LEVEL_0001\\backup_savegames folder",
+                    "exclamation: Savegames, screenshots and notes of previous level have been saved in: "
+                    "C:\\Kelvash\\rescued_saves_1"));
+    EXPECT_EQ(test::BytesOf(home / "rescued_saves_1" / "savegame.0"), "new");
+    EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "of the song");
+    EXPECT_EQ(test::BytesOf(trle / "data" / "song.tr4"), "SONG");
+}
+
 TEST_F(Removal, RefusesWhenSavesCannotBePutAway) {
     InstallOne();
     test::MakeFile(trle / "savegame.0", "new");

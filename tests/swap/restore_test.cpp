@@ -64,11 +64,11 @@ TEST_F(Restore, FullDeletesWhatTheUserPutIntoTheRoot) {
 TEST_F(Restore, FullTellsItsSteps) {
     FullRestore(bar, false);
     EXPECT_THAT(user.Shown(),
-                ElementsAre("Removing files of old level from TRLE folder",
+                ElementsAre("Removing files of old level from TRLE folder", "",
                             "Removing all critical files from TRLE folder",
                             "Copying original .dat e .tr4 files in TRLE folder", "Restoring folder: \\audio",
                             "Restoring folder: \\graphics\\wads", "Restoring folder: \\sound\\samples",
-                            "Restoring folder: \\script", "Restore finished"));
+                            "Restoring folder: \\script", "Restore finished", ""));
 }
 
 TEST_F(Restore, FullBringsTheFourFoldersBack) {
