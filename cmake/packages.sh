@@ -1,0 +1,34 @@
+# Debian packages that Kelvash needs, and their installation. Sourced by ./run and ./test.
+
+build_packages=(
+    cmake ninja-build g++ ccache pkg-config
+    zlib1g-dev libdeflate-dev libturbojpeg0-dev libzip-dev
+    libsdl2-dev libx11-dev libxtst-dev libxfixes-dev
+    nlohmann-json3-dev libcli11-dev
+    libgtest-dev libgmock-dev
+)
+check_packages=(
+    git libbenchmark-dev
+    clang clang-format clang-tidy libclang-rt-14-dev
+    strace xvfb xauth x11-utils
+)
+windows_packages=(
+    cmake ninja-build ccache googletest
+    g++-mingw-w64-x86-64 wine wine64
+)
+
+# Installs those of the named packages that are missing. Only this asks for root.
+install_missing() {
+    local missing=() package
+    for package in "$@"; do
+        [[ $(dpkg-query -W -f='${Status}' "$package" 2>/dev/null) == "install ok installed" ]] ||
+            missing+=("$package")
+    done
+    ((${#missing[@]})) || return 0
+    echo "Installing: ${missing[*]}" >&2
+    local as_root=()
+    ((EUID == 0)) || as_root=(sudo)
+    "${as_root[@]}" apt-get update -q </dev/null >&2 &&
+        "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+            apt-get install -q -y --no-install-recommends "${missing[@]}" </dev/null >&2
+}
