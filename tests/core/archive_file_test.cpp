@@ -1,0 +1,395 @@
+#include "core/archive_file.h"
+
+#include <gmock/gmock.h>
+
+#include "support/record_bytes.h"
+#include "support/test_home.h"
+
+namespace kelvash::core {
+namespace {
+
+using test::Blanks;
+using test::BytesOf;
+using test::Literal;
+using test::MakeFile;
+using test::Put;
+
+namespace fs = std::filesystem;
+
+// A header: both folders C:\LevelFolder, 2 levels, 3 CDs, compressed, no mp3, a move pending, sizes 1.5 and
+// -2.
+std::string HeaderBytes() {
+    std::string bytes(546, '\0');
+    Put(bytes, 0, Literal("\x01\x00\x00\x00"));
+    Put(bytes, 4, Blanks(512));
+    Put(bytes, 4, "C:\\LevelFolder");
+    Put(bytes, 260, "C:\\LevelFolder");
+    Put(bytes, 516, Literal("\x02\x00\x00\x00"));
+    Put(bytes, 520, Literal("\x03\x00\x00\x00"));
+    Put(bytes, 524, "\xFF\xFF");
+    Put(bytes, 526, Literal("\x00\x00"));
+    Put(bytes, 528, "\xFF\xFF");
+    Put(bytes, 530, Literal("\x00\x00\x00\x00\x00\x00\xF8\x3F"));
+    Put(bytes, 538, Literal("\x00\x00\x00\x00\x00\x00\x00\xC0"));
+    return bytes;
+}
+
+// A level with every field set.
+std::string FirstLevelBytes() {
+    std::string bytes(1634, ' ');
+    Put(bytes, 0, "Caf\xE9 \x80");
+    Put(bytes, 256, "Choose the second entry");
+    Put(bytes, 512, "A. Uthor");
+    Put(bytes, 592, Literal("a@b.com\0c@d.org"));
+    Put(bytes, 848, Literal("http://one\0http://two\0http://three"));
+    Put(bytes, 1104, "A note");
+    Put(bytes, 1360, Literal("\x0C\x00\x00\x00"));
+    Put(bytes, 1364, Literal("\x01\x00\x00\x00"));
+    Put(bytes, 1368, "readme.htm");
+    Put(bytes, 1624, Literal("\x00\x00\x10\x00"));
+    Put(bytes, 1628, "\xFE\xFF\xFF\xFF");
+    Put(bytes, 1632, "\xFF\xFF");
+    return bytes;
+}
+
+std::string SecondLevelBytes() {
+    std::string bytes(1634, ' ');
+    Put(bytes, 0, "Plain");
+    Put(bytes, 1360, Literal("\x0F\x27\x00\x00\x00\x00\x00\x00"));
+    Put(bytes, 1624, Literal("\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00"));
+    return bytes;
+}
+
+std::string TwoLevelBytes() {
+    return HeaderBytes() + FirstLevelBytes() + SecondLevelBytes();
+}
+
+ArchiveContents TwoLevels() {
+    ArchiveContents contents;
+    contents.Header.MainFolder = "C:\\LevelFolder";
+    contents.Header.SecondaryFolder = "C:\\LevelFolder";
+    contents.Header.LevelCount = 2;
+    contents.Header.CdCount = 3;
+    contents.Header.CompressFiles = true;
+    contents.Header.CdInstallPending = true;
+    contents.Header.MainFolderSize = 1.5;
+    contents.Header.SecondaryFolderSize = -2;
+    contents.Levels.resize(3);
+    LevelRecord& level = contents.Levels[0];
+    level.Name = "Caf\xC3\xA9 \xE2\x82\xAC";
+    level.Note = "Choose the second entry";
+    level.Author = "A. Uthor";
+    level.Emails = Literal("a@b.com\0c@d.org");
+    level.Sites = Literal("http://one\0http://two\0http://three");
+    level.AuthorNote = "A note";
+    level.Code = 12;
+    level.CdNumber = 1;
+    level.MoreInfoFile = "readme.htm";
+    level.FilesSize = 1048576;
+    level.SavesSize = -2;
+    level.RecountSaves = true;
+    contents.Levels[1].Name = "Plain";
+    contents.Levels[1].Code = 9999;
+    return contents;
+}
+
+class ArchiveFile : public test::TestHome {
+  protected:
+    static constexpr const char* kPath = "C:\\Kelvash\\a.kva";
+    fs::path file = home / "a.kva";
+
+    // The Archive in a file of these bytes.
+    ArchiveContents Read(const std::string& bytes) {
+        MakeFile(file, bytes);
+        ArchiveContents contents;
+        EXPECT_TRUE(ReadArchiveFile(kPath, contents));
+        EXPECT_EQ(contents.Levels.size(), static_cast<std::size_t>(contents.Header.LevelCount) + 1);
+        return contents;
+    }
+};
+
+TEST_F(ArchiveFile, HasTheseBytesForTwoLevels) {
+    ASSERT_TRUE(WriteArchiveFile(kPath, TwoLevels()));
+    const std::string bytes = BytesOf(file);
+    EXPECT_EQ(bytes.size(), 3814U);
+    EXPECT_EQ(bytes.substr(0, 546), HeaderBytes());
+    EXPECT_EQ(bytes.substr(546, 1634), FirstLevelBytes());
+    EXPECT_EQ(bytes.substr(2180), SecondLevelBytes());
+}
+
+TEST_F(ArchiveFile, GivesEveryFieldOfTheseBytes) {
+    const ArchiveContents contents = Read(TwoLevelBytes());
+    EXPECT_EQ(contents.Header.Version, 1);
+    EXPECT_EQ(contents.Header.MainFolder, "C:\\LevelFolder");
+    EXPECT_EQ(contents.Header.SecondaryFolder, "C:\\LevelFolder");
+    EXPECT_EQ(contents.Header.LevelCount, 2);
+    EXPECT_EQ(contents.Header.CdCount, 3);
+    EXPECT_TRUE(contents.Header.CompressFiles);
+    EXPECT_FALSE(contents.Header.EncodeWavInMp3);
+    EXPECT_TRUE(contents.Header.CdInstallPending);
+    EXPECT_EQ(contents.Header.MainFolderSize, 1.5);
+    EXPECT_EQ(contents.Header.SecondaryFolderSize, -2.0);
+    const LevelRecord& level = contents.Levels[0];
+    EXPECT_EQ(level.Name, "Caf\xC3\xA9 \xE2\x82\xAC");
+    EXPECT_EQ(level.Note, "Choose the second entry");
+    EXPECT_EQ(level.Author, "A. Uthor");
+    EXPECT_EQ(level.Emails, Literal("a@b.com\0c@d.org"));
+    EXPECT_EQ(level.Sites, Literal("http://one\0http://two\0http://three"));
+    EXPECT_EQ(level.AuthorNote, "A note");
+    EXPECT_EQ(level.Code, 12);
+    EXPECT_EQ(level.CdNumber, 1);
+    EXPECT_EQ(level.MoreInfoFile, "readme.htm");
+    EXPECT_EQ(level.FilesSize, 1048576);
+    EXPECT_EQ(level.SavesSize, -2);
+    EXPECT_TRUE(level.RecountSaves);
+    EXPECT_EQ(contents.Levels[1].Name, "Plain");
+    EXPECT_EQ(contents.Levels[1].Code, 9999);
+    EXPECT_FALSE(contents.Levels[1].RecountSaves);
+}
+
+TEST_F(ArchiveFile, WithOneLevelHas2180Bytes) {
+    ArchiveContents contents = TwoLevels();
+    contents.Header.LevelCount = 1;
+    contents.Levels.resize(2);
+    ASSERT_TRUE(WriteArchiveFile(kPath, contents));
+    EXPECT_EQ(fs::file_size(file), 2180U);
+}
+
+TEST_F(ArchiveFile, WithoutLevelsIsTheHeaderAlone) {
+    ArchiveContents contents;
+    contents.Levels.resize(1);
+    ASSERT_TRUE(WriteArchiveFile(kPath, contents));
+    EXPECT_EQ(fs::file_size(file), 546U);
+    EXPECT_EQ(Read(BytesOf(file)).Header.LevelCount, 0);
+}
+
+TEST_F(ArchiveFile, LeavesTheSpareRecordOut) {
+    ArchiveContents contents = TwoLevels();
+    contents.Levels[2].Name = "Being composed";
+    ASSERT_TRUE(WriteArchiveFile(kPath, contents));
+    EXPECT_EQ(BytesOf(file).find("Being composed"), std::string::npos);
+}
+
+TEST_F(ArchiveFile, BlankPadsAndTrimsAtBothEnds) {
+    std::string bytes = TwoLevelBytes();
+    Put(bytes, 2180, "   Padded in front   ");
+    EXPECT_EQ(Read(bytes).Levels[1].Name, "Padded in front");
+}
+
+TEST_F(ArchiveFile, CutsALongTextAtItsWidth) {
+    ArchiveContents contents = TwoLevels();
+    contents.Levels[0].Author = std::string(80, 'x') + "yz";
+    contents.Levels[0].Emails = "e";
+    ASSERT_TRUE(WriteArchiveFile(kPath, contents));
+    EXPECT_EQ(BytesOf(file).substr(546 + 512, 82), std::string(80, 'x') + "e ");
+    EXPECT_EQ(Read(BytesOf(file)).Levels[0].Author, std::string(80, 'x'));
+}
+
+TEST_F(ArchiveFile, CountsTheWidthInBytesOfTheCodePage) {
+    ArchiveContents contents = TwoLevels();
+    contents.Levels[1].Name.clear();
+    for (int i = 0; i < 300; ++i)
+        contents.Levels[1].Name += "\xC3\xA9";
+    contents.Levels[1].Note = "next";
+    ASSERT_TRUE(WriteArchiveFile(kPath, contents));
+    EXPECT_EQ(BytesOf(file).substr(2180, 261), std::string(256, '\xE9') + "next ");
+}
+
+TEST_F(ArchiveFile, PutsAQuestionMarkForWhatTheCodePageLacks) {
+    ArchiveContents contents = TwoLevels();
+    contents.Levels[1].Name = "\xE6\x97\xA5\xE6\x9C\xAC \xC5\xBD";
+    ASSERT_TRUE(WriteArchiveFile(kPath, contents));
+    EXPECT_EQ(BytesOf(file).substr(2180, 6), "?? \x8E  ");
+}
+
+TEST_F(ArchiveFile, GivesEveryByteOfTheCodePageBack) {
+    std::string name;
+    for (int code = 1; code < 256; ++code)
+        name += static_cast<char>(code);
+    std::string bytes = TwoLevelBytes();
+    Put(bytes, 2180, name);
+    const ArchiveContents contents = Read(bytes);
+    ASSERT_TRUE(WriteArchiveFile(kPath, contents));
+    EXPECT_EQ(BytesOf(file).substr(2180, 256), name + " ");
+}
+
+TEST_F(ArchiveFile, TakesAnyBooleanButZeroAsTrueAndWritesMinusOne) {
+    std::string bytes = TwoLevelBytes();
+    Put(bytes, 526, Literal("\x01\x00"));
+    const ArchiveContents contents = Read(bytes);
+    EXPECT_TRUE(contents.Header.EncodeWavInMp3);
+    ASSERT_TRUE(WriteArchiveFile(kPath, contents));
+    EXPECT_EQ(BytesOf(file).substr(526, 2), "\xFF\xFF");
+}
+
+TEST_F(ArchiveFile, DoesNotTestTheVersionAndWritesItAsOne) {
+    std::string bytes = TwoLevelBytes();
+    Put(bytes, 0, Literal("\x63\x00\x00\x00"));
+    const ArchiveContents contents = Read(bytes);
+    EXPECT_EQ(contents.Header.LevelCount, 2);
+    ASSERT_TRUE(WriteArchiveFile(kPath, contents));
+    EXPECT_EQ(BytesOf(file), TwoLevelBytes());
+}
+
+TEST_F(ArchiveFile, KeepsItsLengthAndItsTailWhenTheTableGetsShorter) {
+    ArchiveContents contents = TwoLevels();
+    ASSERT_TRUE(WriteArchiveFile(kPath, contents));
+    contents.Levels.erase(contents.Levels.begin());
+    contents.Header.LevelCount = 1;
+    ASSERT_TRUE(WriteArchiveFile(kPath, contents));
+    std::string expected = HeaderBytes() + SecondLevelBytes() + SecondLevelBytes();
+    Put(expected, 516, "\x01");
+    EXPECT_EQ(BytesOf(file), expected);
+    const ArchiveContents loaded = Read(expected);
+    EXPECT_EQ(loaded.Header.LevelCount, 1);
+    EXPECT_EQ(loaded.Levels[0].Code, 9999);
+}
+
+TEST_F(ArchiveFile, KeepsALongTailOfAnyBytes) {
+    const std::string tail = std::string(500000, 'T') + "the end";
+    MakeFile(file, TwoLevelBytes() + tail);
+    ASSERT_TRUE(WriteArchiveFile(kPath, TwoLevels()));
+    EXPECT_EQ(BytesOf(file), TwoLevelBytes() + tail);
+}
+
+TEST_F(ArchiveFile, HoldsManyLevelsInTheOrderOfTheTable) {
+    constexpr std::int32_t kLevels = 1000; // several blocks
+    ArchiveContents contents;
+    contents.Header.LevelCount = kLevels;
+    contents.Levels.resize(kLevels + 1);
+    for (std::int32_t i = 0; i < kLevels; ++i)
+        contents.Levels[static_cast<std::size_t>(i)].Code = kLevels - i;
+    ASSERT_TRUE(WriteArchiveFile(kPath, contents));
+    const std::string bytes = BytesOf(file);
+    ASSERT_EQ(bytes.size(), 546U + 1634U * 1000U);
+    EXPECT_EQ(bytes.substr(546 + 1634 * 999 + 1360, 4), Literal("\x01\x00\x00\x00"));
+    const ArchiveContents loaded = Read(bytes);
+    ASSERT_EQ(loaded.Header.LevelCount, 1000);
+    for (std::int32_t i = 0; i < kLevels; ++i)
+        ASSERT_EQ(loaded.Levels[static_cast<std::size_t>(i)].Code, kLevels - i);
+}
+
+TEST_F(ArchiveFile, TruncatedAtAnyLengthLeavesTheRestBlank) {
+    const std::string whole = TwoLevelBytes();
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+        const std::string bytes = whole.substr(0, length);
+        std::size_t given = 0;
+        const ArchiveContents contents = DecodeArchive([&](std::size_t size) {
+            const std::string_view piece = std::string_view(bytes).substr(given, size);
+            given += piece.size();
+            return piece;
+        });
+        const std::int32_t levels = length <= 546 ? 0 : length <= 2180 ? 1 : 2;
+        ASSERT_EQ(contents.Header.LevelCount, levels) << length;
+        ASSERT_EQ(contents.Levels.size(), static_cast<std::size_t>(levels) + 1) << length;
+        ASSERT_EQ(contents.Header.Version, length < 4 ? 0 : 1) << length;
+        ASSERT_EQ(contents.Header.CdCount, length < 524 ? 0 : 3) << length;
+        ASSERT_EQ(contents.Header.SecondaryFolder, length < 516 ? "" : "C:\\LevelFolder") << length;
+        ASSERT_EQ(contents.Header.SecondaryFolderSize, length < 546 ? 0 : -2) << length;
+        const bool first = length >= 546 + 1364;
+        ASSERT_EQ(contents.Levels[0].Code, first ? 12 : 0) << length;
+        ASSERT_EQ(contents.Levels[0].RecountSaves, length >= 2180) << length;
+    }
+}
+
+TEST_F(ArchiveFile, OfNoBytesHasNoLevels) {
+    const ArchiveContents contents = Read({});
+    EXPECT_EQ(contents.Header.LevelCount, 0);
+    EXPECT_EQ(contents.Header.Version, 0);
+    EXPECT_EQ(contents.Header.MainFolder, "");
+}
+
+TEST_F(ArchiveFile, WithALyingLevelCountGivesWhatIsThere) {
+    for (const std::string& lie :
+         {Literal("\xFF\xFF\xFF\x7F"), Literal("\x00\x00\x00\x40"), Literal("\x03\x00\x00\x00")}) {
+        std::string bytes = TwoLevelBytes();
+        Put(bytes, 516, lie);
+        const ArchiveContents contents = Read(bytes);
+        EXPECT_EQ(contents.Header.LevelCount, 2);
+        EXPECT_EQ(contents.Levels[1].Code, 9999);
+        EXPECT_LT(contents.Levels.capacity(), 1000U) << "no memory is spent on a number";
+    }
+}
+
+TEST_F(ArchiveFile, WithANegativeLevelCountHasNoLevels) {
+    for (const std::string& lie : {Literal("\xFF\xFF\xFF\xFF"), Literal("\x00\x00\x00\x80")}) {
+        std::string bytes = TwoLevelBytes();
+        Put(bytes, 516, lie);
+        EXPECT_EQ(Read(bytes).Header.LevelCount, 0);
+    }
+}
+
+TEST_F(ArchiveFile, ThatIsMissingOrAFolderCannotBeRead) {
+    ArchiveContents contents = TwoLevels();
+    EXPECT_FALSE(ReadArchiveFile("C:\\Kelvash\\missing.kva", contents));
+    EXPECT_FALSE(ReadArchiveFile("", contents));
+    EXPECT_FALSE(ReadArchiveFile("Q:\\a.kva", contents));
+    fs::create_directory(home / "folder.kva");
+    EXPECT_FALSE(ReadArchiveFile("C:\\Kelvash\\folder.kva", contents));
+    EXPECT_EQ(contents.Header.LevelCount, 2) << "what was there is untouched";
+}
+
+TEST_F(ArchiveFile, ThatIsUnreadableCannotBeRead) {
+    MakeFile(file, TwoLevelBytes());
+    fs::permissions(file, fs::perms::none);
+    ArchiveContents contents;
+    const test::OrdinaryUser ordinary;
+    EXPECT_FALSE(ReadArchiveFile(kPath, contents));
+}
+
+TEST_F(ArchiveFile, IsNotWrittenOverAFolder) {
+    fs::create_directory(file);
+    EXPECT_FALSE(WriteArchiveFile(kPath, TwoLevels()));
+    EXPECT_TRUE(fs::is_directory(file));
+    EXPECT_FALSE(WriteArchiveFile("C:\\missing\\a.kva", TwoLevels()));
+    EXPECT_FALSE(WriteArchiveFile("", TwoLevels()));
+}
+
+TEST_F(ArchiveFile, StaysWhenItsFolderIsReadOnly) {
+    MakeFile(file, TwoLevelBytes());
+    fs::permissions(home, fs::perms::owner_read | fs::perms::owner_exec);
+    {
+        const test::OrdinaryUser ordinary;
+        EXPECT_FALSE(WriteArchiveFile(kPath, ArchiveContents{{}, {LevelRecord()}}));
+    }
+    EXPECT_EQ(BytesOf(file), TwoLevelBytes());
+}
+
+TEST_F(ArchiveFile, StaysWhenItIsWriteProtected) {
+    MakeFile(file, TwoLevelBytes());
+    fs::permissions(file, fs::perms::owner_read);
+    {
+        const test::OrdinaryUser ordinary;
+        EXPECT_FALSE(WriteArchiveFile(kPath, ArchiveContents{{}, {LevelRecord()}}));
+    }
+    EXPECT_EQ(BytesOf(file), TwoLevelBytes());
+}
+
+TEST_F(ArchiveFile, BehindALinkIsWrittenWhereTheLinkPoints) {
+    MakeFile(drive / "elsewhere" / "real.kva", std::string(4000, 'o'));
+    fs::create_symlink(drive / "elsewhere" / "real.kva", file);
+    ASSERT_TRUE(WriteArchiveFile(kPath, TwoLevels()));
+    EXPECT_TRUE(fs::is_symlink(file));
+    EXPECT_EQ(BytesOf(drive / "elsewhere" / "real.kva"), TwoLevelBytes() + std::string(186, 'o'));
+    ArchiveContents contents;
+    ASSERT_TRUE(ReadArchiveFile(kPath, contents));
+    EXPECT_EQ(contents.Header.LevelCount, 2);
+}
+
+TEST_F(ArchiveFile, IsFoundWithoutRegardToCase) {
+    MakeFile(home / "Mixed.KVA", TwoLevelBytes());
+    ArchiveContents contents;
+    EXPECT_TRUE(ReadArchiveFile("c:\\kelvash\\mixed.kva", contents));
+    EXPECT_EQ(contents.Header.LevelCount, 2);
+}
+
+TEST_F(ArchiveFile, LeavesNothingBesideIt) {
+    ASSERT_TRUE(WriteArchiveFile(kPath, TwoLevels()));
+    int entries = 0;
+    for ([[maybe_unused]] const auto& entry : fs::directory_iterator(home))
+        ++entries;
+    EXPECT_EQ(entries, fs::exists(home / "drive_c") ? 2 : 1);
+}
+
+} // namespace
+} // namespace kelvash::core

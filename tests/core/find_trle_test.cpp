@@ -1,0 +1,93 @@
+#include "trle/find_trle.h"
+
+#include <gmock/gmock.h>
+
+#include "core/profile.h"
+#include "support/test_home.h"
+#include "support/trle_sandbox.h"
+
+namespace kelvash::trle {
+namespace {
+
+using core::profile;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace fs = std::filesystem;
+
+constexpr const char* kForm = "Dialog_TrovaTrle";
+
+class FindTrle : public test::TestHome {
+  protected:
+    FindTrle() { test::MakeTrle(drive / "Games" / "trle"); }
+    // A registry that names the room editor.
+    void Register(const std::string& escaped_program) {
+        test::SetEnvironment("WINEPREFIX", (root / "prefix").string());
+        test::MakeFile(root / "prefix" / "system.reg",
+                       "WINE REGISTRY Version 2\n\n"
+                       "[Software\\\\Microsoft\\\\Windows\\\\CurrentVersion\\\\App Paths\\\\winroomedit.exe] "
+                       "1700000000\n@=\"" +
+                           escaped_program + "\"\n");
+    }
+};
+
+TEST_F(FindTrle, TakesAValidFolderOfTheProfile) {
+    profile.TrleFolder = "C:\\Games\\trle";
+    EXPECT_TRUE(ChooseTrleFolder());
+    EXPECT_THAT(user.Asked(), IsEmpty());
+}
+
+TEST_F(FindTrle, AsksForAFolder) {
+    profile.TrleFolder = "C:\\gone";
+    user.WillAnswer(kForm, "C:\\Games\\trle");
+    EXPECT_TRUE(ChooseTrleFolder());
+    EXPECT_EQ(profile.TrleFolder, "C:\\Games\\trle");
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(FindTrle, AsksAgainAfterAWrongFolder) {
+    user.WillAnswer(kForm, "C:\\Kelvash");
+    user.WillAnswer(kForm, "C:\\Games\\trle");
+    EXPECT_TRUE(ChooseTrleFolder());
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: Not right folder: Missing file 'tomb4.exe' in folder: C:\\Kelvash"));
+}
+
+TEST_F(FindTrle, EndsWhenTheUserGivesUp) {
+    profile.TrleFolder = "C:\\gone";
+    user.WillAnswer(kForm, "cancel");
+    EXPECT_FALSE(ChooseTrleFolder());
+    EXPECT_THAT(user.Told(), ElementsAre("critical: This program cann't run without Tomb Raider Level "
+                                         "Editor\r\nNow, Kelvash ends"));
+    EXPECT_EQ(profile.TrleFolder, "C:\\gone");
+    user.WillAnswer(kForm, "Pul_Cancel");
+    EXPECT_FALSE(ChooseTrleFolder());
+}
+
+TEST_F(FindTrle, AcceptsWhatTheRegistryKnows) {
+    Register("C:\\\\Games\\\\trle\\\\winroomedit.exe");
+    EXPECT_EQ(FindTrleInRegistry(), "C:\\Games\\trle");
+    user.WillAnswer(kForm, "Pul_Ok");
+    EXPECT_TRUE(ChooseTrleFolder());
+    EXPECT_EQ(profile.TrleFolder, "C:\\Games\\trle");
+}
+
+TEST_F(FindTrle, DoesNotProposeAWrongFolderOfTheRegistry) {
+    Register("C:\\\\Kelvash\\\\winroomedit.exe");
+    EXPECT_EQ(FindTrleInRegistry(), "C:\\Kelvash");
+    user.WillAnswer(kForm, "Pul_Ok");
+    user.WillAnswer(kForm, "cancel");
+    EXPECT_FALSE(ChooseTrleFolder());
+    EXPECT_EQ(user.Told().front(), "critical: Not right folder: Missing file 'tomb4.exe' in folder: ");
+}
+
+TEST_F(FindTrle, KnowsNothingFromAValueThatIsNoProgram) {
+    EXPECT_EQ(FindTrleInRegistry(), "") << "no registry at all";
+    Register("C:\\\\Games\\\\trle");
+    EXPECT_EQ(FindTrleInRegistry(), "");
+    Register("C:\\\\Games\\\\trle\\\\WinRoomEdit.EXE");
+    EXPECT_EQ(FindTrleInRegistry(), "C:\\Games\\trle");
+}
+
+} // namespace
+} // namespace kelvash::trle

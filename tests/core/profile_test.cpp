@@ -1,0 +1,253 @@
+#include "core/profile.h"
+
+#include <gmock/gmock.h>
+
+#include "core/archive.h"
+#include "core/start_up.h"
+#include "support/core_home.h"
+#include "support/record_bytes.h"
+
+namespace kelvash::core {
+namespace {
+
+using test::Blanks;
+using test::BytesOf;
+using test::Literal;
+using test::MakeFile;
+using test::Put;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace fs = std::filesystem;
+
+// The profile of a first run.
+std::string DefaultBytes() {
+    std::string bytes(1588, '\0');
+    Put(bytes, 0, "\xFF\xFF");
+    Put(bytes, 6, "\xFF\xFF");
+    Put(bytes, 10, Blanks(1280));
+    Put(bytes, 522, "tom2pc.exe");
+    Put(bytes, 778, "tomb4.exe");
+    Put(bytes, 1034, "c:\\");
+    Put(bytes, 1290, "\xFF\xFF");
+    Put(bytes, 1294, "\xFF\xFF\xFF\xFF\x05");
+    Put(bytes, 1302, "\xFF\xFF\x05");
+    Put(bytes, 1308, Blanks(256));
+    Put(bytes, 1564, "\x05");
+    Put(bytes, 1568, "\xFF\xFF\xFF\xFF");
+    return bytes;
+}
+
+// One where every field has another value than its default.
+std::string OtherBytes() {
+    std::string bytes(1588, '\0');
+    Put(bytes, 2, "\xFF\xFF\xFF\xFF");
+    Put(bytes, 8, "\x34\x12");
+    Put(bytes, 10, Blanks(1280));
+    Put(bytes, 10, "C:\\My \xE8.kva");
+    Put(bytes, 266, "C:\\trle");
+    Put(bytes, 522, "conv.exe");
+    Put(bytes, 778, "game.exe");
+    Put(bytes, 1034, "d:\\down");
+    Put(bytes, 1292, "\xFF\xFF");
+    Put(bytes, 1298, "\x0A");
+    Put(bytes, 1304, "\x3C");
+    Put(bytes, 1308, Blanks(256));
+    Put(bytes, 1308, "C:\\paint.exe");
+    Put(bytes, 1564, "\x07");
+    Put(bytes, 1572, "\x01\x02\x03\x04\xFF\xFF");
+    Put(bytes, 1578, "\xFE\xFF\xFF\xFF\xFF\xFF");
+    Put(bytes, 1584, "\x02");
+    Put(bytes, 1586, "\x78\x56");
+    return bytes;
+}
+
+ProfileRecord Other() {
+    ProfileRecord record;
+    record.ShowScreenShots = false;
+    record.PromptCapture = true;
+    record.NoAutoCompile = true;
+    record.CheckEqualLevels = false;
+    record.Reserved1 = 0x1234;
+    record.LastArchive = "C:\\My \xC3\xA8.kva";
+    record.TrleFolder = "C:\\trle";
+    record.ConverterName = "conv.exe";
+    record.GameExeName = "game.exe";
+    record.DownloadFolder = "d:\\down";
+    record.NoDecompress = false;
+    record.FullBackup = true;
+    record.AutoSave = false;
+    record.ArchiveSavegames = false;
+    record.SavegamesToKeep = 10;
+    record.UrlUpdateReminder = false;
+    record.ScreenshotMinutes = 60;
+    record.GraphicsProgram = "C:\\paint.exe";
+    record.TimerTenths = 7;
+    record.VerifyImage = false;
+    record.EnableJoystick = false;
+    record.JoyButtonA = 0x04030201;
+    record.JoyFlagA = true;
+    record.JoyButtonB = -2;
+    record.JoyFlagB = true;
+    record.JoystickId = 2;
+    record.Reserved2 = 0x5678;
+    return record;
+}
+
+class Profile : public test::TestHome {
+  protected:
+    fs::path file = home / "Kelvash.prf";
+};
+
+TEST_F(Profile, OfAFirstRunHasTheseBytes) {
+    EXPECT_EQ(EncodeProfile(ProfileRecord()), DefaultBytes());
+    EXPECT_EQ(EncodeProfile(ProfileRecord()).size(), 1588U);
+}
+
+TEST_F(Profile, WithEveryFieldSetHasTheseBytes) {
+    EXPECT_EQ(EncodeProfile(Other()), OtherBytes());
+}
+
+TEST_F(Profile, GivesEveryFieldOfTheseBytes) {
+    ProfileRecord record;
+    EXPECT_TRUE(DecodeProfile(OtherBytes(), record));
+    const ProfileRecord other = Other();
+    EXPECT_EQ(record.ShowScreenShots, other.ShowScreenShots);
+    EXPECT_EQ(record.PromptCapture, other.PromptCapture);
+    EXPECT_EQ(record.NoAutoCompile, other.NoAutoCompile);
+    EXPECT_EQ(record.CheckEqualLevels, other.CheckEqualLevels);
+    EXPECT_EQ(record.Reserved1, other.Reserved1);
+    EXPECT_EQ(record.LastArchive, other.LastArchive);
+    EXPECT_EQ(record.TrleFolder, other.TrleFolder);
+    EXPECT_EQ(record.ConverterName, other.ConverterName);
+    EXPECT_EQ(record.GameExeName, other.GameExeName);
+    EXPECT_EQ(record.DownloadFolder, other.DownloadFolder);
+    EXPECT_EQ(record.NoDecompress, other.NoDecompress);
+    EXPECT_EQ(record.FullBackup, other.FullBackup);
+    EXPECT_EQ(record.AutoSave, other.AutoSave);
+    EXPECT_EQ(record.ArchiveSavegames, other.ArchiveSavegames);
+    EXPECT_EQ(record.SavegamesToKeep, other.SavegamesToKeep);
+    EXPECT_EQ(record.UrlUpdateReminder, other.UrlUpdateReminder);
+    EXPECT_EQ(record.ScreenshotMinutes, other.ScreenshotMinutes);
+    EXPECT_EQ(record.GraphicsProgram, other.GraphicsProgram);
+    EXPECT_EQ(record.TimerTenths, other.TimerTenths);
+    EXPECT_EQ(record.VerifyImage, other.VerifyImage);
+    EXPECT_EQ(record.EnableJoystick, other.EnableJoystick);
+    EXPECT_EQ(record.JoyButtonA, other.JoyButtonA);
+    EXPECT_EQ(record.JoyFlagA, other.JoyFlagA);
+    EXPECT_EQ(record.JoyButtonB, other.JoyButtonB);
+    EXPECT_EQ(record.JoyFlagB, other.JoyFlagB);
+    EXPECT_EQ(record.JoystickId, other.JoystickId);
+    EXPECT_EQ(record.Reserved2, other.Reserved2);
+}
+
+TEST_F(Profile, IsMissingAtAFirstRun) {
+    profile = Other();
+    EXPECT_EQ(LoadProfile(), ProfileState::FirstRun);
+    EXPECT_EQ(EncodeProfile(profile), DefaultBytes());
+}
+
+TEST_F(Profile, OfTheRightLengthIsReadAsItStands) {
+    MakeFile(file, OtherBytes());
+    EXPECT_EQ(LoadProfile(), ProfileState::Current);
+    EXPECT_EQ(EncodeProfile(profile), OtherBytes());
+}
+
+TEST_F(Profile, OfAnotherLengthKeepsItsEarlyFieldsAlone) {
+    const std::string expected = OtherBytes().substr(0, 1296) + DefaultBytes().substr(1296);
+    const std::string longer = OtherBytes() + std::string(500, 'x');
+    for (const std::size_t length : {1587U, 1589U, 1296U, 1300U, 2000U}) {
+        MakeFile(file, longer.substr(0, length));
+        EXPECT_EQ(LoadProfile(), ProfileState::Upgraded) << length;
+        EXPECT_EQ(EncodeProfile(profile), expected) << length;
+    }
+}
+
+TEST_F(Profile, CutAnywhereLeavesTheDefaultsBehind) {
+    const std::string whole = OtherBytes();
+    for (std::size_t length = 0; length < 1296; ++length) {
+        ProfileRecord record;
+        EXPECT_FALSE(DecodeProfile(std::string_view(whole).substr(0, length), record));
+        ASSERT_TRUE(record.AutoSave) << length;
+        ASSERT_EQ(record.FullBackup, length >= 1294) << length;
+        ASSERT_EQ(record.TrleFolder, length < 522 ? "" : "C:\\trle") << length;
+        ASSERT_EQ(record.ConverterName, length < 778 ? "tom2pc.exe" : "conv.exe") << length;
+        ASSERT_EQ(record.SavegamesToKeep, 5) << length;
+    }
+}
+
+TEST_F(Profile, WithoutAByteIsAnOldOne) {
+    MakeFile(file, "");
+    EXPECT_EQ(LoadProfile(), ProfileState::Upgraded);
+    EXPECT_EQ(EncodeProfile(profile), DefaultBytes());
+}
+
+TEST_F(Profile, ThatCannotBeReadLeavesTheDefaults) {
+    MakeFile(file, OtherBytes());
+    fs::permissions(file, fs::perms::none);
+    const test::OrdinaryUser ordinary;
+    EXPECT_EQ(LoadProfile(), ProfileState::Current);
+    EXPECT_EQ(EncodeProfile(profile), DefaultBytes());
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(Profile, IsSavedWhole) {
+    profile = Other();
+    MakeFile(file, std::string(3000, 'x'));
+    EXPECT_TRUE(SaveProfile());
+    EXPECT_EQ(BytesOf(file), OtherBytes()) << "no tail of the old file";
+}
+
+TEST_F(Profile, IsSavedWithoutAWordWhenItCannotBe) {
+    MakeFile(file, "old");
+    fs::permissions(home, fs::perms::owner_read | fs::perms::owner_exec);
+    {
+        const test::OrdinaryUser ordinary;
+        EXPECT_FALSE(SaveProfile());
+    }
+    EXPECT_EQ(BytesOf(file), "old");
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(Profile, ThatIsWriteProtectedIsReplaced) {
+    MakeFile(file, "old");
+    fs::permissions(file, fs::perms::owner_read);
+    const test::OrdinaryUser ordinary;
+    EXPECT_TRUE(SaveProfile()) << "the old file goes before the new one is made";
+    EXPECT_EQ(BytesOf(file), DefaultBytes());
+}
+
+TEST_F(Profile, AsksToSaveTheArchiveFirst) {
+    profile.AutoSave = false;
+    profile.LastArchive = "C:\\Kelvash\\a.kva";
+    archive.ArchiveChanged = true;
+    user.WillAnswer("Current archive 'a.kva' has been changed.\r\nDo you want save it?", "yes");
+    EXPECT_TRUE(SaveProfile());
+    EXPECT_EQ(fs::file_size(home / "a.kva"), 546U);
+    EXPECT_EQ(fs::file_size(file), 1588U);
+}
+
+TEST_F(Profile, PutsTheWindowAnimationBack) {
+    session.Started = true;
+    session.WindowAnimation = true;
+    desktop.animation = false;
+    EXPECT_TRUE(SaveProfile());
+    EXPECT_TRUE(desktop.animation);
+}
+
+TEST_F(Profile, PutsTheWindowAnimationBackThoughItCannotBeSaved) {
+    session.Started = true;
+    session.WindowAnimation = true;
+    desktop.animation = false;
+    fs::create_directory(file);
+    EXPECT_FALSE(SaveProfile());
+    EXPECT_TRUE(desktop.animation);
+}
+
+TEST_F(Profile, LeavesTheWindowAnimationAloneWithoutAStart) {
+    EXPECT_TRUE(SaveProfile());
+    EXPECT_TRUE(desktop.animation);
+}
+
+} // namespace
+} // namespace kelvash::core
