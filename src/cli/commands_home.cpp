@@ -112,7 +112,9 @@ Result New(Session& session) {
     core::StartUp({});
     bool created = core::ArchiveIsOpen();
     if (!session.user.PresetUsed(LoadMessage(MessageId::kSelectArchiveFolder, {}))) {
+        const std::string former = core::profile.LastArchive;
         created = HomeIsReady() && core::NewArchive();
+        if (!created && !former.empty()) static_cast<void>(core::LoadArchive(former));
         if (!created && !session.user.HasTold()) TellCritical(LoadMessage(MessageId::kCliNoArchive, {}));
     }
     created = created && WriteNewArchive();

@@ -67,7 +67,8 @@ void AddLevelSize(std::int32_t index, double bytes, SizeKind kind);
 [[nodiscard]] bool SaveArchiveAs();
 // Saves under the current path and tells a failure.
 bool SaveArchive();
-// Starts an Archive with level 0000 alone in a folder that the user chooses; false on cancel or failure.
+// Starts an Archive with level 0000 alone in a folder that the user chooses. False on cancel or failure: no
+// Archive is open then, and its caller may load the former one again.
 [[nodiscard]] bool NewArchive();
 
 // Asks for a new place of a missing main or secondary folder. False if the user gives up.

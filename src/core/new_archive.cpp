@@ -78,6 +78,8 @@ std::string SelectNewArchiveFolder() {
 
 bool NewArchive() {
     AskSaveArchive();
+    // From here on the table is no longer that of the old file, which a later save must not reach.
+    profile.LastArchive.clear();
     archive.Header = ArchiveHeader();
     archive.Header.LevelCount = 1;
     archive.Levels = {LevelZero(), LevelRecord()};

@@ -110,6 +110,7 @@ TEST_F(NewArchiveTest, GivesUpWhenTheFolderIsCancelled) {
     EXPECT_FALSE(NewArchive());
     EXPECT_EQ(archive.Header.LevelCount, 1);
     EXPECT_EQ(archive.Levels[0].Name, "- TRLE: Original configuration -");
+    EXPECT_EQ(profile.LastArchive, "") << "the one record must not be saved over the old file";
     EXPECT_FALSE(Exists(home / "LevelArchive.kva"));
 }
 
