@@ -48,6 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool blocks_good = InflateBlocks(InPieces(bytes, piece), Into(blocks));
     Require(whole_good == blocks_good);
     Require(!whole_good || whole == blocks);
+    if (size % 8 != 0) return 0; // packing is slow, and hardly cares what the bytes are
 
     std::string packed, packed_in_blocks, unpacked;
     Require(DeflateTo(bytes, Into(packed)) && InflateTo(packed, Into(unpacked)) && unpacked == bytes);

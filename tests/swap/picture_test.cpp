@@ -1,19 +1,16 @@
 #include "swap/picture.h"
 
 #include <gmock/gmock.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <turbojpeg.h>
-#include <unistd.h>
 
 #include <array>
-#include <csignal>
 #include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "foundation/files.h"
 #include "support/bitmaps.h"
+#include "support/child_process.h"
 #include "support/test_home.h"
 
 namespace kelvash::swap {
@@ -95,19 +92,6 @@ std::string ForeignJpeg(int pixel_format, int subsampling, int flags, int width 
     tjFree(data);
     tjDestroy(codec);
     return jpeg;
-}
-
-// Runs a procedure in a process of its own; true if it answers true. `peak` gets the most memory it held, in
-// bytes.
-template <class Procedure>
-bool InChild(const Procedure& procedure, std::int64_t* peak = nullptr) {
-    const pid_t child = fork();
-    if (child == 0) _exit(procedure() ? 0 : 1);
-    int status = 0;
-    struct rusage usage {};
-    EXPECT_EQ(wait4(child, &status, 0, &usage), child);
-    if (peak != nullptr) *peak = std::int64_t{usage.ru_maxrss} * 1024;
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 TEST(Picture, WritesBaselineJpegOfQuality90AndHalvedColour) {
@@ -288,14 +272,13 @@ TEST(Picture, ReservesNothingForAHugeStatedSize) {
     const std::size_t frame = jpeg.find("\xFF\xC0");
     ASSERT_NE(frame, std::string::npos);
     jpeg.replace(frame + 5, 4, "\x75\x30\x75\x30");
-    std::int64_t peak = 0;
-    EXPECT_TRUE(InChild(
-        [&] {
-            return !JpegFromBitmap(plain).has_value() && !JpegFromBitmap(packed).has_value() &&
-                   !BitmapFromJpeg(jpeg).has_value();
-        },
-        &peak));
-    EXPECT_LT(peak, 200'000'000);
+    const auto convert = [&] {
+        return !JpegFromBitmap(plain).has_value() && !JpegFromBitmap(packed).has_value() &&
+               !BitmapFromJpeg(jpeg).has_value();
+    };
+    const test::ChildResult result = test::InChild(convert);
+    EXPECT_TRUE(result.answer);
+    EXPECT_LT(result.grown, 50'000'000);
 }
 
 TEST(Picture, ReadsGreyAndProgressiveAndFullColourJpegs) {
@@ -370,20 +353,20 @@ TEST_F(PictureFile, RefusesMissingFilesAndFolders) {
 TEST_F(PictureFile, RefusesAFileBeyondTheBoundsWithoutReadingIt) {
     test::MakeFile(drive / "load.bmp", MakeBitmap({}));
     fs::resize_file(drive / "load.bmp", 2'000'000'000);
-    std::int64_t peak = 0;
-    EXPECT_TRUE(InChild([] { return !BitmapToJpeg("C:\\load.bmp", "C:\\load.jpg"); }, &peak));
-    EXPECT_LT(peak, 200'000'000);
+    const auto convert = [] { return !BitmapToJpeg("C:\\load.bmp", "C:\\load.jpg"); };
+    const test::ChildResult result = test::InChild(convert);
+    EXPECT_TRUE(result.answer);
+    EXPECT_LT(result.grown, 50'000'000);
 }
 
 TEST_F(PictureFile, LeavesNothingOnAFullDisk) {
     test::MakeFile(drive / "load.bmp", MakeBitmap({}));
     ASSERT_TRUE(BitmapToJpeg("C:\\load.bmp", "C:\\load.jpg"));
-    EXPECT_TRUE(InChild([] {
-        std::signal(SIGXFSZ, SIG_IGN);
-        const struct rlimit limit { 100, 100 };
-        setrlimit(RLIMIT_FSIZE, &limit);
+    const auto convert = [] {
+        test::LimitFiles(100);
         return !BitmapToJpeg("C:\\load.bmp", "C:\\new.jpg") && !JpegToBitmap("C:\\load.jpg", "C:\\new.bmp");
-    }));
+    };
+    EXPECT_TRUE(test::InChild(convert).answer);
     EXPECT_THAT(ListFiles("C:", "*"), testing::ElementsAre("C:\\load.bmp", "C:\\load.jpg"));
 }
 

@@ -1,5 +1,5 @@
-// SDL2 (bitmaps, joysticks), loaded when it is first asked for: with the sound and display libraries behind it,
-// linking it would add 6 ms to every start of a program.
+// SDL2 (bitmaps, joysticks), loaded when it is first asked for: with the sound and display libraries behind
+// it, linking it would add 6 ms to every start of a program.
 #pragma once
 
 #include <SDL.h>
@@ -7,21 +7,21 @@
 namespace kelvash::platform {
 
 // The functions in use, under SDL's own names without the prefix.
-#define KELVASH_SDL_FUNCTIONS(USE)                                                                       \
-    USE(RWFromConstMem)                                                                                  \
-    USE(LoadBMP_RW)                                                                                      \
-    USE(ConvertSurfaceFormat)                                                                            \
-    USE(FreeSurface)                                                                                     \
-    USE(SetHint)                                                                                         \
-    USE(InitSubSystem)                                                                                   \
-    USE(QuitSubSystem)                                                                                   \
-    USE(NumJoysticks)                                                                                    \
-    USE(JoystickOpen)                                                                                    \
-    USE(JoystickClose)                                                                                   \
-    USE(JoystickGetAttached)                                                                             \
-    USE(JoystickUpdate)                                                                                  \
-    USE(JoystickGetAxis)                                                                                 \
-    USE(JoystickNumButtons)                                                                              \
+#define KELVASH_SDL_FUNCTIONS(USE) \
+    USE(RWFromConstMem)            \
+    USE(LoadBMP_RW)                \
+    USE(ConvertSurfaceFormat)      \
+    USE(FreeSurface)               \
+    USE(SetHint)                   \
+    USE(InitSubSystem)             \
+    USE(QuitSubSystem)             \
+    USE(NumJoysticks)              \
+    USE(JoystickOpen)              \
+    USE(JoystickClose)             \
+    USE(JoystickGetAttached)       \
+    USE(JoystickUpdate)            \
+    USE(JoystickGetAxis)           \
+    USE(JoystickNumButtons)        \
     USE(JoystickGetButton)
 
 struct Sdl {
