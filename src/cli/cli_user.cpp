@@ -120,7 +120,6 @@ bool CliUser::TellResult(const Result& result) {
 }
 
 std::optional<std::string> CliUser::AnswerTo(const Box& box) {
-    told_ = true;
     std::optional<std::string> answer = TakeAnswer(presets_, box.shown);
     if (!answer) answer = TakeAnswer(answers_, box.shown);
     if (!answer && fallback_ == Fallback::Terminal) return AskLine(box.prompt);

@@ -27,7 +27,7 @@ class CliUser final : public User {
     void Preset(std::vector<AnswerEntry> entries);
     // True once the preset with that text has been taken.
     bool PresetUsed(std::string_view when) const;
-    // True if any box has been shown.
+    // True if any message has been shown.
     bool HasTold() const { return told_; }
     bool IsPlain() const { return mode_ == OutputMode::Plain; }
     // The event "result". False if not all of the output could be written.

@@ -84,7 +84,11 @@ Result Profile(Session& session) {
         if (field.name.empty() || (!options.field.empty() && !EqualNoCase(field.name, options.field)))
             continue;
         if (options.value && result.ok) result.ok = SetField(field, *options.value);
-        result.fields[std::string(field.name)] = ValueOf(field);
+        const nlohmann::ordered_json value = ValueOf(field);
+        result.fields[std::string(field.name)] = value;
+        // As it is typed: true and false, no quotes.
+        result.plain += std::string(field.name) + ": " +
+                        (value.is_string() ? value.get<std::string>() : JsonText(value)) + "\n";
     }
     if (upgrade) result.ok = EndSession(session) && result.ok;
     return result;
