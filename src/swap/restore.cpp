@@ -53,6 +53,12 @@ bool CopyFilesShown(const std::string& source, const std::string& target, Bar& b
     return true;
 }
 
+// The backup may hold savegames: half of one, left by a killed program, would count as a new save.
+void RestoreRootFiles() {
+    for (const std::string& file : ListFiles(BackupFolder(), "*"))
+        if (!CopyFileWhole(file, TrleFolder() + "\\" + FileNameOf(file))) return;
+}
+
 void RestoreFolder(const std::string& folder, Bar& bar) {
     ShowLabel(bar, MessageId::kRestoringFolder, folder);
     const bool emptied = DeleteFiles(TrleFolder() + folder, "*");
@@ -67,7 +73,7 @@ void RestoreFiles(Bar& bar) {
     DeleteFiles(TrleFolder() + data, LoadMessage(MessageId::kRestoreTr4Mask, {}));
     DeleteFiles(TrleFolder() + data, LoadMessage(MessageId::kRestorePakMask, {}));
     ShowLabel(bar, MessageId::kRestoreCopying);
-    CopyFiles(BackupFolder(), TrleFolder(), Existing::Replace, "*");
+    RestoreRootFiles();
     CopyFilesShown(BackupFolder() + data, TrleFolder() + data, bar);
     if (!core::profile.FullBackup) return;
     for (const std::string& folder : Split(LoadMessage(MessageId::kFullBackupFolders, {}), '|'))

@@ -205,17 +205,4 @@ std::string GreyBitmap() {
            std::string(192, '\x80');
 }
 
-void CopyWorld(const fs::path& from, const fs::path& to) {
-    fs::create_directories(to);
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(from)) {
-        const fs::path target = to / entry.path().lexically_relative(from);
-        if (entry.is_directory()) {
-            fs::create_directories(target);
-        } else {
-            fs::copy_file(entry.path(), target);
-            fs::last_write_time(target, fs::last_write_time(entry.path()));
-        }
-    }
-}
-
 } // namespace kelvash::test

@@ -72,7 +72,4 @@ std::string ZlibStream(const std::string& bytes);
 std::string GreyJpeg();
 std::string GreyBitmap();
 
-// A copy of a tree with all modification times.
-void CopyWorld(const std::filesystem::path& from, const std::filesystem::path& to);
-
 } // namespace kelvash::test
