@@ -51,7 +51,7 @@ bool AskForDrive(const std::string& start, std::int32_t code) {
             TakeReader(drive);
             return true;
         }
-        ShowMessage(MessageStyle::Critical, fault);
+        TellCritical(fault);
     }
 }
 
@@ -61,7 +61,7 @@ bool RequestCd(std::int32_t code) {
     if (core::LevelByCode(code).CdNumber == 0) return true;
     const std::vector<std::string> drives = CdDrives();
     if (drives.empty()) {
-        ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kNoCdReader, {}));
+        TellCritical(LoadMessage(MessageId::kNoCdReader, {}));
         return false;
     }
     for (const std::string& drive : drives)

@@ -41,10 +41,6 @@ Result RunCommand(Session& session) {
     return {};
 }
 
-void TellCritical(const std::string& text) {
-    ShowMessage(MessageStyle::Critical, text);
-}
-
 bool OpenQuickly(Session& session) {
     if (!TakeHome(session, MissingHome::Refuse)) return false;
     core::LoadProfile();

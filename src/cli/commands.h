@@ -39,6 +39,5 @@ Result Demo(Session& session);
 [[nodiscard]] bool EndSession(const Session& session);
 // True if the typed path can be reached by a drive, which every path of the logic must; tells otherwise.
 [[nodiscard]] bool TakePath(const std::string& typed, std::string& path);
-void TellCritical(const std::string& text);
 
 } // namespace kelvash::cli

@@ -15,10 +15,6 @@ namespace kelvash::cli {
 
 namespace {
 
-std::string TrleFolder() {
-    return std::string(Trim(core::profile.TrleFolder));
-}
-
 std::string ArchivePath() {
     return std::string(Trim(core::profile.LastArchive));
 }
@@ -43,7 +39,7 @@ Result InitResult(bool ok) {
     Result result;
     result.ok = ok;
     result.fields = {
-        {"trle", TrleFolder()}, {"archive", ArchivePath()}, {"fullBackup", core::profile.FullBackup}};
+        {"trle", core::TrleFolder()}, {"archive", ArchivePath()}, {"fullBackup", core::profile.FullBackup}};
     return result;
 }
 
@@ -61,16 +57,16 @@ bool HomeIsTaken(const std::string& trle) {
         TellCritical(LoadMessage(MessageId::kCliHomeHasArchive, {}) + ArchivePath());
         return true;
     }
-    if (TrleFolder().empty() || EqualNoCase(TrleFolder(), trle) ||
-        !swap::CheckTrleFolder(TrleFolder(), false))
+    if (core::TrleFolder().empty() || EqualNoCase(core::TrleFolder(), trle) ||
+        !swap::CheckTrleFolder(core::TrleFolder(), false))
         return false;
-    TellCritical(LoadMessage(MessageId::kCliHomeHasTrle, {}) + TrleFolder());
+    TellCritical(LoadMessage(MessageId::kCliHomeHasTrle, {}) + core::TrleFolder());
     return true;
 }
 
 // All that a start-up insists on but the Archive.
 bool HomeIsReady() {
-    return swap::CheckTrleFolder(TrleFolder(), false) && swap::BackupIsValid() &&
+    return swap::CheckTrleFolder(core::TrleFolder(), false) && swap::BackupIsValid() &&
            FolderExists(core::LevelFolder(0, false));
 }
 
@@ -95,7 +91,7 @@ Result Init(Session& session) {
 Result Status(Session& session) {
     Result result;
     result.ok = OpenQuickly(session);
-    result.fields = {{"trle", TrleFolder()},
+    result.fields = {{"trle", core::TrleFolder()},
                      {"archive", ArchivePath()},
                      {"levels", core::archive.Header.LevelCount},
                      {"installed", swap::CurrentLevelCode()},

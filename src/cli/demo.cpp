@@ -28,7 +28,7 @@ namespace fs = std::filesystem;
 namespace {
 
 bool Refuse(MessageId id, const std::string& behind) {
-    ShowMessage(MessageStyle::Critical, LoadMessage(id, {}) + behind);
+    TellCritical(LoadMessage(id, {}) + behind);
     return false;
 }
 

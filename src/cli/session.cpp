@@ -56,9 +56,8 @@ bool TakeHome(Session& session, MissingHome missing) {
     std::error_code error;
     const bool stands = fs::is_directory(session.home, error);
     if ((!stands && missing == MissingHome::Refuse) || !SetAppFolder(session.home)) {
-        ShowMessage(MessageStyle::Critical,
-                    LoadMessage(stands ? MessageId::kCliCannotWrite : MessageId::kCliNoHome, {}) +
-                        session.home.string());
+        TellCritical(LoadMessage(stands ? MessageId::kCliCannotWrite : MessageId::kCliNoHome, {}) +
+                     session.home.string());
         return false;
     }
     session.home_taken = true;

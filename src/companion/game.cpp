@@ -13,8 +13,7 @@ namespace kelvash::companion {
 GameState game;
 
 bool StartGame(const Arguments& arguments, bool suspended) {
-    const std::string program =
-        std::string(Trim(core::profile.TrleFolder)) + LoadMessage(MessageId::kGameProgram, {});
+    const std::string program = core::TrleFolder() + LoadMessage(MessageId::kGameProgram, {});
     game = GameState();
     if (!RunFull(program, arguments, Window::Normal, game.GameProcess, suspended)) {
         game = GameState();

@@ -20,14 +20,8 @@ ArchiveState archive;
 
 namespace {
 
-// Runs over the numbered twins of a name: "", "2", "3", ... up to 100.
-constexpr int kLastTwin = 100;
-std::string Twin(int n) {
-    return n == 1 ? std::string() : std::to_string(n);
-}
-
 void TellSaveFailure(std::string_view path) {
-    ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kErrorSavingArchive, {}) + std::string(path));
+    TellCritical(LoadMessage(MessageId::kErrorSavingArchive, {}) + std::string(path));
 }
 
 bool StartsLevelName(const std::string& folder) {
@@ -202,27 +196,15 @@ bool SaveArchiveAs() {
          AppFolder(), FileNameOf(profile.LastArchive)});
     if (!path) return true;
     const bool written = WriteArchive(*path);
-    if (!written)
-        ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kErrorSavingArchiveAs, {}) + *path);
+    if (!written) TellCritical(LoadMessage(MessageId::kErrorSavingArchiveAs, {}) + *path);
     TheUser().LevelListChanged();
     return written;
 }
 
 bool SaveArchive() {
     if (WriteArchive(profile.LastArchive)) return true;
-    ShowMessage(MessageStyle::Critical,
-                LoadMessage(MessageId::kErrorSavingArchiveMenu, {}) + profile.LastArchive);
+    TellCritical(LoadMessage(MessageId::kErrorSavingArchiveMenu, {}) + profile.LastArchive);
     return false;
-}
-
-std::string DefaultArchivePath() {
-    std::string path;
-    for (int n = 1; n <= kLastTwin; ++n) {
-        path = AppFolder() + LoadMessage(MessageId::kDefaultArchiveName, {}) + Twin(n) +
-               LoadMessage(MessageId::kArchiveExtension, {});
-        if (!FileExists(path) && !FolderExists(path)) break;
-    }
-    return path;
 }
 
 std::string ArchiveTitle() {

@@ -13,6 +13,7 @@ namespace kelvash::core {
 
 namespace {
 
+// The twins of a name are numbered "", "2", "3", ... up to this.
 constexpr int kLastTwin = 100;
 
 std::string Twin(int n) {
@@ -63,6 +64,16 @@ std::string FreeSubFolder(const std::string& folder) {
 
 } // namespace
 
+std::string DefaultArchivePath() {
+    std::string path;
+    for (int n = 1; n <= kLastTwin; ++n) {
+        path = AppFolder() + LoadMessage(MessageId::kDefaultArchiveName, {}) + Twin(n) +
+               LoadMessage(MessageId::kArchiveExtension, {});
+        if (!IsTaken(path)) break;
+    }
+    return path;
+}
+
 std::string SelectNewArchiveFolder() {
     std::int64_t free_bytes = 0;
     const std::string start = DefaultLevelFolder(BestFixedDrive(free_bytes));
@@ -88,7 +99,7 @@ bool NewArchive() {
     archive.Header.MainFolder = folder;
     archive.Header.SecondaryFolder = folder;
     if (!CreateFolder(folder)) {
-        ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kCannotWriteArchiveFolder, {}) + folder);
+        TellCritical(LoadMessage(MessageId::kCannotWriteArchiveFolder, {}) + folder);
         return false;
     }
     profile.LastArchive = DefaultArchivePath();

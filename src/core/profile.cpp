@@ -6,6 +6,7 @@
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
+#include "foundation/text.h"
 
 namespace kelvash::core {
 
@@ -21,6 +22,10 @@ std::string EncodeProfile(const ProfileRecord& record) {
     std::string bytes(kProfileSize, '\0');
     EncodeRecord(kProfileFields, record, std::span<char>(bytes));
     return bytes;
+}
+
+std::string TrleFolder() {
+    return std::string(Trim(profile.TrleFolder));
 }
 
 std::string ProfilePath() {

@@ -83,6 +83,9 @@ inline constexpr std::size_t kUpgradeOffset = 1296;
 bool DecodeProfile(std::string_view bytes, ProfileRecord& record);
 std::string EncodeProfile(const ProfileRecord& record);
 
+// The TRLE folder, trimmed.
+std::string TrleFolder();
+
 std::string ProfilePath();
 enum class ProfileState { FirstRun, Current, Upgraded };
 // Fills the profile with the defaults, then from the file if there is one. A file that can't be read leaves

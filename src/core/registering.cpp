@@ -38,8 +38,7 @@ bool CreateProgramShortcut() {
 
 void RegisterAppPaths() {
     RegisterAppPath(MessageId::kAppPathsProgram, ProgramPath());
-    const std::string editor =
-        std::string(Trim(profile.TrleFolder)) + LoadMessage(MessageId::kRoomEditorProgram, {});
+    const std::string editor = TrleFolder() + LoadMessage(MessageId::kRoomEditorProgram, {});
     if (FileExists(editor)) RegisterAppPath(MessageId::kAppPathsRoomEditor, editor);
 }
 

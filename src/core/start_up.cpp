@@ -25,10 +25,6 @@ namespace {
 
 constexpr int kMostTimerTenths = 10;
 
-void TellCritical(MessageId id, const std::string& behind = {}) {
-    ShowMessage(MessageStyle::Critical, LoadMessage(id, {}) + behind);
-}
-
 // Brings a file of the application's folder to where it is wanted, if it is there and not yet in place.
 void ProvideFile(const std::string& source, const std::string& target) {
     if (FileExists(source) && !FileExists(target)) CopyFile(source, target);
@@ -69,10 +65,11 @@ bool OpenLastArchive() {
     const std::string path(Trim(profile.LastArchive));
     if (path.empty()) return true;
     if (!FileExists(path)) {
-        TellCritical(MessageId::kLastArchiveNotFound, path);
+        TellCritical(LoadMessage(MessageId::kLastArchiveNotFound, {}) + path);
     } else {
         if (LoadArchive(path)) return true;
-        if (!archive.ArchiveLoadRefused) TellCritical(MessageId::kErrorLoadingLastArchive, path);
+        if (!archive.ArchiveLoadRefused)
+            TellCritical(LoadMessage(MessageId::kErrorLoadingLastArchive, {}) + path);
     }
     // An Archive whose folders the user couldn't give is tried again at the next start.
     if (!archive.ArchiveLoadRefused) profile.LastArchive.clear();
@@ -97,7 +94,7 @@ bool SecureOriginal() {
         return false;
     }
     if (!CreateLevelZero()) {
-        TellCritical(MessageId::kErrorCreatingLevelZero);
+        TellCritical(LoadMessage(MessageId::kErrorCreatingLevelZero, {}));
         return false;
     }
     return true;
@@ -160,7 +157,7 @@ void StartUp(std::string_view command_line) {
     archive = ArchiveState();
     if (!wanted.TrleSource.empty()) {
         // TRLE can't be installed from a folder; who asks for it is told as for a failed set-up.
-        TellCritical(MessageId::kTrleSetupFailed);
+        TellCritical(LoadMessage(MessageId::kTrleSetupFailed, {}));
         archive.ArchiveLoadRefused = true;
         return;
     }
@@ -185,7 +182,7 @@ bool CreateLevelZero() {
     const std::string folder = LevelFolder(0, false);
     if (FolderExists(folder)) return true;
     if (!CreateLevelFolders(folder)) return false;
-    const std::string trle(Trim(profile.TrleFolder));
+    const std::string trle = TrleFolder();
     CopyFile(trle + LoadMessage(MessageId::kLevelZeroLoadBmp, {}),
              folder + LoadMessage(MessageId::kLevelZeroScreenshot, {}));
     CopyFiles(BackupFolder(), StashFolder(folder), Existing::Replace,

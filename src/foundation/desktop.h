@@ -84,8 +84,8 @@ std::vector<DesktopWindow> ListThreadWindows(std::int64_t process_id);
 // The first window whose caption is the text or, with Start, begins with it; handle 0 if there is none.
 DesktopWindow FindWindowByCaption(std::string_view caption, Caption how);
 
-// 1 for the old Windows family, 4 for the newer one, 5 or 6 by the major version; 0 where it can't be told. On
-// other platforms the version that Wine shows programs counts: 6.
+// 1 for the old Windows family, 4 for the newer one, 5 or 6 by the major version; 0 where it can't be told.
+// On other platforms the version that Wine shows programs counts: 6.
 int WindowsVersion();
 
 } // namespace kelvash

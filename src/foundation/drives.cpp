@@ -78,12 +78,14 @@ std::optional<fs::path> Below(const fs::path& path, const fs::path& root) {
     const auto [in_root, in_path] = std::mismatch(root.begin(), root.end(), path.begin(), path.end());
     if (in_root != root.end()) return std::nullopt;
     fs::path rest;
-    for (auto at = in_path; at != path.end(); ++at) rest /= *at;
+    for (auto at = in_path; at != path.end(); ++at)
+        rest /= *at;
     return rest;
 }
 
 fs::path WithoutEndSlash(const fs::path& path) {
-    return !path.has_filename() && path.has_parent_path() && path != path.root_path() ? path.parent_path() : path;
+    return !path.has_filename() && path.has_parent_path() && path != path.root_path() ? path.parent_path()
+                                                                                      : path;
 }
 
 fs::path AbsoluteClean(const fs::path& path) {
@@ -107,13 +109,18 @@ bool SetAppFolder(const fs::path& home) {
     table.home = WithoutEndSlash(fs::canonical(home, error));
     table.all = platform::SystemDrives(table.home);
     ReadDrivesFile(table.home / "drives.txt", table.all);
-    for (const platform::MappedDrive& drive : table.by_hand) Map(table.all, drive);
+    for (const platform::MappedDrive& drive : table.by_hand)
+        Map(table.all, drive);
     return true;
 }
 
-std::string AppFolder() { return DosPath(Drives().home); }
+std::string AppFolder() {
+    return DosPath(Drives().home);
+}
 
-std::string ProgramPath() { return DosPath(platform::ExecutablePath()); }
+std::string ProgramPath() {
+    return DosPath(platform::ExecutablePath());
+}
 
 fs::path DefaultAppFolder() {
     if (const fs::path home = platform::EnvironmentPath("KELVASH_HOME"); !home.empty()) return home;
@@ -133,7 +140,9 @@ bool SetDrive(char letter, const fs::path& folder, DriveType type) {
     return true;
 }
 
-void ResetDrives() { Drives() = {}; }
+void ResetDrives() {
+    Drives() = {};
+}
 
 fs::path NativePath(std::string_view path) {
     const platform::MappedDrive* drive =
@@ -148,7 +157,8 @@ std::string DosPath(const fs::path& native) {
     for (const platform::MappedDrive& drive : Drives().all) {
         const std::optional<fs::path> rest = Below(path, drive.root);
         if (!rest) continue;
-        const std::string text = std::string{drive.letter, ':'} + (rest->empty() ? "" : "\\" + BackSlashed(*rest));
+        const std::string text =
+            std::string{drive.letter, ':'} + (rest->empty() ? "" : "\\" + BackSlashed(*rest));
         if (shortest.empty() || text.size() < shortest.size()) shortest = text;
     }
     return shortest;
@@ -158,7 +168,8 @@ std::string PathFromUser(std::string_view typed) {
     if (typed.size() >= 2 && typed[1] == ':' && LetterOf(typed) != 0) {
         std::string path(typed);
         std::replace(path.begin(), path.end(), '/', '\\');
-        while (path.size() > 2 && path.back() == '\\') path.pop_back();
+        while (path.size() > 2 && path.back() == '\\')
+            path.pop_back();
         return path;
     }
     // Through the folder's links, so that two spellings of one place give one text.
@@ -179,9 +190,13 @@ bool DriveInfo(std::string_view letter, DriveRecord& record) {
     return true;
 }
 
-std::vector<std::string> CdDrives() { return LettersOfType(DriveType::CdRom); }
+std::vector<std::string> CdDrives() {
+    return LettersOfType(DriveType::CdRom);
+}
 
-std::vector<std::string> FixedDrives() { return LettersOfType(DriveType::Fixed); }
+std::vector<std::string> FixedDrives() {
+    return LettersOfType(DriveType::Fixed);
+}
 
 std::string BestFixedDrive(std::int64_t& free_bytes) {
     std::string best;

@@ -1,8 +1,9 @@
 // Drives, the system's folders, and the border between path texts and the platform's paths.
 //
-// On Windows a path text is the platform's path. Elsewhere the drives are those of the Wine prefix ($WINEPREFIX or
-// ~/.wine, its dosdevices); without a prefix C: is the folder drive_c of the application's folder and Z: the whole
-// file system. Any drive can be set by hand: SetDrive, or lines "L=folder[,cdrom]" in drives.txt of the
+// On Windows a path text is the platform's path. Elsewhere the drives are those of the Wine prefix
+// ($WINEPREFIX or
+// ~/.wine, its dosdevices); without a prefix C: is the folder drive_c of the application's folder and Z: the
+// whole file system. Any drive can be set by hand: SetDrive, or lines "L=folder[,cdrom]" in drives.txt of the
 // application's folder.
 #pragma once
 
@@ -28,15 +29,15 @@ struct DriveRecord {
     std::int64_t total_bytes = 0;
 };
 
-// Sets the application's folder and finds the drives: the platform's own, then drives.txt, then what SetDrive was
-// told before. `home` is a native path; it is made if it is missing. False if that fails.
+// Sets the application's folder and finds the drives: the platform's own, then drives.txt, then what SetDrive
+// was told before. `home` is a native path; it is made if it is missing. False if that fails.
 [[nodiscard]] bool SetAppFolder(const std::filesystem::path& home);
 // The application's folder as a path text.
 std::string AppFolder();
 // The program's own executable as a path text.
 std::string ProgramPath();
-// The platform's rule for the application's folder when no option names one: KELVASH_HOME, the program's own folder
-// where it holds a Kelvash.prf or the platform is Windows, else the user's data folder.
+// The platform's rule for the application's folder when no option names one: KELVASH_HOME, the program's own
+// folder where it holds a Kelvash.prf or the platform is Windows, else the user's data folder.
 std::filesystem::path DefaultAppFolder();
 
 // Puts a drive letter on a native folder. False for a letter outside A to Z or a folder that is missing.
@@ -44,19 +45,20 @@ std::filesystem::path DefaultAppFolder();
 // Forgets the application's folder and all drives.
 void ResetDrives();
 
-// The platform's path of a path text: the one way to it. Names are found without regard to case where the disk has
-// regard to it: the exact name first. Components that don't exist stay as they are spelt. An unknown drive or a
-// text without a drive gives a path that doesn't exist.
+// The platform's path of a path text: the one way to it. Names are found without regard to case where the
+// disk has regard to it: the exact name first. Components that don't exist stay as they are spelt. An unknown
+// drive or a text without a drive gives a path that doesn't exist.
 std::filesystem::path NativePath(std::string_view path);
-// The shortest path text of any drive that reaches a native path. Relative paths count from the working folder.
+// The shortest path text of any drive that reaches a native path. Relative paths count from the working
+// folder.
 std::string DosPath(const std::filesystem::path& native);
 // A path text made of what a person typed: a DOS path as it is, anything else taken as a native path.
 std::string PathFromUser(std::string_view typed);
 
 // Fills the record; false and an empty record for a missing drive. `letter` may be followed by more text.
 bool DriveInfo(std::string_view letter, DriveRecord& record);
-// "X:" texts of the CD drives from C to Z, and of the fixed drives. A letter that stands for the whole file system
-// of a Unix counts as a network drive: nothing is to be put into its root.
+// "X:" texts of the CD drives from C to Z, and of the fixed drives. A letter that stands for the whole file
+// system of a Unix counts as a network drive: nothing is to be put into its root.
 std::vector<std::string> CdDrives();
 std::vector<std::string> FixedDrives();
 // The fixed drive with the most free space, as "X:", and that space; empty if there is none.

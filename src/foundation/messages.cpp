@@ -62,6 +62,8 @@ bool LoadMessageTable(std::string_view path) {
     return true;
 }
 
-void ResetMessages() { Texts() = BuiltInTexts(); }
+void ResetMessages() {
+    Texts() = BuiltInTexts();
+}
 
 } // namespace kelvash

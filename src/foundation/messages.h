@@ -1,7 +1,8 @@
 // The numbered message table: every text that the program shows and the file-name fragments it composes.
 //
-// One id stands for one use in one place; equal texts are not shared, so that a translation may tell them apart. The
-// texts stand in message_table.inc. A table file with the same ids can take their place (LoadMessageTable).
+// One id stands for one use in one place; equal texts are not shared, so that a translation may tell them
+// apart. The texts stand in message_table.inc. A table file with the same ids can take their place
+// (LoadMessageTable).
 #pragma once
 
 #include <cstdint>
@@ -27,9 +28,9 @@ std::string LoadMessage(MessageId id, const MessageArgs& args);
 // The usual content of a mark.
 inline constexpr const char* kLineBreak = "\r\n";
 
-// Takes the texts of a translated table: UTF-8 lines of an id, a tab and the text; lines that begin with "#" and
-// empty lines are skipped. Ids that the file lacks keep their text. False, with nothing changed, if the file
-// can't be read or a line is none of these.
+// Takes the texts of a translated table: UTF-8 lines of an id, a tab and the text; lines that begin with "#"
+// and empty lines are skipped. Ids that the file lacks keep their text. False, with nothing changed, if the
+// file can't be read or a line is none of these.
 [[nodiscard]] bool LoadMessageTable(std::string_view path);
 // Back to the built-in texts.
 void ResetMessages();

@@ -10,8 +10,12 @@ namespace {
 
 constexpr auto kNone = std::string_view::npos;
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+bool IsLineEnd(char c) {
+    return c == '\r' || c == '\n';
+}
 
 // `name` and `mask` are folded. Back-tracks only to the last star, so the time stays within name times mask.
 bool MatchFolded(std::string_view name, std::string_view mask) {
@@ -25,7 +29,8 @@ bool MatchFolded(std::string_view name, std::string_view mask) {
             ++n;
             // One "?" stands for one character, not for one byte of it.
             if (mask[m - 1] == '?')
-                while (n < name.size() && (static_cast<unsigned char>(name[n]) & 0xC0) == 0x80) ++n;
+                while (n < name.size() && (static_cast<unsigned char>(name[n]) & 0xC0) == 0x80)
+                    ++n;
         } else if (star != kNone) {
             m = star + 1;
             n = ++retry;
@@ -53,9 +58,13 @@ std::string ExtensionOf(std::string_view path) {
     return std::string(dot == kNone ? std::string_view() : path.substr(dot));
 }
 
-std::string BaseNameOf(std::string_view path) { return StripExtension(FileNameOf(path)); }
+std::string BaseNameOf(std::string_view path) {
+    return StripExtension(FileNameOf(path));
+}
 
-std::string StripExtension(std::string_view name) { return std::string(name.substr(0, name.rfind('.'))); }
+std::string StripExtension(std::string_view name) {
+    return std::string(name.substr(0, name.rfind('.')));
+}
 
 std::string ReplaceExtension(std::string_view path, std::string_view extension) {
     return StripExtension(path).append(extension);
@@ -74,22 +83,27 @@ std::string UrlHost(std::string_view url) {
 std::string SafeFileName(std::string_view name) {
     std::string safe(name);
     std::replace_if(
-        safe.begin(), safe.end(), [](char c) { return std::string_view("/\\<>:?|\"").find(c) != kNone; }, ' ');
+        safe.begin(), safe.end(), [](char c) { return std::string_view("/\\<>:?|\"").find(c) != kNone; },
+        ' ');
     return safe;
 }
 
 std::string NextNumberIn(std::string_view text, std::size_t& position) {
-    while (position < text.size() && !IsDigit(text[position])) ++position;
+    while (position < text.size() && !IsDigit(text[position]))
+        ++position;
     const std::size_t start = std::min(position, text.size());
-    while (position < text.size() && IsDigit(text[position])) ++position;
+    while (position < text.size() && IsDigit(text[position]))
+        ++position;
     return std::string(text.substr(start, position - start));
 }
 
 std::string NextLineIn(std::string_view text, std::size_t& position) {
     const std::size_t start = std::min(position, text.size());
-    while (position < text.size() && !IsLineEnd(text[position])) ++position;
+    while (position < text.size() && !IsLineEnd(text[position]))
+        ++position;
     const std::size_t end = std::min(position, text.size());
-    while (position < text.size() && IsLineEnd(text[position])) ++position;
+    while (position < text.size() && IsLineEnd(text[position]))
+        ++position;
     return std::string(text.substr(start, end - start));
 }
 

@@ -13,8 +13,8 @@ namespace kelvash {
 std::string FileNameOf(std::string_view path);
 // The part before the last "\"; empty if there is none.
 std::string FolderOf(std::string_view path);
-// From the last "." of the whole path to its end, with the dot; empty if there is none. A dot in a folder's name
-// counts when the file has none.
+// From the last "." of the whole path to its end, with the dot; empty if there is none. A dot in a folder's
+// name counts when the file has none.
 std::string ExtensionOf(std::string_view path);
 // The file name without its extension.
 std::string BaseNameOf(std::string_view path);
@@ -31,16 +31,16 @@ std::string SafeFileName(std::string_view name);
 
 // The next run of digits at or behind `position`, which moves behind it; empty at the end of the text.
 std::string NextNumberIn(std::string_view text, std::size_t& position);
-// The text up to the next CR or LF; `position` moves behind all line end characters there, so that empty lines
-// are skipped.
+// The text up to the next CR or LF; `position` moves behind all line end characters there, so that empty
+// lines are skipped.
 std::string NextLineIn(std::string_view text, std::size_t& position);
 
-// True for a Windows mask that matches the name: "*" any run, "?" one character, "*.*" everything, and a ".*" at
-// the end also nothing. Case doesn't matter.
+// True for a Windows mask that matches the name: "*" any run, "?" one character, "*.*" everything, and a ".*"
+// at the end also nothing. Case doesn't matter.
 bool MatchesMask(std::string_view name, std::string_view mask);
 
-// True if a path relative to a folder, with a leading "\", names something inside that folder: no "..", no drive,
-// no "/" and no empty or NUL-holding component.
+// True if a path relative to a folder, with a leading "\", names something inside that folder: no "..", no
+// drive, no "/" and no empty or NUL-holding component.
 bool StaysInside(std::string_view relative);
 
 } // namespace kelvash

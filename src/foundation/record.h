@@ -1,8 +1,8 @@
-// Fixed-layout binary records: one table per record says offset, width, type and default of each field, and codec,
-// defaults and the field-by-name access all read it.
+// Fixed-layout binary records: one table per record says offset, width, type and default of each field, and
+// codec, defaults and the field-by-name access all read it.
 //
-// Encodings: texts are Windows-1252, blank padded, cut at the width; booleans are 16 bits, -1 and 0; integers are
-// little-endian and signed; doubles IEEE 754 in 64 bits.
+// Encodings: texts are Windows-1252, blank padded, cut at the width; booleans are 16 bits, -1 and 0; integers
+// are little-endian and signed; doubles IEEE 754 in 64 bits.
 #pragma once
 
 #include <array>
@@ -16,11 +16,11 @@ namespace kelvash {
 
 // A field's place in the C++ record. The alternative says how it is encoded.
 template <class Record>
-using FieldMember = std::variant<std::string Record::*,   // text of the field's width
-                                 bool Record::*,          // 16-bit boolean
-                                 std::int16_t Record::*,  // 16 bits
-                                 std::int32_t Record::*,  // 32 bits
-                                 double Record::*>;       // 64 bits
+using FieldMember = std::variant<std::string Record::*,  // text of the field's width
+                                 bool Record::*,         // 16-bit boolean
+                                 std::int16_t Record::*, // 16 bits
+                                 std::int32_t Record::*, // 32 bits
+                                 double Record::*>;      // 64 bits
 
 template <class Record>
 struct Field {
@@ -71,19 +71,20 @@ struct Encoder {
 };
 } // namespace record_detail
 
-// Fills the record from its bytes. Fields that lie wholly or partly behind the end of `bytes` keep what they were.
+// Fills the record from its bytes. Fields that lie wholly or partly behind the end of `bytes` keep what they
+// were.
 template <class Record, std::size_t Count>
 void DecodeRecord(const std::array<Field<Record>, Count>& table, std::string_view bytes, Record& record) {
     for (const Field<Record>& field : table)
         if (field.offset + field.width <= bytes.size())
-            std::visit(
-                record_detail::Decoder<Record>{bytes.substr(field.offset, field.width), record},
-                field.member);
+            std::visit(record_detail::Decoder<Record>{bytes.substr(field.offset, field.width), record},
+                       field.member);
 }
 
 // Writes every field of the record into its bytes; `bytes` must be as long as the record.
 template <class Record, std::size_t Count>
-void EncodeRecord(const std::array<Field<Record>, Count>& table, const Record& record, std::span<char> bytes) {
+void EncodeRecord(const std::array<Field<Record>, Count>& table, const Record& record,
+                  std::span<char> bytes) {
     for (const Field<Record>& field : table)
         std::visit(record_detail::Encoder<Record>{bytes.subspan(field.offset, field.width), record},
                    field.member);

@@ -21,7 +21,9 @@ bool IsAscii(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-char AsciiUpper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+char AsciiUpper(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
 
 void AppendUtf8(std::string& out, char32_t code) {
     if (code < 0x80) {
@@ -39,7 +41,11 @@ void AppendUtf8(std::string& out, char32_t code) {
 // Length of the UTF-8 sequence at the start of `text` and its code; length 1 and code 0xFFFD for a bad byte.
 std::pair<std::size_t, char32_t> FirstCharacter(std::string_view text) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const std::size_t length = byte(0) < 0x80 ? 1 : byte(0) < 0xC2 ? 0 : byte(0) < 0xE0 ? 2 : byte(0) < 0xF0 ? 3 : 4;
+    const std::size_t length = byte(0) < 0x80   ? 1
+                               : byte(0) < 0xC2 ? 0
+                               : byte(0) < 0xE0 ? 2
+                               : byte(0) < 0xF0 ? 3
+                                                : 4;
     if (length == 1) return {1, byte(0)};
     if (length == 0 || length > text.size()) return {1, 0xFFFD};
     char32_t code = byte(0) & (0xFFU >> (length + 1));
@@ -48,7 +54,8 @@ std::pair<std::size_t, char32_t> FirstCharacter(std::string_view text) {
         code = (code << 6) | (byte(i) & 0x3F);
     }
     constexpr char32_t kFirstOfLength[] = {0, 0, 0x80, 0x800, 0x10000};
-    if (code < kFirstOfLength[length] || code > 0x10FFFF) return {1, 0xFFFD}; // no second spelling of a character
+    if (code < kFirstOfLength[length] || code > 0x10FFFF)
+        return {1, 0xFFFD}; // no second spelling of a character
     return {length, code};
 }
 
@@ -85,7 +92,9 @@ int CompareNoCase(std::string_view a, std::string_view b) {
     return FoldCase(a).compare(FoldCase(b));
 }
 
-bool EqualNoCase(std::string_view a, std::string_view b) { return CompareNoCase(a, b) == 0; }
+bool EqualNoCase(std::string_view a, std::string_view b) {
+    return CompareNoCase(a, b) == 0;
+}
 
 bool StartsWithNoCase(std::string_view text, std::string_view start) {
     return text.size() >= start.size() && EqualNoCase(text.substr(0, start.size()), start);
@@ -97,9 +106,8 @@ bool EndsWithNoCase(std::string_view text, std::string_view end) {
 
 std::size_t FindNoCase(std::string_view text, std::string_view what, std::size_t from) {
     if (from > text.size()) return std::string_view::npos;
-    const auto found =
-        std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), what.begin(), what.end(),
-                    [](char a, char b) { return AsciiUpper(a) == AsciiUpper(b); });
+    const auto found = std::search(text.begin() + static_cast<std::ptrdiff_t>(from), text.end(), what.begin(),
+                                   what.end(), [](char a, char b) { return AsciiUpper(a) == AsciiUpper(b); });
     if (found == text.end() && !what.empty()) return std::string_view::npos;
     return static_cast<std::size_t>(found - text.begin());
 }

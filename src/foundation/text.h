@@ -23,7 +23,8 @@ int CompareNoCase(std::string_view a, std::string_view b);
 bool EqualNoCase(std::string_view a, std::string_view b);
 bool StartsWithNoCase(std::string_view text, std::string_view start);
 bool EndsWithNoCase(std::string_view text, std::string_view end);
-// Position of the first `what` at or behind `from`; npos if there is none. ASCII letters fold, others compare exactly.
+// Position of the first `what` at or behind `from`; npos if there is none. ASCII letters fold, others compare
+// exactly.
 std::size_t FindNoCase(std::string_view text, std::string_view what, std::size_t from = 0);
 
 // The pieces between separators. An empty text gives an empty list; "a|" gives "a" and "".
@@ -40,9 +41,9 @@ std::int32_t LeadingNumber(std::string_view text);
 // The number that the whole text is; nothing for any other text or one outside 32 bits.
 std::optional<std::int32_t> WholeNumber(std::string_view text);
 
-// Between the ANSI code page of every file (Windows-1252) and UTF-8. The five codes without a character map to
-// the controls of the same number, so bytes survive a round trip; a character with no place becomes "?", bytes
-// that are no UTF-8 stay as they are.
+// Between the ANSI code page of every file (Windows-1252) and UTF-8. The five codes without a character map
+// to the controls of the same number, so bytes survive a round trip; a character with no place becomes "?",
+// bytes that are no UTF-8 stay as they are.
 std::string Utf8FromAnsi(std::string_view bytes);
 std::string AnsiFromUtf8(std::string_view text);
 

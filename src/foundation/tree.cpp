@@ -29,7 +29,7 @@ bool MakeFolders(const std::string& base, const std::string& relative, std::stri
 }
 
 void TellFolderFailure(const std::string& folder) {
-    ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kCannotCreateFolder, {folder}));
+    TellCritical(LoadMessage(MessageId::kCannotCreateFolder, {folder}));
 }
 
 bool IsLeftOut(const std::string& path, FilesFolders skip) {
@@ -46,7 +46,8 @@ bool CopyTreeWith(std::string_view source, std::string_view destination, Bar* ba
     }
     const Tree tree = ScanTree(source);
     std::int64_t total = 0;
-    for (const std::string& file : tree.files) total += FileSize(file);
+    for (const std::string& file : tree.files)
+        total += FileSize(file);
     std::int64_t done = 0;
     for (const std::string& file : tree.files) {
         done += FileSize(file);
@@ -60,7 +61,7 @@ bool CopyTreeWith(std::string_view source, std::string_view destination, Bar* ba
         const std::string target = target_root + relative;
         if (existing == Existing::Ask && FileExists(target) && !AskReplaceFile(file, target)) continue;
         if (!CopyFile(file, target)) {
-            ShowMessage(MessageStyle::Critical, LoadMessage(failure, {file}) + target + "'");
+            TellCritical(LoadMessage(failure, {file}) + target + "'");
             return false;
         }
         if (bar != nullptr) ProgressPercent(*bar, static_cast<double>(done), static_cast<double>(total));
@@ -76,8 +77,8 @@ std::string FileDateText(std::string_view path) {
 
 // The lines of AskReplaceFile that describe one file.
 std::string Described(std::string_view path, MessageId size_label, MessageId date_label) {
-    return std::string(path) + kLineBreak + LoadMessage(size_label, {}) + FormatSize(FileSize(path)) + kLineBreak +
-           LoadMessage(date_label, {}) + FileDateText(path) + kLineBreak;
+    return std::string(path) + kLineBreak + LoadMessage(size_label, {}) + FormatSize(FileSize(path)) +
+           kLineBreak + LoadMessage(date_label, {}) + FileDateText(path) + kLineBreak;
 }
 
 // Tenths of a unit as digits with one decimal.
@@ -90,7 +91,8 @@ std::string OneDecimal(std::int64_t bytes, std::int64_t unit) {
 
 bool CopyTree(std::string_view source, std::string_view destination, bool show, Existing existing,
               FilesFolders skip) {
-    if (!show) return CopyTreeWith(source, destination, nullptr, existing, skip, MessageId::kErrorCopyingFileTo);
+    if (!show)
+        return CopyTreeWith(source, destination, nullptr, existing, skip, MessageId::kErrorCopyingFileTo);
     ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kCopyTreeCaption, {}));
     return CopyTreeWith(source, destination, &progress.bar, existing, skip, MessageId::kErrorCopyingFileTo);
 }
@@ -110,9 +112,10 @@ bool RemoveFolderTree(std::string_view root, Bar& bar) {
         ProgressPercent(bar, ++done, static_cast<double>(tree.files.size()));
     }
     tree.folders.insert(tree.folders.begin(), std::string(root));
-    std::stable_sort(tree.folders.begin(), tree.folders.end(), [](const std::string& a, const std::string& b) {
-        return std::count(a.begin(), a.end(), '\\') > std::count(b.begin(), b.end(), '\\');
-    });
+    std::stable_sort(tree.folders.begin(), tree.folders.end(),
+                     [](const std::string& a, const std::string& b) {
+                         return std::count(a.begin(), a.end(), '\\') > std::count(b.begin(), b.end(), '\\');
+                     });
     for (const std::string& folder : tree.folders) {
         std::error_code error;
         removed = fs::remove(NativePath(folder), error) && removed;

@@ -46,9 +46,17 @@ User& TheUser() {
     return CurrentUser() != nullptr ? *CurrentUser() : absent;
 }
 
-User* SetUser(User* user) { return std::exchange(CurrentUser(), user); }
+User* SetUser(User* user) {
+    return std::exchange(CurrentUser(), user);
+}
 
-void ShowMessage(MessageStyle style, const std::string& text) { TheUser().Message(style, text); }
+void ShowMessage(MessageStyle style, const std::string& text) {
+    TheUser().Message(style, text);
+}
+
+void TellCritical(const std::string& text) {
+    ShowMessage(MessageStyle::Critical, text);
+}
 
 bool AskYesNo(MessageStyle style, const std::string& text) {
     return TheUser().Ask(Buttons::YesNo, style, text) == Answer::Yes;
@@ -68,6 +76,8 @@ ProgressDialog::ProgressDialog(BarPlace dialog, const std::string& caption) : ba
     TheUser().OpenProgress(dialog, caption);
 }
 
-ProgressDialog::~ProgressDialog() { TheUser().CloseProgress(bar.place); }
+ProgressDialog::~ProgressDialog() {
+    TheUser().CloseProgress(bar.place);
+}
 
 } // namespace kelvash

@@ -87,6 +87,7 @@ User* SetUser(User* user);
 
 // Shorthands for the commonest calls.
 void ShowMessage(MessageStyle style, const std::string& text);
+void TellCritical(const std::string& text);
 bool AskYesNo(MessageStyle style, const std::string& text);
 
 // Sets a bar to the whole percentage of done in total. A total of 0 counts as 1, done above total as total.

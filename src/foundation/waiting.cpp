@@ -13,9 +13,13 @@ void WaitSeconds(double seconds, Wait how) {
         platform::Spin(seconds);
 }
 
-void WaitTenths(int tenths, Wait how) { WaitSeconds(tenths / 10.0, how); }
+void WaitTenths(int tenths, Wait how) {
+    WaitSeconds(tenths / 10.0, how);
+}
 
-void WaitMillis(int milliseconds, Wait how) { WaitSeconds(milliseconds / 1000.0, how); }
+void WaitMillis(int milliseconds, Wait how) {
+    WaitSeconds(milliseconds / 1000.0, how);
+}
 
 int RandomBelow(int n) {
     static std::mt19937 generator{std::random_device{}()};

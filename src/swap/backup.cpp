@@ -17,15 +17,6 @@ using core::BackupFolder;
 
 enum class Kind { Full, Compact };
 
-std::string TrleFolder() {
-    return std::string(Trim(core::profile.TrleFolder));
-}
-
-bool TellCritical(const std::string& text) {
-    ShowMessage(MessageStyle::Critical, text);
-    return false;
-}
-
 Kind AskKind() {
     return AskYesNo(MessageStyle::Question,
                     LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak}))
@@ -54,9 +45,10 @@ bool CopyFull(const std::string& trle) {
 bool CopyCompact(const std::string& trle) {
     const std::string backup = BackupFolder();
     // The message names the Archive's folder, not the backup's. That is meant.
-    if (!CreateFolder(backup))
-        return TellCritical(LoadMessage(MessageId::kCannotWriteFolder, {}) +
-                            core::archive.Header.SecondaryFolder);
+    if (!CreateFolder(backup)) {
+        TellCritical(LoadMessage(MessageId::kCannotWriteFolder, {}) + core::archive.Header.SecondaryFolder);
+        return false;
+    }
     ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kCompactCaption, {}));
     progress.Label(LoadMessage(MessageId::kCompactFolders, {}));
     for (const std::string& folder : Split(LoadMessage(MessageId::kCompactFolderNames, {}), '|'))
@@ -81,7 +73,8 @@ bool CopyCompact(const std::string& trle) {
 std::optional<bool> AskRemoval() {
     if (!core::profile.FullBackup)
         return AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kRemoveOldBackup, {}));
-    if (AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kAlreadyFull, {kLineBreak, TrleFolder()})))
+    if (AskYesNo(MessageStyle::Question,
+                 LoadMessage(MessageId::kAlreadyFull, {kLineBreak, core::TrleFolder()})))
         return true;
     return std::nullopt;
 }
@@ -96,7 +89,7 @@ bool BackupIsValid() {
 }
 
 std::string AskOriginalConfiguration() {
-    const std::string trle = TrleFolder();
+    const std::string trle = core::TrleFolder();
     if (AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kOriginalNeeded, {}) + kLineBreak +
                                              LoadMessage(MessageId::kOriginalQuestion, {trle}) + kLineBreak +
                                              LoadMessage(MessageId::kOriginalNote, {})))

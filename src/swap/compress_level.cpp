@@ -32,8 +32,8 @@ bool ReplaceFiles(const std::string& source, const std::string& files, MessageId
 // No encoder is built in: waves can only go in as they are, if the user wants that.
 bool EncodeWaves(const std::string& source) {
     if (!AnyFile(source, LoadMessage(MessageId::kSourceWavMask, {}))) return true;
-    ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kAudioCompressionFailed, {}) +
-                                            LoadMessage(MessageId::kNoMp3Encoder, {}));
+    TellCritical(LoadMessage(MessageId::kAudioCompressionFailed, {}) +
+                 LoadMessage(MessageId::kNoMp3Encoder, {}));
     return AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kContinueFileCopy, {}));
 }
 

@@ -18,7 +18,7 @@ std::string PlainName(const std::string& zl_path) {
 }
 
 void TellDecompressFailure(MessageId id, const std::string& name) {
-    ShowMessage(MessageStyle::Critical, LoadMessage(id, {}) + name);
+    TellCritical(LoadMessage(id, {}) + name);
 }
 
 // Empties a temporary folder of the application's folder, or makes it.
@@ -70,8 +70,8 @@ bool DecompressLevelFiles(const std::string& folder, std::string& temp, bool dec
     const std::string current = temp.empty() ? folder : temp;
     if (decode_mp3 && AnyFile(current, LoadMessage(MessageId::kMp3Mask, {}))) {
         // No decoder is built in: the level stays as it is.
-        ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kConversionFailed, {}) +
-                                                LoadMessage(MessageId::kNoMp3Decoder, {}));
+        TellCritical(LoadMessage(MessageId::kConversionFailed, {}) +
+                     LoadMessage(MessageId::kNoMp3Decoder, {}));
         if (!temp.empty()) RemoveFolder(temp);
         return false;
     }

@@ -23,14 +23,6 @@ namespace kelvash::swap {
 
 namespace {
 
-std::string TrleFolder() {
-    return std::string(Trim(core::profile.TrleFolder));
-}
-
-void TellCritical(MessageId id, const std::string& behind = {}) {
-    ShowMessage(MessageStyle::Critical, LoadMessage(id, {}) + behind);
-}
-
 void AddMatches(const std::string& files, MessageId mask, const std::string& target_folder,
                 std::vector<WorkItem>& items) {
     for (const std::string& file : ListFiles(files, LoadMessage(mask, {}))) {
@@ -69,11 +61,11 @@ struct LevelFiles {
 bool PrepareFiles(std::int32_t code, LevelFiles& files) {
     files.folder = core::FilesFolder(core::LevelFolder(code, true));
     if (core::archive.CdMissing) {
-        TellCritical(MessageId::kCdNotAvailable);
+        TellCritical(LoadMessage(MessageId::kCdNotAvailable, {}));
         return false;
     }
     if (!DecompressLevelFiles(files.folder, files.temp, true)) {
-        TellCritical(MessageId::kErrorDecompressing);
+        TellCritical(LoadMessage(MessageId::kErrorDecompressing, {}));
         DeleteFile(MarkerPath());
         return false;
     }
@@ -82,7 +74,7 @@ bool PrepareFiles(std::int32_t code, LevelFiles& files) {
     DeleteFile(MarkerPath());
     if (!files.temp.empty()) RemoveFolder(files.temp);
     if (AskYesNo(MessageStyle::Exclamation, LoadMessage(MessageId::kNoTr4Question, {kLineBreak, kLineBreak})))
-        TellCritical(MessageId::kCdCorrectionMissing);
+        TellCritical(LoadMessage(MessageId::kCdCorrectionMissing, {}));
     return false;
 }
 
@@ -93,10 +85,10 @@ void CopyItems(const InstallPlan& plan, const std::string& files) {
         for (const WorkItem& item : plan.Items) {
             ProgressPercent(progress.bar, ++done, static_cast<double>(plan.Items.size()));
             // A failed copy isn't looked at: the file counts as copied, and a removal takes it out.
-            CopyFile(files + "\\" + item.Name, TrleFolder() + item.Target);
+            CopyFile(files + "\\" + item.Name, core::TrleFolder() + item.Target);
         }
     }
-    if (!plan.LanguageFile.empty()) DeleteFile(TrleFolder() + "\\" + plan.LanguageFile);
+    if (!plan.LanguageFile.empty()) DeleteFile(core::TrleFolder() + "\\" + plan.LanguageFile);
 }
 
 Marker MarkerOf(std::int32_t code, const InstallPlan& plan) {
@@ -117,12 +109,12 @@ bool GiveBackOriginal() {
 }
 
 bool CopyLevel(std::int32_t code, const LevelFiles& files) {
-    const InstallPlan plan = PlanInstall(files.folder, TrleFolder());
+    const InstallPlan plan = PlanInstall(files.folder, core::TrleFolder());
     const Marker marker = MarkerOf(code, plan);
     if (!WriteJournal({code, marker.Overwritten, marker.Copied})) return false;
     const bool all_back = BringBackLevelFiles(code);
     if (!WriteMarker(marker, false)) {
-        TellCritical(MessageId::kCannotWriteMarker, MarkerPath());
+        TellCritical(LoadMessage(MessageId::kCannotWriteMarker, {}) + MarkerPath());
         return false;
     }
     CopyItems(plan, files.folder);
@@ -183,11 +175,11 @@ bool InstallLevel(std::int32_t code) {
 bool PlayLevel(std::int32_t code) {
     constexpr double kBeforeWatching = 2; // seconds
     if (!InstallLevel(code)) {
-        TellCritical(MessageId::kErrorInstalling);
+        TellCritical(LoadMessage(MessageId::kErrorInstalling, {}));
         return false;
     }
     if (!companion::StartGame({}, false)) {
-        TellCritical(MessageId::kErrorLaunching);
+        TellCritical(LoadMessage(MessageId::kErrorLaunching, {}));
         return false;
     }
     TheDesktop().ClearClipboard();

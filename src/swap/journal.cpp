@@ -29,20 +29,19 @@ std::optional<SwapJournal> ReadJournal() {
     if (!text) return std::nullopt;
     const std::string owner = MarkerField(LoadMessage(MessageId::kJournalSavesOwner, {}), *text);
     const std::string folder = MarkerField(LoadMessage(MessageId::kJournalTrleFolder, {}), *text);
-    if (owner.empty() || !EqualNoCase(folder, Trim(core::profile.TrleFolder))) return std::nullopt;
+    if (owner.empty() || !EqualNoCase(folder, core::TrleFolder())) return std::nullopt;
     return SwapJournal{LeadingNumber(owner),
                        MarkerList(LoadMessage(MessageId::kMarkerOverwritten, {}), *text),
                        MarkerList(LoadMessage(MessageId::kMarkerCopied, {}), *text)};
 }
 
 bool WriteJournal(const SwapJournal& journal) {
-    const std::string text =
-        Line(MessageId::kJournalTrleFolder, std::string(Trim(core::profile.TrleFolder))) +
-        Line(MessageId::kJournalSavesOwner, std::to_string(journal.SavesOwner)) +
-        Line(MessageId::kMarkerOverwritten, Join(journal.Overwritten, "|")) +
-        Line(MessageId::kMarkerCopied, Join(journal.Copied, "|"));
+    const std::string text = Line(MessageId::kJournalTrleFolder, core::TrleFolder()) +
+                             Line(MessageId::kJournalSavesOwner, std::to_string(journal.SavesOwner)) +
+                             Line(MessageId::kMarkerOverwritten, Join(journal.Overwritten, "|")) +
+                             Line(MessageId::kMarkerCopied, Join(journal.Copied, "|"));
     if (ReplaceFileBytes(JournalPath(), text, Flush::No)) return true;
-    ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kCannotWriteJournal, {}) + JournalPath());
+    TellCritical(LoadMessage(MessageId::kCannotWriteJournal, {}) + JournalPath());
     return false;
 }
 

@@ -45,7 +45,7 @@ std::vector<std::string> MarkerList(std::string_view tag, std::string_view text)
 }
 
 std::string MarkerPath() {
-    return std::string(Trim(core::profile.TrleFolder)) + LoadMessage(MessageId::kMarkerName, {});
+    return core::TrleFolder() + LoadMessage(MessageId::kMarkerName, {});
 }
 
 std::string ReadMarker() {

@@ -20,14 +20,6 @@ namespace {
 
 constexpr std::int32_t kNoCode = -1;
 
-std::string TrleFolder() {
-    return std::string(Trim(core::profile.TrleFolder));
-}
-
-void TellCritical(const std::string& text) {
-    ShowMessage(MessageStyle::Critical, text);
-}
-
 bool IsAudio(const std::string& entry) {
     return StartsWithNoCase(entry, LoadMessage(MessageId::kAudioPrefix, {}));
 }
@@ -61,7 +53,7 @@ bool DeleteCopied(const std::vector<std::string>& copied) {
     ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kRemovingFiles, {}));
     double done = 0;
     for (const std::string& entry : copied) {
-        const std::string file = TrleFolder() + entry;
+        const std::string file = core::TrleFolder() + entry;
         const bool stays = !core::profile.FullBackup && IsAudio(entry);
         if (!stays && !(StaysInside(entry) && DeleteFile(file))) {
             TellCritical(LoadMessage(MessageId::kCannotDeleteFile, {}) + file);
@@ -80,8 +72,8 @@ void RestoreOverwritten(const std::vector<std::string>& overwritten) {
     double done = 0;
     for (const std::string& entry : overwritten) {
         if (StaysInside(entry)) {
-            CopyFile(core::BackupFolder() + entry, TrleFolder() + entry);
-            ClearReadOnly(TrleFolder() + entry);
+            CopyFile(core::BackupFolder() + entry, core::TrleFolder() + entry);
+            ClearReadOnly(core::TrleFolder() + entry);
         }
         ProgressPercent(progress.bar, ++done, static_cast<double>(overwritten.size()));
     }

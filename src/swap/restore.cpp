@@ -20,10 +20,6 @@ namespace {
 
 using core::BackupFolder;
 
-std::string TrleFolder() {
-    return std::string(Trim(core::profile.TrleFolder));
-}
-
 void ShowLabel(const Bar& bar, MessageId id, const std::string& behind = {}) {
     TheUser().SetLabel(bar.place, LoadMessage(id, {}) + behind);
     TheUser().PumpEvents();
@@ -32,7 +28,7 @@ void ShowLabel(const Bar& bar, MessageId id, const std::string& behind = {}) {
 // Everything in the root goes but programs, the set-up's log and shortcuts.
 void DeleteRootFiles() {
     const std::vector<std::string> kept = Split(LoadMessage(MessageId::kKeptExtensions, {}), '|');
-    for (const std::string& file : ListFiles(TrleFolder(), "*")) {
+    for (const std::string& file : ListFiles(core::TrleFolder(), "*")) {
         const std::string extension = ExtensionOf(FileNameOf(file));
         const bool stays = std::any_of(kept.begin(), kept.end(), [&](const std::string& other) {
             return EqualNoCase(extension, other);
@@ -56,25 +52,25 @@ bool CopyFilesShown(const std::string& source, const std::string& target, Bar& b
 // The backup may hold savegames: half of one, left by a killed program, would count as a new save.
 void RestoreRootFiles() {
     for (const std::string& file : ListFiles(BackupFolder(), "*"))
-        if (!CopyFileWhole(file, TrleFolder() + "\\" + FileNameOf(file))) return;
+        if (!CopyFileWhole(file, core::TrleFolder() + "\\" + FileNameOf(file))) return;
 }
 
 void RestoreFolder(const std::string& folder, Bar& bar) {
     ShowLabel(bar, MessageId::kRestoringFolder, folder);
-    const bool emptied = DeleteFiles(TrleFolder() + folder, "*");
-    if (!CopyFilesShown(BackupFolder() + folder, TrleFolder() + folder, bar) || !emptied)
-        ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kErrorRestoringFolder, {}) + folder);
+    const bool emptied = DeleteFiles(core::TrleFolder() + folder, "*");
+    if (!CopyFilesShown(BackupFolder() + folder, core::TrleFolder() + folder, bar) || !emptied)
+        TellCritical(LoadMessage(MessageId::kErrorRestoringFolder, {}) + folder);
 }
 
 void RestoreFiles(Bar& bar) {
     const std::string data = LoadMessage(MessageId::kDataFolder, {});
     ShowLabel(bar, MessageId::kRestoreRemovingCritical);
     DeleteRootFiles();
-    DeleteFiles(TrleFolder() + data, LoadMessage(MessageId::kRestoreTr4Mask, {}));
-    DeleteFiles(TrleFolder() + data, LoadMessage(MessageId::kRestorePakMask, {}));
+    DeleteFiles(core::TrleFolder() + data, LoadMessage(MessageId::kRestoreTr4Mask, {}));
+    DeleteFiles(core::TrleFolder() + data, LoadMessage(MessageId::kRestorePakMask, {}));
     ShowLabel(bar, MessageId::kRestoreCopying);
     RestoreRootFiles();
-    CopyFilesShown(BackupFolder() + data, TrleFolder() + data, bar);
+    CopyFilesShown(BackupFolder() + data, core::TrleFolder() + data, bar);
     if (!core::profile.FullBackup) return;
     for (const std::string& folder : Split(LoadMessage(MessageId::kFullBackupFolders, {}), '|'))
         RestoreFolder(folder, bar);
@@ -93,7 +89,7 @@ bool FastRestore() {
         ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kRestoreFastDone, {}));
         return true;
     }
-    ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kRestoreFastFailed, {}));
+    TellCritical(LoadMessage(MessageId::kRestoreFastFailed, {}));
     return false;
 }
 

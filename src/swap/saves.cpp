@@ -15,10 +15,6 @@ namespace kelvash::swap {
 
 namespace {
 
-std::string TrleFolder() {
-    return std::string(Trim(core::profile.TrleFolder));
-}
-
 bool CopyInto(const std::vector<std::string>& files, const std::string& folder) {
     return std::all_of(files.begin(), files.end(), [&](const std::string& file) {
         return CopyFileWhole(file, folder + "\\" + FileNameOf(file));
@@ -48,7 +44,7 @@ bool DropStale(const std::string& stash, const std::vector<std::string>& saves) 
 std::vector<std::string> ListSaves() {
     std::vector<std::string> saves;
     for (const MessageId mask : {MessageId::kSavegameMask, MessageId::kShotMask, MessageId::kNoteMask}) {
-        const std::vector<std::string> found = ListFiles(TrleFolder(), LoadMessage(mask, {}));
+        const std::vector<std::string> found = ListFiles(core::TrleFolder(), LoadMessage(mask, {}));
         saves.insert(saves.end(), found.begin(), found.end());
     }
     return saves;
@@ -58,7 +54,7 @@ StashResult StashLevelFiles(std::int32_t code) {
     const std::string stash = core::StashFolder(core::LevelFolder(code, false));
     const std::optional<SwapJournal> journal = ReadJournal();
     const bool merge = journal && journal->SavesOwner == code;
-    DeleteFile(TrleFolder() + "\\" + std::string(kPartialFile));
+    DeleteFile(core::TrleFolder() + "\\" + std::string(kPartialFile));
     const std::vector<std::string> saves = ListSaves();
     CreateFolder(stash);
     std::vector<std::string> incoming = saves;
@@ -96,7 +92,7 @@ bool RescueSaves() {
 bool BringBackLevelFiles(std::int32_t code) {
     const std::string stash = core::StashFolder(core::LevelFolder(code, false));
     DeleteFile(stash + "\\" + std::string(kPartialFile));
-    return CopyInto(ListFiles(stash, "*"), TrleFolder());
+    return CopyInto(ListFiles(stash, "*"), core::TrleFolder());
 }
 
 } // namespace kelvash::swap

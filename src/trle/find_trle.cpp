@@ -27,7 +27,7 @@ bool ChooseTrleFolder() {
         std::string chosen = TheUser().ShowForm(
             {"Dialog_TrovaTrle", LoadMessage(MessageId::kFindTrleCaption, {}), start, {accept, cancel}});
         if (chosen.empty() || chosen == cancel) {
-            ShowMessage(MessageStyle::Critical, LoadMessage(MessageId::kCannotRunWithoutTrle, {kLineBreak}));
+            TellCritical(LoadMessage(MessageId::kCannotRunWithoutTrle, {kLineBreak}));
             return false;
         }
         if (chosen == accept) chosen = start;
