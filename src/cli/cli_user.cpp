@@ -74,6 +74,7 @@ bool IsButtonWord(const std::string& text) {
 
 std::string Choices(const std::vector<Answer>& offered) {
     std::vector<std::string> words;
+    words.reserve(offered.size());
     for (const Answer answer : offered)
         words.push_back(WordOf(answer));
     return "[" + Join(words, "/") + "] ";

@@ -137,6 +137,7 @@ std::string LanguageData(const std::vector<std::string>& strings) {
 std::vector<std::string> StringsOf(const std::vector<ScriptLevel>& levels,
                                    const std::vector<std::string>& words) {
     std::vector<std::string> strings;
+    strings.reserve(levels.size() + words.size());
     for (const ScriptLevel& level : levels)
         strings.push_back(level.title);
     strings.insert(strings.end(), words.begin(), words.end());
