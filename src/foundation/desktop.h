@@ -49,7 +49,7 @@ class Desktop {
     virtual bool ReadJoystick(int id, JoystickState& state) = 0;
 
     virtual std::vector<DesktopWindow> TopWindows() = 0;
-    // Those of one process (of its first thread on Windows).
+    // The visible ones of one process.
     virtual std::vector<DesktopWindow> WindowsOf(std::int64_t process_id) = 0;
     virtual void SetTopMost(std::uintptr_t window, bool top_most) = 0;
     virtual void ShowCursor(bool show) = 0;

@@ -90,7 +90,10 @@ fs::path WithoutEndSlash(const fs::path& path) {
 
 fs::path AbsoluteClean(const fs::path& path) {
     std::error_code error;
-    return WithoutEndSlash(fs::absolute(path, error).lexically_normal());
+    const fs::path whole = WithoutEndSlash(fs::absolute(path, error).lexically_normal());
+    // A drive letter (there is none on a Unix) may have been typed small.
+    const std::string drive = whole.root_name().string();
+    return drive.empty() ? whole : fs::path(FoldCase(drive)) / whole.root_directory() / whole.relative_path();
 }
 
 std::string BackSlashed(const fs::path& path) {

@@ -23,9 +23,14 @@ fs::file_status StatusOf(std::string_view path) {
     return Trim(path).empty() ? fs::file_status() : fs::status(NativePath(path), error);
 }
 
-// A name that a path text can hold.
-bool IsSpeakable(const std::string& name) {
-    return name.find('\\') == std::string::npos;
+// The name of an entry; empty for one that no path text can hold.
+std::string SpeakableName(const fs::directory_entry& entry) {
+    try {
+        std::string name = entry.path().filename().string();
+        return name.find('\\') == std::string::npos ? name : std::string();
+    } catch (const fs::filesystem_error&) { // half a character of UTF-16
+        return {};
+    }
 }
 
 template <class Wanted>
@@ -34,8 +39,8 @@ std::vector<std::string> ListEntries(std::string_view folder, Wanted wanted) {
     std::error_code error;
     for (fs::directory_iterator at(NativePath(folder), error), end; !error && at != end;
          at.increment(error)) {
-        std::string name = at->path().filename().string();
-        if (IsSpeakable(name) && wanted(*at, name)) names.emplace_back(FoldCase(name), std::move(name));
+        std::string name = SpeakableName(*at);
+        if (!name.empty() && wanted(*at, name)) names.emplace_back(FoldCase(name), std::move(name));
     }
     std::sort(names.begin(), names.end());
     std::vector<std::string> paths;
@@ -74,7 +79,9 @@ bool FolderExists(std::string_view path) {
 bool AnyFile(std::string_view folder, std::string_view mask) {
     std::error_code error;
     for (fs::directory_iterator at(NativePath(folder), error), end; !error && at != end; at.increment(error))
-        if (IsFile(*at) && MatchesMask(at->path().filename().string(), mask)) return true;
+        if (const std::string name = SpeakableName(*at);
+            !name.empty() && IsFile(*at) && MatchesMask(name, mask))
+            return true;
     return false;
 }
 

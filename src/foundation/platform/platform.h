@@ -1,5 +1,5 @@
-// What differs between platforms, as plain functions over native paths. One set of files per platform (posix_*.cpp,
-// windows_*.cpp); the build picks one. Nothing outside this folder asks which platform it is.
+// What differs between platforms, as plain functions over native paths. One set of files per platform
+// (posix_*.cpp, windows_*.cpp); the build picks one. Nothing outside this folder asks which platform it is.
 #pragma once
 
 #include <cstdint>
@@ -27,8 +27,8 @@ std::string FoldCase(std::string_view text);
 // Copies content, modification time and the read-only attribute to a file that doesn't exist yet, letting the
 // kernel do the work. On failure nothing is left at `to`.
 bool CopyContent(const NativeFile& from, const NativeFile& to);
-// Descriptors for writing: open or empty a file (-1 on failure), write all bytes, close; with `flush` the bytes
-// reach the disk first.
+// Descriptors for writing: open or empty a file (-1 on failure), write all bytes, close; with `flush` the
+// bytes reach the disk first.
 int OpenForWriting(const NativeFile& file);
 bool WriteBytes(int descriptor, std::string_view bytes);
 bool CloseWritten(int descriptor, bool flush);
@@ -50,9 +50,11 @@ struct MappedDrive {
 };
 // The drives that the platform knows, given the application's folder.
 std::vector<MappedDrive> SystemDrives(const NativeFile& home);
-// Volume name, serial number, free and total bytes of the file system that holds a folder; false if it can't be read.
+// Volume name, serial number, free and total bytes of the file system that holds a folder; false if it can't
+// be read.
 bool VolumeInfo(const NativeFile& folder, DriveRecord& record);
-// `root` followed by the components of `rest` (a path text without its drive), each found without regard to case.
+// `root` followed by the components of `rest` (a path text without its drive), each found without regard to
+// case.
 NativeFile FindExact(const NativeFile& root, std::string_view rest);
 NativeFile ExecutablePath();
 // A variable of the environment as a path; empty if it isn't set.
@@ -76,8 +78,8 @@ enum class SpawnResult { Started, NoPipe, NoRedirection, NotStarted };
 // Starts a process. With `output` its two output streams go into one pipe, whose read end is put there (a CRT
 // descriptor). A suspended process can't tell that its program is unusable: it then ends once it is resumed.
 SpawnResult Spawn(const SpawnRequest& request, Process& process, int* output);
-// Up to `size` bytes of the process's pipe; 0 at its end, or once the process has ended and the pipe is empty,
-// whoever else may still hold it.
+// Up to `size` bytes of the process's pipe; 0 at its end, or once the process has ended and the pipe is
+// empty, whoever else may still hold it.
 std::size_t ReadPipe(int descriptor, const Process& process, char* buffer, std::size_t size);
 void ClosePipe(int descriptor);
 // True if the process ended within that time, which may be infinite.

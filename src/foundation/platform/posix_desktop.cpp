@@ -27,14 +27,20 @@ int IgnoreError(Display*, XErrorEvent*) {
     return 0;
 }
 
-// Windows of other programs vanish at any time. While this lives, errors about them don't end the program, as
-// Xlib's own handler would do it.
+int IgnoreEnd(Display*) {
+    return 0;
+}
+
+// Windows of other programs vanish at any time, and the server may end. While this lives, neither ends the
+// program, as Xlib's own handlers would do it.
 class ErrorScope {
   public:
-    explicit ErrorScope(Display* display) : display_(display), old_(XSetErrorHandler(IgnoreError)) {}
+    explicit ErrorScope(Display* display)
+        : display_(display), old_(XSetErrorHandler(IgnoreError)), old_end_(XSetIOErrorHandler(IgnoreEnd)) {}
     ~ErrorScope() {
         XSync(display_, False);
         XSetErrorHandler(old_);
+        XSetIOErrorHandler(old_end_);
     }
     ErrorScope(const ErrorScope&) = delete;
     ErrorScope& operator=(const ErrorScope&) = delete;
@@ -42,6 +48,7 @@ class ErrorScope {
   private:
     Display* display_;
     XErrorHandler old_;
+    XIOErrorHandler old_end_;
 };
 
 // The server's answer, freed at the end.
@@ -88,6 +95,8 @@ class X11Desktop final : public Desktop {
 
   private:
     Display* Connection();
+    void Open(const char* name);
+    void DropEvents();
     void Close();
     Atom Named(const char* name) { return XInternAtom(display_, name, False); }
     bool Describe(::Window window, DesktopWindow& described);
@@ -102,31 +111,43 @@ class X11Desktop final : public Desktop {
     Joysticks joysticks_;
 };
 
-// The connection, opened with the first call that needs it; null without a display.
+// The connection, opened with the first call that needs it, and again after the server has ended; null
+// without a display.
 Display* X11Desktop::Connection() {
     const char* name = std::getenv("DISPLAY");
     if (name == nullptr || *name == '\0') return nullptr;
-    if (tried_ != name) {
-        Close();
-        tried_ = name;
-        lost_ = false;
-        display_ = XOpenDisplay(name);
-        if (display_ != nullptr)
-            XSetIOErrorExitHandler(
-                display_, [](Display*, void* self) { static_cast<X11Desktop*>(self)->lost_ = true; }, this);
-    }
-    if (display_ == nullptr || lost_) return nullptr;
-    while (XPending(display_) > 0) { // nobody asked for events, but a new keyboard mapping comes all the same
+    if (lost_ || tried_ != name) Open(name);
+    if (display_ == nullptr) return nullptr;
+    DropEvents();
+    if (lost_) Open(name);
+    return display_;
+}
+
+// Nobody asked for events, but a new keyboard mapping is told all the same.
+void X11Desktop::DropEvents() {
+    const ErrorScope scope(display_);
+    while (XPending(display_) > 0) {
         XEvent event;
         XNextEvent(display_, &event);
         if (event.type == MappingNotify) XRefreshKeyboardMapping(&event.xmapping);
     }
-    return lost_ ? nullptr : display_;
 }
 
+void X11Desktop::Open(const char* name) {
+    Close();
+    tried_ = name;
+    display_ = XOpenDisplay(name);
+    if (display_ == nullptr) return;
+    XSetIOErrorExitHandler(
+        display_, [](Display*, void* self) { static_cast<X11Desktop*>(self)->lost_ = true; }, this);
+}
+
+// A connection that broke can't be closed in order: what is left of it stays.
 void X11Desktop::Close() {
     if (display_ != nullptr && !lost_) XCloseDisplay(display_);
     display_ = nullptr;
+    lost_ = false;
+    cursor_hidden_ = false;
 }
 
 bool X11Desktop::KeyHeld(int virtual_key) {

@@ -61,7 +61,8 @@ bool IsMapped(const std::vector<MappedDrive>& drives, const fs::path& root) {
 char FreeLetter(const std::vector<MappedDrive>& drives) {
     for (char letter = 'D'; letter <= 'Y'; ++letter) {
         bool used = false;
-        for (const MappedDrive& drive : drives) used = used || drive.letter == letter;
+        for (const MappedDrive& drive : drives)
+            used = used || drive.letter == letter;
         if (!used) return letter;
     }
     return 0;
@@ -165,15 +166,22 @@ NativeFile SpecialFolder(SpecialFolderId id) {
             std::error_code error;
             return fs::temp_directory_path(error);
         }
-        case SpecialFolderId::Programs: return data / "applications";
-        case SpecialFolderId::Desktop: return HomeFolder() / "Desktop";
-        case SpecialFolderId::ProgramFiles: return NativePath("C:\\Program Files");
-        case SpecialFolderId::Documents: return HomeFolder() / "Documents";
-        case SpecialFolderId::System: return NativePath("C:\\windows\\system32");
+        case SpecialFolderId::Programs:
+            return data / "applications";
+        case SpecialFolderId::Desktop:
+            return HomeFolder() / "Desktop";
+        case SpecialFolderId::ProgramFiles:
+            return NativePath("C:\\Program Files");
+        case SpecialFolderId::Documents:
+            return HomeFolder() / "Documents";
+        case SpecialFolderId::System:
+            return NativePath("C:\\windows\\system32");
     }
     return {};
 }
 
-bool ProgramFolderIsHome() { return false; }
+bool ProgramFolderIsHome() {
+    return false;
+}
 
 } // namespace kelvash::platform

@@ -102,7 +102,8 @@ bool RenameOver(const NativeFile& from, const NativeFile& to, bool flush) {
     if (::rename(from.c_str(), to.c_str()) != 0) return false;
     if (flush) {
         const Descriptor folder(::open(to.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        if (folder.fd >= 0) ::fsync(folder.fd); // where a folder can't be flushed the rename stands all the same
+        if (folder.fd >= 0)
+            ::fsync(folder.fd); // where a folder can't be flushed the rename stands all the same
     }
     return true;
 }
@@ -113,16 +114,18 @@ bool ClearReadOnly(const NativeFile& file) {
     return (status.st_mode & S_IWUSR) != 0 || ::chmod(file.c_str(), (status.st_mode & 07777) | S_IWUSR) == 0;
 }
 
-bool Unlink(const NativeFile& file) { return ::unlink(file.c_str()) == 0; }
+bool Unlink(const NativeFile& file) {
+    return ::unlink(file.c_str()) == 0;
+}
 
 bool SetFileTime(const NativeFile& file, std::int64_t seconds) {
-    const struct timespec time {
-        seconds, 0
-    };
+    const struct timespec time { seconds, 0 };
     const struct timespec times[2] = {time, time};
     return ::utimensat(AT_FDCWD, file.c_str(), times, 0) == 0;
 }
 
-std::string ShortPath(std::string_view) { return {}; }
+std::string ShortPath(std::string_view) {
+    return {};
+}
 
 } // namespace kelvash::platform

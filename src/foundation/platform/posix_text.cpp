@@ -1,7 +1,8 @@
+#include <locale.h>
+
 #include <clocale>
 #include <cwchar>
 #include <cwctype>
-#include <locale.h>
 #include <string>
 
 #include "foundation/platform/platform.h"

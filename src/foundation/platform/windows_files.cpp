@@ -1,0 +1,104 @@
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+
+#include "foundation/drives.h"
+#include "foundation/platform/platform.h"
+#include "foundation/platform/windows_common.h"
+
+namespace kelvash::platform {
+
+namespace {
+
+constexpr std::size_t kWriteBlock = std::size_t{1} << 30; // the call counts in 32 bits
+// A scanner may hold a file that was just written for an instant.
+constexpr int kRenameTries = 10;
+constexpr DWORD kRenamePause = 20; // milliseconds
+// Between 1601, from which the system counts, and 1970, in seconds; it counts in units of 100 nanoseconds.
+constexpr std::int64_t kEpochDifference = 11644473600;
+constexpr std::int64_t kUnitsPerSecond = 10000000;
+
+bool IsFolder(DWORD attributes) {
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool MayPass(DWORD error) {
+    return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED;
+}
+
+} // namespace
+
+bool CopyContent(const NativeFile& from, const NativeFile& to) {
+    if (CopyFileW(from.c_str(), to.c_str(), TRUE) != 0) return true;
+    if (const DWORD error = GetLastError(); error != ERROR_FILE_EXISTS && error != ERROR_ALREADY_EXISTS &&
+                                            !IsFolder(GetFileAttributesW(to.c_str())))
+        DeleteFileW(to.c_str());
+    return false;
+}
+
+int OpenForWriting(const NativeFile& file) {
+    return _wopen(file.c_str(), _O_WRONLY | _O_CREAT | _O_TRUNC | _O_BINARY | _O_NOINHERIT,
+                  _S_IREAD | _S_IWRITE);
+}
+
+bool WriteBytes(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const auto size = static_cast<unsigned>(std::min(bytes.size(), kWriteBlock));
+        const int written = _write(descriptor, bytes.data(), size);
+        if (written <= 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+bool CloseWritten(int descriptor, bool flush) {
+    const bool flushed = !flush || _commit(descriptor) == 0;
+    return _close(descriptor) == 0 && flushed;
+}
+
+bool RenameOver(const NativeFile& from, const NativeFile& to, bool flush) {
+    const DWORD flags = MOVEFILE_REPLACE_EXISTING | (flush ? DWORD{MOVEFILE_WRITE_THROUGH} : 0);
+    const bool folder = IsFolder(GetFileAttributesW(to.c_str()));
+    if (!folder) ClearReadOnly(to); // elsewhere the folder decides what may be replaced, not the file
+    for (int tries = 1;; ++tries) {
+        if (MoveFileExW(from.c_str(), to.c_str(), flags) != 0) return true;
+        if (folder || tries == kRenameTries || !MayPass(GetLastError())) return false;
+        ::Sleep(kRenamePause);
+    }
+}
+
+bool ClearReadOnly(const NativeFile& file) {
+    const DWORD attributes = GetFileAttributesW(file.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) return false;
+    return (attributes & FILE_ATTRIBUTE_READONLY) == 0 ||
+           SetFileAttributesW(file.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY}) != 0;
+}
+
+bool Unlink(const NativeFile& file) {
+    if (IsFolder(GetFileAttributesW(file.c_str()))) return false;
+    ClearReadOnly(file);
+    return DeleteFileW(file.c_str()) != 0;
+}
+
+bool SetFileTime(const NativeFile& file, std::int64_t seconds) {
+    const OwnHandle handle(CreateFileW(file.c_str(), FILE_WRITE_ATTRIBUTES,
+                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (handle.handle == nullptr) return false;
+    const auto units = static_cast<std::uint64_t>((seconds + kEpochDifference) * kUnitsPerSecond);
+    const FILETIME time{static_cast<DWORD>(units & 0xFFFFFFFF), static_cast<DWORD>(units >> 32)};
+    return ::SetFileTime(handle.handle, &time, &time, &time) != 0;
+}
+
+std::string ShortPath(std::string_view path) {
+    const std::wstring wide = WideFromUtf8(path);
+    if (NativePath(path).native() != wide) return {}; // a drive set by hand: the system doesn't know it
+    const DWORD size = GetShortPathNameW(wide.c_str(), nullptr, 0);
+    std::wstring text(size, L'\0');
+    text.resize(size == 0 ? 0 : GetShortPathNameW(wide.c_str(), text.data(), size));
+    return Utf8FromWide(text);
+}
+
+} // namespace kelvash::platform

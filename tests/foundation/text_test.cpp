@@ -1,0 +1,156 @@
+#include "foundation/text.h"
+
+#include <gmock/gmock.h>
+
+namespace kelvash {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(Text, TrimTakesBlanksAndNothingElse) {
+    EXPECT_EQ(Trim("  a b  "), "a b");
+    EXPECT_EQ(Trim("\t a\r\n"), "\t a\r\n");
+    EXPECT_EQ(Trim("   "), "");
+    EXPECT_EQ(Trim(""), "");
+    EXPECT_EQ(Trim(std::string_view("\0 ", 2)), std::string_view("\0", 1));
+}
+
+TEST(Text, FoldsAsciiAndAccentedLetters) {
+    EXPECT_EQ(FoldCase("tomb4.exe_Z"), "TOMB4.EXE_Z");
+    EXPECT_EQ(FoldCase("caffè ñ ü"), "CAFFÈ Ñ Ü");
+    EXPECT_EQ(FoldCase("ж"), "Ж");
+    EXPECT_EQ(FoldCase("ß"), "ß"); // no single capital
+    EXPECT_EQ(FoldCase(""), "");
+}
+
+TEST(Text, FoldingKeepsBytesThatAreNoCharacters) {
+    EXPECT_EQ(FoldCase("a\xE8z\xFF"), "A\xE8Z\xFF");
+    EXPECT_EQ(FoldCase("\xC3"), "\xC3");
+    EXPECT_EQ(FoldCase(std::string_view("è\0a", 4)), std::string_view("È\0A", 4));
+}
+
+TEST(Text, ComparesByTheUpperCaseForm) {
+    EXPECT_EQ(CompareNoCase("LEVEL", "level"), 0);
+    EXPECT_LT(CompareNoCase("a", "B"), 0);
+    EXPECT_GT(CompareNoCase("b", "A"), 0);
+    // The underscore stands behind the capitals, so behind all letters; by the small letters it would stand
+    // before.
+    EXPECT_GT(CompareNoCase("a_b", "azb"), 0);
+    EXPECT_LT(CompareNoCase("level", "level2"), 0);
+    EXPECT_GT(CompareNoCase("level2", "LEVEL"), 0);
+    EXPECT_EQ(CompareNoCase("", ""), 0);
+    EXPECT_LT(CompareNoCase("", "a"), 0);
+}
+
+TEST(Text, ComparesAccentedLettersWithoutCase) {
+    EXPECT_EQ(CompareNoCase("caffè", "CAFFÈ"), 0);
+    EXPECT_GT(CompareNoCase("è", "z"), 0); // behind ASCII
+    EXPECT_LT(CompareNoCase("z", "É"), 0);
+    EXPECT_TRUE(EqualNoCase("Über", "über"));
+    EXPECT_FALSE(EqualNoCase("uber", "über"));
+}
+
+TEST(Text, ComparesStartsAndEndsWithoutCase) {
+    EXPECT_TRUE(StartsWithNoCase("Savegame.3", "SAVEGAME."));
+    EXPECT_FALSE(StartsWithNoCase("Save", "savegame"));
+    EXPECT_TRUE(EndsWithNoCase("C:\\x\\My.KVA", ".kva"));
+    EXPECT_FALSE(EndsWithNoCase("kva", ".kva"));
+    EXPECT_TRUE(StartsWithNoCase("x", ""));
+    EXPECT_TRUE(EndsWithNoCase("x", ""));
+}
+
+TEST(Text, FindsWithoutCase) {
+    EXPECT_EQ(FindNoCase("a\\FILES\\b", "\\files\\"), 1U);
+    EXPECT_EQ(FindNoCase("abcABC", "BC", 2), 4U);
+    EXPECT_EQ(FindNoCase("abc", "x"), std::string_view::npos);
+    EXPECT_EQ(FindNoCase("abc", "abcd"), std::string_view::npos);
+    EXPECT_EQ(FindNoCase("abc", ""), 0U);
+    EXPECT_EQ(FindNoCase("abc", "", 3), 3U);
+    EXPECT_EQ(FindNoCase("abc", "a", 4), std::string_view::npos);
+}
+
+TEST(Text, SplitsAtSeparators) {
+    EXPECT_THAT(Split("", '|'), IsEmpty());
+    EXPECT_THAT(Split("a", '|'), ElementsAre("a"));
+    EXPECT_THAT(Split("a|", '|'), ElementsAre("a", ""));
+    EXPECT_THAT(Split("|a||b", '|'), ElementsAre("", "a", "", "b"));
+}
+
+TEST(Text, JoinsWithSeparators) {
+    EXPECT_EQ(Join({}, ", "), "");
+    EXPECT_EQ(Join({"a"}, ", "), "a");
+    EXPECT_EQ(Join({"a", "", "b"}, "|"), "a||b");
+    EXPECT_EQ(Join({"", "a"}, "|"), "|a");
+}
+
+TEST(Text, PadsNumbersWithZeros) {
+    EXPECT_EQ(ZeroPadded(7, 4), "0007");
+    EXPECT_EQ(ZeroPadded(12345, 4), "12345");
+    EXPECT_EQ(ZeroPadded(-7, 4), "-0007");
+    EXPECT_EQ(ZeroPadded(0, 0), "0");
+    EXPECT_EQ(ZeroPadded(INT64_MIN, 1), "-9223372036854775808");
+}
+
+TEST(Text, ReadsALeadingNumber) {
+    EXPECT_EQ(LeadingNumber("  12 levels"), 12);
+    EXPECT_EQ(LeadingNumber("-3.5"), -3);
+    EXPECT_EQ(LeadingNumber("x12"), 0);
+    EXPECT_EQ(LeadingNumber(""), 0);
+    EXPECT_EQ(LeadingNumber("   "), 0);
+    EXPECT_EQ(LeadingNumber("2147483648"), 2147483647);
+    EXPECT_EQ(LeadingNumber("-99999999999"), INT32_MIN);
+}
+
+TEST(Text, ReadsAWholeNumber) {
+    EXPECT_EQ(WholeNumber("-42"), -42);
+    EXPECT_EQ(WholeNumber("2147483647"), 2147483647);
+    EXPECT_EQ(WholeNumber("2147483648"), std::nullopt);
+    EXPECT_EQ(WholeNumber("4 "), std::nullopt);
+    EXPECT_EQ(WholeNumber(" 4"), std::nullopt);
+    EXPECT_EQ(WholeNumber(""), std::nullopt);
+    EXPECT_EQ(WholeNumber("-"), std::nullopt);
+}
+
+TEST(AnsiText, AllBytesSurviveARoundTrip) {
+    std::string bytes;
+    for (int code = 0; code < 256; ++code)
+        bytes += static_cast<char>(code);
+    EXPECT_EQ(AnsiFromUtf8(Utf8FromAnsi(bytes)), bytes);
+}
+
+TEST(AnsiText, TheCodesOfWindowsStandForTheirCharacters) {
+    EXPECT_EQ(Utf8FromAnsi("\x80\x8A\x99\xE8\xFF"), "€Š™èÿ");
+    EXPECT_EQ(AnsiFromUtf8("€Š™èÿ"), "\x80\x8A\x99\xE8\xFF");
+    // The five holes are the controls of the same number.
+    EXPECT_EQ(Utf8FromAnsi("\x81\x8D\x8F\x90\x9D"), "\xC2\x81\xC2\x8D\xC2\x8F\xC2\x90\xC2\x9D");
+}
+
+TEST(AnsiText, WhatHasNoPlaceBecomesAQuestionMark) {
+    EXPECT_EQ(AnsiFromUtf8("aжb"), "a?b");
+    EXPECT_EQ(AnsiFromUtf8("日本"), "??");
+    EXPECT_EQ(AnsiFromUtf8("😀!"), "?!");
+    EXPECT_EQ(AnsiFromUtf8("\xC2\x80"), "?"); // the control whose code means the euro
+}
+
+TEST(AnsiText, BytesThatAreNoUtf8Stay) {
+    EXPECT_EQ(AnsiFromUtf8("caff\xE8"), "caff\xE8");
+    EXPECT_EQ(AnsiFromUtf8("\xE8z"), "\xE8z");
+    EXPECT_EQ(AnsiFromUtf8("\xC3"), "\xC3");
+    EXPECT_EQ(AnsiFromUtf8("\xFF\xFE"), "\xFF\xFE");
+}
+
+TEST(AnsiText, LongSpellingsOfAsciiAreNoCharacters) {
+    EXPECT_EQ(AnsiFromUtf8("\xC0\xAF"), "\xC0\xAF");
+    EXPECT_EQ(AnsiFromUtf8("\xE0\x80\xAF"), "\xE0\x80\xAF"); // would be "/"
+    EXPECT_EQ(AnsiFromUtf8("\xF0\x80\x81\x9C"), "\xF0\x80\x81\x9C");
+    EXPECT_EQ(AnsiFromUtf8("\xF7\xBF\xBF\xBF"), "\xF7\xBF\xBF\xBF");
+}
+
+TEST(AnsiText, NulsAreCharactersLikeOthers) {
+    EXPECT_EQ(AnsiFromUtf8(std::string_view("a\0è", 4)), std::string_view("a\0\xE8", 3));
+    EXPECT_EQ(Utf8FromAnsi(std::string_view("a\0\xE8", 3)), std::string_view("a\0è", 4));
+}
+
+} // namespace
+} // namespace kelvash

@@ -1,0 +1,139 @@
+#include "foundation/user.h"
+
+#include <gmock/gmock.h>
+
+#include "support/scripted_user.h"
+
+namespace kelvash {
+namespace {
+
+using testing::ElementsAre;
+
+// Keeps every change of a bar.
+class BarUser final : public User {
+  public:
+    BarUser() : old_(SetUser(this)) {}
+    ~BarUser() override { SetUser(old_); }
+    void Message(MessageStyle, const std::string&) override {}
+    Answer Ask(Buttons, MessageStyle, const std::string&) override { return Answer::Yes; }
+    std::optional<std::string> Input(const std::string&, const std::string&, const std::string&) override {
+        return "x";
+    }
+    std::optional<std::string> OpenFile(const FileDialog&) override { return "x"; }
+    std::optional<std::string> SaveFile(const FileDialog&) override { return "x"; }
+    std::optional<std::string> ChooseFolder(const std::string&, const std::string&) override { return "x"; }
+    std::string ShowForm(const ChoiceForm&) override { return "x"; }
+    void OpenProgress(BarPlace place, const std::string& caption) override {
+        events.push_back("open " + std::to_string(static_cast<int>(place)) + " " + caption);
+    }
+    void CloseProgress(BarPlace place) override {
+        events.push_back("close " + std::to_string(static_cast<int>(place)));
+    }
+    void SetLabel(BarPlace, const std::string& text) override { events.push_back("label " + text); }
+    void SetBar(BarPlace, int percent) override { events.push_back("bar " + std::to_string(percent)); }
+    void LevelListChanged() override {}
+    void PumpEvents() override { ++pumped; }
+    bool StopRequested() override { return true; }
+
+    std::vector<std::string> events;
+    int pumped = 0;
+
+  private:
+    User* old_;
+};
+
+TEST(AbsentUser, TakesTheHarmlessWay) {
+    User& user = TheUser();
+    EXPECT_EQ(user.Ask(Buttons::YesNo, MessageStyle::Question, "?"), Answer::No);
+    EXPECT_EQ(user.Ask(Buttons::YesNoCancel, MessageStyle::Question, "?"), Answer::Cancel);
+    EXPECT_EQ(user.Ask(Buttons::OkCancel, MessageStyle::Question, "?"), Answer::Cancel);
+    EXPECT_EQ(user.Ask(Buttons::AbortRetryIgnore, MessageStyle::Critical, "?"), Answer::Abort);
+    EXPECT_EQ(user.Input("", "", "proposal"), std::nullopt);
+    EXPECT_EQ(user.OpenFile({}), std::nullopt);
+    EXPECT_EQ(user.SaveFile({}), std::nullopt);
+    EXPECT_EQ(user.ChooseFolder("", ""), std::nullopt);
+    EXPECT_EQ(user.ShowForm({}), "");
+    EXPECT_FALSE(user.StopRequested());
+}
+
+TEST(UserPort, SetUserGivesTheOldOneBack) {
+    BarUser first;
+    {
+        BarUser second;
+        EXPECT_EQ(&TheUser(), &second);
+    }
+    EXPECT_EQ(&TheUser(), &first);
+    EXPECT_EQ(SetUser(nullptr), &first);
+    EXPECT_NE(&TheUser(), &first);
+    EXPECT_EQ(SetUser(&first), nullptr);
+}
+
+TEST(UserPort, ShorthandsReachTheUser) {
+    test::ScriptedUser user;
+    user.WillAnswer("Really", "yes");
+    user.WillAnswer("Sure", "no");
+    EXPECT_TRUE(AskYesNo(MessageStyle::Question, "Really?"));
+    EXPECT_FALSE(AskYesNo(MessageStyle::Question, "Sure?"));
+    ShowMessage(MessageStyle::Critical, "Failed");
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Failed"));
+}
+
+TEST(ProgressPercent, ShowsTheWholePercentage) {
+    BarUser user;
+    Bar bar;
+    ProgressPercent(bar, 0, 200);
+    ProgressPercent(bar, 1, 200);
+    ProgressPercent(bar, 199, 200);
+    ProgressPercent(bar, 200, 200);
+    EXPECT_THAT(user.events, ElementsAre("bar 0", "bar 99", "bar 100"));
+}
+
+TEST(ProgressPercent, IsExactForEveryPercent) {
+    for (int done = 0; done <= 100; ++done) {
+        Bar bar;
+        ProgressPercent(bar, done, 100);
+        EXPECT_EQ(bar.percent, done);
+    }
+}
+
+TEST(ProgressPercent, TheBarIsDrawnOnlyOnAChange) {
+    BarUser user;
+    Bar bar;
+    for (int i = 0; i < 5; ++i)
+        ProgressPercent(bar, 50, 100);
+    EXPECT_THAT(user.events, ElementsAre("bar 50"));
+    EXPECT_EQ(user.pumped, 1);
+}
+
+TEST(ProgressPercent, ATotalOfNothingCountsAsOne) {
+    Bar bar;
+    ProgressPercent(bar, 0, 0);
+    EXPECT_EQ(bar.percent, 0);
+    ProgressPercent(bar, 1, 0);
+    EXPECT_EQ(bar.percent, 100);
+    ProgressPercent(bar, 5, -3);
+    EXPECT_EQ(bar.percent, 100);
+}
+
+TEST(ProgressPercent, MoreThanTheTotalCountsAsTheTotal) {
+    Bar bar;
+    ProgressPercent(bar, 300, 200);
+    EXPECT_EQ(bar.percent, 100);
+    ProgressPercent(bar, -5, 200);
+    EXPECT_EQ(bar.percent, 0);
+    ProgressPercent(bar, 9e15, 1e16);
+    EXPECT_EQ(bar.percent, 90);
+}
+
+TEST(ProgressDialog, IsOpenForTheLengthOfItsScope) {
+    BarUser user;
+    {
+        ProgressDialog dialog(BarPlace::ZipDialog, "Caption");
+        dialog.Label("one");
+        ProgressPercent(dialog.bar, 1, 2);
+    }
+    EXPECT_THAT(user.events, ElementsAre("open 1 Caption", "label one", "bar 50", "close 1"));
+}
+
+} // namespace
+} // namespace kelvash

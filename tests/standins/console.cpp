@@ -1,0 +1,107 @@
+// A console program that does what its arguments say, one order after the other:
+//
+//   say TEXT        prints the text; \n \r \b \t \0 stand for those characters
+//   complain TEXT   the same on standard error
+//   sleep MS        waits
+//   folder          prints the working folder
+//   variable NAME   prints a variable of the environment
+//   input           prints how many bytes standard input gives before its end
+//   write FILE TEXT writes a file
+//   arguments ...   prints each further argument in brackets, a line each; the last order
+//   exit CODE       ends
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
+
+namespace {
+
+std::string Unescaped(const std::string& text) {
+    static const std::string letters = "nrbt0";
+    static const std::string characters("\n\r\b\t\0", 5);
+    std::string plain;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const std::size_t letter =
+            text[i] == '\\' && i + 1 < text.size() ? letters.find(text[i + 1]) : std::string::npos;
+        if (letter != std::string::npos) ++i;
+        plain += letter == std::string::npos ? text[i] : characters[letter];
+    }
+    return plain;
+}
+
+void Print(std::FILE* stream, const std::string& text) {
+    std::fwrite(text.data(), 1, text.size(), stream);
+    std::fflush(stream);
+}
+
+class Orders {
+  public:
+    explicit Orders(std::vector<std::string> words) : words_(std::move(words)) {}
+
+    int Obey() {
+        while (at_ < words_.size()) {
+            const std::string order = Next();
+            if (order == "exit") return std::atoi(Next().c_str());
+            if (order == "arguments") return PrintRest();
+            if (!ObeyOne(order)) return 99;
+        }
+        return 0;
+    }
+
+  private:
+    std::string Next() { return at_ < words_.size() ? words_[at_++] : std::string(); }
+
+    bool ObeyOne(const std::string& order) {
+        if (order == "say") {
+            Print(stdout, Unescaped(Next()));
+        } else if (order == "complain") {
+            Print(stderr, Unescaped(Next()));
+        } else if (order == "sleep") {
+            std::this_thread::sleep_for(std::chrono::milliseconds(std::atoi(Next().c_str())));
+        } else if (order == "folder") {
+            Print(stdout, std::filesystem::current_path().string() + "\n");
+        } else if (order == "variable") {
+            const char* value = std::getenv(Next().c_str());
+            Print(stdout, std::string(value == nullptr ? "(none)" : value) + "\n");
+        } else if (order == "input") {
+            int count = 0;
+            while (std::fgetc(stdin) != EOF)
+                ++count;
+            Print(stdout, std::to_string(count) + "\n");
+        } else if (order == "write") {
+            std::ofstream file(std::filesystem::path(Next()), std::ios::binary);
+            file << Next();
+        } else {
+            return false;
+        }
+        return true;
+    }
+
+    int PrintRest() {
+        while (at_ < words_.size())
+            Print(stdout, "[" + Next() + "]\n");
+        return 0;
+    }
+
+    std::vector<std::string> words_;
+    std::size_t at_ = 0;
+};
+
+} // namespace
+
+int main(int count, char** words) {
+#ifdef _WIN32
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+#endif
+    return Orders(std::vector<std::string>(words + 1, words + count)).Obey();
+}
