@@ -101,7 +101,7 @@ std::optional<std::int32_t> StashFailure(std::int32_t code) {
             return kRemovalRefused;
         case StashResult::CannotDelete:
             TellCritical(LoadMessage(MessageId::kCannotDeleteSave, {}) + ListSaves().front());
-            return 0;
+            return kRemovalRefused;
     }
     return std::nullopt;
 }

@@ -83,8 +83,7 @@ bool RescueSaves() {
         ++number;
     const std::string folder = base + std::to_string(number);
     if (!CreateFolder(folder) || !CopyInto(saves, folder)) return false;
-    for (const std::string& save : saves)
-        DeleteFile(save);
+    if (!std::all_of(saves.begin(), saves.end(), DeleteFile)) return false;
     ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kSavesRescued, {}) + folder);
     return true;
 }

@@ -25,7 +25,7 @@ std::vector<std::string> ListSaves();
 [[nodiscard]] StashResult StashLevelFiles(std::int32_t code);
 
 // Moves saves that are still in the TRLE root after a failed removal into a new folder of the application's
-// folder and tells where they are. True if none are left in danger.
+// folder and tells where they are. False if one is still in the TRLE root: another level's would mix with it.
 [[nodiscard]] bool RescueSaves();
 
 // Copies all files of a level's stash into the TRLE root. False if one couldn't be copied.

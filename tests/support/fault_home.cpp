@@ -1,6 +1,7 @@
 #include "support/fault_home.h"
 
 #include <cstdlib>
+#include <set>
 
 #include "core/archive.h"
 #include "core/profile.h"
@@ -51,6 +52,16 @@ void LinkTree(const fs::path& from, const fs::path& to) {
         else
             fs::create_hard_link(entry.path(), target);
     }
+}
+
+// Bytes of all files that were put into folders of their own before they were overwritten.
+std::set<std::string> RescuedIn(const fs::path& home) {
+    std::set<std::string> rescued;
+    for (const fs::directory_entry& entry : fs::directory_iterator(home))
+        if (entry.path().filename().string().starts_with("rescued_saves_"))
+            for (const auto& [name, bytes] : FilesIn(entry.path()))
+                rescued.insert(bytes);
+    return rescued;
 }
 
 bool IsHalfDone(const std::string& name) {
@@ -141,13 +152,15 @@ int FaultHome::CountCalls(const Operation& operation) {
 
 void FaultHome::CheckSaves(std::int32_t in) const {
     const FileMap in_root = SavesOf(FilesIn(world.trle));
+    const std::set<std::string> rescued = RescuedIn(world.home);
     for (const auto& [code, expected] : saves) {
         const FileMap stash = FilesIn(world.StashPath(code));
         for (const auto& [name, bytes] : expected) {
             const auto stashed = stash.find(name);
             const auto played = in_root.find(name);
             const bool there = (stashed != stash.end() && stashed->second == bytes) ||
-                               (code == in && played != in_root.end() && played->second == bytes);
+                               (code == in && played != in_root.end() && played->second == bytes) ||
+                               rescued.count(bytes) != 0;
             EXPECT_TRUE(there) << "level " << code << " has lost " << name;
         }
         for (const auto& [name, bytes] : stash) {

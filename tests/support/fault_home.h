@@ -41,7 +41,8 @@ class FaultHome : public TestHome {
     TracedRun RunWith(const Operation& operation, const FaultPlan& plan);
 
     // Every save that stood before the operation is in the TRLE root, if its level is in, or in its level's
-    // stash, as it was; and no level has a save of another or anything that isn't one.
+    // stash, as it was, or was put into a rescue folder; and no level has a save of another or anything that
+    // isn't one.
     void CheckSaves(std::int32_t in) const;
     // Files of the TRLE folder but for saves, the marker and what a killed write left half done.
     FileMap LevelFiles() const;

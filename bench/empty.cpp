@@ -1,0 +1,4 @@
+// A program that does nothing: what the start of any program costs.
+int main() {
+    return 0;
+}

@@ -1,0 +1,381 @@
+// ratios WORK BIN CLI: the program's work beside plain tools doing the same, in pairs, and the table of
+// ratios. WORK is an empty folder for the files, BIN holds the small programs of this folder, CLI is
+// kelvash-cli.
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "core/archive.h"
+#include "core/profile.h"
+#include "foundation/drives.h"
+
+extern char** environ;
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace kelvash;
+using Clock = std::chrono::steady_clock;
+using Command = std::vector<std::string>;
+
+constexpr int kRounds = 15;
+constexpr int kShortRounds = 41;
+constexpr std::size_t kMegabyte = std::size_t{1} << 20;
+
+[[noreturn]] void Die(const std::string& why) {
+    std::cerr << "ratios: " << why << "\n";
+    std::exit(1);
+}
+
+// --- running ---
+
+struct Usage {
+    double milliseconds = 0;
+    long peak_kilobytes = 0;
+};
+
+Usage Run(const Command& command) {
+    std::vector<char*> arguments;
+    for (const std::string& argument : command)
+        arguments.push_back(const_cast<char*>(argument.c_str()));
+    arguments.push_back(nullptr);
+    posix_spawn_file_actions_t quiet;
+    posix_spawn_file_actions_init(&quiet);
+    posix_spawn_file_actions_addopen(&quiet, 1, "/dev/null", O_WRONLY, 0);
+    const auto start = Clock::now();
+    pid_t child = 0;
+    if (posix_spawnp(&child, arguments[0], &quiet, nullptr, arguments.data(), environ) != 0)
+        Die("can't run " + command[0]);
+    int status = 0;
+    rusage usage{};
+    wait4(child, &status, 0, &usage);
+    const std::chrono::duration<double, std::milli> time = Clock::now() - start;
+    posix_spawn_file_actions_destroy(&quiet);
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) Die(command[0] + " failed");
+    return {time.count(), usage.ru_maxrss};
+}
+
+double RunAll(const std::vector<Command>& commands) {
+    double sum = 0;
+    for (const Command& command : commands)
+        sum += Run(command).milliseconds;
+    return sum;
+}
+
+double Median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+// What an earlier run has written must not be on its way to the disk while the next is timed.
+void Settle(const fs::path& folder) {
+    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY);
+    if (descriptor < 0) return;
+    syncfs(descriptor);
+    close(descriptor);
+}
+
+struct Pairs {
+    std::vector<double> ours, plain, ratios, differences;
+    void Add(double our, double other) {
+        ours.push_back(our);
+        plain.push_back(other);
+        ratios.push_back(our / other);
+        differences.push_back(our - other);
+    }
+};
+
+// --- the table ---
+
+void PrintHead() {
+    std::printf("%-52s %10s %10s %10s %10s\n", "", "Kelvash", "plain", "measured", "target");
+}
+
+void PrintRow(const std::string& what, double ours, double plain, double measured, double target,
+              const char* unit) {
+    char plain_text[32] = "-";
+    if (plain > 0) std::snprintf(plain_text, sizeof plain_text, "%.1f ms", plain);
+    char ours_text[32];
+    std::snprintf(ours_text, sizeof ours_text, ours > 0 ? "%.1f ms" : "-", ours);
+    char measured_text[32], target_text[32];
+    std::snprintf(measured_text, sizeof measured_text, "%.2f%s", measured, unit);
+    std::snprintf(target_text, sizeof target_text, "%.2f%s", target, unit);
+    std::printf("%-52s %10s %10s %10s %10s%s\n", what.c_str(), ours_text, plain_text, measured_text,
+                target_text, measured <= target ? "" : "  MISSED");
+    std::fflush(stdout);
+}
+
+void PrintRatio(const std::string& what, const Pairs& pairs, double target) {
+    PrintRow(what, Median(pairs.ours), Median(pairs.plain), Median(pairs.ratios), target, "");
+}
+
+// --- the world ---
+
+void Write(const fs::path& path, const std::string& bytes) {
+    fs::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+// Half noise, half repetition, as a level file is.
+std::string LevelBytes(std::size_t size, unsigned seed) {
+    std::mt19937 random(seed);
+    std::string bytes;
+    bytes.reserve(size);
+    while (bytes.size() < size) {
+        const std::size_t length = std::min<std::size_t>(64, size - bytes.size());
+        if (random() % 2 == 0 || bytes.size() < 4096)
+            for (std::size_t i = 0; i < length; ++i)
+                bytes += static_cast<char>(random());
+        else
+            bytes += bytes.substr(bytes.size() - 64 - random() % 4000, length);
+    }
+    return bytes;
+}
+
+std::string Packed(const std::string& bytes) {
+    uLongf size = compressBound(static_cast<uLong>(bytes.size()));
+    std::string packed(size, '\0');
+    compress2(reinterpret_cast<Bytef*>(packed.data()), &size, reinterpret_cast<const Bytef*>(bytes.data()),
+              static_cast<uLong>(bytes.size()), 6);
+    packed.resize(size);
+    return packed;
+}
+
+struct File {
+    std::string name;
+    std::string folder; // in the TRLE folder
+    std::size_t size;
+};
+
+// 60 MB of a level, of which the waves, script and picture stand in TRLE already.
+const std::vector<File>& LevelFiles() {
+    static const std::vector<File> files = {
+        {"level.tr4", "data", 38 * kMegabyte}, {"level.pak", "data", 12 * kMegabyte},
+        {"010.wav", "audio", 5 * kMegabyte},   {"011.wav", "audio", 4 * kMegabyte},
+        {"script.dat", ".", 20'000},           {"load.bmp", ".", 786'486}};
+    return files;
+}
+
+bool StandsInTrle(const File& file) {
+    return file.folder != "data";
+}
+
+// A home with levels 1 and 2, plain, and 3 and 4, packed; and a second TRLE folder for the plain tools.
+struct World {
+    fs::path work, home, levels, trle, plain_trle, temp;
+    explicit World(const fs::path& folder)
+        : work(folder),
+          home(work / "home"),
+          levels(work / "c/Levels"),
+          trle(work / "c/trle"),
+          plain_trle(work / "plain_trle"),
+          temp(work / "plain_temp") {}
+
+    fs::path Files(int code) const { return levels / ("LEVEL_000" + std::to_string(code)) / "FILES"; }
+
+    void MakeTrle(const fs::path& target) const {
+        Write(target / "tomb4.exe", "MZ");
+        Write(target / "english.dat", "english");
+        Write(target / "data" / "title.tr4", LevelBytes(kMegabyte, 1));
+        for (const File& file : LevelFiles())
+            if (StandsInTrle(file)) Write(target / file.folder / file.name, LevelBytes(file.size, 2));
+    }
+
+    void Make() const {
+        MakeTrle(trle);
+        fs::create_directories(home);
+        fs::copy(trle, home / "backup_trle", fs::copy_options::recursive);
+        fs::copy(trle, plain_trle, fs::copy_options::recursive);
+        fs::create_directories(temp);
+        for (const char* name : {"FILES", "BACKUP_SAVEGAMES"})
+            fs::create_directories(home / "LEVEL_0000" / name);
+        for (int code = 1; code <= 4; ++code) {
+            fs::create_directories(Files(code).parent_path() / "BACKUP_SAVEGAMES");
+            for (const File& file : LevelFiles()) {
+                const std::string bytes = LevelBytes(file.size, static_cast<unsigned>(code));
+                const bool pack = code > 2 && (file.name.ends_with(".tr4") || file.name.ends_with(".wav"));
+                Write(Files(code) / (file.name + (pack ? ".zl" : "")), pack ? Packed(bytes) : bytes);
+            }
+        }
+        std::ofstream(home / "drives.txt")
+            << "C=" << (work / "c").string() << "\nH=" << home.string() << "\n";
+        SaveState();
+    }
+
+    void SaveState() const {
+        if (!SetAppFolder(home)) Die("no home");
+        core::profile.TrleFolder = "C:\\trle";
+        core::profile.FullBackup = true;
+        core::archive.Header.MainFolder = core::archive.Header.SecondaryFolder = "C:\\Levels";
+        core::archive.Levels.clear();
+        for (int code = 0; code <= 4; ++code) {
+            core::LevelRecord level;
+            level.Code = code;
+            level.Name = "Level " + std::to_string(code);
+            core::archive.Levels.push_back(level);
+        }
+        core::archive.Header.LevelCount = 5;
+        core::archive.Levels.emplace_back();
+        if (!core::WriteArchive("H:\\bench.kva")) Die("no Archive");
+    }
+
+    // rm of the level that is in, cp of what it had overwritten, cp of the next level's files.
+    std::vector<Command> PlainSwap(int code, const std::string& bin) const {
+        Command remove = {"rm", "-f"};
+        std::vector<Command> commands;
+        Command restore_audio = {"cp", "-p"}, restore_root = {"cp", "-p"};
+        Command inflate = {bin + "/inflate_files", Files(code).string(), temp.string()};
+        Command copy[3] = {{"cp", "-p"}, {"cp", "-p"}, {"cp", "-p"}};
+        for (const File& file : LevelFiles()) {
+            remove.push_back((plain_trle / file.folder / file.name).string());
+            const std::string original = (home / "backup_trle" / file.folder / file.name).string();
+            if (StandsInTrle(file))
+                (file.folder == "audio" ? restore_audio : restore_root).push_back(original);
+            const bool packed = fs::exists(Files(code) / (file.name + ".zl"));
+            if (packed) inflate.push_back(file.name);
+            const fs::path from = packed ? temp / file.name : Files(code) / file.name;
+            copy[file.folder == "data" ? 0 : file.folder == "audio" ? 1 : 2].push_back(from.string());
+        }
+        restore_audio.push_back((plain_trle / "audio").string());
+        restore_root.push_back(plain_trle.string());
+        copy[0].push_back((plain_trle / "data").string());
+        copy[1].push_back((plain_trle / "audio").string());
+        copy[2].push_back(plain_trle.string());
+        commands = {remove, restore_audio, restore_root};
+        if (inflate.size() > 3) commands.push_back(inflate);
+        commands.insert(commands.end(), std::begin(copy), std::end(copy));
+        if (inflate.size() > 3) {
+            Command clear = {"rm", "-f"};
+            for (std::size_t i = 3; i < inflate.size(); ++i)
+                clear.push_back((temp / inflate[i]).string());
+            commands.push_back(clear);
+        }
+        return commands;
+    }
+};
+
+std::uintmax_t BytesIn(const fs::path& folder) {
+    std::uintmax_t bytes = 0;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder))
+        if (entry.is_regular_file() && entry.path().filename() != "Kelvash.txt") bytes += entry.file_size();
+    return bytes;
+}
+
+Pairs MeasureSwap(const World& world, const std::string& bin, int one, int other) {
+    Pairs pairs;
+    for (int i = -2; i < kRounds; ++i) {
+        const int code = i % 2 == 0 ? one : other;
+        Settle(world.work);
+        const double ours = Run({bin + "/swap_once", world.home.string(), std::to_string(code)}).milliseconds;
+        Settle(world.work);
+        const double plain = RunAll(world.PlainSwap(code, bin));
+        if (i >= 0) pairs.Add(ours, plain); // the first two only fill the page cache
+    }
+    if (BytesIn(world.trle) != BytesIn(world.plain_trle)) Die("the two TRLE folders differ");
+    return pairs;
+}
+
+// --- an Archive of 10,000 levels ---
+
+constexpr int kManyLevels = 10'000;
+
+fs::path MakeManyLevels(const World& world) {
+    const fs::path home = world.work / "many";
+    fs::create_directories(home / "LEVEL_0000");
+    std::ofstream(home / "drives.txt")
+        << "C=" << (world.work / "c").string() << "\nH=" << home.string() << "\n";
+    if (!SetAppFolder(home)) Die("no home");
+    core::archive.Levels.clear();
+    for (int code = 0; code < kManyLevels; ++code) {
+        core::LevelRecord level;
+        level.Code = code;
+        level.Name = "Level of number " + std::to_string(code * 7919 % kManyLevels);
+        level.Author = "Somebody of some name";
+        level.Note = "Choose the second entry of the list";
+        core::archive.Levels.push_back(level);
+    }
+    core::archive.Header.LevelCount = kManyLevels;
+    core::archive.Levels.emplace_back();
+    if (!core::WriteArchive("H:\\many.kva") || !core::SaveProfile()) Die("no Archive");
+    return home;
+}
+
+double TimeOf(const std::function<bool()>& work) {
+    const auto start = Clock::now();
+    if (!work()) Die("the Archive can't be read or written");
+    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+// The bytes written to a new file and flushed, by the plainest means.
+bool WriteAndFlush(const fs::path& path, const std::string& bytes) {
+    const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666);
+    const bool written =
+        descriptor >= 0 &&
+        write(descriptor, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()) &&
+        fdatasync(descriptor) == 0;
+    close(descriptor);
+    return written;
+}
+
+void MeasureManyLevels(const World& world, const std::string& cli) {
+    const fs::path home = MakeManyLevels(world);
+    const std::string bytes(static_cast<std::size_t>(fs::file_size(home / "many.kva")), 'x');
+    std::vector<double> load, write, plain_write, list;
+    long peak = 0;
+    for (int i = 0; i < kRounds; ++i) {
+        load.push_back(TimeOf([] { return core::LoadArchive("H:\\many.kva"); }));
+        Settle(world.work);
+        write.push_back(TimeOf([] { return core::WriteArchive("H:\\many.kva"); }));
+        Settle(world.work);
+        plain_write.push_back(TimeOf([&] { return WriteAndFlush(home / "plain.bin", bytes); }));
+        const Usage usage = Run({cli, "--home", home.string(), "--json", "levels"});
+        list.push_back(usage.milliseconds);
+        peak = std::max(peak, usage.peak_kilobytes);
+    }
+    PrintRow("LoadArchive, 10,000 levels", Median(load), 0, Median(load), 30, " ms");
+    PrintRow("WriteArchive, 10,000 levels, flushed", Median(write), Median(plain_write), Median(write), 60,
+             " ms");
+    PrintRow("kelvash-cli --json levels, 10,000 levels", Median(list), 0, Median(list), 150, " ms");
+    PrintRow("  its peak memory", 0, 0, static_cast<double>(peak) / 1024, 64, " MiB");
+}
+
+void MeasureStatus(const World& world, const std::string& bin, const std::string& cli) {
+    Pairs pairs;
+    for (int i = 0; i < kShortRounds; ++i) {
+        const double ours = Run({cli, "--home", world.home.string(), "status"}).milliseconds;
+        pairs.Add(ours, Run({bin + "/empty"}).milliseconds);
+    }
+    PrintRow("kelvash-cli status, above an empty program", Median(pairs.ours), Median(pairs.plain),
+             Median(pairs.differences), 40, " ms");
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 4) Die("usage: ratios WORK BIN CLI");
+    const World world(fs::absolute(argv[1]));
+    const std::string bin = argv[2], cli = argv[3];
+    world.Make();
+    if (!core::SaveProfile()) Die("no profile");
+    PrintHead();
+    PrintRatio("swap of a plain level of 60 MB : rm, cp, cp", MeasureSwap(world, bin, 1, 2), 1.15);
+    PrintRatio("swap of a packed level : rm, cp, inflate, cp, rm", MeasureSwap(world, bin, 3, 4), 1.10);
+    MeasureStatus(world, bin, cli);
+    MeasureManyLevels(world, cli);
+    return 0;
+}
