@@ -1,0 +1,13 @@
+#include <io.h>
+
+#include <cstdio>
+
+#include "foundation/platform/platform.h"
+
+namespace kelvash::platform {
+
+bool OutputIsTerminal() {
+    return _isatty(_fileno(stdout)) != 0;
+}
+
+} // namespace kelvash::platform
