@@ -3,7 +3,6 @@
 // kelvash-cli.
 #include <fcntl.h>
 #include <spawn.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <zlib.h>
@@ -44,12 +43,8 @@ constexpr std::size_t kMegabyte = std::size_t{1} << 20;
 
 // --- running ---
 
-struct Usage {
-    double milliseconds = 0;
-    long peak_kilobytes = 0;
-};
-
-Usage Run(const Command& command) {
+// Milliseconds of a run.
+double Run(const Command& command) {
     std::vector<char*> arguments;
     for (const std::string& argument : command)
         arguments.push_back(const_cast<char*>(argument.c_str()));
@@ -62,18 +57,26 @@ Usage Run(const Command& command) {
     if (posix_spawnp(&child, arguments[0], &quiet, nullptr, arguments.data(), environ) != 0)
         Die("can't run " + command[0]);
     int status = 0;
-    rusage usage{};
-    wait4(child, &status, 0, &usage);
+    waitpid(child, &status, 0);
     const std::chrono::duration<double, std::milli> time = Clock::now() - start;
     posix_spawn_file_actions_destroy(&quiet);
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) Die(command[0] + " failed");
-    return {time.count(), usage.ru_maxrss};
+    return time.count();
+}
+
+// Largest resident memory of a run in MiB.
+double PeakOf(const std::string& bin, const std::string& command) {
+    std::FILE* output = popen((bin + "/peak " + command).c_str(), "r");
+    long kilobytes = 0;
+    if (output == nullptr || std::fscanf(output, "%ld", &kilobytes) != 1 || pclose(output) != 0)
+        Die("no peak");
+    return static_cast<double>(kilobytes) / 1024;
 }
 
 double RunAll(const std::vector<Command>& commands) {
     double sum = 0;
     for (const Command& command : commands)
-        sum += Run(command).milliseconds;
+        sum += Run(command);
     return sum;
 }
 
@@ -281,7 +284,7 @@ Pairs MeasureSwap(const World& world, const std::string& bin, int one, int other
     for (int i = -2; i < kRounds; ++i) {
         const int code = i % 2 == 0 ? one : other;
         Settle(world.work);
-        const double ours = Run({bin + "/swap_once", world.home.string(), std::to_string(code)}).milliseconds;
+        const double ours = Run({bin + "/swap_once", world.home.string(), std::to_string(code)});
         Settle(world.work);
         const double plain = RunAll(world.PlainSwap(code, bin));
         if (i >= 0) pairs.Add(ours, plain); // the first two only fill the page cache
@@ -332,33 +335,31 @@ bool WriteAndFlush(const fs::path& path, const std::string& bytes) {
     return written;
 }
 
-void MeasureManyLevels(const World& world, const std::string& cli) {
+void MeasureManyLevels(const World& world, const std::string& bin, const std::string& cli) {
     const fs::path home = MakeManyLevels(world);
     const std::string bytes(static_cast<std::size_t>(fs::file_size(home / "many.kva")), 'x');
     std::vector<double> load, write, plain_write, list;
-    long peak = 0;
     for (int i = 0; i < kRounds; ++i) {
         load.push_back(TimeOf([] { return core::LoadArchive("H:\\many.kva"); }));
         Settle(world.work);
         write.push_back(TimeOf([] { return core::WriteArchive("H:\\many.kva"); }));
         Settle(world.work);
         plain_write.push_back(TimeOf([&] { return WriteAndFlush(home / "plain.bin", bytes); }));
-        const Usage usage = Run({cli, "--home", home.string(), "--json", "levels"});
-        list.push_back(usage.milliseconds);
-        peak = std::max(peak, usage.peak_kilobytes);
+        list.push_back(Run({cli, "--home", home.string(), "--json", "levels"}));
     }
     PrintRow("LoadArchive, 10,000 levels", Median(load), 0, Median(load), 30, " ms");
     PrintRow("WriteArchive, 10,000 levels, flushed", Median(write), Median(plain_write), Median(write), 60,
              " ms");
     PrintRow("kelvash-cli --json levels, 10,000 levels", Median(list), 0, Median(list), 150, " ms");
-    PrintRow("  its peak memory", 0, 0, static_cast<double>(peak) / 1024, 64, " MiB");
+    PrintRow("  its peak memory", 0, 0,
+             PeakOf(bin, "'" + cli + "' --home '" + home.string() + "' --json levels"), 64, " MiB");
 }
 
 void MeasureStatus(const World& world, const std::string& bin, const std::string& cli) {
     Pairs pairs;
     for (int i = 0; i < kShortRounds; ++i) {
-        const double ours = Run({cli, "--home", world.home.string(), "status"}).milliseconds;
-        pairs.Add(ours, Run({bin + "/empty"}).milliseconds);
+        const double ours = Run({cli, "--home", world.home.string(), "status"});
+        pairs.Add(ours, Run({bin + "/empty"}));
     }
     PrintRow("kelvash-cli status, above an empty program", Median(pairs.ours), Median(pairs.plain),
              Median(pairs.differences), 40, " ms");
@@ -376,6 +377,6 @@ int main(int argc, char** argv) {
     PrintRatio("swap of a plain level of 60 MB : rm, cp, cp", MeasureSwap(world, bin, 1, 2), 1.15);
     PrintRatio("swap of a packed level : rm, cp, inflate, cp, rm", MeasureSwap(world, bin, 3, 4), 1.10);
     MeasureStatus(world, bin, cli);
-    MeasureManyLevels(world, cli);
+    MeasureManyLevels(world, bin, cli);
     return 0;
 }

@@ -7,7 +7,7 @@ build=build/release
 work=${1:-$build/bench/work}
 
 cmake --preset release >/dev/null
-cmake --build --preset release --target ratios swap_once inflate_files empty kelvash-cli >/dev/null
+cmake --build --preset release --target ratios swap_once inflate_files empty peak kelvash-cli >/dev/null
 rm -rf "$work"
 mkdir -p "$work"
 trap 'rm -rf "$work"' EXIT
