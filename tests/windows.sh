@@ -12,7 +12,13 @@ cmake --build "$build"
 
 export WINEPREFIX="$PWD/$build/prefix" WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
 unset DISPLAY
-[[ -d $WINEPREFIX ]] || wineboot -i
+if [[ ! -f $WINEPREFIX/ready ]]; then
+    wineboot -i
+    # Windows without a display.
+    wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f
+    wineserver -w
+    touch "$WINEPREFIX/ready"
+fi
 status=0
 wine "$build/tests/foundation_tests.exe" "$@" || status=$?
 wineserver -k || true

@@ -188,6 +188,8 @@ TEST_F(Drives, FreeSpaceIsThatOfThePathsDrive) {
 }
 
 TEST_F(Drives, SpecialFoldersHaveNoBackSlashAtTheirEnd) {
+    ResetDrives();
+    ASSERT_TRUE(SetAppFolder(home)); // with the system's own drives
     for (const SpecialFolderId id : {SpecialFolderId::Temporary, SpecialFolderId::Programs,
                                      SpecialFolderId::Desktop, SpecialFolderId::Documents}) {
         const std::string folder = SpecialFolder(id);

@@ -21,6 +21,9 @@
 #ifdef _WIN32
 #include <fcntl.h>
 #include <io.h>
+#include <windows.h>
+// Behind windows.h.
+#include <shellapi.h>
 #endif
 
 namespace {
@@ -96,6 +99,20 @@ class Orders {
     std::size_t at_ = 0;
 };
 
+// The arguments in UTF-8; the system's own list has them in the ANSI code page on Windows.
+std::vector<std::string> ArgumentsOf([[maybe_unused]] int count, [[maybe_unused]] char** words) {
+#ifdef _WIN32
+    std::vector<std::string> arguments;
+    int wide_count = 0;
+    wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &wide_count);
+    for (int i = 1; i < wide_count; ++i)
+        arguments.push_back(std::filesystem::path(wide[i]).string());
+    return arguments;
+#else
+    return {words + 1, words + count};
+#endif
+}
+
 } // namespace
 
 int main(int count, char** words) {
@@ -103,5 +120,5 @@ int main(int count, char** words) {
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
 #endif
-    return Orders(std::vector<std::string>(words + 1, words + count)).Obey();
+    return Orders(ArgumentsOf(count, words)).Obey();
 }

@@ -1,6 +1,5 @@
 #include <io.h>
-
-#include <cstdio>
+#include <stdio.h>
 
 #include "foundation/platform/platform.h"
 
