@@ -158,7 +158,7 @@ TEST_F(Usage, AnAnswersFileThatCannotBeReadIsRefused) {
 
 TEST_F(Usage, AMessageTableInTheHomeIsTaken) {
     SetUpHome();
-    MakeFile(home / "messages.txt", "# a translation\n9020\tCartella TRLE\n");
+    MakeFile(home / "messages.txt", "# a translation\n2920\tCartella TRLE\n");
     EXPECT_EQ(Plain({"status"}).lines.at(0), "Cartella TRLE: C:\\trle");
     MakeFile(home / "messages.txt", "nonsense\n");
     const CliRun run = Plain({"status"});

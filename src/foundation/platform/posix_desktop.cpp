@@ -75,7 +75,9 @@ struct Property {
 class X11Desktop final : public Desktop {
   public:
     X11Desktop() = default;
-    ~X11Desktop() override { Close(); }
+    // The connection ends with the process: closing it this late could meet a server that has gone, and fail
+    // the program for it.
+    ~X11Desktop() override = default;
 
     bool KeyHeld(int virtual_key) override;
     void PressKey(int virtual_key, int scan_code) override;
