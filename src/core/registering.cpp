@@ -1,4 +1,5 @@
 // The program's entries in the desktop and the registry, and the reset of all state.
+#include "companion/game.h"
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/profile.h"
@@ -47,6 +48,7 @@ void ResetProgramState() {
     level_list = LevelList();
     profile = ProfileRecord();
     session = SessionState();
+    companion::game = companion::GameState();
     ResetMessages();
     ResetDrives();
 }
