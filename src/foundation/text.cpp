@@ -70,7 +70,8 @@ char AnsiFromCode(char32_t code) {
 std::string_view Trim(std::string_view text) {
     // The fields of a record are mostly padding: it goes by words first.
     constexpr std::string_view kBlankWord = "        ";
-    while (text.ends_with(kBlankWord)) text.remove_suffix(kBlankWord.size());
+    while (text.ends_with(kBlankWord))
+        text.remove_suffix(kBlankWord.size());
     const std::size_t first = text.find_first_not_of(' ');
     if (first == std::string_view::npos) return {};
     return text.substr(first, text.find_last_not_of(' ') - first + 1);
