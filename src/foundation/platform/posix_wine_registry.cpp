@@ -1,10 +1,7 @@
 #include "foundation/platform/posix_wine_registry.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <cstdio>
@@ -323,6 +320,25 @@ class Rewriter {
     bool done_ = false;
 };
 
+// Of a process's folder in /proc.
+bool IsWineServer(const fs::path& process) {
+    std::ifstream name(process / "comm");
+    std::string comm;
+    return std::getline(name, comm) && comm.starts_with("wineserver");
+}
+
+// A server holds the lock of its folder open, which bears the prefix's numbers; where the folder lies is a
+// matter of the distribution.
+bool HoldsFileBelow(const fs::path& process, std::string_view folder) {
+    std::error_code error;
+    for (fs::directory_iterator at(process / "fd", error), end; !error && at != end; at.increment(error)) {
+        std::error_code closed;
+        const fs::path file = fs::read_symlink(at->path(), closed);
+        if (file.native().find(folder) != std::string::npos) return true;
+    }
+    return false;
+}
+
 } // namespace
 
 std::optional<std::string> ReadWineValue(const NativeFile& file, std::string_view key) {
@@ -366,18 +382,13 @@ bool WriteWineValues(const NativeFile& file, std::string_view key, const WineVal
 bool WineServerRuns(const NativeFile& prefix) {
     struct stat status {};
     if (::stat(prefix.c_str(), &status) != 0) return false;
-    char folder[96];
-    std::snprintf(folder, sizeof folder, "/tmp/.wine-%u/server-%llx-%llx/lock", ::getuid(),
-                  static_cast<unsigned long long>(status.st_dev),
+    char folder[64];
+    std::snprintf(folder, sizeof folder, "/server-%llx-%llx/", static_cast<unsigned long long>(status.st_dev),
                   static_cast<unsigned long long>(status.st_ino));
-    const int descriptor = ::open(folder, O_RDWR | O_CLOEXEC);
-    if (descriptor < 0) return errno != ENOENT;
-    struct flock lock {};
-    lock.l_type = F_WRLCK;
-    lock.l_whence = SEEK_SET;
-    const bool free = ::fcntl(descriptor, F_GETLK, &lock) == 0 && lock.l_type == F_UNLCK;
-    ::close(descriptor);
-    return !free;
+    std::error_code error;
+    for (fs::directory_iterator at("/proc", error), end; !error && at != end; at.increment(error))
+        if (IsWineServer(at->path()) && HoldsFileBelow(at->path(), folder)) return true;
+    return false;
 }
 
 } // namespace kelvash::platform

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -260,30 +261,24 @@ TEST_F(WineRegistry, WhatIsNoRegistryIsLeftAlone) {
     }
 }
 
-// The server's lock of a prefix, held by another process: a lock of one's own isn't seen.
+// A process that looks like the server of a prefix: by its name and the lock that it holds open.
 class RunningServer {
   public:
-    explicit RunningServer(const fs::path& prefix) {
+    RunningServer(const fs::path& prefix, const fs::path& temporary) {
         struct stat status {};
         if (::stat(prefix.c_str(), &status) != 0) std::abort();
-        char name[96];
-        std::snprintf(name, sizeof name, "/tmp/.wine-%u/server-%llx-%llx", ::getuid(),
-                      static_cast<unsigned long long>(status.st_dev),
+        char name[64];
+        std::snprintf(name, sizeof name, "server-%llx-%llx", static_cast<unsigned long long>(status.st_dev),
                       static_cast<unsigned long long>(status.st_ino));
-        folder_ = name;
-        for (const fs::path& made :
-             {folder_.parent_path(), folder_}) // Wine itself refuses others than private ones
-            if (fs::create_directory(made)) fs::permissions(made, fs::perms::owner_all);
-        MakeFile(folder_ / "lock", "");
+        const fs::path lock = temporary / name / "lock";
+        MakeFile(lock, "");
         int ready[2];
         if (::pipe(ready) != 0) std::abort();
         child_ = ::fork();
         if (child_ == 0) {
-            const int file = ::open((folder_ / "lock").c_str(), O_RDWR);
-            struct flock lock {};
-            lock.l_type = F_WRLCK;
-            lock.l_whence = SEEK_SET;
-            if (::fcntl(file, F_SETLK, &lock) != 0 || ::write(ready[1], "x", 1) != 1) ::_exit(1);
+            ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+            ::prctl(PR_SET_NAME, "wineserver64");
+            if (::open(lock.c_str(), O_RDWR) < 0 || ::write(ready[1], "x", 1) != 1) ::_exit(1);
             ::pause();
             ::_exit(0);
         }
@@ -292,12 +287,7 @@ class RunningServer {
         ::close(ready[0]);
         ::close(ready[1]);
     }
-    ~RunningServer() {
-        End();
-        fs::remove_all(folder_);
-        std::error_code used;
-        fs::remove(folder_.parent_path(), used);
-    }
+    ~RunningServer() { End(); }
     RunningServer(const RunningServer&) = delete;
     RunningServer& operator=(const RunningServer&) = delete;
 
@@ -309,12 +299,17 @@ class RunningServer {
     }
 
   private:
-    fs::path folder_;
     pid_t child_ = 0;
 };
 
+TEST_F(WineRegistry, AServerOfAnotherPrefixDoesNotMatter) {
+    fs::create_directories(root / "other");
+    const RunningServer server(root / "other", root / "tmp");
+    EXPECT_TRUE(WriteRegistryValues("Software\\New", "a", "Path", "b"));
+}
+
 TEST_F(WineRegistry, ARunningServerKeepsItsRegistry) {
-    RunningServer server(root / "prefix");
+    RunningServer server(root / "prefix", root / "tmp");
     EXPECT_FALSE(WriteRegistryValues("Software\\New", "a", "Path", "b"));
     EXPECT_EQ(BytesOf(file), kRegistry);
     EXPECT_TRUE(WriteRegistryValues(kKey, "C:\\trle\\winroomedit.exe", "Path", "C:\\trle")); // stands already
