@@ -1,0 +1,92 @@
+#include "ui/Dialog_Restore.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "swap/restore.h"
+#include "ui/forms_user.h"
+#include "ui/help.h"
+
+namespace kelvash::ui {
+
+Dialog_Restore::Dialog_Restore(FormsUser& user, QWidget* parent) : QDialog(parent) {
+    setObjectName(QStringLiteral("Dialog_Restore"));
+    Set_Caption_Texts();
+    Lay();
+    connect(Pul_Fast, &QPushButton::clicked, this, &Dialog_Restore::Fast);
+    connect(Pul_Full, &QPushButton::clicked, this, &Dialog_Restore::Full);
+    connect(Pul_Cancel, &QPushButton::clicked, this, &Dialog_Restore::reject);
+    connect(&user, &FormsUser::LabelChanged, this, [this](BarPlace place, const QString& text) {
+        if (place == BarPlace::CallerForm) Label_Info->setText(text);
+    });
+    connect(&user, &FormsUser::BarChanged, this, [this](BarPlace place, int percent) {
+        if (place == BarPlace::CallerForm) ProgressBar1->setValue(percent);
+    });
+    ConnectHelp(this, Pul_Help, HelpMark::Restore);
+}
+
+void Dialog_Restore::Set_Caption_Texts() {
+    setWindowTitle(Caption(MessageId::kRestoreCaption));
+    Label_Choose->setText(Caption(MessageId::kRestoreChoose));
+    Pul_Fast->setText(Caption(MessageId::kRestoreFast));
+    Label_Fast->setText(Caption(MessageId::kRestoreFastText));
+    Pul_Full->setText(Caption(MessageId::kRestoreFull));
+    Label_Full->setText(Caption(MessageId::kRestoreFullText));
+    Pul_Cancel->setText(Caption(MessageId::kRestoreCancel));
+    Pul_Help->setText(Caption(MessageId::kRestoreHelp));
+    AssignMnemonics(this);
+}
+
+void Dialog_Restore::Lay() {
+    auto* const kinds = new QGridLayout;
+    kinds->addWidget(Pul_Fast, 0, 0, Qt::AlignTop);
+    kinds->addWidget(Label_Fast, 0, 1);
+    kinds->addWidget(Pul_Full, 1, 0, Qt::AlignTop);
+    kinds->addWidget(Label_Full, 1, 1);
+    kinds->setColumnStretch(1, 1);
+    kinds->setSpacing(fontMetrics().height());
+    auto* const buttons = new QHBoxLayout;
+    buttons->addWidget(Pul_Help);
+    buttons->addStretch();
+    buttons->addWidget(Pul_Cancel);
+    auto* const layout = new QVBoxLayout(this);
+    layout->addWidget(Label_Choose);
+    layout->addLayout(kinds);
+    layout->addWidget(Label_Info);
+    layout->addWidget(ProgressBar1);
+    layout->addLayout(buttons);
+    for (QLabel* label : {Label_Fast, Label_Full, Label_Info})
+        label->setWordWrap(true);
+    ProgressBar1->setRange(0, 100);
+    ProgressBar1->setValue(0);
+    Pul_Fast->setDefault(true);
+    setMinimumWidth(fontMetrics().averageCharWidth() * 76);
+}
+
+void Dialog_Restore::SetRunning(bool running) {
+    running_ = running;
+    for (QPushButton* button : {Pul_Fast, Pul_Full, Pul_Help, Pul_Cancel})
+        button->setEnabled(!running);
+}
+
+void Dialog_Restore::reject() {
+    if (!running_) QDialog::reject();
+}
+
+void Dialog_Restore::Fast() {
+    SetRunning(true);
+    const bool restored = swap::FastRestore();
+    SetRunning(false);
+    if (restored) accept();
+}
+
+void Dialog_Restore::Full() {
+    SetRunning(true);
+    Bar bar{BarPlace::CallerForm, -1};
+    swap::FullRestore(bar, false);
+    SetRunning(false);
+    accept();
+}
+
+} // namespace kelvash::ui

@@ -1,0 +1,44 @@
+// Has the TRLE folder found: the first thing that a new user is asked.
+#pragma once
+
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <string>
+
+#include "foundation/user.h"
+#include "ui/form_support.h"
+
+namespace kelvash::ui {
+
+class Dialog_TrovaTrle final : public QDialog {
+    Q_OBJECT
+
+  public:
+    explicit Dialog_TrovaTrle(QWidget* parent);
+    void Set_Caption_Texts();
+    // Starts from the folder that the form names; it may be empty.
+    void ImpostaValori(const ChoiceForm& form);
+
+    // The accepted folder; "Pul_Cancel" or empty when the user gave up.
+    std::string Chosen;
+
+    QLabel* const Label_Info = Make<QLabel>(this, "Label_Info");
+    QLabel* const Label_Title = Make<QLabel>(this, "Label_Title");
+    QLabel* const Label_Path = Make<QLabel>(this, "Label_Path");
+    QPushButton* const Pul_Sfoglia = Make<QPushButton>(this, "Pul_Sfoglia");
+    QPushButton* const Pul_InstallTrleCD = Make<QPushButton>(this, "Pul_InstallTrleCD");
+    QPushButton* const Pul_InstallCompresso = Make<QPushButton>(this, "Pul_InstallCompresso");
+    QPushButton* const Pul_Help = Make<QPushButton>(this, "Pul_Help");
+    QPushButton* const Pul_Ok = Make<QPushButton>(this, "Pul_Ok");
+    QPushButton* const Pul_Cancel = Make<QPushButton>(this, "Pul_Cancel");
+
+  private:
+    void Lay();
+    void ShowFolder();
+    void Browse();
+
+    std::string folder_;
+};
+
+} // namespace kelvash::ui

@@ -1,0 +1,23 @@
+#include "ui/Dialog_Wait.h"
+
+#include <QVBoxLayout>
+
+namespace kelvash::ui {
+
+Dialog_Wait::Dialog_Wait(QWidget* parent) : QDialog(parent) {
+    setObjectName(QStringLiteral("Dialog_Wait"));
+    setWindowModality(Qt::ApplicationModal);
+    Set_Caption_Texts();
+    auto* const layout = new QVBoxLayout(this);
+    layout->addWidget(Label_Mex);
+    Label_Mex->setWordWrap(true);
+    Label_Mex->setAlignment(Qt::AlignCenter);
+    Label_Mex->setMinimumHeight(fontMetrics().height() * 3);
+    setMinimumWidth(fontMetrics().averageCharWidth() * 48);
+}
+
+void Dialog_Wait::Set_Caption_Texts() {
+    setWindowTitle(Caption(MessageId::kWaitCaption));
+}
+
+} // namespace kelvash::ui

@@ -1,0 +1,24 @@
+#include "ui/Dialog_Zip.h"
+
+#include <QVBoxLayout>
+
+namespace kelvash::ui {
+
+Dialog_Zip::Dialog_Zip(QWidget* parent) : QDialog(parent) {
+    setObjectName(QStringLiteral("Dialog_Zip"));
+    setWindowModality(Qt::ApplicationModal);
+    Set_Caption_Texts();
+    auto* const layout = new QVBoxLayout(this);
+    layout->addWidget(Label_Info);
+    layout->addWidget(ZlibTool1);
+    Label_Info->setWordWrap(true);
+    ZlibTool1->setRange(0, 100);
+    ZlibTool1->setValue(0);
+    setMinimumWidth(fontMetrics().averageCharWidth() * 64);
+}
+
+void Dialog_Zip::Set_Caption_Texts() {
+    setWindowTitle(Caption(MessageId::kZipCaption));
+}
+
+} // namespace kelvash::ui

@@ -1,0 +1,83 @@
+#include "ui/form_support.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSet>
+
+namespace kelvash::ui {
+
+namespace {
+
+// Hands out letters within one scope: a form, a menu bar, a menu.
+class Letters {
+  public:
+    // The caption with "&" before a letter that nobody has yet.
+    QString Mark(const QString& caption) {
+        QString text = caption;
+        text.replace(QLatin1Char('&'), QStringLiteral("&&"));
+        const qsizetype at = FreeLetter(text);
+        if (at >= 0) {
+            taken_.insert(text.at(at).toUpper());
+            text.insert(at, QLatin1Char('&'));
+        }
+        return text;
+    }
+
+  private:
+    bool IsFree(QChar letter) const {
+        return letter.isLetterOrNumber() && !taken_.contains(letter.toUpper());
+    }
+
+    // Beginnings of words first: they are what the eye finds.
+    qsizetype FreeLetter(const QString& text) const {
+        for (qsizetype i = 0; i < text.size(); ++i)
+            if (IsFree(text.at(i)) && (i == 0 || text.at(i - 1).isSpace())) return i;
+        for (qsizetype i = 0; i < text.size(); ++i)
+            if (IsFree(text.at(i))) return i;
+        return -1;
+    }
+
+    QSet<QChar> taken_;
+};
+
+// Marks that an earlier call has set.
+QString Unmarked(QString text) {
+    text.remove(QLatin1Char('&'));
+    return text;
+}
+
+void MarkActions(const QList<QAction*>& actions) {
+    Letters letters;
+    for (QAction* action : actions) {
+        if (action->isSeparator()) continue;
+        action->setText(letters.Mark(Unmarked(action->text())));
+        if (action->menu() != nullptr) MarkActions(action->menu()->actions());
+    }
+}
+
+} // namespace
+
+QString Caption(MessageId id, const MessageArgs& args) {
+    return ShownText(LoadMessage(id, args));
+}
+
+QString ShownText(const std::string& text) {
+    return FromUtf8(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+}
+
+void AssignMnemonics(QWidget* form) {
+    Letters letters;
+    if (const auto* const bar = form->findChild<QMenuBar*>()) {
+        MarkActions(bar->actions());
+        for (const QAction* action : bar->actions()) // the same keys reach these
+            static_cast<void>(letters.Mark(Unmarked(action->text())));
+    }
+    for (QAbstractButton* button : form->findChildren<QAbstractButton*>())
+        if (!button->text().isEmpty()) button->setText(letters.Mark(Unmarked(button->text())));
+    for (QLabel* label : form->findChildren<QLabel*>())
+        if (label->buddy() != nullptr) label->setText(letters.Mark(Unmarked(label->text())));
+}
+
+} // namespace kelvash::ui

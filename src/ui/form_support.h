@@ -1,0 +1,41 @@
+// What all forms share: texts between the logic and Qt, controls under their names, mnemonics.
+#pragma once
+
+#include <QLabel>
+#include <QString>
+#include <QWidget>
+#include <string>
+#include <type_traits>
+
+#include "foundation/messages.h"
+
+namespace kelvash::ui {
+
+inline QString FromUtf8(const std::string& text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+inline std::string ToUtf8(const QString& text) {
+    return text.toStdString();
+}
+
+// A text of the message table, with line breaks as Qt has them.
+QString Caption(MessageId id, const MessageArgs& args = {});
+// A text of the logic for a label or a box: line breaks as Qt has them.
+QString ShownText(const std::string& text);
+
+// A control whose object name is the name by which the form knows it. The parent owns it.
+template <class Control>
+Control* Make(QWidget* parent, const char* name) {
+    auto* const control = new Control(parent);
+    control->setObjectName(QString::fromLatin1(name));
+    // Names of files and levels are no mark-up.
+    if constexpr (std::is_same_v<Control, QLabel>) control->setTextFormat(Qt::PlainText);
+    return control;
+}
+
+// Gives every button, check box and labelled field of a form, and every entry of a menu, a letter by which
+// the keyboard reaches it. Letters are handed out from the front of the captions, no letter twice; what finds
+// none stays without. A caption's own "&" is shown as it is. To be called after Set_Caption_Texts.
+void AssignMnemonics(QWidget* form);
+
+} // namespace kelvash::ui

@@ -1,0 +1,316 @@
+#include "ui/forms_user.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEvent>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QLabel>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QWindow>
+#include <algorithm>
+
+#include "foundation/drives.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "ui/Dialog_GetDir.h"
+#include "ui/Dialog_InsertCd.h"
+#include "ui/Dialog_NewArc.h"
+#include "ui/Dialog_Progress.h"
+#include "ui/Dialog_TrovaTrle.h"
+#include "ui/Dialog_Wait.h"
+#include "ui/Dialog_Zip.h"
+#include "ui/form_support.h"
+
+namespace kelvash::ui {
+
+namespace {
+
+// A window that comes and goes within this time would only flicker.
+constexpr int kPatience = 250;
+
+QMessageBox::Icon IconOf(MessageStyle style) {
+    switch (style) {
+        case MessageStyle::Critical:
+            return QMessageBox::Critical;
+        case MessageStyle::Question:
+            return QMessageBox::Question;
+        case MessageStyle::Exclamation:
+            return QMessageBox::Warning;
+        case MessageStyle::Plain:
+            return QMessageBox::Information;
+    }
+    return QMessageBox::NoIcon;
+}
+
+// What a question offers, and what closing it means.
+struct ButtonSet {
+    QMessageBox::StandardButtons offered;
+    QMessageBox::StandardButton harmless;
+};
+
+ButtonSet SetOf(Buttons buttons) {
+    switch (buttons) {
+        case Buttons::YesNo:
+            return {QMessageBox::Yes | QMessageBox::No, QMessageBox::No};
+        case Buttons::YesNoCancel:
+            return {QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Cancel};
+        case Buttons::OkCancel:
+            return {QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel};
+        case Buttons::AbortRetryIgnore:
+            return {QMessageBox::Abort | QMessageBox::Retry | QMessageBox::Ignore, QMessageBox::Abort};
+    }
+    return {QMessageBox::Ok, QMessageBox::Ok};
+}
+
+Answer AnswerOf(int button) {
+    switch (button) {
+        case QMessageBox::Yes:
+            return Answer::Yes;
+        case QMessageBox::No:
+            return Answer::No;
+        case QMessageBox::Ok:
+            return Answer::Ok;
+        case QMessageBox::Abort:
+            return Answer::Abort;
+        case QMessageBox::Retry:
+            return Answer::Retry;
+        case QMessageBox::Ignore:
+            return Answer::Ignore;
+        default:
+            return Answer::Cancel;
+    }
+}
+
+bool IsInput(QEvent::Type type) {
+    switch (type) {
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::Wheel:
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+        case QEvent::ShortcutOverride:
+        case QEvent::Shortcut:
+        case QEvent::ContextMenu:
+        case QEvent::TouchBegin:
+        case QEvent::DragEnter:
+        case QEvent::Drop:
+        case QEvent::Close:
+            return true;
+        default:
+            return false;
+    }
+}
+
+QString NativeStart(const FileDialog& dialog) {
+    const std::string name = dialog.name.empty() ? std::string() : "\\" + dialog.name;
+    return QString::fromStdU16String(NativePath(dialog.folder + name).u16string());
+}
+
+// Runs a form that only chooses and gives its outcome.
+template <class Form>
+std::string Choose(const ChoiceForm& form, QWidget* parent) {
+    Form window(parent);
+    if constexpr (requires { window.ImpostaValori(form); }) window.ImpostaValori(form);
+    window.exec();
+    return window.Chosen;
+}
+
+} // namespace
+
+struct FormsUser::Progress {
+    BarPlace place;
+    std::unique_ptr<QDialog> window;
+    QLabel* label = nullptr;
+    QProgressBar* bar = nullptr; // none in a wait window
+    QElapsedTimer since;
+};
+
+bool TakesInputWhileBusy(const QObject* watched) {
+    QWidget* const modal = QApplication::activeModalWidget();
+    if (modal == nullptr) return false;
+    if (const auto* const widget = qobject_cast<const QWidget*>(watched))
+        return widget == modal || modal->isAncestorOf(widget);
+    // Events pass through their window first.
+    return modal->windowHandle() != nullptr && watched == static_cast<QObject*>(modal->windowHandle());
+}
+
+QString QtFilter(const std::string& pipe_form) {
+    const std::vector<std::string> parts = Split(pipe_form, '|');
+    QStringList filters;
+    for (std::size_t i = 0; i + 1 < parts.size(); i += 2) {
+        const QString text = FromUtf8(parts[i].substr(0, parts[i].find(" (")));
+        QString masks = FromUtf8(parts[i + 1]).replace(QLatin1Char(';'), QLatin1Char(' '));
+        if (masks == QLatin1String("*.*")) masks = QStringLiteral("*");
+        filters << text + QStringLiteral(" (") + masks + QLatin1Char(')');
+    }
+    return filters.join(QStringLiteral(";;"));
+}
+
+FormsUser::FormsUser() : old_user_(SetUser(this)), patience_(kPatience) {
+    qApp->installEventFilter(this);
+}
+
+FormsUser::~FormsUser() {
+    SetUser(old_user_);
+}
+
+QWidget* FormsUser::ParentOfBoxes() const {
+    QWidget* const modal = QApplication::activeModalWidget();
+    return modal != nullptr ? modal : main_window_.data();
+}
+
+QString FormsUser::TakeTitle() {
+    QString title = first_title_.isEmpty() ? Caption(MessageId::kBoxTitle) : first_title_;
+    first_title_.clear();
+    return title;
+}
+
+int FormsUser::RunBox(MessageStyle style, const std::string& text, int buttons, int harmless) {
+    QMessageBox box(IconOf(style), TakeTitle(), {}, QMessageBox::StandardButtons(buttons), ParentOfBoxes());
+    box.setObjectName(QStringLiteral("MessageBox"));
+    box.setTextFormat(Qt::PlainText); // file names and level names are no mark-up
+    box.setText(ShownText(text));
+    box.setEscapeButton(static_cast<QMessageBox::StandardButton>(harmless));
+    return box.exec();
+}
+
+void FormsUser::Message(MessageStyle style, const std::string& text) {
+    RunBox(style, text, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+Answer FormsUser::Ask(Buttons buttons, MessageStyle style, const std::string& text) {
+    const ButtonSet set = SetOf(buttons);
+    return AnswerOf(RunBox(style, text, set.offered, set.harmless));
+}
+
+std::optional<std::string> FormsUser::Input(const std::string& title, const std::string& text,
+                                            const std::string& initial) {
+    QInputDialog dialog(ParentOfBoxes());
+    dialog.setObjectName(QStringLiteral("InputBox"));
+    dialog.setWindowTitle(ShownText(title));
+    dialog.setLabelText(ShownText(text));
+    dialog.setTextValue(FromUtf8(initial));
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    return ToUtf8(dialog.textValue());
+}
+
+std::optional<std::string> FormsUser::PathOfFile(const QString& chosen) {
+    if (chosen.isEmpty()) return std::nullopt;
+    const std::filesystem::path native(chosen.toStdU16String());
+    std::string path = DosPath(native);
+    if (!path.empty()) return path;
+    TellCritical(LoadMessage(MessageId::kFileNotOnDrive, {}) + ToUtf8(chosen));
+    return std::nullopt;
+}
+
+std::optional<std::string> FormsUser::OpenFile(const FileDialog& dialog) {
+    return PathOfFile(QFileDialog::getOpenFileName(ParentOfBoxes(), ShownText(dialog.title),
+                                                   NativeStart(dialog), QtFilter(dialog.filter)));
+}
+
+std::optional<std::string> FormsUser::SaveFile(const FileDialog& dialog) {
+    std::optional<std::string> path = PathOfFile(QFileDialog::getSaveFileName(
+        ParentOfBoxes(), ShownText(dialog.title), NativeStart(dialog), QtFilter(dialog.filter)));
+    // A name typed without an extension takes that of the filter, as the common save dialog does it.
+    const std::vector<std::string> parts = Split(dialog.filter, '|');
+    if (path && parts.size() > 1 && ExtensionOf(FileNameOf(*path)).empty())
+        *path += ExtensionOf(Split(parts[1], ';').front());
+    return path;
+}
+
+std::optional<std::string> FormsUser::ChooseFolder(const std::string& caption, const std::string& start) {
+    Dialog_GetDir dialog(ParentOfBoxes());
+    dialog.ImpostaValori(caption, start);
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    return dialog.Folder;
+}
+
+std::string FormsUser::ShowForm(const ChoiceForm& form) {
+    using Runner = std::string (*)(const ChoiceForm&, QWidget*);
+    static const std::map<std::string, Runner> runners = {{"Dialog_NewArc", &Choose<Dialog_NewArc>},
+                                                          {"Dialog_TrovaTrle", &Choose<Dialog_TrovaTrle>},
+                                                          {"Dialog_InsertCd", &Choose<Dialog_InsertCd>}};
+    return runners.at(form.name)(form, ParentOfBoxes());
+}
+
+FormsUser::Progress* FormsUser::Find(BarPlace place) {
+    const auto found = std::find_if(open_.rbegin(), open_.rend(),
+                                    [place](const auto& progress) { return progress->place == place; });
+    return found == open_.rend() ? nullptr : found->get();
+}
+
+void FormsUser::OpenProgress(BarPlace place, const std::string& caption) {
+    auto progress = std::make_unique<Progress>();
+    progress->place = place;
+    const auto stop = [this] { stop_requested_ = true; };
+    if (place == BarPlace::WaitDialog) {
+        auto window = std::make_unique<Dialog_Wait>(ParentOfBoxes());
+        progress->label = window->Label_Mex;
+        progress->window = std::move(window);
+    } else if (place == BarPlace::ZipDialog) {
+        auto window = std::make_unique<Dialog_Zip>(ParentOfBoxes());
+        connect(window.get(), &Dialog_Zip::StopWanted, this, stop);
+        progress->label = window->Label_Info;
+        progress->bar = window->ZlibTool1;
+        progress->window = std::move(window);
+    } else {
+        auto window = std::make_unique<Dialog_Progress>(ParentOfBoxes());
+        connect(window.get(), &Dialog_Progress::StopWanted, this, stop);
+        progress->label = window->Label_Info;
+        progress->bar = window->ProgressBar1;
+        progress->window = std::move(window);
+    }
+    if (!caption.empty()) progress->window->setWindowTitle(ShownText(caption));
+    progress->since.start();
+    stop_requested_ = false;
+    open_.push_back(std::move(progress));
+    Show(*open_.back());
+}
+
+void FormsUser::CloseProgress(BarPlace place) {
+    const auto found = std::find_if(open_.rbegin(), open_.rend(),
+                                    [place](const auto& progress) { return progress->place == place; });
+    if (found != open_.rend()) open_.erase(std::next(found).base());
+}
+
+void FormsUser::Show(Progress& progress) {
+    if (!progress.window->isVisible()) {
+        if (progress.since.elapsed() < patience_) return;
+        progress.window->show();
+    }
+    PumpEvents();
+}
+
+void FormsUser::SetLabel(BarPlace place, const std::string& text) {
+    if (Progress* const progress = Find(place)) {
+        progress->label->setText(ShownText(text));
+        Show(*progress);
+    }
+    Q_EMIT LabelChanged(place, ShownText(text));
+}
+
+void FormsUser::SetBar(BarPlace place, int percent) {
+    if (Progress* const progress = Find(place)) {
+        if (progress->bar != nullptr) progress->bar->setValue(percent);
+        Show(*progress);
+    }
+    Q_EMIT BarChanged(place, percent);
+}
+
+void FormsUser::PumpEvents() {
+    ++pumping_;
+    QCoreApplication::processEvents();
+    --pumping_;
+}
+
+bool FormsUser::eventFilter(QObject* watched, QEvent* event) {
+    // A box that a job opens runs a loop of its own in which it alone is the modal window: nothing is lost.
+    if (pumping_ == 0 || !IsInput(event->type()) || TakesInputWhileBusy(watched)) return false;
+    event->ignore();
+    return true;
+}
+
+} // namespace kelvash::ui

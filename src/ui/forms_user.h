@@ -1,0 +1,84 @@
+// The user port of the forms: real windows.
+//
+// While the logic pumps events in the middle of a job, only the modal window on top takes the user's input;
+// everything else is dead until the job has ended. Progress windows appear when a job lasts long enough to be
+// looked at.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "foundation/user.h"
+
+class QWidget;
+
+namespace kelvash::ui {
+
+class FormsUser final : public QObject, public User {
+    Q_OBJECT
+
+  public:
+    // Puts itself in use as TheUser() for as long as it lives.
+    FormsUser();
+    ~FormsUser() override;
+
+    // The window above which boxes stand when no dialog is open.
+    void SetMainWindow(QWidget* window) { main_window_ = window; }
+    // The title of the first box; later ones have the program's name.
+    void SetFirstTitle(const QString& title) { first_title_ = title; }
+    // How long a job runs before its progress window shows, in milliseconds.
+    void SetPatience(int milliseconds) { patience_ = milliseconds; }
+
+    void Message(MessageStyle style, const std::string& text) override;
+    Answer Ask(Buttons buttons, MessageStyle style, const std::string& text) override;
+    std::optional<std::string> Input(const std::string& title, const std::string& text,
+                                     const std::string& initial) override;
+    std::optional<std::string> OpenFile(const FileDialog& dialog) override;
+    std::optional<std::string> SaveFile(const FileDialog& dialog) override;
+    std::optional<std::string> ChooseFolder(const std::string& caption, const std::string& start) override;
+    std::string ShowForm(const ChoiceForm& form) override;
+    void OpenProgress(BarPlace dialog, const std::string& caption) override;
+    void CloseProgress(BarPlace dialog) override;
+    void SetLabel(BarPlace place, const std::string& text) override;
+    void SetBar(BarPlace place, int percent) override;
+    void LevelListChanged() override { Q_EMIT ListChanged(); }
+    void PumpEvents() override;
+    bool StopRequested() override { return stop_requested_; }
+
+  Q_SIGNALS:
+    // For the forms that show a label and a bar of their own.
+    void LabelChanged(kelvash::BarPlace place, const QString& text);
+    void BarChanged(kelvash::BarPlace place, int percent);
+    void ListChanged();
+
+  private:
+    struct Progress; // an open progress window
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    QWidget* ParentOfBoxes() const;
+    QString TakeTitle();
+    int RunBox(MessageStyle style, const std::string& text, int buttons, int harmless);
+    std::optional<std::string> PathOfFile(const QString& chosen);
+    Progress* Find(BarPlace place);
+    void Show(Progress& progress);
+
+    User* old_user_;
+    QPointer<QWidget> main_window_;
+    QString first_title_;
+    int patience_;
+    int pumping_ = 0;
+    bool stop_requested_ = false;
+    std::vector<std::unique_ptr<Progress>> open_; // in the order of opening
+};
+
+// True if an input event may reach a widget while a job runs: it is in the modal window on top.
+bool TakesInputWhileBusy(const QObject* watched);
+
+// "Text (*.a;*.b)|*.a;*.b|..." as Qt writes filters: "Text (*.a *.b);;...".
+QString QtFilter(const std::string& pipe_form);
+
+} // namespace kelvash::ui

@@ -1,0 +1,29 @@
+#include "ui/help.h"
+
+#include <QPushButton>
+#include <QShortcut>
+
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "foundation/user.h"
+#include "ui/form_support.h"
+
+namespace kelvash::ui {
+
+void ShowHelp(QWidget* parent, HelpMark mark) {
+    const std::string path = AppFolder() + LoadMessage(MessageId::kHelpName, {});
+    if (!FileExists(path)) {
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kHelpMissing, {path}));
+        return;
+    }
+    static_cast<void>(parent);
+    static_cast<void>(mark);
+}
+
+void ConnectHelp(QWidget* form, QPushButton* button, HelpMark mark) {
+    const auto show = [form, mark] { ShowHelp(form, mark); };
+    QObject::connect(button, &QPushButton::clicked, form, show);
+    QObject::connect(new QShortcut(QKeySequence(Qt::Key_F1), form), &QShortcut::activated, form, show);
+}
+
+} // namespace kelvash::ui

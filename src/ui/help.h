@@ -1,0 +1,32 @@
+// Help: one text file in the application's folder, opened at a mark.
+#pragma once
+
+class QPushButton;
+class QWidget;
+
+namespace kelvash::ui {
+
+// The places of help_kelvash.txt that forms refer to; the number stands between two "#" in the file.
+enum class HelpMark {
+    MainWindow = 1,
+    FirstStart = 2,
+    Restore = 3,
+    Savegames = 4,
+    Questions = 5,
+    Settings = 6,
+    Archive = 7,
+    FindTrle = 8,
+    ChooseFolder = 9,
+    Search = 10,
+    Keyboard = 11,
+    Files = 12,
+    MoreInfo = 13
+};
+
+// Shows the help at a mark, above a window; tells when the file is missing.
+void ShowHelp(QWidget* parent, HelpMark mark);
+
+// Makes a button, and F1 anywhere in its form, show the help at a mark.
+void ConnectHelp(QWidget* form, QPushButton* button, HelpMark mark);
+
+} // namespace kelvash::ui

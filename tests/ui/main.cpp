@@ -1,0 +1,12 @@
+// Runs the tests of the forms without a screen.
+#include <gmock/gmock.h>
+
+#include <QApplication>
+
+int main(int argc, char** argv) {
+    testing::InitGoogleMock(&argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    const QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
