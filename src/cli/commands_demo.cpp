@@ -2,6 +2,7 @@
 
 #include "cli/commands.h"
 #include "cli/demo.h"
+#include "foundation/drive_options.h"
 #include "foundation/drives.h"
 #include "foundation/messages.h"
 
@@ -29,7 +30,7 @@ Result Demo(Session& session) {
                          {LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak}), yes},
                          {LoadMessage(MessageId::kBackupTryAnyway, {}), yes}});
     Result result;
-    const fs::path folder = NativeFromUser(session.options, session.options.path);
+    const fs::path folder = NativeFromUser(session.options.drives, session.options.path);
     std::error_code error;
     const fs::path whole = fs::weakly_canonical(fs::absolute(folder, error), error);
     Sandbox sandbox;

@@ -5,6 +5,7 @@
 #include "cli/answers.h"
 #include "cli/commands.h"
 #include "cli/terminal.h"
+#include "foundation/drive_options.h"
 
 namespace kelvash::cli {
 
@@ -25,10 +26,10 @@ Fallback FallbackOf(const Options& options) {
 int Run(std::vector<std::string> words) {
     Options options;
     if (const std::optional<int> status = ParseOptions(std::move(words), options)) return *status;
-    if (const std::string fault = SetDrives(options); !fault.empty()) return Complain(fault);
+    if (const std::string fault = SetDrives(options.drives); !fault.empty()) return Complain(fault);
     std::vector<AnswerEntry> answers;
     if (!options.answers.empty())
-        if (const std::string fault = ReadAnswers(NativeFromUser(options, options.answers), answers);
+        if (const std::string fault = ReadAnswers(NativeFromUser(options.drives, options.answers), answers);
             !fault.empty())
             return Complain(fault);
     const std::filesystem::path home = HomeOf(options);

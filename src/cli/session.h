@@ -2,8 +2,6 @@
 #pragma once
 
 #include <filesystem>
-#include <string>
-#include <string_view>
 
 #include "cli/cli_user.h"
 #include "cli/options.h"
@@ -17,13 +15,6 @@ struct Session {
     bool home_taken = false;
 };
 
-// The platform's path of a path that a person typed, before the application's folder and so its drives are
-// known: native, or a DOS path on a drive that an option names or on Z:, the whole file system. Empty for any
-// other drive.
-std::filesystem::path NativeFromUser(const Options& options, std::string_view typed);
-
-// Takes the drives of the options. Gives what is wrong with them; empty if nothing is.
-std::string SetDrives(const Options& options);
 // The application's folder that the options or the platform name.
 std::filesystem::path HomeOf(const Options& options);
 

@@ -42,6 +42,16 @@ std::vector<LevelListItem> SortedItems() {
     return items;
 }
 
+// The first item from an index on, in steps of 1 or -1, that holds the text; -1 for none.
+std::int32_t Search(std::string_view text, std::int32_t from, std::int32_t step) {
+    const auto count = static_cast<std::int32_t>(level_list.Items.size());
+    const std::string wanted = FoldCase(text);
+    for (std::int32_t i = from; i >= 0 && i < count; i += step)
+        if (FoldCase(level_list.Items[static_cast<std::size_t>(i)].Text).find(wanted) != std::string::npos)
+            return i;
+    return -1;
+}
+
 } // namespace
 
 void ClearProgress() {
@@ -63,6 +73,18 @@ void SelectLevel(std::int32_t code) {
     if (index < 0) return;
     level_list.Selected = index;
     TheUser().LevelListChanged();
+}
+
+std::int32_t FindLevel(std::string_view text) {
+    return Trim(text).empty() ? -1 : Search(Trim(text), 0, 1);
+}
+
+std::int32_t FindNextLevel(std::string_view text) {
+    return Search(Trim(text), level_list.Selected + 1, 1);
+}
+
+std::int32_t FindPreviousLevel(std::string_view text) {
+    return Search(Trim(text), level_list.Selected - 1, -1);
 }
 
 std::int32_t SelectedLevel() {

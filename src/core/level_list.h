@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kelvash::core {
@@ -28,5 +29,11 @@ void RefreshLevelList();
 void SelectLevel(std::int32_t code);
 // Code of the selected level; -1 if none is selected.
 std::int32_t SelectedLevel();
+
+// The search: always on the items' texts, the mark included, without regard to case; the text is trimmed.
+// Each gives the item to select, or -1 for none. Without a text the neighbours are those in the list.
+std::int32_t FindLevel(std::string_view text); // from the top; -1 for an empty text
+std::int32_t FindNextLevel(std::string_view text);
+std::int32_t FindPreviousLevel(std::string_view text);
 
 } // namespace kelvash::core

@@ -159,9 +159,11 @@ void StartUp(std::string_view command_line) {
         // TRLE can't be installed from a folder; who asks for it is told as for a failed set-up.
         TellCritical(LoadMessage(MessageId::kTrleSetupFailed, {}));
         archive.ArchiveLoadRefused = true;
+        session.EndWanted = true;
         return;
     }
-    if (!trle::ChooseTrleFolder() || !SecureOriginal()) return;
+    session.EndWanted = !trle::ChooseTrleFolder();
+    if (session.EndWanted || !SecureOriginal()) return;
     if (!OpenArchive()) {
         CloseArchive();
         return;

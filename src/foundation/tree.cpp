@@ -1,6 +1,7 @@
 // The long operations of files.h: whole trees with their bars and questions.
 #include <algorithm>
 
+#include "foundation/date_text.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -70,9 +71,7 @@ bool CopyTreeWith(std::string_view source, std::string_view destination, Bar* ba
 }
 
 std::string FileDateText(std::string_view path) {
-    const platform::LocalTime time = platform::ToLocalTime(FileTime(path).value_or(0));
-    return ZeroPadded(time.day, 2) + "/" + ZeroPadded(time.month, 2) + "/" + ZeroPadded(time.year, 4) + " " +
-           ZeroPadded(time.hour, 2) + "." + ZeroPadded(time.minute, 2) + "." + ZeroPadded(time.second, 2);
+    return FormatDate(LoadMessage(MessageId::kReplaceDatePattern, {}), FileTime(path).value_or(0));
 }
 
 // The lines of AskReplaceFile that describe one file.

@@ -1,3 +1,127 @@
-int main() {
-    return 0;
+// The window program.
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QIcon>
+#include <QTimer>
+#include <exception>
+#include <iostream>
+
+#include "foundation/drive_options.h"
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "ui/Dialog_Splash.h"
+#include "ui/Principale.h"
+#include "ui/forms_desktop.h"
+#include "ui/forms_user.h"
+#include "ui/shipped_files.h"
+#include "ui/theme.h"
+
+namespace kelvash::ui {
+
+namespace {
+
+constexpr int kWrongUsage = 2;
+
+struct Options {
+    std::string home;
+    std::vector<std::string> drives;
+    std::string command_line; // tokens in quotes, as StartUp takes them
+    bool demo = false;
+    bool quit_when_shown = false;
+};
+
+Options ReadOptions(const QApplication& application) {
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Keeps custom levels of the Tomb Raider Level Editor and swaps them into its folder."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption home(QStringLiteral("home"), QStringLiteral("The application's folder."),
+                                  QStringLiteral("DIR"));
+    const QCommandLineOption drive(QStringLiteral("drive"),
+                                   QStringLiteral("Puts a drive letter on a folder: L=DIR or L=DIR,cdrom."),
+                                   QStringLiteral("L=DIR"));
+    const QCommandLineOption demo(QStringLiteral("demo"),
+                                  QStringLiteral("Says at the first message that this is a sandbox."));
+    QCommandLineOption quit(QStringLiteral("quit-when-shown"));
+    quit.setFlags(QCommandLineOption::HiddenFromHelp); // for timing the start
+    parser.addOptions({home, drive, demo, quit});
+    parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("An Archive (.kva) to open."),
+                                 QStringLiteral("[FILE]"));
+    parser.process(application);
+    Options options;
+    options.home = parser.value(home).toStdString();
+    for (const QString& value : parser.values(drive))
+        options.drives.push_back(value.toStdString());
+    for (const QString& argument : parser.positionalArguments())
+        options.command_line += '"' + argument.toStdString() + "\" ";
+    options.demo = parser.isSet(demo);
+    options.quit_when_shown = parser.isSet(quit);
+    return options;
+}
+
+int Complain(const std::string& fault) {
+    std::cerr << "kelvash: " << fault << '\n';
+    return kWrongUsage;
+}
+
+// A translated message table of the application's folder.
+void TakeMessageTable() {
+    const std::string table = AppFolder() + "\\messages.txt";
+    if (FileExists(table) && !LoadMessageTable(table))
+        TellCritical(LoadMessage(MessageId::kFormsTableRefused, {}) + table);
+}
+
+int Run(const QApplication& application) {
+    const Options options = ReadOptions(application);
+    if (const std::string fault = SetDrives(options.drives); !fault.empty()) return Complain(fault);
+    const std::filesystem::path home =
+        options.home.empty() ? DefaultAppFolder() : NativeFromUser(options.drives, options.home);
+    if (home.empty()) return Complain("--home " + options.home + ": no such drive");
+    FormsUser user;
+    if (!SetAppFolder(home)) {
+        TellCritical(LoadMessage(MessageId::kFormsCannotWrite, {}) + home.string());
+        return EXIT_FAILURE;
+    }
+    if (options.demo) user.SetFirstTitle(Caption(MessageId::kBoxTitleDemo));
+    TakeMessageTable();
+    ProvideShippedFiles();
+    const FormsDesktop desktop;
+    const Theme theme;
+    std::optional<Dialog_Splash> splash;
+    if (const QPixmap picture = SplashPicture(); !picture.isNull()) {
+        splash.emplace(picture);
+        splash->show();
+        QCoreApplication::processEvents();
+    }
+    Principale window(user);
+    user.SetMainWindow(&window);
+    const bool started = window.Load(options.command_line);
+    splash.reset();
+    if (!started) {
+        window.close();
+        return EXIT_SUCCESS;
+    }
+    window.show();
+    if (options.quit_when_shown) QTimer::singleShot(0, &window, &QWidget::close);
+    return QApplication::exec();
+}
+
+} // namespace
+
+} // namespace kelvash::ui
+
+int main(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("kelvash"));
+    QCoreApplication::setApplicationVersion(QStringLiteral("1.4"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("kelvash"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/kelvash/kelvash.png")));
+    try {
+        return kelvash::ui::Run(application);
+    } catch (const std::exception& error) {
+        // Memory that ran out, or a system call that fails where it never should.
+        std::cerr << "kelvash: " << error.what() << '\n';
+        return EXIT_FAILURE;
+    }
 }

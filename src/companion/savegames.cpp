@@ -1,0 +1,71 @@
+#include "companion/savegames.h"
+
+#include "core/archive.h"
+#include "core/profile.h"
+#include "foundation/date_text.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "swap/marker.h"
+
+namespace kelvash::companion {
+
+namespace {
+
+constexpr std::size_t kTitleSize = 75;
+constexpr std::size_t kNumberEnd = kTitleSize + 2;
+
+std::int32_t NumberAtEnd(std::string_view bytes) {
+    if (bytes.size() < kNumberEnd) return 0;
+    const auto low = static_cast<unsigned char>(bytes[kTitleSize]);
+    const auto high = static_cast<unsigned char>(bytes[kTitleSize + 1]);
+    return static_cast<std::int16_t>(low | high << 8);
+}
+
+} // namespace
+
+std::int32_t ReadSavegameInfo(std::string_view path, std::string& title) {
+    title = LoadMessage(MessageId::kSaveNotReadable, {});
+    const std::optional<std::string> bytes = ReadFileStart(path, kNumberEnd);
+    if (!bytes || bytes->empty()) return 0;
+    const std::string_view field = std::string_view(*bytes).substr(0, kTitleSize);
+    const std::size_t end = field.find_first_of(std::string_view(",\r\n\0", 4));
+    title = Utf8FromAnsi(Trim(field.substr(0, end)));
+    return NumberAtEnd(*bytes);
+}
+
+std::int32_t SavegameSlotNumber(std::string_view path) {
+    const std::string extension = ExtensionOf(FileNameOf(path));
+    return extension.empty() ? 0 : LeadingNumber(std::string_view(extension).substr(1));
+}
+
+std::string SavegameLine(std::string_view path) {
+    constexpr std::size_t kNumberWidth = 4;
+    std::string title;
+    std::string number = std::to_string(ReadSavegameInfo(path, title));
+    if (number.size() < kNumberWidth) number.insert(0, kNumberWidth - number.size(), ' ');
+    return number + " " + title + LoadMessage(MessageId::kSaveLineStart, {}) +
+           FormatDate(LoadMessage(MessageId::kSaveDatePattern, {}), FileTime(path).value_or(0)) +
+           LoadMessage(MessageId::kSaveLineEnd, {});
+}
+
+std::string SlotFolder(std::int32_t code) {
+    if (code == swap::CurrentLevelCode()) return core::TrleFolder();
+    return core::StashFolder(core::LevelFolder(code, false));
+}
+
+std::vector<std::string> SlotSavegames(std::int32_t code) {
+    return ListFiles(SlotFolder(code), LoadMessage(MessageId::kSaveSlotMask, {}));
+}
+
+std::vector<std::string> ArchivedSavegames(std::int32_t code) {
+    const std::string part = LoadMessage(MessageId::kSaveNamePart, {});
+    std::vector<std::string> found = ScanTree(core::SavegamesFolder(core::LevelFolder(code, false))).files;
+    std::erase_if(found, [&](const std::string& path) {
+        return FindNoCase(FileNameOf(path), part) == std::string::npos;
+    });
+    return found;
+}
+
+} // namespace kelvash::companion

@@ -1,0 +1,30 @@
+// The savegames of a level: those in the game's slots, and the archived ones.
+//
+// A savegame is the game's own file savegame.N, N being its slot. Two things are read from it: its title at
+// offset 0, which ends at the first comma, line end or NUL within 75 bytes, and the running number of the
+// save, 16 bits signed at offset 75. Archived ones lie in folders slot1, slot2, ... below the level's
+// SAVEGAMES.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kelvash::companion {
+
+// Running number and title. A file that can't be read has the number 0 and the title "<NOT READABLE>".
+std::int32_t ReadSavegameInfo(std::string_view path, std::string& title);
+// The number behind the dot of the file's name.
+std::int32_t SavegameSlotNumber(std::string_view path);
+// How a list shows a savegame: "  12 Title  (dd/mm/yyyy  hh:nn:ss) ".
+std::string SavegameLine(std::string_view path);
+
+// Where the slots of a level are: the TRLE folder while it is installed there, else the level's
+// BACKUP_SAVEGAMES.
+std::string SlotFolder(std::int32_t code);
+// Full paths of the savegames in a level's slots, and of those archived at any depth below its SAVEGAMES.
+std::vector<std::string> SlotSavegames(std::int32_t code);
+std::vector<std::string> ArchivedSavegames(std::int32_t code);
+
+} // namespace kelvash::companion

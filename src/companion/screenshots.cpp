@@ -1,0 +1,40 @@
+#include "companion/screenshots.h"
+
+#include <algorithm>
+
+#include "core/archive.h"
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+
+namespace kelvash::companion {
+
+std::vector<std::string> Screenshots(std::int32_t code) {
+    const std::vector<std::string> kinds = Split(LoadMessage(MessageId::kShotKinds, {}), '|');
+    std::vector<std::string> files = ListFiles(core::ScreenshotsFolder(core::LevelFolder(code, false)), "*");
+    std::erase_if(files, [&](const std::string& file) {
+        return std::none_of(kinds.begin(), kinds.end(),
+                            [&](const std::string& kind) { return EndsWithNoCase(file, kind); });
+    });
+    return files;
+}
+
+std::string NewestScreenshot(std::int32_t code) {
+    std::string newest;
+    std::int64_t newest_time = 0;
+    for (const std::string& file : Screenshots(code)) {
+        const std::int64_t time = FileTime(file).value_or(0);
+        if (!newest.empty() && time < newest_time) continue;
+        newest = file;
+        newest_time = time;
+    }
+    return newest;
+}
+
+std::string DefaultScreenshot() {
+    return AppFolder() + LoadMessage(MessageId::kDefaultShot, {});
+}
+
+} // namespace kelvash::companion

@@ -1,0 +1,53 @@
+#include "core/level_view.h"
+
+#include "companion/savegames.h"
+#include "companion/screenshots.h"
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "swap/marker.h"
+
+namespace kelvash::core {
+
+namespace {
+
+// For the level that is in TRLE the saves of its last stay outside count as the older ones. That is meant.
+std::size_t OlderSaves(const LevelView& view) {
+    if (view.Code != swap::CurrentLevelCode()) return view.ArchivedSavegames.size();
+    return ListFiles(StashFolder(view.Folder), LoadMessage(MessageId::kSaveStashMask, {})).size();
+}
+
+std::string PlaceOf(const LevelView& view) {
+    const std::int32_t cd = LevelByCode(view.Code).CdNumber;
+    std::string folder = "\"" + view.Folder + "\"";
+    if (cd != 0) folder += LoadMessage(MessageId::kMainLevelOnCd, {}) + std::to_string(cd);
+    folder += LoadMessage(MessageId::kMainLevelPlaceGap, {});
+    return LoadMessage(MessageId::kMainLevelPlace, {folder, std::to_string(view.Screenshots.size())}) +
+           std::to_string(view.SlotSavegames.size()) + LoadMessage(MessageId::kMainCounts, {}) +
+           std::to_string(OlderSaves(view));
+}
+
+} // namespace
+
+std::optional<LevelView> SelectedLevelView() {
+    if (level_list.Selected < 0) return std::nullopt;
+    LevelView view;
+    view.Code = SelectedLevel();
+    if (LevelIndex(view.Code) < 0) {
+        TellCritical(LoadMessage(MessageId::kUnknownLevelCode, {}) + std::to_string(view.Code));
+        return std::nullopt;
+    }
+    view.Folder = LevelFolder(view.Code, false);
+    view.FolderMissing = !FolderExists(view.Folder);
+    view.Note = Trim(LevelByCode(view.Code).Note);
+    view.Screenshots = companion::Screenshots(view.Code);
+    view.SlotSavegames = companion::SlotSavegames(view.Code);
+    view.ArchivedSavegames = companion::ArchivedSavegames(view.Code);
+    view.Place = PlaceOf(view);
+    return view;
+}
+
+} // namespace kelvash::core

@@ -1,0 +1,84 @@
+// The document behind the [More info] button.
+#include <algorithm>
+#include <string>
+
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/level_view.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/process.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+
+namespace kelvash::core {
+
+namespace {
+
+void OpenAndTell(const std::string& document) {
+    if (!OpenDocument(document, LoadMessage(MessageId::kMoreInfoVerb, {}), Window::Normal, {}))
+        TellCritical(LoadMessage(MessageId::kMoreInfoOpenFailed, {}) + document);
+}
+
+bool IsPage(const std::string& document) {
+    const std::vector<std::string> kinds = Split(LoadMessage(MessageId::kMoreInfoPages, {}), '|');
+    return std::any_of(kinds.begin(), kinds.end(),
+                       [&](const std::string& kind) { return EndsWithNoCase(document, kind); });
+}
+
+// Copies a document and, for a page, the files beside it that its text names.
+bool CopyInfoFile(const std::string& source, const std::string& target) {
+    if (!CreateFolder(FolderOf(target)) || !CopyFile(source, target)) return false;
+    if (!IsPage(source)) return true;
+    const std::string text = ReadWholeFile(source);
+    for (const std::string& file : ListFiles(FolderOf(source), "*")) {
+        const std::string copy = FolderOf(target) + "\\" + FileNameOf(file);
+        if (FindNoCase(text, FileNameOf(file)) != std::string::npos && !FileExists(copy) &&
+            !CopyFile(file, copy))
+            return false;
+    }
+    return true;
+}
+
+void ShowFromCd(const LevelRecord& level, const std::string& on_disk) {
+    const std::string folder = LevelFolder(level.Code, true);
+    if (archive.CdMissing) {
+        TellCritical(LoadMessage(MessageId::kMoreInfoCdMissing, {}));
+        return;
+    }
+    const std::string on_cd = folder + LoadMessage(MessageId::kMoreInfoFolder, {}) + level.MoreInfoFile;
+    if (!FileExists(on_cd)) {
+        TellCritical(LoadMessage(MessageId::kMoreInfoNotFound, {on_cd}));
+        return;
+    }
+    if (!CopyInfoFile(on_cd, on_disk)) {
+        TellCritical(LoadMessage(MessageId::kMoreInfoCopyFailed, {on_cd}) + on_disk + "]");
+        return;
+    }
+    OpenAndTell(on_disk);
+}
+
+} // namespace
+
+void ShowMoreInfo() {
+    const std::int32_t code = SelectedLevel();
+    if (LevelIndex(code) < 0) {
+        TellCritical(LoadMessage(MessageId::kMoreInfoUnknownLevel, {}) + std::to_string(code));
+        return;
+    }
+    LevelRecord level = LevelByCode(code);
+    level.MoreInfoFile = Trim(level.MoreInfoFile);
+    if (level.MoreInfoFile.empty()) {
+        ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kMoreInfoNone, {kLineBreak}));
+        return;
+    }
+    const std::string on_disk =
+        LevelFolder(code, false) + LoadMessage(MessageId::kMoreInfoFolder, {}) + level.MoreInfoFile;
+    if (FileExists(on_disk))
+        OpenAndTell(on_disk);
+    else
+        ShowFromCd(level, on_disk);
+}
+
+} // namespace kelvash::core

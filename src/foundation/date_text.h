@@ -1,0 +1,14 @@
+// Dates as texts, by the patterns of the message table.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace kelvash {
+
+// A time (seconds since 1970, UTC) as local time by a pattern such as "dd/mm/yyyy  hh:nn:ss": runs of d, m,
+// y, h, n (minutes) and s stand for the number in as many digits; everything else stands as it is.
+std::string FormatDate(std::string_view pattern, std::int64_t seconds);
+
+} // namespace kelvash

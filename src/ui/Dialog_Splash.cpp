@@ -1,0 +1,34 @@
+#include "ui/Dialog_Splash.h"
+
+#include <QGuiApplication>
+#include <QPixmap>
+#include <QScreen>
+
+#include "foundation/drives.h"
+
+namespace kelvash::ui {
+
+Dialog_Splash::Dialog_Splash(const QPixmap& picture) : QWidget(nullptr, Qt::SplashScreen) {
+    setObjectName(QStringLiteral("Dialog_Splash"));
+    Image_Splash->setPixmap(picture);
+    Image_Splash->adjustSize();
+    setFixedSize(Image_Splash->size());
+    QPalette light = Label_Version->palette();
+    light.setColor(QPalette::WindowText, Qt::white);
+    Label_Version->setPalette(light);
+    Label_Version->setText(
+        Caption(MessageId::kSplashVersion, {LoadMessage(MessageId::kSplashVersionNumber, {})}));
+    Label_Version->adjustSize();
+    const int margin = fontMetrics().height();
+    Label_Version->move(width() - Label_Version->width() - margin,
+                        height() - Label_Version->height() - margin);
+    if (const QScreen* const screen = QGuiApplication::primaryScreen())
+        move(screen->availableGeometry().center() - rect().center());
+}
+
+QPixmap SplashPicture() {
+    const std::string path = AppFolder() + LoadMessage(MessageId::kSplashName, {});
+    return QPixmap(QString::fromStdU16String(NativePath(path).u16string()));
+}
+
+} // namespace kelvash::ui

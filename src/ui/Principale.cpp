@@ -1,0 +1,270 @@
+#include "ui/Principale.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QItemSelectionModel>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QSignalBlocker>
+#include <algorithm>
+
+#include "companion/game.h"
+#include "companion/savegames.h"
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/level_view.h"
+#include "core/profile.h"
+#include "core/start_up.h"
+#include "foundation/drives.h"
+#include "swap/install.h"
+#include "ui/forms_user.h"
+#include "ui/window_state.h"
+
+namespace kelvash::ui {
+
+namespace {
+
+QString NativeText(const std::string& path) {
+    return path.empty() ? QString() : QString::fromStdU16String(NativePath(path).u16string());
+}
+
+void FillList(QListWidget* list, const std::vector<std::string>& savegames) {
+    list->clear();
+    for (const std::string& path : savegames)
+        list->addItem(FromUtf8(companion::SavegameLine(path)));
+}
+
+} // namespace
+
+Principale::Principale(FormsUser& user) : user_(user) {
+    setObjectName(QStringLiteral("Principale"));
+    setAcceptDrops(true);
+    context_menus_ = BuildMenu(menuBar(), this);
+    Set_Caption_Texts();
+    Lay();
+    ConnectControls(user);
+    ConnectMenu();
+}
+
+QAction* Principale::Command(const char* name) const {
+    return findChild<QAction*>(QString::fromLatin1(name));
+}
+
+bool Principale::Load(const std::string& command_line) {
+    core::StartUp(command_line);
+    Timer1->setInterval(core::session.TimerInterval);
+    RestoreWindow(this, splitter_);
+    ShowPanel(core::profile.ShowScreenShots);
+    ShowLevels();
+    return !core::session.EndWanted;
+}
+
+void Principale::ConnectControls(FormsUser& user) {
+    connect(&user, &FormsUser::ListChanged, this, &Principale::ShowLevels);
+    connect(&user, &FormsUser::LabelChanged, this, [this](BarPlace place, const QString& text) {
+        if (place == BarPlace::MainWindow) Label_Info->setText(text);
+    });
+    connect(&user, &FormsUser::BarChanged, this, [this](BarPlace place, int percent) {
+        if (place == BarPlace::MainWindow) ProgressBar1->setValue(percent);
+    });
+    connect(Combo_Livelli->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &Principale::TakeSelection);
+    connect(Combo_Livelli, &QListView::doubleClicked, this, &Principale::Play);
+    connect(Text_Search, &QLineEdit::textChanged, this, &Principale::FilterLevels);
+    connect(Text_Search, &QLineEdit::returnPressed, Pul_Search, &QPushButton::click);
+    connect(Pul_Search, &QPushButton::clicked, this, &Principale::Search);
+    connect(Pul_Dopo, &QPushButton::clicked, this,
+            [this] { Select(core::FindNextLevel(ToUtf8(Text_Search->text()))); });
+    connect(Pul_Prima, &QPushButton::clicked, this,
+            [this] { Select(core::FindPreviousLevel(ToUtf8(Text_Search->text()))); });
+    connect(Pul_Play, &QPushButton::clicked, this, &Principale::Play);
+    connect(Pul_MoreInfo, &QPushButton::clicked, this, [] { core::ShowMoreInfo(); });
+    connect(Pul_ScreenShots, &QPushButton::clicked, this, [this] { ShowPanel(true); });
+    connect(Pul_SaveGames, &QPushButton::clicked, this, [this] { ShowPanel(false); });
+    connect(Pul_PrimoShot, &QPushButton::clicked, this, [this] { PageImages(0); });
+    connect(Pul_PrimaScreenShot, &QPushButton::clicked, this,
+            [this] { PageImages(first_shown_image_ < 2 ? 0 : first_shown_image_ - 2); });
+    connect(Pul_DopoScreenShot, &QPushButton::clicked, this, [this] { PageImages(first_shown_image_ + 2); });
+    connect(Pul_UltimoShot, &QPushButton::clicked, this,
+            [this] { PageImages((image_names_.size() - 1) / 2 * 2); });
+    connect(Timer1, &QTimer::timeout, this, &Principale::WatchGame);
+    // A click in one list takes the selection of the other away.
+    connect(List_SaveGameTomb, &QListWidget::itemClicked, List_SaveGameArchiviati,
+            &QListWidget::clearSelection);
+    connect(List_SaveGameArchiviati, &QListWidget::itemClicked, List_SaveGameTomb,
+            &QListWidget::clearSelection);
+}
+
+void Principale::ShowLevels() {
+    const QSignalBlocker blocker(Combo_Livelli->selectionModel());
+    levels_->Refresh();
+    ShowTitle();
+    FilterLevels();
+    AggiornaDatiLivello(false);
+}
+
+void Principale::ShowTitle() {
+    setWindowTitle(core::ArchiveIsOpen() ? ShownText(core::ArchiveTitle())
+                                         : Caption(MessageId::kMainNoArchive));
+}
+
+// Selects the item at a place of the level list; -1 changes nothing.
+void Principale::Select(int index) {
+    if (index < 0) return;
+    const QModelIndex row = levels_->index(levels_->RowOf(index));
+    Combo_Livelli->setCurrentIndex(row);
+    Combo_Livelli->scrollTo(row);
+}
+
+void Principale::TakeSelection() {
+    core::level_list.Selected = levels_->IndexAt(Combo_Livelli->currentIndex().row());
+    AggiornaDatiLivello(false);
+}
+
+// The selected level stays selected while it is shown; else the first that is shown takes its place, so that
+// Play never starts a level that nobody sees.
+void Principale::FilterLevels() {
+    const std::int32_t selected = core::level_list.Selected;
+    const std::int32_t code = core::SelectedLevel();
+    {
+        const QSignalBlocker blocker(Combo_Livelli->selectionModel());
+        levels_->SetFilter(Text_Search->text());
+        int row = levels_->RowOf(selected);
+        if (row < 0 && levels_->rowCount() > 0) row = 0;
+        Combo_Livelli->setCurrentIndex(levels_->index(row));
+        core::level_list.Selected = levels_->IndexAt(row);
+    }
+    Combo_Livelli->scrollTo(Combo_Livelli->currentIndex());
+    Combo_Livelli->viewport()->update();
+    if (core::SelectedLevel() != code) AggiornaDatiLivello(false);
+}
+
+void Principale::Search() {
+    const std::string text = ToUtf8(Text_Search->text());
+    const std::int32_t found = core::FindLevel(text);
+    if (found >= 0) {
+        Select(found);
+        Combo_Livelli->setFocus();
+    } else if (!Text_Search->text().trimmed().isEmpty()) {
+        ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kMainNotFound, {}));
+    }
+}
+
+void Principale::AggiornaDatiLivello(bool keep_image) {
+    const std::optional<core::LevelView> view = core::SelectedLevelView();
+    const core::LevelView shown = view.value_or(core::LevelView());
+    if (view) levels_->ForgetThumbnail(view->Code);
+    image_names_ = shown.Screenshots;
+    image_hint_ = shown.FolderMissing ? LoadMessage(MessageId::kMainLevelMissing, {}) + shown.Folder
+                                      : LoadMessage(MessageId::kMainNoImage, {});
+    PageImages(keep_image ? first_shown_image_ : 0);
+    ShowSavegames(shown.SlotSavegames, shown.ArchivedSavegames);
+    Label_InfoLevel->setText(core::ArchiveIsOpen() ? FromUtf8(shown.Note)
+                                                   : Caption(MessageId::kMainNoArchiveNote));
+    Label_InfoDir->setText(FromUtf8(shown.Place));
+    Label_InfoDir->setToolTip(FromUtf8(shown.Place));
+    EnableCommands();
+}
+
+void Principale::ShowSavegames(const std::vector<std::string>& slots,
+                               const std::vector<std::string>& archived) {
+    FillList(List_SaveGameTomb, slots);
+    FillList(List_SaveGameArchiviati, archived);
+    Text_NoteSaveGame->clear();
+    Image_SaveGame->ShowFile({}, Caption(MessageId::kMainNoImage));
+}
+
+void Principale::PageImages(std::size_t first) {
+    if (first >= image_names_.size()) first = image_names_.empty() ? 0 : (image_names_.size() - 1) / 2 * 2;
+    first_shown_image_ = first;
+    ShowImages();
+}
+
+void Principale::ShowImages() {
+    const auto show = [this](PictureView* view, std::size_t index) {
+        const bool there = index < image_names_.size();
+        view->ShowFile(NativeText(there ? image_names_[index] : std::string()),
+                       index == 0 ? ShownText(image_hint_) : QString());
+    };
+    show(Image1, first_shown_image_);
+    show(Image2, first_shown_image_ + 1);
+    Image2->setVisible(first_shown_image_ + 1 < image_names_.size() || image_names_.size() > 2);
+    const bool before = first_shown_image_ > 0;
+    const bool behind = first_shown_image_ + 2 < image_names_.size();
+    for (QPushButton* button : {Pul_PrimoShot, Pul_PrimaScreenShot})
+        button->setEnabled(before);
+    for (QPushButton* button : {Pul_DopoScreenShot, Pul_UltimoShot})
+        button->setEnabled(behind);
+}
+
+void Principale::Play() {
+    if (core::level_list.Selected < 0) {
+        TellCritical(LoadMessage(MessageId::kNoSelectedLevel, {}));
+        return;
+    }
+    SetPlaying(true);
+    if (swap::PlayLevel(core::SelectedLevel())) {
+        Timer1->start();
+        return;
+    }
+    SetPlaying(false);
+    core::RefreshLevelList(); // the former level may be out all the same
+}
+
+void Principale::SetPlaying(bool playing) {
+    playing_ = playing;
+    menuBar()->setEnabled(!playing);
+    centralWidget()->setEnabled(!playing);
+    Label_Info->setText(playing ? Caption(MessageId::kMainPlaying) : QString());
+}
+
+// Closing the game brings the level's new savegames and the mark of the level that is in.
+void Principale::WatchGame() {
+    if (!companion::game.WatcherActive || companion::GameRuns()) return;
+    Timer1->stop();
+    SetPlaying(false);
+    core::RefreshLevelList();
+    activateWindow();
+    Combo_Livelli->setFocus();
+}
+
+void Principale::EnableCommands() {
+    const bool open = core::ArchiveIsOpen();
+    for (const char* name :
+         {"mnu_Save", "mnu_SaveAs", "mnu_SetOriginale", "mnu_CalcolaSize", "mnu_FaiFullBackup"})
+        Command(name)->setEnabled(open);
+    const bool selected = core::level_list.Selected >= 0;
+    for (QPushButton* button : {Pul_Play, Pul_MoreInfo})
+        button->setEnabled(open && selected);
+}
+
+void Principale::closeEvent(QCloseEvent* event) {
+    core::SaveProfile();
+    SaveWindow(this, splitter_);
+    event->accept();
+}
+
+void Principale::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) Combo_Livelli->viewport()->update();
+}
+
+void Principale::dragEnterEvent(QDragEnterEvent* event) {
+    const QList<QUrl> urls = event->mimeData()->urls();
+    const bool files =
+        std::any_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
+    if (files && Command("mnu_AddLevel")->isEnabled()) event->acceptProposedAction();
+}
+
+void Principale::dropEvent(QDropEvent* event) {
+    std::vector<std::string> paths;
+    for (const QUrl& url : event->mimeData()->urls()) {
+        const std::string path = DosPath(url.toLocalFile().toStdU16String());
+        if (!path.empty()) paths.push_back(path);
+    }
+    event->acceptProposedAction();
+    if (!paths.empty()) Q_EMIT SourcesDropped(paths);
+}
+
+} // namespace kelvash::ui

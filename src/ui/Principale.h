@@ -1,0 +1,139 @@
+// The main form: the list of levels, and what is known of the selected one.
+//
+// It shows core::level_list and works on it; what a command does stands in the logic. While the game runs all
+// of it is disabled, and Timer1 looks whether the game has ended.
+#pragma once
+
+#include <QBoxLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QListWidget>
+#include <QMainWindow>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSplitter>
+#include <QTimer>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "ui/form_support.h"
+#include "ui/level_model.h"
+#include "ui/picture_view.h"
+#include "ui/principale_menu.h"
+
+namespace kelvash::ui {
+
+class FormsUser;
+
+class Principale final : public QMainWindow {
+    Q_OBJECT
+
+  public:
+    explicit Principale(FormsUser& user);
+    void Set_Caption_Texts();
+    // The program's start behind the form's back: profile, TRLE folder, backup, Archive. False if the program
+    // is to end at once.
+    [[nodiscard]] bool Load(const std::string& command_line);
+
+    // Shows the selected level. With `keep_image` the pair of screenshots stays the one that is shown.
+    void AggiornaDatiLivello(bool keep_image);
+    // A command of the menu by its name; null if there is none.
+    QAction* Command(const char* name) const;
+
+    QGroupBox* const Frame_Livelli = Make<QGroupBox>(this, "Frame_Livelli");
+    QLineEdit* const Text_Search = Make<QLineEdit>(this, "Text_Search");
+    QPushButton* const Pul_Search = Make<QPushButton>(this, "Pul_Search");
+    QPushButton* const Pul_Prima = Make<QPushButton>(this, "Pul_Prima");
+    QPushButton* const Pul_Dopo = Make<QPushButton>(this, "Pul_Dopo");
+    QListView* const Combo_Livelli = Make<QListView>(this, "Combo_Livelli");
+    QPushButton* const Pul_Play = Make<QPushButton>(this, "Pul_Play");
+    QPushButton* const Pul_MoreInfo = Make<QPushButton>(this, "Pul_MoreInfo");
+    QLabel* const Label_InfoLevel = Make<QLabel>(this, "Label_InfoLevel");
+    QLabel* const Label_InfoDir = Make<QLabel>(this, "Label_InfoDir");
+    QPushButton* const Pul_ScreenShots = Make<QPushButton>(this, "Pul_ScreenShots");
+    QPushButton* const Pul_SaveGames = Make<QPushButton>(this, "Pul_SaveGames");
+    QLabel* const Label_Info = Make<QLabel>(this, "Label_Info");
+    QProgressBar* const ProgressBar1 = Make<QProgressBar>(this, "ProgressBar1");
+
+    QGroupBox* const Frame_ScreenShots = Make<QGroupBox>(this, "Frame_ScreenShots");
+    PictureView* const Image1 = Make<PictureView>(this, "Image1");
+    PictureView* const Image2 = Make<PictureView>(this, "Image2");
+    QPushButton* const Pul_PrimoShot = Make<QPushButton>(this, "Pul_PrimoShot");
+    QPushButton* const Pul_PrimaScreenShot = Make<QPushButton>(this, "Pul_PrimaScreenShot");
+    QPushButton* const Pul_DopoScreenShot = Make<QPushButton>(this, "Pul_DopoScreenShot");
+    QPushButton* const Pul_UltimoShot = Make<QPushButton>(this, "Pul_UltimoShot");
+
+    QGroupBox* const Frame_SaveGames = Make<QGroupBox>(this, "Frame_SaveGames");
+    QLabel* const Label_SaveGameTomb = Make<QLabel>(this, "Label_SaveGameTomb");
+    QListWidget* const List_SaveGameTomb = Make<QListWidget>(this, "List_SaveGameTomb");
+    QLabel* const Label_SaveGameArchiviati = Make<QLabel>(this, "Label_SaveGameArchiviati");
+    QListWidget* const List_SaveGameArchiviati = Make<QListWidget>(this, "List_SaveGameArchiviati");
+    QLabel* const Label_NoteSaveGame = Make<QLabel>(this, "Label_NoteSaveGame");
+    QPlainTextEdit* const Text_NoteSaveGame = Make<QPlainTextEdit>(this, "Text_NoteSaveGame");
+    PictureView* const Image_SaveGame = Make<PictureView>(this, "Image_SaveGame");
+    QPushButton* const Pul_RestoreSaveGame = Make<QPushButton>(this, "Pul_RestoreSaveGame");
+    QPushButton* const Pul_ArchiviaSavegames = Make<QPushButton>(this, "Pul_ArchiviaSavegames");
+    QPushButton* const Pul_DeleteSavegame = Make<QPushButton>(this, "Pul_DeleteSavegame");
+    QPushButton* const Pul_ImportSavegame = Make<QPushButton>(this, "Pul_ImportSavegame");
+    QPushButton* const Pul_ExportSaveGame = Make<QPushButton>(this, "Pul_ExportSaveGame");
+    QPushButton* const Pul_ChangeScreenshot = Make<QPushButton>(this, "Pul_ChangeScreenshot");
+
+    QTimer* const Timer1 = Make<QTimer>(this, "Timer1");
+
+  Q_SIGNALS:
+    // Zips and folders that were dropped on the window, as path texts.
+    void SourcesDropped(const std::vector<std::string>& paths);
+
+  private:
+    // Principale_layout.cpp
+    void Lay();
+    QWidget* LayDetails();
+    void LayScreenShots();
+    void LaySaveGames();
+    void SetTabOrder();
+
+    // Principale_commands.cpp
+    void ConnectMenu();
+    void Connect(const char* command, std::function<void()> run);
+    void NewArchive();
+    void LoadArchive();
+    void ShowPanel(bool screenshots);
+    void ShowSettings();
+    void ShowRestore();
+    void ShowAbout();
+
+    void ConnectControls(FormsUser& user);
+    void ShowLevels();
+    void ShowTitle();
+    void Select(int index);
+    void TakeSelection();
+    void FilterLevels();
+    void Search();
+    void Play();
+    void SetPlaying(bool playing);
+    void WatchGame();
+    void ShowSavegames(const std::vector<std::string>& slots, const std::vector<std::string>& archived);
+    void ShowImages();
+    void PageImages(std::size_t first);
+    void EnableCommands();
+
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+    FormsUser& user_;
+    ContextMenus context_menus_;
+    LevelModel* const levels_ = new LevelModel(this);
+    QSplitter* const splitter_ = Make<QSplitter>(this, "Splitter1");
+    std::vector<std::string> image_names_;
+    std::string image_hint_;
+    std::size_t first_shown_image_ = 0;
+    bool playing_ = false;
+};
+
+} // namespace kelvash::ui

@@ -1,0 +1,91 @@
+// The menu commands of the main form: thin calls of the logic.
+#include <QAction>
+#include <QIcon>
+#include <QMessageBox>
+
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/profile.h"
+#include "core/sizes.h"
+#include "core/start_up.h"
+#include "swap/backup.h"
+#include "ui/Dialog_Restore.h"
+#include "ui/Dialog_Settings.h"
+#include "ui/Principale.h"
+#include "ui/forms_user.h"
+#include "ui/help.h"
+
+namespace kelvash::ui {
+
+// A command that is connected is no longer greyed.
+void Principale::Connect(const char* command, std::function<void()> run) {
+    QAction* const action = Command(command);
+    action->setEnabled(true);
+    connect(action, &QAction::triggered, this, std::move(run));
+}
+
+void Principale::ConnectMenu() {
+    Connect("mnu_New", [this] { NewArchive(); });
+    Connect("mnu_Load", [this] { LoadArchive(); });
+    Connect("mnu_Save", [] { core::SaveArchive(); });
+    Connect("mnu_SaveAs", [this] {
+        static_cast<void>(core::SaveArchiveAs()); // tells its own failure
+        ShowTitle();
+    });
+    Connect("Mnu_Exit", [this] { close(); });
+    Connect("mnu_ShowSavegames", [this] { ShowPanel(false); });
+    Connect("mnu_ShowScreenShot", [this] { ShowPanel(true); });
+    Connect("mnu_SetOriginale", [this] { ShowRestore(); });
+    Connect("mnu_CalcolaSize", [] { core::ComputeArchiveSize(core::Report::Shown); });
+    Connect("mnu_FaiFullBackup", [] { swap::RefreshFullBackup(); });
+    Connect("mnu_Settings", [this] { ShowSettings(); });
+    Connect("mnu_About", [this] { ShowAbout(); });
+    Connect("mnu_FindHelp", [this] { ShowHelp(this, HelpMark::MainWindow); });
+    Connect("mnu_HelpSaveGameMan", [this] { ShowHelp(this, HelpMark::Savegames); });
+    Connect("mnu_HelpFaq", [this] { ShowHelp(this, HelpMark::Questions); });
+}
+
+// An Archive that isn't made leaves none open: the former one comes back.
+void Principale::NewArchive() {
+    const std::string former = core::profile.LastArchive;
+    if (!core::NewArchive() && !former.empty()) static_cast<void>(core::LoadArchive(former));
+    ShowLevels();
+}
+
+void Principale::LoadArchive() {
+    static_cast<void>(core::LoadArchiveDialog());
+    ShowLevels();
+}
+
+void Principale::ShowPanel(bool screenshots) {
+    core::profile.ShowScreenShots = screenshots;
+    Frame_ScreenShots->setVisible(screenshots);
+    Frame_SaveGames->setVisible(!screenshots);
+    (screenshots ? Pul_ScreenShots : Pul_SaveGames)->setChecked(true);
+}
+
+void Principale::ShowSettings() {
+    Dialog_Settings form(this);
+    form.ImpostaValori();
+    form.exec();
+    Timer1->setInterval(core::session.TimerInterval);
+    AggiornaDatiLivello(true);
+}
+
+void Principale::ShowRestore() {
+    Dialog_Restore form(user_, this);
+    form.exec();
+}
+
+void Principale::ShowAbout() {
+    QMessageBox box(this);
+    box.setObjectName(QStringLiteral("About"));
+    box.setWindowTitle(Caption(MessageId::kAboutCaption));
+    box.setTextFormat(Qt::PlainText);
+    box.setText(
+        Caption(MessageId::kAboutText, {LoadMessage(MessageId::kAboutVersion, {}), kLineBreak, kLineBreak}));
+    box.setIconPixmap(windowIcon().pixmap(96));
+    box.exec();
+}
+
+} // namespace kelvash::ui

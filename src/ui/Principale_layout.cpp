@@ -1,0 +1,199 @@
+// The places of the main form's controls, and their captions.
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QMenu>
+#include <QShortcut>
+#include <QStackedLayout>
+#include <QStatusBar>
+#include <QVBoxLayout>
+
+#include "ui/Principale.h"
+
+namespace kelvash::ui {
+
+namespace {
+
+QHBoxLayout* Row(std::initializer_list<QWidget*> widgets) {
+    auto* const row = new QHBoxLayout;
+    for (QWidget* widget : widgets)
+        row->addWidget(widget);
+    return row;
+}
+
+void OpenAt(QWidget* control, QMenu* menu) {
+    control->setContextMenuPolicy(Qt::CustomContextMenu);
+    QObject::connect(control, &QWidget::customContextMenuRequested, menu,
+                     [control, menu](const QPoint& point) { menu->popup(control->mapToGlobal(point)); });
+}
+
+} // namespace
+
+void Principale::Set_Caption_Texts() {
+    SetMenuCaptions(this);
+    Frame_Livelli->setTitle(Caption(MessageId::kMainFrameLevels));
+    Text_Search->setPlaceholderText(Caption(MessageId::kMainSearchHint));
+    Pul_Search->setText(Caption(MessageId::kMainSearch));
+    Pul_Dopo->setText(Caption(MessageId::kMainNext));
+    Pul_Prima->setText(Caption(MessageId::kMainPrevious));
+    Pul_Play->setText(Caption(MessageId::kMainPlay));
+    Pul_MoreInfo->setText(Caption(MessageId::kMainMoreInfo));
+    Pul_ScreenShots->setText(Caption(MessageId::kMainScreenShots));
+    Pul_SaveGames->setText(Caption(MessageId::kMainSaveGames));
+    Frame_ScreenShots->setTitle(Caption(MessageId::kMainFrameScreenShots));
+    Pul_PrimoShot->setText(Caption(MessageId::kMainFirstShot));
+    Pul_PrimaScreenShot->setText(Caption(MessageId::kMainPreviousShot));
+    Pul_DopoScreenShot->setText(Caption(MessageId::kMainNextShot));
+    Pul_UltimoShot->setText(Caption(MessageId::kMainLastShot));
+    Frame_SaveGames->setTitle(Caption(MessageId::kMainFrameSaveGames));
+    Label_SaveGameTomb->setText(Caption(MessageId::kMainSlots));
+    Label_SaveGameArchiviati->setText(Caption(MessageId::kMainOldSaves));
+    Label_NoteSaveGame->setText(Caption(MessageId::kMainSaveNote));
+    Pul_RestoreSaveGame->setText(Caption(MessageId::kMainRestoreSave));
+    Pul_ArchiviaSavegames->setText(Caption(MessageId::kMainArchiveSaves));
+    Pul_DeleteSavegame->setText(Caption(MessageId::kMainDeleteSave));
+    Pul_ImportSavegame->setText(Caption(MessageId::kMainImportSave));
+    Pul_ExportSaveGame->setText(Caption(MessageId::kMainExportSave));
+    Pul_ChangeScreenshot->setText(Caption(MessageId::kMainChangeShot));
+    Text_Search->setAccessibleName(Caption(MessageId::kMainSearch));
+    Combo_Livelli->setAccessibleName(Caption(MessageId::kMainFrameLevels));
+    AssignMnemonics(this);
+}
+
+void Principale::Lay() {
+    auto* const list = new QVBoxLayout(Frame_Livelli);
+    list->addLayout(Row({Text_Search, Pul_Search}));
+    list->addLayout(Row({Pul_Prima, Pul_Dopo}));
+    list->addWidget(Combo_Livelli);
+    Text_Search->setClearButtonEnabled(true);
+    Combo_Livelli->setModel(levels_);
+    Combo_Livelli->setUniformItemSizes(true);
+    Combo_Livelli->setIconSize(Thumbnails::kSize);
+    Combo_Livelli->setAlternatingRowColors(true);
+    Combo_Livelli->setTextElideMode(Qt::ElideRight);
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter})
+        connect(new QShortcut(QKeySequence(key), Combo_Livelli, nullptr, nullptr, Qt::WidgetShortcut),
+                &QShortcut::activated, Pul_Play, &QPushButton::click);
+    splitter_->addWidget(Frame_Livelli);
+    splitter_->addWidget(LayDetails());
+    splitter_->setStretchFactor(1, 1);
+    splitter_->setChildrenCollapsible(false);
+    splitter_->setSizes({fontMetrics().averageCharWidth() * 52, fontMetrics().averageCharWidth() * 90});
+    auto* const centre = new QWidget(this);
+    auto* const margin = new QVBoxLayout(centre);
+    margin->addWidget(splitter_);
+    setCentralWidget(centre);
+    statusBar()->addWidget(Label_Info, 1);
+    statusBar()->addPermanentWidget(ProgressBar1);
+    ProgressBar1->setRange(0, 100);
+    ProgressBar1->setValue(0);
+    ProgressBar1->setMaximumWidth(fontMetrics().averageCharWidth() * 30);
+    resize(fontMetrics().averageCharWidth() * 146, fontMetrics().height() * 38);
+    SetTabOrder();
+    Combo_Livelli->setFocus();
+}
+
+QWidget* Principale::LayDetails() {
+    auto* const details = new QWidget(this);
+    auto* const column = new QVBoxLayout(details);
+    column->setContentsMargins({});
+    QFont title = Label_InfoLevel->font();
+    title.setBold(true);
+    Label_InfoLevel->setFont(title);
+    Label_InfoLevel->setWordWrap(true);
+    Label_InfoDir->setWordWrap(true);
+    for (QLabel* label : {Label_InfoLevel, Label_InfoDir})
+        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    auto* const buttons = Row({Pul_Play, Pul_MoreInfo});
+    buttons->addStretch();
+    for (QPushButton* button : {Pul_ScreenShots, Pul_SaveGames}) {
+        button->setCheckable(true);
+        button->setAutoExclusive(true);
+        buttons->addWidget(button);
+    }
+    QFont strong = Pul_Play->font();
+    strong.setBold(true);
+    Pul_Play->setFont(strong);
+    Pul_Play->setMinimumSize(fontMetrics().averageCharWidth() * 18, fontMetrics().height() * 2);
+    column->addWidget(Label_InfoLevel);
+    column->addWidget(Label_InfoDir);
+    column->addLayout(buttons);
+    LayScreenShots();
+    LaySaveGames();
+    column->addWidget(Frame_ScreenShots, 1);
+    column->addWidget(Frame_SaveGames, 1);
+    return details;
+}
+
+void Principale::LayScreenShots() {
+    auto* const images = new QHBoxLayout;
+    images->addWidget(Image1, 1);
+    images->addWidget(Image2, 1);
+    auto* const pages = new QHBoxLayout;
+    pages->addStretch();
+    for (QPushButton* button : {Pul_PrimoShot, Pul_PrimaScreenShot, Pul_DopoScreenShot, Pul_UltimoShot})
+        pages->addWidget(button);
+    pages->addStretch();
+    auto* const panel = new QVBoxLayout(Frame_ScreenShots);
+    panel->addLayout(images, 1);
+    panel->addLayout(pages);
+    for (PictureView* image : {Image1, Image2})
+        OpenAt(image, Command("mnu_Edit")->menu());
+}
+
+void Principale::LaySaveGames() {
+    auto* const panel = new QGridLayout(Frame_SaveGames);
+    panel->addWidget(Label_SaveGameTomb, 0, 0);
+    panel->addWidget(Label_SaveGameArchiviati, 0, 1);
+    panel->addWidget(List_SaveGameTomb, 1, 0);
+    panel->addWidget(List_SaveGameArchiviati, 1, 1);
+    panel->addWidget(Label_NoteSaveGame, 2, 0);
+    panel->addWidget(Text_NoteSaveGame, 3, 0);
+    panel->addWidget(Image_SaveGame, 2, 1, 2, 1);
+    panel->setRowStretch(1, 3);
+    panel->setRowStretch(3, 2);
+    auto* const buttons = new QGridLayout;
+    const std::array<QPushButton*, 6> six = {Pul_RestoreSaveGame, Pul_ArchiviaSavegames,
+                                             Pul_DeleteSavegame,  Pul_ImportSavegame,
+                                             Pul_ExportSaveGame,  Pul_ChangeScreenshot};
+    for (std::size_t i = 0; i < six.size(); ++i) {
+        buttons->addWidget(six[i], static_cast<int>(i / 3), static_cast<int>(i % 3));
+        six[i]->setEnabled(false); // what they do isn't there yet
+    }
+    panel->addLayout(buttons, 4, 0, 1, 2);
+    Text_NoteSaveGame->setReadOnly(true);
+    Label_SaveGameTomb->setBuddy(List_SaveGameTomb);
+    Label_SaveGameArchiviati->setBuddy(List_SaveGameArchiviati);
+    OpenAt(List_SaveGameTomb, context_menus_.mnu_SaveGameHid2);
+    OpenAt(List_SaveGameArchiviati, context_menus_.mnu_SaveGameHid2);
+    OpenAt(Image_SaveGame, context_menus_.mnu_SaveGameHid);
+}
+
+void Principale::SetTabOrder() {
+    QWidget* before = Text_Search;
+    for (QWidget* next : std::initializer_list<QWidget*>{Pul_Search,
+                                                         Pul_Prima,
+                                                         Pul_Dopo,
+                                                         Combo_Livelli,
+                                                         Pul_Play,
+                                                         Pul_MoreInfo,
+                                                         Pul_ScreenShots,
+                                                         Pul_SaveGames,
+                                                         Pul_PrimoShot,
+                                                         Pul_PrimaScreenShot,
+                                                         Pul_DopoScreenShot,
+                                                         Pul_UltimoShot,
+                                                         List_SaveGameTomb,
+                                                         List_SaveGameArchiviati,
+                                                         Text_NoteSaveGame,
+                                                         Pul_RestoreSaveGame,
+                                                         Pul_ArchiviaSavegames,
+                                                         Pul_DeleteSavegame,
+                                                         Pul_ImportSavegame,
+                                                         Pul_ExportSaveGame,
+                                                         Pul_ChangeScreenshot}) {
+        setTabOrder(before, next);
+        before = next;
+    }
+}
+
+} // namespace kelvash::ui

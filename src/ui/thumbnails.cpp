@@ -1,0 +1,83 @@
+#include "ui/thumbnails.h"
+
+#include <QGuiApplication>
+#include <QImageReader>
+#include <QPainter>
+#include <QPalette>
+#include <QTimer>
+#include <algorithm>
+
+#include "companion/screenshots.h"
+#include "foundation/drives.h"
+#include "ui/form_support.h"
+
+namespace kelvash::ui {
+
+namespace {
+
+constexpr int kKept = 2000;             // thumbnails in memory, 12 KB each
+constexpr std::size_t kMostWanted = 64; // more rows than any window shows
+
+// A canvas of the thumbnails' size with a picture in its middle.
+QPixmap Framed(const QImage& picture) {
+    QPixmap canvas(Thumbnails::kSize);
+    canvas.fill(QGuiApplication::palette().color(QPalette::Mid));
+    if (picture.isNull()) return canvas;
+    const QImage small = picture.scaled(Thumbnails::kSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    QPainter painter(&canvas);
+    painter.drawImage((canvas.width() - small.width()) / 2, (canvas.height() - small.height()) / 2, small);
+    return canvas;
+}
+
+QImage ReadSmall(const std::string& path) {
+    if (path.empty()) return {};
+    QImageReader reader(QString::fromStdU16String(NativePath(path).u16string()));
+    reader.setDecideFormatFromContent(true);
+    // JPEG is decoded at a fraction of its size; twice the thumbnail's leaves the scaling smooth.
+    const QSize size = reader.size();
+    if (size.isValid() && size.width() > 2 * Thumbnails::kSize.width())
+        reader.setScaledSize(size.scaled(2 * Thumbnails::kSize, Qt::KeepAspectRatio));
+    return reader.read();
+}
+
+} // namespace
+
+Thumbnails::Thumbnails(QObject* parent) : QObject(parent), frame_(Framed({})), ready_(kKept) {}
+
+QPixmap Thumbnails::Of(std::int32_t code) {
+    if (const QPixmap* const ready = ready_.object(code)) return *ready;
+    if (std::find(wanted_.begin(), wanted_.end(), code) == wanted_.end()) {
+        wanted_.push_back(code);
+        if (wanted_.size() > kMostWanted) wanted_.pop_front();
+        Wait();
+    }
+    return frame_;
+}
+
+void Thumbnails::Forget(std::int32_t code) {
+    ready_.remove(code);
+}
+
+void Thumbnails::ForgetAll() {
+    ready_.clear();
+    wanted_.clear();
+}
+
+void Thumbnails::Wait() {
+    if (waiting_) return;
+    waiting_ = true;
+    QTimer::singleShot(0, this, &Thumbnails::LoadNext);
+}
+
+void Thumbnails::LoadNext() {
+    waiting_ = false;
+    if (wanted_.empty()) return;
+    const std::int32_t code = wanted_.back();
+    wanted_.pop_back();
+    const QImage picture = ReadSmall(companion::NewestScreenshot(code));
+    ready_.insert(code, new QPixmap(picture.isNull() ? frame_ : Framed(picture)));
+    Q_EMIT Loaded(code);
+    if (!wanted_.empty()) Wait();
+}
+
+} // namespace kelvash::ui
