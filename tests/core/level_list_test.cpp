@@ -108,5 +108,58 @@ TEST_F(LevelListTest, KeepsLevelsOfOneNameInTheOrderOfTheTable) {
                                      "Mango", "zebra"));
 }
 
+// --- the search ---
+
+class LevelSearch : public LevelListTest {
+  protected:
+    LevelSearch() {
+        AddRecord(11, "Ünderground mango");
+        PutInTrle("0009");
+        RefreshLevelList(); // configuration, Apple, mango (*), zebra, Ünderground mango
+    }
+};
+
+TEST_F(LevelSearch, FindsFromTheTop) {
+    SelectLevel(4);
+    EXPECT_EQ(FindLevel(" MANGO "), 2);
+    EXPECT_EQ(FindLevel("p"), 1);
+    EXPECT_EQ(FindLevel("(*)"), 2) << "the mark is part of the text";
+    EXPECT_EQ(FindLevel("ünder"), 4) << "without regard to case beyond ASCII too";
+    EXPECT_EQ(FindLevel("nothing"), -1);
+    EXPECT_EQ(FindLevel("  "), -1);
+}
+
+TEST_F(LevelSearch, FindsTheNextBehindTheSelected) {
+    SelectLevel(9);
+    EXPECT_EQ(FindNextLevel("mango"), 4);
+    SelectLevel(11);
+    EXPECT_EQ(FindNextLevel("mango"), -1);
+}
+
+TEST_F(LevelSearch, FindsTheNearestBeforeTheSelected) {
+    SelectLevel(11);
+    EXPECT_EQ(FindPreviousLevel("mango"), 2);
+    SelectLevel(9);
+    EXPECT_EQ(FindPreviousLevel("mango"), -1);
+}
+
+TEST_F(LevelSearch, StepsToTheNeighboursWithoutAText) {
+    SelectLevel(9);
+    EXPECT_EQ(FindNextLevel(""), 3);
+    EXPECT_EQ(FindPreviousLevel(" "), 1);
+    SelectLevel(0);
+    EXPECT_EQ(FindPreviousLevel(""), -1);
+    SelectLevel(11);
+    EXPECT_EQ(FindNextLevel(""), -1);
+}
+
+TEST_F(LevelSearch, FindsNothingInAnEmptyList) {
+    archive = ArchiveState();
+    RefreshLevelList();
+    EXPECT_EQ(FindNextLevel(""), -1);
+    EXPECT_EQ(FindPreviousLevel(""), -1);
+    EXPECT_EQ(FindLevel("a"), -1);
+}
+
 } // namespace
 } // namespace kelvash::core
