@@ -187,7 +187,12 @@ bool LoadArchiveDialog() {
                             LoadMessage(MessageId::kLoadArchiveFilter, {}),
                             AppFolder(),
                             {}});
-    return path && LoadArchive(*path);
+    if (!path) return false;
+    archive.ArchiveLoadRefused = false;
+    if (LoadArchive(*path)) return true;
+    // Who gave a missing folder up knows why.
+    if (!archive.ArchiveLoadRefused) TellCritical(LoadMessage(MessageId::kErrorLoadingArchive, {}) + *path);
+    return false;
 }
 
 bool SaveArchiveAs() {

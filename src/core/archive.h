@@ -61,7 +61,7 @@ void AddLevelSize(std::int32_t index, double bytes, SizeKind kind);
 // Loads an Archive over the open one. False without a message if it can't be opened, or if the user gives a
 // missing folder up (then archive.ArchiveLoadRefused is set and the table stays loaded).
 [[nodiscard]] bool LoadArchive(std::string_view path);
-// The same for a file that the user chooses; false on cancel.
+// The same for a file that the user chooses; false on cancel, or after a message.
 [[nodiscard]] bool LoadArchiveDialog();
 // Saves under a name that the user chooses and tells a failure; true on cancel too.
 [[nodiscard]] bool SaveArchiveAs();

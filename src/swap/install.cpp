@@ -173,7 +173,7 @@ bool InstallLevel(std::int32_t code) {
 }
 
 bool PlayLevel(std::int32_t code) {
-    constexpr double kBeforeWatching = 2; // seconds
+    constexpr int kTenthsBeforeWatching = 20;
     if (!InstallLevel(code)) {
         TellCritical(LoadMessage(MessageId::kErrorInstalling, {}));
         return false;
@@ -183,7 +183,10 @@ bool PlayLevel(std::int32_t code) {
         return false;
     }
     TheDesktop().ClearClipboard();
-    WaitSeconds(kBeforeWatching, Wait::Sleep);
+    for (int i = 0; i < kTenthsBeforeWatching; ++i) {
+        WaitTenths(1, Wait::Sleep);
+        TheUser().PumpEvents();
+    }
     companion::game.WatcherActive = true;
     return true;
 }

@@ -6,7 +6,6 @@
 #include <QItemSelectionModel>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QSignalBlocker>
 #include <algorithm>
 
 #include "companion/game.h"
@@ -56,7 +55,6 @@ bool Principale::Load(const std::string& command_line) {
     Timer1->setInterval(core::session.TimerInterval);
     RestoreWindow(this, splitter_);
     ShowPanel(core::profile.ShowScreenShots);
-    ShowLevels();
     return !core::session.EndWanted;
 }
 
@@ -66,7 +64,9 @@ void Principale::ConnectControls(FormsUser& user) {
         if (place == BarPlace::MainWindow) Label_Info->setText(text);
     });
     connect(&user, &FormsUser::BarChanged, this, [this](BarPlace place, int percent) {
-        if (place == BarPlace::MainWindow) ProgressBar1->setValue(percent);
+        if (place != BarPlace::MainWindow) return;
+        ProgressBar1->setValue(percent);
+        ProgressBar1->setVisible(percent > 0);
     });
     connect(Combo_Livelli->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &Principale::TakeSelection);
@@ -97,10 +97,11 @@ void Principale::ConnectControls(FormsUser& user) {
 }
 
 void Principale::ShowLevels() {
-    const QSignalBlocker blocker(Combo_Livelli->selectionModel());
+    if (!isVisible()) return; // showEvent does it: the start changes the list more than once
+    syncing_ = true;          // the view forgets its selection with the old rows
     levels_->Refresh();
+    SyncSelection();
     ShowTitle();
-    FilterLevels();
     AggiornaDatiLivello(false);
 }
 
@@ -118,25 +119,30 @@ void Principale::Select(int index) {
 }
 
 void Principale::TakeSelection() {
+    if (syncing_) return;
     core::level_list.Selected = levels_->IndexAt(Combo_Livelli->currentIndex().row());
     AggiornaDatiLivello(false);
 }
 
-// The selected level stays selected while it is shown; else the first that is shown takes its place, so that
-// Play never starts a level that nobody sees.
-void Principale::FilterLevels() {
-    const std::int32_t selected = core::level_list.Selected;
-    const std::int32_t code = core::SelectedLevel();
-    {
-        const QSignalBlocker blocker(Combo_Livelli->selectionModel());
-        levels_->SetFilter(Text_Search->text());
-        int row = levels_->RowOf(selected);
-        if (row < 0 && levels_->rowCount() > 0) row = 0;
-        Combo_Livelli->setCurrentIndex(levels_->index(row));
-        core::level_list.Selected = levels_->IndexAt(row);
-    }
+// Puts the view's selection on the level list's. The selected level stays selected while it is shown; else
+// the first that is shown takes its place, so that Play never starts a level that nobody sees.
+void Principale::SyncSelection() {
+    int row = levels_->RowOf(core::level_list.Selected);
+    if (row < 0 && levels_->rowCount() > 0) row = 0;
+    core::level_list.Selected = levels_->IndexAt(row);
+    syncing_ = true;
+    Combo_Livelli->setCurrentIndex(levels_->index(row));
     Combo_Livelli->scrollTo(Combo_Livelli->currentIndex());
-    Combo_Livelli->viewport()->update();
+    syncing_ = false;
+}
+
+void Principale::FilterLevels() {
+    // Not before it is of use: the search for its icon takes a tenth of the program's start.
+    Text_Search->setClearButtonEnabled(true);
+    const std::int32_t code = core::SelectedLevel();
+    syncing_ = true; // the view forgets its selection with the old rows
+    levels_->SetFilter(Text_Search->text());
+    SyncSelection();
     if (core::SelectedLevel() != code) AggiornaDatiLivello(false);
 }
 
@@ -213,7 +219,6 @@ void Principale::Play() {
 }
 
 void Principale::SetPlaying(bool playing) {
-    playing_ = playing;
     menuBar()->setEnabled(!playing);
     centralWidget()->setEnabled(!playing);
     Label_Info->setText(playing ? Caption(MessageId::kMainPlaying) : QString());
@@ -241,8 +246,13 @@ void Principale::EnableCommands() {
 
 void Principale::closeEvent(QCloseEvent* event) {
     core::SaveProfile();
-    SaveWindow(this, splitter_);
+    if (isVisible()) SaveWindow(this, splitter_);
     event->accept();
+}
+
+void Principale::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    ShowLevels();
 }
 
 void Principale::changeEvent(QEvent* event) {

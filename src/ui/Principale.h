@@ -110,6 +110,7 @@ class Principale final : public QMainWindow {
     void ShowLevels();
     void ShowTitle();
     void Select(int index);
+    void SyncSelection();
     void TakeSelection();
     void FilterLevels();
     void Search();
@@ -121,6 +122,7 @@ class Principale final : public QMainWindow {
     void PageImages(std::size_t first);
     void EnableCommands();
 
+    void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
@@ -133,7 +135,7 @@ class Principale final : public QMainWindow {
     std::vector<std::string> image_names_;
     std::string image_hint_;
     std::size_t first_shown_image_ = 0;
-    bool playing_ = false;
+    bool syncing_ = false; // the program, not the user, changes the view's selection
 };
 
 } // namespace kelvash::ui

@@ -1,7 +1,7 @@
 // The menu commands of the main form: thin calls of the logic.
 #include <QAction>
-#include <QIcon>
 #include <QMessageBox>
+#include <QPixmap>
 
 #include "core/archive.h"
 #include "core/level_list.h"
@@ -84,7 +84,8 @@ void Principale::ShowAbout() {
     box.setTextFormat(Qt::PlainText);
     box.setText(
         Caption(MessageId::kAboutText, {LoadMessage(MessageId::kAboutVersion, {}), kLineBreak, kLineBreak}));
-    box.setIconPixmap(windowIcon().pixmap(96));
+    box.setIconPixmap(
+        QPixmap(QStringLiteral(":/kelvash/kelvash.png")).scaledToWidth(96, Qt::SmoothTransformation));
     box.exec();
 }
 

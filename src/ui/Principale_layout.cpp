@@ -64,7 +64,6 @@ void Principale::Lay() {
     list->addLayout(Row({Text_Search, Pul_Search}));
     list->addLayout(Row({Pul_Prima, Pul_Dopo}));
     list->addWidget(Combo_Livelli);
-    Text_Search->setClearButtonEnabled(true);
     Combo_Livelli->setModel(levels_);
     Combo_Livelli->setUniformItemSizes(true);
     Combo_Livelli->setIconSize(Thumbnails::kSize);
@@ -86,8 +85,9 @@ void Principale::Lay() {
     statusBar()->addPermanentWidget(ProgressBar1);
     ProgressBar1->setRange(0, 100);
     ProgressBar1->setValue(0);
+    ProgressBar1->hide(); // until a job moves it
     ProgressBar1->setMaximumWidth(fontMetrics().averageCharWidth() * 30);
-    resize(fontMetrics().averageCharWidth() * 146, fontMetrics().height() * 38);
+    resize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 42);
     SetTabOrder();
     Combo_Livelli->setFocus();
 }

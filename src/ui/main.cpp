@@ -65,6 +65,16 @@ int Complain(const std::string& fault) {
     return kWrongUsage;
 }
 
+// Ends the program once the window has been painted.
+class QuitWhenShown final : public QObject {
+  public:
+    using QObject::QObject;
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint) QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(); });
+        return false;
+    }
+};
+
 // A translated message table of the application's folder.
 void TakeMessageTable() {
     const std::string table = AppFolder() + "\\messages.txt";
@@ -102,8 +112,9 @@ int Run(const QApplication& application) {
         window.close();
         return EXIT_SUCCESS;
     }
+    QuitWhenShown quit;
+    if (options.quit_when_shown) window.installEventFilter(&quit);
     window.show();
-    if (options.quit_when_shown) QTimer::singleShot(0, &window, &QWidget::close);
     return QApplication::exec();
 }
 
@@ -116,7 +127,7 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName(QStringLiteral("kelvash"));
     QCoreApplication::setApplicationVersion(QStringLiteral("1.4"));
     QGuiApplication::setDesktopFileName(QStringLiteral("kelvash"));
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/kelvash/kelvash.png")));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/kelvash/kelvash_64.png")));
     try {
         return kelvash::ui::Run(application);
     } catch (const std::exception& error) {

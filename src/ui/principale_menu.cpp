@@ -1,6 +1,7 @@
 #include "ui/principale_menu.h"
 
 #include <QAction>
+#include <QHash>
 #include <QMenu>
 #include <QMenuBar>
 #include <QString>
@@ -152,10 +153,11 @@ ContextMenus BuildMenu(QMenuBar* bar, QWidget* form) {
 }
 
 void SetMenuCaptions(QWidget* form) {
-    const QList<QAction*> actions = form->findChildren<QAction*>();
+    QHash<QString, QAction*> actions;
+    for (QAction* action : form->findChildren<QAction*>())
+        actions.insert(action->objectName(), action);
     for (const Entry& entry : kEntries)
-        for (QAction* action : actions)
-            if (action->objectName() == QLatin1String(entry.name)) action->setText(Caption(entry.caption));
+        actions.value(QString::fromLatin1(entry.name))->setText(Caption(entry.caption));
 }
 
 } // namespace kelvash::ui

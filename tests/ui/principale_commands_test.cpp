@@ -1,0 +1,203 @@
+#include <gmock/gmock.h>
+
+#include "companion/game.h"
+#include "foundation/files.h"
+#include "swap/install.h"
+#include "swap/marker.h"
+#include "ui/principale_home.h"
+
+namespace kelvash::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace fs = std::filesystem;
+
+class PrincipaleCommands : public PrincipaleHome {
+  protected:
+    // Puts the stand-in for the game where the game is; it runs for this long.
+    void PutGame(const char* milliseconds) {
+        fs::copy_file(KELVASH_GAME_STANDIN, trle / "tomb4.exe", fs::copy_options::overwrite_existing);
+        SetEnvironment("KELVASH_GAME_MS", milliseconds);
+    }
+};
+
+// --- playing ---
+
+TEST_F(PrincipaleCommands, PlayPutsTheLevelInAndComesBackWhenTheGameEnds) {
+    PutGame("2500");
+    core::SelectLevel(2);
+    form.Timer1->setInterval(20);
+    Press(&form, "Pul_Play");
+    EXPECT_EQ(swap::CurrentLevelCode(), 2);
+    EXPECT_TRUE(Exists(trle / "data/alpha.tr4"));
+    EXPECT_EQ(Current(), "Alpha") << "the mark moves when the game has ended";
+    EXPECT_FALSE(form.centralWidget()->isEnabled());
+    EXPECT_EQ(form.Label_Info->text().toStdString(), "The game is running. Kelvash comes back when it ends.");
+    WaitUntil([this] { return form.centralWidget()->isEnabled(); });
+    EXPECT_FALSE(companion::game.WatcherActive);
+    EXPECT_EQ(Current(), "Alpha (*)");
+    EXPECT_EQ(form.Label_Info->text().toStdString(), "");
+}
+
+TEST_F(PrincipaleCommands, EnterInTheListPlays) {
+    fs::remove_all(LevelPath(2) / "FILES");
+    core::SelectLevel(2);
+    form.Combo_Livelli->setFocus();
+    robot.WillPress("Warning: this level has NO .tr4 file.", "No");
+    robot.WillPress("Error while installing files to play new level", "OK");
+    QTest::keyClick(form.Combo_Livelli, Qt::Key_Return);
+    EXPECT_EQ(swap::CurrentLevelCode(), 0);
+}
+
+TEST_F(PrincipaleCommands, AGameThatDoesntStartIsTold) {
+    fs::remove(trle / "tomb4.exe");
+    core::SelectLevel(2);
+    robot.WillPress("Error attempting to launch program tomb4.exe", "OK");
+    Press(&form, "Pul_Play");
+    EXPECT_TRUE(form.centralWidget()->isEnabled());
+    EXPECT_EQ(Current(), "Alpha (*)");
+}
+
+TEST_F(PrincipaleCommands, AVanishedTrleFolderLeavesTheWindowUsable) {
+    fs::remove_all(trle);
+    core::SelectLevel(2);
+    robot.Will("", [](QWidget* box) { Press(box, "OK"); });
+    robot.WillPress("Error while installing files to play new level", "OK");
+    Press(&form, "Pul_Play");
+    EXPECT_TRUE(form.centralWidget()->isEnabled());
+}
+
+TEST_F(PrincipaleCommands, AMissingLevelFolderIsTold) {
+    fs::remove_all(LevelPath(2));
+    core::SelectLevel(2);
+    robot.WillPress("Warning: this level has NO .tr4 file.", "No");
+    robot.WillPress("Error while installing files to play new level", "OK");
+    Press(&form, "Pul_Play");
+    EXPECT_TRUE(form.centralWidget()->isEnabled());
+}
+
+// --- Archive ---
+
+TEST_F(PrincipaleCommands, SaveWritesTheArchive) {
+    Choose("mnu_Save");
+    EXPECT_EQ(fs::file_size(home / "test.kva"), 546U + 4 * 1634U);
+}
+
+TEST_F(PrincipaleCommands, AFailedSaveIsTold) {
+    core::profile.LastArchive = "C:\\none\\test.kva";
+    robot.WillPress("Error while saving archive: C:\\none\\test.kva", "OK");
+    Choose("mnu_Save");
+}
+
+TEST_F(PrincipaleCommands, SaveAsTakesTheNewNameIntoTheTitle) {
+    robot.WillChooseFile("Save current archive as ...", home / "second.kva");
+    Choose("mnu_SaveAs");
+    EXPECT_TRUE(Exists(home / "second.kva"));
+    EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 4 (second.kva levels)");
+}
+
+TEST_F(PrincipaleCommands, LoadOpensAnotherArchive) {
+    ASSERT_TRUE(core::WriteArchive("C:\\Kelvash\\test.kva"));
+    core::archive.Levels.erase(core::archive.Levels.begin() + 2, core::archive.Levels.begin() + 4);
+    core::archive.Header.LevelCount = 2;
+    ASSERT_TRUE(core::WriteArchive("C:\\Kelvash\\two.kva"));
+    ASSERT_TRUE(core::LoadArchive("C:\\Kelvash\\test.kva"));
+    robot.WillChooseFile("Load Tomb Raider Level Archive", home / "two.kva");
+    Choose("mnu_Load");
+    EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 2 (two.kva levels)");
+    EXPECT_THAT(Shown(), ElementsAre("- TRLE: Original configuration - (*)", "City of Gold"));
+}
+
+TEST_F(PrincipaleCommands, AnArchiveThatCantBeReadIsToldAndTheOpenOneStays) {
+    MakeFile(home / "locked.kva", "x");
+    fs::permissions(home / "locked.kva", fs::perms::none);
+    const OrdinaryUser ordinary;
+    robot.WillChooseFile("Load Tomb Raider Level Archive", home / "locked.kva");
+    robot.WillPress("Error loading archive: C:\\Kelvash\\locked.kva", "OK");
+    Choose("mnu_Load");
+    EXPECT_EQ(Shown().size(), 4U);
+    EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 4 (test.kva levels)");
+}
+
+TEST_F(PrincipaleCommands, NewStartsAnArchiveInAnEmptyFolder) {
+    fs::create_directories(drive / "Fresh");
+    robot.Will("Select main folder for new archive", [](QWidget* window) {
+        auto* const path = window->findChild<QLineEdit*>(QStringLiteral("Text_PathDir"));
+        path->setText(QStringLiteral("C:\\Fresh"));
+        QTest::keyClick(path, Qt::Key_Return);
+        Press(window, "Pul_Ok");
+    });
+    Choose("mnu_New");
+    EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 1 (LevelArchive.kva levels)");
+    EXPECT_THAT(Shown(), ElementsAre("- TRLE: Original configuration - (*)"));
+}
+
+TEST_F(PrincipaleCommands, ACancelledNewLeavesTheFormerArchiveOpen) {
+    ASSERT_TRUE(core::WriteArchive("C:\\Kelvash\\test.kva"));
+    robot.WillPress("Select main folder for new archive", "Pul_Cancel");
+    Choose("mnu_New");
+    EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 4 (test.kva levels)");
+    EXPECT_EQ(fs::file_size(home / "test.kva"), 546U + 4 * 1634U);
+}
+
+TEST_F(PrincipaleCommands, SizesAreReported) {
+    robot.WillPress("Primary (only read) folder size = 13", "OK");
+    Choose("mnu_CalcolaSize");
+    EXPECT_EQ(core::archive.Levels[1].FilesSize, 4);
+}
+
+TEST_F(PrincipaleCommands, AFullBackupIsRefreshed) {
+    MakeFile(trle / "data/new.tr4", "new");
+    robot.WillPress("Current backup is already FULL", "Yes");
+    robot.WillPress("Current installed configuration of Tomb Raider Level Editor in C:\\trle is original?",
+                    "Yes");
+    Choose("mnu_FaiFullBackup");
+    EXPECT_TRUE(Exists(backup / "data/new.tr4"));
+    EXPECT_FALSE(form.ProgressBar1->isVisible());
+}
+
+// --- other forms ---
+
+TEST_F(PrincipaleCommands, RestoreOpensItsForm) {
+    ASSERT_TRUE(swap::InstallLevel(2));
+    core::RefreshLevelList();
+    robot.WillPress("Dialog_Restore", "Pul_Fast");
+    robot.WillPress("Set in Tomb Raider Level Editor, original configuration", "OK");
+    Choose("mnu_SetOriginale");
+    EXPECT_EQ(Shown().front(), "- TRLE: Original configuration - (*)");
+}
+
+TEST_F(PrincipaleCommands, AboutTellsTheVersion) {
+    robot.WillPress("Kelvash 1.4", "OK");
+    Choose("mnu_About");
+    EXPECT_TRUE(robot.HasSeen("About\nAbout Kelvash\nKelvash 1.4\n\nKeeps custom levels"));
+}
+
+TEST_F(PrincipaleCommands, MoreInfoTellsALevelWithoutADocument) {
+    core::SelectLevel(2);
+    robot.WillPress("Sorry, there is not any doc file\nIf you wish link a doc file", "OK");
+    Press(&form, "Pul_MoreInfo");
+}
+
+TEST_F(PrincipaleCommands, ExitClosesTheWindowAndKeepsTheProfile) {
+    core::profile.DownloadFolder = "C:\\zips";
+    Choose("Mnu_Exit");
+    EXPECT_FALSE(form.isVisible());
+    EXPECT_EQ(fs::file_size(home / "Kelvash.prf"), 1588U);
+    EXPECT_THAT(BytesOf(home / "Kelvash.prf"), HasSubstr("C:\\zips"));
+    EXPECT_TRUE(Exists(home / "Kelvash.ini"));
+}
+
+TEST_F(PrincipaleCommands, ExitOffersToSaveAChangedArchive) {
+    core::profile.AutoSave = false;
+    core::ArchiveTouched();
+    robot.WillPress("Current archive 'test.kva' has been changed.\nDo you want save it?", "Yes");
+    form.close();
+    EXPECT_TRUE(Exists(home / "test.kva"));
+}
+
+} // namespace
+} // namespace kelvash::test

@@ -1,0 +1,396 @@
+#include "ui/Principale.h"
+
+#include <gmock/gmock.h>
+
+#include <QDragEnterEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QUrl>
+
+#include "foundation/files.h"
+#include "swap/install.h"
+#include "swap/marker.h"
+#include "ui/principale_home.h"
+
+namespace kelvash::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace fs = std::filesystem;
+
+class PrincipaleForm : public PrincipaleHome {
+  protected:
+    // Every level of the menu as lines, deeper ones with two blanks more.
+    static void Walk(const QList<QAction*>& actions, int depth, std::vector<std::string>& lines) {
+        for (const QAction* action : actions) {
+            lines.push_back(std::string(static_cast<std::size_t>(depth) * 2, ' ') +
+                            action->objectName().toStdString() + "=" + Plain(action->text()));
+            if (action->menu() != nullptr) Walk(action->menu()->actions(), depth + 1, lines);
+        }
+    }
+};
+
+// --- captions and menu ---
+
+TEST_F(PrincipaleForm, HasItsControlsUnderTheirNames) {
+    EXPECT_EQ(form.objectName().toStdString(), "Principale");
+    EXPECT_EQ(form.findChild<QListView*>(QStringLiteral("Combo_Livelli")), form.Combo_Livelli);
+    EXPECT_EQ(Plain(form.Pul_Play->text()), "Play");
+    EXPECT_EQ(Plain(form.Pul_MoreInfo->text()), "More info");
+    EXPECT_EQ(Plain(form.Pul_Search->text()), "Find");
+    EXPECT_EQ(Plain(form.Pul_Dopo->text()), "Next");
+    EXPECT_EQ(Plain(form.Pul_Prima->text()), "Previous");
+    EXPECT_EQ(Plain(form.Pul_ScreenShots->text()), "ScreenShots");
+    EXPECT_EQ(Plain(form.Pul_SaveGames->text()), "Savegames");
+    EXPECT_EQ(form.Frame_Livelli->title().toStdString(), "Levels");
+}
+
+TEST_F(PrincipaleForm, HasTheWholeMenuInItsOrder) {
+    std::vector<std::string> lines;
+    Walk(form.menuBar()->actions(), 0, lines);
+    const std::vector<std::string> expected = {
+        "mnu_File=File",
+        "  mnu_New=New Archive",
+        "  mnu_Load=Load Archive",
+        "  mnu_Save=Save Archive",
+        "  mnu_SaveAs=Save Archive  as ...",
+        "  Mnu_Exit=Exit",
+        "mnu_Level=Levels",
+        "  mnu_AddLevel=Add new level",
+        "  mnu_SearchLivelli=Search custom level in zip files on your PC",
+        "  mnu_Property=Properties of current level",
+        "  mnu_ShowAutoreInfo=Show author notes",
+        "  mnu_Language=Language of level",
+        "    mnu_SetMylanguage=Set my language in current level",
+        "    mnu_RestoreLanguage=Restore original language in current level",
+        "  mnu_RemoveLevel=Delete current level",
+        "  mnu_Export=Export all files of current level in zip file",
+        "  mnu_ShowListaUrl=Show urls where download new levels",
+        "mnu_SaveGames=Savegames",
+        "  mnu_ShowSavegames=Show Savegames Panel",
+        "  mnu_ImpSavegames=Import savegames in current level",
+        "    mnu_ImportSaveGameSingle=from a single file (one savegame)",
+        "    mnu_ImportSaveGame=from folder (many savegames)",
+        "  mnu_SearchSavegame=Search savegames",
+        "    mnu_FindSavegameNote=Find savegames with description contains  ...",
+        "    mnu_FineNextSavegame=Find next savegame",
+        "    mnu_FindPreviousSavegame=Find previous savegame",
+        "  mnu_MandaSavegameEmail=Send savegames via email to your friends",
+        "    mnu_SendSaveGameEmail=Send many savegames",
+        "    mnu_SendSingoloSavegame=Send (the single) selected savegame",
+        "  mnu_ExportSavegame=Export savegames from current level to other folder",
+        "  mnu_BackupSavegame=Free tombraider slot and archive savegames (F9 while you are playing)",
+        "  mnu_RestoreSavegames=Restore in slots old savegames (F11 while you are playing)",
+        "mnu_Edit=ScreenShots",
+        "  mnu_ShowScreenShot=Show ScreenShots Panel",
+        "  mnu_CaptureScreen=Capture screenshot ([Print Screen] key  while you are playing)",
+        "  mnu_AddScreenshot=Add new screenshot",
+        "  mnu_OpenEditor=Open image with graphical program",
+        "  mnu_SendScreenshotemail=Send screenshot to your friends via email",
+        "  mnu_CopyPathInClip=Copy full path in clipboard",
+        "  mnu_PropertyScreenShot=Property",
+        "  mnu_DeleteShot=Delete",
+        "  mnu_RenameShot=Rename",
+        "  mnu_ResizeSave=Resize and save ...",
+        "  mnu_SaveShot=Save as ...",
+        "  mnu_Zoom=Zoom",
+        "mnu_LevelEditor=Level-Editor",
+        "  mnu_InstallTrle=Installation of Tomb Raider Level Editor",
+        "    mnu_InstallTrleFolder=Install Level Editor from a TRLE folder",
+        "    mnu_InstallComprTrle=Install Compress Level Editor",
+        "  mnu_SetupTrle=Change graphical and audio settings of Level Editor",
+        "  mnu_SetOriginale=Set original configuration in Level Editor",
+        "  mnu_ImportWads=Import new/updated wads",
+        "  mnu_CompareTrle=Verify changed files in Level Editor",
+        "  mnu_ShowUrlList=Show url list about Level Editor's World",
+        "mnu_Tools=Tools",
+        "  mnu_ConvertAudio=Convert audio files ",
+        "    mnu_DecodeMp3=Decode: MP3 -> WAV",
+        "    mnu_EncodeMp3=Encode: WAV -> MP3",
+        "    mnu_ConvertWav=Convert: WAV - >  different WAV format",
+        "  mnu_Manutenzione=Archive maintenance",
+        "    mnu_CorrectArchiveCD=Correction of CD archive",
+        "    mnu_CalcolaSize=Re-compute archive size",
+        "    mnu_MoveArc=Move Archive Folder",
+        "    mnu_ControllaUguali=Check for equal levels in archive",
+        "    mnu_CopiaFileInfos=Copy all [more info] files From Cd to HD",
+        "    mnu_CreaInfoTr4=Create all [info tr4 files] to fast equal levels check",
+        "    mnu_FaiFullBackup=Create\\Refresh full backup",
+        "    mnu_Recover=Recover archive from HD folder",
+        "    mnu_SetLanguageAll=Set my language in all levels",
+        "    mnu_RestoreAll=Restore original language in all levels",
+        "  mnu_MoveOnCd=Create Kelvash CD (with Levels and/or Programs)",
+        "  mnu_SetupUpload=Upload level files Wizard  (for game designer)",
+        "  mnu_ProvaFilmato=Perform test movie",
+        "mnu_Pref=Preferences",
+        "  mnu_Settings=Kelvash",
+        "  mnu_PrefArchive=Current archive",
+        "mnu_Help=Help",
+        "  mnu_About=About Kelvash",
+        "  mnu_FindHelp=Help Kelvash",
+        "  mnu_HelpSaveGameMan=Help about savegame management",
+        "  mnu_HelpFaq=How to solve problems (style FAQ help)"};
+    EXPECT_EQ(lines, expected);
+}
+
+TEST_F(PrincipaleForm, GreysTheCommandsThatCantDoAnythingYet) {
+    std::vector<std::string> enabled;
+    for (const QAction* action : form.findChildren<QAction*>())
+        if (action->isEnabled() && action->menu() == nullptr &&
+            action->objectName().startsWith(QLatin1String("mnu_"), Qt::CaseInsensitive))
+            enabled.push_back(action->objectName().toStdString());
+    EXPECT_THAT(enabled, testing::UnorderedElementsAre("mnu_New", "mnu_Load", "mnu_Save", "mnu_SaveAs",
+                                                       "Mnu_Exit", "mnu_ShowSavegames", "mnu_ShowScreenShot",
+                                                       "mnu_SetOriginale", "mnu_CalcolaSize",
+                                                       "mnu_FaiFullBackup", "mnu_Settings", "mnu_About",
+                                                       "mnu_FindHelp", "mnu_HelpSaveGameMan", "mnu_HelpFaq"));
+}
+
+TEST_F(PrincipaleForm, HasKeysForTheNoteSearchAndTheHelp) {
+    EXPECT_EQ(form.Command("mnu_FindSavegameNote")->shortcut().toString().toStdString(), "Ctrl+F");
+    EXPECT_EQ(form.Command("mnu_FineNextSavegame")->shortcut().toString().toStdString(), "Ctrl+N");
+    EXPECT_EQ(form.Command("mnu_FindPreviousSavegame")->shortcut().toString().toStdString(), "Ctrl+P");
+    EXPECT_EQ(form.Command("mnu_FindHelp")->shortcut().toString().toStdString(), "F1");
+}
+
+TEST_F(PrincipaleForm, GivesEachButtonALetterOfItsOwn) {
+    std::set<QString> letters;
+    for (const QPushButton* button : {form.Pul_Search, form.Pul_Dopo, form.Pul_Prima, form.Pul_Play,
+                                      form.Pul_MoreInfo, form.Pul_ScreenShots, form.Pul_SaveGames}) {
+        const QString text = button->text();
+        const qsizetype at = text.indexOf(QLatin1Char('&'));
+        ASSERT_GE(at, 0) << text.toStdString();
+        EXPECT_TRUE(letters.insert(text.mid(at + 1, 1).toUpper()).second) << text.toStdString();
+    }
+}
+
+// --- the list ---
+
+TEST_F(PrincipaleForm, ListsTheLevelsByTextWithTheMark) {
+    EXPECT_THAT(Shown(),
+                ElementsAre("- TRLE: Original configuration - (*)", "Alpha", "beta city", "City of Gold"));
+    EXPECT_EQ(form.Combo_Livelli->model()->index(3, 0).data(Qt::UserRole).toInt(), 1);
+    EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 4 (test.kva levels)");
+}
+
+TEST_F(PrincipaleForm, MovesTheMarkWithASwapOtherThanPlay) {
+    ASSERT_TRUE(swap::InstallLevel(2));
+    core::RefreshLevelList();
+    EXPECT_THAT(Shown(),
+                ElementsAre("- TRLE: Original configuration -", "Alpha (*)", "beta city", "City of Gold"));
+}
+
+TEST_F(PrincipaleForm, ShowsTheSelectedLevel) {
+    form.Combo_Livelli->setCurrentIndex(form.Combo_Livelli->model()->index(3, 0));
+    EXPECT_EQ(core::SelectedLevel(), 1);
+    EXPECT_EQ(form.Label_InfoLevel->text().toStdString(), "Choose the first entry");
+    EXPECT_EQ(form.Label_InfoDir->text().toStdString(),
+              "Path: \"C:\\Levels\\LEVEL_0001\"  -  Screenshots: 0 - Savegames: 1 + 0");
+    ASSERT_EQ(form.List_SaveGameTomb->count(), 1);
+    EXPECT_THAT(form.List_SaveGameTomb->item(0)->text().toStdString(), StartsWith("   0 Gate  ("));
+}
+
+TEST_F(PrincipaleForm, SelectsTheFirstAfterTheSelectedIsRemoved) {
+    core::SelectLevel(1);
+    EXPECT_EQ(Current(), "City of Gold");
+    core::archive.Levels.erase(core::archive.Levels.begin() + 1);
+    --core::archive.Header.LevelCount;
+    core::RefreshLevelList();
+    EXPECT_EQ(Current(), "- TRLE: Original configuration - (*)");
+    EXPECT_EQ(core::level_list.Selected, 0);
+}
+
+TEST_F(PrincipaleForm, IsUsableWithoutAnArchive) {
+    core::archive = core::ArchiveState();
+    core::profile.LastArchive.clear();
+    core::RefreshLevelList();
+    EXPECT_THAT(Shown(), IsEmpty());
+    EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash");
+    EXPECT_FALSE(form.Pul_Play->isEnabled());
+    EXPECT_FALSE(form.Command("mnu_Save")->isEnabled());
+    Press(&form, "Pul_Dopo");
+    Press(&form, "Pul_Prima");
+    form.AggiornaDatiLivello(false);
+    EXPECT_EQ(core::level_list.Selected, -1);
+    EXPECT_EQ(form.Label_InfoLevel->text().toStdString(),
+              "No Archive is open. Create a new one or load one with the menu File.");
+}
+
+// --- search and filter ---
+
+TEST_F(PrincipaleForm, FindSelectsTheFirstThatHoldsTheText) {
+    core::SelectLevel(1);
+    Type("CITY");
+    EXPECT_EQ(Current(), "City of Gold") << "typing keeps a level that is still shown";
+    Press(&form, "Pul_Search");
+    EXPECT_EQ(Current(), "beta city");
+}
+
+TEST_F(PrincipaleForm, FindTellsWhenNothingHoldsTheText) {
+    Type("zzz");
+    robot.WillPress("Not found", "OK");
+    Press(&form, "Pul_Search");
+}
+
+TEST_F(PrincipaleForm, FindWithoutATextDoesNothing) {
+    core::SelectLevel(2);
+    Type("  ");
+    Press(&form, "Pul_Search");
+    EXPECT_EQ(Current(), "Alpha");
+}
+
+TEST_F(PrincipaleForm, NextAndPreviousGoFromHitToHit) {
+    Type("city");
+    EXPECT_EQ(Current(), "beta city");
+    Press(&form, "Pul_Dopo");
+    EXPECT_EQ(Current(), "City of Gold");
+    Press(&form, "Pul_Dopo");
+    EXPECT_EQ(Current(), "City of Gold");
+    Press(&form, "Pul_Prima");
+    EXPECT_EQ(Current(), "beta city");
+    Press(&form, "Pul_Prima");
+    EXPECT_EQ(Current(), "beta city");
+}
+
+TEST_F(PrincipaleForm, NextAndPreviousStepWithoutAText) {
+    Press(&form, "Pul_Dopo");
+    EXPECT_EQ(Current(), "Alpha");
+    Press(&form, "Pul_Dopo");
+    EXPECT_EQ(Current(), "beta city");
+    Press(&form, "Pul_Prima");
+    Press(&form, "Pul_Prima");
+    Press(&form, "Pul_Prima");
+    EXPECT_EQ(Current(), "- TRLE: Original configuration - (*)");
+    EXPECT_EQ(core::SelectedLevel(), 0);
+}
+
+TEST_F(PrincipaleForm, TypingShowsOnlyWhatHoldsTheText) {
+    Type(" CITY");
+    EXPECT_THAT(Shown(), ElementsAre("beta city", "City of Gold"));
+    EXPECT_EQ(Current(), "beta city") << "the hidden level gives its place up";
+    EXPECT_EQ(core::SelectedLevel(), 3);
+    form.Text_Search->clear();
+    EXPECT_EQ(Shown().size(), 4U);
+    EXPECT_EQ(Current(), "beta city");
+}
+
+TEST_F(PrincipaleForm, TheMarkCanBeSearched) {
+    Type("(*)");
+    EXPECT_THAT(Shown(), ElementsAre("- TRLE: Original configuration - (*)"));
+}
+
+TEST_F(PrincipaleForm, AFilterThatHidesAllLeavesNothingToPlay) {
+    Type("zzz");
+    EXPECT_THAT(Shown(), IsEmpty());
+    EXPECT_EQ(core::SelectedLevel(), -1);
+    EXPECT_FALSE(form.Pul_Play->isEnabled());
+    form.Text_Search->clear();
+    EXPECT_EQ(Current(), "- TRLE: Original configuration - (*)");
+    EXPECT_TRUE(form.Pul_Play->isEnabled());
+}
+
+TEST_F(PrincipaleForm, EnterInTheSearchFindsAndGoesToTheList) {
+    Type("city");
+    QTest::keyClick(form.Text_Search, Qt::Key_Return);
+    EXPECT_EQ(Current(), "beta city");
+    EXPECT_EQ(form.focusWidget(), form.Combo_Livelli);
+}
+
+// --- panels and pictures ---
+
+TEST_F(PrincipaleForm, SwitchesBetweenTheTwoPanels) {
+    Press(&form, "Pul_SaveGames");
+    EXPECT_TRUE(form.Frame_SaveGames->isVisible());
+    EXPECT_FALSE(form.Frame_ScreenShots->isVisible());
+    EXPECT_FALSE(core::profile.ShowScreenShots);
+    Choose("mnu_ShowScreenShot");
+    EXPECT_TRUE(form.Frame_ScreenShots->isVisible());
+    EXPECT_FALSE(form.Frame_SaveGames->isVisible());
+    EXPECT_TRUE(core::profile.ShowScreenShots);
+    Choose("mnu_ShowSavegames");
+    EXPECT_TRUE(form.Pul_SaveGames->isChecked());
+    Press(&form, "Pul_ScreenShots");
+    EXPECT_TRUE(core::profile.ShowScreenShots);
+}
+
+TEST_F(PrincipaleForm, PagesThroughScreenshotsByTwo) {
+    for (const char* name : {"1.bmp", "2.bmp", "3.bmp"})
+        MakeFile(LevelPath(1) / "SCREENSHOTS" / name, MakeBitmap({}));
+    core::SelectLevel(1);
+    WaitUntil([this] { return form.Image1->HasPicture() && form.Image2->HasPicture(); });
+    EXPECT_TRUE(form.Image1->Path().endsWith(QLatin1String("1.bmp")));
+    EXPECT_TRUE(form.Image2->Path().endsWith(QLatin1String("2.bmp")));
+    EXPECT_FALSE(form.Pul_PrimaScreenShot->isEnabled());
+    Press(&form, "Pul_DopoScreenShot");
+    EXPECT_TRUE(form.Image1->Path().endsWith(QLatin1String("3.bmp")));
+    EXPECT_TRUE(form.Image2->Path().isEmpty());
+    EXPECT_FALSE(form.Pul_DopoScreenShot->isEnabled());
+    form.AggiornaDatiLivello(true);
+    EXPECT_TRUE(form.Image1->Path().endsWith(QLatin1String("3.bmp")));
+    form.AggiornaDatiLivello(false);
+    EXPECT_TRUE(form.Image1->Path().endsWith(QLatin1String("1.bmp")));
+    Press(&form, "Pul_UltimoShot");
+    EXPECT_TRUE(form.Image1->Path().endsWith(QLatin1String("3.bmp")));
+    Press(&form, "Pul_PrimoShot");
+    EXPECT_TRUE(form.Image1->Path().endsWith(QLatin1String("1.bmp")));
+}
+
+TEST_F(PrincipaleForm, ShowsTheNewestScreenshotInTheList) {
+    MakeFile(LevelPath(1) / "SCREENSHOTS/1.bmp", MakeBitmap({}));
+    const auto thumbnail = [this] {
+        return form.Combo_Livelli->model()->index(3, 0).data(Qt::DecorationRole).value<QPixmap>().toImage();
+    };
+    core::SelectLevel(1);
+    const QImage before = thumbnail();
+    EXPECT_EQ(before.size(), QSize(64, 48));
+    WaitUntil([&] { return thumbnail() != before; });
+}
+
+TEST_F(PrincipaleForm, TellsAPictureThatIsNone) {
+    MakeFile(LevelPath(1) / "SCREENSHOTS/broken.jpg", "no picture at all");
+    core::SelectLevel(1);
+    WaitUntil(
+        [this] { return form.Image1->Text() == QLatin1String("This image can't be shown:\nbroken.jpg"); });
+    EXPECT_FALSE(form.Image1->HasPicture());
+}
+
+TEST_F(PrincipaleForm, TellsAMissingLevelFolder) {
+    fs::remove_all(LevelPath(1));
+    core::SelectLevel(1);
+    EXPECT_EQ(form.Image1->Text().toStdString(), "The level's folder is missing: C:\\Levels\\LEVEL_0001");
+    EXPECT_TRUE(form.Pul_Play->isEnabled());
+}
+
+// --- dropping ---
+
+TEST_F(PrincipaleForm, RefusesADropWhileNothingCanBeAdded) {
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(QString::fromStdString((drive / "level.zip").string()))});
+    QDragEnterEvent event({10, 10}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    event.ignore();
+    QCoreApplication::sendEvent(&form, &event);
+    EXPECT_FALSE(event.isAccepted());
+}
+
+TEST_F(PrincipaleForm, TakesZipsAndFoldersOnceLevelsCanBeAdded) {
+    form.Command("mnu_AddLevel")->setEnabled(true);
+    std::vector<std::string> dropped;
+    QObject::connect(&form, &ui::Principale::SourcesDropped, &form,
+                     [&](const std::vector<std::string>& paths) { dropped = paths; });
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(QString::fromStdString((drive / "a level.zip").string())),
+                   QUrl::fromLocalFile(QString::fromStdString((drive / "folder").string()))});
+    QDragEnterEvent enter({10, 10}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&form, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDropEvent drop({10, 10}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&form, &drop);
+    EXPECT_THAT(dropped, ElementsAre("C:\\a level.zip", "C:\\folder"));
+}
+
+} // namespace
+} // namespace kelvash::test
