@@ -8,6 +8,7 @@
 #include <QShortcut>
 #include <QTextBlock>
 #include <QVBoxLayout>
+#include <QtMath>
 
 #include "foundation/user.h"
 #include "ui/Dialog_Indice.h"
@@ -22,11 +23,11 @@ constexpr int kColumns = 92;
 constexpr int kRows = 34;
 
 QSize SizeOfText(const QPlainTextEdit* edit) {
-    const QFontMetrics metrics(edit->font());
+    const QFontMetricsF metrics(edit->font()); // a column need not be a whole number of pixels
     const int border = 2 * (edit->frameWidth() + static_cast<int>(edit->document()->documentMargin()));
-    return {kColumns * metrics.horizontalAdvance(QLatin1Char('m')) + border +
+    return {qCeil(kColumns * metrics.horizontalAdvance(QLatin1Char('m'))) + border +
                 edit->verticalScrollBar()->sizeHint().width(),
-            kRows * metrics.lineSpacing() + border};
+            qCeil(kRows * metrics.lineSpacing()) + border};
 }
 
 } // namespace
@@ -214,7 +215,7 @@ void Dialog_Testo::ShowIndex() {
 }
 
 void Dialog_Testo::GoToMark() {
-    GoTo(FindMark(text_, mark_).value_or(0));
+    GoTo(mark_ == kNoMark ? 0 : FindMark(text_, mark_).value_or(0));
 }
 
 void Dialog_Testo::GoTo(std::size_t position) {
