@@ -45,7 +45,8 @@ std::pair<std::size_t, char32_t> FirstCharacter(std::string_view text) {
                                : byte(0) < 0xC2 ? 0
                                : byte(0) < 0xE0 ? 2
                                : byte(0) < 0xF0 ? 3
-                                                : 4;
+                               : byte(0) < 0xF5 ? 4
+                                                : 0;
     if (length == 1) return {1, byte(0)};
     if (length == 0 || length > text.size()) return {1, 0xFFFD};
     char32_t code = byte(0) & (0xFFU >> (length + 1));
@@ -54,8 +55,9 @@ std::pair<std::size_t, char32_t> FirstCharacter(std::string_view text) {
         code = (code << 6) | (byte(i) & 0x3F);
     }
     constexpr char32_t kFirstOfLength[] = {0, 0, 0x80, 0x800, 0x10000};
-    if (code < kFirstOfLength[length] || code > 0x10FFFF)
-        return {1, 0xFFFD}; // no second spelling of a character
+    const bool is_surrogate = code >= 0xD800 && code < 0xE000;
+    if (code < kFirstOfLength[length] || code > 0x10FFFF || is_surrogate)
+        return {1, 0xFFFD}; // no second spelling of a character, no half of one
     return {length, code};
 }
 
@@ -157,6 +159,15 @@ std::optional<std::int32_t> WholeNumber(std::string_view text) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
     return value;
+}
+
+bool IsUtf8(std::string_view text) {
+    while (!text.empty()) {
+        const auto [length, code] = FirstCharacter(text);
+        if (length == 1 && code >= 0x80) return false;
+        text.remove_prefix(length);
+    }
+    return true;
 }
 
 std::string Utf8FromAnsi(std::string_view bytes) {

@@ -41,6 +41,9 @@ std::int32_t LeadingNumber(std::string_view text);
 // The number that the whole text is; nothing for any other text or one outside 32 bits.
 std::optional<std::int32_t> WholeNumber(std::string_view text);
 
+// True if all bytes belong to characters; so for an empty text.
+bool IsUtf8(std::string_view text);
+
 // Between the ANSI code page of every file (Windows-1252) and UTF-8. The five codes without a character map
 // to the controls of the same number, so bytes survive a round trip; a character with no place becomes "?",
 // bytes that are no UTF-8 stay as they are.

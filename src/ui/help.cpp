@@ -6,18 +6,20 @@
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/user.h"
-#include "ui/form_support.h"
+#include "ui/Dialog_Testo.h"
 
 namespace kelvash::ui {
 
 void ShowHelp(QWidget* parent, HelpMark mark) {
     const std::string path = AppFolder() + LoadMessage(MessageId::kHelpName, {});
-    if (!FileExists(path)) {
+    const std::optional<std::string> text = ReadFileBytes(path);
+    if (!text) {
         ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kHelpMissing, {path}));
         return;
     }
-    static_cast<void>(parent);
-    static_cast<void>(mark);
+    Dialog_Testo form(parent);
+    form.ImpostaValori(LoadMessage(MessageId::kHelpCaption, {}), *text, static_cast<int>(mark));
+    form.exec();
 }
 
 void ConnectHelp(QWidget* form, QPushButton* button, HelpMark mark) {

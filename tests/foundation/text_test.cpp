@@ -147,6 +147,22 @@ TEST(AnsiText, LongSpellingsOfAsciiAreNoCharacters) {
     EXPECT_EQ(AnsiFromUtf8("\xF7\xBF\xBF\xBF"), "\xF7\xBF\xBF\xBF");
 }
 
+TEST(AnsiText, BytesThatBeginNoCharacterStay) {
+    EXPECT_EQ(AnsiFromUtf8("\xF9\x80\x80\x80"), "\xF9\x80\x80\x80");
+    EXPECT_EQ(AnsiFromUtf8("\xFF\xBF\xBF\xBF"), "\xFF\xBF\xBF\xBF");
+    EXPECT_EQ(AnsiFromUtf8("\xED\xA0\x80"), "\xED\xA0\x80"); // half of a pair
+}
+
+TEST(AnsiText, TellsUtf8FromOtherBytes) {
+    EXPECT_TRUE(IsUtf8(""));
+    EXPECT_TRUE(IsUtf8("plain"));
+    EXPECT_TRUE(IsUtf8(std::string_view("a\0è€😀", 11)));
+    EXPECT_TRUE(IsUtf8("\xC2\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBD\xF4\x8F\xBF\xBF"));
+    for (const char* const text : {"caff\xE8", "\xC3", "\x80", "\xE2\x82", "\xC0\xAF", "\xED\xA0\x80",
+                                   "\xF4\x90\x80\x80", "\xF9\x80\x80\x80", "\xFF", "a\xE8z"})
+        EXPECT_FALSE(IsUtf8(text)) << text;
+}
+
 TEST(AnsiText, NulsAreCharactersLikeOthers) {
     EXPECT_EQ(AnsiFromUtf8(std::string_view("a\0è", 4)), std::string_view("a\0\xE8", 3));
     EXPECT_EQ(Utf8FromAnsi(std::string_view("a\0\xE8", 3)), std::string_view("a\0è", 4));

@@ -1,0 +1,114 @@
+#include "ui/Dialog_Indice.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "foundation/user.h"
+
+namespace kelvash::ui {
+
+Dialog_Indice::Dialog_Indice(QWidget* parent) : QDialog(parent) {
+    setObjectName(QStringLiteral("Dialog_Indice"));
+    Set_Caption_Texts();
+    Lay();
+    connect(Opt_Main, &QRadioButton::toggled, this, &Dialog_Indice::ShowTopics);
+    connect(Text_Find, &QLineEdit::textChanged, this,
+            [this](const QString& text) { Pul_Find->setEnabled(!text.isEmpty()); });
+    connect(Pul_Find, &QPushButton::clicked, this, &Dialog_Indice::Find);
+    connect(List_Indice, &QListWidget::itemDoubleClicked, this, &Dialog_Indice::Choose);
+    connect(Pul_Ok, &QPushButton::clicked, this, &Dialog_Indice::Choose);
+    connect(Pul_Cancel, &QPushButton::clicked, this, &Dialog_Indice::reject);
+    Text_Find->installEventFilter(this);
+    ShowTopics();
+}
+
+void Dialog_Indice::Set_Caption_Texts() {
+    setWindowTitle(Caption(MessageId::kIndiceCaption));
+    Opt_Main->setText(Caption(MessageId::kIndiceMain));
+    Opt_Sub->setText(Caption(MessageId::kIndiceSub));
+    Pul_Find->setText(Caption(MessageId::kIndiceFind));
+    Pul_Ok->setText(Caption(MessageId::kIndiceOk));
+    Pul_Cancel->setText(Caption(MessageId::kIndiceCancel));
+    AssignMnemonics(this);
+}
+
+void Dialog_Indice::Lay() {
+    auto* const kinds = new QHBoxLayout;
+    kinds->addWidget(Opt_Main);
+    kinds->addWidget(Opt_Sub);
+    kinds->addStretch();
+    auto* const search = new QHBoxLayout;
+    search->addWidget(Text_Find, 1);
+    search->addWidget(Pul_Find);
+    auto* const buttons = new QHBoxLayout;
+    buttons->addWidget(Label_Items, 1);
+    buttons->addWidget(Pul_Ok);
+    buttons->addWidget(Pul_Cancel);
+    auto* const layout = new QVBoxLayout(this);
+    layout->addLayout(kinds);
+    layout->addLayout(search);
+    layout->addWidget(List_Indice, 1);
+    layout->addLayout(buttons);
+    Opt_Main->setChecked(true);
+    Pul_Find->setEnabled(false);
+    Pul_Ok->setDefault(true);
+    Text_Find->setFocus();
+    setSizeGripEnabled(true);
+    resize(fontMetrics().averageCharWidth() * 64, fontMetrics().lineSpacing() * 30);
+}
+
+void Dialog_Indice::ImpostaValori(const std::string& text) {
+    main_topics_ = HelpTopics(text, TopicKind::Main);
+    sub_topics_ = HelpTopics(text, TopicKind::Sub);
+    Opt_Main->setChecked(true);
+    ShowTopics();
+}
+
+// Enter searches as long as the search field is in use, and chooses otherwise.
+bool Dialog_Indice::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusIn) Pul_Find->setDefault(true);
+    if (event->type() == QEvent::FocusOut) Pul_Ok->setDefault(true);
+    return QDialog::eventFilter(watched, event);
+}
+
+const std::vector<HelpTopic>& Dialog_Indice::Topics() const {
+    return Opt_Main->isChecked() ? main_topics_ : sub_topics_;
+}
+
+void Dialog_Indice::ShowTopics() {
+    List_Indice->clear();
+    for (const HelpTopic& topic : Topics()) // one line each, whatever the title holds
+        List_Indice->addItem(FromUtf8(topic.title).simplified());
+    Label_Items->setText(QString::number(Topics().size()) + Caption(MessageId::kIndiceItems));
+}
+
+int Dialog_Indice::SelectedRow() const {
+    const QList<QListWidgetItem*> selected = List_Indice->selectedItems();
+    return selected.isEmpty() ? -1 : List_Indice->row(selected.front());
+}
+
+void Dialog_Indice::Find() {
+    const int count = List_Indice->count();
+    const int start = SelectedRow() + 1;
+    for (int i = 0; i < count; ++i) {
+        const int row = (start + i) % count;
+        if (!List_Indice->item(row)->text().contains(Text_Find->text(), Qt::CaseInsensitive)) continue;
+        List_Indice->setCurrentRow(row);
+        List_Indice->scrollToItem(List_Indice->item(row));
+        return;
+    }
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kIndiceNotFound, {}));
+}
+
+void Dialog_Indice::Choose() {
+    const int row = SelectedRow();
+    if (row < 0) {
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kIndiceNoSelection, {}));
+        return;
+    }
+    Position = Topics()[static_cast<std::size_t>(row)].position;
+    accept();
+}
+
+} // namespace kelvash::ui

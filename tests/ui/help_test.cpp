@@ -1,0 +1,131 @@
+#include "ui/help.h"
+
+#include <gmock/gmock.h>
+
+#include <QPushButton>
+#include <QTest>
+#include <QTextBlock>
+#include <algorithm>
+
+#include "foundation/help_text.h"
+#include "support/test_home.h"
+#include "support/ui_home.h"
+#include "ui/Dialog_Testo.h"
+
+namespace kelvash::test {
+namespace {
+
+using ui::HelpMark;
+
+std::string ShippedHelp() {
+    return BytesOf(std::filesystem::path(KELVASH_ASSETS) / "help_kelvash.txt");
+}
+
+// What the help window shows when the robot looks at it.
+struct Shown {
+    std::string caption;
+    std::string text;
+    std::string top_line;
+};
+
+class Help : public UiHome<TestHome> {
+  protected:
+    void WillReadAndClose(Shown& shown) {
+        robot.Will("Dialog_Testo", [&shown](QWidget* window) {
+            auto* const form = dynamic_cast<ui::Dialog_Testo*>(window);
+            ASSERT_NE(form, nullptr);
+            WaitUntil([form] { return !form->Timer1->isActive(); });
+            EXPECT_TRUE(form->isModal());
+            shown.caption = form->windowTitle().toStdString();
+            shown.text = form->Text_File->toPlainText().toStdString();
+            shown.top_line = form->Text_File->cursorForPosition(QPoint(0, 0)).block().text().toStdString();
+            Press(form, "Pul_Ok");
+        });
+    }
+    void PutHelp(const std::string& text) { MakeFile(home / "help_kelvash.txt", text); }
+};
+
+TEST_F(Help, AMissingFileIsTold) {
+    robot.WillPress("Warning: I can not find file: \"C:\\Kelvash\\help_kelvash.txt\"", "OK");
+    ui::ShowHelp(nullptr, HelpMark::MainWindow);
+}
+
+TEST_F(Help, ShowsTheWholeFileUnderItsCaption) {
+    PutHelp("first\r\nsecond\r\n");
+    Shown shown;
+    WillReadAndClose(shown);
+    ui::ShowHelp(nullptr, HelpMark::MainWindow);
+    EXPECT_EQ(shown.caption, " Help");
+    EXPECT_EQ(shown.text, "first\nsecond\n");
+    EXPECT_EQ(shown.top_line, "first");
+}
+
+TEST_F(Help, AnEmptyFileIsShownAsItIs) {
+    PutHelp("");
+    Shown shown{"", "not yet read", ""};
+    WillReadAndClose(shown);
+    ui::ShowHelp(nullptr, HelpMark::MainWindow);
+    EXPECT_EQ(shown.text, "");
+}
+
+TEST_F(Help, OpensTheShippedTextAtTheMarkOfTheForm) {
+    PutHelp(ShippedHelp());
+    Shown shown;
+    WillReadAndClose(shown);
+    ui::ShowHelp(nullptr, HelpMark::Savegames);
+    EXPECT_EQ(shown.top_line, "#4#");
+}
+
+TEST_F(Help, AButtonAndF1OpenIt) {
+    PutHelp("top\n" + std::string(200, '\n') + "#7#\nhere\n" + std::string(200, '\n'));
+    QWidget form;
+    QPushButton button(&form);
+    ui::ConnectHelp(&form, &button, HelpMark::Archive);
+    form.show();
+    for (const bool by_key : {false, true}) {
+        form.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+        Shown shown;
+        WillReadAndClose(shown);
+        if (by_key)
+            QTest::keyClick(&form, Qt::Key_F1);
+        else
+            QTest::mouseClick(&button, Qt::LeftButton);
+        EXPECT_EQ(shown.top_line, "#7#");
+    }
+}
+
+TEST(ShippedHelpText, HasEveryMarkOnce) {
+    const std::string text = ShippedHelp();
+    for (const HelpMark mark : {HelpMark::MainWindow, HelpMark::FirstStart, HelpMark::Restore,
+                                HelpMark::Savegames, HelpMark::Questions, HelpMark::Settings,
+                                HelpMark::Archive, HelpMark::FindTrle, HelpMark::ChooseFolder,
+                                HelpMark::Search, HelpMark::Keyboard, HelpMark::Files, HelpMark::MoreInfo}) {
+        const std::string sought = "#" + std::to_string(static_cast<int>(mark)) + "#";
+        const std::size_t first = text.find(sought);
+        ASSERT_NE(first, std::string::npos) << sought;
+        EXPECT_EQ(text.find(sought, first + 1), std::string::npos) << sought;
+    }
+}
+
+TEST(ShippedHelpText, EveryTopicIsALineOfItsOwnWithBalancedBrackets) {
+    const std::string text = TextToShow(ShippedHelp());
+    std::size_t count = 0;
+    for (const TopicKind kind : {TopicKind::Main, TopicKind::Sub})
+        for (const HelpTopic& topic : HelpTopics(text, kind)) {
+            ++count;
+            EXPECT_EQ(topic.title.find_first_of("[]{}\n"), std::string::npos) << topic.title;
+            EXPECT_FALSE(topic.title.empty());
+            EXPECT_TRUE(topic.position == 0 || text[topic.position - 1] == '\n') << topic.title;
+            EXPECT_EQ(text.at(topic.position + topic.title.size() + 2), '\n') << topic.title;
+        }
+    EXPECT_GT(count, 20U);
+    for (const char bracket : std::string_view("[]{}")) {
+        const auto kind = bracket == '[' || bracket == ']' ? TopicKind::Main : TopicKind::Sub;
+        EXPECT_EQ(std::count(text.begin(), text.end(), bracket), std::ssize(HelpTopics(text, kind)))
+            << bracket;
+    }
+}
+
+} // namespace
+} // namespace kelvash::test
