@@ -69,9 +69,11 @@ void Principale::Lay() {
     Combo_Livelli->setIconSize(Thumbnails::kSize);
     Combo_Livelli->setAlternatingRowColors(true);
     Combo_Livelli->setTextElideMode(Qt::ElideRight);
-    for (const int key : {Qt::Key_Return, Qt::Key_Enter})
-        connect(new QShortcut(QKeySequence(key), Combo_Livelli, nullptr, nullptr, Qt::WidgetShortcut),
-                &QShortcut::activated, Pul_Play, &QPushButton::click);
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto* const enter = new QShortcut(QKeySequence(key), Combo_Livelli);
+        enter->setContext(Qt::WidgetShortcut);
+        connect(enter, &QShortcut::activated, Pul_Play, &QPushButton::click);
+    }
     splitter_->addWidget(Frame_Livelli);
     splitter_->addWidget(LayDetails());
     splitter_->setStretchFactor(1, 1);

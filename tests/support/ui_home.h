@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/robot.h"
+#include "support/test_home.h"
 #include "ui/forms_user.h"
 
 namespace kelvash::test {

@@ -49,10 +49,12 @@ TEST_F(DialogRestore, FastTakesTheLevelOutAndCloses) {
 }
 
 TEST_F(DialogRestore, AFailedFastRestoreLeavesTheFormOpen) {
-    std::filesystem::remove_all(LevelPath(1));
+    MakeFile(trle / "savegame.0", "played");
+    std::filesystem::remove_all(StashPath(1));
+    MakeFile(StashPath(1), "a file where the folder was");
     ui::Dialog_Restore form(forms, nullptr);
     form.show();
-    robot.WillPress("I cann't find level folder [C:\\Levels\\LEVEL_0001]", "OK");
+    robot.WillPress("I cann't copy files in C:\\Levels\\LEVEL_0001\\backup_savegames folder", "OK");
     robot.WillPress("Error setting original configuration in trle folder", "OK");
     Press(&form, "Pul_Fast");
     EXPECT_TRUE(form.isVisible());

@@ -1,0 +1,182 @@
+// The whole road of a new player through the window, and a second start.
+#include <gmock/gmock.h>
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QTest>
+
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/profile.h"
+#include "core/start_up.h"
+#include "support/trle_sandbox.h"
+#include "support/ui_home.h"
+#include "swap/marker.h"
+#include "ui/Dialog_Splash.h"
+#include "ui/Principale.h"
+#include "ui/shipped_files.h"
+
+namespace kelvash::test {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace fs = std::filesystem;
+
+class FirstRun : public UiHome<TestHome> {
+  protected:
+    FirstRun() {
+        MakeTrle(trle);
+        fs::copy_file(KELVASH_GAME_STANDIN, trle / "tomb4.exe", fs::copy_options::overwrite_existing);
+        fs::create_directories(drive / "Levels");
+        SetEnvironment("KELVASH_GAME_MS", "100");
+    }
+    void WillChooseFolder(const std::string& caption, const std::string& folder) {
+        robot.Will(caption, [folder](QWidget* window) {
+            auto* const path = window->findChild<QLineEdit*>(QStringLiteral("Text_PathDir"));
+            ASSERT_NE(path, nullptr);
+            path->setText(QString::fromStdString(folder));
+            Press(window, "Pul_Ok");
+        });
+    }
+    void WillFindTrle() {
+        robot.WillPress("Dialog_TrovaTrle", "Pul_Sfoglia");
+        WillChooseFolder("Choose TR Level Editor folder", "C:\\trle");
+        robot.WillPress("Dialog_TrovaTrle", "Pul_Ok");
+    }
+    // A level as an Archive keeps it; adding one through the window is another road.
+    void PutLevel() {
+        MakeFile(drive / "Levels/LEVEL_0001/FILES/city.tr4", "city");
+        core::LevelRecord level;
+        level.Code = 1;
+        level.Name = "City";
+        core::archive.Levels.insert(core::archive.Levels.end() - 1, level);
+        ++core::archive.Header.LevelCount;
+        core::ArchiveTouched();
+        core::RefreshLevelList();
+    }
+    // The program's state as in a process of its own.
+    void EndProgram() {
+        core::ResetProgramState();
+        MapDrives();
+    }
+
+    fs::path trle = drive / "trle";
+};
+
+TEST_F(FirstRun, GoesFromNothingToAPlayedLevelAndBack) {
+    {
+        ui::Principale form(forms);
+        WillFindTrle();
+        robot.WillPress(
+            "Current installed configuration of Tomb Raider Level Editor in C:\\trle is original?", "Yes");
+        robot.WillPress("Do you want a full backup? (About 240 MB)", "Yes");
+        robot.WillPress("Dialog_NewArc", "Pul_New");
+        WillChooseFolder("Select main folder for new archive", "C:\\Levels");
+        ASSERT_TRUE(form.Load(""));
+        form.show();
+        EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 1 (LevelArchive.kva levels)");
+        EXPECT_EQ(BytesOf(home / "backup_trle/script.dat"), "original script.dat");
+        EXPECT_TRUE(core::profile.FullBackup);
+        EXPECT_TRUE(fs::is_directory(home / "LEVEL_0000/BACKUP_SAVEGAMES"));
+
+        PutLevel();
+        Press(&form, "Pul_Dopo");
+        form.Timer1->setInterval(20);
+        Press(&form, "Pul_Play");
+        WaitUntil([&] { return form.centralWidget()->isEnabled(); });
+        EXPECT_EQ(swap::CurrentLevelCode(), 1);
+        EXPECT_EQ(form.Combo_Livelli->currentIndex().data().toString().toStdString(), "City (*)");
+
+        robot.WillPress("Dialog_Restore", "Pul_Fast");
+        robot.WillPress("Set in Tomb Raider Level Editor, original configuration", "OK");
+        form.Command("mnu_SetOriginale")->trigger();
+        EXPECT_EQ(swap::CurrentLevelCode(), 0);
+        EXPECT_FALSE(Exists(trle / "data/city.tr4"));
+        form.close();
+    }
+    EXPECT_EQ(fs::file_size(home / "Kelvash.prf"), 1588U);
+    EndProgram();
+    {
+        ui::Principale form(forms);
+        ASSERT_TRUE(form.Load(""));
+        form.show();
+        EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 2 (LevelArchive.kva levels)");
+        EXPECT_EQ(core::profile.TrleFolder, "C:\\trle");
+        EXPECT_EQ(form.Combo_Livelli->model()->rowCount(), 2);
+        form.close();
+    }
+}
+
+TEST_F(FirstRun, EndsTheProgramWithoutATrleFolder) {
+    ui::Principale form(forms);
+    robot.WillPress("Dialog_TrovaTrle", "Pul_Cancel");
+    robot.WillPress("This program cann't run without Tomb Raider Level Editor\nNow, Kelvash ends", "OK");
+    EXPECT_FALSE(form.Load(""));
+}
+
+TEST_F(FirstRun, StandsWithoutAnArchiveWhenTrleIsNotOriginal) {
+    ui::Principale form(forms);
+    WillFindTrle();
+    robot.WillPress("is original?", "No");
+    robot.WillPress("Tips: ", "OK");
+    robot.WillPress("You must perform a new setup of Tomb Raider Level Editor", "OK");
+    EXPECT_TRUE(form.Load(""));
+    form.show();
+    EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash");
+    EXPECT_FALSE(form.Pul_Play->isEnabled());
+}
+
+TEST_F(FirstRun, ComesBackToTheSameWindow) {
+    core::profile.TrleFolder = "C:\\trle";
+    fs::copy(trle, home / "backup_trle", fs::copy_options::recursive);
+    {
+        ui::Principale form(forms);
+        form.show();
+        form.resize(777, 555);
+        form.close();
+    }
+    ui::Principale form(forms);
+    robot.WillPress("Dialog_TrovaTrle", "Pul_Cancel");
+    robot.WillPress("This program cann't run without", "OK");
+    core::profile.TrleFolder.clear();
+    EXPECT_FALSE(form.Load(""));
+    EXPECT_EQ(form.size(), QSize(777, 555));
+}
+
+TEST_F(FirstRun, ReadsNonsenseAboutTheWindowAsNothing) {
+    MakeFile(home / "Kelvash.ini", "[window]\ngeometry=@ByteArray(nonsense)\nsplitter=7\n\xFF\xFE");
+    ui::Principale form(forms);
+    robot.WillPress("Dialog_TrovaTrle", "Pul_Cancel");
+    robot.WillPress("This program cann't run without", "OK");
+    EXPECT_FALSE(form.Load(""));
+    EXPECT_GT(form.width(), 400);
+}
+
+// --- what the program ships ---
+
+TEST_F(FirstRun, BringsTheShippedFilesThatAreMissing) {
+    MakeFile(home / "help_kelvash.txt", "my own help");
+    ui::ProvideShippedFiles();
+    EXPECT_EQ(BytesOf(home / "help_kelvash.txt"), "my own help");
+    for (const char* name : {"splash.jpg", "default_shot.jpg", "lara.ico"})
+        EXPECT_GT(fs::file_size(home / name), 1000U) << name;
+}
+
+TEST_F(FirstRun, SplashShowsThePictureWithTheVersion) {
+    EXPECT_TRUE(ui::SplashPicture().isNull());
+    MakeFile(home / "splash.jpg", "no picture");
+    EXPECT_TRUE(ui::SplashPicture().isNull());
+    fs::remove(home / "splash.jpg");
+    ui::ProvideShippedFiles();
+    ui::Dialog_Splash splash(ui::SplashPicture());
+    splash.show();
+    EXPECT_EQ(splash.size(), QSize(520, 300));
+    EXPECT_EQ(splash.Label_Version->text().toStdString(), "Version 1.4");
+    EXPECT_TRUE(splash.rect().contains(splash.Label_Version->geometry()));
+}
+
+} // namespace
+} // namespace kelvash::test

@@ -1,0 +1,60 @@
+#include "ui/form_support.h"
+
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "ui/theme.h"
+
+namespace kelvash::ui {
+namespace {
+
+TEST(Mnemonics, TakeBeginningsOfWordsFirst) {
+    QWidget form;
+    QPushButton play(QStringLiteral("Play"), &form);
+    QPushButton previous(QStringLiteral("Previous page"), &form);
+    QPushButton page(QStringLiteral("Page"), &form);
+    AssignMnemonics(&form);
+    EXPECT_EQ(play.text().toStdString(), "&Play");
+    EXPECT_EQ(previous.text().toStdString(), "P&revious page");
+    EXPECT_EQ(page.text().toStdString(), "P&age");
+}
+
+TEST(Mnemonics, AreLeftOutWhenAllLettersAreTaken) {
+    QWidget form;
+    QPushButton first(QStringLiteral("A"), &form);
+    QPushButton second(QStringLiteral("a a"), &form);
+    AssignMnemonics(&form);
+    EXPECT_EQ(first.text().toStdString(), "&A");
+    EXPECT_EQ(second.text().toStdString(), "a a");
+}
+
+TEST(Mnemonics, ReachLabelledFields) {
+    QWidget form;
+    QLabel label(QStringLiteral("Name"), &form);
+    QLineEdit field(&form);
+    label.setBuddy(&field);
+    QLabel plain(QStringLiteral("R & D"), &form);
+    AssignMnemonics(&form);
+    EXPECT_EQ(label.text().toStdString(), "&Name");
+    EXPECT_EQ(plain.text().toStdString(), "R & D");
+}
+
+TEST(Captions, ComeWithLineBreaksAsQtHasThem) {
+    EXPECT_EQ(ShownText("a\r\nb").toStdString(), "a\nb");
+    EXPECT_EQ(FromUtf8("Größe").size(), 5);
+    EXPECT_EQ(ToUtf8(QStringLiteral("Größe")), "Größe");
+}
+
+TEST(Themes, SwitchBetweenDarkAndLight) {
+    EXPECT_FALSE(Theme::IsDark());
+    Theme::SetDark(true);
+    EXPECT_TRUE(Theme::IsDark());
+    Theme::SetDark(false);
+    EXPECT_FALSE(Theme::IsDark());
+}
+
+} // namespace
+} // namespace kelvash::ui

@@ -1,0 +1,232 @@
+#include "ui/forms_user.h"
+
+#include <gmock/gmock.h>
+
+#include <QApplication>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include "foundation/drives.h"
+#include "support/ui_home.h"
+#include "ui/Dialog_Progress.h"
+#include "ui/Dialog_Wait.h"
+#include "ui/Dialog_Zip.h"
+
+namespace kelvash::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class FormsUserPort : public UiHome<TestHome> {
+  protected:
+    // The first visible window of that class; null if there is none.
+    template <class Form>
+    static Form* Visible() {
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (auto* const form = qobject_cast<Form*>(window); form != nullptr && form->isVisible())
+                return form;
+        return nullptr;
+    }
+    // The captions of a box's buttons, sorted, and its icon.
+    void WillLookAtBox(const std::string& when, std::vector<std::string>& buttons, QMessageBox::Icon& icon,
+                       const std::string& press) {
+        robot.Will(when, [&buttons, &icon, press](QWidget* window) {
+            auto* const box = qobject_cast<QMessageBox*>(window);
+            ASSERT_NE(box, nullptr);
+            icon = box->icon();
+            for (const QAbstractButton* button : box->buttons())
+                buttons.push_back(Plain(button->text()));
+            std::sort(buttons.begin(), buttons.end());
+            Press(window, press);
+        });
+    }
+    // Asks, and gives what each button and closing the box answer.
+    std::vector<Answer> AnswersOf(Buttons kind, const std::vector<std::string>& buttons) {
+        std::vector<Answer> answers;
+        for (const std::string& button : buttons) {
+            robot.WillPress("Well?", button);
+            answers.push_back(forms.Ask(kind, MessageStyle::Question, "Well?"));
+        }
+        robot.Will("Well?", [](QWidget* window) { QTest::keyClick(window, Qt::Key_Escape); });
+        answers.push_back(forms.Ask(kind, MessageStyle::Question, "Well?"));
+        return answers;
+    }
+};
+
+// --- boxes ---
+
+TEST_F(FormsUserPort, ShowsMessagesInFourStyles) {
+    const std::vector<std::pair<MessageStyle, QMessageBox::Icon>> styles = {
+        {MessageStyle::Critical, QMessageBox::Critical},
+        {MessageStyle::Question, QMessageBox::Question},
+        {MessageStyle::Exclamation, QMessageBox::Warning},
+        {MessageStyle::Plain, QMessageBox::Information}};
+    for (const auto& [style, expected] : styles) {
+        std::vector<std::string> buttons;
+        QMessageBox::Icon icon{};
+        WillLookAtBox("Look", buttons, icon, "OK");
+        forms.Message(style, "Look\r\nhere");
+        EXPECT_EQ(icon, expected);
+        EXPECT_THAT(buttons, ElementsAre("OK"));
+    }
+    EXPECT_TRUE(robot.HasSeen("MessageBox\nKelvash\nLook\nhere"));
+}
+
+TEST_F(FormsUserPort, ShowsMarkUpAsItStands) {
+    robot.Will("<b>", [](QWidget* window) {
+        EXPECT_EQ(qobject_cast<QMessageBox*>(window)->textFormat(), Qt::PlainText);
+        Press(window, "OK");
+    });
+    forms.Message(MessageStyle::Plain, "<b>level</b>");
+}
+
+TEST_F(FormsUserPort, SaysTheDemoOnceInATitle) {
+    forms.SetFirstTitle(QStringLiteral("A sandbox"));
+    robot.WillPress("one", "OK");
+    forms.Message(MessageStyle::Plain, "one");
+    robot.WillPress("two", "OK");
+    forms.Message(MessageStyle::Plain, "two");
+    EXPECT_THAT(robot.Seen(), ElementsAre("MessageBox\nA sandbox\none", "MessageBox\nKelvash\ntwo"));
+}
+
+TEST_F(FormsUserPort, AsksWithEachSetOfButtons) {
+    EXPECT_THAT(AnswersOf(Buttons::YesNo, {"Yes", "No"}), ElementsAre(Answer::Yes, Answer::No, Answer::No));
+    EXPECT_THAT(AnswersOf(Buttons::YesNoCancel, {"Yes", "No", "Cancel"}),
+                ElementsAre(Answer::Yes, Answer::No, Answer::Cancel, Answer::Cancel));
+    EXPECT_THAT(AnswersOf(Buttons::OkCancel, {"OK", "Cancel"}),
+                ElementsAre(Answer::Ok, Answer::Cancel, Answer::Cancel));
+    EXPECT_THAT(AnswersOf(Buttons::AbortRetryIgnore, {"Abort", "Retry", "Ignore"}),
+                ElementsAre(Answer::Abort, Answer::Retry, Answer::Ignore, Answer::Abort));
+}
+
+TEST_F(FormsUserPort, TakesATypedText) {
+    robot.Will("Rename", [](QWidget* window) {
+        auto* const dialog = qobject_cast<QInputDialog*>(window);
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_EQ(dialog->labelText().toStdString(), "Type a name");
+        EXPECT_EQ(dialog->textValue().toStdString(), "old");
+        dialog->setTextValue(QStringLiteral("Größe"));
+        dialog->accept();
+    });
+    EXPECT_EQ(forms.Input("Rename", "Type a name", "old"), "Größe");
+    robot.Will("Rename", [](QWidget* window) { window->close(); });
+    EXPECT_EQ(forms.Input("Rename", "Type a name", "old"), std::nullopt);
+}
+
+// --- files and folders ---
+
+TEST_F(FormsUserPort, GivesFilesAsPathTexts) {
+    MakeFile(drive / "zips/level.zip", "zip");
+    robot.WillChooseFile("Choose", drive / "zips/level.zip");
+    EXPECT_EQ(forms.OpenFile({"Choose", "Zip files|*.zip", "C:\\zips", {}}), "C:\\zips\\level.zip");
+    robot.Will("Choose", [](QWidget* window) { window->close(); });
+    EXPECT_EQ(forms.OpenFile({"Choose", "Zip files|*.zip", "C:\\zips", {}}), std::nullopt);
+}
+
+TEST_F(FormsUserPort, TellsAFileThatNoDriveReaches) {
+    MakeFile(root / "outside/level.zip", "zip");
+    robot.WillChooseFile("Choose", root / "outside/level.zip");
+    robot.WillPress("No drive reaches this path: " + (root / "outside/level.zip").string(), "OK");
+    EXPECT_EQ(forms.OpenFile({"Choose", "Zip files|*.zip", "C:\\", {}}), std::nullopt);
+}
+
+TEST_F(FormsUserPort, CompletesANameToSaveUnder) {
+    robot.WillChooseFile("Save", drive / "mine");
+    EXPECT_EQ(forms.SaveFile({"Save", "Archives (*.kva)|*.kva", "C:", "test.kva"}), "C:\\mine.kva");
+    robot.WillChooseFile("Save", drive / "mine.old");
+    EXPECT_EQ(forms.SaveFile({"Save", "Archives (*.kva)|*.kva", "C:", "test.kva"}), "C:\\mine.old");
+}
+
+TEST_F(FormsUserPort, WritesFiltersAsQtDoes) {
+    EXPECT_EQ(ui::QtFilter("Images (*.jpg) (*.bmp)|*.jpg;*.bmp").toStdString(), "Images (*.jpg *.bmp)");
+    EXPECT_EQ(ui::QtFilter("A|*.a|All files (*.*)|*.*").toStdString(), "A (*.a);;All files (*)");
+    EXPECT_EQ(ui::QtFilter("").toStdString(), "");
+}
+
+// --- progress ---
+
+TEST_F(FormsUserPort, ShowsProgressOnceAJobLasts) {
+    forms.SetPatience(60);
+    forms.OpenProgress(BarPlace::ProgressDialog, "Copying files");
+    forms.SetBar(BarPlace::ProgressDialog, 10);
+    EXPECT_EQ(Visible<ui::Dialog_Progress>(), nullptr);
+    QTest::qSleep(80);
+    forms.SetLabel(BarPlace::ProgressDialog, "one.tr4");
+    auto* const window = Visible<ui::Dialog_Progress>();
+    ASSERT_NE(window, nullptr);
+    EXPECT_EQ(window->windowTitle().toStdString(), "Copying files");
+    EXPECT_EQ(window->Label_Info->text().toStdString(), "one.tr4");
+    EXPECT_EQ(window->ProgressBar1->value(), 10);
+    forms.CloseProgress(BarPlace::ProgressDialog);
+    EXPECT_EQ(Visible<ui::Dialog_Progress>(), nullptr);
+    forms.CloseProgress(BarPlace::ProgressDialog);
+}
+
+TEST_F(FormsUserPort, NestsProgressWindows) {
+    forms.SetPatience(0);
+    forms.OpenProgress(BarPlace::ProgressDialog, "outer");
+    forms.OpenProgress(BarPlace::ZipDialog, "zip");
+    forms.OpenProgress(BarPlace::WaitDialog, "wait");
+    forms.SetLabel(BarPlace::WaitDialog, "Please wait");
+    forms.SetLabel(BarPlace::ZipDialog, "file");
+    forms.SetBar(BarPlace::ZipDialog, 40);
+    ASSERT_NE(Visible<ui::Dialog_Wait>(), nullptr);
+    EXPECT_EQ(Visible<ui::Dialog_Wait>()->Label_Mex->text().toStdString(), "Please wait");
+    EXPECT_EQ(Visible<ui::Dialog_Zip>()->ZlibTool1->value(), 40);
+    EXPECT_EQ(Visible<ui::Dialog_Zip>()->Label_Info->text().toStdString(), "file");
+    forms.CloseProgress(BarPlace::WaitDialog);
+    forms.CloseProgress(BarPlace::ZipDialog);
+    EXPECT_NE(Visible<ui::Dialog_Progress>(), nullptr);
+    forms.CloseProgress(BarPlace::ProgressDialog);
+}
+
+TEST_F(FormsUserPort, ClosingAProgressWindowAsksTheJobToStop) {
+    forms.SetPatience(0);
+    forms.OpenProgress(BarPlace::ProgressDialog, "job");
+    EXPECT_FALSE(forms.StopRequested());
+    Visible<ui::Dialog_Progress>()->close();
+    EXPECT_TRUE(forms.StopRequested());
+    EXPECT_NE(Visible<ui::Dialog_Progress>(), nullptr) << "it goes when the job has ended";
+    forms.CloseProgress(BarPlace::ProgressDialog);
+    forms.OpenProgress(BarPlace::ProgressDialog, "next job");
+    EXPECT_FALSE(forms.StopRequested());
+    forms.CloseProgress(BarPlace::ProgressDialog);
+}
+
+TEST_F(FormsUserPort, DropsInputForOtherWindowsWhileAJobPumps) {
+    QPushButton button(QStringLiteral("Play"));
+    button.show();
+    int clicks = 0;
+    QObject::connect(&button, &QPushButton::clicked, &button, [&] { ++clicks; });
+    QTimer::singleShot(0, &button, [&] {
+        QTest::mouseClick(&button, Qt::LeftButton);
+        QTest::keyClick(&button, Qt::Key_Space);
+        button.close();
+    });
+    forms.PumpEvents();
+    EXPECT_EQ(clicks, 0);
+    EXPECT_TRUE(button.isVisible());
+    QTest::mouseClick(&button, Qt::LeftButton);
+    EXPECT_EQ(clicks, 1) << "behind the job it works again";
+}
+
+TEST_F(FormsUserPort, TellsTheFormsOfTheirOwnLabelsAndBars) {
+    std::vector<std::string> seen;
+    QObject::connect(&forms, &ui::FormsUser::LabelChanged, &forms, [&](BarPlace place, const QString& text) {
+        if (place == BarPlace::CallerForm) seen.push_back(text.toStdString());
+    });
+    QObject::connect(&forms, &ui::FormsUser::BarChanged, &forms, [&](BarPlace place, int percent) {
+        if (place == BarPlace::CallerForm) seen.push_back(std::to_string(percent));
+    });
+    forms.SetLabel(BarPlace::CallerForm, "a\r\nb");
+    forms.SetBar(BarPlace::CallerForm, 7);
+    forms.SetLabel(BarPlace::MainWindow, "other");
+    EXPECT_THAT(seen, ElementsAre("a\nb", "7"));
+}
+
+} // namespace
+} // namespace kelvash::test
