@@ -50,12 +50,14 @@ void Dialog_Indice::Lay() {
     layout->addLayout(search);
     layout->addWidget(List_Indice, 1);
     layout->addLayout(buttons);
+    List_Indice->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // a longer title ends in "..."
+    List_Indice->setSpacing(1);
     Opt_Main->setChecked(true);
     Pul_Find->setEnabled(false);
     Pul_Ok->setDefault(true);
     Text_Find->setFocus();
     setSizeGripEnabled(true);
-    resize(fontMetrics().averageCharWidth() * 64, fontMetrics().lineSpacing() * 30);
+    resize(fontMetrics().averageCharWidth() * 78, fontMetrics().lineSpacing() * 30);
 }
 
 void Dialog_Indice::ImpostaValori(const std::string& text) {

@@ -323,9 +323,11 @@ TEST_F(DialogTesto, TitlesAreBoldAndMarkersPaleInEveryTheme) {
 }
 
 TEST_F(DialogTesto, AHitHasTheColourOfASelectionWithoutTheKeyboard) {
-    const QPalette palette = form.Text_File->palette();
-    EXPECT_EQ(palette.color(QPalette::Inactive, QPalette::Highlight),
-              palette.color(QPalette::Active, QPalette::Highlight));
+    QPalette theme = form.palette();
+    theme.setColor(QPalette::Active, QPalette::Highlight, QColor(1, 2, 3));
+    theme.setColor(QPalette::Inactive, QPalette::Highlight, QColor(4, 5, 6));
+    form.setPalette(theme);
+    EXPECT_EQ(form.Text_File->palette().color(QPalette::Inactive, QPalette::Highlight), QColor(1, 2, 3));
 }
 
 } // namespace
