@@ -1,5 +1,6 @@
 // The program's entries in the desktop and the registry, and the reset of all state.
 #include "companion/game.h"
+#include "companion/settings.h"
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/profile.h"
@@ -49,6 +50,7 @@ void ResetProgramState() {
     profile = ProfileRecord();
     session = SessionState();
     companion::game = companion::GameState();
+    companion::joystick_rest = companion::JoystickRest();
     ResetMessages();
     ResetDrives();
 }

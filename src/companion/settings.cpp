@@ -1,0 +1,107 @@
+#include "companion/settings.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "core/start_up.h"
+#include "foundation/desktop.h"
+#include "foundation/drives.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "swap/trle_folder.h"
+
+namespace kelvash::companion {
+
+JoystickRest joystick_rest;
+
+namespace {
+
+using core::ProfileRecord;
+
+std::size_t WidthOf(std::string ProfileRecord::*member) {
+    for (const Field<ProfileRecord>& field : core::kProfileFields)
+        if (field.member == FieldMember<ProfileRecord>(member)) return field.width;
+    return 0;
+}
+
+// True if the profile's file would give the path back as it is; else tells.
+bool FitsItsField(std::string ProfileRecord::*member, const std::string& path) {
+    const std::size_t width = WidthOf(member);
+    if (FitText(path, width) == path) return true;
+    TellCritical(LoadMessage(MessageId::kSettingsBadPath, {std::to_string(width), path}));
+    return false;
+}
+
+// What was typed, if it is a number of minutes or what stood there before.
+std::optional<std::int32_t> TypedMinutes(const Settings& settings) {
+    const std::string_view typed = Trim(settings.Minutes);
+    if (typed == std::to_string(settings.Former.ScreenshotMinutes)) return settings.Former.ScreenshotMinutes;
+    const bool digits =
+        std::all_of(typed.begin(), typed.end(), [](char letter) { return letter >= '0' && letter <= '9'; });
+    return digits ? WholeNumber(typed) : std::nullopt;
+}
+
+} // namespace
+
+Settings BeginSettings() {
+    return {core::profile, core::profile, std::to_string(core::profile.ScreenshotMinutes)};
+}
+
+void ChooseTrleFolder(Settings& settings) {
+    const std::optional<std::string> chosen = TheUser().ChooseFolder(
+        LoadMessage(MessageId::kSettingsTrleTitle, {}), std::string(Trim(settings.Edited.TrleFolder)));
+    if (chosen && FitsItsField(&ProfileRecord::TrleFolder, *chosen) && swap::CheckTrleFolder(*chosen, true))
+        settings.Edited.TrleFolder = *chosen;
+}
+
+void ChooseDownloadFolder(Settings& settings) {
+    const std::optional<std::string> chosen = TheUser().ChooseFolder(
+        LoadMessage(MessageId::kSettingsLoadDirTitle, {}), std::string(Trim(settings.Edited.DownloadFolder)));
+    if (chosen && FitsItsField(&ProfileRecord::DownloadFolder, *chosen))
+        settings.Edited.DownloadFolder = *chosen;
+}
+
+void ChooseGraphicsProgram(Settings& settings) {
+    const std::string former(Trim(settings.Edited.GraphicsProgram));
+    const std::string folder =
+        former.empty() ? SpecialFolder(SpecialFolderId::ProgramFiles) : FolderOf(former);
+    const std::optional<std::string> chosen =
+        TheUser().OpenFile({LoadMessage(MessageId::kSettingsEditorTitle, {}),
+                            LoadMessage(MessageId::kSettingsEditorFilter, {}), folder, FileNameOf(former)});
+    if (chosen && FitsItsField(&ProfileRecord::GraphicsProgram, *chosen))
+        settings.Edited.GraphicsProgram = *chosen;
+}
+
+bool ApplySettings(const Settings& settings) {
+    const std::optional<std::int32_t> minutes = TypedMinutes(settings);
+    if (!minutes) {
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kSettingsBadMinutes, {}));
+        return false;
+    }
+    const ProfileRecord& edited = settings.Edited;
+    ProfileRecord& profile = core::profile;
+    for (std::string ProfileRecord::*const path :
+         {&ProfileRecord::TrleFolder, &ProfileRecord::DownloadFolder, &ProfileRecord::GraphicsProgram})
+        profile.*path = edited.*path;
+    for (bool ProfileRecord::*const flag :
+         {&ProfileRecord::PromptCapture, &ProfileRecord::ArchiveSavegames, &ProfileRecord::UrlUpdateReminder,
+          &ProfileRecord::VerifyImage, &ProfileRecord::NoDecompress, &ProfileRecord::CheckEqualLevels,
+          &ProfileRecord::NoAutoCompile, &ProfileRecord::AutoSave, &ProfileRecord::EnableJoystick})
+        profile.*flag = edited.*flag;
+    if (edited.ArchiveSavegames) profile.SavegamesToKeep = edited.SavegamesToKeep;
+    profile.ScreenshotMinutes = *minutes;
+    profile.TimerTenths = edited.TimerTenths;
+    core::session.TimerInterval = profile.TimerTenths * 100;
+    JoystickState joystick;
+    if (profile.EnableJoystick && TheDesktop().ReadJoystick(profile.JoystickId, joystick))
+        joystick_rest = {joystick.x, joystick.y};
+    return true;
+}
+
+void CancelSettings(const Settings& settings) {
+    core::profile = settings.Former;
+}
+
+} // namespace kelvash::companion

@@ -1,0 +1,60 @@
+#include "ui/Dialog_InputTesto.h"
+
+#include <QHBoxLayout>
+#include <QTextCursor>
+#include <QVBoxLayout>
+
+namespace kelvash::ui {
+
+Dialog_InputTesto::Dialog_InputTesto(QWidget* parent) : QDialog(parent) {
+    setObjectName(QStringLiteral("Dialog_InputTesto"));
+    Set_Caption_Texts();
+    Lay();
+    connect(Pul_Ok, &QPushButton::clicked, this, &Dialog_InputTesto::Accept);
+    connect(Pul_Annulla, &QPushButton::clicked, this, &Dialog_InputTesto::reject);
+    connect(Pul_Svuota, &QPushButton::clicked, this, [this] {
+        // An edit like any other, so that it can be undone.
+        QTextCursor all(Text1->document());
+        all.select(QTextCursor::Document);
+        all.removeSelectedText();
+        Text1->setFocus();
+    });
+}
+
+void Dialog_InputTesto::Set_Caption_Texts() {
+    setWindowTitle(Caption(MessageId::kInputCaption));
+    Pul_Svuota->setText(Caption(MessageId::kInputClear));
+    Pul_Ok->setText(Caption(MessageId::kInputOk));
+    Pul_Annulla->setText(Caption(MessageId::kInputCancel));
+    AssignMnemonics(this);
+}
+
+void Dialog_InputTesto::Lay() {
+    auto* const buttons = new QHBoxLayout;
+    buttons->addWidget(Pul_Svuota);
+    buttons->addStretch();
+    buttons->addWidget(Pul_Ok);
+    buttons->addWidget(Pul_Annulla);
+    auto* const layout = new QVBoxLayout(this);
+    layout->addWidget(Text1, 1);
+    layout->addLayout(buttons);
+    Text1->setTabChangesFocus(true);
+    Text1->setFocus();
+    Pul_Ok->setDefault(true);
+    const int letter = fontMetrics().averageCharWidth();
+    Text1->setMinimumSize(letter * 40, fontMetrics().lineSpacing() * 4);
+    resize(letter * 70, fontMetrics().lineSpacing() * 16);
+}
+
+void Dialog_InputTesto::ImpostaValori(const std::string& caption, const std::string& text) {
+    if (!caption.empty()) setWindowTitle(ShownText(caption));
+    Text1->setPlainText(FromUtf8(text));
+    Text1->moveCursor(QTextCursor::End);
+}
+
+void Dialog_InputTesto::Accept() {
+    Testo = ToUtf8(Text1->toPlainText().replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
+    accept();
+}
+
+} // namespace kelvash::ui

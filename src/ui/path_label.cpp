@@ -1,0 +1,52 @@
+#include "ui/path_label.h"
+
+#include <QPainter>
+#include <QStyle>
+#include <QTextDocument>
+
+namespace kelvash::ui {
+
+namespace {
+
+constexpr int kLeastLetters = 24;
+constexpr int kMostLetters = 60;
+
+// A name may look like mark-up.
+QString AsToolTip(const QString& text) {
+    return Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
+}
+
+} // namespace
+
+PathLabel::PathLabel(QWidget* parent) : QLabel(parent) {
+    setTextFormat(Qt::PlainText);
+    setFrameShape(QFrame::StyledPanel);
+    setMargin(2);
+}
+
+void PathLabel::SetPath(const QString& path, const QString& when_empty) {
+    setText(path.isEmpty() ? when_empty : path);
+    setToolTip(AsToolTip(path));
+}
+
+QSize PathLabel::sizeHint() const {
+    QSize size = QLabel::sizeHint();
+    size.setWidth(
+        qBound(minimumSizeHint().width(), size.width(), fontMetrics().averageCharWidth() * kMostLetters));
+    return size;
+}
+
+QSize PathLabel::minimumSizeHint() const {
+    return {fontMetrics().averageCharWidth() * kLeastLetters, QLabel::sizeHint().height()};
+}
+
+void PathLabel::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    drawFrame(&painter);
+    const QRect room = contentsRect().adjusted(margin(), margin(), -margin(), -margin());
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, room.width());
+    style()->drawItemText(&painter, room, Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
+                          foregroundRole());
+}
+
+} // namespace kelvash::ui
