@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QResizeEvent>
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -152,6 +153,7 @@ void Dialog_GetDir::Lay() {
     Dir1->header()->setStretchLastSection(false);
     Dir1->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     Dir1->installEventFilter(this);
+    Dir1->viewport()->installEventFilter(this);
     Pul_Ok->setDefault(true);
     Dir1->setFocus();
     const int letter = fontMetrics().averageCharWidth();
@@ -324,8 +326,11 @@ void Dialog_GetDir::showEvent(QShowEvent* event) {
     if (Dir1->currentItem() != nullptr) Dir1->scrollToItem(Dir1->currentItem());
 }
 
-// The tree's own key for opening everything below an item would list a whole disk.
 bool Dialog_GetDir::eventFilter(QObject* watched, QEvent* event) {
+    // The bar of the selection reaches across the tree.
+    if (watched == Dir1->viewport() && event->type() == QEvent::Resize)
+        Dir1->header()->setMinimumSectionSize(static_cast<QResizeEvent*>(event)->size().width());
+    // The tree's own key for opening everything below an item would list a whole disk.
     return watched == Dir1 && event->type() == QEvent::KeyPress &&
            static_cast<QKeyEvent*>(event)->key() == Qt::Key_Asterisk;
 }

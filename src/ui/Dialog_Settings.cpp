@@ -110,8 +110,10 @@ void Dialog_Settings::Lay() {
     layout->addWidget(Frame_Playing);
     layout->addWidget(Frame_Archive);
     layout->addStretch();
+    layout->addSpacing(fontMetrics().height() / 2);
     layout->addLayout(buttons);
     Pul_Ok->setDefault(true);
+    Pul_Ok->setFocus();
 }
 
 void Dialog_Settings::LayFolders() {
@@ -128,6 +130,7 @@ void Dialog_Settings::LayFolders() {
     grid->addWidget(Label_TitleBackup, grid->rowCount(), 0);
     grid->addWidget(Label_FullBackup, grid->rowCount() - 1, 1);
     grid->setColumnStretch(1, 1);
+    Label_FullBackup->setIndent(Label_PathTrle->frameWidth() + Label_PathTrle->margin());
 }
 
 void Dialog_Settings::LayPlaying() {
@@ -139,14 +142,19 @@ void Dialog_Settings::LayPlaying() {
     rows->addLayout(Row({Label_Associate, Text_MinutiDifferenza, Label_Minutes}));
     rows->addLayout(Row({Label_Interval, Combo_Decimi}));
     rows->addLayout(Row({Check_EnableJoystick, Pul_SetJoy}));
+    Combo_NSavegame->setMaxVisibleItems(companion::kMostSavegamesToChoose);
     Text_MinutiDifferenza->setFixedWidth(fontMetrics().averageCharWidth() * 10);
 }
 
 void Dialog_Settings::LayArchive() {
-    auto* const rows = new QVBoxLayout(Frame_Archive);
-    for (QCheckBox* box : {Check_AutoSave, Check_TestCOntrollaUguali, Check_NoAutoCompila,
-                           Check_NonDecomprimere, Check_AggiornamentoUrl})
-        rows->addWidget(box);
+    auto* const grid = new QGridLayout(Frame_Archive);
+    grid->addWidget(Check_AutoSave, 0, 0);
+    grid->addWidget(Check_TestCOntrollaUguali, 1, 0);
+    grid->addWidget(Check_NoAutoCompila, 2, 0);
+    grid->addWidget(Check_NonDecomprimere, 0, 1);
+    grid->addWidget(Check_AggiornamentoUrl, 1, 1);
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(1, 1);
 }
 
 std::vector<Dialog_Settings::Box> Dialog_Settings::Boxes() const {
