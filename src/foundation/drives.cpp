@@ -159,7 +159,8 @@ std::string DosPath(const fs::path& native) {
     std::string shortest;
     for (const platform::MappedDrive& drive : Drives().all) {
         const std::optional<fs::path> rest = Below(path, drive.root);
-        if (!rest) continue;
+        // A back-slash within a name would read as the border of two.
+        if (!rest || rest->generic_string().find('\\') != std::string::npos) continue;
         const std::string text =
             std::string{drive.letter, ':'} + (rest->empty() ? "" : "\\" + BackSlashed(*rest));
         if (shortest.empty() || text.size() < shortest.size()) shortest = text;

@@ -49,8 +49,8 @@ void ResetDrives();
 // disk has regard to it: the exact name first. Components that don't exist stay as they are spelt. An unknown
 // drive or a text without a drive gives a path that doesn't exist.
 std::filesystem::path NativePath(std::string_view path);
-// The shortest path text of any drive that reaches a native path. Relative paths count from the working
-// folder.
+// The shortest path text of any drive that reaches a native path; empty if none does or the path can't be
+// spelt as one. Relative paths count from the working folder.
 std::string DosPath(const std::filesystem::path& native);
 // A path text made of what a person typed: a DOS path as it is, anything else taken as a native path.
 std::string PathFromUser(std::string_view typed);

@@ -127,6 +127,7 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName(QStringLiteral("kelvash"));
     QCoreApplication::setApplicationVersion(QStringLiteral("1.4"));
     QGuiApplication::setDesktopFileName(QStringLiteral("kelvash"));
+    kelvash::ui::TakeShippedFiles();
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/kelvash/kelvash_64.png")));
     try {
         return kelvash::ui::Run(application);

@@ -15,6 +15,7 @@
 #include "ui/Dialog_Splash.h"
 #include "ui/Principale.h"
 #include "ui/shipped_files.h"
+#include "ui/window_state.h"
 
 namespace kelvash::test {
 namespace {
@@ -130,29 +131,31 @@ TEST_F(FirstRun, StandsWithoutAnArchiveWhenTrleIsNotOriginal) {
 }
 
 TEST_F(FirstRun, ComesBackToTheSameWindow) {
-    core::profile.TrleFolder = "C:\\trle";
-    fs::copy(trle, home / "backup_trle", fs::copy_options::recursive);
+    QList<int> sizes;
     {
         ui::Principale form(forms);
         form.show();
-        form.resize(777, 555);
+        form.resize(950, 655);
+        auto* const splitter = form.findChild<QSplitter*>(QStringLiteral("Splitter1"));
+        splitter->setSizes({400, 500});
+        sizes = splitter->sizes();
         form.close();
     }
     ui::Principale form(forms);
-    robot.WillPress("Dialog_TrovaTrle", "Pul_Cancel");
-    robot.WillPress("This program cann't run without", "OK");
-    core::profile.TrleFolder.clear();
-    EXPECT_FALSE(form.Load(""));
-    EXPECT_EQ(form.size(), QSize(777, 555));
+    auto* const splitter = form.findChild<QSplitter*>(QStringLiteral("Splitter1"));
+    ui::RestoreWindow(&form, splitter);
+    form.show();
+    EXPECT_EQ(form.width(), 950);
+    EXPECT_EQ(form.height(), 655);
+    EXPECT_EQ(splitter->sizes(), sizes);
 }
 
 TEST_F(FirstRun, ReadsNonsenseAboutTheWindowAsNothing) {
     MakeFile(home / "Kelvash.ini", "[window]\ngeometry=@ByteArray(nonsense)\nsplitter=7\n\xFF\xFE");
     ui::Principale form(forms);
-    robot.WillPress("Dialog_TrovaTrle", "Pul_Cancel");
-    robot.WillPress("This program cann't run without", "OK");
-    EXPECT_FALSE(form.Load(""));
-    EXPECT_GT(form.width(), 400);
+    const QSize usual = form.size();
+    ui::RestoreWindow(&form, form.findChild<QSplitter*>(QStringLiteral("Splitter1")));
+    EXPECT_EQ(form.size(), usual);
 }
 
 // --- what the program ships ---

@@ -127,7 +127,6 @@ TEST_F(PrincipaleCommands, NewStartsAnArchiveInAnEmptyFolder) {
     robot.Will("Select main folder for new archive", [](QWidget* window) {
         auto* const path = window->findChild<QLineEdit*>(QStringLiteral("Text_PathDir"));
         path->setText(QStringLiteral("C:\\Fresh"));
-        QTest::keyClick(path, Qt::Key_Return);
         Press(window, "Pul_Ok");
     });
     Choose("mnu_New");

@@ -40,6 +40,7 @@ class PrincipaleHome : public UiHome<SwapHome> {
     // The text of the current row; empty without one.
     std::string Current() const { return form.Combo_Livelli->currentIndex().data().toString().toStdString(); }
     void Type(const std::string& text) {
+        form.Text_Search->setFocus();
         form.Text_Search->clear();
         QTest::keyClicks(form.Text_Search, QString::fromStdString(text));
     }

@@ -104,6 +104,11 @@ TEST_F(PosixDrives, ANativePathThatWasTypedBecomesAPathText) {
     EXPECT_EQ(PathFromUser("/usr/../etc"), "Z:\\etc");
 }
 
+TEST_F(PosixDrives, ANameWithABackSlashHasNoPathText) {
+    EXPECT_EQ(DosPath(drive / "a\\b.zip"), "");
+    EXPECT_EQ(DosPath(drive / "a\\b" / "c.zip"), "");
+}
+
 TEST_F(PosixDrives, SpecialFoldersAreTheUsersOwn) {
     ASSERT_TRUE(SetDrive('H', root, DriveType::Fixed));
     ASSERT_TRUE(SetDrive('C', drive, DriveType::Fixed));
