@@ -7,8 +7,14 @@ build=build/release
 work=${1:-$build/bench/work}
 
 cmake --preset release >/dev/null
-cmake --build --preset release --target ratios swap_once inflate_files empty peak kelvash-cli >/dev/null
+cmake --build --preset release --target \
+    ratios swap_once inflate_files empty peak kelvash-cli empty_window window_bench kelvash >/dev/null
 rm -rf "$work"
 mkdir -p "$work"
 trap 'rm -rf "$work"' EXIT
 "$build/bench/ratios" "$work" "$build/bench" "$build/bin/kelvash-cli"
+echo
+# Without a session bus of its own a window program may wait for one to be started.
+"$build/bin/kelvash-cli" demo "$work/demo" >/dev/null
+DBUS_SESSION_BUS_ADDRESS=disabled: xvfb-run -a -s "-screen 0 1280x1024x24" \
+    "$build/bench/window_bench" "$build/bin/kelvash" "$build/bench/empty_window" "$work/demo/drive_c/Kelvash" 2>/dev/null

@@ -36,7 +36,9 @@ Result Demo(Session& session) {
     Sandbox sandbox;
     // Asked before the sandbox's own drives are taken.
     const std::string base = PathForOthers(whole);
-    result.ok = !folder.empty() && MakeSandbox(whole, sandbox);
+    result.ok = !folder.empty() &&
+                MakeSandbox(whole, session.options.first_run ? SandboxState::Untouched : SandboxState::Ready,
+                            sandbox);
     const auto text = [&](const fs::path& path) {
         if (path.empty()) return std::string();
         std::string rest = "\\" + path.lexically_relative(whole).generic_string();

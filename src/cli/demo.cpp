@@ -4,6 +4,7 @@
 #include <array>
 #include <fstream>
 
+#include "cli/demo_files.h"
 #include "cli/demo_levels.h"
 #include "cli/demo_zip.h"
 #include "core/archive.h"
@@ -89,6 +90,11 @@ bool AddLevel(const DemoLevel& level) {
         if (!WriteFile(core::FilesFolder(folder) + "\\" + name, content)) return false;
     for (const auto& [name, content] : level.saves)
         if (!WriteFile(core::StashFolder(folder) + "\\" + name, content)) return false;
+    int number = 0;
+    for (const unsigned seed : level.shots) {
+        const std::string name = std::to_string(++number) + ") " + level.record.Name + ".bmp";
+        if (!WriteFile(core::ScreenshotsFolder(folder) + "\\" + name, LandscapeBitmap(seed))) return false;
+    }
     if (level.compressed && !CompressFolder(core::FilesFolder(folder)))
         return Refuse(MessageId::kCliCannotWrite, folder);
     core::archive.Levels.insert(core::archive.Levels.end() - 1, level.record);
@@ -140,7 +146,7 @@ fs::path StandInGame() {
     return found == places.end() ? places.front() : *found;
 }
 
-bool MakeSandbox(const fs::path& folder, Sandbox& sandbox) {
+bool MakeSandbox(const fs::path& folder, SandboxState state, Sandbox& sandbox) {
     std::error_code error;
     if (!fs::is_regular_file(StandInGame(), error))
         return Refuse(MessageId::kCliNoStandIn, StandInGame().string());
@@ -154,6 +160,7 @@ bool MakeSandbox(const fs::path& folder, Sandbox& sandbox) {
     core::profile = core::ProfileRecord();
     core::profile.TrleFolder = DosPath(sandbox.trle);
     core::profile.DownloadFolder = DosPath(sandbox.zips);
+    if (state == SandboxState::Untouched) return MakeArchive(DosPath(drive / "Levels"));
     if (!swap::CreateBackup(false)) return false;
     if (!core::CreateLevelZero()) return Refuse(MessageId::kErrorCreatingLevelZero, {});
     return MakeArchive(DosPath(drive / "Levels")) &&

@@ -23,8 +23,11 @@ struct Sandbox {
 // of the two if it is in neither.
 std::filesystem::path StandInGame();
 
+// How far the sandbox is: ready to play, or as before the program's first start, with an Archive to load.
+enum class SandboxState { Ready, Untouched };
+
 // Makes the sandbox in a folder that is missing or empty, and takes its home as this run's. The backup's
 // questions go through the user port. False after a message.
-[[nodiscard]] bool MakeSandbox(const std::filesystem::path& folder, Sandbox& sandbox);
+[[nodiscard]] bool MakeSandbox(const std::filesystem::path& folder, SandboxState state, Sandbox& sandbox);
 
 } // namespace kelvash::cli

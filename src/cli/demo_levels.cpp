@@ -56,6 +56,7 @@ DemoLevel PlainLevel() {
                               "The gate has stood under water for a hundred years. The key has not.");
     level.files.emplace_back("english.dat", English(level.record.Name));
     level.files.emplace_back("objects.h", "#define DROWNED_GATE 1\r\n");
+    level.shots = {21, 22, 23};
     return level;
 }
 
@@ -73,6 +74,7 @@ DemoLevel CompressedLevel() {
     level.saves = {{"savegame.0", SavegameData(level.record.Name, 1, 12)},
                    {"savegame.1", SavegameData(level.record.Name, 2, 47)},
                    {"note1.txt", "The crane's switch is behind the third boiler.\r\n"}};
+    level.shots = {31};
     return level;
 }
 
@@ -86,6 +88,7 @@ DemoLevel ItalianLevel() {
                               "room for it.");
     level.files.emplace_back(
         "italian.dat", LanguageData({level.record.Name, "Nuova partita", "Carica", "Salva", "Opzioni"}));
+    level.shots = {41, 42};
     return level;
 }
 

@@ -15,6 +15,7 @@ struct DemoLevel {
     std::vector<std::pair<std::string, std::string>> files; // name, content
     bool compressed = false;                                // kept in the smaller forms
     std::vector<std::pair<std::string, std::string>> saves; // in its stash
+    std::vector<unsigned> shots;                            // its screenshots: what each landscape looks like
 };
 
 // Those of the Archive, with codes from 1, and those that come as zips.

@@ -84,7 +84,9 @@ void AddSwapCommands(CLI::App& app, Options& options) {
         ->required();
     AddPathCommand(app, options, "demo", "DIR",
                    "Makes a sandbox in an empty folder: a stand-in TRLE folder and game, an application's "
-                   "folder with an Archive, and a folder of level zips");
+                   "folder with an Archive, and a folder of level zips")
+        .add_flag("--first-run", options.first_run,
+                  "Leaves the program's first start to you: no TRLE folder is chosen, no backup made");
 }
 
 // CLI11 takes "-1" for an option. No option is a number, so such words go behind the "--" that ends them all;

@@ -20,6 +20,7 @@ struct Options {
     std::string archive_folder;
     std::string backup = "full"; // or "compact"
     std::string path;            // DIR or KVA
+    bool first_run = false;      // of the demo: leave the first start to the user
     std::string code;
     std::string restore_kind; // "fast" or "full"
     std::string field;        // empty: all fields

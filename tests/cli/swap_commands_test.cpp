@@ -32,6 +32,17 @@ class Sandbox : public CliHome {
     fs::path levels;
 };
 
+TEST_F(Sandbox, TheDemoCanLeaveTheFirstStartToTheUser) {
+    const CliRun run = Bare({"--json", "demo", "--first-run", (root / "fresh").string()});
+    EXPECT_EQ(run.status, 0);
+    const fs::path fresh = root / "fresh" / "drive_c";
+    EXPECT_FALSE(Exists(fresh / "Kelvash" / "Kelvash.prf"));
+    EXPECT_FALSE(Exists(fresh / "Kelvash" / "backup_trle"));
+    EXPECT_EQ(fs::file_size(fresh / "Kelvash" / "LevelArchive.kva"), 546U + 5 * 1634U);
+    EXPECT_TRUE(Exists(fresh / "Program Files" / "Core Design" / "trle" / "tomb4.exe"));
+    EXPECT_TRUE(Exists(fresh / "Levels" / "LEVEL_0001" / "SCREENSHOTS" / "1) The Drowned Gate.bmp"));
+}
+
 TEST_F(Sandbox, IsAHomeThatAsksNothing) {
     EXPECT_THAT(
         InSandbox({"status"}).lines,

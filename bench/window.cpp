@@ -1,0 +1,116 @@
+// The window beside an empty one, and its list with 10,000 levels: run.sh.
+#include <QApplication>
+#include <QProcess>
+#include <QTest>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <vector>
+
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/profile.h"
+#include "foundation/drives.h"
+#include "ui/Principale.h"
+#include "ui/forms_user.h"
+
+namespace {
+
+using namespace kelvash;
+using Clock = std::chrono::steady_clock;
+
+constexpr int kStarts = 21;
+constexpr int kManyLevels = 10000;
+
+double Milliseconds(const std::function<void()>& work) {
+    const auto start = Clock::now();
+    work();
+    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+double Median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+double TimeOfRun(const QString& program, const QStringList& arguments) {
+    return Milliseconds([&] {
+        if (QProcess::execute(program, arguments) != 0) std::exit(1);
+    });
+}
+
+// Started in turn, so that both meet the same machine; the ratio is that of each pair.
+void MeasureStart(const QString& kelvash, const QString& empty, const QString& home) {
+    std::vector<double> ours, plain, ratios;
+    for (int i = 0; i < kStarts; ++i) {
+        ours.push_back(
+            TimeOfRun(kelvash, {QStringLiteral("--home"), home, QStringLiteral("--quit-when-shown")}));
+        plain.push_back(TimeOfRun(empty, {}));
+        ratios.push_back(ours.back() / plain.back());
+    }
+    std::printf("| start to the painted window | %.1f ms | %.1f ms | %.2f | 1.5 |\n", Median(ours),
+                Median(plain), Median(ratios));
+}
+
+void MakeManyLevels() {
+    core::profile.LastArchive = "C:\\many.kva";
+    core::archive.Levels.clear();
+    for (int code = 0; code < kManyLevels; ++code) {
+        core::LevelRecord level;
+        level.Code = code;
+        level.Name = "Level of number " + std::to_string(code * 7919 % kManyLevels);
+        core::archive.Levels.push_back(level);
+    }
+    core::archive.Header.LevelCount = kManyLevels;
+    core::archive.Header.MainFolder = core::archive.Header.SecondaryFolder = "C:\\levels";
+    core::archive.Levels.emplace_back();
+}
+
+void PrintRow(const char* what, std::vector<double> times, double target) {
+    const double worst = *std::max_element(times.begin(), times.end());
+    std::printf("| %s | %.1f ms | | %.1f ms at worst | %.0f ms |\n", what, Median(times), worst, target);
+}
+
+void MeasureList(const std::filesystem::path& home) {
+    if (!SetAppFolder(home)) std::exit(1);
+    MakeManyLevels();
+    ui::FormsUser user;
+    ui::Principale form(user);
+    form.show();
+    QCoreApplication::processEvents();
+    std::vector<double> list, select, type;
+    for (int i = 0; i < kStarts; ++i)
+        list.push_back(Milliseconds([&] {
+            core::RefreshLevelList();
+            QCoreApplication::processEvents();
+        }));
+    for (int i = 0; i < kStarts; ++i)
+        select.push_back(Milliseconds([&] {
+            form.Combo_Livelli->setCurrentIndex(form.Combo_Livelli->model()->index(i * 400 + 1, 0));
+            QCoreApplication::processEvents();
+        }));
+    const QString typed = QStringLiteral("number 12345");
+    for (const QChar letter : typed)
+        type.push_back(Milliseconds([&] {
+            QTest::keyClick(form.Text_Search, letter.toLatin1());
+            QCoreApplication::processEvents();
+        }));
+    PrintRow("10,000 levels listed and painted", list, 150);
+    PrintRow("a level selected, its folders read", select, 16);
+    PrintRow("a letter typed in the filter", type, 16);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    if (argc != 4) return 2;
+    const QString home = QString::fromLocal8Bit(argv[3]);
+    std::printf("| Row | Kelvash | empty window | measured | target |\n|---|---|---|---|---|\n");
+    MeasureStart(QString::fromLocal8Bit(argv[1]), QString::fromLocal8Bit(argv[2]), home);
+    MeasureList(home.toStdString());
+    return 0;
+}

@@ -1,0 +1,179 @@
+// Opens every form on a sandbox and keeps a picture of each: take_pictures HOME FOLDER.
+#include <QApplication>
+#include <QPixmap>
+#include <QTimer>
+#include <filesystem>
+#include <functional>
+
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/profile.h"
+#include "foundation/drives.h"
+#include "swap/backup.h"
+#include "trle/find_trle.h"
+#include "ui/Dialog_InputTesto.h"
+#include "ui/Dialog_Progress.h"
+#include "ui/Dialog_Restore.h"
+#include "ui/Dialog_Settings.h"
+#include "ui/Dialog_Splash.h"
+#include "ui/Dialog_Wait.h"
+#include "ui/Dialog_Zip.h"
+#include "ui/Principale.h"
+#include "ui/forms_user.h"
+#include "ui/help.h"
+#include "ui/shipped_files.h"
+#include "ui/theme.h"
+
+namespace {
+
+using namespace kelvash;
+using namespace kelvash::ui;
+
+constexpr int kSettle = 250; // milliseconds until a window stands and its pictures are read
+
+class Camera {
+  public:
+    explicit Camera(std::filesystem::path folder) : folder_(std::move(folder)) {}
+
+    void Take(QWidget* window, const std::string& name) const {
+        Wait();
+        const std::filesystem::path file = folder_ / (name + ".png");
+        window->grab().save(QString::fromStdString(file.string()));
+    }
+    // Takes the modal window that `open` brings up, and closes it.
+    void TakeModal(const std::string& name, const std::function<void()>& open) const {
+        QTimer::singleShot(kSettle, qApp, [this, name] {
+            QWidget* const window = QApplication::activeModalWidget();
+            if (window == nullptr) std::exit(EXIT_FAILURE);
+            Take(window, name);
+            window->close();
+        });
+        open();
+    }
+
+  private:
+    static void Wait() {
+        QEventLoop loop;
+        QTimer::singleShot(kSettle, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+    std::filesystem::path folder_;
+};
+
+void TakeMainForm(const Camera& camera, Principale& form) {
+    core::SelectLevel(1);
+    camera.Take(&form, "principale");
+    Theme::SetDark(true);
+    camera.Take(&form, "principale_dark");
+    camera.TakeModal("dialog_testo_dark", [&] { ShowHelp(&form, HelpMark::MainWindow); });
+    Theme::SetDark(false);
+    core::SelectLevel(2);
+    form.Pul_SaveGames->click();
+    camera.Take(&form, "principale_savegames");
+    form.Pul_ScreenShots->click();
+    camera.TakeModal("about", [&] { form.Command("mnu_About")->trigger(); });
+}
+
+// The questions of a first start, each answered by closing it.
+void TakeFirstStart(const Camera& camera, FormsUser& user) {
+    user.SetFirstTitle(Caption(MessageId::kBoxTitleDemo));
+    const std::string trle = core::profile.TrleFolder;
+    camera.TakeModal("dialog_trovatrle", [&] {
+        user.ShowForm({"Dialog_TrovaTrle", LoadMessage(MessageId::kFindTrleCaption, {}), trle, {}});
+    });
+    camera.TakeModal("question_original", [&] {
+        user.Ask(Buttons::YesNo, MessageStyle::Question,
+                 LoadMessage(MessageId::kOriginalNeeded, {}) + kLineBreak +
+                     LoadMessage(MessageId::kOriginalQuestion, {trle}) + kLineBreak +
+                     LoadMessage(MessageId::kOriginalNote, {}));
+    });
+    camera.TakeModal("question_backup", [&] {
+        user.Ask(Buttons::YesNo, MessageStyle::Question,
+                 LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak}));
+    });
+    camera.TakeModal("dialog_newarc", [&] {
+        user.ShowForm({"Dialog_NewArc", LoadMessage(MessageId::kNewArcCaption, {}), {}, {}});
+    });
+    camera.TakeModal("dialog_getdir", [&] {
+        user.ChooseFolder(LoadMessage(MessageId::kTrovaBrowseTitle, {}), core::profile.TrleFolder);
+    });
+    camera.TakeModal("dialog_insertcd", [&] {
+        user.ShowForm({"Dialog_InsertCd",
+                       LoadMessage(MessageId::kCdRequestCaption, {}),
+                       "E:",
+                       {},
+                       LoadMessage(MessageId::kInsertCd, {}) + "2"});
+    });
+}
+
+void TakeSmallForms(const Camera& camera, FormsUser& user, Principale& form) {
+    Dialog_Splash splash(SplashPicture());
+    splash.show();
+    camera.Take(&splash, "dialog_splash");
+    splash.hide();
+    Dialog_Progress progress(&form);
+    progress.setWindowTitle(Caption(MessageId::kCopyTreeCaption));
+    progress.Label_Info->setText(QStringLiteral("C:\\Program Files\\Core Design\\trle\\data\\title.tr4"));
+    progress.ProgressBar1->setValue(42);
+    progress.show();
+    camera.Take(&progress, "dialog_progress");
+    progress.hide();
+    Dialog_Zip zip(&form);
+    zip.setWindowTitle(Caption(MessageId::kDecompressCaption));
+    zip.Label_Info->setText(Caption(MessageId::kUnzippingFile, {"harbour.tr4.zl"}));
+    zip.ZlibTool1->setValue(65);
+    zip.show();
+    camera.Take(&zip, "dialog_zip");
+    zip.hide();
+    Dialog_Wait wait(&form);
+    wait.Label_Mex->setText(Caption(MessageId::kRemovingOldBackup));
+    wait.show();
+    camera.Take(&wait, "dialog_wait");
+    wait.hide();
+    camera.TakeModal("dialog_restore", [&] { Dialog_Restore(user, &form).exec(); });
+    camera.TakeModal("dialog_settings", [&] {
+        Dialog_Settings settings(&form);
+        settings.ImpostaValori();
+        settings.exec();
+    });
+    camera.TakeModal("dialog_inputtesto", [&] {
+        Dialog_InputTesto input(&form);
+        input.ImpostaValori("Insert / Change savegame description",
+                            "The crane's switch is behind the third boiler.");
+        input.exec();
+    });
+}
+
+void TakeHelp(const Camera& camera, Principale& form) {
+    camera.TakeModal("dialog_testo", [&] { ShowHelp(&form, HelpMark::FirstStart); });
+    QTimer::singleShot(kSettle, qApp, [&camera] {
+        QWidget* const viewer = QApplication::activeModalWidget();
+        camera.TakeModal("dialog_indice",
+                         [&] { viewer->findChild<QPushButton*>(QStringLiteral("Pul_Index"))->click(); });
+        viewer->close();
+    });
+    ShowHelp(&form, HelpMark::FirstStart);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    if (argc != 3 || !SetAppFolder(argv[1])) return 2;
+    TakeShippedFiles();
+    ProvideShippedFiles();
+    const Camera camera(argv[2]);
+    FormsUser user;
+    Principale form(user);
+    user.SetMainWindow(&form);
+    if (!form.Load({})) return EXIT_FAILURE;
+    const std::filesystem::path disc = std::filesystem::path(argv[1]) / "disc";
+    std::filesystem::create_directories(disc);
+    if (!SetDrive('E', disc, DriveType::CdRom)) return EXIT_FAILURE;
+    form.show();
+    TakeMainForm(camera, form);
+    TakeFirstStart(camera, user);
+    TakeSmallForms(camera, user, form);
+    TakeHelp(camera, form);
+    return 0;
+}
