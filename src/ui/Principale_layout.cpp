@@ -89,7 +89,7 @@ void Principale::Lay() {
     ProgressBar1->setValue(0);
     ProgressBar1->hide(); // until a job moves it
     ProgressBar1->setMaximumWidth(fontMetrics().averageCharWidth() * 30);
-    resize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 42);
+    resize(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 44);
     SetTabOrder();
     Combo_Livelli->setFocus();
 }
@@ -151,6 +151,8 @@ void Principale::LaySaveGames() {
     panel->addWidget(Label_NoteSaveGame, 2, 0);
     panel->addWidget(Text_NoteSaveGame, 3, 0);
     panel->addWidget(Image_SaveGame, 2, 1, 2, 1);
+    panel->setColumnStretch(0, 1);
+    panel->setColumnStretch(1, 1);
     panel->setRowStretch(1, 3);
     panel->setRowStretch(3, 2);
     auto* const buttons = new QGridLayout;

@@ -29,6 +29,9 @@ namespace {
 
 // A window that comes and goes within this time would only flicker.
 constexpr int kPatience = 250;
+// Boxes with more text than this many bytes are as wide as this many characters.
+constexpr std::size_t kWideText = 80;
+constexpr int kWideColumns = 80;
 
 QMessageBox::Icon IconOf(MessageStyle style) {
     switch (style) {
@@ -173,6 +176,10 @@ int FormsUser::RunBox(MessageStyle style, const std::string& text, int buttons, 
     box.setObjectName(QStringLiteral("MessageBox"));
     box.setTextFormat(Qt::PlainText); // file names and level names are no mark-up
     box.setText(ShownText(text));
+    // A narrow box would break paths in two.
+    if (auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+        label != nullptr && text.size() > kWideText)
+        label->setMinimumWidth(box.fontMetrics().averageCharWidth() * kWideColumns);
     box.setEscapeButton(static_cast<QMessageBox::StandardButton>(harmless));
     return box.exec();
 }

@@ -36,22 +36,22 @@ bool WindowsPrefersDark() {
 }
 
 QPalette DarkPalette() {
-    const QColor window(0x2b, 0x2d, 0x30);
-    const QColor base(0x1e, 0x1f, 0x22);
+    const QColor window(0x3a, 0x3c, 0x40);
+    const QColor base(0x28, 0x2a, 0x2d);
     const QColor text(0xdf, 0xe1, 0xe5);
-    const QColor faint(0x86, 0x8a, 0x91);
-    QPalette dark(QColor(0x3c, 0x3f, 0x43), window);
+    const QColor faint(0x90, 0x94, 0x9b);
+    QPalette dark(QColor(0x53, 0x56, 0x5c), window);
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
                                            QPalette::ToolTipText, QPalette::BrightText})
         dark.setColor(role, text);
     dark.setColor(QPalette::Base, base);
-    dark.setColor(QPalette::AlternateBase, QColor(0x25, 0x26, 0x2a));
+    dark.setColor(QPalette::AlternateBase, QColor(0x30, 0x32, 0x36));
     dark.setColor(QPalette::ToolTipBase, base);
     dark.setColor(QPalette::PlaceholderText, faint);
     dark.setColor(QPalette::Highlight, QColor(0x2f, 0x65, 0xca));
     dark.setColor(QPalette::HighlightedText, Qt::white);
     dark.setColor(QPalette::Link, QColor(0x6b, 0x9b, 0xfa));
-    dark.setColor(QPalette::Dark, QColor(0x17, 0x18, 0x1a));
+    dark.setColor(QPalette::Dark, QColor(0x1c, 0x1d, 0x20));
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         dark.setColor(QPalette::Disabled, role, faint);
     return dark;

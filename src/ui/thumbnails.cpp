@@ -1,9 +1,7 @@
 #include "ui/thumbnails.h"
 
-#include <QGuiApplication>
 #include <QImageReader>
 #include <QPainter>
-#include <QPalette>
 #include <QTimer>
 #include <algorithm>
 
@@ -21,7 +19,7 @@ constexpr std::size_t kMostWanted = 64; // more rows than any window shows
 // A canvas of the thumbnails' size with a picture in its middle.
 QPixmap Framed(const QImage& picture) {
     QPixmap canvas(Thumbnails::kSize);
-    canvas.fill(QGuiApplication::palette().color(QPalette::Mid));
+    canvas.fill(QColor(128, 128, 128, 80)); // between light and dark
     if (picture.isNull()) return canvas;
     const QImage small = picture.scaled(Thumbnails::kSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     QPainter painter(&canvas);
