@@ -28,7 +28,10 @@ Dialog_Splash::Dialog_Splash(const QPixmap& picture) : QWidget(nullptr, Qt::Spla
 
 QPixmap SplashPicture() {
     const std::string path = AppFolder() + LoadMessage(MessageId::kSplashName, {});
-    return QPixmap(QString::fromStdU16String(NativePath(path).u16string()));
+    const QString file = QString::fromStdU16String(NativePath(path).u16string());
+    // By its name it is a JPEG: asking every picture plug-in first takes longer than reading it.
+    QPixmap picture(file, "jpg");
+    return picture.isNull() ? QPixmap(file) : picture;
 }
 
 } // namespace kelvash::ui

@@ -23,6 +23,9 @@ QString Caption(MessageId id, const MessageArgs& args = {});
 // A text of the logic for a label or a box: line breaks as Qt has them.
 QString ShownText(const std::string& text);
 
+// How long pictures are put off, in milliseconds: what they belong to is painted first.
+inline constexpr int kAfterPainting = 15;
+
 // A control whose object name is the name by which the form knows it. The parent owns it.
 template <class Control>
 Control* Make(QWidget* parent, const char* name) {

@@ -22,7 +22,7 @@ void PictureView::ShowFile(const QString& native_path, const QString& text) {
     update();
     if (path_.isEmpty() || pending_) return;
     pending_ = true;
-    QTimer::singleShot(0, this, &PictureView::Load);
+    QTimer::singleShot(kAfterPainting, this, &PictureView::Load);
 }
 
 void PictureView::Load() {

@@ -64,7 +64,7 @@ void Thumbnails::ForgetAll() {
 void Thumbnails::Wait() {
     if (waiting_) return;
     waiting_ = true;
-    QTimer::singleShot(0, this, &Thumbnails::LoadNext);
+    QTimer::singleShot(kAfterPainting, this, &Thumbnails::LoadNext);
 }
 
 void Thumbnails::LoadNext() {
@@ -75,7 +75,9 @@ void Thumbnails::LoadNext() {
     const QImage picture = ReadSmall(companion::NewestScreenshot(code));
     ready_.insert(code, new QPixmap(picture.isNull() ? frame_ : Framed(picture)));
     Q_EMIT Loaded(code);
-    if (!wanted_.empty()) Wait();
+    if (wanted_.empty()) return;
+    waiting_ = true;
+    QTimer::singleShot(0, this, &Thumbnails::LoadNext);
 }
 
 } // namespace kelvash::ui

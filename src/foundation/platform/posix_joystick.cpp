@@ -1,6 +1,10 @@
 #include "foundation/platform/posix_joystick.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <fstream>
+#include <string>
+#include <vector>
 
 #include "foundation/platform/sdl.h"
 
@@ -11,7 +15,26 @@ namespace {
 constexpr int kMaskBits = 32;
 constexpr int kAxisOffset = 32768; // SDL's axes run from -32768
 
+// The key bits of a device: hexadecimal words of 64 bits, the highest first. Joysticks and gamepads have
+// buttons from 0x120 to 0x13F, the upper half of the fifth word.
+bool HasJoystickButtons(const std::filesystem::path& capabilities) {
+    constexpr std::size_t kWord = 0x120 / 64;
+    std::ifstream file(capabilities);
+    std::vector<std::uint64_t> words;
+    for (std::uint64_t word = 0; file >> std::hex >> word;)
+        words.push_back(word);
+    return words.size() > kWord && words[words.size() - 1 - kWord] >> 32 != 0;
+}
+
 } // namespace
+
+bool JoystickPluggedIn(const std::filesystem::path& input_class) {
+    std::error_code error;
+    for (std::filesystem::directory_iterator at(input_class, error), end; !error && at != end;
+         at.increment(error))
+        if (HasJoystickButtons(at->path() / "device" / "capabilities" / "key")) return true;
+    return false;
+}
 
 Joysticks::~Joysticks() {
     if (started_ != Started::Yes) return;
@@ -21,7 +44,7 @@ Joysticks::~Joysticks() {
 }
 
 bool Joysticks::Start() {
-    if (started_ == Started::NotYet) {
+    if (started_ == Started::NotYet && (SdlIsLoaded() || JoystickPluggedIn())) {
         sdl_ = LoadSdl();
         started_ = Started::Failed;
         if (sdl_ == nullptr) return false;

@@ -1,6 +1,7 @@
 // Joysticks through SDL, which is started with the first question.
 #pragma once
 
+#include <filesystem>
 #include <map>
 
 #include "foundation/desktop.h"
@@ -10,6 +11,10 @@ struct _SDL_Joystick;
 namespace kelvash::platform {
 
 struct Sdl;
+
+// True if the kernel knows an input device with a joystick's or gamepad's buttons: what spares a program
+// without one the loading of SDL. The folder is that of the input devices in sysfs.
+bool JoystickPluggedIn(const std::filesystem::path& input_class = "/sys/class/input");
 
 class Joysticks {
   public:

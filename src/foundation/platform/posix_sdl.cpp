@@ -14,8 +14,10 @@ bool Find(void* library, const char* name, Function& function) {
     return function != nullptr;
 }
 
+constexpr const char* kLibrary = "libSDL2-2.0.so.0";
+
 std::optional<Sdl> Load() {
-    void* const library = ::dlopen("libSDL2-2.0.so.0", RTLD_NOW | RTLD_LOCAL);
+    void* const library = ::dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);
     Sdl sdl{};
 #define KELVASH_SDL_FOUND(name) &&Find(library, "SDL_" #name, sdl.name)
     if (library != nullptr KELVASH_SDL_FUNCTIONS(KELVASH_SDL_FOUND)) return sdl;
@@ -24,6 +26,12 @@ std::optional<Sdl> Load() {
 }
 
 } // namespace
+
+bool SdlIsLoaded() {
+    void* const library = ::dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL | RTLD_NOLOAD);
+    if (library != nullptr) ::dlclose(library);
+    return library != nullptr;
+}
 
 const Sdl* LoadSdl() {
     static const std::optional<Sdl> sdl = Load();

@@ -30,6 +30,8 @@ struct Sdl {
 #undef KELVASH_SDL_MEMBER
 };
 
+// True once anybody in this process has loaded the library.
+bool SdlIsLoaded();
 // Null if the library isn't installed. It stays loaded.
 const Sdl* LoadSdl();
 

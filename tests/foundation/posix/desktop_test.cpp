@@ -10,6 +10,8 @@
 
 #include <utility>
 
+#include "foundation/platform/posix_joystick.h"
+#include "support/foundation_home.h"
 #include "support/platform.h"
 #include "support/x_server.h"
 
@@ -274,7 +276,7 @@ TEST_F(X11, AServerThatEndsDoesNotEndTheProgram) {
 class Joystick : public testing::Test {
   protected:
     Joystick() {
-        TheDesktop().ReadJoystick(0, state); // starts SDL
+        TheDesktop().ReadJoystick(0, state); // starts what is linked in here
         device = SDL_JoystickAttachVirtual(SDL_JOYSTICK_TYPE_GAMECONTROLLER, 2, 12, 0);
         stick = SDL_JoystickOpen(device);
     }
@@ -286,6 +288,22 @@ class Joystick : public testing::Test {
     int device = -1;
     SDL_Joystick* stick = nullptr;
 };
+
+TEST(PluggedInJoystick, IsADeviceWithAJoysticksButtons) {
+    const std::filesystem::path devices = test::MakeTemporaryFolder();
+    const auto plug_in = [&](const std::string& name, const std::string& keys) {
+        test::MakeFile(devices / name / "device" / "capabilities" / "key", keys);
+    };
+    EXPECT_FALSE(platform::JoystickPluggedIn(devices / "none"));
+    EXPECT_FALSE(platform::JoystickPluggedIn(devices));
+    plug_in("event0", "1000000000007 ff9f207ac14057ff febeffdfffefffff fffffffffffffffe\n"); // keyboard
+    plug_in("event1", "1f0000 0 0 0 0\n"); // mouse: 0x110-0x114
+    plug_in("event2", "");
+    EXPECT_FALSE(platform::JoystickPluggedIn(devices));
+    plug_in("event3", "7fdb000000000000 0 0 0 0\n"); // gamepad: 0x130-0x13E
+    EXPECT_TRUE(platform::JoystickPluggedIn(devices));
+    std::filesystem::remove_all(devices);
+}
 
 TEST_F(Joystick, AxesRunFromZeroWithTheRestInTheMiddle) {
     ASSERT_NE(stick, nullptr) << SDL_GetError();
