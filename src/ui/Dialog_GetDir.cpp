@@ -152,8 +152,9 @@ void Dialog_GetDir::Lay() {
     // A scroll bar, not an ellipsis, for what is deep or long.
     Dir1->header()->setStretchLastSection(false);
     Dir1->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    Dir1->installEventFilter(this);
-    Dir1->viewport()->installEventFilter(this);
+    for (QWidget* control : {static_cast<QWidget*>(Dir1), Dir1->viewport(),
+                             static_cast<QWidget*>(Text_PathDir), static_cast<QWidget*>(Text_Path)})
+        control->installEventFilter(this);
     Pul_Ok->setDefault(true);
     Dir1->setFocus();
     const int letter = fontMetrics().averageCharWidth();
@@ -311,16 +312,6 @@ void Dialog_GetDir::Accept() {
     accept();
 }
 
-void Dialog_GetDir::keyPressEvent(QKeyEvent* event) {
-    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enter && focusWidget() == Text_Path)
-        NewFolder();
-    else if (enter && focusWidget() == Text_PathDir && Text_PathDir->text() != ShownPath(folder_))
-        static_cast<void>(TakeTypedPath()); // it tells
-    else
-        QDialog::keyPressEvent(event);
-}
-
 void Dialog_GetDir::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     if (Dir1->currentItem() != nullptr) Dir1->scrollToItem(Dir1->currentItem());
@@ -330,9 +321,22 @@ bool Dialog_GetDir::eventFilter(QObject* watched, QEvent* event) {
     // The bar of the selection reaches across the tree.
     if (watched == Dir1->viewport() && event->type() == QEvent::Resize)
         Dir1->header()->setMinimumSectionSize(static_cast<QResizeEvent*>(event)->size().width());
+    return event->type() == QEvent::KeyPress && TakeKey(watched, static_cast<QKeyEvent*>(event)->key());
+}
+
+// Keys that mean something else here than in any form; true if the key was one.
+bool Dialog_GetDir::TakeKey(const QObject* watched, int key) {
+    const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (enter && watched == Text_Path) {
+        NewFolder();
+        return true;
+    }
+    if (enter && watched == Text_PathDir && Text_PathDir->text() != ShownPath(folder_)) {
+        static_cast<void>(TakeTypedPath()); // it tells
+        return true;
+    }
     // The tree's own key for opening everything below an item would list a whole disk.
-    return watched == Dir1 && event->type() == QEvent::KeyPress &&
-           static_cast<QKeyEvent*>(event)->key() == Qt::Key_Asterisk;
+    return watched == Dir1 && key == Qt::Key_Asterisk;
 }
 
 } // namespace kelvash::ui

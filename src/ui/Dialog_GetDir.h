@@ -44,7 +44,6 @@ class Dialog_GetDir final : public QDialog {
     QPushButton* const Pul_Cancel = Make<QPushButton>(this, "Pul_Cancel");
 
   protected:
-    void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -55,6 +54,7 @@ class Dialog_GetDir final : public QDialog {
     void ShowDrive(const std::string& drive);
     void Select(const std::string& path);
     void SetFolder(const std::string& path);
+    bool TakeKey(const QObject* watched, int key);
     bool TakeTypedPath();
     void NewFolder();
     void Accept();
