@@ -3,6 +3,7 @@
 #include <QCommandLineParser>
 #include <QIcon>
 #include <QTimer>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 
@@ -65,12 +66,12 @@ int Complain(const std::string& fault) {
     return kWrongUsage;
 }
 
-// Ends the program once the window has been painted.
+// Ends the program at once when the window has been painted.
 class QuitWhenShown final : public QObject {
   public:
     using QObject::QObject;
     bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Paint) QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(); });
+        if (event->type() == QEvent::Paint) QTimer::singleShot(0, qApp, [] { std::_Exit(EXIT_SUCCESS); });
         return false;
     }
 };
@@ -101,8 +102,7 @@ int Run(const QApplication& application) {
     std::optional<Dialog_Splash> splash;
     if (const QPixmap picture = SplashPicture(); !picture.isNull()) {
         splash.emplace(picture);
-        splash->show();
-        QCoreApplication::processEvents();
+        splash->show(); // painted as soon as the start has to wait for anything
     }
     Principale window(user);
     user.SetMainWindow(&window);
@@ -128,7 +128,7 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationVersion(QStringLiteral("1.4"));
     QGuiApplication::setDesktopFileName(QStringLiteral("kelvash"));
     kelvash::ui::TakeShippedFiles();
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/kelvash/kelvash_64.png")));
+    QApplication::setWindowIcon(QIcon(QPixmap(QStringLiteral(":/kelvash/kelvash_64.png"), "png")));
     try {
         return kelvash::ui::Run(application);
     } catch (const std::exception& error) {
