@@ -61,7 +61,7 @@ void Dialog_Restore::Lay() {
     ProgressBar1->setRange(0, 100);
     ProgressBar1->setValue(0);
     Pul_Fast->setDefault(true);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 76);
+    setMinimumWidth(fontMetrics().averageCharWidth() * 92);
 }
 
 void Dialog_Restore::SetRunning(bool running) {

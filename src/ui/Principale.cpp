@@ -10,12 +10,14 @@
 
 #include "companion/game.h"
 #include "companion/savegames.h"
+#include "companion/screenshots.h"
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/level_view.h"
 #include "core/profile.h"
 #include "core/start_up.h"
 #include "foundation/drives.h"
+#include "foundation/files.h"
 #include "swap/install.h"
 #include "ui/forms_user.h"
 #include "ui/window_state.h"
@@ -26,6 +28,12 @@ namespace {
 
 QString NativeText(const std::string& path) {
     return path.empty() ? QString() : QString::fromStdU16String(NativePath(path).u16string());
+}
+
+// The picture that stands for none; empty if the user has taken it away.
+QString DefaultPicture() {
+    const std::string path = companion::DefaultScreenshot();
+    return FileExists(path) ? NativeText(path) : QString();
 }
 
 void FillList(QListWidget* list, const std::vector<std::string>& savegames) {
@@ -162,8 +170,8 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
     const core::LevelView shown = view.value_or(core::LevelView());
     if (view) levels_->ForgetThumbnail(view->Code);
     image_names_ = shown.Screenshots;
-    image_hint_ = shown.FolderMissing ? LoadMessage(MessageId::kMainLevelMissing, {}) + shown.Folder
-                                      : LoadMessage(MessageId::kMainNoImage, {});
+    image_hint_ =
+        shown.FolderMissing ? LoadMessage(MessageId::kMainLevelMissing, {}) + shown.Folder : std::string();
     PageImages(keep_image ? first_shown_image_ : 0);
     ShowSavegames(shown.SlotSavegames, shown.ArchivedSavegames);
     Label_InfoLevel->setText(core::ArchiveIsOpen() ? FromUtf8(shown.Note)
@@ -178,7 +186,7 @@ void Principale::ShowSavegames(const std::vector<std::string>& slots,
     FillList(List_SaveGameTomb, slots);
     FillList(List_SaveGameArchiviati, archived);
     Text_NoteSaveGame->clear();
-    Image_SaveGame->ShowFile({}, Caption(MessageId::kMainNoImage));
+    Image_SaveGame->ShowFile(DefaultPicture(), Caption(MessageId::kMainNoImage));
 }
 
 void Principale::PageImages(std::size_t first) {
@@ -190,11 +198,13 @@ void Principale::PageImages(std::size_t first) {
 void Principale::ShowImages() {
     const auto show = [this](PictureView* view, std::size_t index) {
         const bool there = index < image_names_.size();
-        view->ShowFile(NativeText(there ? image_names_[index] : std::string()),
-                       index == 0 ? ShownText(image_hint_) : QString());
+        view->ShowFile(there ? NativeText(image_names_[index]) : QString(), {});
     };
     show(Image1, first_shown_image_);
     show(Image2, first_shown_image_ + 1);
+    if (image_names_.empty())
+        Image1->ShowFile(image_hint_.empty() ? DefaultPicture() : QString(),
+                         image_hint_.empty() ? Caption(MessageId::kMainNoImage) : ShownText(image_hint_));
     Image2->setVisible(first_shown_image_ + 1 < image_names_.size() || image_names_.size() > 2);
     const bool before = first_shown_image_ > 0;
     const bool behind = first_shown_image_ + 2 < image_names_.size();

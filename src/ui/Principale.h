@@ -133,7 +133,7 @@ class Principale final : public QMainWindow {
     LevelModel* const levels_ = new LevelModel(this);
     QSplitter* const splitter_ = Make<QSplitter>(this, "Splitter1");
     std::vector<std::string> image_names_;
-    std::string image_hint_;
+    std::string image_hint_; // what stands in the place of the first picture; empty for the default one
     std::size_t first_shown_image_ = 0;
     bool syncing_ = false; // the program, not the user, changes the view's selection
 };

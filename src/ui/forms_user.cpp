@@ -162,7 +162,9 @@ FormsUser::~FormsUser() {
 
 QWidget* FormsUser::ParentOfBoxes() const {
     QWidget* const modal = QApplication::activeModalWidget();
-    return modal != nullptr ? modal : main_window_.data();
+    if (modal != nullptr) return modal;
+    // Before it is shown, the main window's place says nothing.
+    return main_window_ != nullptr && main_window_->isVisible() ? main_window_.data() : nullptr;
 }
 
 QString FormsUser::TakeTitle() {

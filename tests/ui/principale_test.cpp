@@ -350,6 +350,16 @@ TEST_F(PrincipaleForm, ShowsTheNewestScreenshotInTheList) {
     WaitUntil([&] { return thumbnail() != before; });
 }
 
+TEST_F(PrincipaleForm, ShowsTheDefaultPictureForALevelWithoutAny) {
+    core::SelectLevel(2);
+    EXPECT_EQ(form.Image1->Text().toStdString(), "No screenshots yet");
+    MakeFile(home / "default_shot.jpg", MakeBitmap({}));
+    form.AggiornaDatiLivello(false);
+    EXPECT_EQ(form.Image1->Path().toStdString(), (home / "default_shot.jpg").string());
+    EXPECT_EQ(form.Image_SaveGame->Path().toStdString(), (home / "default_shot.jpg").string());
+    EXPECT_FALSE(form.Image2->isVisible());
+}
+
 TEST_F(PrincipaleForm, TellsAPictureThatIsNone) {
     MakeFile(LevelPath(1) / "SCREENSHOTS/broken.jpg", "no picture at all");
     core::SelectLevel(1);
