@@ -174,11 +174,16 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
         shown.FolderMissing ? LoadMessage(MessageId::kMainLevelMissing, {}) + shown.Folder : std::string();
     PageImages(keep_image ? first_shown_image_ : 0);
     ShowSavegames(shown.SlotSavegames, shown.ArchivedSavegames);
-    Label_InfoLevel->setText(core::ArchiveIsOpen() ? FromUtf8(shown.Note)
-                                                   : Caption(MessageId::kMainNoArchiveNote));
+    Label_InfoLevel->setText(NoteToShow(shown.Note));
     Label_InfoDir->setText(FromUtf8(shown.Place));
     Label_InfoDir->setToolTip(FromUtf8(shown.Place));
     EnableCommands();
+}
+
+// A list without a selection is empty: for want of an Archive, or of a name that holds the typed text.
+QString Principale::NoteToShow(const std::string& note) const {
+    if (core::level_list.Selected >= 0) return FromUtf8(note);
+    return Caption(core::ArchiveIsOpen() ? MessageId::kMainNoLevelFound : MessageId::kMainNoArchiveNote);
 }
 
 void Principale::ShowSavegames(const std::vector<std::string>& slots,

@@ -117,6 +117,7 @@ class Principale final : public QMainWindow {
     void Play();
     void SetPlaying(bool playing);
     void WatchGame();
+    QString NoteToShow(const std::string& note) const;
     void ShowSavegames(const std::vector<std::string>& slots, const std::vector<std::string>& archived);
     void ShowImages();
     void PageImages(std::size_t first);

@@ -287,6 +287,7 @@ TEST_F(PrincipaleForm, AFilterThatHidesAllLeavesNothingToPlay) {
     Type("zzz");
     EXPECT_THAT(Shown(), IsEmpty());
     EXPECT_EQ(core::SelectedLevel(), -1);
+    EXPECT_EQ(form.Label_InfoLevel->text().toStdString(), "No name holds this text");
     EXPECT_FALSE(form.Pul_Play->isEnabled());
     form.Text_Search->clear();
     EXPECT_EQ(Current(), "- TRLE: Original configuration - (*)");
