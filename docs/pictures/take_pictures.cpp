@@ -112,8 +112,8 @@ void TakeSmallForms(const Camera& camera, FormsUser& user, Principale& form) {
     camera.Take(&splash, "dialog_splash");
     splash.hide();
     Dialog_Progress progress(&form);
-    progress.setWindowTitle(Caption(MessageId::kCopyTreeCaption));
-    progress.Label_Info->setText(QStringLiteral("C:\\Program Files\\Core Design\\trle\\data\\title.tr4"));
+    progress.setWindowTitle(Caption(MessageId::kFullCaption));
+    progress.Label_Info->setText(Caption(MessageId::kFullCopying, {core::profile.TrleFolder}));
     progress.ProgressBar1->setValue(42);
     progress.show();
     camera.Take(&progress, "dialog_progress");

@@ -182,13 +182,13 @@ bool LoadArchive(std::string_view path) {
 
 bool LoadArchiveDialog() {
     AskSaveArchive();
+    archive.ArchiveLoadRefused = false;
     const std::optional<std::string> path =
         TheUser().OpenFile({LoadMessage(MessageId::kLoadArchiveTitle, {}),
                             LoadMessage(MessageId::kLoadArchiveFilter, {}),
                             AppFolder(),
                             {}});
     if (!path) return false;
-    archive.ArchiveLoadRefused = false;
     if (LoadArchive(*path)) return true;
     // Who gave a missing folder up knows why.
     if (!archive.ArchiveLoadRefused) TellCritical(LoadMessage(MessageId::kErrorLoadingArchive, {}) + *path);

@@ -120,12 +120,6 @@ void OfferFullRestore() {
     swap::FullRestore(progress.bar, false);
 }
 
-void CloseArchive() {
-    static_cast<ArchiveContents&>(archive) = ArchiveState();
-    archive.ArchiveChanged = false;
-    RefreshLevelList();
-}
-
 } // namespace
 
 CommandLine ParseCommandLine(std::string_view text) {
@@ -170,6 +164,22 @@ void StartUp(std::string_view command_line) {
     }
     RegisterAppPaths();
     OfferFullRestore();
+}
+
+void CloseArchive() {
+    static_cast<ArchiveContents&>(archive) = ArchiveState();
+    archive.ArchiveChanged = false;
+    RefreshLevelList();
+}
+
+void ReturnToArchive(const std::string& former) {
+    archive.ArchiveLoadRefused = false;
+    if (former.empty() || LoadArchive(former)) {
+        if (former.empty()) CloseArchive();
+        return;
+    }
+    if (!archive.ArchiveLoadRefused) TellCritical(LoadMessage(MessageId::kErrorLoadingFormer, {}) + former);
+    CloseArchive();
 }
 
 bool ArchiveIsOpen() {

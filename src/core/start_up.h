@@ -28,6 +28,11 @@ extern SessionState session;
 void StartUp(std::string_view command_line);
 // True while an Archive is open.
 bool ArchiveIsOpen();
+// Leaves none open: table and list are empty.
+void CloseArchive();
+// Opens the Archive of that path again, after another one could not take its place. A path that is empty, or
+// an Archive that can't be opened (which is told), leaves none open.
+void ReturnToArchive(const std::string& former);
 
 // What the tokens of a command line name; both may be empty.
 struct CommandLine {

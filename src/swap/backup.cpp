@@ -32,8 +32,15 @@ bool EnoughRoom(std::int64_t needed) {
                                                    LoadMessage(MessageId::kBackupTryAnyway, {}));
 }
 
-bool CopyFull(const std::string& trle) {
+// With the main window's bar when its command asked for it; at the start that window isn't there yet.
+bool CopyFull(const std::string& trle, bool at_start) {
+    std::optional<ProgressDialog> progress;
     Bar bar{BarPlace::MainWindow, -1};
+    if (at_start) {
+        progress.emplace(BarPlace::ProgressDialog, LoadMessage(MessageId::kFullCaption, {}));
+        progress->Label(LoadMessage(MessageId::kFullCopying, {trle}));
+        bar.place = BarPlace::ProgressDialog;
+    }
     if (!CopyTreeShown(trle, BackupFolder(), bar, Existing::Replace, FilesFolders::Copy)) return false;
     // An incomplete TRLE folder gives a backup that can't bring everything back.
     core::profile.FullBackup = AnyFile(trle + LoadMessage(MessageId::kAudioFolder, {}),
@@ -106,7 +113,7 @@ bool CreateBackup(bool force_full) {
     const Kind kind = force_full ? Kind::Full : AskKind();
     const std::int64_t needed = force_full ? 0 : kind == Kind::Full ? kFullBackupRoom : kCompactBackupRoom;
     if (!EnoughRoom(needed)) return false;
-    return kind == Kind::Full ? CopyFull(trle) : CopyCompact(trle);
+    return kind == Kind::Full ? CopyFull(trle, !force_full) : CopyCompact(trle);
 }
 
 void RefreshFullBackup() {

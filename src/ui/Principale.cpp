@@ -168,7 +168,7 @@ void Principale::Search() {
 void Principale::AggiornaDatiLivello(bool keep_image) {
     const std::optional<core::LevelView> view = core::SelectedLevelView();
     const core::LevelView shown = view.value_or(core::LevelView());
-    if (view) levels_->ForgetThumbnail(view->Code);
+    if (view) levels_->RenewThumbnail(view->Code);
     image_names_ = shown.Screenshots;
     image_hint_ =
         shown.FolderMissing ? LoadMessage(MessageId::kMainLevelMissing, {}) + shown.Folder : std::string();
@@ -226,6 +226,7 @@ void Principale::Play() {
     }
     SetPlaying(true);
     if (swap::PlayLevel(core::SelectedLevel())) {
+        Label_Info->setText(Caption(MessageId::kMainPlaying));
         Timer1->start();
         return;
     }
@@ -236,7 +237,7 @@ void Principale::Play() {
 void Principale::SetPlaying(bool playing) {
     menuBar()->setEnabled(!playing);
     centralWidget()->setEnabled(!playing);
-    Label_Info->setText(playing ? Caption(MessageId::kMainPlaying) : QString());
+    Label_Info->clear();
 }
 
 // Closing the game brings the level's new savegames and the mark of the level that is in.

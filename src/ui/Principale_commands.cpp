@@ -48,12 +48,14 @@ void Principale::ConnectMenu() {
 // An Archive that isn't made leaves none open: the former one comes back.
 void Principale::NewArchive() {
     const std::string former = core::profile.LastArchive;
-    if (!core::NewArchive() && !former.empty()) static_cast<void>(core::LoadArchive(former));
+    if (!core::NewArchive()) core::ReturnToArchive(former);
     ShowLevels();
 }
 
+// So does one whose missing folder was given up: its table is loaded by then.
 void Principale::LoadArchive() {
-    static_cast<void>(core::LoadArchiveDialog());
+    const std::string former = core::profile.LastArchive;
+    if (!core::LoadArchiveDialog() && core::archive.ArchiveLoadRefused) core::ReturnToArchive(former);
     ShowLevels();
 }
 
@@ -69,7 +71,7 @@ void Principale::ShowSettings() {
     form.ImpostaValori();
     form.exec();
     Timer1->setInterval(core::session.TimerInterval);
-    AggiornaDatiLivello(true);
+    core::RefreshLevelList(); // another TRLE folder may hold another level
 }
 
 void Principale::ShowRestore() {

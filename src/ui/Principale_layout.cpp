@@ -29,6 +29,7 @@ void OpenAt(QWidget* control, QMenu* menu) {
 } // namespace
 
 void Principale::Set_Caption_Texts() {
+    setWindowTitle(Caption(MessageId::kMainNoArchive));
     SetMenuCaptions(this);
     Frame_Livelli->setTitle(Caption(MessageId::kMainFrameLevels));
     Text_Search->setPlaceholderText(Caption(MessageId::kMainSearchHint));

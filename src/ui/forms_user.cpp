@@ -221,13 +221,17 @@ std::optional<std::string> FormsUser::OpenFile(const FileDialog& dialog) {
 }
 
 std::optional<std::string> FormsUser::SaveFile(const FileDialog& dialog) {
-    std::optional<std::string> path = PathOfFile(QFileDialog::getSaveFileName(
-        ParentOfBoxes(), ShownText(dialog.title), NativeStart(dialog), QtFilter(dialog.filter)));
-    // A name typed without an extension takes that of the filter, as the common save dialog does it.
+    QFileDialog window(ParentOfBoxes(), ShownText(dialog.title), NativeStart(dialog),
+                       QtFilter(dialog.filter));
+    window.setAcceptMode(QFileDialog::AcceptSave);
+    window.selectFile(NativeStart(dialog));
+    // A name typed without an extension takes that of the filter, before a file of that name is asked about.
     const std::vector<std::string> parts = Split(dialog.filter, '|');
-    if (path && parts.size() > 1 && ExtensionOf(FileNameOf(*path)).empty())
-        *path += ExtensionOf(Split(parts[1], ';').front());
-    return path;
+    const std::string extension =
+        parts.size() > 1 ? ExtensionOf(Split(parts[1], ';').front()) : std::string();
+    if (!extension.empty()) window.setDefaultSuffix(FromUtf8(extension.substr(1)));
+    if (window.exec() != QDialog::Accepted) return std::nullopt;
+    return PathOfFile(window.selectedFiles().value(0));
 }
 
 std::optional<std::string> FormsUser::ChooseFolder(const std::string& caption, const std::string& start) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/level_list.h"
+#include "core/profile.h"
 #include "foundation/text.h"
 #include "ui/form_support.h"
 
@@ -14,6 +15,9 @@ LevelModel::LevelModel(QObject* parent) : QAbstractListModel(parent), thumbnails
 
 void LevelModel::Refresh() {
     beginResetModel();
+    // Another Archive has other levels under the same codes.
+    if (archive_ != core::profile.LastArchive) thumbnails_.ForgetAll();
+    archive_ = core::profile.LastArchive;
     const auto& items = core::level_list.Items;
     folded_.clear();
     folded_.reserve(items.size());

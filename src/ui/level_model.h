@@ -31,7 +31,7 @@ class LevelModel final : public QAbstractListModel {
     QVariant data(const QModelIndex& index, int role) const override;
 
     // Reads a level's thumbnail anew.
-    void ForgetThumbnail(std::int32_t code) { thumbnails_.Forget(code); }
+    void RenewThumbnail(std::int32_t code) { thumbnails_.Renew(code); }
 
   private:
     void Filter();
@@ -40,6 +40,7 @@ class LevelModel final : public QAbstractListModel {
     std::vector<std::string> folded_; // texts of all items, ready for comparison
     std::vector<std::int32_t> shown_; // places in core::level_list, in order
     std::string filter_;              // folded
+    std::string archive_;             // path of the Archive whose thumbnails are kept
     mutable Thumbnails thumbnails_;   // asking for one starts its reading
 };
 

@@ -44,16 +44,12 @@ Thumbnails::Thumbnails(QObject* parent) : QObject(parent), frame_(Framed({})), r
 
 QPixmap Thumbnails::Of(std::int32_t code) {
     if (const QPixmap* const ready = ready_.object(code)) return *ready;
-    if (std::find(wanted_.begin(), wanted_.end(), code) == wanted_.end()) {
-        wanted_.push_back(code);
-        if (wanted_.size() > kMostWanted) wanted_.pop_front();
-        Wait();
-    }
+    Want(code);
     return frame_;
 }
 
-void Thumbnails::Forget(std::int32_t code) {
-    ready_.remove(code);
+void Thumbnails::Renew(std::int32_t code) {
+    if (ready_.contains(code)) Want(code);
 }
 
 void Thumbnails::ForgetAll() {
@@ -61,7 +57,10 @@ void Thumbnails::ForgetAll() {
     wanted_.clear();
 }
 
-void Thumbnails::Wait() {
+void Thumbnails::Want(std::int32_t code) {
+    if (std::find(wanted_.begin(), wanted_.end(), code) != wanted_.end()) return;
+    wanted_.push_back(code);
+    if (wanted_.size() > kMostWanted) wanted_.pop_front();
     if (waiting_) return;
     waiting_ = true;
     QTimer::singleShot(kAfterPainting, this, &Thumbnails::LoadNext);

@@ -20,8 +20,8 @@ class Thumbnails final : public QObject {
     // The level's thumbnail; an empty frame until Loaded tells that it has been read. What was asked for last
     // is read first, and what was asked for long ago not at all: the user has scrolled on.
     QPixmap Of(std::int32_t code);
-    // Reads it anew the next time it is asked for.
-    void Forget(std::int32_t code);
+    // Reads it anew; what was read before stands until then.
+    void Renew(std::int32_t code);
     void ForgetAll();
 
   Q_SIGNALS:
@@ -29,7 +29,7 @@ class Thumbnails final : public QObject {
 
   private:
     void LoadNext();
-    void Wait();
+    void Want(std::int32_t code);
 
     QPixmap frame_;
     QCache<std::int32_t, QPixmap> ready_;

@@ -30,6 +30,7 @@ TEST_F(Init, AnswersTheQuestionsOfAFirstStart) {
             R"({"event":"form","name":"Dialog_TrovaTrle","answer":"C:\\trle"})",
             R"json({"event":"ask","buttons":"yesno","style":"question","text":"Kelvash needs the original Tomb Raider Level Editor files to handle swapping custom levels with intermediate restore of original file.\r\nCurrent installed configuration of Tomb Raider Level Editor in C:\\trle is original?\r\n(Note: If you played custom level after last setup you should select NO button)","answer":"yes"})json",
             R"({"event":"ask","buttons":"yesno","style":"question","text":"Do you want a full backup? (About 240 MB) \r\nNote: if you select NO will be done a compact backup with files of following folder of trle: main, data and graphics\\wads. (about 90 MB))\r\nWarning: Compact backup does not allow to handle correctly backup and restore for .wav files","answer":"yes"})",
+            R"({"event":"progress","caption":"Creation full backup"})",
             R"({"event":"form","name":"Dialog_NewArc","answer":"Pul_New"})",
             R"({"event":"folder","title":"Select main folder for new archive","filter":"","start":"C:\\LevelFolder","name":"","answer":"C:\\Levels"})",
             R"({"event":"progress","caption":"Computing size of archive 'LevelArchive.kva' in progress..."})",

@@ -141,6 +141,17 @@ TEST_F(FormsUserPort, CompletesANameToSaveUnder) {
     EXPECT_EQ(forms.SaveFile({"Save", "Archives (*.kva)|*.kva", "C:", "test.kva"}), "C:\\mine.old");
 }
 
+TEST_F(FormsUserPort, AsksBeforeACompletedNameReplacesAFile) {
+    MakeFile(drive / "mine.kva", "an Archive");
+    robot.WillChooseFile("Save", drive / "mine");
+    robot.WillPress("mine.kva already exists", "No");
+    robot.Will("Save", [](QWidget* window) { window->close(); });
+    EXPECT_EQ(forms.SaveFile({"Save", "Archives (*.kva)|*.kva", "C:", "test.kva"}), std::nullopt);
+    robot.WillChooseFile("Save", drive / "mine");
+    robot.WillPress("mine.kva already exists", "Yes");
+    EXPECT_EQ(forms.SaveFile({"Save", "Archives (*.kva)|*.kva", "C:", "test.kva"}), "C:\\mine.kva");
+}
+
 TEST_F(FormsUserPort, WritesFiltersAsQtDoes) {
     EXPECT_EQ(ui::QtFilter("Images (*.jpg) (*.bmp)|*.jpg;*.bmp").toStdString(), "Images (*.jpg *.bmp)");
     EXPECT_EQ(ui::QtFilter("A|*.a|All files (*.*)|*.*").toStdString(), "A (*.a);;All files (*)");

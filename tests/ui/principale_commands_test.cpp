@@ -122,6 +122,43 @@ TEST_F(PrincipaleCommands, AnArchiveThatCantBeReadIsToldAndTheOpenOneStays) {
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 4 (test.kva levels)");
 }
 
+TEST_F(PrincipaleCommands, AnArchiveWhoseFolderIsGivenUpGivesTheFormerOneBack) {
+    ASSERT_TRUE(core::WriteArchive("C:\\Kelvash\\test.kva"));
+    core::archive.Header.MainFolder = core::archive.Header.SecondaryFolder = "C:\\gone";
+    core::archive.Levels[1].Name = "Elsewhere";
+    ASSERT_TRUE(core::WriteArchive("C:\\Kelvash\\moved.kva"));
+    ASSERT_TRUE(core::LoadArchive("C:\\Kelvash\\test.kva"));
+    robot.WillChooseFile("Load Tomb Raider Level Archive", home / "moved.kva");
+    robot.WillPress("Warning: not found main folder of current archive: ", "OK");
+    robot.WillPress("Select folder: gone", "Pul_Cancel");
+    Choose("mnu_Load");
+    EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 4 (test.kva levels)");
+    EXPECT_THAT(Shown(), Contains("City of Gold"));
+    EXPECT_EQ(core::archive.Header.MainFolder, "C:\\Levels");
+}
+
+TEST_F(PrincipaleCommands, ACancelledNewWithoutAFormerFileLeavesNoneOpen) {
+    robot.WillPress("Select main folder for new archive", "Pul_Cancel");
+    robot.WillPress("Error loading archive: C:\\Kelvash\\test.kva", "OK");
+    Choose("mnu_New");
+    EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash");
+    EXPECT_TRUE(Shown().empty());
+    EXPECT_FALSE(form.Pul_Play->isEnabled());
+}
+
+TEST_F(PrincipaleCommands, TheMarkFollowsANewTrleFolder) {
+    fs::copy(trle, drive / "other", fs::copy_options::recursive);
+    MakeFile(drive / "other/Kelvash.txt", "#LEVEL_CODE=0002#\r\n");
+    robot.WillPress("Dialog_Settings", "Pul_SfogliaPathTrle");
+    robot.Will("Select Tomb Raider Level Editor path (trle)", [](QWidget* window) {
+        window->findChild<QLineEdit*>(QStringLiteral("Text_PathDir"))->setText(QStringLiteral("C:\\other"));
+        Press(window, "Pul_Ok");
+    });
+    robot.WillPress("Dialog_Settings", "Pul_Ok");
+    Choose("mnu_Settings");
+    EXPECT_THAT(Shown(), Contains("Alpha (*)"));
+}
+
 TEST_F(PrincipaleCommands, NewStartsAnArchiveInAnEmptyFolder) {
     fs::create_directories(drive / "Fresh");
     robot.Will("Select main folder for new archive", [](QWidget* window) {
