@@ -1,9 +1,8 @@
 #include <gmock/gmock.h>
 
-#include <ctime>
-
 #include "foundation/files.h"
 #include "support/foundation_home.h"
+#include "support/local_time.h"
 
 namespace kelvash {
 namespace {
@@ -146,24 +145,11 @@ TEST(FormatSize, HasOneDecimal) {
     EXPECT_EQ(FormatSize(2000000000000000), "1862645.1 Gb");
 }
 
-// Seconds since 1970 of a local time.
-std::int64_t Local(int year, int month, int day, int hour, int minute, int second) {
-    std::tm time{};
-    time.tm_year = year - 1900;
-    time.tm_mon = month - 1;
-    time.tm_mday = day;
-    time.tm_hour = hour;
-    time.tm_min = minute;
-    time.tm_sec = second;
-    time.tm_isdst = -1;
-    return std::mktime(&time);
-}
-
 TEST_F(Trees, AskReplaceFileTellsBothFiles) {
     MakeFile(drive / "new.txt", std::string(2048, 'x'));
     MakeFile(drive / "old.txt", "12345");
-    ASSERT_TRUE(SetFileDate("C:\\new.txt", Local(2004, 12, 31, 23, 59, 58)));
-    ASSERT_TRUE(SetFileDate("C:\\old.txt", Local(2003, 2, 1, 4, 5, 6)));
+    ASSERT_TRUE(SetFileDate("C:\\new.txt", test::LocalSeconds(2004, 12, 31, 23, 59, 58)));
+    ASSERT_TRUE(SetFileDate("C:\\old.txt", test::LocalSeconds(2003, 2, 1, 4, 5, 6)));
     user.WillAnswer("Replace it?", "yes");
     EXPECT_TRUE(AskReplaceFile("C:\\new.txt", "C:\\old.txt"));
     EXPECT_THAT(user.Asked(), ElementsAre("Replace file: \r\n"

@@ -295,10 +295,8 @@ TEST_F(DialogGetDir, StaysOnItsDriveWhenAnotherIsNotReady) {
 }
 
 TEST_F(DialogGetDir, FollowsNoLinkIntoAFolderAboveIt) {
-    std::error_code error;
-    fs::create_directory_symlink(drive / "Games", drive / "Games" / "again", error);
-    fs::create_directory_symlink(drive / "Zips", drive / "Games" / "zips", error);
-    if (error) GTEST_SKIP() << "no links here: " << error.message();
+    fs::create_directory_symlink(drive / "Games", drive / "Games" / "again");
+    fs::create_directory_symlink(drive / "Zips", drive / "Games" / "zips");
     fs::create_directories(drive / "Zips" / "inside");
     Open("C:\\Games");
     QTreeWidgetItem* const games = form.Dir1->currentItem();

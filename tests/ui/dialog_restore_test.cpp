@@ -11,9 +11,6 @@
 namespace kelvash::test {
 namespace {
 
-using testing::Not;
-using testing::UnorderedElementsAre;
-
 class DialogRestore : public UiHome<SwapHome> {
   protected:
     DialogRestore() {

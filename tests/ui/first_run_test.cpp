@@ -20,10 +20,6 @@
 namespace kelvash::test {
 namespace {
 
-using testing::Contains;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace fs = std::filesystem;
 
 class FirstRun : public UiHome<TestHome> {

@@ -19,7 +19,6 @@ namespace kelvash::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class FormsUserPort : public UiHome<TestHome> {
   protected:

@@ -64,7 +64,7 @@ TEST_F(PrincipaleCommands, AGameThatDoesntStartIsTold) {
 TEST_F(PrincipaleCommands, AVanishedTrleFolderLeavesTheWindowUsable) {
     fs::remove_all(trle);
     core::SelectLevel(2);
-    robot.Will("", [](QWidget* box) { Press(box, "OK"); });
+    robot.WillPress("Error: I can't overwrite (or create) file: C:\\trle\\Kelvash.txt", "OK");
     robot.WillPress("Error while installing files to play new level", "OK");
     Press(&form, "Pul_Play");
     EXPECT_TRUE(form.centralWidget()->isEnabled());
