@@ -51,8 +51,4 @@ void PictureView::paintEvent(QPaintEvent*) {
     painter.drawPixmap(place, picture_);
 }
 
-void PictureView::mouseDoubleClickEvent(QMouseEvent*) {
-    Q_EMIT DoubleClicked();
-}
-
 } // namespace kelvash::ui

@@ -20,12 +20,8 @@ class PictureView final : public QWidget {
     QString Text() const { return text_; }
     QSize sizeHint() const override { return {320, 240}; }
 
-  Q_SIGNALS:
-    void DoubleClicked();
-
   private:
     void paintEvent(QPaintEvent* event) override;
-    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void Load();
 
     QString path_;
