@@ -1,0 +1,112 @@
+// Adding a level and changing its properties: the one door through which files become a level of the Archive.
+//
+// The files are gathered flat in one work folder, recognised, repaired where something is missing, and stored
+// in the level's FILES folder. NewLevel is the state of one open Dialog_NewLevel; the form shows its fields
+// and calls these procedures, and so does the command line without a form.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/records.h"
+
+namespace kelvash::intake {
+
+// A file of the work folder as it was at the beginning.
+struct FileStamp {
+    std::string Name;
+    std::int64_t Time = 0; // seconds since 1970, UTC
+    std::int64_t Size = 0; // bytes
+};
+
+enum class FormState { Open, Saved, Cancelled };
+
+struct NewLevel {
+    std::int32_t LevelIndex = -1; // place in the level table
+    std::string WorkFolder;       // whose files are shown and worked on
+    std::string LevelFilesFolder; // the level's own FILES
+    core::LevelRecord SavedRecord;
+    // True for the last level of the table: its properties run as those of a new level. That is meant.
+    bool IsNewLevel = false;
+    bool UsesTempFolder = false;
+    std::vector<FileStamp> Snapshot;
+    bool FilesChanged = false; // the files must be stored again
+    bool ConfigFound = false;
+    bool ConfigFromDatabase = false;
+    std::vector<std::string> FileList; // full paths
+    std::string LastZip;               // path of the zip that was added last
+    FormState State = FormState::Open; // the form closes when it isn't Open any more
+
+    // What the form shows; the first three are edited in it. MoreInfo is an index of MoreInfoChoices, whose
+    // first item is "< NONE >".
+    std::string Name;
+    std::string Note;
+    std::int32_t MoreInfo = 0;
+    std::vector<std::string> MoreInfoChoices;
+    std::string SizeText;
+    bool OnCd = false; // the files can't be changed
+};
+// A package file has been applied in the open dialog: another one is deleted unread.
+extern bool ConfigApplied;
+
+// The form over a level, shown modally; it returns when State isn't Open any more.
+using LevelForm = std::function<void(NewLevel&)>;
+
+// The command "Add new level": adds a record and its folders and opens the form, with the files of a zip if
+// one is given. A level that isn't saved goes again with its folder. True, with the level selected, if it was
+// saved.
+bool AddLevel(const std::string& zip, const LevelForm& form);
+// The command "Properties of current level" on the selected level.
+void ShowProperty(const LevelForm& form);
+// Adds each source (a zip, a folder or a file) as a level of its own without a form, questions apart, and
+// tells a summary at the end.
+void AddLevels(const std::vector<std::string>& sources);
+// What AddLevels does with the sources of one level: the form's part of a whole dialog.
+void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& sources);
+
+// Prepares the dialog for a level (ImpostaValori). State is Cancelled if the dialog must not open.
+void BeginLevel(NewLevel& level, std::int32_t index, const std::string& zip);
+// Unpacks zips that lie in the work folder and lists its files anew.
+void RefreshFileList(NewLevel& level);
+// Pul_Refresh: the same, then the package file.
+void Refresh(NewLevel& level);
+// Selects a document by the usual names of readme files, if none is selected.
+void PickMoreInfoFile(NewLevel& level);
+
+// Pul_AddFile and Pul_AddFolder ask for what to add; AddSource takes a zip, a folder or a file that was
+// dropped or typed. What can't be had is told; what arrived stays. False if something is missing.
+void AddFile(NewLevel& level);
+void AddFolder(NewLevel& level);
+bool AddSource(NewLevel& level, const std::string& path);
+
+// Items of FileList. Pul_Remove tells and asks; Pul_RimuoviTutti doesn't.
+void RemoveFile(NewLevel& level, std::int32_t item);
+void RemoveAllFiles(NewLevel& level);
+// Opens a file with the desktop's program; a stored one (.zl) is decompressed first.
+void OpenLevelFile(const NewLevel& level, std::int32_t item);
+
+// Pul_Ok: checks the level and stores it. State is Saved then, Open after a message if something is missing,
+// Cancelled if the user gave the level up.
+void StoreLevel(NewLevel& level);
+// Pul_Cancel: puts the record back and removes the temporary folder.
+void CancelLevel(NewLevel& level);
+
+// How the game is to reach a level without a script of its own. False if it can't. With an empty
+// `level_name` nothing is to be done; else it is the standard level to choose. May rename the .tr4 file,
+// after a question.
+[[nodiscard]] bool ResolveStartLevel(const std::string& folder, std::string& level_name);
+// Leaves one language file in a folder, after a question if there are several and none is the user's, and
+// completes the folder with the original script.dat.
+void ChooseLanguageFile(const std::string& folder);
+// Place in the table of a level that has a .tr4 file of the same name and size as one of this folder; -1 if
+// there is none.
+std::int32_t FindSameTr4(const std::string& folder, std::int32_t level_index, std::string& tr4_name);
+// Documents of a folder, in the order of the documentation masks.
+std::vector<std::string> ListDocumentFiles(std::string_view folder);
+// True for a file of the room editor's source form: known by its extension, or by a .tom or .wad beside it.
+bool IsLevelSourceFile(std::string_view path);
+
+} // namespace kelvash::intake
