@@ -4,6 +4,7 @@
 #include <chrono>
 #include <fstream>
 #include <memory>
+#include <set>
 
 #include "foundation/drives.h"
 #include "foundation/path.h"
@@ -228,6 +229,18 @@ bool CopyFiles(std::string_view source, std::string_view destination, Existing e
         if (existing == Existing::Ask && FileExists(target) && !AskReplaceFile(file, target)) continue;
         if (!CopyFile(file, target)) return false;
     }
+    return true;
+}
+
+bool MirrorFiles(std::string_view source, std::string_view destination) {
+    if (!FolderExists(source)) return false;
+    std::set<std::string> names;
+    for (const std::string& file : ListFiles(source, "*")) {
+        names.insert(FoldCase(FileNameOf(file)));
+        if (!CopyFileWhole(file, std::string(destination) + "\\" + FileNameOf(file))) return false;
+    }
+    for (const std::string& file : ListFiles(destination, "*"))
+        if (!names.contains(FoldCase(FileNameOf(file))) && !DeleteFile(file)) return false;
     return true;
 }
 

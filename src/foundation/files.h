@@ -79,6 +79,9 @@ enum class Existing { Replace, Ask };
 // Stops at the first failed copy with false.
 bool CopyFiles(std::string_view source, std::string_view destination, Existing existing,
                std::string_view mask);
+// Makes a folder hold the files of another one and no others, sub-folders apart. Each file holds its old
+// content or the whole new one at every instant. False at the first failure.
+[[nodiscard]] bool MirrorFiles(std::string_view source, std::string_view destination);
 // Deletes the files of a folder, then the folder. False if sub-folders are left in it.
 bool RemoveFolder(std::string_view path);
 

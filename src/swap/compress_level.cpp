@@ -24,7 +24,7 @@ void ShowLabel(const std::string& text) {
 bool ReplaceFiles(const std::string& source, const std::string& files, MessageId label) {
     if (EqualNoCase(source, files)) return true;
     ShowLabel(LoadMessage(label, {}));
-    const bool replaced = DeleteFiles(files, "*") && CopyFiles(source, files, Existing::Replace, "*");
+    const bool replaced = MirrorFiles(source, files);
     ShowLabel({});
     return replaced;
 }

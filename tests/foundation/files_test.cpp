@@ -314,6 +314,19 @@ TEST_F(Files, CopyFilesStopsAtTheFirstFailure) {
     EXPECT_FALSE(Exists(drive / "to" / "c.txt"));
 }
 
+TEST_F(Files, MirrorFilesLeavesJustTheFilesOfTheSource) {
+    MakeFile(drive / "from/New.txt", "new");
+    MakeFile(drive / "from/both.txt", "fresh");
+    MakeFile(drive / "to/BOTH.TXT", "stale");
+    MakeFile(drive / "to/old.txt", "old");
+    MakeFile(drive / "to/below/kept.txt", "kept");
+    EXPECT_TRUE(MirrorFiles("C:\\from", "C:\\to"));
+    EXPECT_EQ(ListFiles("C:\\to", "*"), (std::vector<std::string>{"C:\\to\\BOTH.TXT", "C:\\to\\New.txt"}));
+    EXPECT_EQ(BytesOf(drive / "to/BOTH.TXT"), "fresh");
+    EXPECT_EQ(BytesOf(drive / "to/below/kept.txt"), "kept");
+    EXPECT_FALSE(MirrorFiles("C:\\from", "C:\\missing"));
+}
+
 TEST_F(Files, RemoveFolderTakesItsFilesAndFailsOnSubFolders) {
     MakeFile(drive / "x" / "a", "");
     MakeFile(drive / "x" / "b", "");

@@ -1,0 +1,270 @@
+#include "intake/apply_config.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "core/archive.h"
+#include "core/profile.h"
+#include "core/start_up.h"
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "intake/work_folder.h"
+
+namespace kelvash::intake {
+
+bool ConfigApplied = false;
+
+namespace {
+
+std::string Text(MessageId id) {
+    return LoadMessage(id, {});
+}
+
+constexpr std::size_t kPair = 2;
+constexpr std::size_t kFour = 4;
+
+using Group = std::vector<std::string>;
+
+// The groups of a NUL list; those that were added and never filled in are left out.
+std::vector<Group> Groups(std::string_view list, std::size_t size) {
+    const std::vector<std::string> items = ConfigItems(list, size);
+    std::vector<Group> groups;
+    for (std::size_t i = 0; i + size <= items.size(); i += size) {
+        Group group;
+        for (std::size_t k = 0; k < size; ++k)
+            group.emplace_back(Trim(items[i + k]));
+        if (std::any_of(group.begin(), group.end(), [](const std::string& item) { return !item.empty(); }))
+            groups.push_back(std::move(group));
+    }
+    return groups;
+}
+
+// Names in a package file are names, not paths: what they say of folders is left out.
+std::string Inside(const std::string& folder, const std::string& name) {
+    return folder + "\\" + FileNameOf(name);
+}
+
+void CopyIfMissing(const std::string& source, const std::string& target) {
+    if (!FileExists(target)) CopyFile(source, target);
+}
+
+void TakeFields(NewLevel& level) {
+    core::LevelRecord& record = core::archive.Levels[static_cast<std::size_t>(level.LevelIndex)];
+    level.Name = Trim(LevelConfig.LevelName);
+    level.Note = Trim(LevelConfig.LevelNote);
+    record.Author = LevelConfig.AuthorName;
+    record.Emails = LevelConfig.AuthorEmails;
+    record.Sites = LevelConfig.AuthorSites;
+    record.AuthorNote = LevelConfig.AuthorMessage;
+    record.MoreInfoFile = LevelConfig.MoreInfoFile;
+}
+
+void SelectConfiguredDocument(NewLevel& level) {
+    const std::string name(Trim(LevelConfig.MoreInfoFile));
+    if (ContainsNoCase(level.MoreInfoChoices, name)) SelectMoreInfo(level, name);
+}
+
+// False if wads are missing that the level's conversion needs; they can't be fetched by the program itself.
+bool HasImportedWads() {
+    for (const Group& pair : Groups(LevelConfig.ImportWads, kPair)) {
+        if (WadsInstalled(pair[0], pair[1])) continue;
+        const std::string notes(Trim(LevelConfig.ImportNotes));
+        ShowMessage(MessageStyle::Exclamation,
+                    LoadMessage(MessageId::kConfigWadsMissing,
+                                {notes.empty() ? pair[0] : notes, kLineBreak, pair[1], kLineBreak}));
+        ShowMessage(MessageStyle::Exclamation, Text(MessageId::kConfigWithoutWads));
+        return false;
+    }
+    return true;
+}
+
+// An original CD that a wave can be taken from.
+struct OriginalCd {
+    std::string code;
+    std::string name;
+};
+
+const std::string* FindCdName(const std::vector<OriginalCd>& cds, const std::string& code) {
+    const auto found = std::find_if(cds.begin(), cds.end(),
+                                    [&](const OriginalCd& cd) { return EqualNoCase(cd.code, code); });
+    return found == cds.end() ? nullptr : &found->name;
+}
+
+std::vector<OriginalCd> OriginalCds() {
+    const std::vector<std::string> codes = Split(Text(MessageId::kExternCdCodes), '|');
+    const std::vector<std::string> names = Split(Text(MessageId::kExternCdNames), '|');
+    std::vector<OriginalCd> cds;
+    for (std::size_t i = 0; i < std::min(codes.size(), names.size()); ++i)
+        cds.push_back({codes[i], names[i]});
+    return cds;
+}
+
+// Has the CD inserted until the file is there; false if the user gives up.
+bool AskForCd(const std::string& source, const std::string& file, const std::string& cd) {
+    if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kExternHaveCd, {cd, kLineBreak})))
+        return false;
+    for (;;) {
+        const std::string text = LoadMessage(MessageId::kExternInsertCd, {cd}) + source.substr(0, 2);
+        if (TheUser().Ask(Buttons::OkCancel, MessageStyle::Exclamation, text) == Answer::Cancel) return false;
+        if (FileExists(source)) return true;
+        if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kExternRetry, {file, kLineBreak})))
+            return false;
+    }
+}
+
+// Where a wave comes from. It stays as it is when a group names no CD that is known; that is meant.
+struct WaveSource {
+    std::string path;
+    bool found = false;
+};
+
+void FindOnCd(const Group& group, const std::string& cd, WaveSource& source) {
+    source = {};
+    const std::vector<std::string> drives = CdDrives();
+    if (drives.empty() || !StaysInside("\\" + group[1])) return;
+    source.path = drives.front() + Text(MessageId::kExternAudioFolder) + group[1];
+    source.found = FileExists(source.path) || AskForCd(source.path, group[1], cd);
+}
+
+enum class Replacement { Use, Finished, None };
+
+// What stands for a wave that can't be had from its CD.
+Replacement FindReplacement(const std::string& folder, const Group& group, WaveSource& source) {
+    const bool same_name = EqualNoCase(group[3], group[2]);
+    for (const std::string& place :
+         {Inside(folder, group[3]),
+          core::TrleFolder() + Text(MessageId::kExternTrleAudio) + FileNameOf(group[3])}) {
+        if (!FileExists(place)) continue;
+        source.path = place;
+        return same_name ? Replacement::Finished : Replacement::Use;
+    }
+    return Replacement::None;
+}
+
+// The list of files is told the real size, as another edition's wave may differ from the author's.
+void CorrectListedSize(const std::string& target, const std::string& source) {
+    const auto bytes = std::min<std::int64_t>(FileSize(source), std::numeric_limits<std::int32_t>::max());
+    for (std::size_t i = 0; i < LevelConfig.FileNames.size() && i < LevelConfig.FileSizes.size(); ++i)
+        if (EqualNoCase(Trim(LevelConfig.FileNames[i]), FileNameOf(target)))
+            LevelConfig.FileSizes[i] = static_cast<std::int32_t>(bytes);
+}
+
+void ImportWave(const std::string& folder, const Group& group, WaveSource& source) {
+    if (!source.found) {
+        const Replacement replacement = FindReplacement(folder, group, source);
+        if (replacement == Replacement::Finished) return;
+        if (replacement == Replacement::None) {
+            TellCritical(Text(MessageId::kExternMissing) + group[1] + ")");
+            return;
+        }
+    }
+    ShowInfo(Text(MessageId::kExternImport) + group[1]);
+    const std::string target = Inside(folder, group[2]);
+    CorrectListedSize(target, source.path);
+    if (!CopyFile(source.path, target))
+        TellCritical(LoadMessage(MessageId::kAddFolderError, {source.path}) + folder + "]");
+}
+
+void ApplyFoundConfig(NewLevel& level) {
+    level.ConfigFound = true;
+    TakeFields(level);
+    SelectConfiguredDocument(level);
+    DeleteFile(level.WorkFolder + Text(MessageId::kConfigName));
+    RefreshFileList(level);
+    if (!HasImportedWads()) {
+        CancelLevel(level);
+        return;
+    }
+    ApplyDuplications(level.WorkFolder);
+    ApplyExternWaves(level.WorkFolder);
+    const std::string exe_kind(Trim(LevelConfig.ExeKind));
+    if (!exe_kind.empty())
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kConfigExeLevel, {exe_kind}));
+    ApplyUseWads(level.WorkFolder);
+    RefreshFileList(level);
+    SelectConfiguredDocument(level);
+    ConfigApplied = true;
+    ShowInfo({});
+    // An answer of No only keeps .tom sources from being converted at once.
+    static_cast<void>(CheckLevelConfigFiles(level, Loudness::Loud));
+}
+
+// What is wrong with a file of the list; empty if it is there in its size.
+std::string ListProblem(const std::string& folder, const std::string& name, std::int32_t size) {
+    const std::string path = folder + "\\" + name;
+    if (!FileExists(path)) return LoadMessage(MessageId::kConfigFileMissing, {name});
+    if (FileSize(path) != size) return LoadMessage(MessageId::kConfigFileSize, {name});
+    return {};
+}
+
+} // namespace
+
+void ApplyLevelConfig(NewLevel& level) {
+    const std::string path = level.WorkFolder + Text(MessageId::kConfigName);
+    if (!FileExists(path)) return;
+    if (ConfigApplied) {
+        DeleteFile(path);
+        RefreshFileList(level);
+    } else if (ReadLevelConfig(path)) {
+        ApplyFoundConfig(level);
+    }
+}
+
+bool CheckLevelConfigFiles(const NewLevel& level, Loudness loudness) {
+    if (!level.ConfigFound || level.ConfigFromDatabase) return true;
+    const std::size_t count = std::min(LevelConfig.FileNames.size(), LevelConfig.FileSizes.size());
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::string name(Trim(LevelConfig.FileNames[i]));
+        const std::string problem = ListProblem(level.WorkFolder, name, LevelConfig.FileSizes[i]);
+        if (problem.empty()) continue;
+        if (loudness == Loudness::Quiet ||
+            !AskYesNo(MessageStyle::Question,
+                      LoadMessage(MessageId::kConfigContinue, {problem + kLineBreak})))
+            return false;
+    }
+    return true;
+}
+
+bool WadsInstalled(const std::string& proof, const std::string& url) {
+    constexpr std::int64_t kSmallestRevisedWad = 3000001; // only this tells the revised wads from the first
+    if (FindNoCase(UrlFileName(url), Text(MessageId::kConfigRevisedWord)) != std::string::npos)
+        return FileSize(core::BackupFolder() + Text(MessageId::kConfigRevisedWad)) >= kSmallestRevisedWad;
+    return FileExists(core::TrleFolder() + Text(MessageId::kConfigWadsFolder) + "\\" + proof);
+}
+
+void ApplyDuplications(const std::string& folder) {
+    const std::vector<Group> pairs = Groups(LevelConfig.Duplications, kPair);
+    if (!pairs.empty()) ShowInfo(Text(MessageId::kConfigDuplication) + pairs.front()[0]);
+    for (const Group& pair : pairs)
+        for (const std::string& file : ListFiles(folder, pair[0]))
+            CopyIfMissing(file, Inside(folder, BaseNameOf(pair[1]) + ExtensionOf(FileNameOf(file))));
+}
+
+void ApplyExternWaves(const std::string& folder) {
+    const std::vector<OriginalCd> cds = OriginalCds();
+    WaveSource source;
+    for (const Group& group : Groups(LevelConfig.ExternWaves, kFour)) {
+        ShowInfo(Text(MessageId::kExternRequest) + group[1]);
+        if (const std::string* cd = FindCdName(cds, group[0]))
+            FindOnCd(group, *cd, source);
+        else
+            TellCritical(Text(MessageId::kExternUnknownCd) + group[0] + ")");
+        ImportWave(folder, group, source);
+    }
+}
+
+void ApplyUseWads(const std::string& folder) {
+    const std::string wads = core::TrleFolder() + Text(MessageId::kConfigWadsFolder);
+    for (const Group& pair : Groups(LevelConfig.UseWads, kPair)) {
+        std::vector<std::string> sources = ListFiles(wads, pair[1]);
+        if (sources.empty()) sources = ListFiles(folder, pair[1]);
+        for (const std::string& source : sources)
+            CopyIfMissing(source, Inside(folder, BaseNameOf(pair[0]) + ExtensionOf(FileNameOf(source))));
+    }
+}
+
+} // namespace kelvash::intake

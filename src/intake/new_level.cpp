@@ -1,0 +1,220 @@
+#include "intake/new_level.h"
+
+#include <algorithm>
+
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/profile.h"
+#include "core/sizes.h"
+#include "core/start_up.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "foundation/zip_module.h"
+#include "intake/apply_config.h"
+#include "intake/work_folder.h"
+#include "swap/compression.h"
+
+namespace kelvash::intake {
+
+namespace {
+
+std::string Text(MessageId id) {
+    return LoadMessage(id, {});
+}
+
+core::LevelRecord& RecordOf(const NewLevel& level) {
+    return core::archive.Levels[static_cast<std::size_t>(level.LevelIndex)];
+}
+
+bool RemoveTree(const std::string& folder) {
+    if (!FolderExists(folder)) return true;
+    ProgressDialog progress(BarPlace::ProgressDialog, Text(MessageId::kNewLevelRemoving));
+    return RemoveFolderTree(folder, progress.bar);
+}
+
+// Appends an empty record; the table keeps its spare one behind it. Gives its place.
+std::int32_t AppendRecord(std::int32_t code) {
+    core::ArchiveState& archive = core::archive;
+    const std::int32_t index = archive.Header.LevelCount++;
+    archive.Levels.resize(static_cast<std::size_t>(archive.Header.LevelCount) + 1);
+    archive.Levels[static_cast<std::size_t>(index)] = {};
+    archive.Levels[static_cast<std::size_t>(index)].Code = code;
+    return index;
+}
+
+void DropLastRecord() {
+    core::ArchiveState& archive = core::archive;
+    --archive.Header.LevelCount;
+    archive.Levels.resize(static_cast<std::size_t>(archive.Header.LevelCount) + 1);
+    archive.Levels.back() = {};
+}
+
+// The folder of the new level, empty: an older one of its number is left over from a level that was never
+// stored, or was removed from the Archive without its folder.
+bool MakeLevelFolder(const std::string& folder) {
+    if (RemoveTree(folder) && core::CreateLevelFolders(folder)) return true;
+    TellCritical(Text(MessageId::kNewLevelCannotCreate) + folder + "]");
+    return false;
+}
+
+bool CanAdd() {
+    if (core::ArchiveIsOpen()) return true;
+    TellCritical(Text(MessageId::kNewLevelNoArchive));
+    return false;
+}
+
+std::vector<FileStamp> StampFiles(const std::string& folder) {
+    std::vector<FileStamp> stamps;
+    for (const std::string& file : ListFiles(folder, "*"))
+        stamps.push_back({FileNameOf(file), FileTime(file).value_or(0), FileSize(file)});
+    return stamps;
+}
+
+// The level's files on disk or on their CD.
+std::string FilesOf(std::int32_t code) {
+    const std::string folder = core::LevelFolder(code, true);
+    if (!core::archive.CdMissing) return core::FilesFolder(folder);
+    ShowMessage(MessageStyle::Exclamation, Text(MessageId::kNewLevelCdMissing));
+    return core::FilesFolder(core::LevelFolder(code, false));
+}
+
+// Stored forms are undone for the dialog, unless the user has the properties shown without that. False after
+// a message.
+bool OpenWorkFolder(NewLevel& level) {
+    level.WorkFolder = level.LevelFilesFolder;
+    if (!core::archive.Header.CompressFiles || level.OnCd) return true;
+    if (core::profile.NoDecompress && AnyFile(level.LevelFilesFolder, "*")) return true;
+    std::string temp;
+    if (!swap::DecompressLevelFiles(level.LevelFilesFolder, temp, false)) {
+        TellCritical(Text(MessageId::kNewLevelDecompressing));
+        return false;
+    }
+    level.WorkFolder = temp.empty() ? swap::CopyToTempDec(level.LevelFilesFolder) : temp;
+    level.UsesTempFolder = true;
+    return true;
+}
+
+std::string SizeOfRecord(const core::LevelRecord& record) {
+    const auto total = static_cast<std::int64_t>(record.FilesSize) + record.SavesSize;
+    return Text(MessageId::kNewLevelSize) + FormatSize(record.FilesSize) +
+           Text(MessageId::kNewLevelSizePlus) + FormatSize(record.SavesSize) +
+           Text(MessageId::kNewLevelSizeEquals) + FormatSize(total);
+}
+
+void TakeFirstZip(NewLevel& level, const std::string& zip) {
+    if (!AddFileOrZip(zip, level.WorkFolder, Through::Direct)) {
+        TellCritical(Text(MessageId::kNewLevelUnzipError) + zip);
+        RefreshFileList(level);
+        return;
+    }
+    level.LastZip = zip;
+    level.Name = BaseNameOf(zip);
+    RefreshFileList(level);
+    PickMoreInfoFile(level);
+    if (level.IsNewLevel) ApplyLevelConfig(level);
+}
+
+std::string SummaryOf(std::size_t added, std::size_t all, const std::vector<std::string>& left_out) {
+    std::string text = LoadMessage(MessageId::kAddedSummary, {std::to_string(added), std::to_string(all)});
+    if (left_out.empty()) return text;
+    text += kLineBreak + Text(MessageId::kAddedSummaryNot);
+    for (const std::string& source : left_out)
+        text += kLineBreak + source;
+    return text;
+}
+
+} // namespace
+
+void BeginLevel(NewLevel& level, std::int32_t index, const std::string& zip) {
+    ConfigApplied = false;
+    level = {};
+    level.LevelIndex = index;
+    core::LevelRecord& record = RecordOf(level);
+    level.SavedRecord = record;
+    level.IsNewLevel = index == core::archive.Header.LevelCount - 1;
+    level.OnCd = record.CdNumber != 0;
+    level.LevelFilesFolder = FilesOf(record.Code);
+    if (!OpenWorkFolder(level)) {
+        level.State = FormState::Cancelled;
+        return;
+    }
+    level.Snapshot = StampFiles(level.WorkFolder);
+    level.FilesChanged = level.IsNewLevel;
+    RefreshFileList(level);
+    level.Name = Trim(record.Name);
+    level.Note = Trim(record.Note);
+    SelectMoreInfo(level, Trim(record.MoreInfoFile));
+    level.SizeText = SizeOfRecord(record);
+    if (!zip.empty()) TakeFirstZip(level, zip);
+}
+
+void CancelLevel(NewLevel& level) {
+    if (level.UsesTempFolder) {
+        ShowInfo(Text(MessageId::kRemovingTemp));
+        RemoveFolder(level.WorkFolder);
+        ShowInfo({});
+    }
+    RecordOf(level) = level.SavedRecord;
+    level.State = FormState::Cancelled;
+}
+
+bool AddLevel(const std::string& zip, const LevelForm& form) {
+    if (!CanAdd()) return false;
+    const std::int32_t code = core::NextLevelCode();
+    const std::string folder = core::LevelFolder(code, false);
+    if (!MakeLevelFolder(folder)) return false;
+    NewLevel level;
+    BeginLevel(level, AppendRecord(code), zip);
+    if (level.State == FormState::Open) form(level);
+    if (level.State == FormState::Saved) {
+        core::ArchiveTouched();
+        core::RefreshLevelList();
+        core::SelectLevel(code);
+        return true;
+    }
+    DropLastRecord();
+    if (!RemoveTree(folder)) TellCritical(Text(MessageId::kNewLevelCannotRemove) + folder);
+    return false;
+}
+
+void ShowProperty(const LevelForm& form) {
+    const std::int32_t index = core::LevelIndex(core::SelectedLevel());
+    if (index < 0) {
+        ShowMessage(MessageStyle::Exclamation, Text(MessageId::kExportNoLevel));
+        return;
+    }
+    NewLevel level;
+    BeginLevel(level, index, {});
+    if (level.State == FormState::Open) form(level);
+    core::ArchiveTouched();
+    core::RefreshLevelList();
+}
+
+void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& sources) {
+    for (const std::string& source : sources)
+        if (level.State == FormState::Open && !AddSource(level, source)) break;
+    if (level.State == FormState::Open && Trim(level.Name).empty() && !sources.empty())
+        level.Name =
+            FolderExists(sources.front()) ? FileNameOf(sources.front()) : BaseNameOf(sources.front());
+    if (level.State == FormState::Open) StoreLevel(level);
+    if (level.State == FormState::Open) CancelLevel(level);
+}
+
+void AddLevels(const std::vector<std::string>& sources) {
+    if (!CanAdd()) return;
+    std::size_t added = 0;
+    std::vector<std::string> left_out;
+    for (const std::string& source : sources) {
+        const bool taken = AddLevel({}, [&](NewLevel& level) { TakeSourcesAndStore(level, {source}); });
+        if (taken)
+            ++added;
+        else
+            left_out.push_back(source);
+    }
+    ShowMessage(MessageStyle::Plain, SummaryOf(added, sources.size(), left_out));
+}
+
+} // namespace kelvash::intake

@@ -1,0 +1,180 @@
+// How a level without a script of its own is reached in the game, its language file, and what its files are.
+#include <algorithm>
+#include <array>
+#include <optional>
+
+#include "core/start_up.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "intake/new_level.h"
+
+namespace kelvash::intake {
+
+namespace {
+
+std::string Text(MessageId id) {
+    return LoadMessage(id, {});
+}
+
+std::string Quoted(const std::string& name) {
+    return '"' + name + '"';
+}
+
+// A level that the Level Editor ships: the game's own script knows it.
+struct StandardLevel {
+    std::string name;
+    std::string file;
+};
+
+std::vector<StandardLevel> StandardLevels() {
+    const std::vector<std::string> names = Split(Text(MessageId::kStandardLevelNames), '|');
+    const std::vector<std::string> files = Split(Text(MessageId::kStandardLevelFiles), '|');
+    std::vector<StandardLevel> levels;
+    for (std::size_t i = 0; i < std::min(names.size(), files.size()); ++i)
+        levels.push_back({names[i], files[i]});
+    return levels;
+}
+
+// The first standard level that a document names.
+std::optional<StandardLevel> NamedInDocuments(const std::string& folder,
+                                              const std::vector<StandardLevel>& levels) {
+    for (const std::string& document : ListDocumentFiles(folder)) {
+        const std::string text = ReadWholeFile(document);
+        for (const StandardLevel& level : levels)
+            if (FindNoCase(text, level.file) != std::string::npos) return level;
+    }
+    return std::nullopt;
+}
+
+bool RenameLevelFile(const std::string& tr4, const std::string& name) {
+    if (RenameFile(tr4, FolderOf(tr4) + "\\" + name)) return true;
+    TellCritical(LoadMessage(MessageId::kCannotRenameTr4, {FileNameOf(tr4)}) + name + "'");
+    return false;
+}
+
+bool RenameAfterDocument(const std::string& tr4, const StandardLevel& level, std::string& level_name) {
+    const std::string old = Quoted(FileNameOf(tr4));
+    const std::string question = LoadMessage(MessageId::kRenameTr4Question, {old, kLineBreak, old}) +
+                                 Quoted(level.file) + Text(MessageId::kRenameTr4QuestionEnd);
+    if (!AskYesNo(MessageStyle::Question, question) || !RenameLevelFile(tr4, level.file)) return false;
+    level_name = level.name;
+    return true;
+}
+
+bool RenameAfterNumber(const std::string& tr4, const std::vector<StandardLevel>& levels,
+                       std::string& level_name) {
+    if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kMissingDatQuestion,
+                                                      {kLineBreak, kLineBreak, kLineBreak, kLineBreak})))
+        return false;
+    std::vector<std::string> choices;
+    for (std::size_t i = 0; i < levels.size(); ++i)
+        choices.push_back(std::to_string(i + 1) + "=" + levels[i].name);
+    const std::optional<std::string> typed = TheUser().Input(
+        Text(MessageId::kRenameTr4Title), Text(MessageId::kRenameTr4Input) + kLineBreak + Join(choices, ", "),
+        Text(MessageId::kRenameTr4Default));
+    const std::optional<std::int32_t> number = WholeNumber(Trim(typed.value_or("")));
+    if (!number || *number < 1 || *number > static_cast<std::int32_t>(levels.size())) return false;
+    const StandardLevel& level = levels[static_cast<std::size_t>(*number) - 1];
+    if (!RenameLevelFile(tr4, level.file)) return false;
+    level_name = level.name;
+    return true;
+}
+
+bool IsScriptDat(const std::string& path) {
+    return EqualNoCase(FileNameOf(path), Text(MessageId::kIntakeScriptDat));
+}
+
+// Language files of a folder; script.dat is none.
+std::vector<std::string> LanguageFiles(const std::string& folder) {
+    std::vector<std::string> files = ListFiles(folder, Text(MessageId::kIntakeDatMask));
+    std::erase_if(files, IsScriptDat);
+    return files;
+}
+
+void CompleteScript(const std::string& folder) {
+    const std::vector<std::string> files = ListFiles(folder, Text(MessageId::kIntakeDatMask));
+    if (std::any_of(files.begin(), files.end(), IsScriptDat)) return;
+    const std::string script = Text(MessageId::kBackupScript);
+    CopyFile(core::BackupFolder() + script, folder + script);
+}
+
+// The place of the language to keep; asks until one is named.
+std::size_t AskLanguage(const std::vector<std::string>& files) {
+    const std::string count = std::to_string(files.size());
+    std::string text = LoadMessage(MessageId::kLanguageInput, {count}) + count + ")";
+    for (std::size_t i = 0; i < files.size(); ++i)
+        text += kLineBreak + std::to_string(i + 1) + "=" + FileNameOf(files[i]);
+    for (;;) {
+        const std::optional<std::string> typed =
+            TheUser().Input(Text(MessageId::kLanguageTitle), text, Text(MessageId::kLanguageDefault));
+        // Nobody answers, as on a command line without answers: the proposed one.
+        if (!typed) return 0;
+        const std::int32_t number = WholeNumber(Trim(*typed)).value_or(0);
+        if (number >= 1 && number <= static_cast<std::int32_t>(files.size()))
+            return static_cast<std::size_t>(number) - 1;
+    }
+}
+
+std::size_t PickLanguage(const std::vector<std::string>& files) {
+    const std::vector<std::string> own = LanguageFiles(core::BackupFolder());
+    if (!own.empty())
+        for (std::size_t i = 0; i < files.size(); ++i)
+            if (EqualNoCase(FileNameOf(files[i]), FileNameOf(own.front()))) return i;
+    return AskLanguage(files);
+}
+
+} // namespace
+
+bool ResolveStartLevel(const std::string& folder, std::string& level_name) {
+    level_name.clear();
+    if (AnyFile(folder, Text(MessageId::kIntakeDatMask))) return true;
+    const std::vector<std::string> tr4 = ListFiles(folder, Text(MessageId::kIntakeTr4Mask));
+    if (tr4.empty()) return true;
+    if (tr4.size() > 1) return false;
+    const std::vector<StandardLevel> levels = StandardLevels();
+    for (const StandardLevel& level : levels)
+        if (EqualNoCase(FileNameOf(tr4.front()), level.file)) {
+            level_name = level.name;
+            return true;
+        }
+    const std::optional<StandardLevel> named = NamedInDocuments(folder, levels);
+    return named ? RenameAfterDocument(tr4.front(), *named, level_name)
+                 : RenameAfterNumber(tr4.front(), levels, level_name);
+}
+
+void ChooseLanguageFile(const std::string& folder) {
+    CompleteScript(folder);
+    const std::vector<std::string> files = LanguageFiles(folder);
+    if (files.size() < 2) return;
+    const std::size_t kept = PickLanguage(files);
+    for (std::size_t i = 0; i < files.size(); ++i)
+        if (i != kept) DeleteFile(files[i]);
+}
+
+std::vector<std::string> ListDocumentFiles(std::string_view folder) {
+    const std::vector<std::string> excluded = Split(Text(MessageId::kNoDocuments), '|');
+    std::vector<std::string> documents;
+    for (const std::string& mask : Split(Text(MessageId::kDocumentMasks), '|'))
+        for (const std::string& file : ListFiles(folder, mask))
+            if (std::none_of(excluded.begin(), excluded.end(),
+                             [&](const std::string& name) { return EqualNoCase(FileNameOf(file), name); }))
+                documents.push_back(file);
+    return documents;
+}
+
+bool IsLevelSourceFile(std::string_view path) {
+    const std::string extension = ExtensionOf(FileNameOf(path));
+    for (const std::string& source : Split(Text(MessageId::kSourceExtensions), '|'))
+        if (EqualNoCase(extension, source)) return true;
+    constexpr std::array<std::string_view, 2> kBesideSources = {".tga", ".txt"};
+    constexpr std::array<std::string_view, 2> kSources = {".tom", ".wad"};
+    const auto is = [&](std::string_view other) { return EqualNoCase(extension, other); };
+    const auto stands = [&](std::string_view other) { return FileExists(ReplaceExtension(path, other)); };
+    return std::any_of(kBesideSources.begin(), kBesideSources.end(), is) &&
+           std::any_of(kSources.begin(), kSources.end(), stands);
+}
+
+} // namespace kelvash::intake

@@ -1,0 +1,241 @@
+// Pul_Ok of the dialog: the checks that a level must pass, and its storing.
+#include <algorithm>
+#include <optional>
+
+#include "core/archive.h"
+#include "core/profile.h"
+#include "core/sizes.h"
+#include "core/tr4_info.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "intake/new_level.h"
+#include "intake/work_folder.h"
+#include "media/media_config.h"
+#include "swap/compression.h"
+#include "swap/marker.h"
+
+namespace kelvash::intake {
+
+namespace {
+
+std::string Text(MessageId id) {
+    return LoadMessage(id, {});
+}
+
+std::string Quoted(std::string_view name) {
+    return '"' + std::string(name) + '"';
+}
+
+core::LevelRecord& RecordOf(const NewLevel& level) {
+    return core::archive.Levels[static_cast<std::size_t>(level.LevelIndex)];
+}
+
+bool Has(const NewLevel& level, MessageId mask) {
+    return AnyFile(level.WorkFolder, Text(mask));
+}
+
+bool TakeName(NewLevel& level) {
+    level.Name = Trim(level.Name);
+    if (level.Name.empty()) {
+        TellCritical(Text(MessageId::kNameMissing));
+        return false;
+    }
+    RecordOf(level).Name = level.Name;
+    return true;
+}
+
+// No decoder and no converter is built in: a level that needs one is told so, and its files stay.
+bool AudioIsReady(const NewLevel& level) {
+    if (level.OnCd || !level.IsNewLevel || core::archive.Header.EncodeWavInMp3 ||
+        !Has(level, MessageId::kIntakeMp3Mask))
+        return true;
+    TellCritical(LoadMessage(MessageId::kMp3NotDecoded, {kLineBreak}));
+    return false;
+}
+
+bool SourcesAreConverted(const NewLevel& level) {
+    if (level.OnCd || !Has(level, MessageId::kIntakeTomMask)) return true;
+    const std::string question = LoadMessage(MessageId::kTomQuestion, {kLineBreak});
+    if (TheUser().Ask(Buttons::OkCancel, MessageStyle::Question, question) == Answer::Ok)
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kTomNotConverted, {kLineBreak}));
+    return false;
+}
+
+bool HasLevelFile(const NewLevel& level) {
+    if (level.OnCd || level.LevelIndex == 0 || Has(level, MessageId::kIntakeTr4Mask) ||
+        Has(level, MessageId::kIntakeTr4ZlMask))
+        return true;
+    TellCritical(LoadMessage(MessageId::kMissingTr4File, {kLineBreak, kLineBreak}));
+    return false;
+}
+
+bool FindStart(NewLevel& level) {
+    std::string name;
+    if (!level.OnCd && !ResolveStartLevel(level.WorkFolder, name)) {
+        TellCritical(LoadMessage(MessageId::kMissingDatFile, {kLineBreak, kLineBreak}));
+        return false;
+    }
+    if (!name.empty() && AskYesNo(MessageStyle::Question,
+                                  LoadMessage(MessageId::kStandardNoteQuestion, {Quoted(name) + kLineBreak})))
+        level.Note = Text(MessageId::kStandardNote) + name;
+    return true;
+}
+
+// False, with the dialog cancelled, if the user doesn't want a level that the Archive has already.
+bool AcceptEqual(NewLevel& level) {
+    if (!core::profile.CheckEqualLevels || !level.IsNewLevel || level.OnCd) return true;
+    ShowInfo(Text(MessageId::kVerifyEqual));
+    std::string tr4;
+    const std::int32_t equal = FindSameTr4(level.WorkFolder, level.LevelIndex, tr4);
+    ShowInfo({});
+    if (equal < 0) return true;
+    const std::string other(Trim(core::archive.Levels[static_cast<std::size_t>(equal)].Name));
+    if (AskYesNo(MessageStyle::Question,
+                 LoadMessage(MessageId::kEqualQuestion, {Quoted(tr4), Quoted(other) + kLineBreak})))
+        return true;
+    CancelLevel(level);
+    return false;
+}
+
+bool SameBytes(const std::string& a, const std::string& b) {
+    return FileSize(a) == FileSize(b) && ReadFileBytes(a) == ReadFileBytes(b);
+}
+
+// Copies a file of the level beside the player's own ones, none of which is replaced without a question.
+bool CopyBeside(const std::string& file, const std::string& folder) {
+    const std::string target = folder + "\\" + FileNameOf(file);
+    if (FileExists(target) && (SameBytes(file, target) || !AskReplaceFile(file, target))) return true;
+    return CopyFile(file, target);
+}
+
+// While a level is in TRLE its savegames live there; what is put into its stash would go with the next swap.
+bool MoveSavegames(const NewLevel& level) {
+    const std::int32_t code = RecordOf(level).Code;
+    const std::string stash = core::StashFolder(core::LevelFolder(code, false));
+    const std::string target = code != 0 && swap::CurrentLevelCode() == code ? core::TrleFolder() : stash;
+    for (const std::string& file : ListFiles(level.WorkFolder, Text(MessageId::kIntakeSavegameMask))) {
+        if (!CopyBeside(file, target)) return false;
+        DeleteFile(file);
+    }
+    return true;
+}
+
+// The game and the media events need some pictures where they are; all others are screenshots.
+bool MovePictures(const NewLevel& level) {
+    const std::string target = core::ScreenshotsFolder(core::LevelFolder(RecordOf(level).Code, false));
+    const std::vector<std::string> media = media::ListMediaFiles(level.WorkFolder);
+    const std::vector<std::string> load_screens = Split(Text(MessageId::kLoadScreens), '|');
+    for (const std::string& mask : Split(Text(MessageId::kIntakePictureMasks), '|'))
+        for (const std::string& file : ListFiles(level.WorkFolder, mask)) {
+            if (ContainsNoCase(media, FileNameOf(file))) continue;
+            if (!CopyBeside(file, target)) return false;
+            if (!ContainsNoCase(load_screens, FileNameOf(file))) DeleteFile(file);
+        }
+    return true;
+}
+
+bool SortOutFiles(const NewLevel& level) {
+    if (level.OnCd) return true;
+    if (!MoveSavegames(level) || !MovePictures(level)) {
+        TellCritical(Text(MessageId::kCannotMoveSaves) + core::LevelFolder(RecordOf(level).Code, false));
+        return false;
+    }
+    for (const std::string& name : Split(Text(MessageId::kIntakeHelpers), '|'))
+        DeleteFile(level.WorkFolder + name);
+    // One that couldn't be read is still there; a package file never enters the Archive.
+    DeleteFile(level.WorkFolder + Text(MessageId::kConfigName));
+    return true;
+}
+
+bool DiffersFromSnapshot(const NewLevel& level) {
+    const std::vector<std::string> files = ListFiles(level.WorkFolder, "*");
+    if (files.size() != level.Snapshot.size()) return true;
+    // Both are in the order of ListFiles.
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const FileStamp& stamp = level.Snapshot[i];
+        if (!EqualNoCase(stamp.Name, FileNameOf(files[i])) || stamp.Size != FileSize(files[i]) ||
+            stamp.Time != FileTime(files[i]).value_or(0))
+            return true;
+    }
+    return false;
+}
+
+bool CopyPlain(const NewLevel& level) {
+    ShowInfo(Text(MessageId::kPlainCopy));
+    const bool copied = MirrorFiles(level.WorkFolder, level.LevelFilesFolder);
+    ShowInfo({});
+    if (!copied) TellCritical(Text(MessageId::kCannotStoreFiles) + level.LevelFilesFolder);
+    return copied;
+}
+
+bool StoreCompressed(const NewLevel& level) {
+    ShowInfo(Text(MessageId::kCopyCompress));
+    if (swap::CompressLevelFiles(level.WorkFolder, level.LevelIndex)) return true;
+    TellCritical(Text(MessageId::kCopyCompressError));
+    return !level.UsesTempFolder || CopyPlain(level);
+}
+
+bool StorePlain(const NewLevel& level) {
+    core::ListTr4(level.WorkFolder);
+    // Without it the level only isn't compared with others.
+    if (!core::Tr4List.empty()) static_cast<void>(core::WriteTr4Info(level.LevelIndex));
+    return !level.UsesTempFolder || CopyPlain(level);
+}
+
+void UpdateSizes(const NewLevel& level) {
+    const std::string folder = core::LevelFolder(RecordOf(level).Code, false);
+    const auto files = static_cast<double>(core::FilesBytes(folder));
+    const auto saves = static_cast<double>(core::SavesBytes(folder));
+    core::AddLevelSize(level.LevelIndex, files - RecordOf(level).FilesSize, core::SizeKind::Files);
+    core::AddLevelSize(level.LevelIndex, saves - RecordOf(level).SavesSize, core::SizeKind::Saves);
+}
+
+bool StoreFiles(const NewLevel& level) {
+    if (!level.FilesChanged || level.OnCd) return true;
+    const core::ArchiveHeader& header = core::archive.Header;
+    if (!(header.CompressFiles || header.EncodeWavInMp3 ? StoreCompressed(level) : StorePlain(level)))
+        return false;
+    UpdateSizes(level);
+    return true;
+}
+
+} // namespace
+
+void StoreLevel(NewLevel& level) {
+    if (!TakeName(level) || !AudioIsReady(level) || !SourcesAreConverted(level) || !HasLevelFile(level) ||
+        !FindStart(level))
+        return;
+    // Level 0000 is the original configuration: nothing in it is a level's choice.
+    if (level.IsNewLevel && !level.OnCd && level.LevelIndex != 0) ChooseLanguageFile(level.WorkFolder);
+    RecordOf(level).Note = Trim(level.Note);
+    if (!AcceptEqual(level)) return;
+    RecordOf(level).MoreInfoFile = MoreInfoName(level);
+    if (!SortOutFiles(level)) return;
+    level.FilesChanged = level.FilesChanged || DiffersFromSnapshot(level);
+    if (!StoreFiles(level)) return;
+    if (level.UsesTempFolder) {
+        ShowInfo(Text(MessageId::kRemovingTemp));
+        RemoveFolder(level.WorkFolder);
+        ShowInfo({});
+    }
+    level.State = FormState::Saved;
+}
+
+std::int32_t FindSameTr4(const std::string& folder, std::int32_t level_index, std::string& tr4_name) {
+    const std::int32_t code = core::archive.Levels[static_cast<std::size_t>(level_index)].Code;
+    core::ListTr4(folder);
+    if (core::Tr4List.empty() && !core::ReadTr4Info(code)) return -1;
+    const std::vector<core::Tr4Info> files = core::Tr4List;
+    Bar bar{BarPlace::CallerForm, -1};
+    core::EqualLevel equal;
+    const bool found = core::CheckEqualLevels(files, code, equal, &bar);
+    TheUser().SetBar(BarPlace::CallerForm, 0);
+    if (!found) return -1;
+    tr4_name = Trim(equal.FileName);
+    return core::LevelIndex(equal.Code);
+}
+
+} // namespace kelvash::intake
