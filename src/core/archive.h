@@ -73,6 +73,8 @@ bool SaveArchive();
 
 // Asks for a new place of a missing main or secondary folder. False if the user gives up.
 [[nodiscard]] bool CheckArchiveFolders();
+// The record of level 0000 as every new Archive has it.
+LevelRecord LevelZero();
 // The first file name LevelArchive.kva, LevelArchive2.kva, ... of the application's folder that is free; the
 // hundredth if none is.
 std::string DefaultArchivePath();

@@ -33,6 +33,8 @@ std::string FirstDocument(const std::string& folder) {
     return {};
 }
 
+} // namespace
+
 LevelRecord LevelZero() {
     LevelRecord level;
     level.Name = LoadMessage(MessageId::kLevelZeroName, {});
@@ -43,6 +45,8 @@ LevelRecord LevelZero() {
     level.MoreInfoFile = FirstDocument(FilesFolder(LevelFolder(0, false)));
     return level;
 }
+
+namespace {
 
 std::string DefaultLevelFolder(std::string_view drive) {
     std::string folder;

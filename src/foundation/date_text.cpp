@@ -1,5 +1,7 @@
 #include "foundation/date_text.h"
 
+#include <chrono>
+
 #include "foundation/platform/platform.h"
 #include "foundation/text.h"
 
@@ -41,6 +43,18 @@ std::string FormatDate(std::string_view pattern, std::int64_t seconds) {
         i = end;
     }
     return text;
+}
+
+double DayCount(std::int64_t seconds) {
+    constexpr double kSecondsADay = 86400;
+    const platform::LocalTime time = platform::ToLocalTime(seconds);
+    const std::chrono::sys_days day = std::chrono::year(time.year) /
+                                      std::chrono::month(static_cast<unsigned>(time.month)) /
+                                      std::chrono::day(static_cast<unsigned>(time.day));
+    constexpr std::chrono::sys_days kDayZero =
+        std::chrono::year(1899) / std::chrono::December / std::chrono::day(30);
+    const int second = (time.hour * 60 + time.minute) * 60 + time.second;
+    return static_cast<double>((day - kDayZero).count()) + second / kSecondsADay;
 }
 
 } // namespace kelvash

@@ -11,4 +11,7 @@ namespace kelvash {
 // y, h, n (minutes) and s stand for the number in as many digits; everything else stands as it is.
 std::string FormatDate(std::string_view pattern, std::int64_t seconds);
 
+// The same local time as the days since 1899-12-30, the date format of records.
+double DayCount(std::int64_t seconds);
+
 } // namespace kelvash

@@ -67,6 +67,15 @@ void ScanFolder(const std::string& folder, Tree& tree) {
     }
 }
 
+bool CopyAsked(std::string_view source, std::string_view destination, const platform::GoOn& go_on) {
+    const fs::path from = NativePath(source);
+    const fs::path to = NativePath(destination);
+    std::error_code error;
+    if (fs::equivalent(from, to, error)) return true; // deleting the destination first would lose both
+    DeleteFile(destination);
+    return platform::CopyContent(from, to, go_on);
+}
+
 } // namespace
 
 bool FileExists(std::string_view path) {
@@ -103,12 +112,19 @@ bool DeleteFile(std::string_view path) {
 }
 
 bool CopyFile(std::string_view source, std::string_view destination) {
-    const fs::path from = NativePath(source);
-    const fs::path to = NativePath(destination);
-    std::error_code error;
-    if (fs::equivalent(from, to, error)) return true; // deleting the destination first would lose both
-    DeleteFile(destination);
-    return platform::CopyContent(from, to);
+    return CopyAsked(source, destination, [] { return true; });
+}
+
+bool CopyFileStoppable(std::string_view source, std::string_view destination) {
+    constexpr std::chrono::milliseconds kInterval{50};
+    auto looked = std::chrono::steady_clock::now();
+    return CopyAsked(source, destination, [&] {
+        const auto now = std::chrono::steady_clock::now();
+        if (now - looked < kInterval) return true;
+        looked = now;
+        TheUser().PumpEvents();
+        return !TheUser().StopRequested();
+    });
 }
 
 bool RenameFile(std::string_view old_path, std::string_view new_path) {

@@ -29,6 +29,9 @@ bool DeleteFile(std::string_view path);
 // Deletes an existing destination first, read-only or not. The copy keeps the modification time. False if the
 // copy failed; the destination is gone then.
 bool CopyFile(std::string_view source, std::string_view destination);
+// The same for long copies that the user may stop: the interface is looked after meanwhile. After a stop it
+// is false and TheUser().StopRequested() true.
+bool CopyFileStoppable(std::string_view source, std::string_view destination);
 // Renames within one drive; a file of the new name is replaced.
 bool RenameFile(std::string_view old_path, std::string_view new_path);
 // As CopyFile, but the destination holds its old content or the whole new one at every instant, also when the
@@ -100,8 +103,8 @@ std::int64_t TreeSize(std::string_view root, std::string_view mask);
 
 enum class FilesFolders { Copy, Skip };
 // Copies a tree into `destination`, which is made. With Skip every path that holds "\files\" stays behind.
-// Shows its own critical message on failure and gives false. CopyTree with `show` opens the progress dialog;
-// CopyTreeShown uses the caller's bar. Bars go by bytes.
+// Shows its own critical message on failure and gives false; a stop gives false without a message. CopyTree
+// with `show` opens the progress dialog; CopyTreeShown uses the caller's bar. Bars go by bytes.
 [[nodiscard]] bool CopyTree(std::string_view source, std::string_view destination, bool show,
                             Existing existing, FilesFolders skip);
 [[nodiscard]] bool CopyTreeShown(std::string_view source, std::string_view destination, Bar& bar,

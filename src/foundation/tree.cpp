@@ -61,7 +61,10 @@ bool CopyTreeWith(std::string_view source, std::string_view destination, Bar* ba
         }
         const std::string target = target_root + relative;
         if (existing == Existing::Ask && FileExists(target) && !AskReplaceFile(file, target)) continue;
-        if (!CopyFile(file, target)) {
+        TheUser().PumpEvents();
+        if (TheUser().StopRequested()) return false;
+        if (!CopyFileStoppable(file, target)) {
+            if (TheUser().StopRequested()) return false;
             TellCritical(LoadMessage(failure, {file}) + target + "'");
             return false;
         }

@@ -47,4 +47,13 @@ enum class ZipProgress { Silent, Shown };
                                  std::vector<std::string>& entries, Wipe wipe, ZipFolders folders,
                                  ZipProgress progress, Bar& bar, std::string& message);
 
+class UnzipClass;
+// Sets the properties for an extraction of everything, with existing files replaced.
+void UnzipSettings(std::string_view archive, std::string_view destination, ZipFolders folders,
+                   UnzipClass& unzip);
+
+// Extracts with the outside tool unzip.exe of the application's folder, for archives that need it. A missing
+// tool and its failure are told.
+[[nodiscard]] bool UnzipWithTool(std::string_view archive, std::string_view destination, Bar& bar);
+
 } // namespace kelvash

@@ -112,9 +112,8 @@ void TakeFirstZip(NewLevel& level, const std::string& zip) {
     }
     level.LastZip = zip;
     level.Name = BaseNameOf(zip);
-    RefreshFileList(level);
+    Refresh(level);
     PickMoreInfoFile(level);
-    if (level.IsNewLevel) ApplyLevelConfig(level);
 }
 
 std::string SummaryOf(std::size_t added, std::size_t all, const std::vector<std::string>& left_out) {
@@ -194,12 +193,14 @@ void ShowProperty(const LevelForm& form) {
 }
 
 void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& sources) {
-    for (const std::string& source : sources)
-        if (level.State == FormState::Open && !AddSource(level, source)) break;
-    if (level.State == FormState::Open && Trim(level.Name).empty() && !sources.empty())
+    const bool added = std::all_of(sources.begin(), sources.end(), [&](const std::string& source) {
+        return level.State == FormState::Open && AddSource(level, source);
+    });
+    if (level.State != FormState::Open) return;
+    if (Trim(level.Name).empty() && !sources.empty())
         level.Name =
             FolderExists(sources.front()) ? FileNameOf(sources.front()) : BaseNameOf(sources.front());
-    if (level.State == FormState::Open) StoreLevel(level);
+    if (added) StoreLevel(level);
     if (level.State == FormState::Open) CancelLevel(level);
 }
 

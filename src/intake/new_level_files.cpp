@@ -72,6 +72,14 @@ bool Unzip(const std::string& zip, const std::string& folder, ZipFolders folders
     return Unpack(zip, folder, MessageId::kAddUnzipping, folders, entries);
 }
 
+// A stop by the user is no error.
+void TellUnlessStopped(const std::string& error) {
+    if (TheUser().StopRequested())
+        ShowMessage(MessageStyle::Exclamation, Text(MessageId::kAddStopped));
+    else
+        TellCritical(error);
+}
+
 // Of two files of one name in a tree, the first that came stays unless the user wants the other.
 bool MayTake(const std::string& file, const std::string& target, std::set<std::string>& taken) {
     if (taken.insert(FoldCase(FileNameOf(target))).second) return true;
@@ -89,11 +97,11 @@ bool CopyFlat(const std::vector<std::string>& files, const std::string& folder) 
         progress.Label(FileNameOf(file));
         TheUser().PumpEvents();
         if (TheUser().StopRequested()) {
-            ShowMessage(MessageStyle::Exclamation, Text(MessageId::kAddStopped));
+            TellUnlessStopped({});
             return false;
         }
-        if (MayTake(file, target, taken) && !CopyFile(file, target)) {
-            TellCritical(LoadMessage(MessageId::kAddFolderError, {file}) + folder + "]");
+        if (MayTake(file, target, taken) && !CopyFileStoppable(file, target)) {
+            TellUnlessStopped(LoadMessage(MessageId::kAddFolderError, {file}) + folder + "]");
             return false;
         }
         ProgressPercent(progress.bar, ++done, static_cast<double>(files.size()));
@@ -150,7 +158,8 @@ void ShowInfo(const std::string& text) {
 bool AddFileOrZip(const std::string& source, const std::string& target, Through through) {
     if (!IsZip(source)) {
         ShowInfo(Text(MessageId::kAddCopying));
-        const bool copied = CopyFile(source, target + "\\" + FileNameOf(source));
+        ProgressDialog progress(BarPlace::ProgressDialog, Text(MessageId::kAddCopying));
+        const bool copied = CopyFileStoppable(source, target + "\\" + FileNameOf(source));
         ShowInfo({});
         return copied;
     }
@@ -205,13 +214,12 @@ bool AddSource(NewLevel& level, const std::string& path) {
     } else if (FileExists(path)) {
         if (IsZip(path)) level.LastZip = path;
         added = AddFileOrZip(path, level.WorkFolder, Through::Direct);
-        if (!added) TellCritical(Text(MessageId::kAddFileError) + path);
+        if (!added) TellUnlessStopped(Text(MessageId::kAddFileError) + path);
     } else {
         TellCritical(Text(MessageId::kNotALevelSource) + path);
     }
-    RefreshFileList(level);
-    PickMoreInfoFile(level);
-    if (level.IsNewLevel) ApplyLevelConfig(level);
+    Refresh(level);
+    PickMoreInfoFile(level); // nothing to do where a package file has said it
     return added;
 }
 

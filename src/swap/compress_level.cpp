@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "core/archive.h"
+#include "core/tr4_info.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
@@ -68,6 +69,9 @@ bool PackFiles(const std::string& source) {
 
 bool CompressLevelFiles(const std::string& source, std::int32_t level_index) {
     const std::int32_t code = core::archive.Levels[static_cast<std::size_t>(level_index)].Code;
+    core::ListTr4(source);
+    // Without it the level only isn't compared with others.
+    if (!core::Tr4List.empty()) static_cast<void>(core::WriteTr4Info(level_index));
     const std::string files = core::FilesFolder(core::LevelFolder(code, true));
     if (core::archive.CdMissing) return false;
     if (code == 0) return ReplaceFiles(source, files, MessageId::kCompressCopying);

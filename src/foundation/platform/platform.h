@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,8 +26,10 @@ std::string FoldCase(std::string_view text);
 // --- files (posix_files.cpp) ---
 
 // Copies content, modification time and the read-only attribute to a file that doesn't exist yet, letting the
-// kernel do the work. On failure nothing is left at `to`.
-bool CopyContent(const NativeFile& from, const NativeFile& to);
+// kernel do the work. `go_on` is asked every few megabytes whether to go on. On failure or a stop nothing is
+// left at `to`.
+using GoOn = std::function<bool()>;
+bool CopyContent(const NativeFile& from, const NativeFile& to, const GoOn& go_on);
 // Descriptors for writing: open or empty a file (-1 on failure), write all bytes, close; with `flush` the
 // bytes reach the disk first.
 int OpenForWriting(const NativeFile& file);

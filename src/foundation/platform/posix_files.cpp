@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <memory>
 
@@ -14,6 +15,7 @@ namespace kelvash::platform {
 namespace {
 
 constexpr std::size_t kCopyBlock = std::size_t{1} << 20;
+constexpr off_t kKernelBlock = off_t{16} << 20; // some 20 ms of a slow disk
 
 // Closes its descriptor at the end of a scope.
 struct Descriptor {
@@ -26,7 +28,7 @@ struct Descriptor {
     }
 };
 
-bool CopyByBlocks(int from, int to) {
+bool CopyByBlocks(int from, int to, const GoOn& go_on) {
     const auto block = std::make_unique<char[]>(kCopyBlock);
     for (;;) {
         const ssize_t got = ::read(from, block.get(), kCopyBlock);
@@ -35,40 +37,41 @@ bool CopyByBlocks(int from, int to) {
             if (errno == EINTR) continue;
             return false;
         }
-        if (!WriteBytes(to, {block.get(), static_cast<std::size_t>(got)})) return false;
+        if (!WriteBytes(to, {block.get(), static_cast<std::size_t>(got)}) || !go_on()) return false;
     }
 }
 
 // Shares the blocks where the file system can, else copies inside the kernel, else by hand.
-bool CopyBytes(int from, int to, off_t size) {
+bool CopyBytes(int from, int to, off_t size, const GoOn& go_on) {
     if (::ioctl(to, FICLONE, from) == 0) return true;
     off_t done = 0;
     while (done < size) {
-        const ssize_t copied =
-            ::copy_file_range(from, nullptr, to, nullptr, static_cast<std::size_t>(size - done), 0);
+        const auto piece = static_cast<std::size_t>(std::min(size - done, kKernelBlock));
+        const ssize_t copied = ::copy_file_range(from, nullptr, to, nullptr, piece, 0);
         if (copied > 0) {
             done += copied;
+            if (!go_on()) return false;
         } else if (copied == 0) {
             break;
         } else if (errno != EINTR) {
             // Nothing copied yet: the file systems may only not know the call.
-            return done == 0 && errno != ENOSPC && errno != EIO && CopyByBlocks(from, to);
+            return done == 0 && errno != ENOSPC && errno != EIO && CopyByBlocks(from, to, go_on);
         }
     }
     // Some file systems tell a size of 0 for files that hold bytes; and a file may have grown.
-    return CopyByBlocks(from, to);
+    return CopyByBlocks(from, to, go_on);
 }
 
 } // namespace
 
-bool CopyContent(const NativeFile& from, const NativeFile& to) {
+bool CopyContent(const NativeFile& from, const NativeFile& to, const GoOn& go_on) {
     const Descriptor source(::open(from.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     struct stat status {};
     if (source.fd < 0 || ::fstat(source.fd, &status) != 0 || !S_ISREG(status.st_mode)) return false;
     const Descriptor target(::open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
     if (target.fd < 0) return false;
     const struct timespec times[2] = {status.st_atim, status.st_mtim};
-    bool copied = CopyBytes(source.fd, target.fd, status.st_size) && ::futimens(target.fd, times) == 0;
+    bool copied = CopyBytes(source.fd, target.fd, status.st_size, go_on) && ::futimens(target.fd, times) == 0;
     if (copied && (status.st_mode & S_IWUSR) == 0) {
         struct stat made {};
         copied = ::fstat(target.fd, &made) == 0 && ::fchmod(target.fd, made.st_mode & 07555) == 0;

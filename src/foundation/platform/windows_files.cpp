@@ -28,10 +28,17 @@ bool MayPass(DWORD error) {
     return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED;
 }
 
+DWORD CALLBACK OnCopied(LARGE_INTEGER, LARGE_INTEGER, LARGE_INTEGER, LARGE_INTEGER, DWORD, DWORD, HANDLE,
+                        HANDLE, LPVOID go_on) {
+    return (*static_cast<const GoOn*>(go_on))() ? PROGRESS_CONTINUE : PROGRESS_CANCEL;
+}
+
 } // namespace
 
-bool CopyContent(const NativeFile& from, const NativeFile& to) {
-    if (CopyFileW(from.c_str(), to.c_str(), TRUE) != 0) return true;
+bool CopyContent(const NativeFile& from, const NativeFile& to, const GoOn& go_on) {
+    if (CopyFileExW(from.c_str(), to.c_str(), OnCopied, const_cast<GoOn*>(&go_on), nullptr,
+                    COPY_FILE_FAIL_IF_EXISTS) != 0)
+        return true;
     if (const DWORD error = GetLastError(); error != ERROR_FILE_EXISTS && error != ERROR_ALREADY_EXISTS &&
                                             !IsFolder(GetFileAttributesW(to.c_str())))
         DeleteFileW(to.c_str());

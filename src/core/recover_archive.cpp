@@ -1,0 +1,89 @@
+// Building an Archive anew of the level folders that are left of one.
+#include <algorithm>
+
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/maintenance.h"
+#include "core/profile.h"
+#include "core/sizes.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+
+namespace kelvash::core {
+
+namespace {
+
+// Codes of the LEVEL_NNNN folders: exactly four characters behind the line, a number above 0.
+std::vector<std::int32_t> CodesIn(const std::string& folder) {
+    constexpr std::size_t kCodeLength = 4;
+    const std::string mask = LoadMessage(MessageId::kRecoverMask, {});
+    std::vector<std::int32_t> codes;
+    for (const std::string& path : ListFolders(folder)) {
+        const std::string name = FileNameOf(path);
+        if (name.size() != mask.size() || !MatchesMask(name, mask)) continue;
+        const std::optional<std::int32_t> code = WholeNumber(name.substr(name.size() - kCodeLength));
+        if (code && *code > 0 && std::find(codes.begin(), codes.end(), *code) == codes.end())
+            codes.push_back(*code);
+    }
+    return codes;
+}
+
+LevelRecord RecoveredLevel(std::int32_t code) {
+    LevelRecord level;
+    level.Code = code;
+    level.Name = LoadMessage(MessageId::kRecoverName, {}) + std::to_string(code);
+    return level;
+}
+
+void StartArchive(const std::string& folder, const std::vector<std::int32_t>& codes) {
+    profile.LastArchive = DefaultArchivePath();
+    archive.Header = ArchiveHeader();
+    archive.Header.MainFolder = folder;
+    archive.Header.SecondaryFolder = folder;
+    archive.Levels = {LevelZero()};
+    for (const std::int32_t code : codes)
+        archive.Levels.push_back(RecoveredLevel(code));
+    archive.Header.LevelCount = static_cast<std::int32_t>(archive.Levels.size());
+    archive.Levels.emplace_back();
+}
+
+// Tells of folders that hold no level that could be played.
+void CheckLevelFiles(const std::vector<std::int32_t>& codes) {
+    std::string missing;
+    for (const std::int32_t code : codes) {
+        const std::string files = FilesFolder(LevelFolder(code, false));
+        if (!AnyFile(files, LoadMessage(MessageId::kTr4InfoMask, {})) &&
+            !AnyFile(files, LoadMessage(MessageId::kTr4InfoZlMask, {})))
+            missing += kLineBreak + files;
+    }
+    if (!missing.empty())
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kRecoverNoTr4, {}) + missing);
+}
+
+} // namespace
+
+bool RecoverArchive() {
+    ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kRecoverText, {}));
+    AskSaveArchive();
+    const std::optional<std::string> folder =
+        TheUser().ChooseFolder(LoadMessage(MessageId::kRecoverFolder, {}), archive.Header.SecondaryFolder);
+    if (!folder) return false;
+    if (AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kRecoverOnCd, {})))
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kRecoverCdLater, {}));
+    const std::vector<std::int32_t> codes = CodesIn(*folder);
+    if (codes.empty()) { // found before the open Archive makes room
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kRecoverNoLevels, {}) + *folder);
+        return false;
+    }
+    StartArchive(*folder, codes);
+    CheckLevelFiles(codes);
+    ArchiveTouched();
+    ComputeArchiveSize(Report::Silent);
+    RefreshLevelList();
+    return true;
+}
+
+} // namespace kelvash::core

@@ -1,0 +1,93 @@
+// Taking a level out of the Archive.
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/maintenance.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "swap/journal.h"
+#include "swap/marker.h"
+#include "swap/remove.h"
+
+namespace kelvash::core {
+
+namespace {
+
+bool MayRemove(std::int32_t index) {
+    if (index < 0) {
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kRemoveNoLevel, {}));
+        return false;
+    }
+    if (CheckLevelOnHd(index)) return false;
+    const LevelRecord& level = archive.Levels[static_cast<std::size_t>(index)];
+    if (level.Code == 0) {
+        TellCritical(LoadMessage(MessageId::kRemoveLevelZero, {kLineBreak}));
+        return false;
+    }
+    return AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kRemoveQuestion, {}) + '"' +
+                                                std::string(Trim(level.Name)) + '"' +
+                                                LoadMessage(MessageId::kRemoveQuestionEnd, {}));
+}
+
+// The level is in TRLE, wholly or as a killed swap has left it.
+bool IsInTrle(std::int32_t code) {
+    const std::optional<swap::SwapJournal> journal = swap::ReadJournal();
+    return swap::CurrentLevelCode() == code || (journal && journal->SavesOwner == code);
+}
+
+// False if the level is still in TRLE: its saves would lose their place.
+bool TakeOutOfTrle(std::int32_t code) {
+    if (!IsInTrle(code)) return true;
+    constexpr std::int32_t kNoLevel = -1;
+    static_cast<void>(swap::RemovePreviousLevel(kNoLevel)); // what counts is where the level is now
+    if (!IsInTrle(code)) return true;
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kRemoveNotTakenOut, {}));
+    return false;
+}
+
+void RemoveRecord(std::int32_t index) {
+    archive.Levels.erase(archive.Levels.begin() + index);
+    --archive.Header.LevelCount;
+    ArchiveTouched();
+    RefreshLevelList();
+}
+
+void RemoveFolderAndTell(const std::string& folder) {
+    Bar bar{BarPlace::MainWindow, -1};
+    TheUser().SetLabel(bar.place, LoadMessage(MessageId::kRemovingLevelFolder, {}));
+    TheUser().PumpEvents();
+    const bool removed = RemoveFolderTree(folder, bar);
+    ClearProgress();
+    if (removed)
+        ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kLevelRemoved, {}));
+    else
+        TellCritical(LoadMessage(MessageId::kRemoveFolderError, {}) + folder);
+}
+
+} // namespace
+
+bool CheckLevelOnHd(std::int32_t index) {
+    if (archive.Levels[static_cast<std::size_t>(index)].CdNumber == 0) return false;
+    TellCritical(LoadMessage(MessageId::kLevelIsOnCd, {kLineBreak}));
+    return true;
+}
+
+bool RemoveLevel() {
+    const std::int32_t index = LevelIndex(SelectedLevel());
+    if (!MayRemove(index)) return false;
+    const LevelRecord level = archive.Levels[static_cast<std::size_t>(index)];
+    if (!TakeOutOfTrle(level.Code)) return false;
+    const std::string folder = LevelFolder(level.Code, false);
+    RemoveRecord(index);
+    if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kRemoveFolderQuestion, {kLineBreak}) +
+                                              folder + LoadMessage(MessageId::kRemoveFolderQuestionEnd, {})))
+        return true;
+    RemoveFolderAndTell(folder);
+    archive.Header.MainFolderSize -= level.FilesSize;
+    archive.Header.SecondaryFolderSize -= level.SavesSize;
+    ArchiveTouched();
+    return true;
+}
+
+} // namespace kelvash::core

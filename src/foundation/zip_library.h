@@ -1,0 +1,51 @@
+// What the zip classes share of the library.
+#pragma once
+
+#include <zip.h>
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "foundation/drives.h"
+
+namespace kelvash {
+
+struct ZipDiscard {
+    void operator()(zip_t* zip) const { zip_discard(zip); }
+};
+using ZipHandle = std::unique_ptr<zip_t, ZipDiscard>;
+
+inline std::string ZipErrorText(int code) {
+    zip_error_t error;
+    zip_error_init_with_code(&error, code);
+    std::string text = zip_error_strerror(&error);
+    zip_error_fini(&error);
+    return text;
+}
+
+// Opens a zip by its path text; null, with the reason, if that fails.
+inline ZipHandle OpenZip(std::string_view path, int flags, std::string& message) {
+    int code = 0;
+    ZipHandle zip(zip_open(NativePath(path).string().c_str(), flags, &code));
+    if (!zip) message = ZipErrorText(code);
+    return zip;
+}
+
+// Says some twenty times a second that the interface is to be looked after.
+class PollClock {
+  public:
+    bool Due() {
+        constexpr std::chrono::milliseconds kInterval{50};
+        const auto now = std::chrono::steady_clock::now();
+        if (now - last_ < kInterval) return false;
+        last_ = now;
+        return true;
+    }
+
+  private:
+    std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
+};
+
+} // namespace kelvash

@@ -1,0 +1,187 @@
+#include "foundation/zip_module.h"
+
+#include <algorithm>
+
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/process.h"
+#include "foundation/text.h"
+#include "foundation/zip.h"
+#include "foundation/zip_library.h"
+#include "foundation/zip_names.h"
+#include "foundation/zip_progress.h"
+
+namespace kelvash {
+
+namespace {
+
+// Zips that unpack to more than this and to so many times their size are asked about.
+constexpr double kLargeContent = 2147483648.0;
+constexpr double kSuspiciousFactor = 100;
+// Names in one message.
+constexpr std::size_t kNamesTold = 20;
+
+using Manage = void (*)(LineProgress&, const std::string&, bool, bool&);
+
+// A watcher that shows lines through one of the progress procedures.
+ZipWatcher Watcher(LineProgress& progress, Manage manage) {
+    return {[&progress, manage](const std::string& line) {
+                bool stop = false;
+                manage(progress, line, false, stop);
+                return stop;
+            },
+            [] {
+                TheUser().PumpEvents();
+                return TheUser().StopRequested();
+            }};
+}
+
+void TellNames(MessageId id, std::string_view archive, const std::vector<std::string>& names) {
+    if (names.empty()) return;
+    std::string list;
+    for (std::size_t i = 0; i < std::min(names.size(), kNamesTold); ++i)
+        list += kLineBreak + names[i];
+    if (names.size() > kNamesTold)
+        list += kLineBreak + LoadMessage(MessageId::kZipMore, {std::to_string(names.size() - kNamesTold)});
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(id, {FileNameOf(archive), list}));
+}
+
+void TellOutcome(const UnzipClass& unzip) {
+    TellNames(MessageId::kZipEntryRefused, unzip.ZipFileName, unzip.Refused);
+    TellNames(MessageId::kZipEntryTwice, unzip.ZipFileName, unzip.Twice);
+    std::vector<std::string> failed;
+    for (const auto& [name, reason] : unzip.Failed)
+        failed.push_back(name + ": " + reason);
+    TellNames(MessageId::kZipEntryFailed, unzip.ZipFileName, failed);
+}
+
+double SumOf(const std::vector<ZipEntry>& entries) {
+    double bytes = 0;
+    for (const ZipEntry& entry : entries)
+        bytes += static_cast<double>(entry.Size);
+    return bytes;
+}
+
+// Asks before more is written than there is room for, or than such a zip can be meant to hold.
+bool MayFill(std::string_view archive, std::string_view destination, double bytes) {
+    const std::string name = FileNameOf(archive);
+    const std::string needed = FormatSize(static_cast<std::int64_t>(bytes));
+    const std::int64_t room = FreeSpace(destination);
+    if (room >= 0 && bytes > static_cast<double>(room))
+        return AskYesNo(
+            MessageStyle::Exclamation,
+            LoadMessage(MessageId::kZipNoRoom,
+                        {name, needed, std::string(destination.substr(0, 2)), FormatSize(room), kLineBreak}));
+    const double factor = bytes / static_cast<double>(std::max<std::int64_t>(1, FileSize(archive)));
+    if (bytes <= kLargeContent || factor <= kSuspiciousFactor) return true;
+    return AskYesNo(
+        MessageStyle::Exclamation,
+        LoadMessage(MessageId::kZipTooLarge,
+                    {name, needed, std::to_string(static_cast<std::int64_t>(factor)), kLineBreak}));
+}
+
+// A path as a tool takes it: a Windows program the path text, any other the platform's own.
+std::string ToolPath(const std::string& tool, std::string_view path) {
+    return ReadFileStart(tool, 2) == "MZ" ? std::string(path) : NativePath(path).string();
+}
+
+} // namespace
+
+std::optional<std::vector<ZipEntry>> ListZip(std::string_view archive, std::string& message) {
+    const ZipHandle zip = OpenZip(archive, ZIP_RDONLY, message);
+    if (!zip) return std::nullopt;
+    const auto count = static_cast<zip_uint64_t>(zip_get_num_entries(zip.get(), 0));
+    std::vector<ZipEntry> entries;
+    entries.reserve(count);
+    for (zip_uint64_t i = 0; i < count; ++i) {
+        const char* const raw = zip_get_name(zip.get(), i, ZIP_FL_ENC_RAW);
+        if (raw == nullptr) continue;
+        std::string name = ZipNameText(raw);
+        if (name.empty() || name.ends_with('/') || name.ends_with('\\')) continue;
+        std::replace(name.begin(), name.end(), '/', '\\');
+        zip_stat_t stat = {};
+        const bool known = zip_stat_index(zip.get(), i, 0, &stat) == 0;
+        constexpr zip_uint64_t kMost = INT64_MAX;
+        entries.push_back(
+            {std::move(name), static_cast<std::int64_t>(known ? std::min(stat.size, kMost) : 0)});
+    }
+    return entries;
+}
+
+bool ZipFolder(std::string_view folder, std::string_view archive, std::vector<std::string>& entries,
+               Recurse recurse, Bar& bar, std::string& message) {
+    const std::string root(folder);
+    entries = recurse == Recurse::Yes ? ScanTree(root).files : ListFiles(root, "*.*");
+    ZipClass zip;
+    zip.ZipFileName = archive;
+    zip.RootDirectory = root;
+    for (const std::string& file : entries)
+        zip.AddFile(file);
+    LineProgress progress{bar, static_cast<double>(entries.size())};
+    const bool made = zip.MakeZipFile(Watcher(progress, GestioneZip));
+    bar = progress.bar;
+    if (!made) message = zip.GetLastMessage();
+    return made && (entries.empty() || FileExists(archive));
+}
+
+void UnzipSettings(std::string_view archive, std::string_view destination, ZipFolders folders,
+                   UnzipClass& unzip) {
+    unzip = {};
+    unzip.ZipFileName = archive;
+    unzip.ExtractDir = destination;
+    unzip.HonorDirectories = folders == ZipFolders::Kept;
+}
+
+bool UnzipToFolder(std::string_view archive, std::string_view destination, std::vector<std::string>& entries,
+                   Wipe wipe, ZipFolders folders, ZipProgress progress, Bar& bar, std::string& message) {
+    entries.clear();
+    const std::optional<std::vector<ZipEntry>> listed = ListZip(archive, message);
+    if (!listed) {
+        ShowMessage(MessageStyle::Exclamation,
+                    LoadMessage(MessageId::kZipCannotOpen, {FileNameOf(archive), message}));
+        return false;
+    }
+    if (!MayFill(archive, destination, SumOf(*listed))) {
+        message = LoadMessage(MessageId::kZipStopped, {});
+        return false;
+    }
+    if (wipe == Wipe::Yes) DeleteFiles(destination, "*");
+    UnzipClass unzip;
+    UnzipSettings(archive, destination, folders, unzip);
+    LineProgress lines{bar, static_cast<double>(listed->size())};
+    ZipWatcher watcher = Watcher(lines, GestioneUnzip);
+    if (progress == ZipProgress::Silent) watcher.line = nullptr;
+    const bool done = unzip.UnZip(watcher);
+    bar = lines.bar;
+    entries = unzip.Written;
+    message = unzip.GetLastMessage();
+    TellOutcome(unzip);
+    return done;
+}
+
+bool UnzipWithTool(std::string_view archive, std::string_view destination, Bar& bar) {
+    const std::string tool = AppFolder() + "\\" + LoadMessage(MessageId::kUnzipTool, {});
+    if (!FileExists(tool)) {
+        TellCritical(LoadMessage(MessageId::kUnzipToolMissing, {}) + kLineBreak +
+                     LoadMessage(MessageId::kUnzipToolNeeded, {}) + AppFolder());
+        return false;
+    }
+    std::string ignored;
+    const std::optional<std::vector<ZipEntry>> listed = ListZip(archive, ignored);
+    LineProgress progress{bar, static_cast<double>(listed ? listed->size() : 0)};
+    const auto reader = [&](const std::string& line) {
+        bool stop = false;
+        GestioneUnzip(progress, line, false, stop);
+        return stop;
+    };
+    const Captured run =
+        CaptureOutput(tool, {"-o", ToolPath(tool, archive), "-d", ToolPath(tool, destination)}, reader,
+                      LineMode::WholeLines);
+    bar = progress.bar;
+    if (!run.ok) TellCritical(LoadMessage(MessageId::kUnzipToolFailed, {}) + run.error);
+    return run.ok;
+}
+
+} // namespace kelvash

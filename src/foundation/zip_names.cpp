@@ -1,0 +1,95 @@
+#include "foundation/zip_names.h"
+
+#include <algorithm>
+#include <array>
+
+#include "foundation/text.h"
+
+namespace kelvash {
+
+namespace {
+
+// Code page 437 from 0x80 on.
+constexpr std::array<std::string_view, 128> kCodePage437 = {
+    "Ç", "ü", "é", "â", "ä", "à", "å", "ç", "ê", "ë", "è", "ï", "î", "ì",     "Ä", "Å", "É", "æ", "Æ",
+    "ô", "ö", "ò", "û", "ù", "ÿ", "Ö", "Ü", "¢", "£", "¥", "₧", "ƒ", "á",     "í", "ó", "ú", "ñ", "Ñ",
+    "ª", "º", "¿", "⌐", "¬", "½", "¼", "¡", "«", "»", "░", "▒", "▓", "│",     "┤", "╡", "╢", "╖", "╕",
+    "╣", "║", "╗", "╝", "╜", "╛", "┐", "└", "┴", "┬", "├", "─", "┼", "╞",     "╟", "╚", "╔", "╩", "╦",
+    "╠", "═", "╬", "╧", "╨", "╤", "╥", "╙", "╘", "╒", "╓", "╫", "╪", "┘",     "┌", "█", "▄", "▌", "▐",
+    "▀", "α", "ß", "Γ", "π", "Σ", "σ", "µ", "τ", "Φ", "Θ", "Ω", "δ", "∞",     "φ", "ε", "∩", "≡", "±",
+    "≥", "≤", "⌠", "⌡", "÷", "≈", "°", "∙", "·", "√", "ⁿ", "²", "■", "\u00A0"};
+
+bool IsAscii(unsigned char byte) {
+    return byte < 0x80;
+}
+
+bool IsLetterOf437(unsigned char byte) {
+    constexpr unsigned char kSharpS = 0xE1;
+    return byte <= 0x9A || (byte >= 0xA0 && byte <= 0xA5) || byte == kSharpS;
+}
+
+bool IsUsualInAnsi(unsigned char byte) {
+    constexpr std::string_view kLettersBelow = "\x8A\x8C\x8E\x9A\x9C\x9E\x9F";
+    constexpr std::string_view kPunctuation = "\x91\x92\x93\x94\x96\x97\xA0";
+    const char c = static_cast<char>(byte);
+    return (byte >= 0xC0 && byte != 0xD7 && byte != 0xF7) ||
+           kLettersBelow.find(c) != std::string_view::npos || kPunctuation.find(c) != std::string_view::npos;
+}
+
+std::string From437(std::string_view bytes) {
+    std::string text;
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (IsAscii(byte))
+            text += c;
+        else
+            text += kCodePage437[byte - 0x80];
+    }
+    return text;
+}
+
+// Windows takes these names for devices, with any extension.
+bool IsDevice(std::string_view part) {
+    const std::string base(Trim(part.substr(0, part.find('.'))));
+    for (const char* device : {"CON", "PRN", "AUX", "NUL"})
+        if (EqualNoCase(base, device)) return true;
+    return base.size() == 4 && (StartsWithNoCase(base, "COM") || StartsWithNoCase(base, "LPT")) &&
+           base[3] >= '1' && base[3] <= '9';
+}
+
+std::string CleanPart(std::string_view part) {
+    constexpr std::string_view kForbidden = "<>:\"|?*";
+    std::string clean(part);
+    for (char& c : clean)
+        if (static_cast<unsigned char>(c) < ' ' || kForbidden.find(c) != std::string_view::npos) c = '_';
+    return clean;
+}
+
+} // namespace
+
+std::string ZipNameText(std::string_view bytes) {
+    if (IsUtf8(bytes)) return std::string(bytes);
+    const auto all = [&](bool (*is_usual)(unsigned char)) {
+        return std::all_of(bytes.begin(), bytes.end(), [&](char c) {
+            const auto byte = static_cast<unsigned char>(c);
+            return IsAscii(byte) || is_usual(byte);
+        });
+    };
+    return !all(IsLetterOf437) && all(IsUsualInAnsi) ? Utf8FromAnsi(bytes) : From437(bytes);
+}
+
+std::optional<std::vector<std::string>> ZipNameParts(std::string_view name) {
+    std::string path(name);
+    std::replace(path.begin(), path.end(), '\\', '/');
+    if (path.empty() || path.front() == '/' || (path.size() > 1 && path[1] == ':')) return std::nullopt;
+    std::vector<std::string> parts;
+    for (const std::string& part : Split(path, '/')) {
+        if (part.empty() || part == ".") continue;
+        if (part.find_first_not_of(". ") == std::string::npos || IsDevice(part)) return std::nullopt;
+        parts.push_back(CleanPart(part));
+    }
+    if (parts.empty()) return std::nullopt;
+    return parts;
+}
+
+} // namespace kelvash

@@ -1,0 +1,331 @@
+// Removal, recovery and moving of levels.
+#include "core/maintenance.h"
+
+#include <gmock/gmock.h>
+
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/profile.h"
+#include "foundation/drives.h"
+#include "support/swap_home.h"
+
+namespace kelvash::core {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Maintenance : public test::SwapHome {
+  protected:
+    Maintenance() { profile.AutoSave = true; }
+    void AddSized(std::int32_t code, const std::string& name) {
+        AddLevel(code, name, {{"maze.tr4", "level " + name}}, {{"savegame.0", "saved"}});
+        LevelRecord& level = archive.Levels[static_cast<std::size_t>(LevelIndex(code))];
+        level.FilesSize = 100;
+        level.SavesSize = 10;
+        archive.Header.MainFolderSize += 100;
+        archive.Header.SecondaryFolderSize += 10;
+    }
+    void Select(std::int32_t code) {
+        RefreshLevelList();
+        SelectLevel(code);
+    }
+    std::vector<std::int32_t> Codes() const {
+        std::vector<std::int32_t> codes;
+        for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i)
+            codes.push_back(archive.Levels[static_cast<std::size_t>(i)].Code);
+        return codes;
+    }
+};
+
+TEST_F(Maintenance, RemovingTakesRecordFolderAndSizes) {
+    for (std::int32_t code : {1, 2, 3})
+        AddSized(code, "Level " + std::to_string(code));
+    Select(2);
+    user.WillAnswer("Are you sure to want remove level \"Level 2\" ?", "yes");
+    user.WillAnswer(
+        "Do you want remove all sub-folders of level?\r\n(Folder to remove: C:\\Levels\\LEVEL_0002)", "yes");
+    EXPECT_TRUE(RemoveLevel());
+    EXPECT_THAT(Codes(), ElementsAre(0, 1, 3));
+    EXPECT_FALSE(test::Exists(LevelPath(2)));
+    EXPECT_TRUE(test::Exists(LevelPath(3)));
+    EXPECT_EQ(archive.Header.MainFolderSize, 200);
+    EXPECT_EQ(archive.Header.SecondaryFolderSize, 20);
+    EXPECT_EQ(SelectedLevel(), 0); // the first of the list
+    EXPECT_THAT(user.Told(), ElementsAre("plain: Level has been removed"));
+    EXPECT_THAT(user.Shown(), Contains("Removing level folder, wait please"));
+    EXPECT_TRUE(test::Exists(home / "test.kva"));
+}
+
+TEST_F(Maintenance, TheFolderStaysOnRequestAndSoDoTheSizes) {
+    AddSized(1, "One");
+    Select(1);
+    user.WillAnswer("Are you sure", "yes");
+    user.WillAnswer("Do you want remove all sub-folders", "no");
+    EXPECT_TRUE(RemoveLevel());
+    EXPECT_THAT(Codes(), ElementsAre(0));
+    EXPECT_TRUE(test::Exists(LevelPath(1) / "FILES/maze.tr4"));
+    EXPECT_EQ(archive.Header.MainFolderSize, 100);
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(Maintenance, WhatCannotBeRemovedIsTold) {
+    level_list = {};
+    EXPECT_FALSE(RemoveLevel());
+    EXPECT_EQ(user.Told().back(), "exclamation: No levels is selected");
+    AddSized(1, "On CD");
+    archive.Levels[1].CdNumber = 1;
+    Select(1);
+    EXPECT_FALSE(RemoveLevel());
+    EXPECT_EQ(user.Told().back(),
+              "critical: Current level is also on cd. \r\nYou can not modify its level files");
+    Select(0);
+    EXPECT_FALSE(RemoveLevel());
+    EXPECT_EQ(user.Told().back(),
+              "critical: You can not delete TRLE original level!\r\nThis level is necessary "
+              "for backup\\restore functions");
+    archive.Levels[1].CdNumber = 0;
+    Select(1);
+    user.WillAnswer("Are you sure", "no");
+    EXPECT_FALSE(RemoveLevel());
+    EXPECT_THAT(Codes(), ElementsAre(0, 1));
+}
+
+TEST_F(Maintenance, ALevelThatIsInTrleIsTakenOutFirst) {
+    AddSized(1, "In");
+    test::MakeFile(trle / "Kelvash.txt",
+                   "#LEVEL_CODE=1#\r\n#LEVEL_NAME=In#\r\n#OVERWROTEN_FILES=#\r\n"
+                   "#COPIED_FILES=\\data\\maze.tr4#\r\n");
+    test::MakeFile(trle / "data/maze.tr4", "in play");
+    test::MakeFile(trle / "savegame.0", "in play");
+    Select(1);
+    user.WillAnswer("Are you sure", "yes");
+    user.WillAnswer("Do you want remove all sub-folders", "no");
+    EXPECT_TRUE(RemoveLevel());
+    EXPECT_FALSE(test::Exists(trle / "data/maze.tr4"));
+    EXPECT_FALSE(test::Exists(trle / "Kelvash.txt"));
+    EXPECT_EQ(test::BytesOf(StashPath(1) / "savegame.0"), "in play");
+    EXPECT_FALSE(test::Exists(trle / "savegame.0"));
+}
+
+TEST_F(Maintenance, ALevelThatCannotBeTakenOutStays) {
+    AddSized(1, "In");
+    test::MakeFile(trle / "Kelvash.txt",
+                   "#LEVEL_CODE=1#\r\n#LEVEL_NAME=In#\r\n#OVERWROTEN_FILES=#\r\n"
+                   "#COPIED_FILES=\\data\\maze.tr4#\r\n");
+    std::filesystem::create_directories(trle / "data/maze.tr4/in the way");
+    Select(1);
+    user.WillAnswer("Are you sure", "yes");
+    EXPECT_FALSE(RemoveLevel());
+    EXPECT_EQ(user.Told().back(),
+              "exclamation: The level is still in Tomb Raider Level Editor folder, so it has "
+              "not been removed");
+    EXPECT_THAT(Codes(), ElementsAre(0, 1));
+}
+
+TEST_F(Maintenance, AFolderThatCannotBeRemovedIsTold) {
+    AddSized(1, "One");
+    Select(1);
+    test::OrdinaryUser ordinary;
+    std::filesystem::permissions(LevelPath(1) / "FILES", std::filesystem::perms(0555));
+    user.WillAnswer("Are you sure", "yes");
+    user.WillAnswer("Do you want remove all sub-folders", "yes");
+    EXPECT_TRUE(RemoveLevel());
+    std::filesystem::permissions(LevelPath(1) / "FILES", std::filesystem::perms(0755));
+    EXPECT_THAT(user.Told(), Contains("critical: Error while removing folder: C:\\Levels\\LEVEL_0001"));
+    EXPECT_EQ(archive.Header.MainFolderSize, 0);
+}
+
+class Recovery : public Maintenance {
+  protected:
+    void Put(const std::string& path, const std::string& bytes) {
+        test::MakeFile(drive / "old" / path, bytes);
+    }
+    bool Recover(const std::string& folder = "C:\\old") {
+        user.WillAnswer("Choose HD main folder of archive to recover", folder);
+        user.WillAnswer("Is archive to restore also on CD?", "no");
+        return RecoverArchive();
+    }
+};
+
+TEST_F(Recovery, LevelsComeFromTheFolders) {
+    Put("LEVEL_0002/FILES/a.tr4", "12345");
+    Put("level_0010/FILES/b.tr4.zl", "123");
+    Put("level_0010/SAVEGAMES/savegame.0", "1");
+    Put("LEVEL_03/FILES/c.tr4", "too short a number");
+    Put("LEVEL_00004/FILES/c.tr4", "too long a number");
+    Put("LEVEL_abcd/FILES/c.tr4", "none");
+    Put("LEVEL_0000/FILES/c.tr4", "none");
+    EXPECT_TRUE(Recover());
+    EXPECT_THAT(Codes(), ElementsAre(0, 2, 10));
+    EXPECT_EQ(archive.Levels[0].Name, "- TRLE: Original configuration -");
+    EXPECT_EQ(archive.Levels[1].Name, "Level Name 2");
+    EXPECT_EQ(archive.Levels[2].Name, "Level Name 10");
+    EXPECT_EQ(archive.Levels[1].FilesSize, 5);
+    EXPECT_EQ(archive.Header.MainFolder, "C:\\old");
+    EXPECT_EQ(archive.Header.SecondaryFolder, "C:\\old");
+    EXPECT_EQ(archive.Header.CdCount, 0);
+    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\LevelArchive.kva");
+    EXPECT_TRUE(test::Exists(home / "LevelArchive.kva"));
+    EXPECT_EQ(
+        user.Told().front(),
+        "plain: If you have lost or damaged archive.kva but You have all files folder you could recover "
+        "archive but then you'll have insert manually infos about: Level name and [more info] file, using "
+        "command [Menu->Level->Properties of current level]");
+    EXPECT_EQ(user.Told().size(), 1U);
+}
+
+TEST_F(Recovery, WithoutLevelsTheOpenArchiveStays) {
+    AddSized(1, "One");
+    std::filesystem::create_directories(drive / "old");
+    EXPECT_FALSE(Recover());
+    EXPECT_EQ(user.Told().back(), "exclamation: I've not found any 'LEVEL_###' subfolder in folder: C:\\old");
+    EXPECT_THAT(Codes(), ElementsAre(0, 1));
+    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\test.kva");
+    user.WillAnswer("Choose HD main folder", "cancel");
+    EXPECT_FALSE(RecoverArchive());
+}
+
+TEST_F(Recovery, FoldersWithoutALevelAreTold) {
+    Put("LEVEL_0001/FILES/readme.txt", "x");
+    EXPECT_TRUE(Recover());
+    EXPECT_EQ(user.Told().back(),
+              "exclamation: Warning: this recovered level has no .tr4 files: \r\n"
+              "C:\\old\\LEVEL_0001\\files");
+}
+
+TEST_F(Recovery, CdsAreToldToBeLeftOut) {
+    Put("LEVEL_0001/FILES/a.tr4", "x");
+    user.WillAnswer("Choose HD main folder of archive to recover", "C:\\old");
+    user.WillAnswer("Is archive to restore also on CD?", "yes");
+    EXPECT_TRUE(RecoverArchive());
+    EXPECT_THAT(user.Told(),
+                Contains("exclamation: Kelvash can't recover levels on CD yet: only those on disk "
+                         "will be recovered"));
+}
+
+class Moving : public Maintenance {
+  protected:
+    Moving() {
+        AddSized(1, "One");
+        AddSized(2, "Two");
+        std::filesystem::create_directories(drive / "new");
+    }
+    bool MoveTo(const std::string& target) {
+        user.WillAnswer("Select target folder", target);
+        return MoveArchive();
+    }
+};
+
+TEST_F(Moving, AllLevelFoldersGoToTheNewPlace) {
+    std::filesystem::remove_all(LevelPath(2) / "SCREENSHOTS");
+    test::MakeFile(levels / "other.txt", "not a level");
+    EXPECT_TRUE(MoveTo("C:\\new"));
+    EXPECT_EQ(archive.Header.MainFolder, "C:\\new");
+    EXPECT_EQ(archive.Header.SecondaryFolder, "C:\\new");
+    EXPECT_EQ(test::BytesOf(drive / "new/LEVEL_0001/FILES/maze.tr4"), "level One");
+    EXPECT_EQ(test::BytesOf(drive / "new/LEVEL_0002/BACKUP_SAVEGAMES/savegame.0"), "saved");
+    EXPECT_TRUE(std::filesystem::is_directory(drive / "new/LEVEL_0002/SCREENSHOTS"));
+    EXPECT_FALSE(test::Exists(LevelPath(1)));
+    EXPECT_FALSE(test::Exists(LevelPath(2)));
+    EXPECT_TRUE(test::Exists(levels / "other.txt"));
+    EXPECT_TRUE(test::Exists(home / "LEVEL_0000"));
+    EXPECT_THAT(user.Told(), ElementsAre("plain: Folder archive moved in C:\\new"));
+    for (const char* shown : {"moving level subfolders in progress", "Creating empty subfolders in progress",
+                              "Removing old level subfolders in progress"})
+        EXPECT_THAT(user.Shown(), Contains(shown));
+}
+
+TEST_F(Moving, TheNewPlaceIsSavedWhateverAutoSaveSays) {
+    profile.AutoSave = false;
+    EXPECT_TRUE(MoveTo("C:\\new"));
+    archive = {};
+    ASSERT_TRUE(LoadArchive("C:\\Kelvash\\test.kva"));
+    EXPECT_EQ(archive.Header.SecondaryFolder, "C:\\new");
+}
+
+TEST_F(Moving, APlaceThatDoesNotFitIsAskedAgain) {
+    std::filesystem::create_directories(drive / "taken/LEVEL_0002");
+    for (const char* target : {"C:\\Levels", "C:\\taken", "C:\\Levels\\LEVEL_0001\\FILES", "cancel"})
+        user.WillAnswer("Select target folder", target);
+    EXPECT_FALSE(MoveArchive());
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre("exclamation: The archive is already in folder: C:\\Levels",
+                    "exclamation: In target folder there is already a folder: C:\\taken\\LEVEL_0002",
+                    "exclamation: The target can not be inside a level's folder: C:\\Levels\\LEVEL_0001"));
+    EXPECT_TRUE(test::Exists(LevelPath(1)));
+}
+
+TEST_F(Moving, TooLittleRoomIsTold) {
+    archive.Header.MainFolderSize = 1e17;
+    user.WillAnswer("Select target folder", "C:\\new");
+    user.WillAnswer("Select target folder", "cancel");
+    EXPECT_FALSE(MoveArchive());
+    EXPECT_THAT(user.Told(),
+                ElementsAre("exclamation: In drive [C:] free space is not sufficient (it needs "
+                            "93132257.5 Gb free space.)\r\nChoose a different target drive, please"));
+}
+
+TEST_F(Moving, AFailedCopyLeavesTheOldFoldersAndNoCopies) {
+    test::OrdinaryUser ordinary;
+    std::filesystem::permissions(LevelPath(2) / "FILES/maze.tr4", std::filesystem::perms(0));
+    EXPECT_FALSE(MoveTo("C:\\new"));
+    std::filesystem::permissions(LevelPath(2) / "FILES/maze.tr4", std::filesystem::perms(0644));
+    EXPECT_EQ(user.Told().back(), "critical: Error while copying files");
+    EXPECT_EQ(archive.Header.SecondaryFolder, "C:\\Levels");
+    EXPECT_TRUE(test::Exists(LevelPath(1) / "FILES/maze.tr4"));
+    EXPECT_TRUE(std::filesystem::is_empty(drive / "new"));
+}
+
+TEST_F(Moving, AStopLeavesTheArchiveWhereItWas) {
+    user.stop = true;
+    EXPECT_FALSE(MoveTo("C:\\new"));
+    EXPECT_THAT(user.Told(),
+                ElementsAre("exclamation: Moving of archive has been stopped. The archive is where it "
+                            "was."));
+    EXPECT_TRUE(test::Exists(LevelPath(1) / "FILES/maze.tr4"));
+    EXPECT_TRUE(std::filesystem::is_empty(drive / "new"));
+}
+
+TEST_F(Moving, AnArchiveThatCannotBeSavedStaysWhereItWas) {
+    std::filesystem::create_directories(home / "test.kva/in the way");
+    EXPECT_FALSE(MoveTo("C:\\new"));
+    EXPECT_EQ(archive.Header.SecondaryFolder, "C:\\Levels");
+    EXPECT_TRUE(test::Exists(LevelPath(1) / "FILES/maze.tr4"));
+    EXPECT_TRUE(std::filesystem::is_empty(drive / "new"));
+    EXPECT_EQ(user.Told().size(), 1U);
+}
+
+TEST_F(Moving, FilesOfALevelOnCdStayBehind) {
+    archive.Levels[1].CdNumber = 1;
+    archive.Header.CdCount = 1;
+    archive.Header.MainFolder = "D:\\cd";
+    const std::string question =
+        "Current archive is also on CD\r\nDo you want transfer whole archive on HD? \r\n"
+        "(Note: if you choose [NO] will be moved only HD (secondary) folder)";
+    user.WillAnswer(question, "yes");
+    EXPECT_FALSE(MoveArchive());
+    EXPECT_EQ(user.Told().back(), "exclamation: Kelvash can't transfer levels from CD to disk yet");
+    user.WillAnswer(question, "no");
+    EXPECT_TRUE(MoveTo("C:\\new"));
+    EXPECT_FALSE(test::Exists(drive / "new/LEVEL_0001/FILES"));
+    EXPECT_TRUE(test::Exists(drive / "new/LEVEL_0001/BACKUP_SAVEGAMES/savegame.0"));
+    EXPECT_TRUE(test::Exists(drive / "new/LEVEL_0002/FILES/maze.tr4"));
+    EXPECT_EQ(archive.Header.MainFolder, "D:\\cd");
+    EXPECT_EQ(archive.Header.SecondaryFolder, "C:\\new");
+}
+
+TEST_F(Moving, AnOldFolderThatCannotBeRemovedIsToldAndTheRunGoesOn) {
+    test::OrdinaryUser ordinary;
+    std::filesystem::permissions(LevelPath(1) / "FILES", std::filesystem::perms(0555));
+    EXPECT_TRUE(MoveTo("C:\\new"));
+    std::filesystem::permissions(LevelPath(1) / "FILES", std::filesystem::perms(0755));
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Error removing folder: C:\\Levels\\LEVEL_0001",
+                                         "plain: Folder archive moved in C:\\new"));
+    EXPECT_FALSE(test::Exists(LevelPath(2)));
+}
+
+} // namespace
+} // namespace kelvash::core

@@ -1,0 +1,167 @@
+// The file tr4.inf and the comparison of levels.
+#include "core/tr4_info.h"
+
+#include <gmock/gmock.h>
+
+#include "core/archive.h"
+#include "foundation/files.h"
+#include "support/core_home.h"
+#include "support/local_time.h"
+#include "support/swap_world.h"
+
+namespace kelvash::core {
+namespace {
+
+using namespace std::string_literals;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Tr4InfoTest : public test::CoreHome {
+  protected:
+    void AddLevel(std::int32_t code, const std::string& name) {
+        AddRecord(code, name);
+        std::filesystem::create_directories(Folder(code) / "FILES");
+    }
+    std::filesystem::path Folder(std::int32_t code) const {
+        return levels / ("LEVEL_000" + std::to_string(code));
+    }
+    void Put(std::int32_t code, const std::string& name, const std::string& bytes) {
+        test::MakeFile(Folder(code) / "FILES" / name, bytes);
+    }
+    bool HasInfo(std::int32_t code) const { return test::Exists(Folder(code) / "tr4.inf"); }
+    static std::string Name(const std::string& name) { return name + std::string(80 - name.size(), ' '); }
+};
+
+TEST_F(Tr4InfoTest, TheFileHoldsACountAndTheRecords) {
+    AddLevel(1, "One");
+    // 2.5 and -1 as IEEE 754 doubles.
+    Tr4List = {{"maze.tr4", 2.5, 1000}, {"ÄTHER.TR4", -1, 0x12345678}};
+    ASSERT_TRUE(WriteTr4Info(1));
+    EXPECT_EQ(test::BytesOf(Folder(1) / "tr4.inf"), "\2\0\0\0"s + Name("maze.tr4") + "\0\0\0\0\0\0\4\x40"s +
+                                                        "\xE8\3\0\0"s + Name("\xC4THER.TR4") +
+                                                        "\0\0\0\0\0\0\xF0\xBF"s + "\x78\x56\x34\x12"s);
+    Tr4List.clear();
+    ASSERT_TRUE(ReadTr4Info(1));
+    ASSERT_EQ(Tr4List.size(), 2U);
+    EXPECT_EQ(Tr4List[1].FileName, "ÄTHER.TR4");
+    EXPECT_EQ(Tr4List[1].FileDate, -1);
+    EXPECT_EQ(Tr4List[1].FileSize, 0x12345678);
+}
+
+TEST_F(Tr4InfoTest, AMissingFileIsNone) {
+    AddLevel(1, "One");
+    Tr4List = {{"left", 0, 0}};
+    EXPECT_FALSE(ReadTr4Info(1));
+    EXPECT_THAT(Tr4List, IsEmpty());
+}
+
+TEST_F(Tr4InfoTest, TruncatedAtEveryLengthItGivesWholeRecords) {
+    const std::string whole = EncodeTr4Info({{"a.tr4", 1, 1}, {"b.tr4", 2, 2}});
+    for (std::size_t length = 0; length < whole.size(); ++length)
+        EXPECT_EQ(DecodeTr4Info(whole.substr(0, length)).size(), length < 96 ? 0U : 1U) << length;
+    EXPECT_EQ(DecodeTr4Info(whole + "more").size(), 2U);
+}
+
+TEST_F(Tr4InfoTest, ACountThatLiesIsCorrected) {
+    const std::string record = EncodeTr4Info({{"a.tr4", 1, 1}}).substr(4);
+    EXPECT_EQ(DecodeTr4Info("\xFF\xFF\xFF\x7F"s + record).size(), 1U);
+    EXPECT_THAT(DecodeTr4Info("\xFF\xFF\xFF\xFF"s + record), IsEmpty());
+    EXPECT_THAT(DecodeTr4Info("\0\0\0\0"s + record), IsEmpty());
+}
+
+TEST_F(Tr4InfoTest, TheListHasNameDateAndSizeOfEachLevelFile) {
+    test::MakeFile(drive / "w/b.TR4", "12345");
+    test::MakeFile(drive / "w/a.tr4", "");
+    test::MakeFile(drive / "w/a.tr4.zl", "x");
+    ASSERT_TRUE(SetFileDate("C:\\w\\b.TR4", test::LocalSeconds(2000, 1, 1, 12, 0, 0)));
+    ListTr4("C:\\w");
+    ASSERT_EQ(Tr4List.size(), 2U);
+    EXPECT_EQ(Tr4List[0].FileName, "a.tr4");
+    EXPECT_EQ(Tr4List[1].FileName, "b.TR4");
+    EXPECT_EQ(Tr4List[1].FileDate, 36526.5);
+    EXPECT_EQ(Tr4List[1].FileSize, 5);
+}
+
+TEST_F(Tr4InfoTest, EqualAreNameAndSizeNotTheDate) {
+    AddLevel(1, "One");
+    AddLevel(2, "Two");
+    Tr4List = {{"Maze.TR4", 5, 100}, {"x.tr4", 5, 7}};
+    ASSERT_TRUE(WriteTr4Info(1));
+    EqualLevel equal;
+    EXPECT_TRUE(CheckEqualLevels({{"maze.tr4", 9, 100}}, 2, equal));
+    EXPECT_EQ(equal.Code, 1);
+    EXPECT_EQ(equal.FileName, "Maze.TR4");
+    EXPECT_FALSE(CheckEqualLevels({{"maze.tr4", 5, 101}}, 2, equal));
+    EXPECT_FALSE(CheckEqualLevels({{"maze.tr", 5, 100}}, 2, equal));
+    EXPECT_FALSE(CheckEqualLevels({{"maze.tr4", 5, 100}}, 1, equal)); // its own
+    EXPECT_FALSE(CheckEqualLevels({}, 2, equal));
+}
+
+TEST_F(Tr4InfoTest, APairIsReportedOnceForEachDirection) {
+    AddLevel(1, "One");
+    AddLevel(2, "Two");
+    AddLevel(3, "Three");
+    Put(3, "other.tr4", "x");
+    Tr4List = {{"maze.tr4", 0, 4}};
+    ASSERT_TRUE(WriteTr4Info(1) && WriteTr4Info(2));
+    user.WillAnswer(
+        "Warning: tr4 file \"maze.tr4\" has same name and same size of tr4 file in level: \"Two\"\r\n"
+        "Continue scanning for equal levels?",
+        "yes");
+    user.WillAnswer("in level: \"One\"\r\n", "yes");
+    EXPECT_EQ(ControllaUguali(), 2);
+    EXPECT_THAT(user.Told(),
+                ElementsAre("plain: Check for equal levels terminated.\r\nThere are 2 equal levels"));
+    EXPECT_THAT(user.Shown(), Contains("Scanning for equal levels"));
+}
+
+TEST_F(Tr4InfoTest, NoEqualLevelIsToldAndNoEndsTheScan) {
+    AddLevel(1, "One");
+    AddLevel(2, "Two");
+    EXPECT_EQ(ControllaUguali(), 0);
+    EXPECT_THAT(user.Told(),
+                ElementsAre("plain: Check for equal levels terminated.\r\nThere is no equal level."));
+    user.Forget();
+    Tr4List = {{"maze.tr4", 0, 4}};
+    ASSERT_TRUE(WriteTr4Info(1) && WriteTr4Info(2));
+    user.WillAnswer("Continue scanning for equal levels?", "no");
+    EXPECT_EQ(ControllaUguali(), -1);
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(Tr4InfoTest, WithoutACdTheScanEnds) {
+    AddRecord(1, "On CD", 1);
+    EXPECT_EQ(ControllaUguali(), -1);
+    EXPECT_THAT(user.Told().back(), "exclamation: Cd not available: control for equal level aborted");
+    CreaInfoTr4();
+    EXPECT_THAT(user.Told().back(), "exclamation: Missing cd. Creating tr4.inf files aborted");
+}
+
+TEST_F(Tr4InfoTest, MissingOnesAreCreatedAlsoOfStoredForms) {
+    AddLevel(1, "Plain");
+    AddLevel(2, "Packed");
+    AddLevel(3, "Damaged");
+    AddLevel(4, "Has one");
+    Put(1, "maze.tr4", "level");
+    Put(2, "pass.tr4.zl", test::ZlibStream("unpacked"));
+    Put(3, "bad.tr4.zl", "no stream");
+    Put(4, "new.tr4", "x");
+    Tr4List = {{"kept.tr4", 0, 4}};
+    ASSERT_TRUE(WriteTr4Info(4));
+    CreaInfoTr4();
+    EXPECT_THAT(user.Shown(), Contains("Creating tr4.inf files in progress"));
+    EXPECT_THAT(user.Told(), Contains("critical: Error decompressing files of level [Damaged]"));
+    ASSERT_TRUE(ReadTr4Info(1));
+    EXPECT_EQ(Tr4List.at(0).FileName, "maze.tr4");
+    ASSERT_TRUE(ReadTr4Info(2));
+    EXPECT_EQ(Tr4List.at(0).FileName, "pass.tr4");
+    EXPECT_EQ(Tr4List.at(0).FileSize, 8);
+    EXPECT_FALSE(HasInfo(3));
+    ASSERT_TRUE(ReadTr4Info(4));
+    EXPECT_EQ(Tr4List.at(0).FileName, "kept.tr4");
+    EXPECT_FALSE(test::Exists(home / "_temp_Dec"));
+}
+
+} // namespace
+} // namespace kelvash::core

@@ -1,0 +1,53 @@
+#include "support/intake_home.h"
+
+#include <cstdlib>
+
+#include "core/archive.h"
+#include "foundation/drives.h"
+#include "intake/level_config.h"
+
+namespace kelvash::test {
+
+namespace fs = std::filesystem;
+
+fs::path IntakeHome::MakeZip(const std::string& path, const Files& files, const std::string& options) {
+    const fs::path zip = drive / path;
+    const fs::path staging = root / "staging";
+    fs::remove_all(staging);
+    fs::create_directories(staging);
+    fs::create_directories(zip.parent_path());
+    for (const auto& [name, bytes] : files)
+        MakeFile(staging / name, bytes);
+    const std::string command =
+        "cd '" + staging.string() + "' && zip -q -r -D " + options + " '" + zip.string() + "' .";
+    EXPECT_EQ(std::system(command.c_str()), 0) << command;
+    fs::remove_all(staging);
+    return zip;
+}
+
+std::string IntakeHome::ConfigBytes() {
+    return intake::EncodeLevelConfig(intake::LevelConfig);
+}
+
+void IntakeHome::OpenNew(const Files& files) {
+    AddLevel(1, "", files);
+    intake::BeginLevel(level, 1, {});
+}
+
+core::LevelRecord& IntakeHome::Record() const {
+    return core::archive.Levels[static_cast<std::size_t>(level.LevelIndex)];
+}
+
+fs::path IntakeHome::Work() const {
+    return NativePath(level.WorkFolder);
+}
+
+std::vector<std::string> IntakeHome::WorkNames() const {
+    return NamesIn(Work());
+}
+
+std::vector<std::string> IntakeHome::StoredNames(std::int32_t code) const {
+    return NamesIn(LevelPath(code) / "FILES");
+}
+
+} // namespace kelvash::test

@@ -1,0 +1,365 @@
+// Extraction: what is written, refused and told.
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <cstdlib>
+
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "foundation/zip.h"
+#include "foundation/zip_module.h"
+#include "support/foundation_home.h"
+#include "support/zip_bytes.h"
+
+namespace kelvash {
+namespace {
+
+using namespace std::string_literals;
+using test::MakeEntry;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Unzip : public test::FoundationHome {
+  protected:
+    Unzip() { std::filesystem::create_directories(drive / "out"); }
+
+    void Put(const std::vector<test::ZipBytes>& all) { PutBytes(test::MakeZipBytes(all)); }
+    void PutBytes(const std::string& bytes) { test::MakeFile(drive / "a.zip", bytes); }
+    // Makes a.zip of the folder in/ with a program of the system.
+    void Run(const std::string& command) {
+        const std::string line = "cd '" + (drive / "in").string() + "' && " + command;
+        ASSERT_EQ(std::system(line.c_str()), 0) << line;
+    }
+    bool Extract(ZipFolders folders = ZipFolders::Kept, Wipe wipe = Wipe::No) {
+        return UnzipToFolder("C:\\a.zip", "C:\\out", entries, wipe, folders, ZipProgress::Shown, bar,
+                             message);
+    }
+    std::vector<std::string> Tree() const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(drive / "out"))
+            if (entry.is_regular_file())
+                names.push_back(entry.path().lexically_relative(drive / "out").generic_string());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+    std::string Bytes(const std::string& name) const { return test::BytesOf(drive / "out" / name); }
+
+    std::vector<std::string> entries;
+    std::string message;
+    Bar bar;
+};
+
+TEST_F(Unzip, WritesFilesWithTheirFoldersOrFlat) {
+    Put({MakeEntry("readme.txt", "Hi"), MakeEntry("DATA/", ""), MakeEntry("DATA/maze.tr4", "level")});
+    EXPECT_TRUE(Extract());
+    EXPECT_THAT(Tree(), ElementsAre("DATA/maze.tr4", "readme.txt"));
+    EXPECT_THAT(entries, ElementsAre("C:\\out\\readme.txt", "C:\\out\\DATA\\maze.tr4"));
+    EXPECT_EQ(message, "  inflating: maze.tr4");
+    EXPECT_TRUE(Extract(ZipFolders::Flat, Wipe::Yes));
+    EXPECT_EQ(Bytes("maze.tr4"), "level");
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(Unzip, FilesKeepTheirTime) {
+    Put({MakeEntry("a.txt", "Hi")}); // 2025-01-01 12:00, local time
+    EXPECT_TRUE(Extract());
+    const auto seconds = FileTime("C:\\out\\a.txt");
+    ASSERT_TRUE(seconds.has_value());
+    EXPECT_NEAR(static_cast<double>(*seconds), 1735732800.0, 14 * 3600.0);
+}
+
+TEST_F(Unzip, AnEmptyArchiveIsASuccessWithoutProgress) {
+    PutBytes("PK\5\6"s + std::string(18, '\0'));
+    EXPECT_TRUE(Extract());
+    EXPECT_THAT(entries, IsEmpty());
+    EXPECT_EQ(user.last_percent, -1);
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(Unzip, WipingTakesTheFilesOfTheDestinationFirst) {
+    test::MakeFile(drive / "out/old.txt", "old");
+    test::MakeFile(drive / "out/below/kept.txt", "kept");
+    Put({MakeEntry("a.txt", "Hi")});
+    EXPECT_TRUE(Extract(ZipFolders::Kept, Wipe::Yes));
+    EXPECT_THAT(Tree(), ElementsAre("a.txt", "below/kept.txt"));
+}
+
+TEST_F(Unzip, AFileThatExistsIsReplacedUnderItsSpelling) {
+    test::MakeFile(drive / "out/Data/README.TXT", "old");
+    Put({MakeEntry("DATA/readme.txt", "new")});
+    EXPECT_TRUE(Extract());
+    EXPECT_THAT(Tree(), ElementsAre("Data/README.TXT"));
+    EXPECT_EQ(Bytes("Data/README.TXT"), "new");
+}
+
+TEST_F(Unzip, EntriesThatLeadOutAreRefusedAndToldAndTheRestIsExtracted) {
+    std::vector<test::ZipBytes> all;
+    for (const char* name :
+         {"../evil1.txt", "/evil2.txt", "..\\evil3.txt", "C:\\evil4.txt", "a/../../evil5.txt", "c:evil6.txt",
+          "\\\\host\\share\\evil7.txt", "..", "con.txt", "x/LPT1", "...", "a/ . /evil8.txt"})
+        all.push_back(MakeEntry(name, "evil"));
+    all.push_back(MakeEntry("good.txt", "good"));
+    all.push_back(MakeEntry("data\\b.txt", "back-slash"));
+    Put(all);
+    EXPECT_TRUE(Extract());
+    EXPECT_THAT(Tree(), ElementsAre("data/b.txt", "good.txt"));
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre("exclamation: Warning: following entries of zip file a.zip have been skipped because "
+                    "they should be extracted out of the level folder:\r\n../evil1.txt\r\n/evil2.txt\r\n"
+                    "..\\evil3.txt\r\nC:\\evil4.txt\r\na/../../evil5.txt\r\nc:evil6.txt\r\n"
+                    "\\\\host\\share\\evil7.txt\r\n..\r\ncon.txt\r\nx/LPT1\r\n...\r\na/ . /evil8.txt"));
+    for (int i = 1; i <= 8; ++i)
+        EXPECT_FALSE(test::Exists(drive / ("evil" + std::to_string(i) + ".txt"))) << i;
+    EXPECT_TRUE(Extract(ZipFolders::Flat, Wipe::Yes)); // flat they are refused as well
+    EXPECT_FALSE(test::Exists(drive / "out/evil1.txt"));
+}
+
+TEST_F(Unzip, LinksAreRefusedAndNotFollowed) {
+    std::filesystem::create_directory_symlink(drive, drive / "out/there");
+    test::ZipBytes link = MakeEntry("link", "/etc");
+    link.made_by = 0x0314;
+    link.attributes = 0120777U << 16;
+    Put({link, MakeEntry("link/evil.txt", "evil"), MakeEntry("there/evil.txt", "evil")});
+    EXPECT_FALSE(Extract());
+    EXPECT_FALSE(test::Exists(drive / "evil.txt"));
+    EXPECT_EQ(Bytes("link/evil.txt"), "evil"); // "link" is a plain folder here
+    EXPECT_THAT(user.Told(),
+                ElementsAre(testing::EndsWith("\r\nlink"),
+                            "exclamation: Error extracting following entries of zip file a.zip:\r\n"
+                            "there/evil.txt: I can not write the file"));
+}
+
+TEST_F(Unzip, OnlySomeNamesAreTold) {
+    std::vector<test::ZipBytes> all;
+    for (int i = 0; i < 25; ++i)
+        all.push_back(MakeEntry("../" + std::to_string(i), ""));
+    Put(all);
+    EXPECT_TRUE(Extract());
+    EXPECT_THAT(user.Told(), ElementsAre(testing::EndsWith("\r\n../19\r\n... and 5 more")));
+}
+
+TEST_F(Unzip, OfTwoEntriesOfOneNameTheFirstStays) {
+    Put({MakeEntry("a.txt", "first"), MakeEntry("A.TXT", "second"), MakeEntry("x/a.txt", "first"),
+         MakeEntry("a.txt", "first")});
+    EXPECT_TRUE(Extract());
+    EXPECT_THAT(Tree(), ElementsAre("a.txt", "x/a.txt"));
+    EXPECT_EQ(Bytes("a.txt"), "first");
+    EXPECT_THAT(user.Told(),
+                ElementsAre("exclamation: Warning: following entries of zip file a.zip have been "
+                            "skipped because there is already a file with same name:\r\nA.TXT"));
+    user.Forget();
+    EXPECT_TRUE(Extract(ZipFolders::Flat, Wipe::Yes));
+    EXPECT_EQ(user.Told().size(), 1U); // x/a.txt is the same file again
+}
+
+TEST_F(Unzip, NamesComeOutInTheirCodePage) {
+    Put({MakeEntry("Gr\x94\xE1"
+                   "e.txt",
+                   "437"),
+         MakeEntry("Stra\xDF"
+                   "e \xFC"
+                   "ber.txt",
+                   "1252"),
+         MakeEntry("Łódź.txt", "UTF-8"), MakeEntry("caf\x82.txt", "437"),
+         MakeEntry("l\x92\xE9toile.txt", "1252"), MakeEntry("\xB0\xB1.txt", "437")});
+    EXPECT_TRUE(Extract());
+    EXPECT_THAT(Tree(), testing::UnorderedElementsAre("Größe.txt", "Straße über.txt", "Łódź.txt", "café.txt",
+                                                      "l’étoile.txt", "░▒.txt"));
+}
+
+TEST_F(Unzip, SignsThatNoNameCanHoldBecomeLines) {
+    Put({MakeEntry("ab: \"c\"?<d>|*\t.txt", "x")});
+    EXPECT_TRUE(Extract());
+    EXPECT_THAT(Tree(), ElementsAre("ab_ _c___d____.txt"));
+}
+
+TEST_F(Unzip, DamagedEntriesFailAndTheOthersAreExtracted) {
+    test::ZipBytes wrong = MakeEntry("wrong.txt", "bytes");
+    wrong.crc ^= 1;
+    test::ZipBytes unknown = MakeEntry("deflate64.txt", "bytes");
+    unknown.method = 9;
+    Put({wrong, unknown, MakeEntry("good.txt", "good")});
+    test::MakeFile(drive / "out/wrong.txt", "the old one");
+    EXPECT_FALSE(Extract());
+    EXPECT_THAT(Tree(), ElementsAre("good.txt", "wrong.txt"));
+    EXPECT_EQ(Bytes("wrong.txt"), "the old one");
+    EXPECT_THAT(user.Told(),
+                ElementsAre("exclamation: Error extracting following entries of zip file a.zip:\r\n"
+                            "wrong.txt: the data are damaged\r\n"
+                            "deflate64.txt: compression method 9 is not supported"));
+    EXPECT_EQ(message, "deflate64.txt: compression method 9 is not supported");
+}
+
+TEST_F(Unzip, AnEntryNeverGetsLongerThanItDeclares) {
+    test::ZipBytes lying = MakeEntry("lying.txt", std::string(100, 'x'));
+    lying.declared = 10;
+    Put({lying});
+    EXPECT_FALSE(Extract());
+    EXPECT_THAT(Tree(), IsEmpty());
+}
+
+TEST_F(Unzip, TruncatedZipsAreRefusedAtEveryLength) {
+    const std::string whole = test::MakeZipBytes({MakeEntry("a.txt", "content"), MakeEntry("b.txt", "more")});
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+        PutBytes(whole.substr(0, length));
+        EXPECT_FALSE(Extract()) << length;
+        EXPECT_THAT(Tree(), IsEmpty()) << length;
+    }
+    EXPECT_THAT(user.Told().back(), testing::StartsWith("exclamation: I can not open zip file: a.zip ("));
+}
+
+TEST_F(Unzip, AnEncryptedZipAsksOnceForItsPassword) {
+    test::MakeFile(drive / "in/a.txt", "secret text");
+    test::MakeFile(drive / "in/b.txt", "more of it");
+    Run("zip -q -P sesame '" + (drive / "a.zip").string() + "' a.txt b.txt");
+    user.WillAnswer("Encrypted zip file\nThe zip file a.zip is encrypted.\r\nType its password:", "sesame");
+    EXPECT_TRUE(Extract());
+    EXPECT_EQ(Bytes("a.txt"), "secret text");
+    EXPECT_EQ(Bytes("b.txt"), "more of it");
+    user.WillAnswer("Encrypted zip file", "cancel");
+    EXPECT_FALSE(Extract(ZipFolders::Kept, Wipe::Yes));
+    EXPECT_THAT(Tree(), IsEmpty());
+    EXPECT_THAT(user.Told(),
+                ElementsAre("exclamation: Error extracting following entries of zip file a.zip:\r\n"
+                            "a.txt: the entry is encrypted\r\nb.txt: the entry is encrypted"));
+}
+
+TEST_F(Unzip, ABombIsAskedAbout) {
+    std::vector<test::ZipBytes> all;
+    for (int i = 0; i < 3; ++i) {
+        test::ZipBytes bomb = MakeEntry("bomb" + std::to_string(i), "x");
+        bomb.declared = 0xF0000000U;
+        all.push_back(bomb);
+    }
+    Put(all);
+    const bool room = FreeSpace("C:\\") > 12LL * 1024 * 1024 * 1024;
+    user.WillAnswer(
+        room ? "The files of zip a.zip need 11.3 Gb, that is " : "need 11.3 Gb, but in drive [C:]", "no");
+    EXPECT_FALSE(Extract());
+    EXPECT_THAT(Tree(), IsEmpty());
+    EXPECT_THAT(user.Told(), IsEmpty());
+    EXPECT_EQ(message, "Stopped by the user");
+}
+
+TEST_F(Unzip, MoreThanTheFreeSpaceIsAskedAbout) {
+    std::vector<test::ZipBytes> all;
+    for (int i = 0; i < 2000; ++i) { // some 8 TB
+        test::ZipBytes huge = MakeEntry(std::to_string(i), "");
+        huge.declared = 0xFFFFFFF0U;
+        all.push_back(huge);
+    }
+    Put(all);
+    user.WillAnswer("but in drive [C:] there are only ", "no");
+    EXPECT_FALSE(Extract());
+    EXPECT_THAT(Tree(), IsEmpty());
+}
+
+TEST_F(Unzip, ManyEntriesInOneFolderAreNoTrouble) {
+    constexpr int kCount = 10000; // a search per entry would take minutes
+    std::vector<test::ZipBytes> all;
+    for (int i = 0; i < kCount; ++i)
+        all.push_back(MakeEntry("f" + std::to_string(i), ""));
+    Put(all);
+    EXPECT_EQ(ListZip("C:\\a.zip", message)->size(), static_cast<std::size_t>(kCount));
+    EXPECT_TRUE(Extract());
+    EXPECT_EQ(entries.size(), static_cast<std::size_t>(kCount));
+    EXPECT_EQ(user.last_percent, 100);
+}
+
+TEST_F(Unzip, MoreEntriesThanAPlainEndRecordTells) {
+    std::filesystem::create_directories(drive / "in");
+    Run("seq 1 100000 | xargs touch && seq 1 100000 | zip -q -0 '" + (drive / "a.zip").string() + "' -@");
+    EXPECT_EQ(ListZip("C:\\a.zip", message)->size(), 100000U);
+}
+
+TEST_F(Unzip, ASpecifiedStopEndsTheWork) {
+    Put({MakeEntry("a.txt", "a"), MakeEntry("b.txt", "b")});
+    user.stop = true;
+    EXPECT_FALSE(Extract());
+    EXPECT_EQ(message, "Stopped by the user");
+    EXPECT_THAT(Tree(), IsEmpty());
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(Unzip, AStopActsWithinOneEntry) {
+    std::filesystem::create_directories(drive / "in");
+    Run("truncate -s 1000000000 big && zip -q -1 '" + (drive / "a.zip").string() + "' big");
+    UnzipClass unzip;
+    UnzipSettings("C:\\a.zip", "C:\\out", ZipFolders::Flat, unzip);
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point start = Clock::now();
+    Clock::time_point asked;
+    EXPECT_FALSE(unzip.UnZip({nullptr, [&] {
+                                  if (Clock::now() - start < std::chrono::milliseconds(100)) return false;
+                                  asked = Clock::now();
+                                  return true;
+                              }}));
+    EXPECT_TRUE(unzip.Stopped);
+    EXPECT_LT(Clock::now() - asked, std::chrono::milliseconds(200));
+    EXPECT_THAT(Tree(), IsEmpty());
+}
+
+TEST_F(Unzip, ListingGivesNamesAndSizesWithoutExtracting) {
+    Put({MakeEntry("DATA/", ""), MakeEntry("DATA/maze.tr4", "level"), MakeEntry("caf\x82.txt", "")});
+    const auto listed = ListZip("C:\\a.zip", message);
+    ASSERT_TRUE(listed && listed->size() == 2);
+    EXPECT_EQ((*listed)[0].Name, "DATA\\maze.tr4");
+    EXPECT_EQ((*listed)[0].Size, 5);
+    EXPECT_EQ((*listed)[1].Name, "café.txt");
+    EXPECT_THAT(Tree(), IsEmpty());
+    EXPECT_FALSE(ListZip("C:\\none.zip", message).has_value());
+    EXPECT_NE(message, "");
+}
+
+TEST_F(Unzip, ThePropertiesOfTheClassAct) {
+    Put({MakeEntry("DATA/my level.tr4", "new"), MakeEntry("readme.txt", "new")});
+    UnzipClass unzip;
+    unzip.ZipFileName = "C:\\a.zip";
+    unzip.ExtractDir = "C:\\out";
+    unzip.TestZip = true;
+    EXPECT_TRUE(unzip.UnZip({}));
+    EXPECT_THAT(Tree(), IsEmpty());
+    unzip.TestZip = false;
+    unzip.ExtractList = {"data\\*.tr4"};
+    unzip.SpaceToUnderScore = true;
+    EXPECT_TRUE(unzip.UnZip({}));
+    EXPECT_THAT(Tree(), ElementsAre("DATA/my_level.tr4"));
+    unzip.CaseSensitive = true;
+    EXPECT_TRUE(unzip.UnZip({}));
+    EXPECT_THAT(unzip.Written, IsEmpty());
+    unzip.ExtractList = {"readme.txt"};
+    test::MakeFile(drive / "out/readme.txt", "old");
+    unzip.OverWriteFiles = false;
+    EXPECT_TRUE(unzip.UnZip({}));
+    EXPECT_EQ(Bytes("readme.txt"), "old");
+    unzip.OverWriteFiles = true;
+    unzip.ExtractOnlyNewer = true;
+    EXPECT_TRUE(unzip.UnZip({}));
+    EXPECT_EQ(Bytes("readme.txt"), "old"); // it is of today
+    SetFileDate("C:\\out\\readme.txt", 1000000000);
+    EXPECT_TRUE(unzip.UnZip({}));
+    EXPECT_EQ(Bytes("readme.txt"), "new");
+    unzip.ExtractOnlyNewer = false;
+    unzip.PromptOverwrite = true;
+    test::MakeFile(drive / "out/readme.txt", "old");
+    user.WillAnswer("Replace file", "no");
+    EXPECT_TRUE(unzip.UnZip({}));
+    EXPECT_EQ(Bytes("readme.txt"), "old");
+}
+
+TEST_F(Unzip, TheToolIsRunFromTheProgramsFolder) {
+    test::MakeFile(drive / "in/a.txt", std::string(1000, 'a'));
+    Run("zip -q '" + (drive / "a.zip").string() + "' a.txt");
+    EXPECT_FALSE(UnzipWithTool("C:\\a.zip", "C:\\out", bar));
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: Unzip: I cannot find  'unzip.exe' utility\r\nIt's necessary "
+                            "'unzip.exe' utility  will be  in folder: C:\\Kelvash"));
+    ASSERT_EQ(std::system(("cp \"$(command -v unzip)\" '" + (home / "unzip.exe").string() + "'").c_str()), 0);
+    EXPECT_TRUE(UnzipWithTool("C:\\a.zip", "C:\\out", bar));
+    EXPECT_EQ(Bytes("a.txt"), std::string(1000, 'a'));
+    EXPECT_EQ(bar.percent, 100);
+}
+
+} // namespace
+} // namespace kelvash

@@ -1,0 +1,165 @@
+// Making zips, and the progress procedures.
+#include "foundation/zip.h"
+
+#include <gmock/gmock.h>
+
+#include "foundation/zip_module.h"
+#include "foundation/zip_progress.h"
+#include "support/foundation_home.h"
+
+namespace kelvash {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class Zip : public test::FoundationHome {
+  protected:
+    Zip() {
+        test::MakeFile(drive / "in/a.txt", "aaa");
+        test::MakeFile(drive / "in/Größe Ł.txt", "g");
+        test::MakeFile(drive / "in/sub/b.txt", "b");
+    }
+    std::vector<std::string> Names(const std::string& zip = "C:\\a.zip") const {
+        std::string reason;
+        std::vector<std::string> names;
+        const auto listed = ListZip(zip, reason);
+        if (listed)
+            for (const ZipEntry& entry : *listed)
+                names.push_back(entry.Name);
+        return names;
+    }
+    std::vector<std::string> entries;
+    std::string message;
+    Bar bar;
+};
+
+TEST_F(Zip, AFolderGoesInFlatOrWithItsTree) {
+    EXPECT_TRUE(ZipFolder("C:\\in", "C:\\a.zip", entries, Recurse::No, bar, message));
+    EXPECT_THAT(Names(), ElementsAre("a.txt", "Größe Ł.txt"));
+    EXPECT_THAT(entries, ElementsAre("C:\\in\\a.txt", "C:\\in\\Größe Ł.txt"));
+    EXPECT_EQ(bar.percent, 100);
+    EXPECT_TRUE(ZipFolder("C:\\in", "C:\\a.zip", entries, Recurse::Yes, bar, message));
+    EXPECT_THAT(Names(), ElementsAre("a.txt", "Größe Ł.txt", "sub\\b.txt"));
+}
+
+TEST_F(Zip, LinesNameEachEntry) {
+    ZipClass zip;
+    zip.ZipFileName = "C:\\a.zip";
+    zip.RootDirectory = "C:\\in";
+    zip.RecurseFolders = true;
+    zip.AddFile("C:\\in");
+    EXPECT_EQ(zip.ZipFileCount(), 3);
+    zip.RemoveFile("c:\\IN\\A.txt");
+    EXPECT_EQ(zip.ZipFileCount(), 2);
+    std::vector<std::string> lines;
+    EXPECT_TRUE(zip.MakeZipFile({[&](const std::string& line) {
+                                     lines.push_back(line);
+                                     return false;
+                                 },
+                                 nullptr}));
+    EXPECT_THAT(lines, ElementsAre("  adding: Größe Ł.txt", "  adding: sub/b.txt"));
+    EXPECT_EQ(zip.GetLastMessage(), "  adding: sub/b.txt");
+}
+
+TEST_F(Zip, UpdatingReplacesAndKeepsTheRest) {
+    ASSERT_TRUE(ZipFolder("C:\\in", "C:\\a.zip", entries, Recurse::No, bar, message));
+    test::MakeFile(drive / "in/a.txt", "longer");
+    ZipClass zip;
+    zip.ZipFileName = "C:\\a.zip";
+    zip.UpdatingZip = true;
+    zip.RootDirectory = "C:\\in";
+    zip.AddFile("C:\\in\\a.txt");
+    zip.AddFile("C:\\in\\sub\\b.txt");
+    EXPECT_TRUE(zip.MakeZipFile({}));
+    EXPECT_THAT(Names(), ElementsAre("a.txt", "Größe Ł.txt", "sub\\b.txt"));
+    EXPECT_EQ(ListZip("C:\\a.zip", message)->front().Size, 6);
+}
+
+TEST_F(Zip, AStopOrAnErrorLeavesTheOldZip) {
+    test::MakeFile(drive / "a.zip", "the old one");
+    user.stop = true;
+    EXPECT_FALSE(ZipFolder("C:\\in", "C:\\a.zip", entries, Recurse::No, bar, message));
+    EXPECT_EQ(message, "Stopped by the user");
+    EXPECT_EQ(test::BytesOf(drive / "a.zip"), "the old one");
+    user.stop = false;
+    EXPECT_FALSE(ZipFolder("C:\\in", "C:\\missing\\a.zip", entries, Recurse::No, bar, message));
+    EXPECT_NE(message, "");
+    ZipClass zip;
+    zip.ZipFileName = "C:\\a.zip";
+    zip.AddFile("C:\\in\\gone.txt");
+    EXPECT_FALSE(zip.MakeZipFile({}));
+    EXPECT_EQ(zip.GetLastMessage(), "I can not read the file C:\\in\\gone.txt");
+    EXPECT_EQ(test::BytesOf(drive / "a.zip"), "the old one");
+    EXPECT_THAT(Names("C:\\b.zip"), IsEmpty());
+}
+
+TEST_F(Zip, AFolderThatMayNotBeWrittenIsAnError) {
+    test::OrdinaryUser ordinary;
+    std::filesystem::create_directories(drive / "locked");
+    std::filesystem::permissions(drive / "locked", std::filesystem::perms(0555));
+    EXPECT_FALSE(ZipFolder("C:\\in", "C:\\locked\\a.zip", entries, Recurse::No, bar, message));
+    std::filesystem::permissions(drive / "locked", std::filesystem::perms(0755));
+    EXPECT_TRUE(std::filesystem::is_empty(drive / "locked"));
+}
+
+class ZipLines : public test::FoundationHome {
+  protected:
+    bool stop = true;
+};
+
+TEST_F(ZipLines, InflatingAndAddingAreCounted) {
+    LineProgress progress{{}, 4};
+    GestioneUnzip(progress, "  inflating: a.txt", false, stop);
+    GestioneUnzip(progress, "   creating: sub/", false, stop);
+    GestioneUnzip(progress, "  adding: a.txt", false, stop);
+    EXPECT_EQ(user.last_percent, 25);
+    EXPECT_FALSE(stop);
+    GestioneZip(progress, "  adding: b.txt (deflated 5%)", false, stop);
+    EXPECT_EQ(user.last_percent, 50);
+}
+
+TEST_F(ZipLines, ResettingEmptiesCaptionAndBar) {
+    LineProgress progress{{}, 4};
+    for (const auto manage : {GestioneUnzip, GestioneZip, GestioneMadPlay, GestioneLame}) {
+        GestioneUnzip(progress, "inflating", false, stop);
+        user.stop = true;
+        manage(progress, "inflating adding: (50%)", true, stop);
+        user.stop = false;
+        EXPECT_FALSE(stop);
+        EXPECT_EQ(user.last_percent, 0);
+        EXPECT_EQ(progress.done, 0);
+        EXPECT_EQ(user.Shown().back(), "");
+    }
+}
+
+TEST_F(ZipLines, TheUsersStopComesOut) {
+    LineProgress progress{{}, 4};
+    user.stop = true;
+    stop = false;
+    GestioneZip(progress, "", false, stop);
+    EXPECT_TRUE(stop);
+}
+
+TEST_F(ZipLines, TimesOfMadplayCountAgainstTheLength) {
+    LineProgress progress{{}, 200};
+    GestioneMadPlay(progress, " 00:01:40 Layer III, 128 kbps", false, stop);
+    EXPECT_EQ(user.last_percent, 50);
+    GestioneMadPlay(progress, " 00:02:5", false, stop); // too short
+    GestioneMadPlay(progress, "100:02:50", false, stop);
+    EXPECT_EQ(user.last_percent, 85);
+    GestioneMadPlay(progress, "MPEG Audio Decoder", false, stop);
+    EXPECT_EQ(user.last_percent, 85);
+}
+
+TEST_F(ZipLines, PercentagesOfLameAreTaken) {
+    LineProgress progress{{}, 0};
+    GestioneLame(progress, "   400/1234   (33%)|    0:01/    0:03", false, stop);
+    EXPECT_EQ(user.last_percent, 33);
+    GestioneLame(progress, "(no number)", false, stop);
+    GestioneLame(progress, "50%)", false, stop);
+    EXPECT_EQ(user.last_percent, 33);
+}
+
+} // namespace
+} // namespace kelvash
