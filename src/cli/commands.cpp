@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/archive.h"
+#include "core/level_list.h"
 #include "core/profile.h"
 #include "core/start_up.h"
 #include "foundation/drives.h"
@@ -18,19 +19,13 @@ namespace {
 
 using CommandFunction = Result (*)(Session&);
 
-constexpr std::array<std::pair<std::string_view, CommandFunction>, 12> kCommands = {{
-    {"init", Init},
-    {"status", Status},
-    {"profile", Profile},
-    {"new", New},
-    {"load", Load},
-    {"save", Save},
-    {"save-as", SaveAs},
-    {"levels", Levels},
-    {"install", Install},
-    {"play", Play},
-    {"restore", Restore},
-    {"demo", Demo},
+constexpr std::array<std::pair<std::string_view, CommandFunction>, 22> kCommands = {{
+    {"init", Init},       {"status", Status},  {"profile", Profile}, {"new", New},
+    {"load", Load},       {"save", Save},      {"save-as", SaveAs},  {"levels", Levels},
+    {"install", Install}, {"play", Play},      {"restore", Restore}, {"demo", Demo},
+    {"add", Add},         {"level", LevelSet}, {"export", Export},   {"config", Config},
+    {"remove", Remove},   {"sizes", Sizes},    {"equal", Equal},     {"recover", Recover},
+    {"move", Move},       {"prefs", Prefs},
 }};
 
 } // namespace
@@ -68,6 +63,21 @@ bool EndSession(const Session& session) {
     if (!session.home_taken || core::SaveProfile()) return true;
     TellCritical(LoadMessage(MessageId::kCliCannotSaveProfile, {}) + core::ProfilePath());
     return false;
+}
+
+bool TakeCode(const std::string& typed, std::int32_t& code) {
+    const std::optional<std::int32_t> number = WholeNumber(typed);
+    code = number.value_or(-1);
+    if (number && core::LevelIndex(code) >= 0) return true;
+    TellCritical(LoadMessage(MessageId::kUnknownLevelCode, {}) + typed);
+    return false;
+}
+
+bool SelectCode(const std::string& typed, std::int32_t& code) {
+    if (!TakeCode(typed, code)) return false;
+    core::RefreshLevelList();
+    core::SelectLevel(code);
+    return true;
 }
 
 bool TakePath(const std::string& typed, std::string& path) {

@@ -1,6 +1,7 @@
 // The commands: each is one function over the logic.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "cli/result.h"
@@ -27,6 +28,18 @@ Result Play(Session& session);
 Result Restore(Session& session);
 // commands_demo.cpp
 Result Demo(Session& session);
+// commands_intake.cpp
+Result Add(Session& session);
+Result LevelSet(Session& session);
+Result Export(Session& session);
+Result Config(Session& session);
+// commands_maintenance.cpp
+Result Remove(Session& session);
+Result Sizes(Session& session);
+Result Equal(Session& session);
+Result Recover(Session& session);
+Result Move(Session& session);
+Result Prefs(Session& session);
 
 // Shared by the commands (commands.cpp).
 
@@ -37,6 +50,10 @@ Result Demo(Session& session);
 [[nodiscard]] bool StartUpWithArchive(Session& session, const std::string& command_line);
 // The program's end: offers to save the Archive and keeps the profile. False after a message.
 [[nodiscard]] bool EndSession(const Session& session);
+// True, with the code, if a level of the open Archive has it; tells otherwise.
+[[nodiscard]] bool TakeCode(const std::string& typed, std::int32_t& code);
+// The same, and the level is selected in the list as the commands of the main form want it.
+[[nodiscard]] bool SelectCode(const std::string& typed, std::int32_t& code);
 // True if the typed path can be reached by a drive, which every path of the logic must; tells otherwise.
 [[nodiscard]] bool TakePath(const std::string& typed, std::string& path);
 

@@ -98,15 +98,6 @@ Result InstalledResult(bool ok) {
     return result;
 }
 
-// True, with the code, if a level of the open Archive has it; tells otherwise.
-bool TakeCode(const std::string& typed, std::int32_t& code) {
-    const std::optional<std::int32_t> number = WholeNumber(typed);
-    code = number.value_or(-1);
-    if (number && core::LevelIndex(code) >= 0) return true;
-    TellCritical(LoadMessage(MessageId::kUnknownLevelCode, {}) + typed);
-    return false;
-}
-
 bool InstallAndTell(std::int32_t code) {
     const bool installed = swap::InstallLevel(code);
     if (!installed) TellCritical(LoadMessage(MessageId::kErrorInstalling, {}));

@@ -89,6 +89,38 @@ void AddSwapCommands(CLI::App& app, Options& options) {
                   "Leaves the program's first start to you: no TRLE folder is chosen, no backup made");
 }
 
+void AddIntakeCommands(CLI::App& app, Options& options) {
+    CLI::App& add = *app.add_subcommand("add", "Adds a level made of zips, folders and files");
+    add.add_option("SOURCE", options.sources)->required();
+    add.add_option("--name", options.name, "The level's name, in place of the zip's or its author's");
+    CLI::App& level = *app.add_subcommand("level", "Changes a level's properties");
+    level.require_subcommand(1);
+    CLI::App& set = *level.add_subcommand("set", "Sets what is given, and stores changed files");
+    set.add_option("CODE", options.code, "The level's code, as 'levels' shows it")->required();
+    set.add_option("--name", options.name, "Its name");
+    set.add_option("--note", options.note, "The note of one line");
+    set.add_option("--more-info", options.more_info,
+                   "The file of the level that More info opens; \"\" for none");
+    AddLevelCommand(app, options, "export", "Writes a level with its savegames to a zip")
+        .add_option("ZIP", options.path)
+        ->required();
+    AddPathCommand(app, options, "config", "FILE", "Shows a package file kelvash.cfg");
+}
+
+void AddMaintenanceCommands(CLI::App& app, Options& options) {
+    AddLevelCommand(app, options, "remove", "Takes a level out of the Archive");
+    app.add_subcommand("sizes", "Counts the sizes of all levels anew");
+    app.add_subcommand("equal", "Looks for levels that the Archive holds twice");
+    AddPathCommand(app, options, "recover", "DIR", "Makes a new Archive of a folder of LEVEL_NNNN folders");
+    AddPathCommand(app, options, "move", "DIR", "Moves the Archive's level folders");
+    CLI::App& prefs = *app.add_subcommand("prefs", "Shows or sets how the Archive keeps its files");
+    const auto add_switch = [&](const char* name, std::optional<std::string>& value, const char* about) {
+        prefs.add_option(name, value, about)->check(CLI::IsMember({"on", "off"}))->type_name("on|off");
+    };
+    add_switch("--compress", options.compress, "New levels are stored compressed");
+    add_switch("--mp3", options.mp3, "Waves of new levels are stored as mp3");
+}
+
 // CLI11 takes "-1" for an option. No option is a number, so such words go behind the "--" that ends them all;
 // a value is the last argument wherever it can be negative.
 void ProtectNegativeNumbers(std::vector<std::string>& words) {
@@ -127,6 +159,8 @@ std::optional<int> ParseOptions(std::vector<std::string> words, Options& options
     AddInit(app, options);
     AddArchiveCommands(app, options);
     AddSwapCommands(app, options);
+    AddIntakeCommands(app, options);
+    AddMaintenanceCommands(app, options);
     ProtectNegativeNumbers(words);
     std::reverse(words.begin(), words.end()); // as the parser takes them
     try {

@@ -25,6 +25,12 @@ struct Options {
     std::string restore_kind; // "fast" or "full"
     std::string field;        // empty: all fields
     std::optional<std::string> value;
+    std::vector<std::string> sources;
+    std::optional<std::string> name;
+    std::optional<std::string> note;
+    std::optional<std::string> more_info;
+    std::optional<std::string> compress; // "on" or "off"
+    std::optional<std::string> mp3;      // "on" or "off"
 };
 
 // Exit statuses.

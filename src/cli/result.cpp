@@ -13,7 +13,7 @@ namespace {
 using nlohmann::ordered_json;
 
 // Headings of the fields that all commands share; others are shown under their own names.
-constexpr std::array<std::pair<std::string_view, MessageId>, 7> kHeadings = {{
+constexpr std::array<std::pair<std::string_view, MessageId>, 15> kHeadings = {{
     {"trle", MessageId::kCliTrle},
     {"archive", MessageId::kCliArchive},
     {"levels", MessageId::kCliLevels},
@@ -21,6 +21,14 @@ constexpr std::array<std::pair<std::string_view, MessageId>, 7> kHeadings = {{
     {"fullBackup", MessageId::kCliFullBackup},
     {"home", MessageId::kCliHome},
     {"zips", MessageId::kCliZips},
+    {"code", MessageId::kCliCode},
+    {"file", MessageId::kCliFile},
+    {"equal", MessageId::kCliEqualLevels},
+    {"mainSize", MessageId::kCliMainSize},
+    {"secondarySize", MessageId::kCliSecondarySize},
+    {"folder", MessageId::kCliFolder},
+    {"compressFiles", MessageId::kCliCompressFiles},
+    {"encodeWavInMp3", MessageId::kCliEncodeMp3},
 }};
 
 std::string Heading(const std::string& name) {

@@ -75,7 +75,7 @@ void RemoveCopies(const std::vector<Move>& moves) {
 
 // Copies everything; on failure or a stop what was copied goes again.
 bool CopyLevels(const std::vector<Move>& moves) {
-    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kMoving, {}));
+    ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(MessageId::kMoving, {}));
     Bar one_level{BarPlace::CallerForm, -1};
     double done = 0;
     for (const Move& move : moves) {

@@ -42,12 +42,18 @@ std::int32_t FieldSize(double bytes) {
 }
 
 void ComputeArchiveSize(Report report) {
-    ProgressDialog progress(BarPlace::ProgressDialog,
+    ProgressDialog progress(BarPlace::StoppableDialog,
                             LoadMessage(MessageId::kComputingSize, {FileNameOf(profile.LastArchive)}));
+    const ArchiveContents old = archive;
     ArchiveHeader& header = archive.Header;
     header.MainFolderSize = 0;
     header.SecondaryFolderSize = 0;
     for (std::int32_t i = 0; i < header.LevelCount; ++i) {
+        TheUser().PumpEvents();
+        if (TheUser().StopRequested()) { // no half-counted sums
+            static_cast<ArchiveContents&>(archive) = old;
+            return;
+        }
         LevelRecord& level = archive.Levels[static_cast<std::size_t>(i)];
         const std::string folder = LevelFolder(level.Code, false);
         progress.Label(LoadMessage(MessageId::kScanningFolder, {}) + folder);

@@ -14,7 +14,7 @@ std::int64_t SavesBytes(std::string_view level_folder);
 std::int32_t FieldSize(double bytes);
 
 // Recounts every level (the files only of those on disk) and the header's sums, then ArchiveTouched. With
-// `show_report` the sums are told.
+// `show_report` the sums are told. A stop by the user leaves all sizes as they were.
 enum class Report { Silent, Shown };
 void ComputeArchiveSize(Report report);
 // Recounts one level and moves the header's sums by the difference.

@@ -131,7 +131,7 @@ bool CheckEqualLevels(const std::vector<Tr4Info>& list, std::int32_t own_code, E
 }
 
 std::int32_t ControllaUguali() {
-    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kScanningEqual, {}));
+    ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(MessageId::kScanningEqual, {}));
     std::int32_t count = 0;
     for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i) {
         TheUser().PumpEvents();
@@ -159,7 +159,7 @@ std::int32_t ControllaUguali() {
 }
 
 void CreaInfoTr4() {
-    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kCreatingInfos, {}));
+    ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(MessageId::kCreatingInfos, {}));
     for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i) {
         TheUser().PumpEvents();
         if (TheUser().StopRequested()) return;

@@ -34,8 +34,8 @@ struct ChoiceForm {
     std::string text{};
 };
 
-// Where a label and a bar stand.
-enum class BarPlace { ProgressDialog, ZipDialog, WaitDialog, MainWindow, CallerForm };
+// Where a label and a bar stand. StoppableDialog is the progress dialog of a job that heeds StopRequested.
+enum class BarPlace { ProgressDialog, StoppableDialog, ZipDialog, WaitDialog, MainWindow, CallerForm };
 
 // A progress bar as the logic holds it; `percent` is what it shows.
 struct Bar {
@@ -76,7 +76,7 @@ class User {
 
     // Lets the interface work between two steps of a long job.
     virtual void PumpEvents() = 0;
-    // True once the user has asked the running job to stop.
+    // True once the user has asked the running job to stop, until its outermost dialog is closed.
     virtual bool StopRequested() = 0;
 };
 

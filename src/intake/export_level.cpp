@@ -145,7 +145,7 @@ std::optional<std::string> Export(const core::LevelRecord& level) {
         TellCritical(Text(MessageId::kExportCannotEmpty) + folders.out);
         return std::nullopt;
     }
-    ProgressDialog progress(BarPlace::ProgressDialog, Text(MessageId::kExportCopying));
+    ProgressDialog progress(BarPlace::StoppableDialog, Text(MessageId::kExportCopying));
     if (!TakeFiles(level, folders, progress.bar) || !TakeSaves(level, folders.out, progress.bar) ||
         !TakeScreenshots(level, folders.out, progress))
         return std::nullopt;

@@ -105,8 +105,9 @@ std::string SizeOfRecord(const core::LevelRecord& record) {
 }
 
 void TakeFirstZip(NewLevel& level, const std::string& zip) {
-    if (!AddFileOrZip(zip, level.WorkFolder, Through::Direct)) {
-        TellCritical(Text(MessageId::kNewLevelUnzipError) + zip);
+    const Arrival arrival = AddFileOrZip(zip, level.WorkFolder, Through::Direct);
+    if (arrival != Arrival::Whole) {
+        if (arrival == Arrival::Failed) TellCritical(Text(MessageId::kNewLevelUnzipError) + zip);
         RefreshFileList(level);
         return;
     }
@@ -192,11 +193,12 @@ void ShowProperty(const LevelForm& form) {
     core::RefreshLevelList();
 }
 
-void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& sources) {
+void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& sources, const std::string& name) {
     const bool added = std::all_of(sources.begin(), sources.end(), [&](const std::string& source) {
         return level.State == FormState::Open && AddSource(level, source);
     });
     if (level.State != FormState::Open) return;
+    if (!name.empty()) level.Name = name;
     if (Trim(level.Name).empty() && !sources.empty())
         level.Name =
             FolderExists(sources.front()) ? FileNameOf(sources.front()) : BaseNameOf(sources.front());

@@ -64,8 +64,10 @@ void ShowProperty(const LevelForm& form);
 // Adds each source (a zip, a folder or a file) as a level of its own without a form, questions apart, and
 // tells a summary at the end.
 void AddLevels(const std::vector<std::string>& sources);
-// What AddLevels does with the sources of one level: the form's part of a whole dialog.
-void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& sources);
+// What AddLevels does with the sources of one level: the form's part of a whole dialog. A name that is given
+// goes before all others.
+void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& sources,
+                         const std::string& name = {});
 
 // Prepares the dialog for a level (ImpostaValori). State is Cancelled if the dialog must not open.
 void BeginLevel(NewLevel& level, std::int32_t index, const std::string& zip);

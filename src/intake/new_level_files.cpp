@@ -33,17 +33,18 @@ bool IsZip(std::string_view path) {
 // Zips in zips are unpacked this deep; a zip may hold itself.
 constexpr int kDeepestZip = 8;
 
-bool Unpack(const std::string& zip, const std::string& folder, MessageId caption, ZipFolders folders,
+bool Unpack(const std::string& zip, const std::string& folder, ZipFolders folders, Bar& bar,
             std::vector<std::string>& entries) {
-    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(caption, {FileNameOf(zip)}));
     std::string message;
-    return UnzipToFolder(zip, folder, entries, Wipe::No, folders, ZipProgress::Shown, progress.bar, message);
+    return UnzipToFolder(zip, folder, entries, Wipe::No, folders, ZipProgress::Shown, bar, message);
 }
 
 // A zip that has an entry of its own name is left alone after that: it has been replaced.
 bool UnpackAndDelete(const std::string& zip, const std::string& folder) {
     std::vector<std::string> entries;
-    if (!Unpack(zip, folder, MessageId::kRefreshUnzipping, ZipFolders::Flat, entries)) return false;
+    ProgressDialog progress(BarPlace::StoppableDialog,
+                            LoadMessage(MessageId::kRefreshUnzipping, {FileNameOf(zip)}));
+    if (!Unpack(zip, folder, ZipFolders::Flat, progress.bar, entries)) return false;
     return !ContainsNoCase(entries, zip) && DeleteFile(zip);
 }
 
@@ -67,16 +68,24 @@ void FillMoreInfo(NewLevel& level) {
     SelectMoreInfo(level, selected);
 }
 
-bool Unzip(const std::string& zip, const std::string& folder, ZipFolders folders) {
+// How a job has ended; to be asked while its dialog is open.
+Arrival ArrivalOf(bool whole) {
+    if (whole) return Arrival::Whole;
+    return TheUser().StopRequested() ? Arrival::Stopped : Arrival::Failed;
+}
+
+Arrival Unzip(const std::string& zip, const std::string& folder, ZipFolders folders) {
     std::vector<std::string> entries;
-    return Unpack(zip, folder, MessageId::kAddUnzipping, folders, entries);
+    ProgressDialog progress(BarPlace::StoppableDialog,
+                            LoadMessage(MessageId::kAddUnzipping, {FileNameOf(zip)}));
+    return ArrivalOf(Unpack(zip, folder, folders, progress.bar, entries));
 }
 
 // A stop by the user is no error.
-void TellUnlessStopped(const std::string& error) {
-    if (TheUser().StopRequested())
+void TellArrival(Arrival arrival, const std::string& error) {
+    if (arrival == Arrival::Stopped)
         ShowMessage(MessageStyle::Exclamation, Text(MessageId::kAddStopped));
-    else
+    else if (arrival == Arrival::Failed)
         TellCritical(error);
 }
 
@@ -89,19 +98,18 @@ bool MayTake(const std::string& file, const std::string& target, std::set<std::s
 // Copies files flat into a folder. False, after a message, at the first that can't be copied, and when the
 // user stops it.
 bool CopyFlat(const std::vector<std::string>& files, const std::string& folder) {
-    ProgressDialog progress(BarPlace::ProgressDialog, Text(MessageId::kAddFolderCopying));
+    ProgressDialog progress(BarPlace::StoppableDialog, Text(MessageId::kAddFolderCopying));
     std::set<std::string> taken;
     double done = 0;
     for (const std::string& file : files) {
         const std::string target = folder + "\\" + FileNameOf(file);
         progress.Label(FileNameOf(file));
         TheUser().PumpEvents();
-        if (TheUser().StopRequested()) {
-            TellUnlessStopped({});
-            return false;
-        }
-        if (MayTake(file, target, taken) && !CopyFileStoppable(file, target)) {
-            TellUnlessStopped(LoadMessage(MessageId::kAddFolderError, {file}) + folder + "]");
+        const Arrival arrival = TheUser().StopRequested() ? Arrival::Stopped
+                                                          : ArrivalOf(!MayTake(file, target, taken) ||
+                                                                      CopyFileStoppable(file, target));
+        if (arrival != Arrival::Whole) {
+            TellArrival(arrival, LoadMessage(MessageId::kAddFolderError, {file}) + folder + "]");
             return false;
         }
         ProgressPercent(progress.bar, ++done, static_cast<double>(files.size()));
@@ -155,22 +163,19 @@ void ShowInfo(const std::string& text) {
     TheUser().PumpEvents();
 }
 
-bool AddFileOrZip(const std::string& source, const std::string& target, Through through) {
+Arrival AddFileOrZip(const std::string& source, const std::string& target, Through through) {
     if (!IsZip(source)) {
-        ShowInfo(Text(MessageId::kAddCopying));
-        ProgressDialog progress(BarPlace::ProgressDialog, Text(MessageId::kAddCopying));
-        const bool copied = CopyFileStoppable(source, target + "\\" + FileNameOf(source));
-        ShowInfo({});
-        return copied;
+        ProgressDialog progress(BarPlace::StoppableDialog, Text(MessageId::kAddCopying));
+        return ArrivalOf(CopyFileStoppable(source, target + "\\" + FileNameOf(source)));
     }
     if (through == Through::Direct) return Unzip(source, target, ZipFolders::Flat);
     const std::string temp = AppFolder() + Text(MessageId::kAddTempZip);
     Bar bar{BarPlace::CallerForm, -1};
-    if (FolderExists(temp) && !RemoveFolderTree(temp, bar)) return false;
-    const bool done =
-        CreateFolder(temp) && Unzip(source, temp, ZipFolders::Kept) && CopyFlat(ScanTree(temp).files, target);
+    if ((FolderExists(temp) && !RemoveFolderTree(temp, bar)) || !CreateFolder(temp)) return Arrival::Failed;
+    Arrival arrival = Unzip(source, temp, ZipFolders::Kept);
+    if (arrival == Arrival::Whole && !CopyFlat(ScanTree(temp).files, target)) arrival = Arrival::Failed;
     static_cast<void>(RemoveFolderTree(temp, bar)); // what is left goes at the next use
-    return done;
+    return arrival;
 }
 
 void RefreshFileList(NewLevel& level) {
@@ -213,8 +218,9 @@ bool AddSource(NewLevel& level, const std::string& path) {
         added = CopyFlat(FilesToTake(path), level.WorkFolder);
     } else if (FileExists(path)) {
         if (IsZip(path)) level.LastZip = path;
-        added = AddFileOrZip(path, level.WorkFolder, Through::Direct);
-        if (!added) TellUnlessStopped(Text(MessageId::kAddFileError) + path);
+        const Arrival arrival = AddFileOrZip(path, level.WorkFolder, Through::Direct);
+        added = arrival == Arrival::Whole;
+        TellArrival(arrival, Text(MessageId::kAddFileError) + path);
     } else {
         TellCritical(Text(MessageId::kNotALevelSource) + path);
     }

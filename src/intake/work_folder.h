@@ -20,8 +20,9 @@ void SelectMoreInfo(NewLevel& level, std::string_view name);
 void ShowInfo(const std::string& text);
 
 // Unpacks a zip into a folder or copies any other file there. A zip goes straight into the target, or through
-// \_temp_zip, from where its files are copied flat. False if something couldn't be had.
+// \_temp_zip, from where its files are copied flat.
 enum class Through { Direct, TempFolder };
-[[nodiscard]] bool AddFileOrZip(const std::string& source, const std::string& target, Through through);
+enum class Arrival { Whole, Failed, Stopped };
+[[nodiscard]] Arrival AddFileOrZip(const std::string& source, const std::string& target, Through through);
 
 } // namespace kelvash::intake

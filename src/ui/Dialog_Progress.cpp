@@ -11,6 +11,12 @@ Dialog_Progress::Dialog_Progress(QWidget* parent) : QDialog(parent) {
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(Label_Info);
     layout->addWidget(ProgressBar1);
+    layout->addWidget(Pul_Stop, 0, Qt::AlignRight);
+    Pul_Stop->hide();
+    connect(Pul_Stop, &QPushButton::clicked, this, [this] {
+        Pul_Stop->setEnabled(false);
+        Q_EMIT StopWanted();
+    });
     Label_Info->setWordWrap(true);
     ProgressBar1->setRange(0, 100);
     ProgressBar1->setValue(0);
@@ -19,6 +25,8 @@ Dialog_Progress::Dialog_Progress(QWidget* parent) : QDialog(parent) {
 
 void Dialog_Progress::Set_Caption_Texts() {
     setWindowTitle(Caption(MessageId::kProgressCaption));
+    Pul_Stop->setText(Caption(MessageId::kNewLevelStop));
+    AssignMnemonics(this);
 }
 
 } // namespace kelvash::ui

@@ -5,7 +5,7 @@
 #include <QDragEnterEvent>
 #include <QItemSelectionModel>
 #include <QMenuBar>
-#include <QMimeData>
+#include <QTimer>
 #include <algorithm>
 
 #include "companion/game.h"
@@ -19,6 +19,7 @@
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "swap/install.h"
+#include "ui/dropped_files.h"
 #include "ui/forms_user.h"
 #include "ui/window_state.h"
 
@@ -253,9 +254,12 @@ void Principale::WatchGame() {
 void Principale::EnableCommands() {
     const bool open = core::ArchiveIsOpen();
     for (const char* name :
-         {"mnu_Save", "mnu_SaveAs", "mnu_SetOriginale", "mnu_CalcolaSize", "mnu_FaiFullBackup"})
+         {"mnu_Save", "mnu_SaveAs", "mnu_SetOriginale", "mnu_CalcolaSize", "mnu_FaiFullBackup",
+          "mnu_AddLevel", "mnu_PrefArchive", "mnu_MoveArc", "mnu_ControllaUguali", "mnu_CreaInfoTr4"})
         Command(name)->setEnabled(open);
     const bool selected = core::level_list.Selected >= 0;
+    for (const char* name : {"mnu_Property", "mnu_ShowAutoreInfo", "mnu_RemoveLevel", "mnu_Export"})
+        Command(name)->setEnabled(open && selected);
     for (QPushButton* button : {Pul_Play, Pul_MoreInfo})
         button->setEnabled(open && selected);
 }
@@ -277,20 +281,15 @@ void Principale::changeEvent(QEvent* event) {
 }
 
 void Principale::dragEnterEvent(QDragEnterEvent* event) {
-    const QList<QUrl> urls = event->mimeData()->urls();
-    const bool files =
-        std::any_of(urls.begin(), urls.end(), [](const QUrl& url) { return url.isLocalFile(); });
-    if (files && Command("mnu_AddLevel")->isEnabled()) event->acceptProposedAction();
+    if (Command("mnu_AddLevel")->isEnabled() && !DroppedFiles(event->mimeData()).empty())
+        event->acceptProposedAction();
 }
 
 void Principale::dropEvent(QDropEvent* event) {
-    std::vector<std::string> paths;
-    for (const QUrl& url : event->mimeData()->urls()) {
-        const std::string path = DosPath(url.toLocalFile().toStdU16String());
-        if (!path.empty()) paths.push_back(path);
-    }
+    const std::vector<std::string> paths = DroppedFiles(event->mimeData());
     event->acceptProposedAction();
-    if (!paths.empty()) Q_EMIT SourcesDropped(paths);
+    // The program that gave the files waits for the end of this event.
+    if (!paths.empty()) QTimer::singleShot(0, this, [this, paths] { TakeSources(paths); });
 }
 
 } // namespace kelvash::ui

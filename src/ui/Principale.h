@@ -84,10 +84,6 @@ class Principale final : public QMainWindow {
 
     QTimer* const Timer1 = Make<QTimer>(this, "Timer1");
 
-  Q_SIGNALS:
-    // Zips and folders that were dropped on the window, as path texts.
-    void SourcesDropped(const std::vector<std::string>& paths);
-
   private:
     // Principale_layout.cpp
     void Lay();
@@ -105,6 +101,16 @@ class Principale final : public QMainWindow {
     void ShowSettings();
     void ShowRestore();
     void ShowAbout();
+
+    // Principale_levels.cpp
+    void ConnectLevelMenu();
+    // Zips, folders or files that were dropped, as path texts: one opens the form, several are taken in one
+    // after the other.
+    void TakeSources(const std::vector<std::string>& paths);
+    void AddLevel(const std::string& zip, const std::vector<std::string>& sources);
+    void ShowAuthor();
+    void ShowPreferences();
+    void ShowLevelMenu(const QPoint& where);
 
     void ConnectControls(FormsUser& user);
     void ShowLevels();

@@ -38,6 +38,7 @@ void Principale::ConnectMenu() {
     Connect("mnu_SetOriginale", [this] { ShowRestore(); });
     Connect("mnu_CalcolaSize", [] { core::ComputeArchiveSize(core::Report::Shown); });
     Connect("mnu_FaiFullBackup", [] { swap::RefreshFullBackup(); });
+    ConnectLevelMenu();
     Connect("mnu_Settings", [this] { ShowSettings(); });
     Connect("mnu_About", [this] { ShowAbout(); });
     Connect("mnu_FindHelp", [this] { ShowHelp(this, HelpMark::MainWindow); });

@@ -271,6 +271,7 @@ void FormsUser::OpenProgress(BarPlace place, const std::string& caption) {
         progress->window = std::move(window);
     } else {
         auto window = std::make_unique<Dialog_Progress>(ParentOfBoxes());
+        window->ImpostaValori(place == BarPlace::StoppableDialog);
         connect(window.get(), &Dialog_Progress::StopWanted, this, stop);
         progress->label = window->Label_Info;
         progress->bar = window->ProgressBar1;
@@ -278,7 +279,6 @@ void FormsUser::OpenProgress(BarPlace place, const std::string& caption) {
     }
     if (!caption.empty()) progress->window->setWindowTitle(ShownText(caption));
     progress->since.start();
-    stop_requested_ = false;
     open_.push_back(std::move(progress));
     Show(*open_.back());
 }
@@ -287,6 +287,7 @@ void FormsUser::CloseProgress(BarPlace place) {
     const auto found = std::find_if(open_.rbegin(), open_.rend(),
                                     [place](const auto& progress) { return progress->place == place; });
     if (found != open_.rend()) open_.erase(std::next(found).base());
+    if (open_.empty()) stop_requested_ = false;
 }
 
 void FormsUser::Show(Progress& progress) {

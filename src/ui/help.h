@@ -20,7 +20,11 @@ enum class HelpMark {
     Search = 10,
     Keyboard = 11,
     Files = 12,
-    MoreInfo = 13
+    MoreInfo = 13,
+    AddLevel = 14,
+    Author = 15,
+    ArchivePreferences = 16,
+    Maintenance = 17
 };
 
 // Shows the help at a mark, above a window; tells when the file is missing.

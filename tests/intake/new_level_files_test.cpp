@@ -218,11 +218,11 @@ TEST_F(LevelFiles, AStopLeavesWhatHasArrived) {
 TEST_F(LevelFiles, AZipGoesThroughATemporaryFolderOnRequest) {
     OpenNew();
     MakeZip("in/x.zip", {{"maze.tr4", "level"}, {"AUDIO/005.wav", "wave"}});
-    EXPECT_TRUE(AddFileOrZip("C:\\in\\x.zip", level.WorkFolder, Through::TempFolder));
+    EXPECT_EQ(AddFileOrZip("C:\\in\\x.zip", level.WorkFolder, Through::TempFolder), Arrival::Whole);
     EXPECT_THAT(WorkNames(), ElementsAre("005.wav", "maze.tr4"));
     EXPECT_FALSE(test::Exists(home / "_temp_zip"));
     test::MakeFile(drive / "in/bad.zip", "no zip");
-    EXPECT_FALSE(AddFileOrZip("C:\\in\\bad.zip", level.WorkFolder, Through::TempFolder));
+    EXPECT_EQ(AddFileOrZip("C:\\in\\bad.zip", level.WorkFolder, Through::TempFolder), Arrival::Failed);
     EXPECT_FALSE(test::Exists(home / "_temp_zip"));
 }
 

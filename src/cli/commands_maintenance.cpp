@@ -1,0 +1,88 @@
+// Commands that keep the Archive true to its folders.
+#include "cli/commands.h"
+#include "core/archive.h"
+#include "core/maintenance.h"
+#include "core/profile.h"
+#include "core/sizes.h"
+#include "core/tr4_info.h"
+#include "foundation/messages.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "swap/compression.h"
+
+namespace kelvash::cli {
+
+namespace {
+
+// Runs one of the commands that ask for a folder, with the folder of the options.
+Result RunOnFolder(Session& session, MessageId question, bool (*run)()) {
+    std::string folder;
+    bool done = StartUpWithArchive(session, {}) && TakePath(session.options.path, folder);
+    if (done) {
+        session.user.Preset({{LoadMessage(question, {}), folder}});
+        done = run();
+    }
+    Result result;
+    result.ok = EndSession(session) && done;
+    result.fields = {{"archive", std::string(Trim(core::profile.LastArchive))},
+                     {"folder", std::string(Trim(core::archive.Header.SecondaryFolder))},
+                     {"levels", core::archive.Header.LevelCount}};
+    return result;
+}
+
+bool IsOn(const std::optional<std::string>& value, bool otherwise) {
+    return value ? *value == "on" : otherwise;
+}
+
+} // namespace
+
+Result Remove(Session& session) {
+    std::int32_t code = -1;
+    Result result;
+    const bool removed =
+        StartUpWithArchive(session, {}) && SelectCode(session.options.code, code) && core::RemoveLevel();
+    result.ok = EndSession(session) && removed;
+    return result;
+}
+
+Result Sizes(Session& session) {
+    const bool counted = StartUpWithArchive(session, {});
+    if (counted) core::ComputeArchiveSize(core::Report::Shown);
+    Result result;
+    result.ok = EndSession(session) && counted;
+    result.fields = {{"mainSize", static_cast<std::int64_t>(core::archive.Header.MainFolderSize)},
+                     {"secondarySize", static_cast<std::int64_t>(core::archive.Header.SecondaryFolderSize)}};
+    return result;
+}
+
+Result Equal(Session& session) {
+    std::int32_t count = -1;
+    if (StartUpWithArchive(session, {})) count = core::ControllaUguali();
+    Result result;
+    result.ok = EndSession(session) && count >= 0;
+    result.fields = {{"equal", count}};
+    return result;
+}
+
+Result Recover(Session& session) {
+    return RunOnFolder(session, MessageId::kRecoverFolder, &core::RecoverArchive);
+}
+
+Result Move(Session& session) {
+    return RunOnFolder(session, MessageId::kMoveTarget, &core::MoveArchive);
+}
+
+Result Prefs(Session& session) {
+    const Options& options = session.options;
+    const bool opened = StartUpWithArchive(session, {});
+    const core::ArchiveHeader& header = core::archive.Header;
+    if (opened && (options.compress || options.mp3))
+        swap::ApplyCompressionSettings(
+            {IsOn(options.compress, header.CompressFiles), IsOn(options.mp3, header.EncodeWavInMp3)});
+    Result result;
+    result.ok = EndSession(session) && opened;
+    result.fields = {{"compressFiles", header.CompressFiles}, {"encodeWavInMp3", header.EncodeWavInMp3}};
+    return result;
+}
+
+} // namespace kelvash::cli

@@ -1,0 +1,133 @@
+#include "intake/author_notes.h"
+
+#include <optional>
+
+#include "core/archive.h"
+#include "foundation/messages.h"
+#include "foundation/process.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+
+namespace kelvash::intake {
+
+namespace {
+
+// Bytes that are one too many, as the texts of these fields are counted in their files.
+constexpr std::size_t kListTooLong = 256;
+constexpr std::size_t kNameTooLong = 80;
+
+std::vector<std::string> ItemsOf(const std::string& list) {
+    std::vector<std::string> items;
+    for (const std::string& item : Split(list, '\0'))
+        if (!Trim(item).empty()) items.emplace_back(Trim(item));
+    return items;
+}
+
+bool HasItem(const std::vector<std::string>& items, std::int32_t item, MessageId otherwise) {
+    if (item >= 0 && item < static_cast<std::int32_t>(items.size())) return true;
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(otherwise, {}));
+    return false;
+}
+
+// What was typed; nothing on cancel or for blanks.
+std::optional<std::string> AskItem(MessageId title, MessageId text, const std::string& old) {
+    const std::optional<std::string> typed =
+        TheUser().Input(LoadMessage(title, {}), LoadMessage(text, {}), old);
+    if (!typed || Trim(*typed).empty()) return std::nullopt;
+    return std::string(Trim(*typed));
+}
+
+bool Add(std::vector<std::string>& items, MessageId title, MessageId text) {
+    const std::optional<std::string> typed = AskItem(title, text, {});
+    if (typed) items.push_back(*typed);
+    return typed.has_value();
+}
+
+bool Change(std::vector<std::string>& items, std::int32_t item, MessageId title, MessageId text) {
+    if (!HasItem(items, item, MessageId::kAutoreNoItem)) return false;
+    std::string& old = items[static_cast<std::size_t>(item)];
+    const std::optional<std::string> typed = AskItem(title, text, old);
+    if (typed) old = *typed;
+    return typed.has_value();
+}
+
+bool Delete(std::vector<std::string>& items, std::int32_t item) {
+    if (!HasItem(items, item, MessageId::kAutoreNoItem)) return false;
+    items.erase(items.begin() + item);
+    return true;
+}
+
+void Open(const std::string& address) {
+    if (!OpenDocument(address, {}, Window::Normal, {}))
+        TellCritical(LoadMessage(MessageId::kAutoreCannotOpen, {}) + address);
+}
+
+// Tells a text that is too long for its field.
+bool Fits(const std::string& text, std::size_t too_long, MessageId message) {
+    if (AnsiFromUtf8(text).size() < too_long) return true;
+    TellCritical(LoadMessage(message, {}));
+    return false;
+}
+
+} // namespace
+
+AuthorNotes BeginAuthorNotes(std::int32_t index) {
+    const core::LevelRecord& level = core::archive.Levels[static_cast<std::size_t>(index)];
+    return {index, std::string(Trim(level.Author)), ItemsOf(level.Emails), ItemsOf(level.Sites),
+            std::string(Trim(level.AuthorNote))};
+}
+
+bool AddEmail(AuthorNotes& notes) {
+    return Add(notes.Emails, MessageId::kAutoreTitleEmail, MessageId::kAutoreInsertEmail);
+}
+
+bool AddSite(AuthorNotes& notes) {
+    return Add(notes.Sites, MessageId::kAutoreTitleUrl, MessageId::kAutoreInsertUrl);
+}
+
+bool ChangeEmail(AuthorNotes& notes, std::int32_t item) {
+    return Change(notes.Emails, item, MessageId::kAutoreTitleEmail, MessageId::kAutoreChangeCurrentEmail);
+}
+
+bool ChangeSite(AuthorNotes& notes, std::int32_t item) {
+    return Change(notes.Sites, item, MessageId::kAutoreTitleUrl, MessageId::kAutoreChangeUrl);
+}
+
+bool DeleteEmail(AuthorNotes& notes, std::int32_t item) {
+    return Delete(notes.Emails, item);
+}
+
+bool DeleteSite(AuthorNotes& notes, std::int32_t item) {
+    return Delete(notes.Sites, item);
+}
+
+void SendMail(const AuthorNotes& notes, std::int32_t item) {
+    if (HasItem(notes.Emails, item, MessageId::kAutoreNoItem))
+        Open(LoadMessage(MessageId::kAutoreMailto, {}) + notes.Emails[static_cast<std::size_t>(item)]);
+}
+
+void GoSite(const AuthorNotes& notes, std::int32_t item) {
+    if (HasItem(notes.Sites, item, MessageId::kAutoreNoSite))
+        Open(notes.Sites[static_cast<std::size_t>(item)]);
+}
+
+bool StoreAuthorNotes(const AuthorNotes& notes) {
+    const std::string separator(1, '\0');
+    const std::string emails = Join(notes.Emails, separator);
+    const std::string sites = Join(notes.Sites, separator);
+    const std::string name(Trim(notes.Name));
+    if (!Fits(emails, kListTooLong, MessageId::kAutoreEmailsLong) ||
+        !Fits(sites, kListTooLong, MessageId::kAutoreSitesLong) ||
+        !Fits(name, kNameTooLong, MessageId::kAutoreNameLong) ||
+        !Fits(notes.Note, kListTooLong, MessageId::kAutoreNoteLong))
+        return false;
+    core::LevelRecord& level = core::archive.Levels[static_cast<std::size_t>(notes.LevelIndex)];
+    level.Emails = emails;
+    level.Sites = sites;
+    level.Author = name;
+    level.AuthorNote = Trim(notes.Note);
+    core::ArchiveTouched();
+    return true;
+}
+
+} // namespace kelvash::intake

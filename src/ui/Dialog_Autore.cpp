@@ -1,0 +1,131 @@
+#include "ui/Dialog_Autore.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "ui/help.h"
+
+namespace kelvash::ui {
+
+namespace {
+
+// Shows a list; the item that is selected stays so, or the last one if it is gone.
+void Fill(QComboBox* combo, const std::vector<std::string>& items) {
+    const int selected = combo->currentIndex();
+    combo->clear();
+    for (const std::string& item : items)
+        combo->addItem(FromUtf8(item));
+    combo->setCurrentIndex(std::clamp(selected, items.empty() ? -1 : 0, combo->count() - 1));
+}
+
+} // namespace
+
+Dialog_Autore::Dialog_Autore(QWidget* parent) : QDialog(parent) {
+    setObjectName(QStringLiteral("Dialog_Autore"));
+    Set_Caption_Texts();
+    Lay();
+    const auto add_email = [](intake::AuthorNotes& notes, std::int32_t) { return AddEmail(notes); };
+    const auto add_site = [](intake::AuthorNotes& notes, std::int32_t) { return AddSite(notes); };
+    ConnectEdit(Pul_NewEmail, Combo_Email, add_email);
+    ConnectEdit(Pul_ChangeEmail, Combo_Email, &intake::ChangeEmail);
+    ConnectEdit(Pul_DelEmail, Combo_Email, &intake::DeleteEmail);
+    ConnectEdit(Pul_New_Sito, Combo_Siti, add_site);
+    ConnectEdit(Pul_ModSito, Combo_Siti, &intake::ChangeSite);
+    ConnectEdit(Pul_DelSito, Combo_Siti, &intake::DeleteSite);
+    connect(Pul_SendMail, &QPushButton::clicked, this,
+            [this] { SendMail(notes_, Combo_Email->currentIndex()); });
+    connect(Pul_GoSito, &QPushButton::clicked, this, [this] { GoSite(notes_, Combo_Siti->currentIndex()); });
+    connect(Pul_Ok, &QPushButton::clicked, this, &Dialog_Autore::Accept);
+    connect(Pul_Cancel, &QPushButton::clicked, this, &Dialog_Autore::reject);
+    ConnectHelp(this, Pul_Help, HelpMark::Author);
+}
+
+// A new item is selected: it is the last one then.
+void Dialog_Autore::ConnectEdit(QPushButton* button, QComboBox* combo, Edit edit) {
+    connect(button, &QPushButton::clicked, this, [this, combo, edit] {
+        const int count = combo->count();
+        if (!edit(notes_, combo->currentIndex())) return;
+        ShowLists();
+        if (combo->count() > count) combo->setCurrentIndex(combo->count() - 1);
+    });
+}
+
+void Dialog_Autore::Set_Caption_Texts() {
+    setWindowTitle(Caption(MessageId::kAutoreCaption));
+    Label_NomeAutore->setText(Caption(MessageId::kAutoreName));
+    Label_Email->setText(Caption(MessageId::kAutoreEmails));
+    Pul_NewEmail->setText(Caption(MessageId::kAutoreNewEmail));
+    Pul_ChangeEmail->setText(Caption(MessageId::kAutoreChangeEmail));
+    Pul_DelEmail->setText(Caption(MessageId::kAutoreDelEmail));
+    Pul_SendMail->setText(Caption(MessageId::kAutoreSendMail));
+    Label_Siti->setText(Caption(MessageId::kAutoreSites));
+    Pul_New_Sito->setText(Caption(MessageId::kAutoreNewSite));
+    Pul_ModSito->setText(Caption(MessageId::kAutoreModSite));
+    Pul_DelSito->setText(Caption(MessageId::kAutoreDelSite));
+    Pul_GoSito->setText(Caption(MessageId::kAutoreGoSite));
+    Label_NoteAutore->setText(Caption(MessageId::kAutoreNote));
+    Pul_Help->setText(Caption(MessageId::kAutoreHelp));
+    Pul_Ok->setText(Caption(MessageId::kAutoreOk));
+    Pul_Cancel->setText(Caption(MessageId::kAutoreCancel));
+    Label_NomeAutore->setBuddy(Text_NomeAutore);
+    Label_Email->setBuddy(Combo_Email);
+    Label_Siti->setBuddy(Combo_Siti);
+    Label_NoteAutore->setBuddy(Text_NoteAutore);
+    AssignMnemonics(this);
+}
+
+void Dialog_Autore::Lay() {
+    auto* const grid = new QGridLayout;
+    grid->addWidget(Label_NomeAutore, 0, 0);
+    grid->addWidget(Text_NomeAutore, 0, 1);
+    const auto list = [grid](int row, QLabel* label, QComboBox* combo,
+                             std::initializer_list<QPushButton*> buttons) {
+        auto* const line = new QHBoxLayout;
+        for (QPushButton* button : buttons)
+            line->addWidget(button);
+        line->addStretch();
+        grid->addWidget(label, row, 0);
+        grid->addWidget(combo, row, 1);
+        grid->addLayout(line, row + 1, 1);
+    };
+    list(1, Label_Email, Combo_Email, {Pul_NewEmail, Pul_ChangeEmail, Pul_DelEmail, Pul_SendMail});
+    list(3, Label_Siti, Combo_Siti, {Pul_New_Sito, Pul_ModSito, Pul_DelSito, Pul_GoSito});
+    grid->addWidget(Label_NoteAutore, 5, 0, Qt::AlignTop);
+    grid->addWidget(Text_NoteAutore, 5, 1);
+    grid->setColumnStretch(1, 1);
+    auto* const buttons = new QHBoxLayout;
+    buttons->addWidget(Pul_Help);
+    buttons->addStretch();
+    buttons->addWidget(Pul_Ok);
+    buttons->addWidget(Pul_Cancel);
+    auto* const layout = new QVBoxLayout(this);
+    layout->addLayout(grid);
+    layout->addSpacing(fontMetrics().height() / 2);
+    layout->addLayout(buttons);
+    Text_NoteAutore->setTabChangesFocus(true);
+    Text_NoteAutore->setFixedHeight(fontMetrics().lineSpacing() * 5);
+    Pul_Ok->setDefault(true);
+    setMinimumWidth(fontMetrics().averageCharWidth() * 76);
+}
+
+void Dialog_Autore::ImpostaValori(std::int32_t level_index) {
+    notes_ = intake::BeginAuthorNotes(level_index);
+    Text_NomeAutore->setText(FromUtf8(notes_.Name));
+    Text_NoteAutore->setPlainText(FromUtf8(notes_.Note));
+    ShowLists();
+}
+
+void Dialog_Autore::ShowLists() {
+    Fill(Combo_Email, notes_.Emails);
+    Fill(Combo_Siti, notes_.Sites);
+}
+
+void Dialog_Autore::Accept() {
+    notes_.Name = ToUtf8(Text_NomeAutore->text());
+    notes_.Note = ToUtf8(Text_NoteAutore->toPlainText());
+    if (intake::StoreAuthorNotes(notes_)) accept();
+}
+
+} // namespace kelvash::ui

@@ -1,0 +1,231 @@
+#include "ui/Dialog_NewLevel.h"
+
+#include <QDragEnterEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "foundation/path.h"
+#include "ui/dropped_files.h"
+#include "ui/forms_user.h"
+#include "ui/help.h"
+
+namespace kelvash::ui {
+
+namespace {
+
+constexpr int kNameWidth = 256; // characters of the record's fields
+
+} // namespace
+
+Dialog_NewLevel::Dialog_NewLevel(FormsUser& user, intake::NewLevel& level, QWidget* parent)
+    : QDialog(parent), level_(level) {
+    setObjectName(QStringLiteral("Dialog_NewLevel"));
+    Set_Caption_Texts();
+    Lay();
+    Connect(user);
+    ImpostaValori();
+}
+
+void Dialog_NewLevel::Set_Caption_Texts() {
+    const bool adding = level_.SavedRecord.Name.empty();
+    setWindowTitle(Caption(adding ? MessageId::kNewLevelCaption : MessageId::kPropertyCaption));
+    Label_NameLevel->setText(Caption(MessageId::kNewLevelName));
+    Label_Note->setText(Caption(MessageId::kNewLevelNote));
+    Label_MoreInfo->setText(Caption(MessageId::kNewLevelMoreInfo));
+    Frame_Files->setTitle(Caption(MessageId::kNewLevelFileFrame));
+    Pul_AddFile->setText(Caption(MessageId::kNewLevelAddFile));
+    Pul_AddFolder->setText(Caption(MessageId::kNewLevelAddFolder));
+    Pul_SearchLevel->setText(Caption(MessageId::kNewLevelSearch));
+    Pul_CompileTom->setText(Caption(MessageId::kNewLevelCompile));
+    Pul_SetMyLanguage->setText(Caption(MessageId::kNewLevelLanguage));
+    Pul_Remove->setText(Caption(MessageId::kNewLevelRemove));
+    Pul_RimuoviTutti->setText(Caption(MessageId::kNewLevelRemoveAll));
+    Pul_Refresh->setText(Caption(MessageId::kNewLevelRefresh));
+    Pul_Help->setText(Caption(MessageId::kNewLevelHelp));
+    Pul_Ok->setText(Caption(MessageId::kNewLevelOk));
+    Pul_Cancel->setText(Caption(MessageId::kNewLevelCancel));
+    Label_NameLevel->setBuddy(Text_NameLevel);
+    Label_Note->setBuddy(Text_Note);
+    Label_MoreInfo->setBuddy(Combo_MoreInfo);
+    AssignMnemonics(this);
+}
+
+void Dialog_NewLevel::Lay() {
+    LayFiles();
+    auto* const buttons = new QHBoxLayout;
+    buttons->addWidget(Pul_Help);
+    buttons->addStretch();
+    buttons->addWidget(Pul_Ok);
+    buttons->addWidget(Pul_Cancel);
+    auto* const layout = new QVBoxLayout(this);
+    layout->addLayout(LayFields());
+    layout->addWidget(Frame_Files, 1);
+    layout->addWidget(Label_Info);
+    layout->addWidget(ProgressBar1);
+    layout->addLayout(buttons);
+    Label_Info->setWordWrap(true);
+    ProgressBar1->setRange(0, 100);
+    ProgressBar1->setValue(0);
+    Pul_Ok->setDefault(true);
+    setAcceptDrops(true);
+    setMinimumSize(fontMetrics().averageCharWidth() * 92, fontMetrics().height() * 34);
+}
+
+QLayout* Dialog_NewLevel::LayFields() {
+    auto* const grid = new QGridLayout;
+    grid->addWidget(Label_NameLevel, 0, 0);
+    grid->addWidget(Text_NameLevel, 0, 1);
+    grid->addWidget(Label_Note, 1, 0);
+    grid->addWidget(Text_Note, 1, 1);
+    grid->addWidget(Label_MoreInfo, 2, 0);
+    grid->addWidget(Combo_MoreInfo, 2, 1);
+    grid->setColumnStretch(1, 1);
+    Text_NameLevel->setMaxLength(kNameWidth);
+    Text_Note->setMaxLength(kNameWidth);
+    Combo_MoreInfo->setMinimumContentsLength(20); // long names of files don't widen the form
+    Combo_MoreInfo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    return grid;
+}
+
+void Dialog_NewLevel::LayFiles() {
+    auto* const buttons = new QVBoxLayout;
+    for (QPushButton* button : {Pul_AddFile, Pul_AddFolder, Pul_SearchLevel})
+        buttons->addWidget(button);
+    buttons->addSpacing(fontMetrics().height() / 2);
+    for (QPushButton* button : {Pul_CompileTom, Pul_SetMyLanguage})
+        buttons->addWidget(button);
+    buttons->addSpacing(fontMetrics().height() / 2);
+    for (QPushButton* button : {Pul_Remove, Pul_RimuoviTutti, Pul_Refresh})
+        buttons->addWidget(button);
+    buttons->addStretch();
+    auto* const grid = new QGridLayout(Frame_Files);
+    grid->addWidget(List_Files, 0, 0);
+    grid->addLayout(buttons, 0, 1);
+    grid->addWidget(Label_Size, 1, 0, 1, 2);
+    grid->setColumnStretch(0, 1);
+    List_Files->setTextElideMode(Qt::ElideMiddle);
+    List_Files->setUniformItemSizes(true);
+    List_Files->installEventFilter(this);
+}
+
+void Dialog_NewLevel::Connect(FormsUser& user) {
+    const auto work = [this](QPushButton* button, void (*job)(intake::NewLevel&)) {
+        connect(button, &QPushButton::clicked, this, [this, job] { Work(job); });
+    };
+    work(Pul_AddFile, &intake::AddFile);
+    work(Pul_AddFolder, &intake::AddFolder);
+    work(Pul_RimuoviTutti, &intake::RemoveAllFiles);
+    work(Pul_Refresh, &intake::Refresh);
+    work(Pul_Ok, &intake::StoreLevel);
+    connect(Pul_Remove, &QPushButton::clicked, this, [this] {
+        const int item = List_Files->currentRow();
+        Work([item](intake::NewLevel& level) { RemoveFile(level, item); });
+    });
+    connect(Pul_Cancel, &QPushButton::clicked, this, &Dialog_NewLevel::reject);
+    connect(List_Files, &QListWidget::itemDoubleClicked, this, [this] { OpenSelected(); });
+    connect(&user, &FormsUser::LabelChanged, this, [this](BarPlace place, const QString& text) {
+        if (place == BarPlace::CallerForm) Label_Info->setText(text);
+    });
+    connect(&user, &FormsUser::BarChanged, this, [this](BarPlace place, int percent) {
+        if (place == BarPlace::CallerForm) ProgressBar1->setValue(percent);
+    });
+    ConnectHelp(this, Pul_Help, HelpMark::AddLevel);
+}
+
+void Dialog_NewLevel::ImpostaValori() {
+    Text_NameLevel->setText(FromUtf8(level_.Name));
+    Text_Note->setText(FromUtf8(level_.Note));
+    Combo_MoreInfo->clear();
+    for (const std::string& name : level_.MoreInfoChoices)
+        Combo_MoreInfo->addItem(FromUtf8(name));
+    Combo_MoreInfo->setCurrentIndex(level_.MoreInfo);
+    const int selected = List_Files->currentRow();
+    List_Files->clear();
+    for (const std::string& file : level_.FileList)
+        List_Files->addItem(FromUtf8(FileNameOf(file)));
+    List_Files->setCurrentRow(std::min(selected, List_Files->count() - 1));
+    Label_Size->setText(FromUtf8(level_.SizeText));
+    EnableButtons();
+}
+
+// What has no logic to stand on yet stays grey.
+void Dialog_NewLevel::EnableButtons() {
+    for (QPushButton* button : {Pul_SearchLevel, Pul_CompileTom, Pul_SetMyLanguage})
+        button->setEnabled(false);
+    for (QPushButton* button : {Pul_AddFile, Pul_AddFolder, Pul_Refresh})
+        button->setEnabled(!level_.OnCd);
+    for (QPushButton* button : {Pul_Remove, Pul_RimuoviTutti})
+        button->setEnabled(!level_.OnCd && List_Files->count() > 0);
+}
+
+void Dialog_NewLevel::Work(const std::function<void(intake::NewLevel&)>& job) {
+    if (working_) return;
+    working_ = true;
+    level_.Name = ToUtf8(Text_NameLevel->text());
+    level_.Note = ToUtf8(Text_Note->text());
+    level_.MoreInfo = Combo_MoreInfo->currentIndex();
+    job(level_);
+    working_ = false;
+    if (level_.State == intake::FormState::Saved) {
+        accept();
+    } else if (level_.State == intake::FormState::Cancelled) {
+        QDialog::reject();
+    } else {
+        ImpostaValori();
+    }
+}
+
+void Dialog_NewLevel::reject() {
+    Work(&intake::CancelLevel);
+}
+
+void Dialog_NewLevel::Take(const std::vector<std::string>& paths) {
+    Work([&](intake::NewLevel& level) {
+        for (const std::string& path : paths)
+            if (level.State == intake::FormState::Open) AddSource(level, path);
+    });
+}
+
+void Dialog_NewLevel::OpenSelected() {
+    if (!working_) OpenLevelFile(level_, List_Files->currentRow());
+}
+
+// Enter opens the selected file, and Delete removes it.
+bool Dialog_NewLevel::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != List_Files || event->type() != QEvent::KeyPress)
+        return QDialog::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Delete && Pul_Remove->isEnabled()) {
+        Pul_Remove->click();
+        return true;
+    }
+    if ((key == Qt::Key_Return || key == Qt::Key_Enter) && List_Files->currentRow() >= 0) {
+        OpenSelected();
+        return true;
+    }
+    return false;
+}
+
+void Dialog_NewLevel::dragEnterEvent(QDragEnterEvent* event) {
+    if (!level_.OnCd && !DroppedFiles(event->mimeData()).empty()) event->acceptProposedAction();
+}
+
+void Dialog_NewLevel::dropEvent(QDropEvent* event) {
+    const std::vector<std::string> paths = DroppedFiles(event->mimeData());
+    event->acceptProposedAction();
+    // The program that gave the files waits for the end of this event.
+    QTimer::singleShot(0, this, [this, paths] { Take(paths); });
+}
+
+intake::LevelForm NewLevelForm(FormsUser& user, QWidget* parent, std::vector<std::string> sources) {
+    return [&user, parent, sources = std::move(sources)](intake::NewLevel& level) {
+        Dialog_NewLevel form(user, level, parent);
+        if (!sources.empty()) QTimer::singleShot(0, &form, [&form, &sources] { form.Take(sources); });
+        form.exec();
+    };
+}
+
+} // namespace kelvash::ui
