@@ -9,9 +9,13 @@
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
+#include "intake/new_level.h"
 #include "swap/backup.h"
 #include "trle/find_trle.h"
+#include "ui/Dialog_Autore.h"
 #include "ui/Dialog_InputTesto.h"
+#include "ui/Dialog_NewLevel.h"
+#include "ui/Dialog_PrefArc.h"
 #include "ui/Dialog_Progress.h"
 #include "ui/Dialog_Restore.h"
 #include "ui/Dialog_Settings.h"
@@ -144,6 +148,22 @@ void TakeSmallForms(const Camera& camera, FormsUser& user, Principale& form) {
     });
 }
 
+void TakeLevelForms(const Camera& camera, FormsUser& user, Principale& form) {
+    const intake::LevelForm open = NewLevelForm(user, &form);
+    camera.TakeModal("dialog_newlevel", [&] { intake::AddLevel("C:\\zips\\The Lantern Caves.zip", open); });
+    core::SelectLevel(1);
+    camera.TakeModal("dialog_newlevel_properties", [&] { intake::ShowProperty(open); });
+    camera.TakeModal("dialog_autore", [&] { form.Command("mnu_ShowAutoreInfo")->trigger(); });
+    camera.TakeModal("dialog_prefarc", [&] { form.Command("mnu_PrefArchive")->trigger(); });
+    Dialog_Progress progress(&form);
+    progress.ImpostaValori(true);
+    progress.setWindowTitle(Caption(MessageId::kAddUnzipping, {"Clockwork Pass.zip"}));
+    progress.ProgressBar1->setValue(58);
+    progress.show();
+    camera.Take(&progress, "dialog_progress_stop");
+    progress.hide();
+}
+
 void TakeHelp(const Camera& camera, Principale& form) {
     camera.TakeModal("dialog_testo", [&] { ShowHelp(&form, HelpMark::FirstStart); });
     QTimer::singleShot(kSettle, qApp, [&camera] {
@@ -174,6 +194,7 @@ int main(int argc, char** argv) {
     TakeMainForm(camera, form);
     TakeFirstStart(camera, user);
     TakeSmallForms(camera, user, form);
+    TakeLevelForms(camera, user, form);
     TakeHelp(camera, form);
     return 0;
 }

@@ -143,11 +143,13 @@ TEST_F(PrincipaleForm, GreysTheCommandsThatCantDoAnythingYet) {
         if (action->isEnabled() && action->menu() == nullptr &&
             action->objectName().startsWith(QLatin1String("mnu_"), Qt::CaseInsensitive))
             enabled.push_back(action->objectName().toStdString());
-    EXPECT_THAT(enabled, testing::UnorderedElementsAre("mnu_New", "mnu_Load", "mnu_Save", "mnu_SaveAs",
-                                                       "Mnu_Exit", "mnu_ShowSavegames", "mnu_ShowScreenShot",
-                                                       "mnu_SetOriginale", "mnu_CalcolaSize",
-                                                       "mnu_FaiFullBackup", "mnu_Settings", "mnu_About",
-                                                       "mnu_FindHelp", "mnu_HelpSaveGameMan", "mnu_HelpFaq"));
+    EXPECT_THAT(enabled, testing::UnorderedElementsAre(
+                             "mnu_New", "mnu_Load", "mnu_Save", "mnu_SaveAs", "Mnu_Exit", "mnu_ShowSavegames",
+                             "mnu_ShowScreenShot", "mnu_SetOriginale", "mnu_CalcolaSize", "mnu_FaiFullBackup",
+                             "mnu_Settings", "mnu_About", "mnu_FindHelp", "mnu_HelpSaveGameMan",
+                             "mnu_HelpFaq", "mnu_AddLevel", "mnu_Property", "mnu_ShowAutoreInfo",
+                             "mnu_RemoveLevel", "mnu_Export", "mnu_PrefArchive", "mnu_MoveArc", "mnu_Recover",
+                             "mnu_ControllaUguali", "mnu_CreaInfoTr4"));
 }
 
 TEST_F(PrincipaleForm, HasKeysForTheNoteSearchAndTheHelp) {
@@ -374,33 +376,6 @@ TEST_F(PrincipaleForm, TellsAMissingLevelFolder) {
     core::SelectLevel(1);
     EXPECT_EQ(form.Image1->Text().toStdString(), "The level's folder is missing: C:\\Levels\\LEVEL_0001");
     EXPECT_TRUE(form.Pul_Play->isEnabled());
-}
-
-// --- dropping ---
-
-TEST_F(PrincipaleForm, RefusesADropWhileNothingCanBeAdded) {
-    QMimeData files;
-    files.setUrls({QUrl::fromLocalFile(QString::fromStdString((drive / "level.zip").string()))});
-    QDragEnterEvent event({10, 10}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
-    event.ignore();
-    QCoreApplication::sendEvent(&form, &event);
-    EXPECT_FALSE(event.isAccepted());
-}
-
-TEST_F(PrincipaleForm, TakesZipsAndFoldersOnceLevelsCanBeAdded) {
-    form.Command("mnu_AddLevel")->setEnabled(true);
-    std::vector<std::string> dropped;
-    QObject::connect(&form, &ui::Principale::SourcesDropped, &form,
-                     [&](const std::vector<std::string>& paths) { dropped = paths; });
-    QMimeData files;
-    files.setUrls({QUrl::fromLocalFile(QString::fromStdString((drive / "a level.zip").string())),
-                   QUrl::fromLocalFile(QString::fromStdString((drive / "folder").string()))});
-    QDragEnterEvent enter({10, 10}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&form, &enter);
-    EXPECT_TRUE(enter.isAccepted());
-    QDropEvent drop({10, 10}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&form, &drop);
-    EXPECT_THAT(dropped, ElementsAre("C:\\a level.zip", "C:\\folder"));
 }
 
 } // namespace
