@@ -83,6 +83,8 @@ bool RemoveLevel() {
     if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kRemoveFolderQuestion, {kLineBreak}) +
                                               folder + LoadMessage(MessageId::kRemoveFolderQuestionEnd, {})))
         return true;
+    // Whatever AutoSave says: a file that still lists the level would list it without its files.
+    if (archive.ArchiveChanged && !SaveArchive()) return true;
     RemoveFolderAndTell(folder);
     archive.Header.MainFolderSize -= level.FilesSize;
     archive.Header.SecondaryFolderSize -= level.SavesSize;

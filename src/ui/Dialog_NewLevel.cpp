@@ -222,9 +222,9 @@ void Dialog_NewLevel::dropEvent(QDropEvent* event) {
 
 intake::LevelForm NewLevelForm(FormsUser& user, QWidget* parent, std::vector<std::string> sources) {
     return [&user, parent, sources = std::move(sources)](intake::NewLevel& level) {
-        Dialog_NewLevel form(user, level, parent);
-        if (!sources.empty()) QTimer::singleShot(0, &form, [&form, &sources] { form.Take(sources); });
-        form.exec();
+        for (const std::string& source : sources)
+            if (level.State == intake::FormState::Open) AddSource(level, source);
+        if (level.State == intake::FormState::Open) Dialog_NewLevel(user, level, parent).exec();
     };
 }
 

@@ -35,7 +35,10 @@ void Principale::ConnectLevelMenu() {
 
 // A filter that hides the new level would hide it from the player who has just added it.
 void Principale::AddLevel(const std::string& zip, const std::vector<std::string>& sources) {
-    if (intake::AddLevel(zip, NewLevelForm(user_, this, sources))) Text_Search->clear();
+    const std::int32_t code = core::NextLevelCode();
+    if (!intake::AddLevel(zip, NewLevelForm(user_, this, sources))) return;
+    Text_Search->clear();
+    core::SelectLevel(code);
 }
 
 void Principale::TakeSources(const std::vector<std::string>& paths) {

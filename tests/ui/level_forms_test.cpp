@@ -85,7 +85,7 @@ TEST_F(LevelForms, ADroppedZipOpensTheFormAndIsAdded) {
 
 TEST_F(LevelForms, ADroppedFolderIsTakenByTheOpenForm) {
     WillWork([&](Dialog_NewLevel& open) {
-        WaitUntil([&] { return open.List_Files->count() == 3; });
+        EXPECT_EQ(open.List_Files->count(), 3);
         EXPECT_TRUE(open.Text_NameLevel->text().isEmpty());
         Drop(&open, {"in/Maze.zip"}); // more files for the same level
         WaitUntil([&] { return open.List_Files->count() == 5; });
@@ -214,8 +214,9 @@ class AuthorForm : public PrincipaleHome {
     void WillWork(const std::function<void(Dialog_Autore&)>& act) {
         robot.Will("Dialog_Autore", [act](QWidget* window) { act(*qobject_cast<Dialog_Autore*>(window)); });
     }
-    void WillType(const std::string& when, const QString& text) {
-        robot.Will(when, [text](QWidget* window) {
+    void WillType(const std::string& title, const std::string& question, const QString& text) {
+        robot.Will(title, [text, question](QWidget* window) {
+            EXPECT_EQ(window->findChild<QLabel*>()->text().toStdString(), question);
             window->findChild<QLineEdit*>()->setText(text);
             Press(window, "OK");
         });
@@ -228,11 +229,11 @@ TEST_F(AuthorForm, ShowsAndChangesWhoMadeTheLevel) {
         EXPECT_EQ(open.Combo_Email->count(), 2);
         EXPECT_EQ(open.Combo_Siti->count(), 0);
         EXPECT_EQ(open.Text_NoteAutore->toPlainText().toStdString(), "Hello");
-        WillType("Insert new email address", QStringLiteral("c@x.org"));
+        WillType("Emails", "Insert new email address", QStringLiteral("c@x.org"));
         Press(&open, "Pul_NewEmail");
         EXPECT_EQ(open.Combo_Email->currentText().toStdString(), "c@x.org");
         open.Combo_Email->setCurrentIndex(0);
-        WillType("Change current email address", QStringLiteral("z@x.org"));
+        WillType("Emails", "Change current email address", QStringLiteral("z@x.org"));
         Press(&open, "Pul_ChangeEmail");
         open.Combo_Email->setCurrentIndex(1);
         Press(&open, "Pul_DelEmail");
@@ -240,7 +241,7 @@ TEST_F(AuthorForm, ShowsAndChangesWhoMadeTheLevel) {
         Press(&open, "Pul_ModSito");
         robot.WillPress("No selected site", "OK");
         Press(&open, "Pul_GoSito");
-        WillType("Insert new url address", QStringLiteral("http://x.org"));
+        WillType("Web sites", "Insert new url address", QStringLiteral("http://x.org"));
         Press(&open, "Pul_New_Sito");
         open.Text_NomeAutore->setText(QString(80, QLatin1Char('n')));
         robot.WillPress("Game designer name too long", "OK");
@@ -257,12 +258,12 @@ TEST_F(AuthorForm, ShowsAndChangesWhoMadeTheLevel) {
 
 TEST_F(AuthorForm, TextsThatDoNotFitAreTold) {
     WillWork([&](Dialog_Autore& open) {
-        WillType("Insert new email address", QString(250, QLatin1Char('e')));
+        WillType("Emails", "Insert new email address", QString(250, QLatin1Char('e')));
         Press(&open, "Pul_NewEmail");
         robot.WillPress("Emails field too long. Remove any email address", "OK");
         Press(&open, "Pul_Ok");
         Press(&open, "Pul_DelEmail");
-        WillType("Insert new url address", QString(256, QLatin1Char('u')));
+        WillType("Web sites", "Insert new url address", QString(256, QLatin1Char('u')));
         Press(&open, "Pul_New_Sito");
         robot.WillPress("Sites field too long. Remove any url address", "OK");
         Press(&open, "Pul_Ok");

@@ -1,0 +1,122 @@
+// The program is killed at every call that changes the file system while a level is added, removed, or the
+// Archive is moved. Then it is started again: the Archive must load, and no other level may have changed.
+#include <gtest/gtest.h>
+
+#include <iostream>
+
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/maintenance.h"
+#include "core/profile.h"
+#include "foundation/drives.h"
+#include "intake/new_level.h"
+#include "support/fault_home.h"
+#include "support/zip_bytes.h"
+
+namespace kelvash::test {
+namespace {
+
+const char* const kZip = "C:\\in\\New.zip";
+
+class KillPointsOfLevels : public FaultHome {
+  protected:
+    void SetUp() override {
+        if (!CanTrace()) GTEST_SKIP() << "no process can be traced here";
+    }
+    void PutZip() {
+        MakeFile(world.drive / "in/New.zip",
+                 MakeZipBytes({MakeEntry("new.tr4", "new level"), MakeEntry("script.dat", "new script"),
+                               MakeEntry("english.dat", "new words"), MakeEntry("savegame.0", "new save"),
+                               MakeEntry("shot.jpg", "new shot")}));
+    }
+    FileMap LevelTree(std::int32_t code) const { return TreeOf(NativePath(core::LevelFolder(code, false))); }
+    std::map<std::int32_t, FileMap> Trees() const {
+        std::map<std::int32_t, FileMap> trees;
+        for (const std::int32_t code : {1, 2, 3, 4})
+            trees[code] = LevelTree(code);
+        return trees;
+    }
+    void KillEverywhere(const Operation& operation, const std::function<void()>& check) {
+        const int points = CountCalls(operation);
+        ASSERT_GT(points, 0);
+        for (int at = 1; at <= points && !HasFailure(); ++at) {
+            SCOPED_TRACE(operation.name + " killed at call " + std::to_string(at) + " of " +
+                         std::to_string(points));
+            ASSERT_TRUE(RunWith(operation, {Fault::Kill, at}).killed);
+            StartProgram();
+            check();
+        }
+        std::cout << "  " << points << " kill points in " << operation.name << "\n";
+    }
+};
+
+void AnswerInChild(ScriptedUser& user, std::initializer_list<std::pair<const char*, const char*>> answers) {
+    for (const auto& [question, answer] : answers)
+        user.WillAnswer(question, answer);
+}
+
+TEST_F(KillPointsOfLevels, OfAddingTouchNoOtherLevelAndTheNextAddingIsWhole) {
+    const Operation operation{"add", 1, Backup::Full, [this] {
+                                  PutZip();
+                                  intake::AddLevels({kZip});
+                                  return core::archive.Header.LevelCount == 6 ? 0 : 1;
+                              }};
+    Prepare(operation);
+    StartProgram();
+    const std::map<std::int32_t, FileMap> before = Trees();
+    KillEverywhere(operation, [&] {
+        EXPECT_EQ(Trees(), before);
+        const std::int32_t count = core::archive.Header.LevelCount;
+        EXPECT_TRUE(count == 5 || count == 6) << count;
+        core::profile.CheckEqualLevels = false;
+        PutZip();
+        intake::AddLevels({kZip});
+        ASSERT_EQ(core::archive.Header.LevelCount, count + 1);
+        for (std::int32_t code = 5; code <= count; ++code) {
+            const FileMap tree = LevelTree(code);
+            EXPECT_EQ(tree.size(), 6U); // three files, save, shot, tr4.inf
+            EXPECT_EQ(tree.at("files/new.tr4"), "new level");
+            EXPECT_EQ(tree.at("backup_savegames/savegame.0"), "new save");
+        }
+        user.Forget();
+    });
+}
+
+TEST_F(KillPointsOfLevels, OfRemovingTouchNoOtherLevel) {
+    const Operation operation{"remove", 2, Backup::Full, [this] {
+                                  AnswerInChild(user, {{"Are you sure to want remove level", "yes"},
+                                                       {"Do you want remove all sub-folders", "yes"}});
+                                  core::RefreshLevelList();
+                                  core::SelectLevel(2);
+                                  return core::RemoveLevel() ? 0 : 1;
+                              }};
+    Prepare(operation);
+    StartProgram();
+    std::map<std::int32_t, FileMap> before = Trees();
+    before.erase(2);
+    KillEverywhere(operation, [&] {
+        std::map<std::int32_t, FileMap> after = Trees();
+        after.erase(2);
+        EXPECT_EQ(after, before);
+        const bool listed = core::LevelIndex(2) >= 0;
+        EXPECT_EQ(core::archive.Header.LevelCount, listed ? 5 : 4);
+        if (!listed) return;
+        // A level that is still in the Archive has all its files.
+        EXPECT_EQ(LevelTree(2).count("files/coast.tr4"), 1U);
+    });
+}
+
+TEST_F(KillPointsOfLevels, OfMovingLeaveEveryLevelWholeWhereTheArchiveSays) {
+    const Operation operation{"move", 0, Backup::Full, [this] {
+                                  std::filesystem::create_directories(world.drive / "new");
+                                  AnswerInChild(user, {{"Select target folder", "C:\\new"}});
+                                  return core::MoveArchive() ? 0 : 1;
+                              }};
+    Prepare(operation);
+    StartProgram();
+    const std::map<std::int32_t, FileMap> before = Trees();
+    KillEverywhere(operation, [&] { EXPECT_EQ(Trees(), before); });
+}
+
+} // namespace
+} // namespace kelvash::test
