@@ -1,10 +1,6 @@
 // ratios WORK BIN CLI: the program's work beside plain tools doing the same, in pairs, and the table of
 // ratios. WORK is an empty folder for the files, BIN holds the small programs of this folder, CLI is
 // kelvash-cli.
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -19,136 +15,16 @@
 #include <string>
 #include <vector>
 
+#include "bench/timing.h"
 #include "core/archive.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
 
-extern char** environ;
-
 namespace {
 
-namespace fs = std::filesystem;
 using namespace kelvash;
-using Clock = std::chrono::steady_clock;
-using Command = std::vector<std::string>;
-
-constexpr int kRounds = 15;
-constexpr int kShortRounds = 41;
-constexpr std::size_t kMegabyte = std::size_t{1} << 20;
-
-[[noreturn]] void Die(const std::string& why) {
-    std::cerr << "ratios: " << why << "\n";
-    std::exit(1);
-}
-
-// --- running ---
-
-// Milliseconds of a run.
-double Run(const Command& command) {
-    std::vector<char*> arguments;
-    for (const std::string& argument : command)
-        arguments.push_back(const_cast<char*>(argument.c_str()));
-    arguments.push_back(nullptr);
-    posix_spawn_file_actions_t quiet;
-    posix_spawn_file_actions_init(&quiet);
-    posix_spawn_file_actions_addopen(&quiet, 1, "/dev/null", O_WRONLY, 0);
-    const auto start = Clock::now();
-    pid_t child = 0;
-    if (posix_spawnp(&child, arguments[0], &quiet, nullptr, arguments.data(), environ) != 0)
-        Die("can't run " + command[0]);
-    int status = 0;
-    waitpid(child, &status, 0);
-    const std::chrono::duration<double, std::milli> time = Clock::now() - start;
-    posix_spawn_file_actions_destroy(&quiet);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) Die(command[0] + " failed");
-    return time.count();
-}
-
-// Largest resident memory of a run in MiB.
-double PeakOf(const std::string& bin, const std::string& command) {
-    std::FILE* output = popen((bin + "/peak " + command).c_str(), "r");
-    long kilobytes = 0;
-    if (output == nullptr || std::fscanf(output, "%ld", &kilobytes) != 1 || pclose(output) != 0)
-        Die("no peak");
-    return static_cast<double>(kilobytes) / 1024;
-}
-
-double RunAll(const std::vector<Command>& commands) {
-    double sum = 0;
-    for (const Command& command : commands)
-        sum += Run(command);
-    return sum;
-}
-
-double Median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
-
-// What an earlier run has written must not be on its way to the disk while the next is timed.
-void Settle(const fs::path& folder) {
-    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY);
-    if (descriptor < 0) return;
-    syncfs(descriptor);
-    close(descriptor);
-}
-
-struct Pairs {
-    std::vector<double> ours, plain, ratios, differences;
-    void Add(double our, double other) {
-        ours.push_back(our);
-        plain.push_back(other);
-        ratios.push_back(our / other);
-        differences.push_back(our - other);
-    }
-};
-
-// --- the table ---
-
-void PrintHead() {
-    std::printf("%-52s %10s %10s %10s %10s\n", "", "Kelvash", "plain", "measured", "target");
-}
-
-void PrintRow(const std::string& what, double ours, double plain, double measured, double target,
-              const char* unit) {
-    char plain_text[32] = "-";
-    if (plain > 0) std::snprintf(plain_text, sizeof plain_text, "%.1f ms", plain);
-    char ours_text[32];
-    std::snprintf(ours_text, sizeof ours_text, ours > 0 ? "%.1f ms" : "-", ours);
-    char measured_text[32], target_text[32];
-    std::snprintf(measured_text, sizeof measured_text, "%.2f%s", measured, unit);
-    std::snprintf(target_text, sizeof target_text, "%.2f%s", target, unit);
-    std::printf("%-52s %10s %10s %10s %10s%s\n", what.c_str(), ours_text, plain_text, measured_text,
-                target_text, measured <= target ? "" : "  MISSED");
-    std::fflush(stdout);
-}
-
-void PrintRatio(const std::string& what, const Pairs& pairs, double target) {
-    PrintRow(what, Median(pairs.ours), Median(pairs.plain), Median(pairs.ratios), target, "");
-}
-
+using namespace kelvash::bench;
 // --- the world ---
-
-void Write(const fs::path& path, const std::string& bytes) {
-    fs::create_directories(path.parent_path());
-    std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
-
-// Half noise, half repetition, as a level file is.
-std::string LevelBytes(std::size_t size, unsigned seed) {
-    std::mt19937 random(seed);
-    std::string bytes;
-    bytes.reserve(size);
-    while (bytes.size() < size) {
-        const std::size_t length = std::min<std::size_t>(64, size - bytes.size());
-        if (random() % 2 == 0 || bytes.size() < 4096)
-            for (std::size_t i = 0; i < length; ++i)
-                bytes += static_cast<char>(random());
-        else
-            bytes += bytes.substr(bytes.size() - 64 - random() % 4000, length);
-    }
-    return bytes;
-}
 
 std::string Packed(const std::string& bytes) {
     uLongf size = compressBound(static_cast<uLong>(bytes.size()));

@@ -8,11 +8,13 @@ work=${1:-$build/bench/work}
 
 cmake --preset release >/dev/null
 cmake --build --preset release --target \
-    ratios swap_once inflate_files empty peak kelvash-cli empty_window window_bench kelvash >/dev/null
+    ratios intake_ratios swap_once inflate_files empty peak kelvash-cli empty_window window_bench kelvash >/dev/null
 rm -rf "$work"
 mkdir -p "$work"
 trap 'rm -rf "$work"' EXIT
 "$build/bench/ratios" "$work" "$build/bench" "$build/bin/kelvash-cli"
+mkdir "$work/intake"
+"$build/bench/intake_ratios" "$work/intake"
 echo
 # Without a session bus of its own a window program may wait for one to be started.
 "$build/bin/kelvash-cli" demo "$work/demo" >/dev/null
