@@ -124,7 +124,8 @@ void Dialog_Autore::ShowLists() {
 
 void Dialog_Autore::Accept() {
     notes_.Name = ToUtf8(Text_NomeAutore->text());
-    notes_.Note = ToUtf8(Text_NoteAutore->toPlainText());
+    // The lines of a record end as those of its file's other readers.
+    notes_.Note = ToUtf8(Text_NoteAutore->toPlainText().replace(QLatin1Char('\n'), QStringLiteral("\r\n")));
     if (intake::StoreAuthorNotes(notes_)) accept();
 }
 

@@ -280,12 +280,17 @@ void Principale::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange) Combo_Livelli->viewport()->update();
 }
 
+// Not while the game runs, as with the menu.
+bool Principale::TakesDrops() const {
+    return menuBar()->isEnabled() && Command("mnu_AddLevel")->isEnabled();
+}
+
 void Principale::dragEnterEvent(QDragEnterEvent* event) {
-    if (Command("mnu_AddLevel")->isEnabled() && !DroppedFiles(event->mimeData()).empty())
-        event->acceptProposedAction();
+    if (TakesDrops() && !DroppedFiles(event->mimeData()).empty()) event->acceptProposedAction();
 }
 
 void Principale::dropEvent(QDropEvent* event) {
+    if (!TakesDrops()) return;
     const std::vector<std::string> paths = DroppedFiles(event->mimeData());
     event->acceptProposedAction();
     // The program that gave the files waits for the end of this event.

@@ -128,6 +128,7 @@ class Principale final : public QMainWindow {
     void ShowImages();
     void PageImages(std::size_t first);
     void EnableCommands();
+    bool TakesDrops() const;
 
     void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;

@@ -1,5 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <QDragEnterEvent>
+#include <QMimeData>
+
 #include "companion/game.h"
 #include "foundation/files.h"
 #include "swap/install.h"
@@ -40,6 +43,25 @@ TEST_F(PrincipaleCommands, PlayPutsTheLevelInAndComesBackWhenTheGameEnds) {
     EXPECT_FALSE(companion::game.WatcherActive);
     EXPECT_EQ(Current(), "Alpha (*)");
     EXPECT_EQ(form.Label_Info->text().toStdString(), "");
+}
+
+TEST_F(PrincipaleCommands, NothingCanBeDroppedWhileTheGameRuns) {
+    PutGame("1500");
+    core::SelectLevel(2);
+    form.Timer1->setInterval(20);
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(QString::fromStdString((drive / "a.zip").string()))});
+    const auto accepted = [&] {
+        QDragEnterEvent enter({10, 10}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+        enter.ignore();
+        QCoreApplication::sendEvent(&form, &enter);
+        return enter.isAccepted();
+    };
+    EXPECT_TRUE(accepted());
+    Press(&form, "Pul_Play");
+    EXPECT_FALSE(accepted());
+    WaitUntil([this] { return form.centralWidget()->isEnabled(); });
+    EXPECT_TRUE(accepted());
 }
 
 TEST_F(PrincipaleCommands, EnterInTheListPlays) {
