@@ -85,7 +85,7 @@ std::string Described(std::string_view path, MessageId size_label, MessageId dat
 
 // Tenths of a unit as digits with one decimal.
 std::string OneDecimal(std::int64_t bytes, std::int64_t unit) {
-    const std::int64_t tenths = (bytes * 10 + unit / 2) / unit;
+    const std::int64_t tenths = bytes / unit * 10 + (bytes % unit * 10 + unit / 2) / unit;
     return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
 }
 

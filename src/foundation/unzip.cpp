@@ -8,6 +8,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/platform/platform.h"
 #include "foundation/text.h"
 #include "foundation/zip.h"
 #include "foundation/zip_library.h"
@@ -37,8 +38,14 @@ class Destination {
     // The path of a file below the root under the spelling that it has there; its folders are made. Nothing
     // if a folder can't be made.
     std::optional<fs::path> PathOf(const std::vector<std::string>& parts) {
+        const std::optional<fs::path> folder = FolderOf(parts, parts.size() - 1);
+        if (!folder) return std::nullopt;
+        return *folder / Spelling(*folder, parts.back());
+    }
+    // The folder of the first parts, made where it is missing; nothing if it can't be made.
+    std::optional<fs::path> FolderOf(const std::vector<std::string>& parts, std::size_t count) {
         fs::path folder = root_;
-        for (std::size_t i = 0; i + 1 < parts.size(); ++i) {
+        for (std::size_t i = 0; i < count; ++i) {
             const fs::path next = folder / Spelling(folder, parts[i]);
             std::error_code error;
             if (!fs::is_directory(fs::symlink_status(next, error))) {
@@ -47,7 +54,7 @@ class Destination {
             }
             folder = next;
         }
-        return folder / Spelling(folder, parts.back());
+        return folder;
     }
     void Remember(const fs::path& file, const std::string& name) {
         names_[file.parent_path()].emplace(FoldCase(name), name);
@@ -97,10 +104,25 @@ bool IsWanted(const Entry& entry, const std::vector<std::string>& masks, bool ca
     });
 }
 
-void SetTime(const fs::path& file, time_t time) {
-    std::error_code error;
-    const auto point = std::chrono::system_clock::from_time_t(time);
-    fs::last_write_time(file, std::chrono::file_clock::from_sys(point), error);
+// The time of an entry's "extended timestamp", which no time zone shifts and which has odd seconds too;
+// nothing for an entry without one. Layout: a byte of flags, bit 0 for the modification time, then that time
+// in four bytes.
+std::optional<time_t> ExactTime(zip_t* zip, zip_uint64_t index) {
+    constexpr zip_uint16_t kExtendedTimestamp = 0x5455;
+    constexpr zip_uint16_t kShortest = 5;
+    zip_uint16_t length = 0;
+    const zip_uint8_t* const field =
+        zip_file_extra_field_get_by_id(zip, index, kExtendedTimestamp, 0, &length, ZIP_FL_CENTRAL);
+    if (field == nullptr || length < kShortest || (field[0] & 1) == 0) return std::nullopt;
+    std::uint32_t seconds = 0;
+    for (int i = 4; i > 0; --i)
+        seconds = (seconds << 8) | field[i];
+    return static_cast<std::int32_t>(seconds);
+}
+
+// The share of an entry in the work: an empty one counts too.
+double WeightOf(const zip_stat_t& stat) {
+    return static_cast<double>(stat.size) + 1;
 }
 
 // One extraction at work.
@@ -110,12 +132,23 @@ class Extraction {
         : job_(job), zip_(zip), watcher_(watcher), destination_(NativePath(job.ExtractDir)) {}
 
     void Run() {
-        const zip_int64_t count = zip_get_num_entries(zip_, 0);
-        for (zip_int64_t i = 0; i < count && !job_.Stopped; ++i)
-            TakeEntry(static_cast<zip_uint64_t>(i));
+        const auto count = static_cast<zip_uint64_t>(zip_get_num_entries(zip_, 0));
+        zip_stat_t stat;
+        for (zip_uint64_t i = 0; i < count && watcher_.share; ++i)
+            if (zip_stat_index(zip_, i, 0, &stat) == 0) total_ += WeightOf(stat);
+        for (zip_uint64_t i = 0; i < count && !job_.Stopped; ++i) {
+            const double before = done_;
+            TakeEntry(i);
+            if (zip_stat_index(zip_, i, 0, &stat) == 0) TellDone(before + WeightOf(stat));
+        }
     }
 
   private:
+    void TellDone(double done) {
+        done_ = done;
+        if (watcher_.share && total_ > 0) watcher_.share(done_ / total_);
+    }
+
     void TakeEntry(zip_uint64_t index) {
         Entry entry;
         entry.index = index;
@@ -131,14 +164,18 @@ class Extraction {
             job_.Refused.push_back(entry.name);
             return;
         }
-        if (IsFolder(entry.name)) return;
         entry.parts = std::move(*parts);
         if (!IsWanted(entry, job_.ExtractList, job_.CaseSensitive)) return;
+        const bool is_folder = IsFolder(entry.name);
+        if (is_folder && (!job_.HonorDirectories || job_.TestZip)) return;
         if (!job_.HonorDirectories) entry.parts = {entry.parts.back()};
         if (job_.SpaceToUnderScore)
             for (std::string& part : entry.parts)
                 std::replace(part.begin(), part.end(), ' ', '_');
-        Extract(entry);
+        if (!is_folder)
+            Extract(entry);
+        else if (!destination_.FolderOf(entry.parts, entry.parts.size()))
+            job_.Failed.emplace_back(entry.name, LoadMessage(MessageId::kZipReasonWrite, {}));
     }
 
     // Of two entries of one name the first stays; the other is worth telling if it isn't the same file again.
@@ -187,11 +224,12 @@ class Extraction {
         std::error_code error;
         const bool replaces = !job_.TestZip && fs::exists(fs::symlink_status(target, error));
         const fs::path partial = replaces ? target.parent_path() / kPartialFile : target;
+        if (replaces) platform::Unlink(partial); // of a killed run; a link would be written through
         fault = CopyEntry(entry, source, partial);
-        if (zip_fclose(source) != 0 && fault.empty()) fault = LoadMessage(MessageId::kZipReasonDamaged, {});
+        if (zip_fclose(source) != 0 && fault.empty()) fault = DamageOf(entry);
         if (job_.TestZip) return fault;
         if (fault.empty() && !job_.Stopped) {
-            SetTime(partial, entry.stat.mtime);
+            platform::SetFileTime(partial, ExactTime(zip_, entry.index).value_or(entry.stat.mtime));
             if (replaces) fs::rename(partial, target, error);
             if (!replaces || !error) return {};
             fault = LoadMessage(MessageId::kZipReasonWrite, {});
@@ -230,6 +268,13 @@ class Extraction {
                    : MessageId::kZipReasonDamaged;
     }
 
+    // Some wrong passwords are only noticed when the data turn out to be none.
+    static std::string DamageOf(const Entry& entry) {
+        return LoadMessage(entry.stat.encryption_method == ZIP_EM_NONE ? MessageId::kZipReasonDamaged
+                                                                       : MessageId::kZipReasonEncrypted,
+                           {});
+    }
+
     std::string CopyEntry(const Entry& entry, zip_file_t* source, const fs::path& partial) {
         std::ofstream file;
         if (!job_.TestZip) {
@@ -239,18 +284,19 @@ class Extraction {
         zip_uint64_t left = entry.stat.size;
         for (;;) {
             const zip_int64_t got = zip_fread(source, block_.get(), kBlock);
-            if (got < 0) return LoadMessage(MessageId::kZipReasonDamaged, {});
+            if (got < 0) return DamageOf(entry);
             if (got == 0) break;
             if (static_cast<zip_uint64_t>(got) > left) return LoadMessage(MessageId::kZipReasonLonger, {});
             left -= static_cast<zip_uint64_t>(got);
             if (!job_.TestZip && !file.write(block_.get(), static_cast<std::streamsize>(got)))
                 return LoadMessage(MessageId::kZipReasonWrite, {});
+            TellDone(done_ + static_cast<double>(got));
             if (clock_.Due() && watcher_.poll && watcher_.poll()) {
                 job_.Stopped = true;
                 return {};
             }
         }
-        if (left != 0) return LoadMessage(MessageId::kZipReasonDamaged, {});
+        if (left != 0) return DamageOf(entry);
         if (!job_.TestZip) file.close();
         return job_.TestZip || file ? std::string() : LoadMessage(MessageId::kZipReasonWrite, {});
     }
@@ -262,6 +308,8 @@ class Extraction {
     std::map<std::string, std::pair<zip_uint64_t, zip_uint32_t>> taken_;
     std::unique_ptr<char[]> block_ = std::make_unique<char[]>(kBlock);
     PollClock clock_;
+    double total_ = 0; // of the weights of all entries
+    double done_ = 0;
     bool password_asked_ = false;
     std::string password_;
 };

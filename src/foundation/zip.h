@@ -14,6 +14,8 @@ namespace kelvash {
 struct ZipWatcher {
     std::function<bool(const std::string& line)> line;
     std::function<bool()> poll;
+    // Told how much of all bytes is done, from 0 to 1, within an entry too.
+    std::function<void(double done)> share = nullptr;
 };
 
 // Makes a zip file or adds to one. Encryption and system files, which the program never asks for, are left
@@ -30,7 +32,8 @@ class ZipClass {
     // A file or a folder's files, by path text; folders have no entries of their own.
     void AddFile(const std::string& path);
     void RemoveFile(const std::string& path);
-    // False, with the old zip untouched, after an error or a stop.
+    // False, with the old zip untouched, after an error or a stop, for a zip that is read-only, or if there
+    // is nothing to put in. A zip among the files doesn't go into itself.
     [[nodiscard]] bool MakeZipFile(const ZipWatcher& watcher);
     // The last line of a job, or why it failed.
     const std::string& GetLastMessage() const { return message_; }
@@ -47,7 +50,7 @@ class UnzipClass {
     std::string ExtractDir;               // path text of a folder that exists
     std::vector<std::string> ExtractList; // masks of names with "\" between folders; empty: everything
     bool CaseSensitive = false;           // of these masks
-    bool HonorDirectories = true;         // off: all files flat into ExtractDir
+    bool HonorDirectories = true;         // folders are made, empty ones too; off: all files flat
     bool OverWriteFiles = true;           // off: a file that exists stays
     bool PromptOverwrite = false;         // a file that exists is asked about
     bool ExtractOnlyNewer = false;        // a file that exists and isn't older stays

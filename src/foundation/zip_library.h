@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "foundation/drives.h"
+#include "foundation/files.h"
 
 namespace kelvash {
 
@@ -27,8 +28,12 @@ inline std::string ZipErrorText(int code) {
 
 // Opens a zip by its path text; null, with the reason, if that fails.
 inline ZipHandle OpenZip(std::string_view path, int flags, std::string& message) {
-    int code = 0;
-    ZipHandle zip(zip_open(NativePath(path).string().c_str(), flags, &code));
+    // An empty file would count as a zip without entries; it is a download that failed.
+    const bool is_empty = FileExists(path) && FileSize(path) == 0;
+    int code = ZIP_ER_NOZIP;
+    ZipHandle zip;
+    if (!is_empty || (flags & ZIP_TRUNCATE) != 0)
+        zip.reset(zip_open(NativePath(path).string().c_str(), flags, &code));
     if (!zip) message = ZipErrorText(code);
     return zip;
 }

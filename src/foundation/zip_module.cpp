@@ -35,7 +35,8 @@ ZipWatcher Watcher(LineProgress& progress, Manage manage) {
             [] {
                 TheUser().PumpEvents();
                 return TheUser().StopRequested();
-            }};
+            },
+            [&progress](double done) { ProgressPercent(progress.bar, done, 1); }};
 }
 
 void TellNames(MessageId id, std::string_view archive, const std::vector<std::string>& names) {
@@ -64,10 +65,22 @@ double SumOf(const std::vector<ZipEntry>& entries) {
     return bytes;
 }
 
+// Bytes as a text; more than a number can hold are shown as what it can.
+std::string SizeText(double bytes) {
+    constexpr double kMost = 9223372036854774784.0; // the largest double below 2 to the power of 63
+    return FormatSize(static_cast<std::int64_t>(std::min(bytes, kMost)));
+}
+
+// Deletes the files of a folder but for the zip that is to be extracted.
+void WipeFolder(std::string_view folder, std::string_view archive) {
+    for (const std::string& file : ListFiles(folder, "*"))
+        if (!EqualNoCase(file, archive)) DeleteFile(file);
+}
+
 // Asks before more is written than there is room for, or than such a zip can be meant to hold.
 bool MayFill(std::string_view archive, std::string_view destination, double bytes) {
     const std::string name = FileNameOf(archive);
-    const std::string needed = FormatSize(static_cast<std::int64_t>(bytes));
+    const std::string needed = SizeText(bytes);
     const std::int64_t room = FreeSpace(destination);
     if (room >= 0 && bytes > static_cast<double>(room))
         return AskYesNo(
@@ -114,16 +127,17 @@ bool ZipFolder(std::string_view folder, std::string_view archive, std::vector<st
                Recurse recurse, Bar& bar, std::string& message) {
     const std::string root(folder);
     entries = recurse == Recurse::Yes ? ScanTree(root).files : ListFiles(root, "*.*");
+    std::erase_if(entries, [archive](const std::string& file) { return EqualNoCase(file, archive); });
     ZipClass zip;
     zip.ZipFileName = archive;
     zip.RootDirectory = root;
     for (const std::string& file : entries)
         zip.AddFile(file);
-    LineProgress progress{bar, static_cast<double>(entries.size())};
+    LineProgress progress{bar, static_cast<double>(entries.size()), 0, true};
     const bool made = zip.MakeZipFile(Watcher(progress, GestioneZip));
     bar = progress.bar;
     if (!made) message = zip.GetLastMessage();
-    return made && (entries.empty() || FileExists(archive));
+    return made && FileExists(archive);
 }
 
 void UnzipSettings(std::string_view archive, std::string_view destination, ZipFolders folders,
@@ -147,12 +161,15 @@ bool UnzipToFolder(std::string_view archive, std::string_view destination, std::
         message = LoadMessage(MessageId::kZipStopped, {});
         return false;
     }
-    if (wipe == Wipe::Yes) DeleteFiles(destination, "*");
+    if (wipe == Wipe::Yes) WipeFolder(destination, archive);
     UnzipClass unzip;
     UnzipSettings(archive, destination, folders, unzip);
-    LineProgress lines{bar, static_cast<double>(listed->size())};
+    LineProgress lines{bar, static_cast<double>(listed->size()), 0, true};
     ZipWatcher watcher = Watcher(lines, GestioneUnzip);
-    if (progress == ZipProgress::Silent) watcher.line = nullptr;
+    if (progress == ZipProgress::Silent) {
+        watcher.line = nullptr;
+        watcher.share = nullptr;
+    }
     const bool done = unzip.UnZip(watcher);
     bar = lines.bar;
     entries = unzip.Written;

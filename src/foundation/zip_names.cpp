@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "foundation/files.h"
 #include "foundation/text.h"
 
 namespace kelvash {
@@ -51,7 +52,7 @@ std::string From437(std::string_view bytes) {
 // Windows takes these names for devices, with any extension.
 bool IsDevice(std::string_view part) {
     const std::string base(Trim(part.substr(0, part.find('.'))));
-    for (const char* device : {"CON", "PRN", "AUX", "NUL"})
+    for (const char* device : {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"})
         if (EqualNoCase(base, device)) return true;
     return base.size() == 4 && (StartsWithNoCase(base, "COM") || StartsWithNoCase(base, "LPT")) &&
            base[3] >= '1' && base[3] <= '9';
@@ -86,6 +87,7 @@ std::optional<std::vector<std::string>> ZipNameParts(std::string_view name) {
     for (const std::string& part : Split(path, '/')) {
         if (part.empty() || part == ".") continue;
         if (part.find_first_not_of(". ") == std::string::npos || IsDevice(part)) return std::nullopt;
+        if (EqualNoCase(part, kPartialFile)) return std::nullopt;
         parts.push_back(CleanPart(part));
     }
     if (parts.empty()) return std::nullopt;

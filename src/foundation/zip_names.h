@@ -15,7 +15,8 @@ std::string ZipNameText(std::string_view bytes);
 
 // The parts of an entry's name between its separators, which are "/" and "\". Nothing for a name that leads
 // out of the destination (absolute, with a drive, with a ".." part) or that no file can have (a device's
-// name, dots and blanks alone). Characters that a file's name can't hold become "_".
+// name, dots and blanks alone, the name that unfinished files have here). Characters that a file's name can't
+// hold become "_".
 std::optional<std::vector<std::string>> ZipNameParts(std::string_view name);
 
 } // namespace kelvash

@@ -23,7 +23,8 @@ bool Reset(LineProgress& progress, bool reset, bool& stop) {
 
 void CountLines(LineProgress& progress, const std::string& line, MessageId word) {
     if (line.find(LoadMessage(word, {})) == std::string::npos) return;
-    ProgressPercent(progress.bar, ++progress.done, progress.total);
+    ++progress.done;
+    if (!progress.only_count) ProgressPercent(progress.bar, progress.done, progress.total);
 }
 
 } // namespace

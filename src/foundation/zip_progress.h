@@ -14,6 +14,7 @@ struct LineProgress {
     Bar bar;
     double total = 0; // lines to come, or the track's length in seconds
     double done = 0;
+    bool only_count = false; // lines are counted, the bar is moved by whoever tells them
 };
 
 // Count the lines that hold "inflating" and "adding:".

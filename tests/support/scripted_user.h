@@ -37,13 +37,14 @@ class ScriptedUser final : public User {
     void OpenProgress(BarPlace dialog, const std::string& caption) override;
     void CloseProgress(BarPlace) override {}
     void SetLabel(BarPlace place, const std::string& text) override;
-    void SetBar(BarPlace, int percent) override { last_percent = percent; }
+    void SetBar(BarPlace, int percent) override { percents.push_back(last_percent = percent); }
     void LevelListChanged() override { ++list_changes; }
     void PumpEvents() override {}
     bool StopRequested() override { return stop; }
 
     bool stop = false;
     int last_percent = -1;
+    std::vector<int> percents; // all that bars were set to
     int list_changes = 0;
     std::string last_start; // where the last file or folder dialog started
 

@@ -17,7 +17,7 @@ std::string Number(std::uint64_t value, int bytes) {
 std::string Common(const ZipBytes& entry) {
     return Number(entry.flags, 2) + Number(entry.method, 2) + Number(0x6000, 2) + Number(0x5A21, 2) +
            Number(entry.crc, 4) + Number(entry.content.size(), 4) + Number(entry.declared, 4) +
-           Number(entry.name.size(), 2) + Number(0, 2);
+           Number(entry.name.size(), 2) + Number(entry.extra.size(), 2);
 }
 
 } // namespace
@@ -36,8 +36,8 @@ std::string MakeZipBytes(const std::vector<ZipBytes>& entries) {
     for (const ZipBytes& entry : entries) {
         directory += "PK\1\2" + Number(entry.made_by, 2) + Number(20, 2) + Common(entry) + Number(0, 2) +
                      Number(0, 2) + Number(0, 2) + Number(entry.attributes, 4) + Number(bytes.size(), 4) +
-                     entry.name;
-        bytes += "PK\3\4" + Number(20, 2) + Common(entry) + entry.name + entry.content;
+                     entry.name + entry.extra;
+        bytes += "PK\3\4" + Number(20, 2) + Common(entry) + entry.name + entry.extra + entry.content;
     }
     return bytes + directory + "PK\5\6" + Number(0, 4) + Number(entries.size() & 0xFFFF, 2) +
            Number(entries.size() & 0xFFFF, 2) + Number(directory.size(), 4) + Number(bytes.size(), 4) +

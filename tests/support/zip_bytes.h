@@ -17,6 +17,7 @@ struct ZipBytes {
     std::uint32_t declared = 0;   // size in both heads
     std::uint16_t made_by = 20;   // 0x0300 and more: a Unix
     std::uint32_t attributes = 0; // external ones
+    std::string extra{};          // extra field, in both heads
 };
 
 // A sound entry of that name and content.

@@ -1,0 +1,214 @@
+// Zips and destinations that are out to do harm, or merely odd.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <random>
+
+#include "foundation/files.h"
+#include "foundation/zip.h"
+#include "foundation/zip_module.h"
+#include "support/foundation_home.h"
+#include "support/zip_bytes.h"
+
+namespace kelvash {
+namespace {
+
+namespace fs = std::filesystem;
+using test::BytesOf;
+using test::Exists;
+using test::MakeEntry;
+using test::MakeFile;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class HostileZip : public test::FoundationHome {
+  protected:
+    HostileZip() : out(drive / "out") { fs::create_directories(out); }
+
+    void Put(const std::vector<test::ZipBytes>& all) { MakeFile(drive / "a.zip", test::MakeZipBytes(all)); }
+    bool Extract(ZipFolders folders = ZipFolders::Kept, Wipe wipe = Wipe::No,
+                 const std::string& archive = "C:\\a.zip") {
+        return UnzipToFolder(archive, "C:\\out", entries, wipe, folders, ZipProgress::Shown, bar, message);
+    }
+    // Relative names of all that is below C:\out, sorted, with a "/" behind those of folders.
+    std::vector<std::string> OutNames() const {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::recursive_directory_iterator(out))
+            names.push_back(entry.path().lexically_relative(out).string() +
+                            (entry.is_directory() ? "/" : ""));
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+
+    fs::path out;
+    std::vector<std::string> entries;
+    std::string message;
+    Bar bar;
+};
+
+TEST_F(HostileZip, AnEmptyFileIsNoZip) {
+    MakeFile(drive / "a.zip", "");
+    EXPECT_FALSE(ListZip("C:\\a.zip", message));
+    EXPECT_EQ(message, "Not a zip archive");
+    EXPECT_FALSE(Extract());
+    EXPECT_THAT(user.Told(), ElementsAre("exclamation: I can not open zip file: a.zip (Not a zip archive)"));
+}
+
+TEST_F(HostileZip, WipingSparesTheZipItself) {
+    MakeFile(out / "A.zip", test::MakeZipBytes({MakeEntry("a.txt", "one")}));
+    EXPECT_TRUE(Extract(ZipFolders::Kept, Wipe::Yes, "C:\\out\\a.zip"));
+    EXPECT_THAT(OutNames(), ElementsAre("A.zip", "a.txt"));
+}
+
+TEST_F(HostileZip, FoldersWithoutFilesAreMade) {
+    Put({MakeEntry("graphics/wads/", ""), MakeEntry("../up/", "")});
+    EXPECT_TRUE(Extract());
+    EXPECT_THAT(OutNames(), ElementsAre("graphics/", "graphics/wads/"));
+    EXPECT_FALSE(Exists(drive / "up"));
+    EXPECT_EQ(user.Told().size(), 1U);
+    EXPECT_TRUE(Extract(ZipFolders::Flat));
+    EXPECT_THAT(entries, IsEmpty());
+}
+
+TEST_F(HostileZip, AFileWhereAFolderIsNeededFails) {
+    Put({MakeEntry("a", "file"), MakeEntry("a/b.txt", "x"), MakeEntry("c.txt", "c")});
+    EXPECT_FALSE(Extract());
+    EXPECT_THAT(OutNames(), ElementsAre("a", "c.txt"));
+    EXPECT_EQ(message, "a/b.txt: I can not write the file");
+}
+
+// The name that an unfinished file has for a while.
+TEST_F(HostileZip, AnEntryMayNotHaveTheNameOfUnfinishedFiles) {
+    MakeFile(out / "a.txt", "old");
+    Put({MakeEntry("KELVASH.tmp", "mine"), MakeEntry("a.txt", "new"), MakeEntry("kelvash.tmp/x", "x")});
+    EXPECT_TRUE(Extract());
+    EXPECT_THAT(OutNames(), ElementsAre("a.txt"));
+    EXPECT_EQ(BytesOf(out / "a.txt"), "new");
+    ASSERT_EQ(user.Told().size(), 1U);
+    EXPECT_THAT(user.Told()[0], testing::EndsWith(":\r\nKELVASH.tmp\r\nkelvash.tmp/x"));
+}
+
+TEST_F(HostileZip, NothingIsWrittenThroughALinkThatStandsThere) {
+    MakeFile(drive / "precious.txt", "mine");
+    fs::create_symlink(drive / "precious.txt", out / "a.txt");
+    fs::create_symlink(drive / "precious.txt", out / "Kelvash.tmp");
+    fs::create_symlink(drive / "made.txt", out / "b.txt");
+    Put({MakeEntry("a.txt", "new"), MakeEntry("b.txt", "new")});
+    EXPECT_TRUE(Extract());
+    EXPECT_EQ(BytesOf(drive / "precious.txt"), "mine");
+    EXPECT_FALSE(Exists(drive / "made.txt"));
+    EXPECT_FALSE(fs::is_symlink(out / "a.txt"));
+    EXPECT_EQ(BytesOf(out / "b.txt"), "new");
+}
+
+// The last declares more bytes than a number of bytes can be.
+TEST_F(HostileZip, ASumOfSizesThatOverflowsIsStillMuch) {
+    std::vector<test::ZipBytes> all;
+    for (int i = 0; i < 3; ++i) {
+        test::ZipBytes entry = MakeEntry("huge" + std::to_string(i), "x");
+        entry.declared = 0xFFFFFFFFU;
+        entry.extra = std::string("\1\0\x08\0\0\0\0\0\0\0\0\x70", 12);
+        all.push_back(entry);
+    }
+    Put(all);
+    ASSERT_EQ(ListZip("C:\\a.zip", message)->back().Size, 0x7000000000000000);
+    user.WillAnswer("The files of zip a.zip need 8589934592.0 Gb, but in drive [C:]", "no");
+    EXPECT_FALSE(Extract());
+    EXPECT_THAT(OutNames(), IsEmpty());
+}
+
+// One of 256 wrong passwords opens an entry of the traditional kind, and only its data show it.
+TEST_F(HostileZip, AWrongPasswordIsAlwaysCalledOne) {
+    MakeFile(drive / "in" / "a.txt", "secret text");
+    const std::string line =
+        "cd '" + (drive / "in").string() + "' && zip -q -P sesame '" + (drive / "a.zip").string() + "' a.txt";
+    ASSERT_EQ(std::system(line.c_str()), 0);
+    for (int i = 0; i < 600; ++i) {
+        UnzipClass unzip;
+        UnzipSettings("C:\\a.zip", "C:\\out", ZipFolders::Flat, unzip);
+        unzip.TestZip = true;
+        user.WillAnswer("Encrypted zip file", "wrong" + std::to_string(i));
+        EXPECT_FALSE(unzip.UnZip({}));
+        EXPECT_EQ(unzip.GetLastMessage(), "a.txt: the entry is encrypted");
+    }
+}
+
+TEST_F(HostileZip, TheExactTimeOfAnEntryCounts) {
+    test::ZipBytes entry = MakeEntry("a.txt", "x");
+    entry.extra = std::string("UT\5\0\1\x01\xCA\x9A\x3B", 9); // 1000000001, an odd second
+    Put({entry});
+    EXPECT_TRUE(Extract());
+    EXPECT_EQ(FileTime("C:\\out\\a.txt"), 1000000001);
+}
+
+TEST_F(HostileZip, TheBarMovesWithinAnEntry) {
+    std::string noise(3000000, 'x'); // the writing is measured by what comes out packed
+    std::minstd_rand random;
+    for (char& c : noise)
+        c = static_cast<char>(random());
+    MakeFile(drive / "in" / "big.bin", noise);
+    EXPECT_TRUE(ZipFolder("C:\\in", "C:\\a.zip", entries, Recurse::No, bar, message));
+    EXPECT_GT(user.percents.size(), 10U);
+    EXPECT_TRUE(std::is_sorted(user.percents.begin(), user.percents.end()));
+    user.percents.clear();
+    bar = {};
+    EXPECT_TRUE(Extract());
+    EXPECT_GT(user.percents.size(), 10U);
+    EXPECT_TRUE(std::is_sorted(user.percents.begin(), user.percents.end()));
+    EXPECT_EQ(user.percents.back(), 100);
+}
+
+class OddZipTarget : public test::FoundationHome {
+  protected:
+    OddZipTarget() { MakeFile(drive / "in" / "a.txt", "aaa"); }
+    bool Make(const std::string& archive) {
+        return ZipFolder("C:\\in", archive, entries, Recurse::Yes, bar, message);
+    }
+    std::vector<std::string> entries;
+    std::string message;
+    Bar bar;
+};
+
+TEST_F(OddZipTarget, AZipInItsOwnFolderDoesNotHoldItself) {
+    MakeFile(drive / "in" / "Old.zip", "the old one");
+    EXPECT_TRUE(Make("C:\\in\\old.ZIP"));
+    EXPECT_THAT(entries, ElementsAre("C:\\in\\a.txt"));
+    EXPECT_EQ(ListZip("C:\\in\\old.zip", message)->size(), 1U);
+}
+
+TEST_F(OddZipTarget, AFolderWithoutFilesMakesNoZipAndLeavesTheOldOne) {
+    fs::remove(drive / "in" / "a.txt");
+    MakeFile(drive / "a.zip", test::MakeZipBytes({MakeEntry("a.txt", "one")}));
+    EXPECT_FALSE(Make("C:\\a.zip"));
+    EXPECT_NE(message, "");
+    EXPECT_EQ(ListZip("C:\\a.zip", message)->size(), 1U);
+}
+
+TEST_F(OddZipTarget, ALinkStaysOne) {
+    MakeFile(drive / "store" / "real.zip", "the old one");
+    fs::create_symlink(drive / "store" / "real.zip", drive / "a.zip");
+    EXPECT_TRUE(Make("C:\\a.zip"));
+    EXPECT_TRUE(fs::is_symlink(drive / "a.zip"));
+    EXPECT_EQ(ListZip("C:\\store\\real.zip", message)->size(), 1U);
+}
+
+TEST_F(OddZipTarget, AReadOnlyFileStands) {
+    MakeFile(drive / "a.zip", "the old one");
+    fs::permissions(drive / "a.zip", fs::perms(0444));
+    EXPECT_FALSE(Make("C:\\a.zip"));
+    EXPECT_NE(message, "");
+    EXPECT_EQ(BytesOf(drive / "a.zip"), "the old one");
+}
+
+TEST_F(OddZipTarget, NamesThatAreNoUtf8AreStoredAsText) {
+    MakeFile(drive / "in" /
+                 "Gr\xF6\xDF"
+                 "e.txt",
+             "x");
+    EXPECT_TRUE(Make("C:\\a.zip"));
+    EXPECT_EQ(ListZip("C:\\a.zip", message)->back().Name, "Größe.txt");
+}
+
+} // namespace
+} // namespace kelvash
