@@ -67,24 +67,6 @@ void ScanFolder(const std::string& folder, Tree& tree) {
     }
 }
 
-// Works on native paths and sorts nothing: the sizes of an Archive are those of ten thousands of files.
-std::int64_t SizeBelow(const fs::path& folder, std::string_view mask) {
-    std::int64_t bytes = 0;
-    std::error_code error;
-    for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
-        std::error_code ignored;
-        const std::string name = SpeakableName(*at);
-        if (name.empty()) continue;
-        if (at->is_directory(ignored)) {
-            if (!at->is_symlink(ignored)) bytes += SizeBelow(at->path(), mask);
-        } else if (at->is_regular_file(ignored) && MatchesMask(name, mask)) {
-            const std::uintmax_t size = at->file_size(ignored);
-            if (!ignored) bytes += static_cast<std::int64_t>(size);
-        }
-    }
-    return bytes;
-}
-
 bool CopyAsked(std::string_view source, std::string_view destination, const platform::GoOn& go_on) {
     const fs::path from = NativePath(source);
     const fs::path to = NativePath(destination);
@@ -295,7 +277,8 @@ Tree ScanTree(std::string_view root) {
 }
 
 std::int64_t TreeSize(std::string_view root, std::string_view mask) {
-    return SizeBelow(NativePath(root), mask);
+    return platform::TreeBytes(NativePath(root),
+                               [mask](std::string_view name) { return MatchesMask(name, mask); });
 }
 
 } // namespace kelvash
