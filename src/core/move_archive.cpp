@@ -1,5 +1,6 @@
 // Moving the level folders of an Archive to another place.
 #include <algorithm>
+#include <filesystem>
 
 #include "core/archive.h"
 #include "core/level_list.h"
@@ -13,6 +14,8 @@
 #include "foundation/user.h"
 
 namespace kelvash::core {
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -35,12 +38,26 @@ std::vector<Move> PlanMoves(const std::string& target) {
     return moves;
 }
 
+// Where a path leads: several drives and links may reach the same folder.
+fs::path PlaceOf(std::string_view path) {
+    std::error_code error;
+    const fs::path native = NativePath(path);
+    const fs::path place = fs::weakly_canonical(native, error);
+    return error ? native : place;
+}
+
+bool LiesIn(const fs::path& place, const fs::path& folder) {
+    return std::mismatch(folder.begin(), folder.end(), place.begin(), place.end()).first == folder.end();
+}
+
 // What is wrong with a target; empty if the level folders can go there.
 std::string FaultOf(const std::string& target) {
     const std::string current(Trim(archive.Header.SecondaryFolder));
-    if (EqualNoCase(target, current)) return LoadMessage(MessageId::kMoveSameFolder, {}) + current;
+    const fs::path place = PlaceOf(target);
+    if (EqualNoCase(target, current) || place == PlaceOf(current))
+        return LoadMessage(MessageId::kMoveSameFolder, {}) + current;
     for (const Move& move : PlanMoves(target)) {
-        if (StartsWithNoCase(target + "\\", move.from + "\\"))
+        if (FolderExists(move.from) && LiesIn(place, PlaceOf(move.from)))
             return LoadMessage(MessageId::kMoveInside, {}) + move.from;
         if (FolderExists(move.to)) return LoadMessage(MessageId::kMoveFolderTaken, {}) + move.to;
     }
@@ -71,6 +88,34 @@ void RemoveCopies(const std::vector<Move>& moves) {
     Bar bar{BarPlace::CallerForm, -1};
     for (const Move& move : moves)
         static_cast<void>(RemoveFolderTree(move.to, bar)); // what stays is a copy
+}
+
+// Makes the folders that hold no file, and compares each file's size. False also for a folder that is a link:
+// it isn't followed by the copy, and would be lost with the old folder.
+bool IsWhole(const Move& move) {
+    const std::string files = LoadMessage(MessageId::kInsideFilesFolder, {});
+    const auto is_left_out = [&](const std::string& relative) {
+        return move.on_cd && FindNoCase(relative + "\\", files) != std::string::npos;
+    };
+    const Tree tree = ScanTree(move.from);
+    for (const std::string& folder : tree.folders) {
+        const std::string relative = folder.substr(move.from.size());
+        if (is_left_out(relative)) continue;
+        std::error_code error;
+        if (fs::is_symlink(NativePath(folder), error) || !CreateFolder(move.to + relative)) return false;
+    }
+    return std::all_of(tree.files.begin(), tree.files.end(), [&](const std::string& file) {
+        const std::string relative = file.substr(move.from.size());
+        const std::string copy = move.to + relative;
+        return is_left_out(relative) || (FileExists(copy) && FileSize(copy) == FileSize(file));
+    });
+}
+
+// The old folders may only go when no loss of power can take the copies with it.
+bool AreSafe(const std::vector<Move>& moves, const std::string& target) {
+    return std::all_of(moves.begin(), moves.end(),
+                       [](const Move& move) { return !FolderExists(move.from) || IsWhole(move); }) &&
+           FlushDrive(target);
 }
 
 // Copies everything; on failure or a stop what was copied goes again.
@@ -136,6 +181,11 @@ bool MoveArchive() {
     if (!target) return false;
     const std::vector<Move> moves = PlanMoves(*target);
     if (!CopyLevels(moves)) return false;
+    if (!AreSafe(moves, *target)) {
+        RemoveCopies(moves);
+        TellCritical(LoadMessage(MessageId::kMoveCopyError, {}));
+        return false;
+    }
     if (!SaveNewPlace(*target)) {
         RemoveCopies(moves);
         return false;

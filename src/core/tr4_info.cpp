@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <limits>
+#include <map>
+#include <optional>
 
 #include "core/archive.h"
 #include "foundation/date_text.h"
@@ -61,14 +63,60 @@ bool CreateInfo(std::int32_t index) {
     return true;
 }
 
-// Fills Tr4List for one level: from its tr4.inf, else from its files. False if they are on a CD that isn't
-// there.
-bool ReadOrListTr4(std::int32_t code) {
-    if (ReadTr4Info(code)) return true;
+// Fills Tr4List with the files of a level without a tr4.inf. False if they are on a CD that isn't there.
+bool ListLevelTr4(std::int32_t code) {
     const std::string folder = LevelFolder(code, true);
     if (archive.CdMissing) return false;
     ListTr4(FilesFolder(folder));
     return true;
+}
+
+bool AskGoOn(const EqualLevel& equal) {
+    const std::string name = '"' + std::string(Trim(LevelByCode(equal.Code).Name)) + '"';
+    return AskYesNo(MessageStyle::Question,
+                    LoadMessage(MessageId::kEqualFound,
+                                {'"' + std::string(Trim(equal.FileName)) + "\" ", name + kLineBreak}));
+}
+
+// The tr4.inf of all levels, read once and found by name and size: an Archive of thousands of levels is
+// compared with itself.
+struct AllTr4 {
+    // Where a file is told of: its level's place in the table, then its own place in the list.
+    using Place = std::pair<std::int32_t, std::size_t>;
+    using Key = std::pair<std::string, std::int32_t>;
+    std::map<std::int32_t, std::vector<Tr4Info>> lists; // by the level's place; none for one without a file
+    std::map<Key, std::vector<Place>> places;           // in order
+
+    static Key KeyOf(const Tr4Info& info) { return {FoldCase(Trim(info.FileName)), info.FileSize}; }
+};
+
+// False on a stop by the user.
+bool ReadAllTr4(AllTr4& all) {
+    for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i) {
+        TheUser().PumpEvents();
+        if (TheUser().StopRequested()) return false;
+        if (!ReadTr4Info(LevelAt(i).Code)) continue;
+        for (std::size_t k = 0; k < Tr4List.size(); ++k)
+            all.places[AllTr4::KeyOf(Tr4List[k])].push_back({i, k});
+        all.lists[i] = Tr4List;
+    }
+    return true;
+}
+
+// As CheckEqualLevels: the first file of the first level of the table that has one of the list.
+bool FindEqual(const AllTr4& all, const std::vector<Tr4Info>& list, std::int32_t own_code,
+               EqualLevel& equal) {
+    std::optional<AllTr4::Place> first;
+    for (const Tr4Info& own : list) {
+        const auto found = all.places.find(AllTr4::KeyOf(own));
+        if (found == all.places.end()) continue;
+        const auto other = std::find_if(
+            found->second.begin(), found->second.end(),
+            [own_code](const AllTr4::Place& place) { return LevelAt(place.first).Code != own_code; });
+        if (other != found->second.end() && (!first || *other < *first)) first = *other;
+    }
+    if (first) equal = {LevelAt(first->first).Code, all.lists.at(first->first)[first->second].FileName};
+    return first.has_value();
 }
 
 } // namespace
@@ -132,23 +180,21 @@ bool CheckEqualLevels(const std::vector<Tr4Info>& list, std::int32_t own_code, E
 
 std::int32_t ControllaUguali() {
     ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(MessageId::kScanningEqual, {}));
+    AllTr4 all;
+    if (!ReadAllTr4(all)) return -1;
     std::int32_t count = 0;
     for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i) {
         TheUser().PumpEvents();
         if (TheUser().StopRequested()) return -1;
-        if (!ReadOrListTr4(LevelAt(i).Code)) {
+        const auto known = all.lists.find(i);
+        if (known == all.lists.end() && !ListLevelTr4(LevelAt(i).Code)) {
             ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kEqualCdMissing, {}));
             return -1;
         }
-        const std::vector<Tr4Info> own = Tr4List;
         EqualLevel equal;
-        if (CheckEqualLevels(own, LevelAt(i).Code, equal)) {
+        if (FindEqual(all, known == all.lists.end() ? Tr4List : known->second, LevelAt(i).Code, equal)) {
             ++count;
-            const std::string name = '"' + std::string(Trim(LevelByCode(equal.Code).Name)) + '"';
-            if (!AskYesNo(MessageStyle::Question,
-                          LoadMessage(MessageId::kEqualFound,
-                                      {'"' + std::string(Trim(equal.FileName)) + "\" ", name + kLineBreak})))
-                return -1;
+            if (!AskGoOn(equal)) return -1;
         }
         ProgressPercent(progress.bar, i + 1, archive.Header.LevelCount);
     }

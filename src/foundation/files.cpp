@@ -191,6 +191,10 @@ bool ReplaceFileBytes(std::string_view path, const std::function<bool(const Writ
     return false;
 }
 
+bool FlushDrive(std::string_view folder) {
+    return platform::FlushDrive(NativePath(folder));
+}
+
 std::int64_t FileSize(std::string_view path) {
     std::error_code error;
     const std::uintmax_t size = fs::file_size(NativePath(path), error);
@@ -273,10 +277,8 @@ Tree ScanTree(std::string_view root) {
 }
 
 std::int64_t TreeSize(std::string_view root, std::string_view mask) {
-    std::int64_t bytes = 0;
-    for (const std::string& file : ScanTree(root).files)
-        if (MatchesMask(FileNameOf(file), mask)) bytes += FileSize(file);
-    return bytes;
+    return platform::TreeBytes(NativePath(root),
+                               [mask](std::string_view name) { return MatchesMask(name, mask); });
 }
 
 } // namespace kelvash

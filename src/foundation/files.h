@@ -58,6 +58,9 @@ using WritePiece = std::function<bool(std::string_view piece)>;
 [[nodiscard]] bool ReplaceFileBytes(std::string_view path,
                                     const std::function<bool(const WritePiece&)>& produce, Flush flush);
 
+// What has been written to the drive of a folder is on the disk after this. False on error.
+[[nodiscard]] bool FlushDrive(std::string_view folder);
+
 // Bytes of a file; 0 if it is missing.
 std::int64_t FileSize(std::string_view path);
 // Modification time in seconds since 1970, UTC; nothing for a missing file.

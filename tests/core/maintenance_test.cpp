@@ -258,6 +258,35 @@ TEST_F(Moving, APlaceThatDoesNotFitIsAskedAgain) {
     EXPECT_TRUE(test::Exists(LevelPath(1)));
 }
 
+// Two drives may reach one folder: what is copied into the old place would go with it.
+TEST_F(Moving, TheOldPlaceIsKnownUnderAnotherDrive) {
+    ASSERT_TRUE(SetDrive('E', levels, DriveType::Fixed));
+    for (const char* target : {"E:", "E:\\LEVEL_0001\\FILES", "cancel"})
+        user.WillAnswer("Select target folder", target);
+    EXPECT_FALSE(MoveArchive());
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre("exclamation: The archive is already in folder: C:\\Levels",
+                    "exclamation: The target can not be inside a level's folder: C:\\Levels\\LEVEL_0001"));
+    EXPECT_EQ(test::BytesOf(LevelPath(1) / "FILES/maze.tr4"), "level One");
+}
+
+TEST_F(Moving, AFolderBehindALinkIsNotLost) {
+    test::MakeFile(drive / "elsewhere/big.tr4", "far away");
+    std::filesystem::create_directory_symlink(drive / "elsewhere", LevelPath(2) / "FILES/linked");
+    EXPECT_FALSE(MoveTo("C:\\new"));
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Error while copying files"));
+    EXPECT_EQ(test::BytesOf(LevelPath(2) / "FILES/linked/big.tr4"), "far away");
+    EXPECT_EQ(archive.Header.SecondaryFolder, "C:\\Levels");
+    EXPECT_TRUE(std::filesystem::is_empty(drive / "new"));
+}
+
+TEST_F(Moving, EmptyFoldersOfALevelComeAlong) {
+    std::filesystem::create_directories(LevelPath(1) / "FILES/DOC/empty");
+    EXPECT_TRUE(MoveTo("C:\\new"));
+    EXPECT_TRUE(std::filesystem::is_directory(drive / "new/LEVEL_0001/FILES/DOC/empty"));
+}
+
 TEST_F(Moving, TooLittleRoomIsTold) {
     archive.Header.MainFolderSize = 1e17;
     user.WillAnswer("Select target folder", "C:\\new");

@@ -116,6 +116,24 @@ TEST_F(Tr4InfoTest, APairIsReportedOnceForEachDirection) {
     EXPECT_THAT(user.Shown(), Contains("Scanning for equal levels"));
 }
 
+// The order of the other level's file decides, not that of the level's own.
+TEST_F(Tr4InfoTest, TheFirstFileOfTheFirstOtherLevelIsReported) {
+    AddLevel(1, "One");
+    AddLevel(2, "Two");
+    AddLevel(3, "Three");
+    Tr4List = {{"b.tr4", 0, 2}, {"a.tr4", 0, 1}};
+    ASSERT_TRUE(WriteTr4Info(2) && WriteTr4Info(3));
+    Put(1, "A.TR4", "1");
+    Put(1, "B.tr4", "22");
+    user.WillAnswer("tr4 file \"b.tr4\" has same name and same size of tr4 file in level: \"Two\"\r\n",
+                    "yes");
+    user.WillAnswer("tr4 file \"b.tr4\" has same name and same size of tr4 file in level: \"Three\"\r\n",
+                    "yes");
+    user.WillAnswer("tr4 file \"b.tr4\" has same name and same size of tr4 file in level: \"Two\"\r\n",
+                    "yes");
+    EXPECT_EQ(ControllaUguali(), 3);
+}
+
 TEST_F(Tr4InfoTest, NoEqualLevelIsToldAndNoEndsTheScan) {
     AddLevel(1, "One");
     AddLevel(2, "Two");

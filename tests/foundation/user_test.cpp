@@ -132,7 +132,7 @@ TEST(ProgressDialog, IsOpenForTheLengthOfItsScope) {
         dialog.Label("one");
         ProgressPercent(dialog.bar, 1, 2);
     }
-    EXPECT_THAT(user.events, ElementsAre("open 1 Caption", "label one", "bar 50", "close 1"));
+    EXPECT_THAT(user.events, ElementsAre("open 2 Caption", "label one", "bar 50", "close 2"));
 }
 
 } // namespace

@@ -37,6 +37,13 @@ bool WriteBytes(int descriptor, std::string_view bytes);
 bool CloseWritten(int descriptor, bool flush);
 // Renames over an existing file in one step; with `flush` the rename reaches the disk.
 bool RenameOver(const NativeFile& from, const NativeFile& to, bool flush);
+// What has been written to the file system of a folder reaches the disk, as far as the platform offers that
+// for files that are closed.
+bool FlushDrive(const NativeFile& folder);
+// Bytes of the files in a tree whose names, spelt in UTF-8, count. Links to folders are not followed, names
+// that can't be spelt in a path text left out; 0 for a missing folder.
+using NameCounts = std::function<bool(std::string_view name)>;
+std::int64_t TreeBytes(const NativeFile& folder, const NameCounts& counts);
 bool ClearReadOnly(const NativeFile& file);
 // Unlinks a file, a read-only one too. False for a folder and for a missing file.
 bool Unlink(const NativeFile& file);

@@ -1,3 +1,4 @@
+#include <dirent.h>
 #include <fcntl.h>
 #include <linux/fs.h>
 #include <sys/ioctl.h>
@@ -62,6 +63,36 @@ bool CopyBytes(int from, int to, off_t size, const GoOn& go_on) {
     return CopyByBlocks(from, to, go_on);
 }
 
+// Each name is looked up from its folder's descriptor: whole paths would cost half of the time.
+std::int64_t BytesBelow(int parent, const char* folder, int flags, const NameCounts& counts) {
+    const int descriptor = ::openat(parent, folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags);
+    if (descriptor < 0) return 0;
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(::fdopendir(descriptor), ::closedir);
+    if (entries == nullptr) {
+        ::close(descriptor);
+        return 0;
+    }
+    std::int64_t bytes = 0;
+    while (const dirent* entry = ::readdir(entries.get())) {
+        const char* const name = entry->d_name;
+        const std::string_view text(name);
+        if (text == "." || text == ".." || text.find('\\') != std::string_view::npos) continue;
+        if (entry->d_type == DT_DIR) {
+            bytes += BytesBelow(descriptor, name, O_NOFOLLOW, counts);
+            continue;
+        }
+        struct stat status {};
+        const bool may_count =
+            entry->d_type == DT_REG || entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN;
+        if (!may_count || ::fstatat(descriptor, name, &status, 0) != 0) continue;
+        if (S_ISREG(status.st_mode) && counts(text)) bytes += status.st_size;
+        // Where the file system doesn't tell the kinds of its entries.
+        if (S_ISDIR(status.st_mode) && entry->d_type == DT_UNKNOWN)
+            bytes += BytesBelow(descriptor, name, O_NOFOLLOW, counts);
+    }
+    return bytes;
+}
+
 } // namespace
 
 bool CopyContent(const NativeFile& from, const NativeFile& to, const GoOn& go_on) {
@@ -109,6 +140,15 @@ bool RenameOver(const NativeFile& from, const NativeFile& to, bool flush) {
             ::fsync(folder.fd); // where a folder can't be flushed the rename stands all the same
     }
     return true;
+}
+
+bool FlushDrive(const NativeFile& folder) {
+    const Descriptor open_folder(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return open_folder.fd >= 0 && ::syncfs(open_folder.fd) == 0;
+}
+
+std::int64_t TreeBytes(const NativeFile& folder, const NameCounts& counts) {
+    return BytesBelow(AT_FDCWD, folder.c_str(), 0, counts);
 }
 
 bool ClearReadOnly(const NativeFile& file) {

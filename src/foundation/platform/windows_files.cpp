@@ -76,6 +76,29 @@ bool RenameOver(const NativeFile& from, const NativeFile& to, bool flush) {
     }
 }
 
+// Flushing a volume takes an administrator's rights.
+bool FlushDrive(const NativeFile&) {
+    return true;
+}
+
+std::int64_t TreeBytes(const NativeFile& folder, const NameCounts& counts) {
+    namespace fs = std::filesystem;
+    std::int64_t bytes = 0;
+    std::error_code error;
+    for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
+        std::error_code ignored;
+        const std::string name = Utf8FromWide(at->path().filename().native());
+        if (name.empty()) continue;
+        if (at->is_directory(ignored)) {
+            if (!at->is_symlink(ignored)) bytes += TreeBytes(at->path(), counts);
+        } else if (at->is_regular_file(ignored) && counts(name)) {
+            const std::uintmax_t size = at->file_size(ignored);
+            if (!ignored) bytes += static_cast<std::int64_t>(size);
+        }
+    }
+    return bytes;
+}
+
 bool ClearReadOnly(const NativeFile& file) {
     const DWORD attributes = GetFileAttributesW(file.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) return false;
