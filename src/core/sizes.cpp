@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <limits>
+#include <string>
+#include <vector>
 
 #include "core/archive.h"
 #include "core/profile.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/text.h"
 #include "foundation/user.h"
 
 namespace kelvash::core {
@@ -24,6 +27,24 @@ void TellSizes() {
                                          size(header.MainFolderSize + header.SecondaryFolderSize));
 }
 
+// A level's sub-folders as the disk spells them, found with one look instead of one for each.
+struct SubFolders {
+    explicit SubFolders(std::string_view level_folder) : folders(ListFolders(level_folder)) {}
+    std::int64_t BytesOf(const std::string& folder) const {
+        const auto is_exact = [&](const std::string& other) { return other == folder; };
+        const auto is_same = [&](const std::string& other) { return EqualNoCase(other, folder); };
+        auto found = std::find_if(folders.begin(), folders.end(), is_exact);
+        if (found == folders.end()) found = std::find_if(folders.begin(), folders.end(), is_same);
+        return found == folders.end() ? 0 : TreeSize(*found, "*");
+    }
+    std::int64_t SavesOf(std::string_view level_folder) const {
+        return BytesOf(SavegamesFolder(level_folder)) + BytesOf(StashFolder(level_folder)) +
+               BytesOf(ScreenshotsFolder(level_folder));
+    }
+
+    std::vector<std::string> folders;
+};
+
 } // namespace
 
 std::int64_t FilesBytes(std::string_view level_folder) {
@@ -31,8 +52,7 @@ std::int64_t FilesBytes(std::string_view level_folder) {
 }
 
 std::int64_t SavesBytes(std::string_view level_folder) {
-    return TreeSize(SavegamesFolder(level_folder), "*") + TreeSize(StashFolder(level_folder), "*") +
-           TreeSize(ScreenshotsFolder(level_folder), "*");
+    return SubFolders(level_folder).SavesOf(level_folder);
 }
 
 std::int32_t FieldSize(double bytes) {
@@ -57,8 +77,10 @@ void ComputeArchiveSize(Report report) {
         LevelRecord& level = archive.Levels[static_cast<std::size_t>(i)];
         const std::string folder = LevelFolder(level.Code, false);
         progress.Label(LoadMessage(MessageId::kScanningFolder, {}) + folder);
-        if (level.CdNumber == 0) level.FilesSize = FieldSize(static_cast<double>(FilesBytes(folder)));
-        level.SavesSize = FieldSize(static_cast<double>(SavesBytes(folder)));
+        const SubFolders inside(folder);
+        if (level.CdNumber == 0)
+            level.FilesSize = FieldSize(static_cast<double>(inside.BytesOf(FilesFolder(folder))));
+        level.SavesSize = FieldSize(static_cast<double>(inside.SavesOf(folder)));
         header.MainFolderSize += level.FilesSize;
         header.SecondaryFolderSize += level.SavesSize;
         ProgressPercent(progress.bar, i + 1, header.LevelCount);
