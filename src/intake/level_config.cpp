@@ -115,7 +115,13 @@ bool WriteLevelConfig(std::string_view path) {
     // The file isn't truncated: who may overwrite a longer one deletes it first. That is meant.
     const std::string old = ReadWholeFile(path);
     if (old.size() > bytes.size()) bytes += old.substr(bytes.size());
-    return ReplaceFileBytes(path, bytes, Flush::No) || Tell(MessageId::kConfigCannotWrite, path);
+    bool opened = false;
+    const auto write_all = [&](const WritePiece& write) {
+        opened = true;
+        return write(bytes);
+    };
+    return ReplaceFileBytes(path, write_all, Flush::No) ||
+           Tell(opened ? MessageId::kConfigCannotWriteBytes : MessageId::kConfigCannotWrite, path);
 }
 
 std::vector<std::string> ConfigItems(std::string_view list, std::size_t group) {

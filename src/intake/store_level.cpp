@@ -185,12 +185,18 @@ bool StorePlain(const NewLevel& level) {
     return !level.UsesTempFolder || CopyPlain(level);
 }
 
+// The Archive is saved once, by who has opened the dialog: each saving waits for the disk.
 void UpdateSizes(const NewLevel& level) {
-    const std::string folder = core::LevelFolder(RecordOf(level).Code, false);
-    const auto files = static_cast<double>(core::FilesBytes(folder));
-    const auto saves = static_cast<double>(core::SavesBytes(folder));
-    core::AddLevelSize(level.LevelIndex, files - RecordOf(level).FilesSize, core::SizeKind::Files);
-    core::AddLevelSize(level.LevelIndex, saves - RecordOf(level).SavesSize, core::SizeKind::Saves);
+    core::LevelRecord& record = RecordOf(level);
+    const std::string folder = core::LevelFolder(record.Code, false);
+    const std::int32_t files = core::FieldSize(static_cast<double>(core::FilesBytes(folder)));
+    const std::int32_t saves = core::FieldSize(static_cast<double>(core::SavesBytes(folder)));
+    if (level.LevelIndex > 0) {
+        core::archive.Header.MainFolderSize += static_cast<double>(files) - record.FilesSize;
+        core::archive.Header.SecondaryFolderSize += static_cast<double>(saves) - record.SavesSize;
+    }
+    record.FilesSize = files;
+    record.SavesSize = saves;
 }
 
 bool StoreFiles(const NewLevel& level) {

@@ -69,6 +69,7 @@ void Dialog_NewLevel::Lay() {
     Label_Info->setWordWrap(true);
     ProgressBar1->setRange(0, 100);
     ProgressBar1->setValue(0);
+    ProgressBar1->setTextVisible(false); // it stands idle most of the time
     Pul_Ok->setDefault(true);
     setAcceptDrops(true);
     setMinimumSize(fontMetrics().averageCharWidth() * 92, fontMetrics().height() * 34);

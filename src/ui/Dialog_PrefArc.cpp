@@ -69,8 +69,8 @@ void Dialog_PrefArc::ImpostaValori() {
 }
 
 void Dialog_PrefArc::Accept() {
+    accept(); // the run over all levels has a window of its own
     swap::ApplyCompressionSettings({Check_CompressFiles->isChecked(), Check_EncodeWavInMp3->isChecked()});
-    accept();
 }
 
 } // namespace kelvash::ui

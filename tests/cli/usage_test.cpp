@@ -13,8 +13,10 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-constexpr std::array kCommands = {"init",    "status", "profile", "new",  "load",    "save",
-                                  "save-as", "levels", "install", "play", "restore", "demo"};
+constexpr std::array kCommands = {"init",    "status",  "profile", "new",    "load",    "save",
+                                  "save-as", "levels",  "install", "play",   "restore", "demo",
+                                  "add",     "level",   "export",  "config", "remove",  "sizes",
+                                  "equal",   "recover", "move",    "prefs"};
 
 class Usage : public CliHome {};
 
@@ -26,8 +28,6 @@ TEST_F(Usage, HelpNamesEveryCommandThatIsThere) {
         EXPECT_THAT(run.Output(), HasSubstr(std::string("\n  ") + command + " "));
     for (const char* option : {"--home DIR", "--drive L=DIR[,cdrom]", "--answers FILE", "--json"})
         EXPECT_THAT(run.Output(), HasSubstr(option));
-    for (const char* later : {"\n  add ", "\n  config "})
-        EXPECT_THAT(run.Output(), Not(HasSubstr(later)));
 }
 
 TEST_F(Usage, EveryCommandHasHelpOfItsOwn) {
@@ -47,9 +47,8 @@ TEST_F(Usage, AnUnknownCommandIsNamedOnStderr) {
     EXPECT_EQ(run.errors, "Unknown command: frobnicate\nRun with --help for more information.\n");
 }
 
-TEST_F(Usage, CommandsOfLaterVersionsAreUnknown) {
-    EXPECT_THAT(Bare({"add", "x.zip"}).errors, HasSubstr("Unknown command: add\n"));
-    EXPECT_THAT(Bare({"config", "kelvash.cfg"}).errors, HasSubstr("Unknown command: config\n"));
+TEST_F(Usage, ACommandThatThereIsNotIsUnknown) {
+    EXPECT_THAT(Bare({"burn", "1"}).errors, HasSubstr("Unknown command: burn\n"));
 }
 
 TEST_F(Usage, AnUnknownOptionIsNamedOnStderr) {
