@@ -209,9 +209,13 @@ void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& source
 void AddLevels(const std::vector<std::string>& sources) {
     if (!CanAdd()) return;
     std::size_t added = 0;
+    bool stopped = false; // a stop is meant for all that is left
     std::vector<std::string> left_out;
     for (const std::string& source : sources) {
-        const bool taken = AddLevel({}, [&](NewLevel& level) { TakeSourcesAndStore(level, {source}); });
+        const bool taken = !stopped && AddLevel({}, [&](NewLevel& level) {
+            TakeSourcesAndStore(level, {source});
+            stopped = level.Stopped;
+        });
         if (taken)
             ++added;
         else

@@ -39,6 +39,7 @@ struct NewLevel {
     std::vector<std::string> FileList; // full paths
     std::string LastZip;               // path of the zip that was added last
     FormState State = FormState::Open; // the form closes when it isn't Open any more
+    bool Stopped = false;              // the user has stopped the latest adding of files
 
     // What the form shows; the first three are edited in it. MoreInfo is an index of MoreInfoChoices, whose
     // first item is "< NONE >".

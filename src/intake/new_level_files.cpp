@@ -95,9 +95,9 @@ bool MayTake(const std::string& file, const std::string& target, std::set<std::s
     return ReadFileBytes(file) != ReadFileBytes(target) && AskReplaceFile(file, target);
 }
 
-// Copies files flat into a folder. False, after a message, at the first that can't be copied, and when the
+// Copies files flat into a folder. Ends, after a message, at the first that can't be copied, and when the
 // user stops it.
-bool CopyFlat(const std::vector<std::string>& files, const std::string& folder) {
+Arrival CopyFlat(const std::vector<std::string>& files, const std::string& folder) {
     ProgressDialog progress(BarPlace::StoppableDialog, Text(MessageId::kAddFolderCopying));
     std::set<std::string> taken;
     double done = 0;
@@ -110,11 +110,11 @@ bool CopyFlat(const std::vector<std::string>& files, const std::string& folder) 
                                                                       CopyFileStoppable(file, target));
         if (arrival != Arrival::Whole) {
             TellArrival(arrival, LoadMessage(MessageId::kAddFolderError, {file}) + folder + "]");
-            return false;
+            return arrival;
         }
         ProgressPercent(progress.bar, ++done, static_cast<double>(files.size()));
     }
-    return true;
+    return Arrival::Whole;
 }
 
 // The files of a folder; those of its tree as well if the user wants them.
@@ -173,7 +173,7 @@ Arrival AddFileOrZip(const std::string& source, const std::string& target, Throu
     Bar bar{BarPlace::CallerForm, -1};
     if ((FolderExists(temp) && !RemoveFolderTree(temp, bar)) || !CreateFolder(temp)) return Arrival::Failed;
     Arrival arrival = Unzip(source, temp, ZipFolders::Kept);
-    if (arrival == Arrival::Whole && !CopyFlat(ScanTree(temp).files, target)) arrival = Arrival::Failed;
+    if (arrival == Arrival::Whole) arrival = CopyFlat(ScanTree(temp).files, target);
     static_cast<void>(RemoveFolderTree(temp, bar)); // what is left goes at the next use
     return arrival;
 }
@@ -213,20 +213,20 @@ void PickMoreInfoFile(NewLevel& level) {
 }
 
 bool AddSource(NewLevel& level, const std::string& path) {
-    bool added = false;
+    Arrival arrival = Arrival::Failed;
     if (FolderExists(path)) {
-        added = CopyFlat(FilesToTake(path), level.WorkFolder);
+        arrival = CopyFlat(FilesToTake(path), level.WorkFolder);
     } else if (FileExists(path)) {
         if (IsZip(path)) level.LastZip = path;
-        const Arrival arrival = AddFileOrZip(path, level.WorkFolder, Through::Direct);
-        added = arrival == Arrival::Whole;
+        arrival = AddFileOrZip(path, level.WorkFolder, Through::Direct);
         TellArrival(arrival, Text(MessageId::kAddFileError) + path);
     } else {
         TellCritical(Text(MessageId::kNotALevelSource) + path);
     }
+    level.Stopped = arrival == Arrival::Stopped;
     Refresh(level);
     PickMoreInfoFile(level); // nothing to do where a package file has said it
-    return added;
+    return arrival == Arrival::Whole;
 }
 
 void AddFile(NewLevel& level) {

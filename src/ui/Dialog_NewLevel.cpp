@@ -69,7 +69,10 @@ void Dialog_NewLevel::Lay() {
     Label_Info->setWordWrap(true);
     ProgressBar1->setRange(0, 100);
     ProgressBar1->setValue(0);
-    ProgressBar1->setTextVisible(false); // it stands idle most of the time
+    QSizePolicy keeps_place = ProgressBar1->sizePolicy();
+    keeps_place.setRetainSizeWhenHidden(true);
+    ProgressBar1->setSizePolicy(keeps_place);
+    ProgressBar1->hide(); // it stands idle most of the time
     Pul_Ok->setDefault(true);
     setAcceptDrops(true);
     setMinimumSize(fontMetrics().averageCharWidth() * 92, fontMetrics().height() * 34);
@@ -131,7 +134,9 @@ void Dialog_NewLevel::Connect(FormsUser& user) {
         if (place == BarPlace::CallerForm) Label_Info->setText(text);
     });
     connect(&user, &FormsUser::BarChanged, this, [this](BarPlace place, int percent) {
-        if (place == BarPlace::CallerForm) ProgressBar1->setValue(percent);
+        if (place != BarPlace::CallerForm) return;
+        ProgressBar1->setValue(percent);
+        ProgressBar1->setVisible(percent > 0);
     });
     ConnectHelp(this, Pul_Help, HelpMark::AddLevel);
 }

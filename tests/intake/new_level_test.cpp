@@ -207,6 +207,19 @@ TEST_F(NewLevelTest, SeveralSourcesAreTakenInOneAfterTheOther) {
     EXPECT_EQ(test::BytesOf(levels / "LEVEL_0002/FILES/maze.tr4"), "level data of another");
 }
 
+TEST_F(NewLevelTest, AStopIsMeantForAllSourcesThatAreLeft) {
+    MakeZip("in/One.zip", kGood);
+    test::MakeFile(drive / "in/Two/two.tr4", "x");
+    user.stop = true;
+    AddLevels({"C:\\in\\One.zip", "C:\\in\\Two"});
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre("exclamation: Adding of files has been stopped. The files copied until now are in the "
+                    "list.",
+                    "plain: Added levels: 0 of 2\r\nNot added:\r\nC:\\in\\One.zip\r\nC:\\in\\Two"));
+    EXPECT_EQ(Count(), 1);
+}
+
 TEST_F(NewLevelTest, ASourceThatIsMissingIsToldInTheSummary) {
     AddLevels({"C:\\in\\gone.zip"});
     EXPECT_THAT(user.Told(), ElementsAre("critical: I can not find this file or folder: C:\\in\\gone.zip",
