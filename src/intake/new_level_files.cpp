@@ -219,7 +219,7 @@ bool AddSource(NewLevel& level, const std::string& path) {
     } else if (FileExists(path)) {
         if (IsZip(path)) level.LastZip = path;
         arrival = AddFileOrZip(path, level.WorkFolder, Through::Direct);
-        TellArrival(arrival, Text(MessageId::kAddFileError) + path);
+        TellArrival(arrival, Text(MessageId::kAddFileError) + FileNameOf(path));
     } else {
         TellCritical(Text(MessageId::kNotALevelSource) + path);
     }
