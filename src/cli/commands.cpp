@@ -12,6 +12,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::cli {
 
@@ -19,13 +20,13 @@ namespace {
 
 using CommandFunction = Result (*)(Session&);
 
-constexpr std::array<std::pair<std::string_view, CommandFunction>, 22> kCommands = {{
+constexpr std::array<std::pair<std::string_view, CommandFunction>, 23> kCommands = {{
     {"init", Init},       {"status", Status},  {"profile", Profile}, {"new", New},
     {"load", Load},       {"save", Save},      {"save-as", SaveAs},  {"levels", Levels},
     {"install", Install}, {"play", Play},      {"restore", Restore}, {"demo", Demo},
     {"add", Add},         {"level", LevelSet}, {"export", Export},   {"config", Config},
     {"remove", Remove},   {"sizes", Sizes},    {"equal", Equal},     {"recover", Recover},
-    {"move", Move},       {"prefs", Prefs},
+    {"move", Move},       {"prefs", Prefs},    {"saves", Saves},
 }};
 
 } // namespace
@@ -78,6 +79,11 @@ bool SelectCode(const std::string& typed, std::int32_t& code) {
     core::RefreshLevelList();
     core::SelectLevel(code);
     return true;
+}
+
+nlohmann::ordered_json InstalledCode() {
+    const std::int32_t code = swap::CurrentLevelCode();
+    return code == swap::kNoLevel ? nlohmann::ordered_json(nullptr) : nlohmann::ordered_json(code);
 }
 
 bool TakePath(const std::string& typed, std::string& path) {

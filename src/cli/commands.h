@@ -40,6 +40,8 @@ Result Equal(Session& session);
 Result Recover(Session& session);
 Result Move(Session& session);
 Result Prefs(Session& session);
+// commands_saves.cpp
+Result Saves(Session& session);
 
 // Shared by the commands (commands.cpp).
 
@@ -54,6 +56,8 @@ Result Prefs(Session& session);
 [[nodiscard]] bool TakeCode(const std::string& typed, std::int32_t& code);
 // The same, and the level is selected in the list as the commands of the main form want it.
 [[nodiscard]] bool SelectCode(const std::string& typed, std::int32_t& code);
+// The code of the level in TRLE; null while it is none of the open Archive.
+nlohmann::ordered_json InstalledCode();
 // True if the typed path can be reached by a drive, which every path of the logic must; tells otherwise.
 [[nodiscard]] bool TakePath(const std::string& typed, std::string& path);
 

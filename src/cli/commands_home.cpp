@@ -8,8 +8,8 @@
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "swap/backup.h"
-#include "swap/marker.h"
 #include "swap/trle_folder.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::cli {
 
@@ -70,6 +70,13 @@ bool HomeIsReady() {
            FolderExists(core::LevelFolder(0, false));
 }
 
+// What a changing command would end first; empty if there is nothing.
+std::string CutShortText(const swap::TrleState& state) {
+    if (state.Content != swap::Holds::CutShort) return {};
+    return LoadMessage(MessageId::kCliCutShort, {state.Record.Owner.Name.empty() ? state.Record.Owner.Folder
+                                                                                 : state.Record.Owner.Name});
+}
+
 // A run of one command ends with the Archive's file in place, whatever AutoSave says.
 bool WriteNewArchive() {
     return !core::archive.ArchiveChanged || core::SaveArchive();
@@ -91,11 +98,19 @@ Result Init(Session& session) {
 Result Status(Session& session) {
     Result result;
     result.ok = OpenQuickly(session);
+    const swap::TrleState state = swap::LookAtTrle();
+    const std::string cut_short = CutShortText(state);
     result.fields = {{"trle", core::TrleFolder()},
                      {"archive", ArchivePath()},
                      {"levels", core::archive.Header.LevelCount},
-                     {"installed", swap::CurrentLevelCode()},
-                     {"fullBackup", core::profile.FullBackup}};
+                     {"installed", InstalledCode()},
+                     {"owner", state.OwnerFolder},
+                     {"fullBackup", core::profile.FullBackup},
+                     {"backupValid", swap::BackupIsValid()}};
+    if (cut_short.empty())
+        result.fields["cutShort"] = nullptr;
+    else
+        result.fields["cutShort"] = cut_short;
     core::AskSaveArchive();
     return result;
 }

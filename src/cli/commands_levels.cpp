@@ -8,8 +8,8 @@
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "swap/install.h"
-#include "swap/marker.h"
 #include "swap/restore.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::cli {
 
@@ -94,7 +94,7 @@ void ListLevels(bool plain, Result& result) {
 Result InstalledResult(bool ok) {
     Result result;
     result.ok = ok;
-    result.fields = {{"installed", swap::CurrentLevelCode()}};
+    result.fields = {{"installed", InstalledCode()}};
     return result;
 }
 
@@ -141,8 +141,7 @@ Result Restore(Session& session) {
         restored = swap::FastRestore();
     } else if (restored) {
         Bar bar{BarPlace::CallerForm, -1};
-        swap::FullRestore(bar, false);
-        restored = swap::CurrentLevelCode() == 0;
+        restored = swap::FullRestore(bar, false) && swap::CurrentLevelCode() == 0;
     }
     return InstalledResult(EndSession(session) && restored);
 }

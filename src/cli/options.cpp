@@ -89,6 +89,12 @@ void AddSwapCommands(CLI::App& app, Options& options) {
                   "Leaves the program's first start to you: no TRLE folder is chosen, no backup made");
 }
 
+void AddSavesCommands(CLI::App& app) {
+    CLI::App& saves = *app.add_subcommand("saves", "Shows savegames");
+    saves.require_subcommand(1);
+    saves.add_subcommand("rescued", "Lists the saves that had no place, and where they lie");
+}
+
 void AddIntakeCommands(CLI::App& app, Options& options) {
     CLI::App& add = *app.add_subcommand("add", "Adds a level made of zips, folders and files");
     add.add_option("SOURCE", options.sources)->required();
@@ -159,6 +165,7 @@ std::optional<int> ParseOptions(std::vector<std::string> words, Options& options
     AddInit(app, options);
     AddArchiveCommands(app, options);
     AddSwapCommands(app, options);
+    AddSavesCommands(app);
     AddIntakeCommands(app, options);
     AddMaintenanceCommands(app, options);
     ProtectNegativeNumbers(words);

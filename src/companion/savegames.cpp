@@ -7,7 +7,7 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
-#include "swap/marker.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::companion {
 

@@ -12,7 +12,7 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "swap/marker.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::core {
 

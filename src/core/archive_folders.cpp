@@ -5,6 +5,7 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "swap/level_owner.h"
 
 namespace kelvash::core {
 
@@ -13,6 +14,13 @@ namespace {
 std::optional<std::string> AskFolder(MessageId warning, MessageId caption, const std::string& missing) {
     ShowMessage(MessageStyle::Exclamation, LoadMessage(warning, {kLineBreak + missing}));
     return TheUser().ChooseFolder(LoadMessage(caption, {}) + FileNameOf(missing), missing);
+}
+
+void TakeSecondaryFolder(const std::string& folder) {
+    const std::string old(Trim(archive.Header.SecondaryFolder));
+    archive.Header.SecondaryFolder = folder;
+    ArchiveTouched();
+    static_cast<void>(swap::NoteLevelsMoved(old, folder)); // a failure has been told
 }
 
 enum class Outcome { Found, GivenUp, GoOn };
@@ -26,8 +34,7 @@ Outcome FindMainFolder() {
     // A pick for the main folder alone is not taken: the secondary folder is looked at next. That is meant.
     if (!EqualNoCase(header.MainFolder, header.SecondaryFolder)) return Outcome::GoOn;
     header.MainFolder = *picked;
-    header.SecondaryFolder = *picked;
-    ArchiveTouched();
+    TakeSecondaryFolder(*picked);
     return Outcome::Found;
 }
 
@@ -37,8 +44,7 @@ Outcome FindSecondaryFolder() {
     const std::optional<std::string> picked = AskFolder(
         MessageId::kSecondaryFolderMissing, MessageId::kSelectSecondaryFolder, header.SecondaryFolder);
     if (!picked) return Outcome::GivenUp;
-    header.SecondaryFolder = *picked;
-    ArchiveTouched();
+    TakeSecondaryFolder(*picked);
     return Outcome::Found;
 }
 

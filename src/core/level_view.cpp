@@ -8,7 +8,7 @@
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "swap/marker.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::core {
 

@@ -12,6 +12,7 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "swap/level_owner.h"
 
 namespace kelvash::core {
 
@@ -186,10 +187,12 @@ bool MoveArchive() {
         TellCritical(LoadMessage(MessageId::kMoveCopyError, {}));
         return false;
     }
+    const std::string old_folder(Trim(archive.Header.SecondaryFolder));
     if (!SaveNewPlace(*target)) {
         RemoveCopies(moves);
         return false;
     }
+    if (!swap::NoteLevelsMoved(old_folder, *target)) return false; // told; the old folders stay
     RemoveOldFolders(moves);
     ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kMoveDone, {}) + *target);
     RefreshLevelList();

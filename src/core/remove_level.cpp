@@ -6,9 +6,8 @@
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "swap/journal.h"
-#include "swap/marker.h"
 #include "swap/remove.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::core {
 
@@ -30,18 +29,12 @@ bool MayRemove(std::int32_t index) {
                                                 LoadMessage(MessageId::kRemoveQuestionEnd, {}));
 }
 
-// The level is in TRLE, wholly or as a killed swap has left it.
-bool IsInTrle(std::int32_t code) {
-    const std::optional<swap::SwapJournal> journal = swap::ReadJournal();
-    return swap::CurrentLevelCode() == code || (journal && journal->SavesOwner == code);
-}
-
 // False if the level is still in TRLE: its saves would lose their place.
 bool TakeOutOfTrle(std::int32_t code) {
-    if (!IsInTrle(code)) return true;
+    if (!swap::IsInTrle(code)) return true;
     constexpr std::int32_t kNoLevel = -1;
     static_cast<void>(swap::RemovePreviousLevel(kNoLevel)); // what counts is where the level is now
-    if (!IsInTrle(code)) return true;
+    if (!swap::IsInTrle(code)) return true;
     ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kRemoveNotTakenOut, {}));
     return false;
 }

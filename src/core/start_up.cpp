@@ -14,7 +14,11 @@
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/backup.h"
+#include "swap/kept_files.h"
+#include "swap/remove.h"
+#include "swap/rescued_saves.h"
 #include "swap/restore.h"
+#include "swap/trle_folder.h"
 #include "trle/find_trle.h"
 
 namespace kelvash::core {
@@ -100,6 +104,19 @@ bool SecureOriginal() {
     return true;
 }
 
+// A TRLE folder that lacks files of its own is brought in order before another one is asked for.
+void MendTrle() {
+    static_cast<void>(swap::EndCutShort()); // what can't be ended is told, and waits
+    const std::string trle = TrleFolder();
+    if (trle.empty() || !FolderExists(trle) || swap::CheckTrleFolder(trle, false)) return;
+    if (swap::OfferKeptWaves() && swap::CheckTrleFolder(trle, false)) return;
+    if (!swap::BackupIsValid() ||
+        !AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kRestoreFirst, {kLineBreak})))
+        return;
+    ProgressDialog progress(BarPlace::ProgressDialog, {});
+    swap::FullRestore(progress.bar, false);
+}
+
 bool OpenArchive() {
     if (!OpenLastArchive()) return false;
     if (profile.LastArchive.empty()) OpenFirstArchive();
@@ -156,6 +173,7 @@ void StartUp(std::string_view command_line) {
         session.EndWanted = true;
         return;
     }
+    MendTrle();
     session.EndWanted = !trle::ChooseTrleFolder();
     if (session.EndWanted || !SecureOriginal()) return;
     if (!OpenArchive()) {
@@ -163,6 +181,7 @@ void StartUp(std::string_view command_line) {
         return;
     }
     RegisterAppPaths();
+    swap::TellRescuedSaves();
     OfferFullRestore();
 }
 

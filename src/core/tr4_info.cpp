@@ -12,6 +12,7 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "swap/compression.h"
+#include "swap/level_owner.h"
 
 namespace kelvash::core {
 
@@ -154,7 +155,10 @@ void ListTr4(std::string_view folder) {
 }
 
 bool WriteTr4Info(std::int32_t index) {
-    return ReplaceFileBytes(PathOfInfo(LevelAt(index).Code), EncodeTr4Info(Tr4List), Flush::Yes);
+    const std::int32_t code = LevelAt(index).Code;
+    if (!ReplaceFileBytes(PathOfInfo(code), EncodeTr4Info(Tr4List), Flush::Yes)) return false;
+    swap::NoteLevelChanged(LevelFolder(code, false));
+    return true;
 }
 
 bool ReadTr4Info(std::int32_t code) {

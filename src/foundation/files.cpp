@@ -195,6 +195,10 @@ bool FlushDrive(std::string_view folder) {
     return platform::FlushDrive(NativePath(folder));
 }
 
+bool FlushFile(std::string_view path) {
+    return platform::FlushFile(NativePath(path));
+}
+
 std::int64_t FileSize(std::string_view path) {
     std::error_code error;
     const std::uintmax_t size = fs::file_size(NativePath(path), error);

@@ -60,6 +60,8 @@ using WritePiece = std::function<bool(std::string_view piece)>;
 
 // What has been written to the drive of a folder is on the disk after this. False on error.
 [[nodiscard]] bool FlushDrive(std::string_view folder);
+// The same for one file.
+[[nodiscard]] bool FlushFile(std::string_view path);
 
 // Bytes of a file; 0 if it is missing.
 std::int64_t FileSize(std::string_view path);

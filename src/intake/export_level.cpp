@@ -18,7 +18,7 @@
 #include "intake/apply_config.h"
 #include "intake/level_config.h"
 #include "swap/compression.h"
-#include "swap/marker.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::intake {
 

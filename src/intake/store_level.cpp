@@ -15,7 +15,7 @@
 #include "intake/work_folder.h"
 #include "media/media_config.h"
 #include "swap/compression.h"
-#include "swap/marker.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::intake {
 

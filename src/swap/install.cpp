@@ -14,10 +14,12 @@
 #include "foundation/waiting.h"
 #include "media/media_config.h"
 #include "swap/compression.h"
-#include "swap/journal.h"
+#include "swap/kept_files.h"
 #include "swap/marker.h"
 #include "swap/remove.h"
+#include "swap/rescued_saves.h"
 #include "swap/saves.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::swap {
 
@@ -78,51 +80,111 @@ bool PrepareFiles(std::int32_t code, LevelFiles& files) {
     return false;
 }
 
-void CopyItems(const InstallPlan& plan, const std::string& files) {
+// Where the level's files come from and what they replace, before anything is done.
+SwapRecord PlannedRecord(std::int32_t code, const InstallPlan& plan, const std::string& files) {
+    SwapRecord record;
+    record.Step = SwapStep::Entering;
+    record.Owner = OwnerOf(code);
+    std::set<std::string> seen;
+    for (const WorkItem& item : plan.Items)
+        record.Copied.push_back({item.Target, StampOf(files + "\\" + item.Name)});
+    for (const std::string& target : plan.Overwritten)
+        record.Overwritten.push_back({target, seen.insert(FoldCase(target)).second
+                                                  ? StampOf(core::TrleFolder() + target)
+                                                  : FileStamp()});
+    return record;
+}
+
+// What an earlier level couldn't take along leaves with this one.
+void AddLeftovers(SwapRecord& record) {
+    const FoundRecord found = ReadSwapRecord();
+    if (found.State != RecordState::Good || found.Record.Step == SwapStep::Original) return;
+    const auto add = [](const std::vector<RecordedFile>& files, std::vector<RecordedFile>& left) {
+        left.insert(left.end(), files.begin(), files.end());
+    };
+    add(found.Record.Copied, record.LeftCopied);
+    add(found.Record.LeftCopied, record.LeftCopied);
+    add(found.Record.Overwritten, record.LeftOverwritten);
+    add(found.Record.LeftOverwritten, record.LeftOverwritten);
+    std::erase_if(record.LeftCopied, [](const RecordedFile& file) {
+        return !StaysInside(file.Target) || !FileExists(core::TrleFolder() + file.Target);
+    });
+}
+
+bool IsLeftover(const SwapRecord& record, const std::string& target) {
+    return std::any_of(record.LeftCopied.begin(), record.LeftCopied.end(), [&](const RecordedFile& file) {
+        return EqualNoCase(file.Target, target) && IsStill(core::TrleFolder() + target, file.Stamp);
+    });
+}
+
+// Puts a file that is about to be overwritten aside, once for each target. False if it must stay.
+bool MakeWay(const std::string& target, SwapRecord& record, KeptFiles& kept) {
+    const auto original =
+        std::find_if(record.Overwritten.begin(), record.Overwritten.end(),
+                     [&](const RecordedFile& file) { return EqualNoCase(file.Target, target); });
+    if (original == record.Overwritten.end() || !original->Kept.empty() || IsLeftover(record, target))
+        return true;
+    const bool is_original = IsStill(core::TrleFolder() + target, original->Stamp);
+    return !is_original || KeepFile(target, kept, original->Kept);
+}
+
+// A file that can't be copied leaves what stands there. The marker lists it all the same; the record knows.
+void CopyItems(const InstallPlan& plan, const std::string& files, SwapRecord& record, KeptFiles& kept) {
+    std::string failed;
     if (!plan.Items.empty()) {
         ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kCopyingLevel, {}));
-        double done = 0;
-        for (const WorkItem& item : plan.Items) {
-            ProgressPercent(progress.bar, ++done, static_cast<double>(plan.Items.size()));
-            // A failed copy isn't looked at: the file counts as copied, and a removal takes it out.
-            CopyFile(files + "\\" + item.Name, core::TrleFolder() + item.Target);
+        for (std::size_t i = 0; i < plan.Items.size(); ++i) {
+            const WorkItem& item = plan.Items[i];
+            ProgressPercent(progress.bar, static_cast<double>(i + 1), static_cast<double>(plan.Items.size()));
+            if (MakeWay(item.Target, record, kept) &&
+                CopyFileWhole(files + "\\" + item.Name, core::TrleFolder() + item.Target))
+                continue;
+            record.Copied[i].Stamp = FileStamp();
+            failed += kLineBreak + item.Target;
         }
     }
-    if (!plan.LanguageFile.empty()) DeleteFile(core::TrleFolder() + "\\" + plan.LanguageFile);
+    if (const std::string language = "\\" + plan.LanguageFile;
+        !plan.LanguageFile.empty() && MakeWay(language, record, kept))
+        DeleteFile(core::TrleFolder() + language);
+    if (!failed.empty()) TellCritical(LoadMessage(MessageId::kFilesNotCopied, {}) + failed);
 }
 
-Marker MarkerOf(std::int32_t code, const InstallPlan& plan) {
-    Marker marker{code, core::LevelByCode(code).Name, plan.Overwritten, {}};
-    for (const WorkItem& item : plan.Items)
-        marker.Copied.push_back(item.Target);
-    return marker;
+bool BringSavesBack(SwapRecord& record) {
+    const bool all_back = BringBackLevelFiles(record.Owner.Folder, record);
+    if (!all_back)
+        ShowMessage(MessageStyle::Exclamation,
+                    LoadMessage(MessageId::kSavesNotBack, {core::StashFolder(record.Owner.Folder)}));
+    return all_back;
 }
 
-// Brings the saves of level 0000 back. The journal stays if one of them couldn't come, or if a marker stays
-// that names another level as their owner. False after a message.
+// Brings the saves of level 0000 back. They count as in its stash only if one of them couldn't come, or if a
+// marker stays that names another level as their owner. False after a message.
 bool GiveBackOriginal() {
-    const std::optional<SwapJournal> journal = ReadJournal();
-    if ((!journal || journal->SavesOwner != 0) && !WriteJournal({0})) return false;
-    const bool all_back = BringBackLevelFiles(0);
-    if (all_back && !FileExists(MarkerPath())) DeleteJournal();
-    return true;
+    SwapRecord record;
+    record.Owner = OwnerOf(0);
+    if (!WriteSwapRecord(record)) return false;
+    const bool all_back = BringSavesBack(record);
+    return !all_back || FileExists(MarkerPath()) || WriteSwapRecord(record);
 }
 
 bool CopyLevel(std::int32_t code, const LevelFiles& files) {
     const InstallPlan plan = PlanInstall(files.folder, core::TrleFolder());
-    const Marker marker = MarkerOf(code, plan);
-    if (!WriteJournal({code, marker.Overwritten, marker.Copied})) return false;
-    const bool all_back = BringBackLevelFiles(code);
-    if (!WriteMarker(marker, false)) {
+    SwapRecord record = PlannedRecord(code, plan, files.folder);
+    AddLeftovers(record);
+    if (!WriteSwapRecord(record)) return false;
+    BringSavesBack(record);
+    if (!WriteMarker(MarkerOf(record), false, record.MarkerHash)) {
         TellCritical(LoadMessage(MessageId::kCannotWriteMarker, {}) + MarkerPath());
         return false;
     }
-    CopyItems(plan, files.folder);
-    const bool marked = WriteMarker(marker, true);
-    // The journal has the lists if the marker lacks them, and guards a stash whose files couldn't all come
-    // back.
-    if (marked && all_back) DeleteJournal();
-    return true;
+    KeptFiles kept;
+    CopyItems(plan, files.folder, record, kept);
+    // Where the whole marker can't be written the level's files are the proof that it is in.
+    static_cast<void>(WriteMarker(MarkerOf(record), true, record.MarkerHash));
+    record.Step = SwapStep::In;
+    const bool noted = WriteSwapRecord(record);
+    TellKept(kept);
+    return noted;
 }
 
 } // namespace
@@ -134,8 +196,9 @@ std::vector<WorkItem> BuildWorkList(const std::string& files) {
     AddMatches(files, MessageId::kHeaderMask, root, items);
     for (const std::string& name : Split(LoadMessage(MessageId::kRootFileNames, {}), '|'))
         if (FileExists(files + "\\" + name)) items.push_back({name, root + name});
-    for (const std::string& name : media::ListMediaFiles(files))
-        items.push_back({name, root + name});
+    for (const std::string& name : media::ListMediaFiles(files)) // a stranger's game is no medium
+        if (!EqualNoCase(root + name, LoadMessage(MessageId::kGameProgram, {})))
+            items.push_back({name, root + name});
     const std::vector<std::string> configs = ListFiles(files, LoadMessage(MessageId::kMediaConfigMask, {}));
     if (!configs.empty()) items.push_back({FileNameOf(configs.front()), root + FileNameOf(configs.front())});
     AddMatches(files, MessageId::kTr4Mask, LoadMessage(MessageId::kDataPrefix, {}), items);
@@ -156,20 +219,38 @@ InstallPlan PlanInstall(const std::string& files, const std::string& trle) {
     return plan;
 }
 
-bool InstallLevel(std::int32_t code) {
-    const std::int32_t previous = RemovePreviousLevel(code);
+namespace {
+
+// What is still in the root when another level's saves come is nobody's.
+bool ClearRoot() {
+    return RescueFiles(ListSaves(), LoadMessage(MessageId::kRescueNobodys, {core::TrleFolder()}));
+}
+
+// A removal that failed after its message is taken for a finished one where a level is to follow. That is
+// meant. But nobody is told that the original configuration is in while it isn't.
+bool MayGoOn(std::int32_t code, std::int32_t previous) {
     if (previous == kRemovalRefused) return false;
-    if (previous == code && code != 0) return true;
-    // A removal that failed after its message is taken for a finished one. That is meant; but saves that it
-    // left are nowhere else, and those of the next level would overwrite them.
-    if (previous == 0 && !RescueSaves()) return false;
-    if (previous == code) return GiveBackOriginal();
+    if (code != 0 || !IsCutShort()) return true;
+    return previous != 0 && EndCutShort() == CutShort::Ended;
+}
+
+bool InstallFiles(std::int32_t code) {
     LevelFiles files;
     if (!PrepareFiles(code, files)) return false;
     if (code == 0) DeleteFile(MarkerPath());
     const bool installed = code == 0 ? GiveBackOriginal() : CopyLevel(code, files);
     if (!files.temp.empty()) RemoveFolder(files.temp);
     return installed;
+}
+
+} // namespace
+
+bool InstallLevel(std::int32_t code) {
+    const std::int32_t previous = RemovePreviousLevel(code);
+    if (!MayGoOn(code, previous)) return false;
+    if (previous == code && code != 0) return true;
+    if (!ClearRoot()) return false;
+    return previous == code ? GiveBackOriginal() : InstallFiles(code);
 }
 
 bool PlayLevel(std::int32_t code) {
@@ -183,6 +264,7 @@ bool PlayLevel(std::int32_t code) {
         return false;
     }
     TheDesktop().ClearClipboard();
+    CompleteHashes();
     for (int i = 0; i < kTenthsBeforeWatching; ++i) {
         WaitTenths(1, Wait::Sleep);
         TheUser().PumpEvents();

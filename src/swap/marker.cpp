@@ -1,9 +1,13 @@
 #include "swap/marker.h"
 
+#include <algorithm>
+
 #include "core/profile.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
+#include "foundation/path.h"
 #include "foundation/text.h"
+#include "swap/file_stamp.h"
 
 namespace kelvash::swap {
 
@@ -17,7 +21,40 @@ std::string FieldLine(MessageId tag, const std::string& value) {
     return LoadMessage(tag, {}) + value + "#" + kLineBreak;
 }
 
+std::string ListLine(MessageId tag, std::vector<std::string> entries) {
+    std::erase_if(entries, [](const std::string& entry) {
+        return entry.find_first_of("#|") != std::string::npos || Utf8FromAnsi(AnsiFromUtf8(entry)) != entry;
+    });
+    return FieldLine(tag, Join(entries, "|"));
+}
+
+bool IsInstallTarget(const std::string& entry) {
+    if (!StaysInside(entry)) return false;
+    const std::vector<std::string> programs = Split(LoadMessage(MessageId::kKeptExtensions, {}), '|');
+    if (std::any_of(programs.begin(), programs.end(),
+                    [&](const std::string& kind) { return EndsWithNoCase(entry, kind); }))
+        return false;
+    const std::string folder = FolderOf(entry);
+    return folder.empty() || EqualNoCase(folder, LoadMessage(MessageId::kMarkerDataFolder, {})) ||
+           EqualNoCase(folder, LoadMessage(MessageId::kMarkerAudioFolder, {}));
+}
+
 } // namespace
+
+Marker MarkerOf(const SwapRecord& record) {
+    Marker marker{record.Owner.Code, record.Owner.Name, {}, {}};
+    for (const RecordedFile& file : record.Overwritten)
+        marker.Overwritten.push_back(file.Target);
+    for (const RecordedFile& file : record.Copied)
+        marker.Copied.push_back(file.Target);
+    return marker;
+}
+
+std::string MarkerName(std::string_view name) {
+    std::string text(Trim(name));
+    std::replace(text.begin(), text.end(), '#', ' ');
+    return std::string(Trim(Utf8FromAnsi(AnsiFromUtf8(text))));
+}
 
 std::string MarkerText(const Marker& marker, bool with_lists) {
     std::string text;
@@ -26,10 +63,10 @@ std::string MarkerText(const Marker& marker, bool with_lists) {
         text += LoadMessage(comment, {}) + kLineBreak;
     text += std::string(" ") + kLineBreak;
     text += FieldLine(MessageId::kMarkerLevelCode, ZeroPadded(marker.Code, kCodeDigits));
-    text += FieldLine(MessageId::kMarkerLevelName, std::string(Trim(marker.Name)));
+    text += FieldLine(MessageId::kMarkerLevelName, MarkerName(marker.Name));
     if (!with_lists) return text;
-    text += FieldLine(MessageId::kMarkerOverwritten, Join(marker.Overwritten, "|"));
-    text += FieldLine(MessageId::kMarkerCopied, Join(marker.Copied, "|"));
+    text += ListLine(MessageId::kMarkerOverwritten, marker.Overwritten);
+    text += ListLine(MessageId::kMarkerCopied, marker.Copied);
     return text;
 }
 
@@ -44,20 +81,34 @@ std::vector<std::string> MarkerList(std::string_view tag, std::string_view text)
     return Split(MarkerField(tag, text), '|');
 }
 
+std::vector<std::string> CleanMarkerList(std::string_view tag, std::string_view text) {
+    std::vector<std::string> entries = MarkerList(tag, text);
+    std::erase_if(entries, [](const std::string& entry) { return !IsInstallTarget(entry); });
+    return entries;
+}
+
 std::string MarkerPath() {
     return core::TrleFolder() + LoadMessage(MessageId::kMarkerName, {});
 }
 
+std::string ReadMarkerBytes() {
+    return ReadFileStart(MarkerPath(), kLongestMarker).value_or(std::string());
+}
+
 std::string ReadMarker() {
-    return Utf8FromAnsi(ReadFileStart(MarkerPath(), kLongestMarker).value_or(std::string()));
+    return Utf8FromAnsi(ReadMarkerBytes());
 }
 
-bool WriteMarker(const Marker& marker, bool with_lists) {
-    return ReplaceFileBytes(MarkerPath(), AnsiFromUtf8(MarkerText(marker, with_lists)), Flush::No);
+bool WriteMarker(const Marker& marker, bool with_lists, std::string& hash) {
+    const std::string bytes = AnsiFromUtf8(MarkerText(marker, with_lists));
+    hash = HashOfBytes(bytes);
+    return ReplaceFileBytes(MarkerPath(), bytes, Flush::No);
 }
 
-std::int32_t CurrentLevelCode() {
-    return LeadingNumber(MarkerField(LoadMessage(MessageId::kMarkerLevelCode, {}), ReadMarker()));
+void RepairMarker(SwapRecord record) {
+    if (HashOfBytes(ReadMarkerBytes()) == record.MarkerHash) return;
+    // Nothing depends on it: while the level's files stand the record holds without a marker.
+    if (WriteMarker(MarkerOf(record), true, record.MarkerHash)) static_cast<void>(WriteSwapRecord(record));
 }
 
 } // namespace kelvash::swap

@@ -1,94 +1,42 @@
 #include "swap/remove.h"
 
 #include <string>
-#include <vector>
 
 #include "core/archive.h"
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
-#include "swap/journal.h"
+#include "foundation/user.h"
+#include "swap/backup.h"
 #include "swap/marker.h"
+#include "swap/rescued_saves.h"
+#include "swap/restore.h"
 #include "swap/saves.h"
+#include "swap/take_out.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::swap {
 
 namespace {
 
-constexpr std::int32_t kNoCode = -1;
-
-bool IsAudio(const std::string& entry) {
-    return StartsWithNoCase(entry, LoadMessage(MessageId::kAudioPrefix, {}));
+std::string OriginOf(const LevelOwner& owner) {
+    return owner.Folder.empty() ? LoadMessage(MessageId::kRescueNobodys, {core::TrleFolder()})
+                                : LoadMessage(MessageId::kRescueOwner, {owner.Name, owner.Folder});
 }
 
-// What one removal works on.
-struct Removal {
-    std::int32_t code = kNoCode;
-    std::vector<std::string> copied;
-    std::vector<std::string> overwritten;
-};
-
-// A marker without its lists is that of an install cut short; the journal then has the lists that were
-// planned.
-Removal ReadRemoval(std::int32_t code, const std::string& marker, const std::optional<SwapJournal>& journal) {
-    const std::string copied_tag = LoadMessage(MessageId::kMarkerCopied, {});
-    if (FindNoCase(marker, copied_tag) == std::string::npos && journal && journal->SavesOwner == code) {
-        Removal removal{code, journal->Copied, journal->Overwritten};
-        // Waves of the compact backup's kind can't be brought back, and those not yet copied over are still
-        // whole.
-        if (!core::profile.FullBackup) std::erase_if(removal.overwritten, IsAudio);
-        return removal;
+// Nothing when the saves are put away; else the result of the removal. Without a folder to go to they are
+// rescued.
+std::optional<std::int32_t> PutSavesAway(TrleState& state, bool knows_stash) {
+    const std::string& folder = state.OwnerFolder;
+    if (folder.empty()) {
+        state.Record.Step = SwapStep::Leaving;
+        const bool away =
+            RescueFiles(ListSaves(), OriginOf(state.Record.Owner)) && WriteSwapRecord(state.Record);
+        return away ? std::nullopt : std::optional(kRemovalRefused);
     }
-    return {code, MarkerList(copied_tag, marker),
-            MarkerList(LoadMessage(MessageId::kMarkerOverwritten, {}), marker)};
-}
-
-// Deletes what the level copied in. A compact backup holds no waves, so without a full one they stay. An
-// entry that leaves the TRLE folder counts as a file that can't be deleted.
-bool DeleteCopied(const std::vector<std::string>& copied) {
-    if (copied.empty()) return true;
-    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kRemovingFiles, {}));
-    double done = 0;
-    for (const std::string& entry : copied) {
-        const std::string file = core::TrleFolder() + entry;
-        const bool stays = !core::profile.FullBackup && IsAudio(entry);
-        if (!stays && !(StaysInside(entry) && DeleteFile(file))) {
-            TellCritical(LoadMessage(MessageId::kCannotDeleteFile, {}) + file);
-            return false;
-        }
-        ProgressPercent(progress.bar, ++done, static_cast<double>(copied.size()));
-    }
-    return true;
-}
-
-// Brings back what the level overwrote. A file that the backup lacks is gone after this, without a word: the
-// copy deletes its target first. That is meant; the choice of the compact backup tells of it.
-void RestoreOverwritten(const std::vector<std::string>& overwritten) {
-    if (overwritten.empty()) return;
-    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kRestoringFiles, {}));
-    double done = 0;
-    for (const std::string& entry : overwritten) {
-        if (StaysInside(entry)) {
-            CopyFile(core::BackupFolder() + entry, core::TrleFolder() + entry);
-            ClearReadOnly(core::TrleFolder() + entry);
-        }
-        ProgressPercent(progress.bar, ++done, static_cast<double>(overwritten.size()));
-    }
-}
-
-// Whose the saves in the TRLE root are: the journal knows better than the marker.
-std::int32_t SavesOwner(const std::optional<SwapJournal>& journal, std::int32_t otherwise) {
-    const bool known = journal && FolderExists(core::LevelFolder(journal->SavesOwner, false));
-    return known ? journal->SavesOwner : otherwise;
-}
-
-// Nothing when the saves are put away; else the result of the removal.
-std::optional<std::int32_t> StashFailure(std::int32_t code) {
-    const std::string folder = core::LevelFolder(code, false);
-    switch (StashLevelFiles(code)) {
+    switch (StashLevelFiles(folder, state.Record, knows_stash)) {
         case StashResult::Done:
             return std::nullopt;
         case StashResult::CannotEmpty:
@@ -106,48 +54,144 @@ std::optional<std::int32_t> StashFailure(std::int32_t code) {
     return std::nullopt;
 }
 
-// Without a marker the game's saves are level 0000's, unless a swap was cut short.
-std::int32_t StashOriginal(const std::optional<SwapJournal>& journal) {
-    if (const auto failure = StashFailure(SavesOwner(journal, 0))) return *failure;
-    return WriteJournal({0}) ? 0 : kRemovalRefused;
+// From here on the original configuration is in, and the saves of level 0000 are in its stash.
+bool NoteOriginal() {
+    SwapRecord record;
+    record.Owner = OwnerOf(0);
+    return WriteSwapRecord(record);
 }
 
-std::int32_t TakeOut(const Removal& removal, const std::optional<SwapJournal>& journal) {
-    if (const auto failure = StashFailure(SavesOwner(journal, removal.code))) return *failure;
-    if (removal.code != 0) {
-        if (!DeleteCopied(removal.copied)) return 0;
-        RestoreOverwritten(removal.overwritten);
+// Where TRLE's own files are in, their saves are level 0000's.
+std::int32_t StashOriginal(TrleState& state) {
+    state.Record.Owner = OwnerOf(0);
+    state.OwnerFolder = state.Record.Owner.Folder;
+    if (const auto failure = PutSavesAway(state, true)) return *failure;
+    return NoteOriginal() ? 0 : kRemovalRefused;
+}
+
+// What a file that was half copied when the program was killed is called.
+void DeletePartialFiles(const SwapRecord& record) {
+    std::string last = "?";
+    for (const RecordedFile& file : record.Copied) {
+        const std::string folder = FolderOf(file.Target);
+        if (folder != last && StaysInside(file.Target))
+            DeleteFile(core::TrleFolder() + folder + "\\" + std::string(kPartialFile));
+        last = folder;
     }
-    // From here on the original configuration is in, and the saves of level 0000 are in its stash.
-    if (!WriteJournal({0})) return kRemovalRefused;
+}
+
+// False after a message if a file couldn't be deleted.
+bool TakeFilesOut(const SwapRecord& record) {
+    KeptFiles kept;
+    DeletePartialFiles(record);
+    const bool deleted = DeleteCopied(record, kept);
+    if (deleted) RestoreOverwritten(record, !BackupIsValid(), kept);
+    TellKept(kept);
+    return deleted;
+}
+
+// The saves go home in any case; without a backup the level leaves only if nothing is lost by it.
+bool MayLeave(TrleState& state) {
+    if (BackupIsValid() || CanRestoreAll(state.Record, state.FromRecord)) return true;
+    const bool is_home =
+        state.FromRecord && !state.OwnerFolder.empty() && CopySavesHome(state.OwnerFolder, state.Record);
+    TellCritical(LoadMessage(MessageId::kBackupGone, {}) +
+                 (is_home ? kLineBreak + LoadMessage(MessageId::kSavesAreHome, {}) : std::string()));
+    return false;
+}
+
+std::int32_t TakeOut(TrleState& state) {
+    if (state.Code != 0 && !MayLeave(state)) return kRemovalRefused;
+    if (const auto failure = PutSavesAway(state, state.FromRecord || state.Code == 0)) return *failure;
+    if (state.Code != 0 && !TakeFilesOut(state.Record)) return 0;
+    if (!NoteOriginal()) return kRemovalRefused;
     DeleteFile(MarkerPath());
-    return removal.code;
+    return state.Code;
+}
+
+// The level's folder is gone, or no level of the Archive has the marker's code: nobody can say where its
+// saves belong. Its files stay, and go with the next level; where none is to come they go at once.
+std::int32_t LeaveIn(TrleState& state, const std::string& folder, std::int32_t code, std::int32_t wanted) {
+    TellCritical(LoadMessage(MessageId::kLevelFolderMissing, {folder, kLineBreak}));
+    if (wanted == 0) return TakeOut(state);
+    return RescueFiles(ListSaves(), OriginOf(state.Record.Owner)) ? code : kRemovalRefused;
+}
+
+std::int32_t RemoveUnknown(TrleState& state, std::int32_t wanted) {
+    const std::string value = MarkerField(LoadMessage(MessageId::kMarkerLevelCode, {}), state.MarkerText);
+    if (!state.MarkerStands || value.empty()) {
+        if (!state.MarkerText.empty())
+            TellCritical(LoadMessage(MessageId::kMarkerDamaged, {"\"" + MarkerPath() + "\"", kLineBreak}));
+        if (const auto failure = PutSavesAway(state, false)) return *failure;
+        if (!NoteOriginal()) return kRemovalRefused;
+        DeleteFile(MarkerPath());
+        return state.MarkerStands ? kNoLevel : 0;
+    }
+    const std::int32_t code = LeadingNumber(value);
+    if (const std::string folder = core::LevelFolder(code, false); !FolderExists(folder))
+        return LeaveIn(state, folder, code, wanted);
+    return TakeOut(state);
+}
+
+std::int32_t RemoveLevelFound(TrleState& state, std::int32_t code) {
+    if (state.Code != 0 && state.OwnerFolder.empty())
+        return LeaveIn(state, state.Record.Owner.Folder, state.Code, code);
+    if (state.Code == code && code > 0) {
+        if (state.FromRecord) RepairMarker(state.Record);
+        return code;
+    }
+    return TakeOut(state);
 }
 
 } // namespace
 
-std::int32_t RemovePreviousLevel(std::int32_t code) {
-    const std::optional<SwapJournal> journal = ReadJournal();
-    if (!FileExists(MarkerPath())) return StashOriginal(journal);
-    const std::string marker = ReadMarker();
-    const std::string value = MarkerField(LoadMessage(MessageId::kMarkerLevelCode, {}), marker);
-    const std::int32_t previous = value.empty() ? kNoCode : LeadingNumber(value);
-    const std::string folder = value.empty() ? std::string() : core::LevelFolder(previous, false);
-    if (!folder.empty() && !FolderExists(folder)) {
-        TellCritical(LoadMessage(MessageId::kLevelFolderMissing, {folder, kLineBreak}));
-        return previous;
-    }
-    // A level that a swap was cut short over is not in; and level 0000 has no marker to be trusted.
-    if (previous == code && previous > 0 && !journal) return previous;
-    if (folder.empty() || previous == kNoCode) {
-        if (!marker.empty())
-            TellCritical(LoadMessage(MessageId::kMarkerDamaged, {"\"" + MarkerPath() + "\"", kLineBreak}));
+bool IsCutShort() {
+    const FoundRecord found = ReadSwapRecord();
+    return found.State == RecordState::Good && found.Record.Step != SwapStep::In &&
+           found.Record.Step != SwapStep::Original;
+}
+
+CutShort EndCutShort() {
+    if (!IsCutShort()) return CutShort::Ended;
+    if (!FolderExists(core::TrleFolder())) return CutShort::Refused;
+    TrleState state = LookAtTrle();
+    if (state.Record.Step == SwapStep::Restoring) {
+        EndFullRestore();
+    } else {
+        if (const auto failure = PutSavesAway(state, true))
+            return *failure == 0 ? CutShort::FilesLeft : CutShort::Refused;
+        if (!TakeFilesOut(state.Record)) return CutShort::FilesLeft;
+        if (!NoteOriginal()) return CutShort::Refused;
         DeleteFile(MarkerPath());
-        return previous;
     }
-    const std::int32_t result = TakeOut(ReadRemoval(previous, marker, journal), journal);
-    // The level asked for was half in: it is out now, and has to be installed.
-    return result == code ? 0 : result;
+    ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kCutShortEnded, {}));
+    return CutShort::Ended;
+}
+
+std::int32_t RemovePreviousLevel(std::int32_t code) {
+    if (!FolderExists(core::TrleFolder())) {
+        TellCritical(LoadMessage(MessageId::kTrleUnreadable, {}) + core::TrleFolder());
+        return kRemovalRefused;
+    }
+    switch (EndCutShort()) {
+        case CutShort::Ended:
+            break;
+        case CutShort::FilesLeft:
+            return 0;
+        case CutShort::Refused:
+            return kRemovalRefused;
+    }
+    TrleState state = LookAtTrle();
+    switch (state.Content) {
+        case Holds::Original:
+            return StashOriginal(state);
+        case Holds::Level:
+            return RemoveLevelFound(state, code);
+        case Holds::Unknown:
+        case Holds::CutShort:
+            return RemoveUnknown(state, code);
+    }
+    return kRemovalRefused;
 }
 
 } // namespace kelvash::swap

@@ -11,8 +11,10 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "swap/install.h"
-#include "swap/journal.h"
-#include "swap/marker.h"
+#include "swap/kept_files.h"
+#include "swap/rescued_saves.h"
+#include "swap/saves.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::swap {
 
@@ -20,60 +22,110 @@ namespace {
 
 using core::BackupFolder;
 
+// One run of the restore: what is told, what was put aside, what went wrong.
+struct Restoring {
+    Bar& bar;
+    SwapRecord record; // its files aren't the user's own
+    KeptFiles kept = {};
+    bool whole = true;
+};
+
 void ShowLabel(const Bar& bar, MessageId id, const std::string& behind = {}) {
     TheUser().SetLabel(bar.place, LoadMessage(id, {}) + behind);
     TheUser().PumpEvents();
 }
 
+bool IsOfLevel(const SwapRecord& record, const std::string& target) {
+    const auto is_it = [&](const RecordedFile& file) {
+        return EqualNoCase(file.Target, target) && IsStill(core::TrleFolder() + target, file.Stamp);
+    };
+    // What was brought back of the saves is in the stash too.
+    const auto is_copy = [&](const RecordedFile& save) {
+        return EqualNoCase("\\" + save.Target, target) && IsStill(core::TrleFolder() + target, save.Stamp);
+    };
+    return std::any_of(record.Copied.begin(), record.Copied.end(), is_it) ||
+           std::any_of(record.LeftCopied.begin(), record.LeftCopied.end(), is_it) ||
+           std::any_of(record.Saves.begin(), record.Saves.end(), is_copy);
+}
+
+// Deletes a file of the TRLE folder; one that is nowhere else is put aside, or stays.
+bool Clear(Restoring& run, const std::string& file) {
+    const std::string target = file.substr(core::TrleFolder().size());
+    return (IsOfLevel(run.record, target) || KeepFile(target, run.kept)) && DeleteFile(file);
+}
+
+bool ClearFolder(Restoring& run, const std::string& folder, const std::string& mask) {
+    bool cleared = true;
+    for (const std::string& file : ListFiles(core::TrleFolder() + folder, mask))
+        cleared = Clear(run, file) && cleared;
+    return cleared;
+}
+
 // Everything in the root goes but programs, the set-up's log and shortcuts.
-void DeleteRootFiles() {
-    const std::vector<std::string> kept = Split(LoadMessage(MessageId::kKeptExtensions, {}), '|');
+void ClearRootFiles(Restoring& run) {
+    const std::vector<std::string> staying = Split(LoadMessage(MessageId::kKeptExtensions, {}), '|');
     for (const std::string& file : ListFiles(core::TrleFolder(), "*")) {
         const std::string extension = ExtensionOf(FileNameOf(file));
-        const bool stays = std::any_of(kept.begin(), kept.end(), [&](const std::string& other) {
+        const bool stays = std::any_of(staying.begin(), staying.end(), [&](const std::string& other) {
             return EqualNoCase(extension, other);
         });
-        if (!stays) DeleteFile(file);
+        if (!stays) Clear(run, file);
     }
 }
 
-// Copies the files of a folder over another with the bar moving by files; stops at the first failure with
-// false.
-bool CopyFilesShown(const std::string& source, const std::string& target, Bar& bar) {
-    const std::vector<std::string> files = ListFiles(source, "*");
+// Copies the files of a folder of the backup over TRLE's with the bar moving by files. A file that stands as
+// it is in the backup isn't copied again. False at the first failure.
+bool CopyBack(Restoring& run, const std::string& folder) {
+    const std::vector<std::string> files = ListFiles(BackupFolder() + folder, "*");
     double done = 0;
+    CreateFolder(core::TrleFolder() + folder);
     for (const std::string& file : files) {
-        if (!CopyFile(file, target + "\\" + FileNameOf(file))) return false;
-        ProgressPercent(bar, ++done, static_cast<double>(files.size()));
+        const std::string target = folder + "\\" + FileNameOf(file);
+        const bool stands = IsStill(core::TrleFolder() + target, StampOf(file));
+        if (!stands && !(KeepFile(target, run.kept) && CopyFileWhole(file, core::TrleFolder() + target))) {
+            run.whole = false;
+            return false;
+        }
+        ProgressPercent(run.bar, ++done, static_cast<double>(files.size()));
     }
     return true;
 }
 
-// The backup may hold savegames: half of one, left by a killed program, would count as a new save.
-void RestoreRootFiles() {
-    for (const std::string& file : ListFiles(BackupFolder(), "*"))
-        if (!CopyFileWhole(file, core::TrleFolder() + "\\" + FileNameOf(file))) return;
-}
-
-void RestoreFolder(const std::string& folder, Bar& bar) {
-    ShowLabel(bar, MessageId::kRestoringFolder, folder);
-    const bool emptied = DeleteFiles(core::TrleFolder() + folder, "*");
-    if (!CopyFilesShown(BackupFolder() + folder, core::TrleFolder() + folder, bar) || !emptied)
+void RestoreFolder(Restoring& run, const std::string& folder) {
+    ShowLabel(run.bar, MessageId::kRestoringFolder, folder);
+    const bool emptied = ClearFolder(run, folder, "*");
+    if (!CopyBack(run, folder) || !emptied)
         TellCritical(LoadMessage(MessageId::kErrorRestoringFolder, {}) + folder);
+    run.whole = run.whole && emptied;
 }
 
-void RestoreFiles(Bar& bar) {
+void RestoreFiles(Restoring& run) {
     const std::string data = LoadMessage(MessageId::kDataFolder, {});
-    ShowLabel(bar, MessageId::kRestoreRemovingCritical);
-    DeleteRootFiles();
-    DeleteFiles(core::TrleFolder() + data, LoadMessage(MessageId::kRestoreTr4Mask, {}));
-    DeleteFiles(core::TrleFolder() + data, LoadMessage(MessageId::kRestorePakMask, {}));
-    ShowLabel(bar, MessageId::kRestoreCopying);
-    RestoreRootFiles();
-    CopyFilesShown(BackupFolder() + data, core::TrleFolder() + data, bar);
+    ShowLabel(run.bar, MessageId::kRestoreRemovingCritical);
+    ClearRootFiles(run);
+    ClearFolder(run, data, LoadMessage(MessageId::kRestoreTr4Mask, {}));
+    ClearFolder(run, data, LoadMessage(MessageId::kRestorePakMask, {}));
+    ShowLabel(run.bar, MessageId::kRestoreCopying);
+    CopyBack(run, {});
+    CopyBack(run, data);
     if (!core::profile.FullBackup) return;
     for (const std::string& folder : Split(LoadMessage(MessageId::kFullBackupFolders, {}), '|'))
-        RestoreFolder(folder, bar);
+        RestoreFolder(run, folder);
+}
+
+// Makes everything original; a run that is cut short here is ended at the next start. False if a file of the
+// backup isn't in its place, or nothing could be begun.
+bool RestoreAll(Bar& bar) {
+    FoundRecord found = ReadSwapRecord();
+    Restoring run{bar, found.State == RecordState::Good ? std::move(found.Record) : SwapRecord()};
+    run.record.Step = SwapStep::Restoring;
+    if (!WriteSwapRecord(run.record)) return false;
+    RestoreFiles(run);
+    TellKept(run.kept);
+    // The saves of level 0000 stay in its stash; what the backup holds of them is in the root again.
+    SwapRecord original;
+    original.Owner = OwnerOf(0);
+    return WriteSwapRecord(original) && run.whole;
 }
 
 } // namespace
@@ -87,27 +139,33 @@ bool SwapToOriginal() {
 bool FastRestore() {
     if (SwapToOriginal()) {
         ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kRestoreFastDone, {}));
+        OfferKeptWaves();
         return true;
     }
     TellCritical(LoadMessage(MessageId::kRestoreFastFailed, {}));
     return false;
 }
 
-void FullRestore(Bar& bar, bool show_progress) {
+bool FullRestore(Bar& bar, bool show_progress) {
     ShowLabel(bar, MessageId::kRestoreRemovingLevel);
-    // Whether the level could be taken out or not, the files below make the folder original.
-    const bool swapped = SwapToOriginal();
-    // The root's saves are about to go; the stash of their level keeps what it has of them from now on.
-    const std::optional<SwapJournal> journal = ReadJournal();
-    const std::int32_t owner = journal ? journal->SavesOwner : CurrentLevelCode();
-    if (!WriteJournal({swapped ? 0 : owner})) return;
+    // Whether the level could be taken out or not, the files below make the folder original. But saves that
+    // couldn't go home are about to be deleted.
+    if (!SwapToOriginal() &&
+        !RescueFiles(ListSaves(), LoadMessage(MessageId::kRescueNobodys, {core::TrleFolder()})))
+        return false;
     if (show_progress) TheUser().OpenProgress(BarPlace::ProgressDialog, {});
-    RestoreFiles(bar);
-    if (!swapped) static_cast<void>(WriteJournal({0})); // a failure has been told
+    const bool restored = RestoreAll(bar);
     if (show_progress) TheUser().CloseProgress(BarPlace::ProgressDialog);
     ShowLabel(bar, MessageId::kRestoreFinished);
     ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kRestoreDone, {}));
     core::RefreshLevelList();
+    OfferKeptWaves();
+    return restored;
+}
+
+void EndFullRestore() {
+    Bar bar{BarPlace::ProgressDialog, -1};
+    RestoreAll(bar);
 }
 
 } // namespace kelvash::swap

@@ -4,12 +4,12 @@
 
 #include "core/archive.h"
 #include "core/profile.h"
-#include "foundation/drives.h"
+#include "core/start_up.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
-#include "swap/journal.h"
+#include "swap/rescued_saves.h"
 
 namespace kelvash::swap {
 
@@ -21,22 +21,88 @@ bool CopyInto(const std::vector<std::string>& files, const std::string& folder) 
     });
 }
 
-// The saves whose twins in a protected stash are newer: a full restore brings old ones back from the backup.
-bool IsOutdated(const std::string& save, const std::string& stash) {
-    const std::optional<std::int64_t> stashed = FileTime(stash + "\\" + FileNameOf(save));
-    return stashed && *stashed > FileTime(save).value_or(*stashed);
+const RecordedFile* FindSave(const SwapRecord& record, const std::string& name) {
+    const auto found = std::find_if(record.Saves.begin(), record.Saves.end(),
+                                    [&](const RecordedFile& save) { return EqualNoCase(save.Target, name); });
+    return found == record.Saves.end() ? nullptr : &*found;
 }
 
-// Deletes the files of the stash that have no twin among the saves.
-bool DropStale(const std::string& stash, const std::vector<std::string>& saves) {
+// How the files of a stash and those that come in make way for one another.
+struct StashPlan {
+    std::vector<std::string> incoming; // of the root, to be copied
+    std::vector<std::string> stale;    // of the stash, to be deleted
+    std::vector<std::string> losers;   // of either, to be rescued
+};
+
+bool BackupHolds(const std::string& save) {
+    return HoldSameBytes(core::BackupFolder() + "\\" + FileNameOf(save), save);
+}
+
+void PlanTwin(const std::string& old, const std::string& save, bool is_known, StashPlan& plan) {
+    if (is_known || HoldSameBytes(old, save)) return;
+    const bool old_is_newer = FileTime(old).value_or(0) > FileTime(save).value_or(0);
+    const std::string& loser = old_is_newer ? save : old;
+    if (old_is_newer) std::erase(plan.incoming, save);
+    if (!BackupHolds(loser)) plan.losers.push_back(loser);
+}
+
+StashPlan PlanStash(const std::string& stash, const SwapRecord& record, bool knows_stash) {
+    StashPlan plan;
+    plan.incoming = ListSaves();
+    const std::vector<std::string> saves = plan.incoming;
     for (const std::string& old : ListFiles(stash, "*")) {
         const std::string name = FileNameOf(old);
-        const bool current = std::any_of(saves.begin(), saves.end(), [&](const std::string& save) {
+        const RecordedFile* brought_in = FindSave(record, name);
+        const bool is_known = !knows_stash || (brought_in != nullptr && IsStill(old, brought_in->Stamp));
+        const auto twin = std::find_if(saves.begin(), saves.end(), [&](const std::string& save) {
             return EqualNoCase(FileNameOf(save), name);
         });
-        if (!current && !DeleteFile(old)) return false;
+        if (twin != saves.end())
+            PlanTwin(old, *twin, is_known, plan);
+        else if (!knows_stash)
+            plan.losers.push_back(old);
+        else if (is_known)
+            plan.stale.push_back(old);
     }
-    return true;
+    return plan;
+}
+
+bool DeleteAll(const std::vector<std::string>& files) {
+    return std::all_of(files.begin(), files.end(), DeleteFile);
+}
+
+// The copies of files in a folder reach the disk.
+bool IsOnDisk(const std::vector<std::string>& files, const std::string& folder) {
+    return std::all_of(files.begin(), files.end(),
+                       [&](const std::string& file) { return FlushFile(folder + "\\" + FileNameOf(file)); });
+}
+
+// Puts the saves into the stash, and there on the disk.
+StashResult FillStash(const std::string& stash, const StashPlan& plan) {
+    if (!RescueFiles(plan.losers, stash)) return StashResult::CannotEmpty;
+    bool copied = CopyInto(plan.incoming, stash);
+    if (!copied) {
+        // A full disk may have room once the files that the player has deleted are gone here too.
+        if (!DeleteAll(plan.stale)) return StashResult::CannotEmpty;
+        copied = CopyInto(plan.incoming, stash);
+    }
+    if (!copied || !IsOnDisk(plan.incoming, stash)) return StashResult::CannotCopy;
+    return DeleteAll(plan.stale) ? StashResult::Done : StashResult::CannotEmpty;
+}
+
+std::vector<RecordedFile> StampsOf(const std::vector<std::string>& files) {
+    std::vector<RecordedFile> stamped;
+    for (const std::string& file : files)
+        stamped.push_back({FileNameOf(file), StampOf(file)});
+    return stamped;
+}
+
+std::string ReadyStash(const std::string& level_folder) {
+    const std::string stash = core::StashFolder(level_folder);
+    DeleteFile(core::TrleFolder() + "\\" + std::string(kPartialFile));
+    DeleteFile(stash + "\\" + std::string(kPartialFile));
+    CreateFolder(stash);
+    return stash;
 }
 
 } // namespace
@@ -50,48 +116,40 @@ std::vector<std::string> ListSaves() {
     return saves;
 }
 
-StashResult StashLevelFiles(std::int32_t code) {
-    const std::string stash = core::StashFolder(core::LevelFolder(code, false));
-    const std::optional<SwapJournal> journal = ReadJournal();
-    const bool merge = journal && journal->SavesOwner == code;
-    DeleteFile(core::TrleFolder() + "\\" + std::string(kPartialFile));
-    const std::vector<std::string> saves = ListSaves();
-    CreateFolder(stash);
-    std::vector<std::string> incoming = saves;
-    if (merge) std::erase_if(incoming, [&](const std::string& save) { return IsOutdated(save, stash); });
-    bool copied = CopyInto(incoming, stash);
-    if (!copied && !merge) {
-        // A full disk may have room once the old stash is gone; the root still holds everything.
-        if (!DeleteFiles(stash, "*")) return StashResult::CannotEmpty;
-        copied = CopyInto(saves, stash);
-    }
-    if (!copied) return StashResult::CannotCopy;
-    if (!merge && !DropStale(stash, saves)) return StashResult::CannotEmpty;
-    // From here on the root may lack what the stash holds, also where there was nothing to put away. The
-    // lists of an install cut short are still needed.
-    if (!WriteJournal(merge ? *journal : SwapJournal{code})) return StashResult::CannotNote;
-    const bool deleted = std::all_of(saves.begin(), saves.end(), DeleteFile);
-    return deleted ? StashResult::Done : StashResult::CannotDelete;
+StashResult StashLevelFiles(const std::string& level_folder, SwapRecord& record, bool knows_stash) {
+    const std::string stash = ReadyStash(level_folder);
+    const StashPlan plan = PlanStash(stash, record, knows_stash);
+    if (const StashResult result = FillStash(stash, plan); result != StashResult::Done) return result;
+    record.Step = SwapStep::Leaving;
+    record.Saves.clear();
+    if (!WriteSwapRecord(record)) return StashResult::CannotNote;
+    return DeleteAll(ListSaves()) ? StashResult::Done : StashResult::CannotDelete;
 }
 
-bool RescueSaves() {
-    const std::vector<std::string> saves = ListSaves();
-    if (saves.empty()) return true;
-    const std::string base = AppFolder() + LoadMessage(MessageId::kRescueFolder, {});
-    int number = 1;
-    while (FolderExists(base + std::to_string(number)))
-        ++number;
-    const std::string folder = base + std::to_string(number);
-    if (!CreateFolder(folder) || !CopyInto(saves, folder)) return false;
-    if (!std::all_of(saves.begin(), saves.end(), DeleteFile)) return false;
-    ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kSavesRescued, {}) + folder);
-    return true;
+bool CopySavesHome(const std::string& level_folder, SwapRecord& record) {
+    const std::string stash = ReadyStash(level_folder);
+    const StashPlan plan = PlanStash(stash, record, true);
+    if (FillStash(stash, plan) != StashResult::Done) return false;
+    record.Saves = StampsOf(plan.incoming);
+    return WriteSwapRecord(record);
 }
 
-bool BringBackLevelFiles(std::int32_t code) {
-    const std::string stash = core::StashFolder(core::LevelFolder(code, false));
+bool BringBackLevelFiles(const std::string& level_folder, SwapRecord& record) {
+    const std::string stash = core::StashFolder(level_folder);
     DeleteFile(stash + "\\" + std::string(kPartialFile));
-    return CopyInto(ListFiles(stash, "*"), core::TrleFolder());
+    const std::vector<std::string> files = ListFiles(stash, "*");
+    const std::vector<std::string> standing = ListSaves();
+    bool all_back = true;
+    record.Saves.clear();
+    for (const std::string& file : files) {
+        const std::string target = core::TrleFolder() + "\\" + FileNameOf(file);
+        const bool is_save = std::any_of(standing.begin(), standing.end(),
+                                         [&](const std::string& save) { return EqualNoCase(save, target); });
+        const bool came = (is_save || !FileExists(target)) && CopyFileWhole(file, target);
+        if (came) record.Saves.push_back({FileNameOf(file), StampOf(file)});
+        all_back = all_back && came;
+    }
+    return all_back;
 }
 
 } // namespace kelvash::swap

@@ -2,9 +2,10 @@
 // the TRLE root while the level is in, and in its stash (BACKUP_SAVEGAMES) while it isn't.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
+
+#include "swap/swap_record.h"
 
 namespace kelvash::swap {
 
@@ -12,23 +13,25 @@ enum class StashResult {
     Done,
     CannotEmpty, // an old file of the stash can't be deleted
     CannotCopy,  // a file can't be put away; all of them are still in the TRLE root
-    CannotNote,  // all are put away, but the journal can't be written; they are still in the TRLE root too
+    CannotNote,  // all are put away, but the record can't be written; they are still in the TRLE root too
     CannotDelete // all are put away, but one can't be deleted from the TRLE root
 };
 
 // Full paths of the saves in the TRLE root, in the order of the three patterns.
 std::vector<std::string> ListSaves();
 
-// Moves the saves of the TRLE root into the stash of a level, which holds just these afterwards; a stash that
-// a journal protects keeps its other files, and those that are newer than what comes in. No save leaves the
-// root before all of them are whole in the stash and the journal says so.
-[[nodiscard]] StashResult StashLevelFiles(std::int32_t code);
+// Moves the saves of the TRLE root into the stash of a level. What the record brought in from there, and only
+// that, is emptied or overwritten; of any other file of one name the newer stays in the stash and the older
+// is rescued. Without `knows_stash` (a level that a marker alone tells of) files that have no twin are
+// rescued. No save leaves the root before all of them are whole on the disk and the record, at the step
+// Leaving, says that the stash may hold what the root lacks.
+[[nodiscard]] StashResult StashLevelFiles(const std::string& level_folder, SwapRecord& record,
+                                          bool knows_stash);
+// The same while the level stays in: its saves stay in the root as well.
+[[nodiscard]] bool CopySavesHome(const std::string& level_folder, SwapRecord& record);
 
-// Moves saves that are still in the TRLE root after a failed removal into a new folder of the application's
-// folder and tells where they are. False if one is still in the TRLE root: another level's would mix with it.
-[[nodiscard]] bool RescueSaves();
-
-// Copies all files of a level's stash into the TRLE root. False if one couldn't be copied.
-[[nodiscard]] bool BringBackLevelFiles(std::int32_t code);
+// Copies all files of a level's stash into the TRLE root, over no file but saves, and notes them in the
+// record. False if one couldn't be copied.
+[[nodiscard]] bool BringBackLevelFiles(const std::string& level_folder, SwapRecord& record);
 
 } // namespace kelvash::swap

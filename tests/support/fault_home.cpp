@@ -1,12 +1,14 @@
 #include "support/fault_home.h"
 
 #include <cstdlib>
+#include <fstream>
 #include <set>
 
 #include "core/archive.h"
 #include "core/profile.h"
 #include "core/start_up.h"
 #include "swap/install.h"
+#include "swap/trle_folder.h"
 
 namespace kelvash::test {
 
@@ -90,8 +92,8 @@ FaultHome::~FaultHome() {
 void FaultHome::StartProgram() {
     core::ResetProgramState();
     MapDrives();
-    ASSERT_EQ(core::LoadProfile(), core::ProfileState::Current);
-    ASSERT_TRUE(core::LoadArchive(core::profile.LastArchive));
+    core::StartUp({});
+    ASSERT_TRUE(core::ArchiveIsOpen());
 }
 
 void FaultHome::Keep(const fs::path& kept) {
@@ -109,6 +111,13 @@ void FaultHome::Prepare(const Operation& operation) {
     for (const fs::directory_entry& entry : fs::directory_iterator(drive))
         fs::remove_all(entry.path());
     MakeTrleWorld(world, operation.backup);
+    for (int track = 0; track < swap::kAudioTracks; ++track) { // a start insists on them
+        const fs::path wave =
+            world.trle / "audio" / ((track < 10 ? "00" : "0") + std::to_string(track) + ".wav");
+        if (!fs::exists(wave)) std::ofstream(wave) << "wave " << track;
+        const fs::path twin = world.backup / "audio" / wave.filename();
+        if (operation.backup == Backup::Full && !fs::exists(twin)) fs::copy_file(wave, twin);
+    }
     for (const WorldLevel& level : levels)
         MakeLevel(world, level);
     OpenWorld(world, levels, operation.backup);

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "support/fake_desktop.h"
 #include "support/swap_world.h"
 #include "support/test_home.h"
 #include "support/traced_run.h"
@@ -51,6 +52,7 @@ class FaultHome : public TestHome {
     // made.
     std::filesystem::path place;
     World world;
+    FakeDesktop desktop;
     std::vector<WorldLevel> levels;
     std::filesystem::path pristine, killed;
     std::map<std::int32_t, FileMap> saves; // by level, as they stood before the operation

@@ -18,6 +18,8 @@ class ScriptedUser final : public User {
     // The next box whose text or title holds `when` gets this answer: "yes", "no", "ok", "cancel", ..., a
     // text, a path, a button's name. Answers for different boxes don't wait for each other.
     void WillAnswer(const std::string& when, const std::string& answer);
+    // The same for a box that may come or not, each time.
+    void MayAnswer(const std::string& when, const std::string& answer);
     // Messages may come without being expected; they stand here as "critical: text" in order.
     const std::vector<std::string>& Told() const { return told_; }
     // Everything that was asked, as texts or titles.
@@ -56,6 +58,7 @@ class ScriptedUser final : public User {
         std::string answer;
     };
     std::deque<Line> script_;
+    std::vector<Line> standing_;
     std::vector<std::string> told_;
     std::vector<std::string> asked_;
     std::vector<std::string> shown_;

@@ -13,13 +13,15 @@
 #include "swap/marker.h"
 #include "swap/remove.h"
 #include "swap/restore.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::swap {
 namespace {
 
+using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
+using testing::Not;
 
 namespace fs = std::filesystem;
 
@@ -34,14 +36,15 @@ class HostileMarker : public test::SwapHome {
     }
     void WriteMarker(std::string_view text) { test::MakeFile(trle / "Kelvash.txt", text); }
     void MarkWith(const std::string& copied, const std::string& overwritten) {
-        WriteMarker("#LEVEL_CODE=0001#\r\n#OVERWROTEN_FILES=" + overwritten + "#\r\n#COPIED_FILES=" + copied +
-                    "#\r\n");
+        WriteMarker("#LEVEL_CODE=0001#\r\n#LEVEL_NAME=City#\r\n#OVERWROTEN_FILES=" + overwritten +
+                    "#\r\n#COPIED_FILES=" + copied + "#\r\n");
     }
-    // Everything but the TRLE folder, the journal and the stashes that a swap fills.
+    // Everything but the TRLE folder, the record and the stashes that a swap fills.
     test::FileMap Outside() const {
         test::FileMap files = test::TreeOf(root);
         std::erase_if(files, [](const auto& file) {
-            return file.first.starts_with("c/trle/") || file.first == "c/kelvash/kelvash.jrn" ||
+            return file.first.starts_with("c/trle/") || file.first.ends_with(".rec") ||
+                   file.first.starts_with("c/kelvash/rescued_saves_") ||
                    file.first.find("backup_savegames") != std::string::npos;
         });
         return files;
@@ -65,9 +68,8 @@ TEST_F(HostileMarker, CannotDeleteOutsideTheFolder) {
         MarkWith(entry, "");
         const test::FileMap before = Outside();
         user.Forget();
-        EXPECT_EQ(RemovePreviousLevel(2), 0);
-        EXPECT_EQ(user.Told().size(), 1U);
-        EXPECT_THAT(user.Told().front(), HasSubstr("critical: I cann't delete file: C:\\trle"));
+        EXPECT_EQ(RemovePreviousLevel(2), 1);
+        EXPECT_THAT(user.Told(), Each(Not(HasSubstr("critical"))));
         EXPECT_EQ(Outside(), before);
     }
 }
@@ -90,29 +92,34 @@ TEST_F(HostileMarker, DeletesALinkAndNotWhatItNames) {
     EXPECT_EQ(test::BytesOf(drive / "x"), "outside");
 }
 
-TEST_F(HostileMarker, IsNoBetterInAJournal) {
+TEST_F(HostileMarker, IsNoBetterInARecord) {
     for (const char* entry : kClimbing) {
         SCOPED_TRACE(entry);
-        WriteMarker("#LEVEL_CODE=0001#\r\n");
-        test::MakeFile(home / "Kelvash.jrn",
-                       std::string("#TRLE_FOLDER=C:\\trle#\r\n#SAVES_OF_LEVEL=1#\r\n#OVERWROTEN_FILES=") +
-                           entry + "#\r\n#COPIED_FILES=" + entry + "#\r\n");
+        SwapRecord record;
+        record.Step = SwapStep::Leaving;
+        record.Owner = OwnerOf(1);
+        record.Copied = {{entry}};
+        record.Overwritten = {{entry}};
+        ASSERT_TRUE(WriteSwapRecord(record));
         const test::FileMap before = Outside();
         EXPECT_EQ(RemovePreviousLevel(2), 0);
         EXPECT_EQ(Outside(), before);
     }
 }
 
-TEST_F(HostileMarker, WithAJournalOfAnUnknownLevelLosesNoSave) {
-    for (const char* owner : {"77", "-3", "99999999999999", "x", "", "0\\..\\..", "1|2"}) {
+TEST_F(HostileMarker, WithARecordOfAnUnknownLevelLosesNoSave) {
+    for (const char* owner : {"C:\\Levels\\LEVEL_0077", "", "x", "C:\\trle\\..", "\\\\?\\C:"}) {
         SCOPED_TRACE(owner);
-        test::MakeFile(trle / "savegame.5", "original save");
-        test::MakeFile(home / "Kelvash.jrn",
-                       std::string("#TRLE_FOLDER=C:\\trle#\r\n#SAVES_OF_LEVEL=") + owner + "#\r\n");
+        test::MakeFile(trle / "savegame.5", "somebody's save");
+        SwapRecord record;
+        record.Step = SwapStep::In;
+        record.Owner.Folder = owner;
+        ASSERT_TRUE(WriteSwapRecord(record));
         EXPECT_TRUE(InstallLevel(2));
         EXPECT_TRUE(InstallLevel(0));
-        const bool kept = test::Exists(trle / "savegame.5") || test::Exists(StashPath(1) / "savegame.5");
-        EXPECT_TRUE(kept);
+        EXPECT_EQ(test::BytesOf(home / "rescued_saves_1" / "savegame.5"), "somebody's save");
+        fs::remove_all(home / "rescued_saves_1");
+        user.Forget();
     }
 }
 
@@ -122,8 +129,8 @@ TEST_F(HostileMarker, WithEmptyEntriesDeletesNothing) {
         MarkWith(list, list);
         const test::FileMap before = Outside();
         user.Forget();
-        EXPECT_EQ(RemovePreviousLevel(2), 0);
-        EXPECT_THAT(user.Told(), ElementsAre("critical: I cann't delete file: C:\\trle"));
+        EXPECT_EQ(RemovePreviousLevel(2), 1);
+        EXPECT_THAT(user.Told(), Each(Not(HasSubstr("critical"))));
         EXPECT_EQ(Outside(), before);
         EXPECT_TRUE(test::Exists(trle / "script.dat"));
     }
@@ -143,10 +150,10 @@ TEST_F(HostileMarker, WithAHundredThousandEntriesIsWorkedThroughInSeconds) {
 
 TEST_F(HostileMarker, MayHoldNulCharacters) {
     using namespace std::string_literals;
-    WriteMarker("\0\0#LEVEL_CODE=0001#\0#COPIED_FILES=\\a\0b.dat#"s);
+    WriteMarker("\0\0#LEVEL_CODE=0001#\0#LEVEL_NAME=City#\0#COPIED_FILES=\\a\0b.dat#"s);
     test::MakeFile(trle / "a", "mine");
     EXPECT_EQ(CurrentLevelCode(), 1);
-    EXPECT_EQ(RemovePreviousLevel(2), 0);
+    EXPECT_EQ(RemovePreviousLevel(2), 1);
     EXPECT_EQ(test::BytesOf(trle / "a"), "mine");
 }
 

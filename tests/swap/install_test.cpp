@@ -6,7 +6,7 @@
 #include "core/profile.h"
 #include "foundation/drives.h"
 #include "support/swap_home.h"
-#include "swap/marker.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::swap {
 namespace {
@@ -200,18 +200,26 @@ TEST_F(Install, ListsAFileWhoseCopyFailed) {
     fs::create_directory(trle / "x.h");
     ASSERT_TRUE(InstallLevel(1));
     EXPECT_THAT(Marker(), HasSubstr("#COPIED_FILES=\\x.h|\\data\\c.tr4#\r\n"));
-    EXPECT_THAT(user.Told(), IsEmpty());
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: These files of the level could not be copied into the TRLE "
+                            "folder:\r\n\\x.h"));
+    EXPECT_FALSE(LevelIsWhole());
 }
 
 TEST_F(Install, AfterOneCutShortInstallsTheLevelAnew) {
     AddLevel(1, "City", {{"c.tr4", "CITY"}});
-    test::MakeFile(home / "Kelvash.jrn",
-                   "#TRLE_FOLDER=C:\\trle#\r\n#SAVES_OF_LEVEL=1#\r\n#OVERWROTEN_FILES=#\r\n"
-                   "#COPIED_FILES=\\data\\c.tr4#\r\n");
+    SwapRecord record;
+    record.Step = SwapStep::Entering;
+    record.Owner = OwnerOf(1);
+    record.Copied = {{"\\data\\c.tr4"}};
+    ASSERT_TRUE(WriteSwapRecord(record));
     test::MakeFile(trle / "Kelvash.txt", "#LEVEL_CODE=0001#\r\n#LEVEL_NAME=City#\r\n");
     ASSERT_TRUE(InstallLevel(1));
     EXPECT_EQ(test::BytesOf(trle / "data" / "c.tr4"), "CITY");
     EXPECT_THAT(Marker(), HasSubstr("#COPIED_FILES=\\data\\c.tr4#\r\n"));
+    EXPECT_THAT(user.Told(),
+                ElementsAre("plain: A change of the TRLE folder had been cut short. The original "
+                            "configuration has been brought back"));
 }
 
 TEST_F(Install, WithMp3FilesFailsAndLeavesTheLevelUntouched) {

@@ -4,6 +4,7 @@
 
 #include "core/profile.h"
 #include "support/swap_home.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::swap {
 namespace {
@@ -17,8 +18,11 @@ class MarkerFile : public test::SwapHome {
 };
 
 TEST_F(MarkerFile, HasEightLinesEndedByCrLf) {
+    std::string hash;
     ASSERT_TRUE(WriteMarker(
-        {12, " City of Caffè ", {"\\script.dat", "\\load.bmp"}, {"\\script.dat", "\\data\\a.tr4"}}, true));
+        {12, " City of Caffè ", {"\\script.dat", "\\load.bmp"}, {"\\script.dat", "\\data\\a.tr4"}}, true,
+        hash));
+    EXPECT_EQ(hash.size(), 32U);
     EXPECT_EQ(Marker(),
               ": Don't remove this file!\r\n"
               ": It is necessary at Kelvash \r\n"
@@ -48,8 +52,27 @@ TEST_F(MarkerFile, FieldEndsAtTheTextsEnd) {
     EXPECT_EQ(MarkerField("#LEVEL_NAME=", "#LEVEL_NAME=ab c "), "ab c");
 }
 
-TEST_F(MarkerFile, NameIsCutAtAHash) {
-    EXPECT_EQ(MarkerField("#LEVEL_NAME=", MarkerText({1, "Level #9", {}, {}}, true)), "Level");
+TEST_F(MarkerFile, NameThatAHandWroteIsCutAtAHash) {
+    EXPECT_EQ(MarkerField("#LEVEL_NAME=", "#LEVEL_NAME=Level #9#\r\n"), "Level");
+}
+
+TEST_F(MarkerFile, NameHasABlankForAHashAndAQuestionMarkForAnotherAlphabet) {
+    const std::string text = MarkerText({1, "City#COPIED_FILES=\\tomb4.exe# Γ", {}, {}}, true);
+    EXPECT_NE(text.find("#LEVEL_NAME=City COPIED_FILES=\\tomb4.exe  ?#\r\n"), std::string::npos) << text;
+    EXPECT_THAT(MarkerList("#COPIED_FILES=", text), IsEmpty());
+}
+
+TEST_F(MarkerFile, LeavesOutEntriesThatItsFormCannotHold) {
+    const std::string text =
+        MarkerText({1, "x", {"\\a|b.dat"}, {"\\#a.dat", "\\data\\Γ.tr4", "\\data\\é.tr4"}}, true);
+    EXPECT_EQ(text.substr(text.find("#OVER")), "#OVERWROTEN_FILES=#\r\n#COPIED_FILES=\\data\\é.tr4#\r\n");
+}
+
+TEST_F(MarkerFile, ListIsCleanedOfWhatNoInstallWrites) {
+    EXPECT_THAT(CleanMarkerList("#COPIED_FILES=",
+                                "#COPIED_FILES=\\a.dat|\\tomb4.exe|\\data\\b.tr4|\\..\\c|"
+                                "\\audio\\d.wav|\\script\\script.txt|e|C:\\f||\\g.LNK#"),
+                ElementsAre("\\a.dat", "\\data\\b.tr4", "\\audio\\d.wav"));
 }
 
 TEST_F(MarkerFile, MissingFieldIsEmpty) {

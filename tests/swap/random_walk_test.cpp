@@ -13,9 +13,9 @@
 #include "support/swap_world.h"
 #include "support/test_home.h"
 #include "swap/install.h"
-#include "swap/marker.h"
 #include "swap/remove.h"
 #include "swap/restore.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::test {
 namespace {
@@ -111,6 +111,7 @@ std::vector<WorldLevel> WalkLevels() {
 
 class RandomWalk : public TestHome, public testing::WithParamInterface<std::tuple<int, Backup>> {
   protected:
+    void SetUp() override { user.MayAnswer("wave files of the TRLE folder", "no"); }
     RandomWalk()
         : world(drive), levels(WalkLevels()), random(static_cast<unsigned>(std::get<0>(GetParam()))) {
         const Backup backup = std::get<1>(GetParam());

@@ -6,7 +6,8 @@
 #include "core/profile.h"
 #include "support/swap_home.h"
 #include "swap/install.h"
-#include "swap/journal.h"
+#include "swap/swap_record.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::swap {
 namespace {
@@ -34,9 +35,10 @@ TEST_F(Removal, WithoutAMarkerStashesForLevelZero) {
     test::MakeFile(trle / "savegame.0", "save");
     test::MakeFile(trle / "shot1.jpg", "shot");
     test::MakeFile(trle / "note1.txt", "note");
-    test::MakeFile(StashPath(0) / "savegame.7", "stale");
+    test::MakeFile(StashPath(0) / "savegame.7", "old");
     EXPECT_EQ(RemovePreviousLevel(1), 0);
-    EXPECT_THAT(NamesIn(StashPath(0)), ElementsAre("note1.txt", "savegame.0", "shot1.jpg"));
+    // Nobody knows where else the old save could be.
+    EXPECT_THAT(NamesIn(StashPath(0)), ElementsAre("note1.txt", "savegame.0", "savegame.7", "shot1.jpg"));
     EXPECT_THAT(NamesIn(trle), Not(Contains("savegame.0")));
     EXPECT_THAT(NamesIn(trle), Not(Contains("shot1.jpg")));
     EXPECT_THAT(NamesIn(trle), Not(Contains("note1.txt")));
@@ -94,11 +96,12 @@ TEST_F(Removal, WithACompactBackupLosesAnOverwrittenWave) {
     InstallOne();
     EXPECT_EQ(RemovePreviousLevel(2), 1);
     EXPECT_FALSE(test::Exists(trle / "audio" / "045.wav"));
-    EXPECT_THAT(user.Told(), IsEmpty());
+    EXPECT_EQ(test::BytesOf(home / "kept_files" / "audio" / "045.wav"), "original audio/045.wav");
 }
 
 TEST_F(Removal, TellsAMissingLevelFolderAndLeavesAll) {
     InstallOne();
+    user.Forget();
     fs::remove_all(LevelPath(1));
     EXPECT_EQ(RemovePreviousLevel(2), 1);
     EXPECT_THAT(
@@ -117,9 +120,12 @@ TEST_F(Removal, TellsADamagedMarkerAndDeletesIt) {
     EXPECT_EQ(RemovePreviousLevel(2), -1);
     EXPECT_THAT(user.Told(),
                 ElementsAre("critical: Configuration file \"C:\\trle\\Kelvash.txt\" is damaged\r\nIt will "
-                            "not be possible recover correctly old level data"));
+                            "not be possible recover correctly old level data",
+                            "exclamation: Savegames, screenshots and notes of previous level have been saved "
+                            "in: C:\\Kelvash\\rescued_saves_1"));
     EXPECT_FALSE(test::Exists(trle / "Kelvash.txt"));
-    EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "save");
+    EXPECT_EQ(test::BytesOf(home / "rescued_saves_1" / "savegame.0"), "save");
+    EXPECT_FALSE(test::Exists(trle / "savegame.0"));
 }
 
 TEST_F(Removal, TakesAnEmptyMarkerAwayWithoutAWord) {
@@ -158,7 +164,7 @@ TEST_F(Removal, StopsAtTheFirstFileThatCannotBeDeleted) {
     test::MakeFile(trle / "a.dat", "a");
     test::MakeFile(trle / "b.dat", "b");
     EXPECT_EQ(RemovePreviousLevel(2), 0);
-    EXPECT_THAT(user.Told(), ElementsAre("critical: I cann't delete file: C:\\trle\\data"));
+    EXPECT_THAT(user.Told().front(), "critical: I cann't delete file: C:\\trle\\data");
     EXPECT_FALSE(test::Exists(trle / "a.dat"));
     EXPECT_TRUE(test::Exists(trle / "b.dat"));
     EXPECT_TRUE(test::Exists(trle / "Kelvash.txt"));
@@ -234,34 +240,49 @@ TEST_F(Removal, KeepsTheStashOfLevelZeroThatNothingElseHolds) {
     EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "original save");
 }
 
-TEST_F(Removal, MergesIntoAStashThatTheJournalProtects) {
-    InstallOne();
-    ASSERT_TRUE(WriteJournal({1, {}, {}}));
-    test::MakeFile(StashPath(1) / "savegame.0", "already stashed");
-    test::MakeFile(trle / "savegame.1", "still in the root");
-    EXPECT_EQ(RemovePreviousLevel(2), 1);
-    EXPECT_THAT(NamesIn(StashPath(1)), ElementsAre("savegame.0", "savegame.1"));
+// A record as a killed program leaves it.
+SwapRecord HalfOut() {
+    SwapRecord record = ReadSwapRecord().Record;
+    record.Step = SwapStep::Leaving;
+    record.Saves.clear();
+    return record;
 }
 
-TEST_F(Removal, UsesTheJournalsListsForAnInstallCutShort) {
+TEST_F(Removal, MergesIntoAStashThatTheRecordProtects) {
+    InstallOne();
+    ASSERT_TRUE(WriteSwapRecord(HalfOut()));
+    test::MakeFile(StashPath(1) / "savegame.0", "already stashed");
+    test::MakeFile(trle / "savegame.1", "still in the root");
+    EXPECT_EQ(RemovePreviousLevel(2), 0); // it was taken out first, so nothing was in any more
+    EXPECT_THAT(NamesIn(StashPath(1)), ElementsAre("savegame.0", "savegame.1"));
+    EXPECT_FALSE(test::Exists(trle / "data" / "city.tr4"));
+}
+
+TEST_F(Removal, UsesTheRecordsListsForAnInstallCutShort) {
+    SwapRecord record;
+    record.Step = SwapStep::Entering;
+    record.Owner = OwnerOf(1);
+    record.Copied = {{"\\script.dat", StampOf("C:\\Levels\\LEVEL_0001\\FILES\\script.dat")},
+                     {"\\data\\city.tr4", StampOf("C:\\Levels\\LEVEL_0001\\FILES\\city.tr4")}};
+    record.Overwritten = {{"\\script.dat", StampOf("C:\\trle\\script.dat")}};
+    ASSERT_TRUE(WriteSwapRecord(record));
     test::MakeFile(trle / "Kelvash.txt", "#LEVEL_CODE=0001#\r\n#LEVEL_NAME=City#\r\n");
-    test::MakeFile(trle / "data" / "city.tr4", "CITY");
-    test::MakeFile(trle / "script.dat", "city script");
-    ASSERT_TRUE(WriteJournal({1, {"\\script.dat"}, {"\\script.dat", "\\data\\city.tr4"}}));
-    EXPECT_EQ(RemovePreviousLevel(2), 1);
+    for (const char* name : {"city.tr4", "script.dat"})
+        fs::copy_file(LevelPath(1) / "FILES" / name, trle / (name[0] == 'c' ? "data/city.tr4" : "script.dat"),
+                      fs::copy_options::overwrite_existing);
+    EXPECT_EQ(RemovePreviousLevel(2), 0);
     EXPECT_FALSE(test::Exists(trle / "data" / "city.tr4"));
     EXPECT_EQ(test::BytesOf(trle / "script.dat"), test::BytesOf(backup / "script.dat"));
 }
 
-TEST_F(Removal, IgnoresTheJournalOfAnotherTrleFolder) {
+TEST_F(Removal, HasARecordForEachTrleFolder) {
     InstallOne();
     core::profile.TrleFolder = "C:\\other";
-    ASSERT_TRUE(WriteJournal({1, {}, {}}));
+    EXPECT_EQ(ReadSwapRecord().State, RecordState::None);
+    ASSERT_TRUE(WriteSwapRecord(SwapRecord()));
     core::profile.TrleFolder = "C:\\trle";
-    EXPECT_FALSE(ReadJournal().has_value());
-    test::MakeFile(StashPath(1) / "savegame.0", "stale");
+    EXPECT_EQ(ReadSwapRecord().Record.Step, SwapStep::In);
     EXPECT_EQ(RemovePreviousLevel(2), 1);
-    EXPECT_THAT(NamesIn(StashPath(1)), IsEmpty());
 }
 
 } // namespace

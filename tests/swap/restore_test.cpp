@@ -5,7 +5,7 @@
 #include "core/profile.h"
 #include "support/swap_home.h"
 #include "swap/install.h"
-#include "swap/marker.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::swap {
 namespace {
@@ -13,6 +13,7 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
@@ -49,7 +50,7 @@ TEST_F(Restore, FullDeletesWhatTheUserPutIntoTheRoot) {
     test::MakeFile(trle / "Tool.EXE", "");
     test::MakeFile(trle / "uninst.isu", "");
     test::MakeFile(trle / "Game.lnk", "");
-    FullRestore(bar, false);
+    EXPECT_TRUE(FullRestore(bar, false));
     EXPECT_FALSE(test::Exists(trle / "stray.dat"));
     EXPECT_FALSE(test::Exists(trle / "data" / "stray.tr4"));
     EXPECT_FALSE(test::Exists(trle / "data" / "stray.pak"));
@@ -58,7 +59,11 @@ TEST_F(Restore, FullDeletesWhatTheUserPutIntoTheRoot) {
     EXPECT_TRUE(test::Exists(trle / "uninst.isu"));
     EXPECT_TRUE(test::Exists(trle / "Game.lnk"));
     EXPECT_EQ(test::BytesOf(trle / "script.dat"), test::BytesOf(backup / "script.dat"));
-    EXPECT_THAT(user.Told(), ElementsAre("plain: Restored original Tomb Raider Level Editor configuration"));
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre(StartsWith("exclamation: Files of the TRLE folder that the backup doesn't hold made "
+                               "way: 3.\r\nThey have been kept in: C:\\Kelvash\\kept_files\\"),
+                    "plain: Restored original Tomb Raider Level Editor configuration"));
 }
 
 TEST_F(Restore, FullTellsItsSteps) {
@@ -75,6 +80,7 @@ TEST_F(Restore, FullBringsTheFourFoldersBack) {
     fs::remove(trle / "audio" / "007.wav");
     test::MakeFile(trle / "audio" / "900.wav", "stray");
     test::MakeFile(trle / "script" / "stray.txt", "stray");
+    user.WillAnswer("1 wave files", "no");
     FullRestore(bar, false);
     EXPECT_TRUE(test::Exists(trle / "audio" / "007.wav"));
     EXPECT_FALSE(test::Exists(trle / "audio" / "900.wav"));
@@ -91,9 +97,9 @@ TEST_F(Restore, FullWithACompactBackupLeavesTheFourFolders) {
 }
 
 TEST_F(Restore, FullTellsAFolderThatCannotBeRestored) {
-    fs::remove_all(trle / "audio");
-    test::MakeFile(trle / "audio", "a file in the way");
-    FullRestore(bar, false);
+    fs::remove(trle / "audio" / "000.wav");
+    fs::create_directory(trle / "audio" / "000.wav");
+    EXPECT_FALSE(FullRestore(bar, false));
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error, restoring folder: \\audio",
                                          "plain: Restored original Tomb Raider Level Editor configuration"));
     EXPECT_TRUE(test::Exists(trle / "script.dat"));

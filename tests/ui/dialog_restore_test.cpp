@@ -6,7 +6,7 @@
 #include "support/swap_home.h"
 #include "support/ui_home.h"
 #include "swap/install.h"
-#include "swap/marker.h"
+#include "swap/trle_state.h"
 
 namespace kelvash::test {
 namespace {

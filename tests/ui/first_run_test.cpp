@@ -11,7 +11,7 @@
 #include "core/start_up.h"
 #include "support/trle_sandbox.h"
 #include "support/ui_home.h"
-#include "swap/marker.h"
+#include "swap/trle_state.h"
 #include "ui/Dialog_Splash.h"
 #include "ui/Principale.h"
 #include "ui/shipped_files.h"

@@ -6,7 +6,7 @@
 #include "companion/game.h"
 #include "foundation/files.h"
 #include "swap/install.h"
-#include "swap/marker.h"
+#include "swap/trle_state.h"
 #include "ui/principale_home.h"
 
 namespace kelvash::test {

@@ -147,6 +147,11 @@ bool FlushDrive(const NativeFile& folder) {
     return open_folder.fd >= 0 && ::syncfs(open_folder.fd) == 0;
 }
 
+bool FlushFile(const NativeFile& file) {
+    const Descriptor open_file(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    return open_file.fd >= 0 && ::fdatasync(open_file.fd) == 0;
+}
+
 std::int64_t TreeBytes(const NativeFile& folder, const NameCounts& counts) {
     return BytesBelow(AT_FDCWD, folder.c_str(), 0, counts);
 }

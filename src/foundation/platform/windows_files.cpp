@@ -81,6 +81,15 @@ bool FlushDrive(const NativeFile&) {
     return true;
 }
 
+bool FlushFile(const NativeFile& file) {
+    const HANDLE handle = CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) return false;
+    const bool flushed = FlushFileBuffers(handle) != 0;
+    CloseHandle(handle);
+    return flushed;
+}
+
 std::int64_t TreeBytes(const NativeFile& folder, const NameCounts& counts) {
     namespace fs = std::filesystem;
     std::int64_t bytes = 0;

@@ -1,0 +1,130 @@
+#include "swap/kept_files.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "core/profile.h"
+#include "core/start_up.h"
+#include "foundation/date_text.h"
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+
+namespace kelvash::swap {
+
+namespace {
+
+std::string KeptRoot() {
+    return AppFolder() + LoadMessage(MessageId::kKeptFolder, {});
+}
+
+std::string WaveFolder() {
+    return KeptRoot() + LoadMessage(MessageId::kKeptAudioFolder, {});
+}
+
+bool IsWave(const std::string& target) {
+    return EqualNoCase(FolderOf(target), LoadMessage(MessageId::kKeptAudioFolder, {}));
+}
+
+bool IsRewrittenByGame(const std::string& target) {
+    const std::vector<std::string> names = Split(LoadMessage(MessageId::kRootFileNames, {}), '|');
+    return FolderOf(target).empty() && std::any_of(names.begin(), names.end(), [&](const std::string& name) {
+               return EqualNoCase(name, FileNameOf(target));
+           });
+}
+
+// A folder for this operation; a second one within the same second gets a number.
+std::string DatedFolder() {
+    const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
+    const std::string folder =
+        KeptRoot() + "\\" +
+        FormatDate(LoadMessage(MessageId::kKeptDatePattern, {}), now.time_since_epoch().count());
+    std::string free = folder;
+    for (int n = 2; FolderExists(free); ++n)
+        free = folder + "_" + std::to_string(n);
+    return free;
+}
+
+bool MakeFolders(const std::string& folder) {
+    return FolderExists(folder) || (MakeFolders(FolderOf(folder)) && CreateFolder(folder));
+}
+
+// Where a file goes; a wave that is kept already in another version goes with the others.
+std::string PlaceFor(const std::string& target, KeptFiles& kept) {
+    const std::string wave = KeptRoot() + target;
+    if (IsWave(target) && (!FileExists(wave) || HoldSameBytes(wave, core::TrleFolder() + target)))
+        return wave;
+    if (kept.Folder.empty() || kept.Folder == WaveFolder()) kept.Folder = DatedFolder();
+    return kept.Folder + target;
+}
+
+// Moves a file, to another drive too; the bytes are on the disk before the source goes.
+bool MoveAside(const std::string& from, const std::string& to) {
+    if (!MakeFolders(FolderOf(to))) return false;
+    if (RenameFile(from, to)) return true;
+    return CopyFileWhole(from, to) && FlushFile(to) && DeleteFile(from);
+}
+
+} // namespace
+
+bool IsHeldElsewhere(const std::string& target) {
+    return IsRewrittenByGame(target) || EqualNoCase(target, LoadMessage(MessageId::kMarkerName, {})) ||
+           IsStill(core::TrleFolder() + target, StampOf(core::BackupFolder() + target)) ||
+           HoldSameBytes(core::BackupFolder() + target, core::TrleFolder() + target);
+}
+
+bool KeepFile(const std::string& target, KeptFiles& kept, std::string& place) {
+    place.clear();
+    const std::string file = core::TrleFolder() + target;
+    if (!FileExists(file) || IsHeldElsewhere(target)) return true;
+    const std::string to = PlaceFor(target, kept);
+    if (!MoveAside(file, to)) return false;
+    if (kept.Folder.empty()) kept.Folder = WaveFolder();
+    ++kept.Count;
+    place = to;
+    return true;
+}
+
+bool KeepFile(const std::string& target, KeptFiles& kept) {
+    std::string place;
+    return KeepFile(target, kept, place);
+}
+
+void TellKept(const KeptFiles& kept) {
+    if (kept.Count > 0)
+        ShowMessage(
+            MessageStyle::Exclamation,
+            LoadMessage(MessageId::kFilesKept, {std::to_string(kept.Count), kLineBreak}) + kept.Folder);
+}
+
+std::vector<std::string> MissingKeptWaves() {
+    std::vector<std::string> missing;
+    const std::string audio = core::TrleFolder() + LoadMessage(MessageId::kKeptAudioFolder, {});
+    for (const std::string& wave : ListFiles(WaveFolder(), LoadMessage(MessageId::kKeptWaveMask, {})))
+        if (!FileExists(audio + "\\" + FileNameOf(wave))) missing.push_back(FileNameOf(wave));
+    return missing;
+}
+
+bool OfferKeptWaves() {
+    const std::string audio = core::TrleFolder() + LoadMessage(MessageId::kKeptAudioFolder, {});
+    const std::vector<std::string> missing = MissingKeptWaves();
+    if (missing.empty() || !FolderExists(core::TrleFolder())) return false;
+    if (!AskYesNo(MessageStyle::Question,
+                  LoadMessage(MessageId::kBringWavesBack,
+                              {std::to_string(missing.size()), WaveFolder(), kLineBreak})))
+        return false;
+    CreateFolder(audio);
+    bool any = false;
+    for (const std::string& name : missing) {
+        if (MoveAside(WaveFolder() + "\\" + name, audio + "\\" + name))
+            any = true;
+        else
+            TellCritical(LoadMessage(MessageId::kCannotBringWaveBack, {}) + name);
+    }
+    return any;
+}
+
+} // namespace kelvash::swap

@@ -1,0 +1,149 @@
+#include "swap/trle_state.h"
+
+#include <algorithm>
+
+#include "core/archive.h"
+#include "core/profile.h"
+#include "core/tr4_info.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "swap/marker.h"
+
+namespace kelvash::swap {
+
+namespace {
+
+bool IsLevelFile(const RecordedFile& file) {
+    return EndsWithNoCase(file.Target, LoadMessage(MessageId::kRecordTr4Extension, {}));
+}
+
+bool LevelFilesStand(const SwapRecord& record) {
+    const auto& files = record.Copied;
+    return std::any_of(files.begin(), files.end(), IsLevelFile) &&
+           std::all_of(files.begin(), files.end(), [](const RecordedFile& file) {
+               return !IsLevelFile(file) || IsStill(core::TrleFolder() + file.Target, file.Stamp);
+           });
+}
+
+bool StillHolds(const SwapRecord& record) {
+    return !FolderExists(core::TrleFolder()) ||
+           (!record.MarkerHash.empty() && HashOfBytes(ReadMarkerBytes()) == record.MarkerHash) ||
+           LevelFilesStand(record);
+}
+
+// True if the .tr4 files of a level, as its tr4.inf lists them, are those in TRLE.
+bool HasItsTr4s(std::int32_t code) {
+    const std::string bytes =
+        ReadWholeFile(core::LevelFolder(code, false) + LoadMessage(MessageId::kRecordTr4Info, {}));
+    const std::vector<core::Tr4Info> list = core::DecodeTr4Info(bytes);
+    const std::string data = core::TrleFolder() + LoadMessage(MessageId::kMarkerDataFolder, {});
+    return !list.empty() && std::all_of(list.begin(), list.end(), [&](const core::Tr4Info& info) {
+        const std::string name(Trim(info.FileName));
+        return StaysInside("\\" + name) && FileExists(data + "\\" + name) &&
+               FileSize(data + "\\" + name) == info.FileSize;
+    });
+}
+
+bool IsMarkersLevel(std::int32_t code, const std::string& marker) {
+    if (core::LevelIndex(code) < 0) return false;
+    const std::string name = MarkerField(LoadMessage(MessageId::kMarkerLevelName, {}), marker);
+    return (!name.empty() && EqualNoCase(name, MarkerName(core::LevelByCode(code).Name))) || HasItsTr4s(code);
+}
+
+std::vector<RecordedFile> ListedFiles(MessageId tag, const std::string& marker) {
+    std::vector<RecordedFile> files;
+    for (const std::string& target : CleanMarkerList(LoadMessage(tag, {}), marker))
+        files.push_back({target});
+    return files;
+}
+
+void TakeMarker(TrleState& state) {
+    state.Record = {};
+    state.Record.Copied = ListedFiles(MessageId::kMarkerCopied, state.MarkerText);
+    state.Record.Overwritten = ListedFiles(MessageId::kMarkerOverwritten, state.MarkerText);
+    state.Content = Holds::Unknown;
+    const std::string value = MarkerField(LoadMessage(MessageId::kMarkerLevelCode, {}), state.MarkerText);
+    const std::int32_t code = LeadingNumber(value);
+    if (value.empty() || (code != 0 && !IsMarkersLevel(code, state.MarkerText))) return;
+    state.Content = Holds::Level;
+    state.Code = code;
+    state.Record.Owner = OwnerOf(code);
+    state.OwnerFolder = FindOwnerFolder(state.Record.Owner);
+}
+
+void TakeRecord(SwapRecord record, TrleState& state) {
+    state.FromRecord = true;
+    state.Content = record.Step == SwapStep::In         ? Holds::Level
+                    : record.Step == SwapStep::Original ? Holds::Original
+                                                        : Holds::CutShort;
+    state.OwnerFolder = FindOwnerFolder(record.Owner);
+    // A folder that is missing is still the owner's; one that holds another level isn't.
+    if (!state.OwnerFolder.empty() || !FolderExists(record.Owner.Folder))
+        state.Code = CodeOfFolder(state.OwnerFolder.empty() ? record.Owner.Folder : state.OwnerFolder);
+    state.Record = std::move(record);
+}
+
+} // namespace
+
+TrleState LookAtTrle() {
+    TrleState state;
+    state.MarkerStands = FileExists(MarkerPath());
+    state.MarkerText = ReadMarker();
+    FoundRecord found = ReadSwapRecord();
+    const SwapStep step = found.Record.Step;
+    const bool good = found.State == RecordState::Good;
+    if (good &&
+        (step == SwapStep::Original ? !state.MarkerStands : step != SwapStep::In || StillHolds(found.Record)))
+        TakeRecord(std::move(found.Record), state);
+    else if (state.MarkerStands)
+        TakeMarker(state);
+    else if (found.State != RecordState::None)
+        state.Content = Holds::Unknown;
+    return state;
+}
+
+std::int32_t CurrentLevelCode() {
+    const TrleState state = LookAtTrle();
+    if (state.Content == Holds::Level) return state.Code;
+    if (state.Content == Holds::CutShort) return kNoLevel;
+    const std::int32_t marked =
+        LeadingNumber(MarkerField(LoadMessage(MessageId::kMarkerLevelCode, {}), state.MarkerText));
+    if (state.Content == Holds::Original || marked == 0) return 0;
+    return core::LevelIndex(marked) >= 0 ? kNoLevel : marked;
+}
+
+bool IsInTrle(std::int32_t code) {
+    const TrleState state = LookAtTrle();
+    return state.Code == code && (state.Content == Holds::Level || state.Content == Holds::CutShort);
+}
+
+bool LevelIsWhole() {
+    const FoundRecord found = ReadSwapRecord();
+    const auto& files = found.Record.Copied;
+    return found.State == RecordState::Good && found.Record.Step == SwapStep::In &&
+           std::all_of(files.begin(), files.end(),
+                       [](const RecordedFile& file) { return file.Stamp.Size >= 0; });
+}
+
+bool AddToRecord(const std::vector<std::string>& targets) {
+    TrleState state = LookAtTrle();
+    if (state.Content != Holds::Level || !state.FromRecord) return false;
+    for (const std::string& target : targets)
+        if (StaysInside(target))
+            state.Record.Copied.push_back({target, StampOf(core::TrleFolder() + target)});
+    return WriteSwapRecord(state.Record);
+}
+
+void CompleteHashes() {
+    TrleState state = LookAtTrle();
+    if (state.Content != Holds::Level || !state.FromRecord) return;
+    for (RecordedFile& file : state.Record.Copied) {
+        const std::string path = core::TrleFolder() + file.Target;
+        if (file.Stamp.Hash.empty() && IsStill(path, file.Stamp)) file.Stamp.Hash = HashOfFile(path);
+    }
+    static_cast<void>(WriteSwapRecord(state.Record)); // size and date hold until then
+}
+
+} // namespace kelvash::swap
