@@ -98,7 +98,7 @@ SwapRecord PlannedRecord(std::int32_t code, const InstallPlan& plan, const std::
 // What an earlier level couldn't take along leaves with this one.
 void AddLeftovers(SwapRecord& record) {
     const FoundRecord found = ReadSwapRecord();
-    if (found.State != RecordState::Good || found.Record.Step == SwapStep::Original) return;
+    if (found.State != RecordState::Good) return;
     const auto add = [](const std::vector<RecordedFile>& files, std::vector<RecordedFile>& left) {
         left.insert(left.end(), files.begin(), files.end());
     };
@@ -162,6 +162,8 @@ bool BringSavesBack(SwapRecord& record) {
 bool GiveBackOriginal() {
     SwapRecord record;
     record.Owner = OwnerOf(0);
+    if (const FoundRecord found = ReadSwapRecord(); found.Record.Step == SwapStep::Original)
+        record.LeftOverwritten = found.Record.LeftOverwritten;
     if (!WriteSwapRecord(record)) return false;
     const bool all_back = BringSavesBack(record);
     return !all_back || FileExists(MarkerPath()) || WriteSwapRecord(record);

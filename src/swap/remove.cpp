@@ -1,5 +1,7 @@
 #include "swap/remove.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 
 #include "core/archive.h"
@@ -54,10 +56,12 @@ std::optional<std::int32_t> PutSavesAway(TrleState& state, bool knows_stash) {
     return std::nullopt;
 }
 
-// From here on the original configuration is in, and the saves of level 0000 are in its stash.
-bool NoteOriginal() {
+// From here on the original configuration is in, but for files that are still to come back, and the saves of
+// level 0000 are in its stash.
+bool NoteOriginal(std::vector<RecordedFile> missing = {}) {
     SwapRecord record;
     record.Owner = OwnerOf(0);
+    record.LeftOverwritten = std::move(missing);
     return WriteSwapRecord(record);
 }
 
@@ -80,14 +84,21 @@ void DeletePartialFiles(const SwapRecord& record) {
     }
 }
 
-// False after a message if a file couldn't be deleted.
+// While the record is at Leaving no marker counts; one that stays behind must not count afterwards.
+bool DeleteMarker() {
+    if (!FileExists(MarkerPath()) || DeleteFile(MarkerPath())) return true;
+    TellCritical(LoadMessage(MessageId::kCannotDeleteMarker, {}) + MarkerPath());
+    return false;
+}
+
+// False after a message if a file couldn't be deleted, or the record can't be written.
 bool TakeFilesOut(const SwapRecord& record) {
     KeptFiles kept;
     DeletePartialFiles(record);
-    const bool deleted = DeleteCopied(record, kept);
-    if (deleted) RestoreOverwritten(record, !BackupIsValid(), kept);
+    const bool noted = DeleteCopied(record, kept) && DeleteMarker() &&
+                       NoteOriginal(RestoreOverwritten(record, !BackupIsValid(), kept));
     TellKept(kept);
-    return deleted;
+    return noted;
 }
 
 // The saves go home in any case; without a backup the level leaves only if nothing is lost by it.
@@ -103,9 +114,7 @@ bool MayLeave(TrleState& state) {
 std::int32_t TakeOut(TrleState& state) {
     if (state.Code != 0 && !MayLeave(state)) return kRemovalRefused;
     if (const auto failure = PutSavesAway(state, state.FromRecord || state.Code == 0)) return *failure;
-    if (state.Code != 0 && !TakeFilesOut(state.Record)) return 0;
-    if (!NoteOriginal()) return kRemovalRefused;
-    DeleteFile(MarkerPath());
+    if (!(state.Code == 0 ? DeleteMarker() && NoteOriginal() : TakeFilesOut(state.Record))) return 0;
     return state.Code;
 }
 
@@ -123,8 +132,7 @@ std::int32_t RemoveUnknown(TrleState& state, std::int32_t wanted) {
         if (!state.MarkerText.empty())
             TellCritical(LoadMessage(MessageId::kMarkerDamaged, {"\"" + MarkerPath() + "\"", kLineBreak}));
         if (const auto failure = PutSavesAway(state, false)) return *failure;
-        if (!NoteOriginal()) return kRemovalRefused;
-        DeleteFile(MarkerPath());
+        if (!DeleteMarker() || !NoteOriginal()) return kRemovalRefused;
         return state.MarkerStands ? kNoLevel : 0;
     }
     const std::int32_t code = LeadingNumber(value);
@@ -143,26 +151,49 @@ std::int32_t RemoveLevelFound(TrleState& state, std::int32_t code) {
     return TakeOut(state);
 }
 
+// Originals that a full disk or a locked folder kept away at the last removal. Those whose place a level
+// holds wait for its end.
+CutShort BringMissingBack(SwapRecord record) {
+    SwapRecord missing;
+    missing.LeftOverwritten = std::move(record.LeftOverwritten);
+    const bool is_in = record.Step == SwapStep::In;
+    record.LeftOverwritten.clear();
+    if (is_in) {
+        const auto waits = [](const RecordedFile& file) {
+            return FileExists(core::TrleFolder() + file.Target);
+        };
+        std::copy_if(missing.LeftOverwritten.begin(), missing.LeftOverwritten.end(),
+                     std::back_inserter(record.LeftOverwritten), waits);
+        std::erase_if(missing.LeftOverwritten, waits);
+    }
+    KeptFiles kept;
+    const std::vector<RecordedFile> still = RestoreOverwritten(missing, false, kept);
+    record.LeftOverwritten.insert(record.LeftOverwritten.end(), still.begin(), still.end());
+    TellKept(kept);
+    if (!WriteSwapRecord(record)) return CutShort::Refused;
+    return is_in || still.empty() ? CutShort::Ended : CutShort::FilesLeft;
+}
+
 } // namespace
 
 bool IsCutShort() {
     const FoundRecord found = ReadSwapRecord();
-    return found.State == RecordState::Good && found.Record.Step != SwapStep::In &&
-           found.Record.Step != SwapStep::Original;
+    const SwapStep step = found.Record.Step;
+    return found.State == RecordState::Good && step != SwapStep::In &&
+           (step != SwapStep::Original || !found.Record.LeftOverwritten.empty());
 }
 
 CutShort EndCutShort() {
-    if (!IsCutShort()) return CutShort::Ended;
-    if (!FolderExists(core::TrleFolder())) return CutShort::Refused;
+    if (!FolderExists(core::TrleFolder())) return IsCutShort() ? CutShort::Refused : CutShort::Ended;
     TrleState state = LookAtTrle();
+    if (state.Content != Holds::CutShort)
+        return state.Record.LeftOverwritten.empty() ? CutShort::Ended : BringMissingBack(state.Record);
     if (state.Record.Step == SwapStep::Restoring) {
         EndFullRestore();
     } else {
         if (const auto failure = PutSavesAway(state, true))
             return *failure == 0 ? CutShort::FilesLeft : CutShort::Refused;
         if (!TakeFilesOut(state.Record)) return CutShort::FilesLeft;
-        if (!NoteOriginal()) return CutShort::Refused;
-        DeleteFile(MarkerPath());
     }
     ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kCutShortEnded, {}));
     return CutShort::Ended;

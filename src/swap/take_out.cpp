@@ -57,16 +57,19 @@ bool DeleteOne(const RecordedFile& copied, const Originals& originals, KeptFiles
     return false;
 }
 
-void RestoreOne(const RecordedFile& original, bool is_ours, bool from_kept, KeptFiles& kept) {
+// False if the original is still to come back.
+bool RestoreOne(const RecordedFile& original, bool is_ours, bool from_kept, KeptFiles& kept) {
     const std::string file = TrleFolder() + original.Target;
-    const std::string backup = BackupFolder() + original.Target;
-    if (!is_ours && (IsStill(file, original.Stamp) || !KeepFile(original.Target, kept))) return;
-    if (from_kept && !FileExists(backup)) {
-        if (!original.Kept.empty()) CopyFile(original.Kept, file);
-    } else {
-        CopyFile(backup, file);
+    std::string source = BackupFolder() + original.Target;
+    if (!is_ours && (IsStill(file, original.Stamp) || !KeepFile(original.Target, kept))) return true;
+    if (from_kept && !FileExists(source)) source = original.Kept;
+    if (!FileExists(source)) {
+        DeleteFile(file);
+        return true;
     }
+    const bool copied = CopyFileWhole(source, file);
     ClearReadOnly(file);
+    return copied;
 }
 
 } // namespace
@@ -86,9 +89,10 @@ bool DeleteCopied(const SwapRecord& record, KeptFiles& kept) {
     return true;
 }
 
-void RestoreOverwritten(const SwapRecord& record, bool from_kept, KeptFiles& kept) {
+std::vector<RecordedFile> RestoreOverwritten(const SwapRecord& record, bool from_kept, KeptFiles& kept) {
+    std::vector<RecordedFile> missing;
     const std::vector<RecordedFile> overwritten = Joined(record.Overwritten, record.LeftOverwritten);
-    if (overwritten.empty()) return;
+    if (overwritten.empty()) return missing;
     const std::vector<RecordedFile> copied = Joined(record.Copied, record.LeftCopied);
     std::unordered_map<std::string, std::vector<const RecordedFile*>> ours;
     for (const RecordedFile& file : copied)
@@ -103,10 +107,11 @@ void RestoreOverwritten(const SwapRecord& record, bool from_kept, KeptFiles& kep
                 std::any_of(twins->second.begin(), twins->second.end(), [](const RecordedFile* file) {
                     return IsStill(TrleFolder() + file->Target, file->Stamp);
                 });
-            RestoreOne(original, is_ours, from_kept, kept);
+            if (!RestoreOne(original, is_ours, from_kept, kept)) missing.push_back(original);
         }
         ProgressPercent(progress.bar, ++done, static_cast<double>(overwritten.size()));
     }
+    return missing;
 }
 
 bool CanRestoreAll(const SwapRecord& record, bool stamped) {

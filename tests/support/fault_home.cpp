@@ -82,6 +82,7 @@ FaultHome::FaultHome()
     home = world.home;
     fs::create_directories(home);
     MapDrives();
+    user.MayAnswer("wave files of the TRLE folder", "yes"); // a compact backup can't bring them back
 }
 
 FaultHome::~FaultHome() {
