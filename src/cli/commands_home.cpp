@@ -95,7 +95,8 @@ Result Status(Session& session) {
                      {"archive", ArchivePath()},
                      {"levels", core::archive.Header.LevelCount},
                      {"installed", swap::CurrentLevelCode()},
-                     {"fullBackup", core::profile.FullBackup}};
+                     {"fullBackup", core::profile.FullBackup},
+                     {"backupValid", swap::StateOfBackup() == swap::BackupState::Valid}};
     core::AskSaveArchive();
     return result;
 }
