@@ -19,13 +19,13 @@ namespace {
 
 using CommandFunction = Result (*)(Session&);
 
-constexpr std::array<std::pair<std::string_view, CommandFunction>, 22> kCommands = {{
+constexpr std::array<std::pair<std::string_view, CommandFunction>, 23> kCommands = {{
     {"init", Init},       {"status", Status},  {"profile", Profile}, {"new", New},
     {"load", Load},       {"save", Save},      {"save-as", SaveAs},  {"levels", Levels},
     {"install", Install}, {"play", Play},      {"restore", Restore}, {"demo", Demo},
     {"add", Add},         {"level", LevelSet}, {"export", Export},   {"config", Config},
     {"remove", Remove},   {"sizes", Sizes},    {"equal", Equal},     {"recover", Recover},
-    {"move", Move},       {"prefs", Prefs},
+    {"move", Move},       {"prefs", Prefs},    {"kept", Kept},
 }};
 
 } // namespace

@@ -23,6 +23,7 @@ struct Options {
     bool first_run = false;      // of the demo: leave the first start to the user
     std::string code;
     std::string restore_kind; // "fast" or "full"
+    std::string kept_folder;  // of 'kept take'; empty: the list is wanted
     std::string field;        // empty: all fields
     std::optional<std::string> value;
     std::vector<std::string> sources;
