@@ -77,8 +77,8 @@ Result Move(Session& session) {
 Result Kept(Session& session) {
     Result result;
     result.ok = StartUpWithArchive(session, {});
-    if (result.ok && !session.options.kept_folder.empty()) {
-        const std::int32_t code = core::TakeKept(session.options.kept_folder);
+    if (result.ok && session.options.kept_folder) {
+        const std::int32_t code = core::TakeKept(*session.options.kept_folder);
         result.ok = code >= 0;
         result.fields["code"] = code >= 0 ? nlohmann::ordered_json(code) : nlohmann::ordered_json();
     }

@@ -180,6 +180,7 @@ TEST_F(IntakeCommands, AFolderThatNoRecordNamesIsKeptAndTakenBack) {
     const CliRun again = Json({"kept", "take", folder});
     EXPECT_EQ(again.status, 1);
     EXPECT_EQ(again.lines.back(), R"({"event":"result","ok":false,"code":null,"kept":[]})");
+    EXPECT_EQ(Json({"kept", "take", ""}).status, 1);
     EXPECT_EQ(Json({"kept", "take"}).status, 2);
     EXPECT_EQ(Json({"kept", "drop"}).status, 2);
 }
