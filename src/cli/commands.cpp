@@ -20,13 +20,13 @@ namespace {
 
 using CommandFunction = Result (*)(Session&);
 
-constexpr std::array<std::pair<std::string_view, CommandFunction>, 23> kCommands = {{
+constexpr std::array<std::pair<std::string_view, CommandFunction>, 24> kCommands = {{
     {"init", Init},       {"status", Status},  {"profile", Profile}, {"new", New},
     {"load", Load},       {"save", Save},      {"save-as", SaveAs},  {"levels", Levels},
     {"install", Install}, {"play", Play},      {"restore", Restore}, {"demo", Demo},
     {"add", Add},         {"level", LevelSet}, {"export", Export},   {"config", Config},
     {"remove", Remove},   {"sizes", Sizes},    {"equal", Equal},     {"recover", Recover},
-    {"move", Move},       {"prefs", Prefs},    {"saves", Saves},
+    {"move", Move},       {"prefs", Prefs},    {"saves", Saves},    {"kept", Kept},
 }};
 
 } // namespace

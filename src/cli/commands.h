@@ -39,6 +39,7 @@ Result Sizes(Session& session);
 Result Equal(Session& session);
 Result Recover(Session& session);
 Result Move(Session& session);
+Result Kept(Session& session);
 Result Prefs(Session& session);
 // commands_saves.cpp
 Result Saves(Session& session);

@@ -106,7 +106,7 @@ Result Status(Session& session) {
                      {"installed", InstalledCode()},
                      {"owner", state.OwnerFolder},
                      {"fullBackup", core::profile.FullBackup},
-                     {"backupValid", swap::BackupIsValid()}};
+                     {"backupValid", swap::StateOfBackup() == swap::BackupState::Valid}};
     if (cut_short.empty())
         result.fields["cutShort"] = nullptr;
     else

@@ -1,9 +1,11 @@
 // Commands that keep the Archive true to its folders.
 #include "cli/commands.h"
 #include "core/archive.h"
+#include "core/kept_folders.h"
 #include "core/maintenance.h"
 #include "core/profile.h"
 #include "core/sizes.h"
+#include "core/start_up.h"
 #include "core/tr4_info.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
@@ -70,6 +72,23 @@ Result Recover(Session& session) {
 
 Result Move(Session& session) {
     return RunOnFolder(session, MessageId::kMoveTarget, &core::MoveArchive);
+}
+
+Result Kept(Session& session) {
+    Result result;
+    result.ok = StartUpWithArchive(session, {});
+    if (result.ok && session.options.kept_folder) {
+        const std::int32_t code = core::TakeKept(*session.options.kept_folder);
+        result.ok = code >= 0;
+        result.fields["code"] = code >= 0 ? nlohmann::ordered_json(code) : nlohmann::ordered_json();
+    }
+    nlohmann::ordered_json kept = nlohmann::ordered_json::array();
+    if (core::ArchiveIsOpen())
+        for (const core::KeptLevel& level : core::ListKept())
+            kept.push_back({{"folder", level.Folder}, {"name", level.Name}, {"size", level.Bytes}});
+    result.fields["kept"] = std::move(kept);
+    result.ok = EndSession(session) && result.ok;
+    return result;
 }
 
 Result Prefs(Session& session) {

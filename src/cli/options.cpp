@@ -119,6 +119,13 @@ void AddMaintenanceCommands(CLI::App& app, Options& options) {
     app.add_subcommand("equal", "Looks for levels that the Archive holds twice");
     AddPathCommand(app, options, "recover", "DIR", "Makes a new Archive of a folder of LEVEL_NNNN folders");
     AddPathCommand(app, options, "move", "DIR", "Moves the Archive's level folders");
+    CLI::App& kept = *app.add_subcommand(
+        "kept", "Level folders that no level of the Archive names, put aside in its folder KEPT");
+    kept.require_subcommand(0, 1);
+    kept.add_subcommand("list", "Lists them");
+    kept.add_subcommand("take", "Makes one a level again, with a new code")
+        ->add_option("FOLDER", options.kept_folder, "Its name, as the list shows it")
+        ->required();
     CLI::App& prefs = *app.add_subcommand("prefs", "Shows or sets how the Archive keeps its files");
     const auto add_switch = [&](const char* name, std::optional<std::string>& value, const char* about) {
         prefs.add_option(name, value, about)->check(CLI::IsMember({"on", "off"}))->type_name("on|off");

@@ -22,8 +22,9 @@ struct Options {
     std::string path;            // DIR or KVA
     bool first_run = false;      // of the demo: leave the first start to the user
     std::string code;
-    std::string restore_kind; // "fast" or "full"
-    std::string field;        // empty: all fields
+    std::string restore_kind;               // "fast" or "full"
+    std::optional<std::string> kept_folder; // of 'kept take'; without it the list is wanted
+    std::string field;                      // empty: all fields
     std::optional<std::string> value;
     std::vector<std::string> sources;
     std::optional<std::string> name;

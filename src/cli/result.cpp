@@ -13,12 +13,14 @@ namespace {
 using nlohmann::ordered_json;
 
 // Headings of the fields that all commands share; others are shown under their own names.
-constexpr std::array<std::pair<std::string_view, MessageId>, 15> kHeadings = {{
+constexpr std::array<std::pair<std::string_view, MessageId>, 17> kHeadings = {{
     {"trle", MessageId::kCliTrle},
     {"archive", MessageId::kCliArchive},
     {"levels", MessageId::kCliLevels},
     {"installed", MessageId::kCliInstalled},
     {"fullBackup", MessageId::kCliFullBackup},
+    {"backupValid", MessageId::kCliBackupValid},
+    {"kept", MessageId::kCliKept},
     {"home", MessageId::kCliHome},
     {"zips", MessageId::kCliZips},
     {"code", MessageId::kCliCode},

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "core/path_field.h"
 #include "core/start_up.h"
 #include "foundation/desktop.h"
 #include "foundation/drives.h"
@@ -19,20 +20,6 @@ JoystickRest joystick_rest;
 namespace {
 
 using core::ProfileRecord;
-
-std::size_t WidthOf(std::string ProfileRecord::*member) {
-    for (const Field<ProfileRecord>& field : core::kProfileFields)
-        if (field.member == FieldMember<ProfileRecord>(member)) return field.width;
-    return 0;
-}
-
-// True if the profile's file would give the path back as it is; else tells.
-bool FitsItsField(std::string ProfileRecord::*member, const std::string& path) {
-    const std::size_t width = WidthOf(member);
-    if (FitText(path, width) == path) return true;
-    TellCritical(LoadMessage(MessageId::kSettingsBadPath, {std::to_string(width), path}));
-    return false;
-}
 
 // What was typed, if it is a number of minutes or what stood there before.
 std::optional<std::int32_t> TypedMinutes(const Settings& settings) {
@@ -52,15 +39,14 @@ Settings BeginSettings() {
 void ChooseTrleFolder(Settings& settings) {
     const std::optional<std::string> chosen = TheUser().ChooseFolder(
         LoadMessage(MessageId::kSettingsTrleTitle, {}), std::string(Trim(settings.Edited.TrleFolder)));
-    if (chosen && FitsItsField(&ProfileRecord::TrleFolder, *chosen) && swap::CheckTrleFolder(*chosen, true))
+    if (chosen && core::CheckPath(*chosen) && swap::CheckTrleFolder(*chosen, true))
         settings.Edited.TrleFolder = *chosen;
 }
 
 void ChooseDownloadFolder(Settings& settings) {
     const std::optional<std::string> chosen = TheUser().ChooseFolder(
         LoadMessage(MessageId::kSettingsLoadDirTitle, {}), std::string(Trim(settings.Edited.DownloadFolder)));
-    if (chosen && FitsItsField(&ProfileRecord::DownloadFolder, *chosen))
-        settings.Edited.DownloadFolder = *chosen;
+    if (chosen && core::CheckPath(*chosen)) settings.Edited.DownloadFolder = *chosen;
 }
 
 void ChooseGraphicsProgram(Settings& settings) {
@@ -70,8 +56,7 @@ void ChooseGraphicsProgram(Settings& settings) {
     const std::optional<std::string> chosen =
         TheUser().OpenFile({LoadMessage(MessageId::kSettingsEditorTitle, {}),
                             LoadMessage(MessageId::kSettingsEditorFilter, {}), folder, FileNameOf(former)});
-    if (chosen && FitsItsField(&ProfileRecord::GraphicsProgram, *chosen))
-        settings.Edited.GraphicsProgram = *chosen;
+    if (chosen && core::CheckPath(*chosen)) settings.Edited.GraphicsProgram = *chosen;
 }
 
 bool ApplySettings(const Settings& settings) {

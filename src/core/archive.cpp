@@ -4,6 +4,7 @@
 
 #include "cd/cd_access.h"
 #include "core/level_list.h"
+#include "core/path_field.h"
 #include "core/profile.h"
 #include "core/sizes.h"
 #include "foundation/drives.h"
@@ -188,7 +189,7 @@ bool LoadArchiveDialog() {
                             LoadMessage(MessageId::kLoadArchiveFilter, {}),
                             AppFolder(),
                             {}});
-    if (!path) return false;
+    if (!path || !CheckPath(*path)) return false;
     if (LoadArchive(*path)) return true;
     // Who gave a missing folder up knows why.
     if (!archive.ArchiveLoadRefused) TellCritical(LoadMessage(MessageId::kErrorLoadingArchive, {}) + *path);
@@ -200,6 +201,7 @@ bool SaveArchiveAs() {
         {LoadMessage(MessageId::kSaveArchiveTitle, {}), LoadMessage(MessageId::kSaveArchiveFilter, {}),
          AppFolder(), FileNameOf(profile.LastArchive)});
     if (!path) return true;
+    if (!CheckPath(*path)) return false;
     const bool written = WriteArchive(*path);
     if (!written) TellCritical(LoadMessage(MessageId::kErrorSavingArchiveAs, {}) + *path);
     TheUser().LevelListChanged();

@@ -1,5 +1,6 @@
 // The check of an Archive's two folders on load, which may have moved with their disk or letter.
 #include "core/archive.h"
+#include "core/path_field.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
@@ -11,9 +12,14 @@ namespace kelvash::core {
 
 namespace {
 
+// A folder that the Archive's file can hold; nothing if the user gives up.
 std::optional<std::string> AskFolder(MessageId warning, MessageId caption, const std::string& missing) {
     ShowMessage(MessageStyle::Exclamation, LoadMessage(warning, {kLineBreak + missing}));
-    return TheUser().ChooseFolder(LoadMessage(caption, {}) + FileNameOf(missing), missing);
+    for (;;) {
+        std::optional<std::string> picked =
+            TheUser().ChooseFolder(LoadMessage(caption, {}) + FileNameOf(missing), missing);
+        if (!picked || CheckPath(*picked)) return picked;
+    }
 }
 
 void TakeSecondaryFolder(const std::string& folder) {

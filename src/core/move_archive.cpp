@@ -1,15 +1,22 @@
 // Moving the level folders of an Archive to another place.
+//
+// They are copied into a folder of the target under names that count for nothing, renamed into place when all
+// is there, and the old ones go when the Archive's file names the new place. A note in that folder tells the
+// copies of a killed move from the folders of somebody else.
 #include <algorithm>
 #include <filesystem>
 
 #include "core/archive.h"
+#include "core/kept_folders.h"
 #include "core/level_list.h"
 #include "core/maintenance.h"
+#include "core/path_field.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/place.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/level_owner.h"
@@ -20,48 +27,99 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A level folder on its way.
+constexpr std::string_view kCopiesFolder = "\\KELVASH_MOVE";
+constexpr std::string_view kNoteName = "\\move.txt";
+constexpr std::string_view kNoteTag = "#FROM=";
+
+// A folder on its way: that of a level, or a kept one.
 struct Move {
-    std::int32_t code = 0;
-    bool on_cd = false;
+    bool is_level = true;
     std::string from;
+    std::string copy; // where it is copied to
     std::string to;
 };
 
+std::string CopiesIn(const std::string& target) {
+    return target + std::string(kCopiesFolder);
+}
+
 std::vector<Move> PlanMoves(const std::string& target) {
+    const std::string copies = CopiesIn(target);
     std::vector<Move> moves;
     for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i) {
-        const LevelRecord& level = archive.Levels[static_cast<std::size_t>(i)];
-        if (level.Code > 0)
-            moves.push_back({level.Code, level.CdNumber != 0, LevelFolder(level.Code, false),
-                             target + LevelFolderName(level.Code)});
+        const std::int32_t code = archive.Levels[static_cast<std::size_t>(i)].Code;
+        if (code <= 0) continue;
+        const std::string name = LevelFolderName(code);
+        moves.push_back({true, LevelFolder(code, false), copies + name, target + name});
+    }
+    const std::string kept_name = "\\" + FileNameOf(KeptFolder());
+    for (const KeptLevel& kept : ListKept()) {
+        const std::string name = kept_name + "\\" + kept.Folder;
+        moves.push_back({false, KeptFolder() + "\\" + kept.Folder, copies + name, target + name});
     }
     return moves;
 }
 
-// Where a path leads: several drives and links may reach the same folder.
-fs::path PlaceOf(std::string_view path) {
-    std::error_code error;
-    const fs::path native = NativePath(path);
-    const fs::path place = fs::weakly_canonical(native, error);
-    return error ? native : place;
+// --- what an earlier move has left behind ---
+
+// True if the target holds copies of a move of this Archive that was killed.
+bool HoldsOurCopies(const std::string& target) {
+    constexpr std::size_t kMostBytes = 4096;
+    const std::string note =
+        ReadFileStart(CopiesIn(target) + std::string(kNoteName), kMostBytes).value_or(std::string());
+    std::size_t position = 0;
+    const std::string line = NextLineIn(note, position);
+    return StartsWithNoCase(line, kNoteTag) &&
+           IsSamePlace(line.substr(kNoteTag.size()), Trim(archive.Header.SecondaryFolder));
 }
 
-bool LiesIn(const fs::path& place, const fs::path& folder) {
-    return std::mismatch(folder.begin(), folder.end(), place.begin(), place.end()).first == folder.end();
+// True if each file of a folder lies in another one with the same size and date.
+bool IsCopyOf(const std::string& folder, const std::string& original) {
+    const Tree tree = ScanTree(folder);
+    return std::all_of(tree.files.begin(), tree.files.end(), [&](const std::string& file) {
+        const std::string other = original + file.substr(folder.size());
+        return FileExists(other) && FileSize(other) == FileSize(file) && FileTime(other) == FileTime(file);
+    });
 }
+
+// Takes the copies of a killed move away; what has been changed since is kept. False after a message.
+bool ClearOldCopies(const std::vector<Move>& moves, const std::string& target) {
+    Bar bar{BarPlace::CallerForm, -1};
+    for (const Move& move : moves) {
+        if (!FolderExists(move.to)) continue;
+        if (IsCopyOf(move.to, move.from) && RemoveFolderTree(move.to, bar)) continue;
+        const std::string kept = KeepFolder(move.to, target + "\\" + FileNameOf(KeptFolder()));
+        if (kept.empty()) {
+            TellCritical(LoadMessage(MessageId::kKeptCannotMove, {}) + move.to);
+            return false;
+        }
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kMoveStaleCopy, {}) + kept);
+    }
+    return true;
+}
+
+void RemoveEmptyFolder(const std::string& folder) {
+    std::error_code error;
+    fs::remove(NativePath(folder), error);
+}
+
+// --- the target ---
 
 // What is wrong with a target; empty if the level folders can go there.
 std::string FaultOf(const std::string& target) {
     const std::string current(Trim(archive.Header.SecondaryFolder));
-    const fs::path place = PlaceOf(target);
-    if (EqualNoCase(target, current) || place == PlaceOf(current))
-        return LoadMessage(MessageId::kMoveSameFolder, {}) + current;
+    if (std::string fault = FaultOfPath(target); !fault.empty()) return fault;
+    if (!FolderExists(target)) return LoadMessage(MessageId::kMoveNoTarget, {}) + target;
+    if (IsSamePlace(target, current)) return LoadMessage(MessageId::kMoveSameFolder, {}) + current;
+    const bool ours = HoldsOurCopies(target);
     for (const Move& move : PlanMoves(target)) {
-        if (FolderExists(move.from) && LiesIn(place, PlaceOf(move.from)))
+        if (FolderExists(move.from) && LiesIn(target, move.from))
             return LoadMessage(MessageId::kMoveInside, {}) + move.from;
-        if (FolderExists(move.to)) return LoadMessage(MessageId::kMoveFolderTaken, {}) + move.to;
+        if (FileExists(move.to) || (FolderExists(move.to) && !ours))
+            return LoadMessage(MessageId::kMoveFolderTaken, {}) + move.to;
     }
+    if (FolderExists(KeptFolder()) && LiesIn(target, KeptFolder()))
+        return LoadMessage(MessageId::kMoveInside, {}) + KeptFolder();
     const double needed = archive.Header.MainFolderSize + archive.Header.SecondaryFolderSize;
     const std::int64_t room = FreeSpace(target);
     if (room >= 0 && static_cast<double>(room) < needed)
@@ -72,79 +130,108 @@ std::string FaultOf(const std::string& target) {
 
 // A folder that fits; nothing on cancel.
 std::optional<std::string> ChooseTarget() {
-    constexpr std::size_t kFolderWidth = 256;
     for (;;) {
         std::optional<std::string> target =
             TheUser().ChooseFolder(LoadMessage(MessageId::kMoveTarget, {}), archive.Header.SecondaryFolder);
         if (!target) return std::nullopt;
-        std::string fault = FaultOf(*target);
-        if (fault.empty() && FitText(*target, kFolderWidth) != *target)
-            fault = LoadMessage(MessageId::kConfigNameTooLong, {}) + *target;
+        const std::string fault = FaultOf(*target);
         if (fault.empty()) return target;
         ShowMessage(MessageStyle::Exclamation, fault);
     }
 }
 
-void RemoveCopies(const std::vector<Move>& moves) {
+// Makes the folder for the copies, with its note. False after a message.
+bool PrepareTarget(const std::vector<Move>& moves, const std::string& target) {
+    const std::string copies = CopiesIn(target);
+    Bar bar{BarPlace::CallerForm, -1};
+    if (!ClearOldCopies(moves, target)) return false;
+    const std::string note =
+        std::string(kNoteTag) + std::string(Trim(archive.Header.SecondaryFolder)) + kLineBreak;
+    if ((!FolderExists(copies) || RemoveFolderTree(copies, bar)) && CreateFolder(copies) &&
+        ReplaceFileBytes(copies + std::string(kNoteName), note, Flush::Yes))
+        return true;
+    static_cast<void>(RemoveFolderTree(copies, bar)); // holds nothing, at most half a note
+    if (FreeSpace(target) == 0)
+        TellCritical(LoadMessage(MessageId::kMoveFull, {}));
+    else
+        TellCritical(LoadMessage(MessageId::kMoveReadOnly, {}) + target);
+    return false;
+}
+
+// --- copying ---
+
+void RemoveCopies(const std::vector<Move>& moves, const std::string& target) {
     Bar bar{BarPlace::CallerForm, -1};
     for (const Move& move : moves)
-        static_cast<void>(RemoveFolderTree(move.to, bar)); // what stays is a copy
+        if (IsCopyOf(move.to, move.from)) static_cast<void>(RemoveFolderTree(move.to, bar));
+    static_cast<void>(RemoveFolderTree(CopiesIn(target), bar)); // what stays is a copy
+    RemoveEmptyFolder(target + "\\" + FileNameOf(KeptFolder()));
+}
+
+// Why nothing more can be copied, before the copies go.
+void TellCopyFailure(const std::vector<Move>& moves, const std::string& target) {
+    if (TheUser().StopRequested()) {
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kMoveStopped, {}));
+        return;
+    }
+    std::int64_t missing = -TreeSize(CopiesIn(target), "*");
+    for (const Move& move : moves)
+        missing += TreeSize(move.from, "*");
+    const std::int64_t room = FreeSpace(target);
+    const bool full = room >= 0 && room < missing;
+    TellCritical(LoadMessage(full ? MessageId::kMoveFull : MessageId::kMoveCopyError, {}));
 }
 
 // Makes the folders that hold no file, and compares each file's size. False also for a folder that is a link:
 // it isn't followed by the copy, and would be lost with the old folder.
 bool IsWhole(const Move& move) {
-    const std::string files = LoadMessage(MessageId::kInsideFilesFolder, {});
-    const auto is_left_out = [&](const std::string& relative) {
-        return move.on_cd && FindNoCase(relative + "\\", files) != std::string::npos;
-    };
     const Tree tree = ScanTree(move.from);
     for (const std::string& folder : tree.folders) {
-        const std::string relative = folder.substr(move.from.size());
-        if (is_left_out(relative)) continue;
         std::error_code error;
-        if (fs::is_symlink(NativePath(folder), error) || !CreateFolder(move.to + relative)) return false;
+        if (fs::is_symlink(NativePath(folder), error) ||
+            !CreateFolder(move.copy + folder.substr(move.from.size())))
+            return false;
     }
     return std::all_of(tree.files.begin(), tree.files.end(), [&](const std::string& file) {
-        const std::string relative = file.substr(move.from.size());
-        const std::string copy = move.to + relative;
-        return is_left_out(relative) || (FileExists(copy) && FileSize(copy) == FileSize(file));
+        const std::string copy = move.copy + file.substr(move.from.size());
+        return FileExists(copy) && FileSize(copy) == FileSize(file);
     });
 }
 
-// The old folders may only go when no loss of power can take the copies with it.
-bool AreSafe(const std::vector<Move>& moves, const std::string& target) {
-    return std::all_of(moves.begin(), moves.end(),
-                       [](const Move& move) { return !FolderExists(move.from) || IsWhole(move); }) &&
-           FlushDrive(target);
-}
-
-// Copies everything; on failure or a stop what was copied goes again.
-bool CopyLevels(const std::vector<Move>& moves) {
+bool CopyFolders(const std::vector<Move>& moves) {
     ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(MessageId::kMoving, {}));
-    Bar one_level{BarPlace::CallerForm, -1};
+    Bar one_folder{BarPlace::CallerForm, -1};
     double done = 0;
     for (const Move& move : moves) {
         progress.Label(move.from);
-        const FilesFolders files = move.on_cd ? FilesFolders::Skip : FilesFolders::Copy;
+        if (!CreateFolder(FolderOf(move.copy))) return false;
         if (FolderExists(move.from) &&
-            !CopyTreeShown(move.from, move.to, one_level, Existing::Replace, files)) {
-            const bool stopped = TheUser().StopRequested();
-            RemoveCopies(moves);
-            ShowMessage(stopped ? MessageStyle::Exclamation : MessageStyle::Critical,
-                        LoadMessage(stopped ? MessageId::kMoveStopped : MessageId::kMoveCopyError, {}));
+            !CopyTreeShown(move.from, move.copy, one_folder, Existing::Replace, FilesFolders::Copy))
             return false;
-        }
         ProgressPercent(progress.bar, ++done, static_cast<double>(moves.size()));
     }
     progress.Label(LoadMessage(MessageId::kMoveEmptyFolders, {}));
     for (const Move& move : moves) {
-        CreateFolder(move.to);
+        if (!move.is_level) continue;
+        CreateFolder(move.copy);
         for (const MessageId name : {MessageId::kNewScreenshotsFolder, MessageId::kNewSavegamesFolder,
                                      MessageId::kNewBackupSavegamesFolder})
-            CreateFolder(move.to + LoadMessage(name, {}));
+            CreateFolder(move.copy + LoadMessage(name, {}));
     }
     return true;
+}
+
+// The copies take their places, whole and on the disk: the old folders may only go when no loss of power can
+// take the new ones with it.
+bool PutIntoPlace(const std::vector<Move>& moves, const std::string& target) {
+    return std::all_of(moves.begin(), moves.end(),
+                       [](const Move& move) { return !FolderExists(move.from) || IsWhole(move); }) &&
+           FlushDrive(target) &&
+           std::all_of(moves.begin(), moves.end(),
+                       [](const Move& move) {
+                           return CreateFolder(FolderOf(move.to)) && RenameFile(move.copy, move.to);
+                       }) &&
+           FlushDrive(target);
 }
 
 // Names the new place in the Archive's file, which must say so before the old folders go. False, with all as
@@ -160,13 +247,26 @@ bool SaveNewPlace(const std::string& target) {
 
 void RemoveOldFolders(const std::vector<Move>& moves) {
     ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kMoveRemovingOld, {}));
-    Bar one_level{BarPlace::CallerForm, -1};
+    Bar one_folder{BarPlace::CallerForm, -1};
     double done = 0;
     for (const Move& move : moves) {
-        if (!RemoveFolderTree(move.from, one_level))
+        if (!RemoveFolderTree(move.from, one_folder))
             TellCritical(LoadMessage(MessageId::kMoveRemoveError, {}) + move.from);
         ProgressPercent(progress.bar, ++done, static_cast<double>(moves.size()));
     }
+}
+
+// Everything in its new place and the Archive's file saying so; otherwise, after a message, all as it was.
+bool Transfer(const std::vector<Move>& moves, const std::string& target) {
+    if (!PrepareTarget(moves, target)) return false;
+    if (!CopyFolders(moves) || !PutIntoPlace(moves, target)) {
+        TellCopyFailure(moves, target);
+        RemoveCopies(moves, target);
+        return false;
+    }
+    if (SaveNewPlace(target)) return true;
+    RemoveCopies(moves, target);
+    return false;
 }
 
 } // namespace
@@ -181,19 +281,16 @@ bool MoveArchive() {
     const std::optional<std::string> target = ChooseTarget();
     if (!target) return false;
     const std::vector<Move> moves = PlanMoves(*target);
-    if (!CopyLevels(moves)) return false;
-    if (!AreSafe(moves, *target)) {
-        RemoveCopies(moves);
-        TellCritical(LoadMessage(MessageId::kMoveCopyError, {}));
-        return false;
-    }
+    const std::string old_kept = KeptFolder();
     const std::string old_folder(Trim(archive.Header.SecondaryFolder));
-    if (!SaveNewPlace(*target)) {
-        RemoveCopies(moves);
-        return false;
-    }
-    if (!swap::NoteLevelsMoved(old_folder, *target)) return false; // told; the old folders stay
+    if (!Transfer(moves, *target)) return false;
+    // The Archive's file names the new place; the old folders still stand, and stay where a level in TRLE
+    // couldn't be told of it.
+    if (!swap::NoteLevelsMoved(old_folder, *target)) return false;
+    Bar bar{BarPlace::CallerForm, -1};
+    static_cast<void>(RemoveFolderTree(CopiesIn(*target), bar)); // an empty one, or at worst its note
     RemoveOldFolders(moves);
+    RemoveEmptyFolder(old_kept);
     ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kMoveDone, {}) + *target);
     RefreshLevelList();
     return true;

@@ -1,6 +1,7 @@
 // Starting an Archive: level 0000 and an empty folder.
 #include "core/archive.h"
 #include "core/level_list.h"
+#include "core/path_field.h"
 #include "core/profile.h"
 #include "core/sizes.h"
 #include "foundation/drives.h"
@@ -85,13 +86,16 @@ std::string SelectNewArchiveFolder() {
     const std::optional<std::string> chosen =
         TheUser().ChooseFolder(LoadMessage(MessageId::kSelectArchiveFolder, {}), start);
     if (!chosen) return {};
+    if (!CheckPath(*chosen)) return {};
     if (!AnyFile(*chosen, "*.*") && ListFolders(*chosen).empty()) return *chosen;
     const std::string changed = FreeSubFolder(*chosen);
+    if (!CheckPath(changed)) return {};
     ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kArchiveFolderNotEmpty, {}) + changed);
     return changed;
 }
 
 bool NewArchive() {
+    if (!CheckPath(DefaultArchivePath())) return false;
     AskSaveArchive();
     // From here on the table is no longer that of the old file, which a later save must not reach.
     profile.LastArchive.clear();

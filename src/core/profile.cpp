@@ -7,10 +7,23 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
+#include "swap/backup.h"
 
 namespace kelvash::core {
 
 ProfileRecord profile;
+
+namespace {
+
+ProfileState ReadProfile() {
+    if (!FileExists(ProfilePath())) return ProfileState::FirstRun;
+    // One byte more than the record tells a longer file without reading it whole.
+    const std::optional<std::string> bytes = ReadFileStart(ProfilePath(), kProfileSize + 1);
+    if (!bytes) return ProfileState::Current;
+    return DecodeProfile(*bytes, profile) ? ProfileState::Current : ProfileState::Upgraded;
+}
+
+} // namespace
 
 bool DecodeProfile(std::string_view bytes, ProfileRecord& record) {
     const bool current = bytes.size() == kProfileSize;
@@ -34,11 +47,9 @@ std::string ProfilePath() {
 
 ProfileState LoadProfile() {
     profile = ProfileRecord();
-    if (!FileExists(ProfilePath())) return ProfileState::FirstRun;
-    // One byte more than the record tells a longer file without reading it whole.
-    const std::optional<std::string> bytes = ReadFileStart(ProfilePath(), kProfileSize + 1);
-    if (!bytes) return ProfileState::Current;
-    return DecodeProfile(*bytes, profile) ? ProfileState::Current : ProfileState::Upgraded;
+    const ProfileState state = ReadProfile();
+    swap::TakeKindOfBackup(); // a run that crashed after the backup was made has kept nothing else
+    return state;
 }
 
 bool WriteProfile() {

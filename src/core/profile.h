@@ -88,8 +88,8 @@ std::string TrleFolder();
 
 std::string ProfilePath();
 enum class ProfileState { FirstRun, Current, Upgraded };
-// Fills the profile with the defaults, then from the file if there is one. A file that can't be read leaves
-// the defaults.
+// Fills the profile with the defaults, then from the file if there is one; FullBackup follows the backup's
+// note where there is one. A file that can't be read leaves the defaults.
 ProfileState LoadProfile();
 // Replaces the file if it would change. False if it can't be written; the old settings stand then.
 [[nodiscard]] bool WriteProfile();

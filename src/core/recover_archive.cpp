@@ -4,6 +4,7 @@
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/maintenance.h"
+#include "core/path_field.h"
 #include "core/profile.h"
 #include "core/sizes.h"
 #include "foundation/files.h"
@@ -70,7 +71,7 @@ bool RecoverArchive() {
     AskSaveArchive();
     const std::optional<std::string> folder =
         TheUser().ChooseFolder(LoadMessage(MessageId::kRecoverFolder, {}), archive.Header.SecondaryFolder);
-    if (!folder) return false;
+    if (!folder || !CheckPath(*folder) || !CheckPath(DefaultArchivePath())) return false;
     if (AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kRecoverOnCd, {})))
         ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kRecoverCdLater, {}));
     const std::vector<std::int32_t> codes = CodesIn(*folder);

@@ -4,6 +4,7 @@
 
 #include "core/archive.h"
 #include "core/level_list.h"
+#include "core/path_field.h"
 #include "core/profile.h"
 #include "core/sizes.h"
 #include "foundation/desktop.h"
@@ -70,7 +71,7 @@ bool OpenLastArchive() {
     if (path.empty()) return true;
     if (!FileExists(path)) {
         TellCritical(LoadMessage(MessageId::kLastArchiveNotFound, {}) + path);
-    } else {
+    } else if (CheckPath(path)) { // one of the command line may not fit the profile
         if (LoadArchive(path)) return true;
         if (!archive.ArchiveLoadRefused)
             TellCritical(LoadMessage(MessageId::kErrorLoadingLastArchive, {}) + path);

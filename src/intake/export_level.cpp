@@ -5,20 +5,24 @@
 #include <optional>
 #include <string>
 
+#include "companion/savegames.h"
 #include "core/archive.h"
+#include "core/kept_folders.h"
 #include "core/level_list.h"
+#include "core/path_field.h"
 #include "core/profile.h"
+#include "core/start_up.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/place.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "foundation/zip_module.h"
 #include "intake/apply_config.h"
 #include "intake/level_config.h"
 #include "swap/compression.h"
-#include "swap/trle_state.h"
 
 namespace kelvash::intake {
 
@@ -73,18 +77,25 @@ bool TakeFiles(const core::LevelRecord& level, ExportFolders& folders, Bar& bar)
         return false;
     }
     const std::string files = core::FilesFolder(folder);
+    if (!AnyFile(files, "*")) {
+        TellCritical(Text(MessageId::kExportNoFiles) + files);
+        return false;
+    }
     if (!swap::DecompressLevelFiles(files, folders.decompressed, true)) {
         TellCritical(Text(MessageId::kExportDecompressing));
         return false;
     }
-    return CopyMatching(folders.decompressed.empty() ? files : folders.decompressed, "*", folders.out, bar);
+    const std::string& plain = folders.decompressed.empty() ? files : folders.decompressed;
+    // The original configuration has documents only.
+    if (level.Code != 0 && !AnyFile(plain, Text(MessageId::kExportLevelMask))) {
+        TellCritical(Text(MessageId::kExportNoLevelFile) + files);
+        return false;
+    }
+    return CopyMatching(plain, "*", folders.out, bar);
 }
 
 bool TakeSaves(const core::LevelRecord& level, const std::string& out, Bar& bar) {
-    const std::string source = swap::CurrentLevelCode() == level.Code
-                                   ? core::TrleFolder()
-                                   : core::StashFolder(core::LevelFolder(level.Code, false));
-    return CopyMatching(source, Text(MessageId::kExportSavegameMask), out, bar);
+    return CopyMatching(companion::SlotFolder(level.Code), Text(MessageId::kExportSavegameMask), out, bar);
 }
 
 bool TakeScreenshots(const core::LevelRecord& level, const std::string& out, ProgressDialog& progress) {
@@ -116,15 +127,32 @@ void FillConfig(const core::LevelRecord& level, const std::string& out) {
     LevelConfig.FileCount = static_cast<std::int32_t>(LevelConfig.FileNames.size());
 }
 
-std::optional<std::string> AskTarget(const core::LevelRecord& level) {
-    constexpr std::size_t kFolderWidth = 256;
+// True if a zip there would replace a file that isn't an export's, or vanish with its folder.
+bool IsOurPlace(const std::string& target, const ExportFolders& folders) {
+    std::vector<std::string> forbidden = {folders.out, core::BackupFolder()};
+    if (!folders.decompressed.empty()) forbidden.push_back(folders.decompressed);
+    if (!core::TrleFolder().empty()) forbidden.push_back(core::TrleFolder());
+    for (std::int32_t i = 0; i < core::archive.Header.LevelCount; ++i)
+        forbidden.push_back(core::LevelFolder(core::archive.Levels[static_cast<std::size_t>(i)].Code, false));
+    forbidden.push_back(core::KeptFolder());
+    return IsSamePlace(target, std::string(Trim(core::profile.LastArchive))) ||
+           IsSamePlace(target, core::ProfilePath()) ||
+           std::any_of(forbidden.begin(), forbidden.end(),
+                       [&](const std::string& folder) { return LiesIn(target, folder); });
+}
+
+// Nothing on cancel, or after a message.
+std::optional<std::string> AskTarget(const core::LevelRecord& level, const ExportFolders& folders) {
     const std::string name =
         LoadMessage(MessageId::kExportName, {SafeFileName(std::string(Trim(level.Name)))});
     const std::optional<std::string> target =
         TheUser().SaveFile({Text(MessageId::kExportTitle), Text(MessageId::kExportFilter),
                             std::string(Trim(core::profile.DownloadFolder)), name});
-    if (target && FitText(FolderOf(*target), kFolderWidth) == FolderOf(*target))
-        core::profile.DownloadFolder = FolderOf(*target);
+    if (target && IsOurPlace(*target, folders)) {
+        TellCritical(Text(MessageId::kExportBadTarget) + *target);
+        return std::nullopt;
+    }
+    if (target && core::CanKeepPath(FolderOf(*target))) core::profile.DownloadFolder = FolderOf(*target);
     return target;
 }
 
@@ -152,7 +180,7 @@ std::optional<std::string> Export(const core::LevelRecord& level) {
     FillConfig(level, folders.out);
     if (!WriteLevelConfig(folders.out + Text(MessageId::kConfigName))) return std::nullopt;
     ConfigApplied = false;
-    const std::optional<std::string> target = AskTarget(level);
+    const std::optional<std::string> target = AskTarget(level, folders);
     const bool made = target && MakeZip(folders.out, *target, progress);
     progress.Label(Text(MessageId::kExportRemoving));
     return made ? target : std::nullopt;

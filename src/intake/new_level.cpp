@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/archive.h"
+#include "core/kept_folders.h"
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "core/sizes.h"
@@ -52,10 +53,10 @@ void DropLastRecord() {
     archive.Levels.back() = {};
 }
 
-// The folder of the new level, empty: an older one of its number is left over from a level that was never
-// stored, or was removed from the Archive without its folder.
+// The folder of the new level, empty: an older one of its number belongs to no level of this Archive.
 bool MakeLevelFolder(const std::string& folder) {
-    if (RemoveTree(folder) && core::CreateLevelFolders(folder)) return true;
+    if (!core::MakeWay(folder)) return false;
+    if (core::CreateLevelFolders(folder)) return true;
     TellCritical(Text(MessageId::kNewLevelCannotCreate) + folder + "]");
     return false;
 }

@@ -3,6 +3,7 @@
 #include <optional>
 #include <set>
 
+#include "core/path_field.h"
 #include "core/profile.h"
 #include "core/records.h"
 #include "foundation/drives.h"
@@ -127,8 +128,7 @@ std::vector<std::string> FilesToTake(const std::string& folder) {
 
 // The folder that the next file dialog starts in, where it fits its field.
 void RememberFolder(const std::string& folder) {
-    constexpr std::size_t kFolderWidth = 256;
-    if (FitText(folder, kFolderWidth) == folder) core::profile.DownloadFolder = folder;
+    if (core::CanKeepPath(folder)) core::profile.DownloadFolder = folder;
 }
 
 std::string StartFolder() {

@@ -1,5 +1,7 @@
 #include "swap/backup.h"
 
+#include <algorithm>
+
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/profile.h"
@@ -7,7 +9,12 @@
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/place.h"
 #include "foundation/text.h"
+#include "swap/backup_note.h"
+#include "swap/marker.h"
+#include "trle/find_trle.h"
 
 namespace kelvash::swap {
 
@@ -32,6 +39,39 @@ bool EnoughRoom(std::int64_t needed) {
                                                    LoadMessage(MessageId::kBackupTryAnyway, {}));
 }
 
+// What becomes of the files of a backup that stands already.
+enum class Former { Merged, Dropped, Kept };
+
+// Such a folder is not the original one, whatever the user answers.
+bool LevelIsIn() {
+    return CurrentLevelCode() != 0 || FileExists(MarkerPath());
+}
+
+bool HasFullKind(const std::string& folder) {
+    return AnyFile(folder + LoadMessage(MessageId::kAudioFolder, {}),
+                   LoadMessage(MessageId::kBackupWaveMask, {})) &&
+           AnyFile(folder + LoadMessage(MessageId::kScriptFolder, {}), "*.*");
+}
+
+// The application's folder and its backups, where they lie inside TRLE, are none of the original files.
+bool IsOurs(const std::string& folder) {
+    return IsSamePlace(folder, AppFolder()) ||
+           PlaceOf(folder).native().starts_with(PlaceOf(BackupFolder()).native());
+}
+
+bool CopyWholeTree(const std::string& trle, const std::string& target, Bar& bar) {
+    if (!LiesIn(AppFolder(), trle))
+        return CopyTreeShown(trle, target, bar, Existing::Replace, FilesFolders::Copy);
+    if (!CreateFolder(target) || !CopyFiles(trle, target, Existing::Replace, "*")) {
+        TellCritical(LoadMessage(MessageId::kBackupNotWhole, {}) + target);
+        return false;
+    }
+    const std::vector<std::string> folders = ListFolders(trle);
+    return std::all_of(folders.begin(), folders.end(), [&](const std::string& folder) {
+        return IsOurs(folder) || CopyWholeTree(folder, target + "\\" + FileNameOf(folder), bar);
+    });
+}
+
 // With the main window's bar when its command asked for it; at the start that window isn't there yet.
 bool CopyFull(const std::string& trle, bool at_start) {
     std::optional<ProgressDialog> progress;
@@ -41,39 +81,119 @@ bool CopyFull(const std::string& trle, bool at_start) {
         progress->Label(LoadMessage(MessageId::kFullCopying, {trle}));
         bar.place = BarPlace::ProgressDialog;
     }
-    if (!CopyTreeShown(trle, BackupFolder(), bar, Existing::Replace, FilesFolders::Copy)) return false;
-    // An incomplete TRLE folder gives a backup that can't bring everything back.
-    core::profile.FullBackup = AnyFile(trle + LoadMessage(MessageId::kAudioFolder, {}),
-                                       LoadMessage(MessageId::kBackupWaveMask, {})) &&
-                               AnyFile(trle + LoadMessage(MessageId::kScriptFolder, {}), "*.*");
-    return true;
+    return CopyWholeTree(trle, NewBackupFolder(), bar);
+}
+
+// The folders and the root's files of a compact backup.
+bool CopyCompactRoot(const std::string& trle, ProgressDialog& progress) {
+    const std::string backup = NewBackupFolder();
+    progress.Label(LoadMessage(MessageId::kCompactFolders, {}));
+    for (const std::string& folder : Split(LoadMessage(MessageId::kCompactFolderNames, {}), '|'))
+        if (!CreateFolder(backup + folder)) return false;
+    progress.Label(LoadMessage(MessageId::kCompactRoot, {}));
+    const std::vector<std::string> masks = Split(LoadMessage(MessageId::kCompactRootMasks, {}), '|');
+    return std::all_of(masks.begin(), masks.end(), [&](const std::string& mask) {
+        return CopyFiles(trle, backup, Existing::Replace, mask);
+    });
 }
 
 bool CopyCompact(const std::string& trle) {
-    const std::string backup = BackupFolder();
-    // The message names the Archive's folder, not the backup's. That is meant.
-    if (!CreateFolder(backup)) {
-        TellCritical(LoadMessage(MessageId::kCannotWriteFolder, {}) + core::archive.Header.SecondaryFolder);
+    const std::string backup = NewBackupFolder();
+    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kCompactCaption, {}));
+    if (!CopyCompactRoot(trle, progress)) {
+        TellCritical(LoadMessage(MessageId::kBackupNotWhole, {}) + backup);
         return false;
     }
-    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kCompactCaption, {}));
-    progress.Label(LoadMessage(MessageId::kCompactFolders, {}));
-    for (const std::string& folder : Split(LoadMessage(MessageId::kCompactFolderNames, {}), '|'))
-        CreateFolder(backup + folder);
-    progress.Label(LoadMessage(MessageId::kCompactRoot, {}));
-    for (const std::string& mask : Split(LoadMessage(MessageId::kCompactRootMasks, {}), '|'))
-        if (!CopyFiles(trle, backup, Existing::Replace, mask)) return false;
     const std::string data = LoadMessage(MessageId::kDataFolder, {});
     progress.Label(LoadMessage(MessageId::kCompactData, {}));
     if (!CopyTreeShown(trle + data, backup + data, progress.bar, Existing::Replace, FilesFolders::Copy))
         return false;
     const std::string graphics = LoadMessage(MessageId::kGraphicsFolder, {});
     progress.Label(LoadMessage(MessageId::kCompactGraphics, {}));
-    if (!CopyTreeShown(trle + graphics, backup + graphics, progress.bar, Existing::Replace,
-                       FilesFolders::Copy))
+    return CopyTreeShown(trle + graphics, backup + graphics, progress.bar, Existing::Replace,
+                         FilesFolders::Copy);
+}
+
+// Makes the folder in which the backup grows, with the files of the old one if those are to stay.
+bool BeginBackup(Kind kind, Former former) {
+    const std::string fresh = NewBackupFolder();
+    if (!RemoveHalfBackup() || FileExists(BackupFolder()) || !CreateFolder(fresh)) {
+        // The message of a compact one names the Archive's folder, not the backup's. That is meant.
+        TellCritical(kind == Kind::Compact ? LoadMessage(MessageId::kCannotWriteFolder, {}) +
+                                                 core::archive.Header.SecondaryFolder
+                                           : LoadMessage(MessageId::kCannotCreateFolder, {BackupFolder()}));
         return false;
-    core::profile.FullBackup = false;
+    }
+    if (former != Former::Merged || !FolderExists(BackupFolder())) return true;
+    Bar bar{BarPlace::MainWindow, -1};
+    return CopyTreeShown(BackupFolder(), fresh, bar, Existing::Replace, FilesFolders::Copy);
+}
+
+// Puts the copied files in the backup's place.
+bool TakeIntoUse(const std::string& trle, Kind kind, Former former) {
+    // An incomplete TRLE folder gives a backup that can't bring everything back.
+    BackupNote note =
+        MakeBackupNote(trle, kind == Kind::Full && HasFullKind(trle) && HasFullKind(NewBackupFolder()));
+    note.KeepsFormer = former == Former::Kept;
+    if (!PlaceBackup(note)) return false;
+    if (former == Former::Dropped)
+        TheUser().SetLabel(BarPlace::MainWindow, LoadMessage(MessageId::kRemovingOldBackup, {}));
+    Bar bar{BarPlace::MainWindow, -1};
+    RemoveFormerBackup(bar);
     return true;
+}
+
+bool MakeBackup(bool force_full, Former former) {
+    if (LevelIsIn()) {
+        TellCritical(LoadMessage(MessageId::kBackupLevelIsIn, {core::TrleFolder(), kLineBreak}));
+        return false;
+    }
+    const std::string trle = AskOriginalConfiguration();
+    if (trle.empty()) return false;
+    const Kind kind = force_full ? Kind::Full : AskKind();
+    const std::int64_t needed = force_full ? 0 : kind == Kind::Full ? kFullBackupRoom : kCompactBackupRoom;
+    if (!EnoughRoom(needed)) return false;
+    if (BeginBackup(kind, former) && (kind == Kind::Full ? CopyFull(trle, !force_full) : CopyCompact(trle)))
+        return TakeIntoUse(trle, kind, former);
+    static_cast<void>(RemoveHalfBackup()); // what stays counts for nothing
+    return false;
+}
+
+// What is done with the old one when a backup is made of the TRLE folder in use.
+Former FormerOf(Former own) {
+    const std::optional<BackupNote> note = ReadBackupNote();
+    const bool elsewhere = note && !IsSamePlace(note->TrleFolder, core::TrleFolder());
+    return elsewhere || StateOfBackup() == BackupState::Foreign ? Former::Kept : own;
+}
+
+// The user knows what neither note nor game program tells; the answer is kept.
+bool AskWhoseBackup() {
+    const std::string trle = core::TrleFolder();
+    const std::optional<BackupNote> note = ReadBackupNote();
+    const bool own =
+        note ? AskYesNo(MessageStyle::Question,
+                        LoadMessage(MessageId::kBackupMovedQuestion, {note->TrleFolder, kLineBreak, trle}))
+             : AskYesNo(MessageStyle::Question,
+                        LoadMessage(MessageId::kBackupIsOfQuestion, {BackupFolder(), trle}));
+    // Where the note can't be written, which is told, the question comes again.
+    if (own) static_cast<void>(WriteBackupNote(MakeBackupNote(trle, core::profile.FullBackup)));
+    return own;
+}
+
+// Says what is missing and asks what to do: yes makes the backup, no chooses the TRLE folder anew.
+Answer AskForBackup(BackupState state) {
+    const std::string trle = core::TrleFolder();
+    const std::optional<BackupNote> note = ReadBackupNote();
+    const std::string choices =
+        kLineBreak + LoadMessage(MessageId::kBackupChoices, {kLineBreak, kLineBreak, kLineBreak});
+    if (state == BackupState::Missing)
+        return TheUser().Ask(Buttons::YesNoCancel, MessageStyle::Exclamation,
+                             LoadMessage(MessageId::kBackupMissing, {trle}) + choices);
+    if (note)
+        return TheUser().Ask(Buttons::YesNoCancel, MessageStyle::Exclamation,
+                             LoadMessage(MessageId::kBackupForeign, {trle, note->TrleFolder}) + choices);
+    return TheUser().Ask(Buttons::YesNoCancel, MessageStyle::Exclamation,
+                         LoadMessage(MessageId::kBackupOther, {trle}) + choices);
 }
 
 // True if the old files are to go before a new backup is made; nothing if there is to be none.
@@ -106,29 +226,62 @@ std::string AskOriginalConfiguration() {
     return {};
 }
 
+BackupState StateOfBackup() {
+    if (core::TrleFolder().empty() || !BackupIsValid()) return BackupState::Missing;
+    const std::optional<BackupNote> note = ReadBackupNote();
+    if (note && IsSamePlace(note->TrleFolder, core::TrleFolder())) return BackupState::Valid;
+    const std::string own = GameHash(core::TrleFolder());
+    const std::string backed_up = note ? note->GameHash : GameHash(BackupFolder());
+    if (own.empty() || backed_up.empty()) return BackupState::Unsure;
+    if (own != backed_up) return BackupState::Foreign;
+    return note ? BackupState::Unsure : BackupState::Valid;
+}
+
+bool RequireBackup() {
+    FinishBackup();
+    for (;;) {
+        BackupState state = StateOfBackup();
+        if (state == BackupState::Unsure)
+            state = AskWhoseBackup() ? BackupState::Valid : BackupState::Foreign;
+        if (state == BackupState::Valid) return true;
+        switch (AskForBackup(state)) {
+            case Answer::Yes:
+                return MakeBackup(false,
+                                  state == BackupState::Foreign ? Former::Kept : FormerOf(Former::Merged));
+            case Answer::No:
+                if (!trle::AskTrleFolder()) return false;
+                core::RefreshLevelList(); // another TRLE folder may hold another level
+                break;
+            default:
+                return false;
+        }
+    }
+}
+
+void TakeKindOfBackup() {
+    if (const std::optional<BackupNote> note = ReadBackupNote()) core::profile.FullBackup = note->Full;
+}
+
 bool CreateBackup(bool force_full) {
+    FinishBackup();
     if (!force_full && BackupIsValid()) return true;
-    const std::string trle = AskOriginalConfiguration();
-    if (trle.empty()) return false;
-    const Kind kind = force_full ? Kind::Full : AskKind();
-    const std::int64_t needed = force_full ? 0 : kind == Kind::Full ? kFullBackupRoom : kCompactBackupRoom;
-    if (!EnoughRoom(needed)) return false;
-    return kind == Kind::Full ? CopyFull(trle, !force_full) : CopyCompact(trle);
+    return MakeBackup(force_full, FormerOf(Former::Merged));
 }
 
 void RefreshFullBackup() {
+    FinishBackup();
+    if (LevelIsIn()) {
+        ShowMessage(MessageStyle::Exclamation,
+                    LoadMessage(MessageId::kBackupRefreshLevelIsIn, {core::TrleFolder(), kLineBreak}));
+        return;
+    }
     const std::optional<bool> remove_old = AskRemoval();
     if (!remove_old) return;
-    if (*remove_old) {
-        TheUser().SetLabel(BarPlace::MainWindow, LoadMessage(MessageId::kRemovingOldBackup, {}));
-        Bar bar{BarPlace::MainWindow, -1};
-        if (!RemoveFolderTree(BackupFolder(), bar))
-            TellCritical(LoadMessage(MessageId::kErrorRemovingBackup, {}) + BackupFolder());
-    }
     TheUser().SetLabel(BarPlace::MainWindow, LoadMessage(MessageId::kCopyingBackup, {}));
-    if (!CreateBackup(true)) {
+    if (!MakeBackup(true, FormerOf(*remove_old ? Former::Dropped : Former::Merged))) {
         core::RefreshLevelList();
-        TellCritical(LoadMessage(MessageId::kErrorFullBackup, {}) + BackupFolder());
+        if (!TheUser().StopRequested())
+            TellCritical(LoadMessage(MessageId::kErrorFullBackup, {}) + BackupFolder());
     }
     core::ClearProgress();
 }

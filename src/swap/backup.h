@@ -1,7 +1,11 @@
 // The backup of TRLE's original files, which every removal and restore reads from.
 //
-// It is full (the whole tree) or compact (the root's own kinds of files, DATA and GRAPHICS);
-// profile.FullBackup says which. A compact one can't bring waves, wads, samples and scripts back.
+// It is full (the whole tree) or compact (the root's own kinds of files, DATA and GRAPHICS); a compact one
+// can't bring waves, wads, samples and scripts back. A note beside it (backup_note.h) says which kind it is
+// and of which TRLE folder; profile.FullBackup follows the note.
+//
+// A backup is made beside its place and takes it when it is whole. Whatever breaks the making off, the one
+// that stood before stands still.
 #pragma once
 
 #include <cstdint>
@@ -18,12 +22,26 @@ inline constexpr std::int64_t kCompactBackupRoom = 94371840;
 // True if the backup has a .dat and a .bmp file in its root and a level.
 [[nodiscard]] bool BackupIsValid();
 
+// What the backup is worth for the TRLE folder in use. Unsure: it has no note and no game program to compare,
+// or TRLE seems to have moved; the user knows.
+enum class BackupState { Missing, Foreign, Unsure, Valid };
+BackupState StateOfBackup();
+
+// The door of every install and restore: true if the backup is valid and of the TRLE folder in use. Otherwise
+// says what is missing and offers to make it, or to choose the TRLE folder anew. What can't be known is asked
+// once.
+[[nodiscard]] bool RequireBackup();
+
+// Makes profile.FullBackup say what the note says, if there is one.
+void TakeKindOfBackup();
+
 // Asks whether TRLE holds its original configuration; its folder if so. Otherwise the user is told to set
 // TRLE up again, and the result is empty.
 std::string AskOriginalConfiguration();
 
 // Makes the backup, asking which kind. With `force_full` it is made anew without a question of kind, without
-// a test of room and although a valid one stands. False if the user or the disk refuses.
+// a test of room and although a valid one stands; files of the old one that TRLE lacks stay in it. False,
+// after a message, if the user or the disk refuses or a custom level is in TRLE.
 [[nodiscard]] bool CreateBackup(bool force_full);
 
 // The command "Create\Refresh full backup", with the main window's label and bar.

@@ -13,6 +13,7 @@
 #include "foundation/text.h"
 #include "foundation/waiting.h"
 #include "media/media_config.h"
+#include "swap/backup.h"
 #include "swap/compression.h"
 #include "swap/kept_files.h"
 #include "swap/marker.h"
@@ -252,6 +253,10 @@ bool InstallLevel(std::int32_t code) {
     if (!MayGoOn(code, previous)) return false;
     if (previous == code && code != 0) return true;
     if (!ClearRoot()) return false;
+    if (code != 0 && !RequireBackup()) {
+        static_cast<void>(GiveBackOriginal()); // what stays is in the stash of level 0000
+        return false;
+    }
     return previous == code ? GiveBackOriginal() : InstallFiles(code);
 }
 

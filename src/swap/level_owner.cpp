@@ -1,7 +1,6 @@
 #include "swap/level_owner.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <vector>
 
 #include "core/archive.h"
@@ -9,6 +8,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/place.h"
 #include "foundation/text.h"
 
 namespace kelvash::swap {
@@ -86,23 +86,21 @@ std::int32_t CodeOfFolder(std::string_view folder) {
     return IsSamePlace(core::LevelFolder(*code, false), folder) ? *code : kNoLevel;
 }
 
-bool IsSamePlace(std::string_view a, std::string_view b) {
-    if (EqualNoCase(a, b)) return true;
-    std::error_code error;
-    return std::filesystem::equivalent(NativePath(a), NativePath(b), error);
+bool NoteLevelMoved(std::string_view old_folder, std::string_view new_folder) {
+    FoundRecord found = ReadSwapRecord();
+    LevelOwner& owner = found.Record.Owner;
+    if (found.State != RecordState::Good || owner.Folder.empty() || !IsSamePlace(owner.Folder, old_folder) ||
+        !FolderExists(new_folder))
+        return true;
+    owner.Folder = new_folder;
+    owner.FromHome = PathFrom(AppFolder(), new_folder);
+    return WriteSwapRecord(found.Record);
 }
 
 bool NoteLevelsMoved(std::string_view old_parent, std::string_view new_parent) {
-    FoundRecord found = ReadSwapRecord();
-    LevelOwner& owner = found.Record.Owner;
-    if (found.State != RecordState::Good || owner.Folder.empty()) return true;
-    if (!EqualNoCase(FolderOf(owner.Folder), old_parent) && !IsSamePlace(FolderOf(owner.Folder), old_parent))
-        return true;
-    const std::string moved = std::string(new_parent) + "\\" + FileNameOf(owner.Folder);
-    if (!FolderExists(moved)) return true;
-    owner.Folder = moved;
-    owner.FromHome = PathFrom(AppFolder(), moved);
-    return WriteSwapRecord(found.Record);
+    const std::string name = FileNameOf(ReadSwapRecord().Record.Owner.Folder);
+    return name.empty() ||
+           NoteLevelMoved(std::string(old_parent) + "\\" + name, std::string(new_parent) + "\\" + name);
 }
 
 void NoteLevelChanged(std::string_view folder) {

@@ -101,9 +101,15 @@ bool TakeFilesOut(const SwapRecord& record) {
     return noted;
 }
 
+// A backup that is another folder's is none.
+bool BackupIsUsable() {
+    const BackupState state = StateOfBackup();
+    return state == BackupState::Valid || state == BackupState::Unsure;
+}
+
 // The saves go home in any case; without a backup the level leaves only if nothing is lost by it.
 bool MayLeave(TrleState& state) {
-    if (BackupIsValid() || CanRestoreAll(state.Record, state.FromRecord)) return true;
+    if (BackupIsUsable() || CanRestoreAll(state.Record, state.FromRecord)) return true;
     const bool is_home =
         state.FromRecord && !state.OwnerFolder.empty() && CopySavesHome(state.OwnerFolder, state.Record);
     TellCritical(LoadMessage(MessageId::kBackupGone, {}) +

@@ -10,6 +10,7 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
+#include "swap/backup.h"
 #include "swap/install.h"
 #include "swap/kept_files.h"
 #include "swap/rescued_saves.h"
@@ -147,6 +148,7 @@ bool FastRestore() {
 }
 
 bool FullRestore(Bar& bar, bool show_progress) {
+    if (!RequireBackup()) return false;
     ShowLabel(bar, MessageId::kRestoreRemovingLevel);
     // Whether the level could be taken out or not, the files below make the folder original. But saves that
     // couldn't go home are about to be deleted.

@@ -1,5 +1,6 @@
 #include "trle/find_trle.h"
 
+#include "core/path_field.h"
 #include "core/profile.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
@@ -17,8 +18,7 @@ std::string FindTrleInRegistry() {
     return EndsWithNoCase(program, ".exe") ? FolderOf(program) : std::string();
 }
 
-bool ChooseTrleFolder() {
-    if (swap::CheckTrleFolder(profile.TrleFolder, false)) return true;
+bool AskTrleFolder() {
     const std::string known = FindTrleInRegistry();
     const std::string start = swap::CheckTrleFolder(known, false) ? known : std::string();
     const std::string accept = "Pul_Ok";
@@ -26,16 +26,19 @@ bool ChooseTrleFolder() {
     for (;;) {
         std::string chosen = TheUser().ShowForm(
             {"Dialog_TrovaTrle", LoadMessage(MessageId::kFindTrleCaption, {}), start, {accept, cancel}});
-        if (chosen.empty() || chosen == cancel) {
-            TellCritical(LoadMessage(MessageId::kCannotRunWithoutTrle, {kLineBreak}));
-            return false;
-        }
+        if (chosen.empty() || chosen == cancel) return false;
         if (chosen == accept) chosen = start;
-        if (swap::CheckTrleFolder(chosen, true)) {
+        if (swap::CheckTrleFolder(chosen, true) && core::CheckPath(chosen)) {
             profile.TrleFolder = chosen;
             return true;
         }
     }
+}
+
+bool ChooseTrleFolder() {
+    if (swap::CheckTrleFolder(profile.TrleFolder, false) || AskTrleFolder()) return true;
+    TellCritical(LoadMessage(MessageId::kCannotRunWithoutTrle, {kLineBreak}));
+    return false;
 }
 
 } // namespace kelvash::trle

@@ -11,4 +11,8 @@ std::string FindTrleInRegistry();
 // Makes profile.TrleFolder valid: as it is, else by the form, which starts from what the registry knows.
 // False if the user gives up.
 [[nodiscard]] bool ChooseTrleFolder();
+// Asks for the TRLE folder by the form, whether the one in use is valid or not, until one passes the check.
+// False, with nothing changed, if the user gives up.
+[[nodiscard]] bool AskTrleFolder();
+
 } // namespace kelvash::trle

@@ -3,6 +3,7 @@
 #include <QMenu>
 
 #include "core/archive.h"
+#include "core/kept_folders.h"
 #include "core/level_list.h"
 #include "core/maintenance.h"
 #include "core/tr4_info.h"
@@ -27,6 +28,7 @@ void Principale::ConnectLevelMenu() {
     Connect("mnu_PrefArchive", [this] { ShowPreferences(); });
     Connect("mnu_MoveArc", [] { core::MoveArchive(); });
     Connect("mnu_Recover", [] { core::RecoverArchive(); });
+    Connect("mnu_Kept", [] { core::TakeKeptLevel(); });
     Connect("mnu_ControllaUguali", [] { core::ControllaUguali(); });
     Connect("mnu_CreaInfoTr4", [] { core::CreaInfoTr4(); });
     Combo_Livelli->setContextMenuPolicy(Qt::CustomContextMenu);

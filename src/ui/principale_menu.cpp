@@ -98,6 +98,7 @@ constexpr auto kEntries = std::to_array<Entry>({
     {2, "mnu_CreaInfoTr4", MessageId::kMnuCreaInfoTr4},
     {2, "mnu_FaiFullBackup", MessageId::kMnuFaiFullBackup},
     {2, "mnu_Recover", MessageId::kMnuRecover},
+    {2, "mnu_Kept", MessageId::kMnuKept},
     {2, "mnu_SetLanguageAll", MessageId::kMnuSetLanguageAll},
     {2, "mnu_RestoreAll", MessageId::kMnuRestoreAll},
     {1, "mnu_MoveOnCd", MessageId::kMnuMoveOnCd},

@@ -101,6 +101,29 @@ TEST_F(Init, RefusesAnotherTrleFolderThanTheHomes) {
         R"({"event":"message","style":"critical","text":"This home belongs already to another TRLE folder: C:\\trle"})");
 }
 
+TEST_F(Init, NeverTakesAFolderWithAMarkerForOriginal) {
+    MakeTrle(drive / "trle");
+    MakeFile(drive / "trle" / "Kelvash.txt", "#LEVEL_CODE=0012#\r\n");
+    const CliRun run = RunInit({});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.Output(), HasSubstr("so it can not be taken for the original configuration"));
+    EXPECT_FALSE(Exists(home / "backup_trle"));
+}
+
+TEST_F(Init, RefusesFoldersThatItsFilesCannotHold) {
+    MakeTrle(drive / "\xCE\xBB");
+    const CliRun greek = Json({"init", "--trle", "C:\\\xCE\xBB", "--archive-folder", "C:\\Levels"});
+    EXPECT_EQ(greek.status, 1);
+    EXPECT_THAT(greek.Output(), HasSubstr("This path has characters that the files of Kelvash can not hold"));
+    EXPECT_FALSE(Exists(home / "backup_trle"));
+    MakeTrle(drive / "trle");
+    const CliRun folder = Json({"init", "--trle", "C:\\trle", "--archive-folder", "C:\\\xCE\xBC"});
+    EXPECT_EQ(folder.status, 1);
+    EXPECT_THAT(folder.Output(),
+                HasSubstr("This path has characters that the files of Kelvash can not hold"));
+    EXPECT_FALSE(Exists(home / "LevelArchive.kva"));
+}
+
 TEST_F(Init, AnswersOfAFileServeWhatTheOptionsLeaveOpen) {
     MakeTrle(drive / "trle");
     fs::remove(drive / "trle" / "tomb4.exe");

@@ -1,6 +1,8 @@
 // The commands by which levels come in, go out and are looked after.
 #include <gmock/gmock.h>
 
+#include <nlohmann/json.hpp>
+
 #include "cli/cli_home.h"
 #include "support/zip_bytes.h"
 
@@ -155,6 +157,43 @@ TEST_F(IntakeCommands, AnArchiveIsMovedAndRecovered) {
         recovered.lines.back(),
         R"({"event":"result","ok":true,"archive":"C:\\Kelvash\\LevelArchive2.kva","folder":"C:\\new","levels":2})");
     EXPECT_THAT(Json({"levels"}).lines.at(0), HasSubstr(R"("name":"Level Name 1")"));
+}
+
+TEST_F(IntakeCommands, AFolderThatNoRecordNamesIsKeptAndTakenBack) {
+    MakeFile(Level(1) / "FILES/lost.tr4", "lost");
+    MakeFile(Level(1) / "BACKUP_SAVEGAMES/savegame.0", "precious");
+    const CliRun added = Add();
+    ASSERT_EQ(added.status, 0);
+    EXPECT_THAT(added.Output(), HasSubstr("C:\\\\Levels\\\\LEVEL_0001 belongs to no level of this archive"));
+    const nlohmann::json listed = nlohmann::json::parse(Json({"kept", "list"}).lines.back());
+    ASSERT_EQ(listed["kept"].size(), 1U);
+    EXPECT_EQ(listed["kept"][0]["name"], "lost");
+    EXPECT_EQ(listed["kept"][0]["size"], 12);
+    EXPECT_EQ(nlohmann::json::parse(Json({"kept"}).lines.back()), listed);
+    const std::string folder = listed["kept"][0]["folder"];
+    EXPECT_THAT(folder, testing::StartsWith("LEVEL_0001_"));
+    const CliRun taken = Json({"kept", "take", folder});
+    EXPECT_EQ(taken.status, 0);
+    EXPECT_EQ(taken.lines.back(), R"({"event":"result","ok":true,"code":2,"kept":[]})");
+    EXPECT_EQ(BytesOf(Level(2) / "BACKUP_SAVEGAMES/savegame.0"), "precious");
+    EXPECT_THAT(Json({"levels"}).lines.at(0), HasSubstr(R"("code":2,"name":"lost")"));
+    const CliRun again = Json({"kept", "take", folder});
+    EXPECT_EQ(again.status, 1);
+    EXPECT_EQ(again.lines.back(), R"({"event":"result","ok":false,"code":null,"kept":[]})");
+    EXPECT_EQ(Json({"kept", "take", ""}).status, 1);
+    EXPECT_EQ(Json({"kept", "take"}).status, 2);
+    EXPECT_EQ(Json({"kept", "drop"}).status, 2);
+}
+
+TEST_F(IntakeCommands, AMoveOrAnExportThatFailsSaysSo) {
+    ASSERT_EQ(Add().status, 0);
+    const CliRun moved = Json({"move", "C:\\nowhere"});
+    EXPECT_EQ(moved.status, 1);
+    EXPECT_THAT(moved.Output(), HasSubstr("The target folder does not exist: C:\\\\nowhere"));
+    std::filesystem::remove(Level(1) / "FILES/maze.tr4");
+    const CliRun exported = Json({"export", "1", "C:\\out.zip"});
+    EXPECT_EQ(exported.status, 1);
+    EXPECT_FALSE(Exists(drive / "out.zip"));
 }
 
 TEST_F(IntakeCommands, PreferencesAreShownAndSet) {

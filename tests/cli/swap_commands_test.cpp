@@ -47,7 +47,7 @@ TEST_F(Sandbox, IsAHomeThatAsksNothing) {
     EXPECT_THAT(
         InSandbox({"status"}).lines,
         ElementsAre(
-            R"({"event":"result","ok":true,"trle":"C:\\Program Files\\Core Design\\trle","archive":"C:\\Kelvash\\LevelArchive.kva","levels":5,"installed":0,"fullBackup":true})"));
+            R"({"event":"result","ok":true,"trle":"C:\\Program Files\\Core Design\\trle","archive":"C:\\Kelvash\\LevelArchive.kva","levels":5,"installed":0,"fullBackup":true,"backupValid":true})"));
     EXPECT_THAT(InSandbox({"save"}).lines,
                 ElementsAre(R"({"event":"result","ok":true,"archive":"C:\\Kelvash\\LevelArchive.kva"})"));
     EXPECT_FALSE(Exists(root / "data")) << "the sandbox is not to be registered anywhere";
@@ -73,7 +73,7 @@ TEST_F(Sandbox, GivesPathsThatOtherRunsUnderstand) {
         {"--drive", "C=" + drive.string(), "--json", "--home", "C:\\second\\drive_c\\Kelvash", "status"});
     EXPECT_EQ(
         status.lines.at(0),
-        R"({"event":"result","ok":true,"trle":"C:\\second\\drive_c\\Program Files\\Core Design\\trle","archive":"C:\\second\\drive_c\\Kelvash\\LevelArchive.kva","levels":5,"installed":0,"fullBackup":true})");
+        R"({"event":"result","ok":true,"trle":"C:\\second\\drive_c\\Program Files\\Core Design\\trle","archive":"C:\\second\\drive_c\\Kelvash\\LevelArchive.kva","levels":5,"installed":0,"fullBackup":true,"backupValid":true})");
     EXPECT_THAT(Bare({"--json", "demo", (root / "third").string()}).lines.back(),
                 HasSubstr(R"("home":"Z:\\)"));
 }

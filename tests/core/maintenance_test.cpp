@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "core/archive.h"
+#include "core/kept_folders.h"
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
@@ -327,7 +328,103 @@ TEST_F(Moving, AnArchiveThatCannotBeSavedStaysWhereItWas) {
     EXPECT_EQ(user.Told().size(), 1U);
 }
 
-TEST_F(Moving, FilesOfALevelOnCdStayBehind) {
+TEST_F(Moving, AFolderThatIsNoPlaceIsToldWithItsReason) {
+    std::filesystem::create_directories(drive / "\xCE\xBB");
+    const std::string long_path = "C:\\" + std::string(254, 'x');
+    test::MakeFile(drive / "file", "no folder");
+    for (const std::string& target : {std::string("C:\\\xCE\xBB"), long_path, std::string("C:\\nowhere"),
+                                      std::string("C:\\file"), std::string("cancel")})
+        user.WillAnswer("Select target folder", target);
+    EXPECT_FALSE(MoveArchive());
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre(
+            "exclamation: This path has characters that the files of Kelvash can not hold (only those "
+            "of Windows-1252): C:\\\xCE\xBB",
+            "exclamation: This path is too long for the files of Kelvash (at most 256 characters): " +
+                long_path,
+            "exclamation: The target folder does not exist: C:\\nowhere",
+            "exclamation: The target folder does not exist: C:\\file"));
+}
+
+TEST_F(Moving, APlaceThatCannotBeWrittenIsTold) {
+    test::OrdinaryUser ordinary;
+    std::filesystem::permissions(drive / "new", std::filesystem::perms(0555));
+    EXPECT_FALSE(MoveTo("C:\\new"));
+    std::filesystem::permissions(drive / "new", std::filesystem::perms(0755));
+    EXPECT_THAT(user.Told(), ElementsAre("critical: I cannot write in the target folder: C:\\new"));
+    EXPECT_TRUE(test::Exists(LevelPath(1) / "FILES/maze.tr4"));
+}
+
+TEST_F(Moving, KeptFoldersComeAlong) {
+    test::MakeFile(levels / "KEPT/LEVEL_0003_2026-11-21_183000/FILES/cave.tr4", "kept");
+    std::filesystem::create_directories(drive / "new/KEPT/LEVEL_0009_2020-01-01_000000");
+    EXPECT_TRUE(MoveTo("C:\\new"));
+    EXPECT_EQ(test::BytesOf(drive / "new/KEPT/LEVEL_0003_2026-11-21_183000/FILES/cave.tr4"), "kept");
+    EXPECT_TRUE(test::Exists(drive / "new/KEPT/LEVEL_0009_2020-01-01_000000"));
+    EXPECT_FALSE(test::Exists(levels / "KEPT"));
+    EXPECT_FALSE(test::Exists(drive / "new/KELVASH_MOVE"));
+}
+
+TEST_F(Moving, AFileAmongTheKeptFoldersIsNotDeleted) {
+    test::MakeFile(levels / "KEPT/LEVEL_0003_2026-11-21_183000/FILES/cave.tr4", "kept");
+    test::MakeFile(levels / "KEPT/list.txt", "of the user");
+    EXPECT_TRUE(MoveTo("C:\\new"));
+    EXPECT_EQ(test::BytesOf(levels / "KEPT/list.txt"), "of the user");
+}
+
+TEST_F(Moving, ATargetAmongTheKeptFoldersIsRefused) {
+    std::filesystem::create_directories(levels / "KEPT/LEVEL_0003_2026-11-21_183000");
+    user.WillAnswer("Select target folder", "C:\\Levels\\KEPT");
+    user.WillAnswer("Select target folder", "cancel");
+    EXPECT_FALSE(MoveArchive());
+    EXPECT_THAT(user.Told(),
+                ElementsAre("exclamation: The target can not be inside a level's folder: C:\\Levels\\KEPT"));
+}
+
+// What a move left that was killed when its copies had taken their places, but not yet the Archive's file.
+TEST_F(Moving, CopiesOfAKilledMoveAreReplaced) {
+    std::filesystem::copy(LevelPath(1), drive / "new/LEVEL_0001", std::filesystem::copy_options::recursive);
+    for (const char* file : {"FILES/maze.tr4", "BACKUP_SAVEGAMES/savegame.0"})
+        std::filesystem::last_write_time(drive / "new/LEVEL_0001" / file,
+                                         std::filesystem::last_write_time(LevelPath(1) / file));
+    test::MakeFile(drive / "new/LEVEL_0002/BACKUP_SAVEGAMES/savegame.7", "played since");
+    test::MakeFile(drive / "new/KELVASH_MOVE/move.txt", "#FROM=C:\\Levels\r\n");
+    test::MakeFile(drive / "new/KELVASH_MOVE/LEVEL_0002/FILES/half.tr4", "half");
+    EXPECT_TRUE(MoveTo("C:\\new"));
+    EXPECT_EQ(test::BytesOf(drive / "new/LEVEL_0001/FILES/maze.tr4"), "level One");
+    EXPECT_EQ(test::BytesOf(drive / "new/LEVEL_0002/FILES/maze.tr4"), "level Two");
+    EXPECT_FALSE(test::Exists(drive / "new/LEVEL_0002/BACKUP_SAVEGAMES/savegame.7"));
+    const std::vector<KeptLevel> kept = ListKept();
+    ASSERT_EQ(kept.size(), 1U);
+    EXPECT_EQ(test::BytesOf(drive / "new/KEPT" / kept[0].Folder / "BACKUP_SAVEGAMES/savegame.7"),
+              "played since");
+    EXPECT_THAT(user.Told(),
+                ElementsAre("exclamation: A copy that an interrupted move had left in the target folder has "
+                            "been changed since. It is kept in: C:\\new\\KEPT\\" +
+                                kept[0].Folder,
+                            "plain: Folder archive moved in C:\\new"));
+}
+
+TEST_F(Moving, CopiesOfTheMoveOfAnotherArchiveAreForeign) {
+    std::filesystem::create_directories(drive / "new/LEVEL_0001");
+    test::MakeFile(drive / "new/KELVASH_MOVE/move.txt", "#FROM=C:\\Others\r\n");
+    user.WillAnswer("Select target folder", "C:\\new");
+    user.WillAnswer("Select target folder", "cancel");
+    EXPECT_FALSE(MoveArchive());
+    EXPECT_THAT(user.Told(),
+                ElementsAre("exclamation: In target folder there is already a folder: C:\\new\\LEVEL_0001"));
+}
+
+TEST_F(Recovery, AFolderThatTheFileCannotHoldIsRefused) {
+    test::MakeFile(drive / "\xCE\xBB/LEVEL_0001/FILES/a.tr4", "x");
+    user.WillAnswer("Choose HD main folder", "C:\\\xCE\xBB");
+    EXPECT_FALSE(RecoverArchive());
+    EXPECT_THAT(user.Told().back(), testing::StartsWith("critical: This path has characters"));
+    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\test.kva");
+}
+
+TEST_F(Moving, FilesOnDiskOfALevelOnCdComeAlong) {
     archive.Levels[1].CdNumber = 1;
     archive.Header.CdCount = 1;
     archive.Header.MainFolder = "D:\\cd";
@@ -339,7 +436,8 @@ TEST_F(Moving, FilesOfALevelOnCdStayBehind) {
     EXPECT_EQ(user.Told().back(), "exclamation: Kelvash can't transfer levels from CD to disk yet");
     user.WillAnswer(question, "no");
     EXPECT_TRUE(MoveTo("C:\\new"));
-    EXPECT_FALSE(test::Exists(drive / "new/LEVEL_0001/FILES"));
+    EXPECT_EQ(test::BytesOf(drive / "new/LEVEL_0001/FILES/maze.tr4"), "level One");
+    EXPECT_FALSE(test::Exists(LevelPath(1)));
     EXPECT_TRUE(test::Exists(drive / "new/LEVEL_0001/BACKUP_SAVEGAMES/savegame.0"));
     EXPECT_TRUE(test::Exists(drive / "new/LEVEL_0002/FILES/maze.tr4"));
     EXPECT_EQ(archive.Header.MainFolder, "D:\\cd");

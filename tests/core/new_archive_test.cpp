@@ -114,6 +114,22 @@ TEST_F(NewArchiveTest, GivesUpWhenTheFolderIsCancelled) {
     EXPECT_FALSE(Exists(home / "LevelArchive.kva"));
 }
 
+TEST_F(NewArchiveTest, RefusesAFolderThatItsFileCannotHold) {
+    fs::create_directories(drive / "\xCE\xBB");
+    const std::string longest = "C:\\" + std::string(253, 'x');
+    for (const std::string& folder : {std::string("C:\\\xCE\xBB"), longest + "x"}) {
+        user.WillAnswer(kCaption, folder);
+        EXPECT_FALSE(NewArchive());
+        EXPECT_EQ(profile.LastArchive, "");
+    }
+    EXPECT_EQ(user.Told(),
+              (std::vector<std::string>{
+                  "critical: This path has characters that the files of Kelvash can not hold (only those of "
+                  "Windows-1252): C:\\\xCE\xBB",
+                  "critical: This path is too long for the files of Kelvash (at most 256 characters): " +
+                      longest + "x"}));
+}
+
 TEST_F(NewArchiveTest, TellsAFolderThatCannotBeMade) {
     user.WillAnswer(kCaption, "C:\\missing\\deeper");
     EXPECT_FALSE(NewArchive());

@@ -10,6 +10,7 @@
 #include "foundation/registration.h"
 #include "support/test_home.h"
 #include "support/trle_sandbox.h"
+#include "swap/backup.h"
 
 namespace kelvash::core {
 namespace {
@@ -298,6 +299,47 @@ TEST_F(StartUpTest, EndsWhenTrleIsNotOriginal) {
     EXPECT_THAT(user.Told(), ElementsAre(StartsWith("critical: Tips: "),
                                          StartsWith("critical: You must perform a new setup")));
     EXPECT_FALSE(Exists(home / "LEVEL_0000"));
+    ExpectNoArchive();
+    // Whatever is opened then, the door to install and restore stays shut.
+    user.WillAnswer(kLoad, "C:\\Kelvash\\last.kva");
+    EXPECT_TRUE(LoadArchiveDialog());
+    user.WillAnswer("There is no valid backup of the original files", "cancel");
+    EXPECT_FALSE(swap::RequireBackup());
+    EXPECT_FALSE(Exists(home / "backup_trle"));
+}
+
+TEST_F(StartUpTest, NeverTakesAFolderWithAMarkerForOriginal) {
+    LiveIn();
+    fs::remove_all(home / "backup_trle");
+    MakeFile(trle / "Kelvash.txt", "");
+    StartUp("");
+    EXPECT_THAT(user.Told(),
+                ElementsAre(StartsWith("critical: In the Tomb Raider Level Editor folder C:\\trle "
+                                       "there is a custom level")));
+    EXPECT_FALSE(Exists(home / "backup_trle"));
+    ExpectNoArchive();
+}
+
+TEST_F(StartUpTest, EndsTheMakingOfABackupThatWasCutShort) {
+    LiveIn();
+    fs::rename(home / "backup_trle", home / "backup_trle_new");
+    MakeFile(home / "backup_trle_new.txt", "#TRLE_FOLDER=C:\\trle\r\n#KIND=full\r\n");
+    StartUp("");
+    EXPECT_TRUE(ArchiveIsOpen());
+    EXPECT_TRUE(Exists(home / "backup_trle/tomb4.exe"));
+    EXPECT_FALSE(Exists(home / "backup_trle_new.txt"));
+    EXPECT_TRUE(Exists(home / "backup_trle.txt"));
+}
+
+TEST_F(StartUpTest, RefusesAnArchiveWhosePathTheProfileCannotHold) {
+    LiveIn();
+    const std::string path = "C:\\\xCE\xBB\\last.kva";
+    fs::create_directories(drive / "\xCE\xBB");
+    fs::copy(home / "last.kva", drive / "\xCE\xBB/last.kva");
+    user.WillAnswer(kDifferent, "no");
+    StartUp("\"" + path + "\"");
+    EXPECT_THAT(user.Told(), ElementsAre(StartsWith("critical: This path has characters that the files of "
+                                                    "Kelvash can not hold")));
     ExpectNoArchive();
 }
 

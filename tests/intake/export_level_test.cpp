@@ -178,6 +178,48 @@ TEST_F(Export, FailuresAreToldAndLeaveNothing) {
     EXPECT_TRUE(!test::Exists(home / "out_files"));
 }
 
+TEST_F(Export, OfALevelWithoutItsFilesFails) {
+    AddLevel(1, "Empty", {}, {{"savegame.0", "saved"}});
+    AddLevel(2, "Only a text", {{"readme.txt", "x"}});
+    AddLevel(3, "Gone", kMaze);
+    std::filesystem::remove_all(LevelPath(3));
+    Select(1);
+    EXPECT_FALSE(ExportLevel());
+    EXPECT_EQ(user.Told().back(),
+              "critical: The files of the level are missing: C:\\Levels\\LEVEL_0001\\files");
+    Select(2);
+    EXPECT_FALSE(ExportLevel());
+    EXPECT_EQ(user.Told().back(), "critical: The level has no .tr4 file: C:\\Levels\\LEVEL_0002\\files");
+    Select(3);
+    EXPECT_FALSE(ExportLevel());
+    EXPECT_EQ(user.Told().back(),
+              "critical: The files of the level are missing: C:\\Levels\\LEVEL_0003\\files");
+    EXPECT_TRUE(NothingTemporary());
+}
+
+TEST_F(Export, GoesNeverOverFilesOfLevelsOrOfTheProgram) {
+    AddLevel(1, "Maze", kMaze);
+    test::MakeFile(home / "test.kva", "the Archive");
+    Select(1);
+    for (const char* target :
+         {"C:\\Kelvash\\out_files\\out.zip", "C:\\Levels\\LEVEL_0001\\files\\maze.tr4",
+          "C:\\levels\\level_0001\\out.zip", "C:\\trle\\data\\out.zip", "C:\\trle\\tomb4.exe",
+          "C:\\Kelvash\\LEVEL_0000\\FILES\\x.zip", "C:\\Kelvash\\backup_trle\\script.dat",
+          "C:\\Kelvash\\TEST.KVA", "C:\\Kelvash\\Kelvash.prf", "C:\\Levels\\KEPT\\x.zip"}) {
+        EXPECT_FALSE(ExportTo(target));
+        EXPECT_EQ(user.Told().back(),
+                  std::string("critical: The zip can not be written there, among the files "
+                              "of levels, of Kelvash or of Tomb Raider Level Editor: ") +
+                      target);
+    }
+    EXPECT_EQ(test::BytesOf(LevelPath(1) / "FILES/maze.tr4"), "level data");
+    EXPECT_EQ(test::BytesOf(home / "test.kva"), "the Archive");
+    EXPECT_FALSE(test::Exists(trle / "data/out.zip"));
+    EXPECT_TRUE(NothingTemporary());
+    EXPECT_TRUE(ExportTo("C:\\Levels\\out.zip"));
+    EXPECT_TRUE(ExportTo("C:\\Kelvash\\out.zip"));
+}
+
 TEST_F(Export, AStopIsNoError) {
     AddLevel(1, "Maze", kMaze);
     Select(1);

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "core/archive.h"
+#include "core/kept_folders.h"
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
@@ -61,14 +62,28 @@ TEST_F(NewLevelTest, ACancelledLevelGoesWithItsFolder) {
     EXPECT_FALSE(test::Exists(home / "test.kva"));
 }
 
-TEST_F(NewLevelTest, WhatIsLeftInTheFolderGoesFirst) {
-    test::MakeFile(levels / "LEVEL_0001/FILES/half.tr4", "half");
+TEST_F(NewLevelTest, WhatIsLeftInTheFolderIsKeptAside) {
+    test::MakeFile(levels / "LEVEL_0001/FILES/old.tr4", "old");
     test::MakeFile(levels / "LEVEL_0001/SCREENSHOTS/old.jpg", "old");
     EXPECT_FALSE(intake::AddLevel("", [&](NewLevel& open) {
         EXPECT_THAT(open.FileList, IsEmpty());
         EXPECT_FALSE(test::Exists(levels / "LEVEL_0001/SCREENSHOTS/old.jpg"));
         CancelIn(open);
     }));
+    const std::vector<core::KeptLevel> kept = core::ListKept();
+    ASSERT_EQ(kept.size(), 1U);
+    EXPECT_EQ(test::BytesOf(levels / "KEPT" / kept[0].Folder / "SCREENSHOTS/old.jpg"), "old");
+    ASSERT_EQ(user.Told().size(), 1U);
+    EXPECT_THAT(user.Told()[0], testing::StartsWith("exclamation: The folder C:\\Levels\\LEVEL_0001 belongs "
+                                                    "to no level of this archive."));
+}
+
+TEST_F(NewLevelTest, WhatAKilledRunHasMadeButNotFilledIsTaken) {
+    std::filesystem::create_directories(levels / "LEVEL_0001/FILES");
+    std::filesystem::create_directories(levels / "LEVEL_0001/SAVEGAMES");
+    EXPECT_FALSE(intake::AddLevel("", [&](NewLevel& open) { CancelIn(open); }));
+    EXPECT_THAT(user.Told(), IsEmpty());
+    EXPECT_FALSE(test::Exists(levels / "KEPT"));
 }
 
 TEST_F(NewLevelTest, WithoutAnArchiveNothingIsAdded) {

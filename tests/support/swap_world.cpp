@@ -139,6 +139,8 @@ void MakeTrleWorld(const World& world, Backup backup) {
             fs::last_write_time(world.backup / name, fs::last_write_time(world.trle / name));
         }
     }
+    MakeFile(world.home / "backup_trle.txt", std::string("#TRLE_FOLDER=C:\\trle\r\n#KIND=") +
+                                                 (backup == Backup::Full ? "full" : "compact") + "\r\n");
     // A file of the user's own that no backup knows.
     WriteStamped(world.trle / "own.h", "trle own.h");
     for (const char* name : {"FILES", "BACKUP_SAVEGAMES", "SAVEGAMES", "SCREENSHOTS"})

@@ -2,8 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "core/archive.h"
 #include "core/profile.h"
+#include "foundation/drives.h"
 #include "support/swap_home.h"
 
 namespace kelvash::swap {
@@ -35,6 +38,19 @@ class Backup : public test::SwapHome {
         test::MakeFile(trle / "graphics" / "wads" / "deep.wad", "WAD");
         test::MakeFile(trle / "box.log", "log");
         test::MakeFile(trle / "notes.doc", "of the user");
+    }
+    // What lies in the application's folder under the backup's name, sorted.
+    std::vector<std::string> Backups() const {
+        std::vector<std::string> names;
+        for (const fs::directory_entry& entry : fs::directory_iterator(home))
+            if (entry.path().filename().string().starts_with("backup_trle"))
+                names.push_back(entry.path().filename().string());
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+    void PutNote(const std::string& folder, const std::string& game, const std::string& kind) {
+        test::MakeFile(home / "backup_trle.txt",
+                       "#TRLE_FOLDER=" + folder + "\r\n#TOMB4=" + game + "\r\n#KIND=" + kind + "\r\n");
     }
 };
 
@@ -162,7 +178,8 @@ TEST_F(Backup, RefreshRemovesTheOldFiles) {
     EXPECT_FALSE(test::Exists(backup / "data" / "old.tr4"));
     EXPECT_TRUE(test::Exists(backup / "tomb4.exe"));
     EXPECT_THAT(user.Shown(),
-                ElementsAre("Removing old backup files in progress...", "Copying files in progress...", ""));
+                ElementsAre("Copying files in progress...", "Removing old backup files in progress...", ""));
+    EXPECT_THAT(Backups(), ElementsAre("backup_trle", "backup_trle.txt"));
 }
 
 TEST_F(Backup, RefreshOfACompactOneMayKeepTheOldFiles) {
@@ -172,6 +189,288 @@ TEST_F(Backup, RefreshOfACompactOneMayKeepTheOldFiles) {
     RefreshFullBackup();
     EXPECT_TRUE(test::Exists(backup / "data" / "old.tr4"));
     EXPECT_TRUE(core::profile.FullBackup);
+}
+
+TEST_F(Backup, RefreshThatFailsLeavesTheOldOne) {
+    core::profile.FullBackup = true;
+    test::MakeFile(backup / "data" / "old.tr4", "old");
+    test::MakeFile(backup / "old.dat", "old");
+    test::MakeFile(backup / "old.bmp", "old");
+    test::OrdinaryUser ordinary;
+    fs::permissions(trle / "data" / "title.tr4", fs::perms(0));
+    user.WillAnswer("Current backup is already FULL", "yes");
+    user.WillAnswer(kOriginal, "yes");
+    RefreshFullBackup();
+    fs::permissions(trle / "data" / "title.tr4", fs::perms(0644));
+    EXPECT_THAT(user.Told(), Contains("critical: Error creating full backup in : C:\\Kelvash\\backup_trle"));
+    EXPECT_EQ(test::BytesOf(backup / "data" / "old.tr4"), "old");
+    EXPECT_FALSE(test::Exists(backup / "tomb4.exe"));
+    EXPECT_THAT(Backups(), ElementsAre("backup_trle"));
+}
+
+TEST_F(Backup, RefreshNeverRunsWhileALevelIsIn) {
+    core::profile.FullBackup = true;
+    test::MakeFile(trle / "Kelvash.txt", "#LEVEL_CODE=0003#\r\n");
+    RefreshFullBackup();
+    EXPECT_THAT(user.Told(),
+                ElementsAre("exclamation: A custom level is in the Tomb Raider Level Editor folder "
+                            "C:\\trle\r\nSet the original configuration before you refresh the backup"));
+    EXPECT_THAT(user.Asked(), IsEmpty());
+    EXPECT_FALSE(test::Exists(backup));
+}
+
+TEST_F(Backup, OfAFolderWithAMarkerIsRefusedWhateverItSays) {
+    for (const char* marker : {"", "#LEVEL_CODE=0012#\r\n"}) {
+        test::MakeFile(trle / "Kelvash.txt", marker);
+        EXPECT_FALSE(CreateBackup(false));
+        EXPECT_FALSE(CreateBackup(true));
+    }
+    EXPECT_THAT(user.Told(),
+                testing::Each("critical: In the Tomb Raider Level Editor folder C:\\trle there is a custom "
+                              "level (file Kelvash.txt), so it can not be taken for the original "
+                              "configuration.\r\nTake the level out or perform a new setup of TRLE, then the "
+                              "backup can be made."));
+    EXPECT_EQ(user.Told().size(), 4U);
+    EXPECT_THAT(user.Asked(), IsEmpty());
+    EXPECT_THAT(Backups(), IsEmpty());
+}
+
+TEST_F(Backup, ThatIsStoppedLeavesNothing) {
+    user.stop = true;
+    user.WillAnswer(kOriginal, "yes");
+    user.WillAnswer(kKind, "yes");
+    EXPECT_FALSE(CreateBackup(false));
+    EXPECT_FALSE(BackupIsValid());
+    EXPECT_THAT(Backups(), IsEmpty());
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(Backup, RefreshThatIsStoppedIsNoError) {
+    fs::copy(trle, backup, fs::copy_options::recursive);
+    user.stop = true;
+    user.WillAnswer("Remove old backup files", "yes");
+    user.WillAnswer(kOriginal, "yes");
+    RefreshFullBackup();
+    EXPECT_THAT(user.Told(), IsEmpty());
+    EXPECT_TRUE(BackupIsValid());
+    EXPECT_THAT(Backups(), ElementsAre("backup_trle"));
+}
+
+TEST_F(Backup, LeftByAKilledRunIsMadeAnew) {
+    test::MakeFile(home / "backup_trle_new" / "half.dat", "half");
+    test::MakeFile(home / "backup_trle_new" / "half.bmp", "half");
+    test::MakeFile(home / "backup_trle_new" / "data" / "half.tr4", "half");
+    user.WillAnswer(kOriginal, "yes");
+    user.WillAnswer(kKind, "yes");
+    ASSERT_TRUE(CreateBackup(false));
+    EXPECT_THAT(Backups(), ElementsAre("backup_trle", "backup_trle.txt"));
+    EXPECT_FALSE(test::Exists(backup / "half.dat"));
+}
+
+TEST_F(Backup, ThatIsWholeIsPutInItsPlaceByTheNextStart) {
+    fs::copy(trle, home / "backup_trle_new", fs::copy_options::recursive);
+    test::MakeFile(home / "backup_trle_new.txt", "#TRLE_FOLDER=C:\\trle\r\n#KIND=full\r\n");
+    test::MakeFile(home / "backup_trle_old" / "data" / "old.tr4", "old");
+    EXPECT_TRUE(CreateBackup(false));
+    EXPECT_THAT(user.Asked(), IsEmpty());
+    EXPECT_THAT(Backups(), ElementsAre("backup_trle", "backup_trle.txt"));
+    EXPECT_TRUE(BackupIsValid());
+}
+
+TEST_F(Backup, ThatWasPutAsideComesBackWhereNoneTookItsPlace) {
+    fs::copy(trle, home / "backup_trle_old", fs::copy_options::recursive);
+    EXPECT_TRUE(CreateBackup(false));
+    EXPECT_THAT(Backups(), ElementsAre("backup_trle"));
+}
+
+TEST_F(Backup, LeavesTheProgramsOwnFolderInsideTrleOut) {
+    fs::create_directories(drive / "trle/tools/Kelvash");
+    ASSERT_TRUE(SetAppFolder(drive / "trle/tools/Kelvash"));
+    test::MakeFile(drive / "trle/tools/other.txt", "other");
+    for (int run = 0; run < 2; ++run) {
+        user.WillAnswer(kOriginal, "yes");
+        ASSERT_TRUE(CreateBackup(true));
+    }
+    const fs::path own = drive / "trle/tools/Kelvash/backup_trle";
+    EXPECT_EQ(test::BytesOf(own / "tools/other.txt"), "other");
+    EXPECT_EQ(test::BytesOf(own / "data/title.tr4"), test::BytesOf(trle / "data/title.tr4"));
+    EXPECT_FALSE(test::Exists(own / "tools/Kelvash"));
+}
+
+TEST_F(Backup, TellsItsFolderAndKindInANote) {
+    test::MakeFile(trle / "tomb4.exe", "123456789");
+    user.WillAnswer(kOriginal, "yes");
+    user.WillAnswer(kKind, "no");
+    ASSERT_TRUE(CreateBackup(false));
+    const std::string note = test::BytesOf(home / "backup_trle.txt");
+    EXPECT_THAT(note, testing::StartsWith(": Don't remove this file! It tells which folder the backup beside "
+                                          "it is of.\r\n#TRLE_FOLDER=C:\\trle\r\n#TOMB4=CBF43926 "
+                                          "9\r\n#KIND=compact\r\n#DATE="));
+    core::profile.FullBackup = true;
+    TakeKindOfBackup();
+    EXPECT_FALSE(core::profile.FullBackup);
+}
+
+TEST_F(Backup, OfAKindThatACrashHasLostIsKnownByTheNote) {
+    user.WillAnswer(kOriginal, "yes");
+    ASSERT_TRUE(CreateBackup(true));
+    core::profile = {};
+    EXPECT_EQ(core::LoadProfile(), core::ProfileState::FirstRun);
+    EXPECT_TRUE(core::profile.FullBackup);
+}
+
+// --- the door of install and restore ---
+
+constexpr const char* kChoices =
+    "\r\nWithout it no level can be installed and nothing can be restored.\r\n[Yes] makes the backup "
+    "now\r\n[No] chooses the TRLE folder anew\r\n[Cancel] leaves everything as it is";
+
+TEST_F(Backup, OfThisFolderOpensTheDoor) {
+    fs::copy(trle, backup, fs::copy_options::recursive);
+    PutNote("c:\\TRLE", "other", "full");
+    EXPECT_EQ(StateOfBackup(), BackupState::Valid);
+    EXPECT_TRUE(RequireBackup());
+    EXPECT_THAT(user.Asked(), IsEmpty());
+}
+
+TEST_F(Backup, ThatIsMissingClosesTheDoor) {
+    const std::string missing =
+        std::string(
+            "There is no valid backup of the original files of the Tomb Raider Level Editor folder "
+            "C:\\trle") +
+        kChoices;
+    EXPECT_EQ(StateOfBackup(), BackupState::Missing);
+    user.WillAnswer("There is no valid backup", "cancel");
+    EXPECT_FALSE(RequireBackup());
+    EXPECT_THAT(user.Asked(), ElementsAre(missing));
+    user.WillAnswer("There is no valid backup", "yes");
+    user.WillAnswer(kOriginal, "yes");
+    user.WillAnswer(kKind, "yes");
+    EXPECT_TRUE(RequireBackup());
+    EXPECT_EQ(StateOfBackup(), BackupState::Valid);
+    user.Forget();
+    EXPECT_TRUE(RequireBackup());
+    EXPECT_THAT(user.Asked(), IsEmpty());
+}
+
+TEST_F(Backup, ThatIsMissingStaysSoAfterANoAtTheOriginalQuestion) {
+    user.WillAnswer("There is no valid backup", "yes");
+    user.WillAnswer(kOriginal, "no");
+    EXPECT_FALSE(RequireBackup());
+    EXPECT_FALSE(test::Exists(backup));
+}
+
+TEST_F(Backup, ThatIsMissingMayBeAMatterOfTheFolder) {
+    fs::copy(trle, drive / "other", fs::copy_options::recursive);
+    fs::copy(trle, backup, fs::copy_options::recursive);
+    test::MakeFile(trle / "tomb4.exe", "another game");
+    PutNote("C:\\other", "", "full");
+    test::MakeFile(backup / "tomb4.exe", "another game");
+    PutNote("C:\\other", "00000000 1", "full");
+    const std::string foreign = std::string(
+                                    "The backup of original files is not of the Tomb Raider Level "
+                                    "Editor folder C:\\trle but of C:\\other") +
+                                kChoices;
+    EXPECT_EQ(StateOfBackup(), BackupState::Foreign);
+    user.WillAnswer("not of the Tomb Raider Level Editor folder C:\\trle", "no");
+    user.WillAnswer("Dialog_TrovaTrle", "C:\\other");
+    EXPECT_TRUE(RequireBackup());
+    EXPECT_EQ(user.Asked().front(), foreign);
+    EXPECT_EQ(core::profile.TrleFolder, "C:\\other");
+    core::profile.TrleFolder = "C:\\trle";
+    user.WillAnswer("not of the Tomb Raider Level Editor folder C:\\trle", "no");
+    user.WillAnswer("Dialog_TrovaTrle", "Pul_Cancel");
+    EXPECT_FALSE(RequireBackup());
+    EXPECT_EQ(core::profile.TrleFolder, "C:\\trle");
+}
+
+TEST_F(Backup, OfAnotherFolderIsKeptWhenANewOneIsMade) {
+    test::MakeFile(backup / "theirs.dat", "theirs");
+    test::MakeFile(backup / "theirs.bmp", "theirs");
+    test::MakeFile(backup / "data" / "theirs.tr4", "theirs");
+    PutNote("C:\\other", "00000000 1", "compact");
+    user.WillAnswer("not of the Tomb Raider Level Editor folder C:\\trle", "yes");
+    user.WillAnswer(kOriginal, "yes");
+    user.WillAnswer(kKind, "yes");
+    ASSERT_TRUE(RequireBackup());
+    EXPECT_FALSE(test::Exists(backup / "theirs.dat"));
+    const std::vector<std::string> names = Backups();
+    ASSERT_EQ(names.size(), 4U);
+    EXPECT_THAT(names[2], testing::MatchesRegex("backup_trle_[0-9]{4}-[0-9]{2}-[0-9]{2}_[0-9]{6}"));
+    EXPECT_EQ(names[3], names[2] + ".txt");
+    EXPECT_EQ(test::BytesOf(home / names[2] / "data/theirs.tr4"), "theirs");
+    EXPECT_THAT(test::BytesOf(home / names[3]), testing::HasSubstr("#TRLE_FOLDER=C:\\other\r\n"));
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre("exclamation: The former backup is of another Tomb Raider Level Editor folder. It "
+                    "is kept in: C:\\Kelvash\\" +
+                    names[2]));
+}
+
+TEST_F(Backup, OfAMovedFolderIsAskedForOnce) {
+    user.WillAnswer(kOriginal, "yes");
+    ASSERT_TRUE(CreateBackup(true));
+    fs::rename(trle, drive / "moved");
+    core::profile.TrleFolder = "C:\\moved";
+    user.Forget();
+    EXPECT_EQ(StateOfBackup(), BackupState::Unsure);
+    user.WillAnswer(
+        "The backup of original files was made of the folder C:\\trle\r\nHas that folder been "
+        "moved, so that it is now C:\\moved ?",
+        "yes");
+    EXPECT_TRUE(RequireBackup());
+    EXPECT_TRUE(RequireBackup());
+    EXPECT_EQ(user.Asked().size(), 1U);
+    EXPECT_TRUE(core::profile.FullBackup);
+}
+
+TEST_F(Backup, WithoutANoteIsKnownByItsGame) {
+    fs::copy(trle, backup, fs::copy_options::recursive);
+    EXPECT_EQ(StateOfBackup(), BackupState::Valid);
+    test::MakeFile(trle / "tomb4.exe", "another game");
+    EXPECT_EQ(StateOfBackup(), BackupState::Foreign);
+    user.WillAnswer("The backup of original files is of another folder than C:\\trle", "cancel");
+    EXPECT_FALSE(RequireBackup());
+}
+
+TEST_F(Backup, WithoutNoteAndGameIsAskedForOnce) {
+    fs::copy(trle, backup, fs::copy_options::recursive);
+    fs::remove(backup / "tomb4.exe");
+    const char* const question =
+        "Is the backup of original files in C:\\Kelvash\\backup_trle that of the "
+        "Tomb Raider Level Editor folder C:\\trle ?";
+    user.WillAnswer(question, "no");
+    user.WillAnswer("is of another folder than C:\\trle", "cancel");
+    EXPECT_FALSE(RequireBackup());
+    user.WillAnswer(question, "yes");
+    EXPECT_TRUE(RequireBackup());
+    EXPECT_TRUE(RequireBackup());
+    EXPECT_EQ(user.Asked().size(), 3U);
+}
+
+TEST_F(Backup, ThatTheUserCallsForeignIsNeverMixedIntoTheNewOne) {
+    fs::copy(trle, backup, fs::copy_options::recursive);
+    fs::remove(backup / "tomb4.exe");
+    test::MakeFile(backup / "data" / "theirs.tr4", "theirs");
+    user.WillAnswer("Is the backup of original files in", "no");
+    user.WillAnswer("is of another folder than C:\\trle", "yes");
+    user.WillAnswer(kOriginal, "yes");
+    user.WillAnswer(kKind, "no");
+    ASSERT_TRUE(RequireBackup());
+    EXPECT_FALSE(test::Exists(backup / "data" / "theirs.tr4"));
+    EXPECT_EQ(Backups().size(), 3U); // with its note, and the former one that never had one
+}
+
+TEST_F(Backup, NoteThatMakesNoSenseCountsForNothing) {
+    fs::copy(trle, backup, fs::copy_options::recursive);
+    fs::remove(backup / "tomb4.exe");
+    for (const std::string& note :
+         {std::string(), std::string("#TRLE_FOLDER=C:\\trle\r\n"), std::string("#KIND=full\r\n"),
+          std::string("#TRLE_FOLDER=C:\\trle\r\n#KIND=half\r\n"), std::string(100000, '#'),
+          std::string("\0\xFF\r\n#KIND", 9)}) {
+        test::MakeFile(home / "backup_trle.txt", note);
+        EXPECT_EQ(StateOfBackup(), BackupState::Unsure) << note.substr(0, 40);
+    }
 }
 
 TEST_F(Backup, RefreshThatFailsIsTold) {

@@ -121,6 +121,7 @@ TEST_F(PrincipaleForm, HasTheWholeMenuInItsOrder) {
         "    mnu_CreaInfoTr4=Create all [info tr4 files] to fast equal levels check",
         "    mnu_FaiFullBackup=Create\\Refresh full backup",
         "    mnu_Recover=Recover archive from HD folder",
+        "    mnu_Kept=Take back a kept level folder",
         "    mnu_SetLanguageAll=Set my language in all levels",
         "    mnu_RestoreAll=Restore original language in all levels",
         "  mnu_MoveOnCd=Create Kelvash CD (with Levels and/or Programs)",
@@ -149,7 +150,7 @@ TEST_F(PrincipaleForm, GreysTheCommandsThatCantDoAnythingYet) {
                              "mnu_Settings", "mnu_About", "mnu_FindHelp", "mnu_HelpSaveGameMan",
                              "mnu_HelpFaq", "mnu_AddLevel", "mnu_Property", "mnu_ShowAutoreInfo",
                              "mnu_RemoveLevel", "mnu_Export", "mnu_PrefArchive", "mnu_MoveArc", "mnu_Recover",
-                             "mnu_ControllaUguali", "mnu_CreaInfoTr4"));
+                             "mnu_ControllaUguali", "mnu_CreaInfoTr4", "mnu_Kept"));
 }
 
 TEST_F(PrincipaleForm, HasKeysForTheNoteSearchAndTheHelp) {

@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "core/archive.h"
+#include "core/kept_folders.h"
 #include "core/level_list.h"
 #include "core/maintenance.h"
 #include "core/profile.h"
@@ -115,7 +116,73 @@ TEST_F(KillPointsOfLevels, OfMovingLeaveEveryLevelWholeWhereTheArchiveSays) {
     Prepare(operation);
     StartProgram();
     const std::map<std::int32_t, FileMap> before = Trees();
-    KillEverywhere(operation, [&] { EXPECT_EQ(Trees(), before); });
+    KillEverywhere(operation, [&] {
+        EXPECT_EQ(Trees(), before);
+        if (core::archive.Header.SecondaryFolder == "C:\\new") return;
+        // The same move again takes or replaces what the killed one has left.
+        EXPECT_EQ(operation.run(), 0);
+        EXPECT_EQ(Trees(), before);
+        EXPECT_EQ(core::archive.Header.SecondaryFolder, "C:\\new");
+        EXPECT_FALSE(Exists(world.drive / "new/KELVASH_MOVE"));
+        EXPECT_FALSE(Exists(world.drive / "new/KEPT"));
+        for (const std::int32_t code : {1, 2, 3, 4})
+            EXPECT_FALSE(Exists(world.LevelPath(code)));
+        user.Forget();
+    });
+}
+
+// A folder that no record names is in its place, in KEPT, or a level; nowhere else, and never gone.
+class KillPointsOfKeptFolders : public KillPointsOfLevels {
+  protected:
+    void Begin(const Operation& operation, const std::filesystem::path& folder) {
+        Prepare(operation);
+        MakeFile(folder / "FILES/lost.tr4", "lost level");
+        MakeFile(folder / "SAVEGAMES/savegame.0", "lost save");
+        Keep(pristine);
+    }
+    int Copies() const {
+        int found = 0;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(world.levels))
+            if (entry.path().filename() == "FILES" && Exists(entry.path() / "lost.tr4") &&
+                BytesOf(entry.path() / "lost.tr4") == "lost level" &&
+                BytesOf(entry.path().parent_path() / "SAVEGAMES/savegame.0") == "lost save")
+                ++found;
+        return found;
+    }
+};
+
+TEST_F(KillPointsOfKeptFolders, OfAddingOverOneLoseNothing) {
+    const Operation operation{"add_over", 1, Backup::Full, [this] {
+                                  PutZip();
+                                  intake::AddLevels({kZip});
+                                  return core::archive.Header.LevelCount == 6 ? 0 : 1;
+                              }};
+    Begin(operation, world.LevelPath(5));
+    KillEverywhere(operation, [&] {
+        EXPECT_EQ(Copies(), 1);
+        core::profile.CheckEqualLevels = false;
+        const std::int32_t count = core::archive.Header.LevelCount;
+        operation.run();
+        EXPECT_EQ(core::archive.Header.LevelCount, count + 1);
+        EXPECT_EQ(Copies(), 1);
+        user.Forget();
+    });
+}
+
+TEST_F(KillPointsOfKeptFolders, OfTakingOneBackLoseNothing) {
+    const Operation operation{"take", 1, Backup::Full, [] { return core::TakeKept("old") == 5 ? 0 : 1; }};
+    Begin(operation, world.levels / "KEPT" / "old");
+    KillEverywhere(operation, [&] {
+        EXPECT_EQ(Copies(), 1);
+        if (core::LevelIndex(5) >= 0) {
+            EXPECT_TRUE(Exists(world.LevelPath(5) / "FILES/lost.tr4"));
+        }
+        PutZip();
+        core::profile.CheckEqualLevels = false;
+        intake::AddLevels({kZip});
+        EXPECT_EQ(Copies(), 1);
+        user.Forget();
+    });
 }
 
 } // namespace

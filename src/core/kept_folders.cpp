@@ -1,0 +1,155 @@
+#include "core/kept_folders.h"
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <optional>
+
+#include "core/archive.h"
+#include "core/level_list.h"
+#include "core/sizes.h"
+#include "core/tr4_info.h"
+#include "foundation/date_text.h"
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/place.h"
+#include "foundation/record.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "swap/level_owner.h"
+
+namespace kelvash::core {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// An old folder's tr4.inf holds a few records of 92 bytes.
+constexpr std::size_t kMostInfoBytes = 65536;
+
+std::string FirstLevelFile(const std::string& folder) {
+    const std::string info = folder + LoadMessage(MessageId::kTr4InfoName, {});
+    if (const std::optional<std::string> bytes = ReadFileStart(info, kMostInfoBytes))
+        if (const std::vector<Tr4Info> list = DecodeTr4Info(*bytes); !list.empty())
+            return std::string(Trim(list.front().FileName));
+    for (const MessageId mask : {MessageId::kTr4InfoMask, MessageId::kTr4InfoZlMask}) {
+        const std::vector<std::string> files = ListFiles(FilesFolder(folder), LoadMessage(mask, {}));
+        if (!files.empty()) return FileNameOf(files.front());
+    }
+    return {};
+}
+
+// The name of its level file up to the first dot; that of the folder if it has none.
+std::string NameFor(const std::string& folder) {
+    constexpr std::size_t kNameWidth = 256;
+    const std::string file = FirstLevelFile(folder);
+    const std::string name = FitText(file.substr(0, file.find('.')), kNameWidth);
+    return name.empty() ? FitText(FileNameOf(folder), kNameWidth) : name;
+}
+
+std::string FreeName(const std::string& base) {
+    std::string name = base;
+    for (int n = 2; FolderExists(name) || FileExists(name); ++n)
+        name = base + "_" + std::to_string(n);
+    return name;
+}
+
+// Appends a record; the table keeps its spare one behind it.
+void AppendLevel(std::int32_t code, const std::string& name) {
+    LevelRecord level;
+    level.Code = code;
+    level.Name = name;
+    archive.Levels.insert(archive.Levels.begin() + archive.Header.LevelCount, level);
+    ++archive.Header.LevelCount;
+}
+
+// A name of one folder, not a way out of KEPT.
+bool IsKept(const std::string& name) {
+    const std::vector<KeptLevel> kept = ListKept();
+    return std::any_of(kept.begin(), kept.end(),
+                       [&](const KeptLevel& level) { return EqualNoCase(level.Folder, name); });
+}
+
+} // namespace
+
+std::string KeptFolder() {
+    return std::string(Trim(archive.Header.SecondaryFolder)) + "\\KEPT";
+}
+
+std::vector<KeptLevel> ListKept() {
+    std::vector<KeptLevel> kept;
+    for (const std::string& folder : ListFolders(KeptFolder()))
+        kept.push_back({FileNameOf(folder), NameFor(folder), TreeSize(folder, "*")});
+    return kept;
+}
+
+bool HoldsNoFile(std::string_view folder) {
+    std::error_code error;
+    for (fs::recursive_directory_iterator at(NativePath(folder), error), end; !error && at != end;
+         at.increment(error))
+        if (at->is_symlink(error) || !at->is_directory(error)) return false;
+    return !error || !FolderExists(folder); // one that can't be read may hold anything
+}
+
+std::string KeepFolder(const std::string& folder, const std::string& kept_folder) {
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    const std::int64_t seconds = std::chrono::floor<std::chrono::seconds>(now).count();
+    const std::string kept =
+        FreeName(kept_folder + "\\" + FileNameOf(folder) + FormatDate("_yyyy-mm-dd_hhnnss", seconds));
+    return CreateFolder(kept_folder) && RenameFile(folder, kept) ? kept : std::string();
+}
+
+bool MakeWay(const std::string& folder) {
+    if (!FolderExists(folder)) return true;
+    Bar bar{BarPlace::CallerForm, -1};
+    if (HoldsNoFile(folder) && RemoveFolderTree(folder, bar)) return true;
+    const std::string kept = KeepFolder(folder, KeptFolder());
+    if (kept.empty()) {
+        TellCritical(LoadMessage(MessageId::kKeptCannotMove, {}) + folder);
+        return false;
+    }
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kKeptMoved, {folder, kept, kLineBreak}));
+    return swap::NoteLevelMoved(folder, kept);
+}
+
+std::int32_t TakeKept(const std::string& folder_name) {
+    if (!IsKept(folder_name)) {
+        TellCritical(LoadMessage(MessageId::kKeptUnknown, {}) + folder_name);
+        return -1;
+    }
+    const std::string kept = KeptFolder() + "\\" + folder_name;
+    const std::string name = NameFor(kept);
+    const std::int32_t code = std::max(NextLevelCode(), 1);
+    const std::string folder = LevelFolder(code, false);
+    if (!MakeWay(folder)) return -1;
+    if (!RenameFile(kept, folder) || !CreateLevelFolders(folder)) {
+        TellCritical(LoadMessage(MessageId::kKeptCannotTake, {}) + kept);
+        return -1;
+    }
+    if (!swap::NoteLevelMoved(kept, folder)) return -1;
+    AppendLevel(code, name);
+    CountLevelSize(LevelIndex(code)); // and saves
+    RefreshLevelList();
+    SelectLevel(code);
+    ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kKeptTaken, {}) + name);
+    return code;
+}
+
+bool TakeKeptLevel() {
+    if (ListKept().empty()) {
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kKeptNone, {}) + KeptFolder());
+        return false;
+    }
+    const std::optional<std::string> chosen =
+        TheUser().ChooseFolder(LoadMessage(MessageId::kKeptChoose, {}), KeptFolder());
+    if (!chosen) return false;
+    if (!IsSamePlace(FolderOf(*chosen), KeptFolder())) {
+        TellCritical(LoadMessage(MessageId::kKeptUnknown, {}) + *chosen);
+        return false;
+    }
+    return TakeKept(FileNameOf(*chosen)) >= 0;
+}
+
+} // namespace kelvash::core

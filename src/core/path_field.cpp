@@ -1,0 +1,29 @@
+#include "core/path_field.h"
+
+#include "foundation/messages.h"
+#include "foundation/record.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+
+namespace kelvash::core {
+
+bool CanKeepPath(std::string_view path) {
+    return FitText(path, kPathWidth) == path;
+}
+
+std::string FaultOfPath(std::string_view path) {
+    if (CanKeepPath(path)) return {};
+    const std::string text(path);
+    const std::string ansi = AnsiFromUtf8(path);
+    if (Utf8FromAnsi(ansi) != path) return LoadMessage(MessageId::kPathCharacters, {text});
+    if (ansi.size() > kPathWidth) return LoadMessage(MessageId::kPathLength, {text});
+    return LoadMessage(MessageId::kPathBlanks, {text});
+}
+
+bool CheckPath(std::string_view path) {
+    if (CanKeepPath(path)) return true;
+    TellCritical(FaultOfPath(path));
+    return false;
+}
+
+} // namespace kelvash::core
