@@ -5,12 +5,22 @@
 #include "foundation/desktop.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/guarded_folders.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
 
 namespace kelvash::core {
 
 ProfileRecord profile;
+
+namespace {
+
+std::vector<GuardedFolder> GuardedTrle() {
+    return {{TrleFolder(), Guard::AllButFiles}};
+}
+[[maybe_unused]] const bool trle_is_guarded = AddGuardedFolders(&GuardedTrle);
+
+} // namespace
 
 bool DecodeProfile(std::string_view bytes, ProfileRecord& record) {
     const bool current = bytes.size() == kProfileSize;
