@@ -96,7 +96,6 @@ const std::vector<MessageEntry>& MessageTable() {
 #define KELVASH_MESSAGE(name, id, text) {MessageId::name, #name, text, false},
 #define KELVASH_FRAGMENT(name, id, text) {MessageId::name, #name, text, true},
 #include "foundation/message_table.inc"
-#undef KELVASH_FRAGMENT
 #undef KELVASH_MESSAGE
     };
     return table;

@@ -15,9 +15,7 @@ namespace kelvash {
 // Names for the code, numbers for the table file. The numbers are opaque and never change.
 enum class MessageId : std::int32_t {
 #define KELVASH_MESSAGE(name, id, text) name = id,
-#define KELVASH_FRAGMENT(name, id, text) name = id,
 #include "foundation/message_table.inc"
-#undef KELVASH_FRAGMENT
 #undef KELVASH_MESSAGE
 };
 
