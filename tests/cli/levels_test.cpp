@@ -105,7 +105,7 @@ TEST_F(LevelsCommand, ShowsNothingOfAStrangerButLetters) {
     SetUpHome();
     core::LevelRecord record;
     record.Code = 7;
-    record.Name = std::string("\x1B]0;owned\aMa\x1B[2Jze\r\nFailed\0!", 27) + "\u009D1;t\a";
+    record.Name = std::string("\x1B]0;owned\aMa\x1B[2Jze\r\nFailed\0!", 28) + "\u009D1;t\a";
     record.Author = "A\nda\x7F";
     AddLevels({record});
     const CliRun run = Plain({"levels"});
