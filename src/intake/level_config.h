@@ -63,7 +63,7 @@ ConfigFault DecodeLevelConfig(std::string_view bytes, LevelConfigRecord& config)
 std::string EncodeLevelConfig(const LevelConfigRecord& config);
 
 // Bytes of a file that is still taken for one: above those of any package.
-inline constexpr std::size_t kLongestConfig = std::size_t{4} << 20;
+inline constexpr std::size_t kLongestConfig = std::size_t{1} << 20;
 // Fills LevelConfig from a file. False after a message.
 [[nodiscard]] bool ReadLevelConfig(std::string_view path);
 // Writes LevelConfig over a file, whose bytes behind what is written stay unless it is too long to be a
