@@ -1,5 +1,5 @@
 // Any bytes as texts, names and masks: folding twice is folding once, the ANSI code page gives every byte
-// back, and a mask made of a name finds that name.
+// back, a mask made of a name finds that name, and what is cleaned for showing is clean.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -7,6 +7,7 @@
 #include <string>
 
 #include "foundation/path.h"
+#include "foundation/plain_name.h"
 #include "foundation/record.h"
 #include "foundation/text.h"
 
@@ -59,6 +60,21 @@ void CheckLists(const std::string& text) {
     static_cast<void>(WholeNumber(text));
 }
 
+// What is shown holds nothing that works on a terminal, and showing it again changes nothing.
+void CheckShown(const std::string& bytes) {
+    const std::string text = CleanText(bytes);
+    const std::string line = CleanLine(bytes);
+    Require(IsUtf8(text) && CleanText(text) == text && text.find('\x1B') == std::string::npos);
+    Require(!HoldsControls(line) && CleanLine(line) == line);
+}
+
+void CheckPlainName(const std::string& bytes) {
+    const std::optional<PlainName> name = PlainName::From(bytes);
+    Require(!name ||
+            (name->Text() == bytes && FileNameOf(bytes) == bytes && CleanText(bytes).size() <= bytes.size()));
+    Require(StaysInside("\\" + bytes) || !name);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -68,5 +84,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CheckNames(bytes.substr(0, half), bytes.substr(half));
     CheckAnsi(bytes);
     CheckLists(bytes);
+    CheckShown(bytes);
+    CheckPlainName(bytes);
     return 0;
 }

@@ -65,8 +65,8 @@ void AppendLevel(const LevelRecord& level, bool installed, std::string& json) {
 void AppendLine(const LevelRecord& level, bool installed, std::string& lines) {
     constexpr int kCodeDigits = 4;
     lines += ZeroPadded(level.Code, kCodeDigits) + (installed ? " * " : "   ");
-    lines += Trim(level.Name);
-    if (!Trim(level.Author).empty()) lines.append(", ").append(Trim(level.Author));
+    lines += CleanLine(Trim(level.Name));
+    if (!Trim(level.Author).empty()) lines.append(", ").append(CleanLine(Trim(level.Author)));
     lines += " (" + FormatSize(level.FilesSize) + " + " + FormatSize(level.SavesSize);
     if (level.CdNumber != 0) lines += LoadMessage(MessageId::kCliOnCd, {}) + std::to_string(level.CdNumber);
     lines += ")\n";

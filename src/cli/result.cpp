@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "foundation/messages.h"
+#include "foundation/text.h"
 
 namespace kelvash::cli {
 
@@ -40,16 +41,34 @@ std::string Heading(const std::string& name) {
 }
 
 std::string PlainValue(const ordered_json& value) {
-    if (value.is_string()) return value.get<std::string>();
+    if (value.is_string()) return CleanLine(value.get<std::string>());
     if (value.is_boolean())
         return LoadMessage(value.get<bool>() ? MessageId::kCliYes : MessageId::kCliNo, {});
     return JsonText(value);
 }
 
+// The library escapes the controls of ASCII but DEL, and lets those above pass, to which terminals listen
+// too.
+std::string WithControlsEscaped(std::string json) {
+    constexpr char kDelete = '\x7F';
+    constexpr char kLead = '\xC2'; // of U+0080 to U+00BF
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    const auto is_control = [&](std::size_t at) {
+        return json[at] == kDelete || (json[at] == kLead && static_cast<unsigned char>(json[at + 1]) < 0xA0);
+    };
+    for (std::size_t at = 0; (at = json.find_first_of("\x7F\xC2", at)) != std::string::npos; ++at) {
+        if (!is_control(at)) continue;
+        const std::size_t length = json[at] == kLead ? 2 : 1;
+        const auto code = static_cast<unsigned char>(json[at + length - 1]);
+        json.replace(at, length, {'\\', 'u', '0', '0', kDigits[code >> 4], kDigits[code & 15]});
+    }
+    return json;
+}
+
 } // namespace
 
 std::string JsonText(const ordered_json& value) {
-    return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+    return WithControlsEscaped(value.dump(-1, ' ', false, ordered_json::error_handler_t::replace));
 }
 
 void AppendJsonText(std::string_view text, std::string& json) {

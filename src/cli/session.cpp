@@ -15,6 +15,23 @@ fs::path HomeOf(const Options& options) {
     return options.home.empty() ? DefaultAppFolder() : NativeFromUser(options.drives, options.home);
 }
 
+namespace {
+
+void TakeMessageTable(const std::string& table) {
+    const TableLoading loading = LoadMessageTable(table);
+    const std::string path = NativePath(table).string();
+    const std::string lines = RefusedLinesText(loading);
+    if (!loading.Taken)
+        std::cerr << LoadMessage(MessageId::kCliTableRefused, {}) << path
+                  << (lines.empty() ? std::string() : LoadMessage(MessageId::kCliTableLine, {lines})) << '\n';
+    else if (!lines.empty())
+        std::cerr << LoadMessage(MessageId::kCliTableLines,
+                                 {path, std::to_string(loading.RefusedLines.size()), lines})
+                  << '\n';
+}
+
+} // namespace
+
 bool TakeHome(Session& session, MissingHome missing) {
     if (session.home_taken) return true;
     std::error_code error;
@@ -26,8 +43,7 @@ bool TakeHome(Session& session, MissingHome missing) {
     }
     session.home_taken = true;
     const std::string table = AppFolder() + "\\messages.txt";
-    if (FileExists(table) && !LoadMessageTable(table))
-        std::cerr << LoadMessage(MessageId::kCliTableRefused, {}) << NativePath(table).string() << '\n';
+    if (FileExists(table)) TakeMessageTable(table);
     return true;
 }
 

@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "foundation/platform/platform.h"
+#include "foundation/text.h"
 
 namespace kelvash::cli {
 
@@ -23,16 +24,21 @@ std::string WithoutCarriageReturns(std::string text) {
     return text;
 }
 
+// Names and notes of strangers could work on the terminal, or pass for other lines than they are.
+std::string Printable(const std::string& text) {
+    return WithoutCarriageReturns(CleanText(text));
+}
+
 } // namespace
 
 void PrintLine(const std::string& text) {
     FinishBar();
-    std::cout << WithoutCarriageReturns(text) << '\n' << std::flush;
+    std::cout << Printable(text) << '\n' << std::flush;
 }
 
 std::optional<std::string> AskLine(const std::string& text) {
     FinishBar();
-    std::cout << WithoutCarriageReturns(text) << std::flush;
+    std::cout << Printable(text) << std::flush;
     // Nothing is under way here that could be stopped: Ctrl+C ends the program.
     auto* const handler = std::signal(SIGINT, SIG_DFL);
     std::string line;

@@ -9,6 +9,7 @@
 #include "core/sizes.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/guarded_folders.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
@@ -20,6 +21,11 @@ namespace kelvash::core {
 ArchiveState archive;
 
 namespace {
+
+std::vector<GuardedFolder> GuardedArchive() {
+    return {{archive.Header.MainFolder}, {archive.Header.SecondaryFolder}};
+}
+[[maybe_unused]] const bool archive_is_guarded = AddGuardedFolders(&GuardedArchive);
 
 void TellSaveFailure(std::string_view path) {
     TellCritical(LoadMessage(MessageId::kErrorSavingArchive, {}) + std::string(path));

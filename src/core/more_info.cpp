@@ -8,7 +8,8 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
-#include "foundation/process.h"
+#include "foundation/plain_name.h"
+#include "foundation/strangers_files.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 
@@ -16,8 +17,10 @@ namespace kelvash::core {
 
 namespace {
 
+constexpr std::size_t kLongestPage = std::size_t{8} << 20; // bytes that are searched for names of files
+
 void OpenAndTell(const std::string& document) {
-    if (!OpenDocument(document, LoadMessage(MessageId::kMoreInfoVerb, {}), Window::Normal, {}))
+    if (OpenStrangersFile(document) == Opening::Failed)
         TellCritical(LoadMessage(MessageId::kMoreInfoOpenFailed, {}) + document);
 }
 
@@ -31,7 +34,7 @@ bool IsPage(const std::string& document) {
 bool CopyInfoFile(const std::string& source, const std::string& target) {
     if (!CreateFolder(FolderOf(target)) || !CopyFile(source, target)) return false;
     if (!IsPage(source)) return true;
-    const std::string text = ReadWholeFile(source);
+    const std::string text = ReadFileStart(source, kLongestPage).value_or(std::string());
     for (const std::string& file : ListFiles(FolderOf(source), "*")) {
         const std::string copy = FolderOf(target) + "\\" + FileNameOf(file);
         if (FindNoCase(text, FileNameOf(file)) != std::string::npos && !FileExists(copy) &&
@@ -41,13 +44,13 @@ bool CopyInfoFile(const std::string& source, const std::string& target) {
     return true;
 }
 
-void ShowFromCd(const LevelRecord& level, const std::string& on_disk) {
+void ShowFromCd(const LevelRecord& level, const PlainName& name, const std::string& on_disk) {
     const std::string folder = LevelFolder(level.Code, true);
     if (archive.CdMissing) {
         TellCritical(LoadMessage(MessageId::kMoreInfoCdMissing, {}));
         return;
     }
-    const std::string on_cd = folder + LoadMessage(MessageId::kMoreInfoFolder, {}) + level.MoreInfoFile;
+    const std::string on_cd = folder + LoadMessage(MessageId::kMoreInfoFolder, {}) + name.Text();
     if (!FileExists(on_cd)) {
         TellCritical(LoadMessage(MessageId::kMoreInfoNotFound, {on_cd}));
         return;
@@ -67,18 +70,23 @@ void ShowMoreInfo() {
         TellCritical(LoadMessage(MessageId::kMoreInfoUnknownLevel, {}) + std::to_string(code));
         return;
     }
-    LevelRecord level = LevelByCode(code);
-    level.MoreInfoFile = Trim(level.MoreInfoFile);
-    if (level.MoreInfoFile.empty()) {
+    const LevelRecord& level = LevelByCode(code);
+    const std::string_view document = Trim(level.MoreInfoFile);
+    if (document.empty()) {
         ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kMoreInfoNone, {kLineBreak}));
         return;
     }
+    const std::optional<PlainName> name = PlainName::From(document);
+    if (!name) {
+        TellCritical(LoadMessage(MessageId::kMoreInfoNotFound, {std::string(document)}));
+        return;
+    }
     const std::string on_disk =
-        LevelFolder(code, false) + LoadMessage(MessageId::kMoreInfoFolder, {}) + level.MoreInfoFile;
+        LevelFolder(code, false) + LoadMessage(MessageId::kMoreInfoFolder, {}) + name->Text();
     if (FileExists(on_disk))
         OpenAndTell(on_disk);
     else
-        ShowFromCd(level, on_disk);
+        ShowFromCd(level, *name, on_disk);
 }
 
 } // namespace kelvash::core

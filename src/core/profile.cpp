@@ -5,6 +5,7 @@
 #include "foundation/desktop.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/guarded_folders.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "swap/backup.h"
@@ -22,6 +23,10 @@ ProfileState ReadProfile() {
     if (!bytes) return ProfileState::Current;
     return DecodeProfile(*bytes, profile) ? ProfileState::Current : ProfileState::Upgraded;
 }
+std::vector<GuardedFolder> GuardedTrle() {
+    return {{TrleFolder(), Guard::AllButFiles}};
+}
+[[maybe_unused]] const bool trle_is_guarded = AddGuardedFolders(&GuardedTrle);
 
 } // namespace
 

@@ -150,7 +150,9 @@ void ResetDrives() {
 fs::path NativePath(std::string_view path) {
     const platform::MappedDrive* drive =
         path.size() >= 2 && path[1] == ':' ? FindDrive(LetterOf(path)) : nullptr;
-    if (drive == nullptr || path.find('\0') != std::string_view::npos) return kNowhere;
+    // A "/" would be one more separator: a name of a stranger could lead anywhere by it.
+    constexpr std::string_view kNotInPaths("/\0", 2);
+    if (drive == nullptr || path.find_first_of(kNotInPaths) != std::string_view::npos) return kNowhere;
     return platform::FindExact(drive->root, path.substr(2));
 }
 
@@ -181,6 +183,13 @@ std::string PathFromUser(std::string_view typed) {
     const fs::path whole = AbsoluteClean(fs::path(typed));
     const fs::path known = fs::weakly_canonical(whole, error);
     return DosPath(error ? whole : known);
+}
+
+std::vector<fs::path> DriveRoots() {
+    std::vector<fs::path> roots;
+    for (const platform::MappedDrive& drive : Drives().all)
+        roots.push_back(drive.root);
+    return roots;
 }
 
 bool DriveInfo(std::string_view letter, DriveRecord& record) {

@@ -47,13 +47,16 @@ void ResetDrives();
 
 // The platform's path of a path text: the one way to it. Names are found without regard to case where the
 // disk has regard to it: the exact name first. Components that don't exist stay as they are spelt. An unknown
-// drive or a text without a drive gives a path that doesn't exist.
+// drive, a text without a drive, or one with a NUL or a "/" gives a path that doesn't exist.
 std::filesystem::path NativePath(std::string_view path);
 // The shortest path text of any drive that reaches a native path; empty if none does or the path can't be
 // spelt as one. Relative paths count from the working folder.
 std::string DosPath(const std::filesystem::path& native);
 // A path text made of what a person typed: a DOS path as it is, anything else taken as a native path.
 std::string PathFromUser(std::string_view typed);
+
+// The native folders that all drives begin with.
+std::vector<std::filesystem::path> DriveRoots();
 
 // Fills the record; false and an empty record for a missing drive. `letter` may be followed by more text.
 bool DriveInfo(std::string_view letter, DriveRecord& record);

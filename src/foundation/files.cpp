@@ -7,6 +7,7 @@
 #include <set>
 
 #include "foundation/drives.h"
+#include "foundation/guarded_folders.h"
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
 #include "foundation/text.h"
@@ -241,6 +242,7 @@ std::vector<std::string> ListFolders(std::string_view folder) {
 }
 
 bool DeleteFiles(std::string_view folder, std::string_view mask) {
+    if (mask.empty() || !MayDeleteFilesIn(folder)) return false;
     for (const std::string& file : ListFiles(folder, mask))
         if (!DeleteFile(file)) return false;
     return true;
@@ -257,7 +259,7 @@ bool CopyFiles(std::string_view source, std::string_view destination, Existing e
 }
 
 bool MirrorFiles(std::string_view source, std::string_view destination) {
-    if (!FolderExists(source)) return false;
+    if (!FolderExists(source) || !MayDeleteTree(destination)) return false;
     std::set<std::string> names;
     for (const std::string& file : ListFiles(source, "*")) {
         names.insert(FoldCase(FileNameOf(file)));
@@ -269,6 +271,7 @@ bool MirrorFiles(std::string_view source, std::string_view destination) {
 }
 
 bool RemoveFolder(std::string_view path) {
+    if (!MayDeleteTree(path)) return false;
     DeleteFiles(path, "*");
     std::error_code error;
     return FolderExists(path) && fs::remove(NativePath(path), error);

@@ -80,7 +80,8 @@ std::string ShortPath(std::string_view path);
 std::vector<std::string> ListFiles(std::string_view folder, std::string_view mask);
 std::vector<std::string> ListFolders(std::string_view folder);
 
-// Deletes the matching files, not the sub-folders. Stops at the first failure with false.
+// Deletes the matching files, not the sub-folders. Stops at the first failure with false. An empty mask, and
+// a folder whose files MayDeleteFilesIn (guarded_folders.h) keeps, delete nothing and give false.
 bool DeleteFiles(std::string_view folder, std::string_view mask);
 enum class Existing { Replace, Ask };
 // Copies the matching files under their names; with Ask an existing destination goes through AskReplaceFile.
@@ -88,9 +89,11 @@ enum class Existing { Replace, Ask };
 bool CopyFiles(std::string_view source, std::string_view destination, Existing existing,
                std::string_view mask);
 // Makes a folder hold the files of another one and no others, sub-folders apart. Each file holds its old
-// content or the whole new one at every instant. False at the first failure.
+// content or the whole new one at every instant. False at the first failure, and with nothing done for a
+// guarded folder.
 [[nodiscard]] bool MirrorFiles(std::string_view source, std::string_view destination);
-// Deletes the files of a folder, then the folder. False if sub-folders are left in it.
+// Deletes the files of a folder, then the folder. False if sub-folders are left in it, and with nothing
+// deleted for a guarded folder.
 bool RemoveFolder(std::string_view path);
 
 struct Tree {
@@ -103,7 +106,7 @@ Tree ScanTree(std::string_view root);
 // Bytes of the files in a tree that match the mask.
 std::int64_t TreeSize(std::string_view root, std::string_view mask);
 // Deletes a whole tree with the bar moving: files first, then folders from the deepest up. A link is deleted,
-// not followed. False if anything is left.
+// not followed. False if anything is left, and with nothing deleted for a guarded folder.
 [[nodiscard]] bool RemoveFolderTree(std::string_view root, Bar& bar);
 
 enum class FilesFolders { Copy, Skip };

@@ -1,8 +1,8 @@
 // The numbered message table: every text that the program shows and the file-name fragments it composes.
 //
 // One id stands for one use in one place; equal texts are not shared, so that a translation may tell them
-// apart. The texts stand in message_table.inc. A table file with the same ids can take their place
-// (LoadMessageTable).
+// apart. The texts stand in message_table.inc. A table file with the same ids can take the place of messages
+// (LoadMessageTable); fragments are what the program works with, and nothing takes their place.
 #pragma once
 
 #include <cstdint>
@@ -28,10 +28,22 @@ std::string LoadMessage(MessageId id, const MessageArgs& args);
 // The usual content of a mark.
 inline constexpr const char* kLineBreak = "\r\n";
 
+// A text with its marks filled as LoadMessage fills them.
+std::string FillMarks(std::string text, const MessageArgs& args);
+
+// What became of a translated table.
+struct TableLoading {
+    bool Taken = false;
+    std::vector<std::size_t> RefusedLines; // counted from 1
+};
 // Takes the texts of a translated table: UTF-8 lines of an id, a tab and the text; lines that begin with "#"
-// and empty lines are skipped. Ids that the file lacks keep their text. False, with nothing changed, if the
-// file can't be read or a line is none of these.
-[[nodiscard]] bool LoadMessageTable(std::string_view path);
+// and empty lines are skipped. Ids that the file lacks keep their text, and so do those whose line is refused
+// because it changes a fragment, has other marks than the built-in text, or other masks in a filter of a file
+// dialog. Not taken, with nothing changed, if the file can't be read or a line is none of these: that line is
+// the refused one then.
+[[nodiscard]] TableLoading LoadMessageTable(std::string_view path);
+// The numbers of refused lines for a message, the first of them if they are many.
+std::string RefusedLinesText(const TableLoading& loading);
 // Back to the built-in texts.
 void ResetMessages();
 
@@ -39,6 +51,7 @@ struct MessageEntry {
     MessageId id;
     std::string_view name;
     std::string_view text;
+    bool fragment;
 };
 // The built-in table in the order of ids, for the check of the table and for translators.
 const std::vector<MessageEntry>& MessageTable();

@@ -117,13 +117,4 @@ bool MatchesMask(std::string_view name, std::string_view mask) {
            MatchFolded(folded_name, std::string_view(folded_mask).substr(0, folded_mask.size() - 2));
 }
 
-bool StaysInside(std::string_view relative) {
-    if (relative.size() < 2 || relative.front() != '\\') return false;
-    if (relative.find_first_of(std::string_view("/:\0", 3)) != kNone) return false;
-    for (const std::string& component : Split(relative.substr(1), '\\'))
-        // Windows drops blanks and dots at a name's end, so ".. " climbs too.
-        if (component.find_first_not_of(". ") == kNone) return false;
-    return true;
-}
-
 } // namespace kelvash

@@ -39,8 +39,8 @@ std::string NextLineIn(std::string_view text, std::size_t& position);
 // at the end also nothing. Case doesn't matter.
 bool MatchesMask(std::string_view name, std::string_view mask);
 
-// True if a path relative to a folder, with a leading "\", names something inside that folder: no "..", no
-// drive, no "/" and no empty or NUL-holding component.
+// True if a path relative to a folder, with a leading "\", is a PlainPath (plain_name.h): it names something
+// inside that folder.
 bool StaysInside(std::string_view relative);
 
 } // namespace kelvash

@@ -6,6 +6,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/platform/platform.h"
+#include "foundation/strangers_files.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 
@@ -170,9 +171,10 @@ void ReleaseProcess(Process& process) {
 }
 
 bool OpenDocument(std::string_view document, std::string_view verb, Window window, std::string_view folder) {
-    if (!IsPathText(document)) // an address
-        return !Trim(document).empty() &&
-               platform::OpenWithDesktop(std::string(Trim(document)), verb, window, {});
+    if (!IsPathText(document)) {
+        const std::optional<std::string> address = OpenableAddress(document);
+        return address && platform::OpenWithDesktop(*address, verb, window, {});
+    }
     if (!FileExists(document) && !FolderExists(document)) return false;
     const std::filesystem::path native = NativePath(document);
     const std::filesystem::path place = folder.empty() ? native.parent_path() : NativePath(folder);

@@ -44,9 +44,11 @@ void KillProcess(const Process& process);
 // on.
 void ReleaseProcess(Process& process);
 
-// Opens a document or address with the program that the desktop has for it. An empty folder takes the
-// document's. The verb is what to do with a document ("open" or empty for the usual), or the parameters of a
-// program.
+// Opens a document with the program that the desktop has for its extension, or an address (see
+// OpenableAddress). What a document's bytes or rights say doesn't count: only what is called a program
+// (".exe") is run, the verb being its parameters; else that is what to do with the document ("open" or empty
+// for the usual). An empty folder takes the document's. What strangers made is opened through
+// strangers_files.h.
 bool OpenDocument(std::string_view document, std::string_view verb, Window window, std::string_view folder);
 
 enum class LineMode { PartialLines, WholeLines };

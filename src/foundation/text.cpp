@@ -61,6 +61,69 @@ std::pair<std::size_t, char32_t> FirstCharacter(std::string_view text) {
     return {length, code};
 }
 
+bool IsControl(char32_t code) {
+    return code < 0x20 || (code >= 0x7F && code < 0xA0);
+}
+
+// Marks that show a text in another order than it has, so that "exe.txt" may be read where "txt.exe" stands.
+bool TurnsDirection(char32_t code) {
+    return code == 0x061C || code == 0x200E || code == 0x200F || (code >= 0x202A && code <= 0x202E) ||
+           (code >= 0x2066 && code <= 0x2069);
+}
+
+// Bytes of the escape sequence behind an ESC (or of the control sequence that a single code begins, `kind`
+// being the letter that stands for it behind an ESC). One without an end reaches to the end of its line.
+std::size_t SequenceLength(std::string_view text, char kind) {
+    constexpr std::string_view kTextSequences = "]PX^_"; // these hold a text that BEL or ESC \ ends
+    const std::size_t line = std::min(text.find_first_of("\r\n"), text.size());
+    if (kTextSequences.find(kind) != std::string_view::npos) {
+        const std::size_t end = text.find_first_of("\a\x1B\xC2", 0);
+        if (end >= line) return line;
+        return end + (text[end] == '\a' ? 1 : 0);
+    }
+    if (kind != '[') return 0;
+    std::size_t end = 0;
+    while (end < line && text[end] >= 0x20 && text[end] < 0x40)
+        ++end;
+    return end < line && text[end] >= 0x40 && text[end] < 0x7F ? end + 1 : end;
+}
+
+// Bytes of the sequence that `code`, which stands before `rest`, begins.
+std::size_t SequenceBehind(char32_t code, std::string_view rest) {
+    constexpr char32_t kEscape = 0x1B;
+    // A control above ASCII stands for ESC and the character of its number less 0x40.
+    if (code >= 0x80 && code < 0xA0) return SequenceLength(rest, static_cast<char>(code - 0x40));
+    if (code != kEscape) return 0;
+    std::size_t at = 0;
+    while (at < rest.size() && rest[at] >= 0x20 && rest[at] < 0x30)
+        ++at;
+    if (at == rest.size() || rest[at] < 0x30 || rest[at] >= 0x7F) return at;
+    return at + 1 + (at == 0 ? SequenceLength(rest.substr(1), rest[0]) : 0);
+}
+
+std::string Clean(std::string_view text, bool one_line) {
+    std::string clean;
+    clean.reserve(text.size());
+    while (!text.empty()) {
+        const auto [length, code] = FirstCharacter(text);
+        const std::string_view character = text.substr(0, length);
+        text.remove_prefix(length);
+        const bool space = code == '\r' || code == '\n' || code == '\t';
+        if (one_line && (space || code == 0)) {
+            if (!clean.ends_with(' ')) clean += ' ';
+        } else if (space) {
+            clean += character;
+        } else if (IsControl(code)) {
+            text.remove_prefix(SequenceBehind(code, text));
+        } else if (length == 1 && code == 0xFFFD) {
+            clean += "\uFFFD";
+        } else if (!TurnsDirection(code)) {
+            clean += character;
+        }
+    }
+    return clean;
+}
+
 char AnsiFromCode(char32_t code) {
     if (code < 0x80 || (code >= 0xA0 && code <= 0xFF)) return static_cast<char>(code);
     const auto* found = std::find(kAnsiHigh.begin(), kAnsiHigh.end(), code);
@@ -191,6 +254,31 @@ std::string AnsiFromUtf8(std::string_view text) {
         text.remove_prefix(length);
     }
     return bytes;
+}
+
+bool HoldsControls(std::string_view text) {
+    while (!text.empty()) {
+        const auto [length, code] = FirstCharacter(text);
+        if (IsControl(code)) return true;
+        text.remove_prefix(length);
+    }
+    return false;
+}
+
+std::string CleanText(std::string_view text) {
+    return Clean(text, false);
+}
+
+std::string CleanLine(std::string_view text) {
+    return Clean(text, true);
+}
+
+std::string CleanLines(const std::vector<std::string>& names) {
+    constexpr std::size_t kMostNames = 20;
+    std::string lines;
+    for (std::size_t i = 0; i < std::min(names.size(), kMostNames); ++i)
+        lines += "\r\n" + CleanLine(names[i]);
+    return names.size() > kMostNames ? lines + "\r\n..." : lines;
 }
 
 } // namespace kelvash

@@ -50,4 +50,15 @@ bool IsUtf8(std::string_view text);
 std::string Utf8FromAnsi(std::string_view bytes);
 std::string AnsiFromUtf8(std::string_view text);
 
+// True if a control character is in the text: of the first 32, DEL, or of those above ASCII.
+bool HoldsControls(std::string_view text);
+
+// A text of a stranger as it may be shown: without escape sequences of terminals, control characters and
+// marks that turn the direction of writing; a byte that is no UTF-8 becomes U+FFFD. CleanText keeps CR, LF
+// and tabs; CleanLine makes a blank of each run of them and of NULs, so that the text is one line.
+std::string CleanText(std::string_view text);
+std::string CleanLine(std::string_view text);
+// Names of strangers for the end of a message, a line each, the first of them if they are many.
+std::string CleanLines(const std::vector<std::string>& names);
+
 } // namespace kelvash

@@ -4,6 +4,7 @@
 #include "foundation/date_text.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/guarded_folders.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
@@ -105,6 +106,7 @@ bool CopyTreeShown(std::string_view source, std::string_view destination, Bar& b
 }
 
 bool RemoveFolderTree(std::string_view root, Bar& bar) {
+    if (!MayDeleteTree(root)) return false;
     if (!FolderExists(root)) return true;
     Tree tree = ScanTree(root);
     bool removed = true;

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "foundation/files.h"
+#include "foundation/plain_name.h"
 #include "foundation/text.h"
 
 namespace kelvash {
@@ -49,20 +50,15 @@ std::string From437(std::string_view bytes) {
     return text;
 }
 
-// Windows takes these names for devices, with any extension.
-bool IsDevice(std::string_view part) {
-    const std::string base(Trim(part.substr(0, part.find('.'))));
-    for (const char* device : {"CON", "PRN", "AUX", "NUL", "CONIN$", "CONOUT$"})
-        if (EqualNoCase(base, device)) return true;
-    return base.size() == 4 && (StartsWithNoCase(base, "COM") || StartsWithNoCase(base, "LPT")) &&
-           base[3] >= '1' && base[3] <= '9';
-}
-
+// Windows drops dots and blanks at a name's end, as this does.
 std::string CleanPart(std::string_view part) {
     constexpr std::string_view kForbidden = "<>:\"|?*";
     std::string clean(part);
     for (char& c : clean)
-        if (static_cast<unsigned char>(c) < ' ' || kForbidden.find(c) != std::string_view::npos) c = '_';
+        if (static_cast<unsigned char>(c) < ' ' || c == '\x7F' ||
+            kForbidden.find(c) != std::string_view::npos)
+            c = '_';
+    clean.resize(clean.find_last_not_of(". ") + 1);
     return clean;
 }
 
@@ -86,9 +82,9 @@ std::optional<std::vector<std::string>> ZipNameParts(std::string_view name) {
     std::vector<std::string> parts;
     for (const std::string& part : Split(path, '/')) {
         if (part.empty() || part == ".") continue;
-        if (part.find_first_not_of(". ") == std::string::npos || IsDevice(part)) return std::nullopt;
-        if (EqualNoCase(part, kPartialFile)) return std::nullopt;
-        parts.push_back(CleanPart(part));
+        std::string clean = CleanPart(part);
+        if (!PlainName::From(clean)) return std::nullopt;
+        parts.push_back(std::move(clean));
     }
     if (parts.empty()) return std::nullopt;
     return parts;

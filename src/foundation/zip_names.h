@@ -14,9 +14,9 @@ namespace kelvash {
 std::string ZipNameText(std::string_view bytes);
 
 // The parts of an entry's name between its separators, which are "/" and "\". Nothing for a name that leads
-// out of the destination (absolute, with a drive, with a ".." part) or that no file can have (a device's
-// name, dots and blanks alone, the name that unfinished files have here). Characters that a file's name can't
-// hold become "_".
+// out of the destination (absolute, with a drive, with a ".." part) or that no file can have. Characters that
+// a file's name can't hold become "_", dots and blanks at the end of a part are left out; what comes of it
+// are plain names (plain_name.h).
 std::optional<std::vector<std::string>> ZipNameParts(std::string_view name);
 
 } // namespace kelvash

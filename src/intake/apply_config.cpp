@@ -10,6 +10,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/plain_name.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "intake/work_folder.h"
@@ -43,24 +44,48 @@ std::vector<Group> Groups(std::string_view list, std::size_t size) {
     return groups;
 }
 
-// Names in a package file are names, not paths: what they say of folders is left out.
-std::string Inside(const std::string& folder, const std::string& name) {
-    return folder + "\\" + FileNameOf(name);
+// Names in a package file are names, not paths: what they say of folders is left out. Nothing, with the text
+// noted, for what no file can be called.
+std::optional<PlainName> NameIn(const std::string& text, RefusedNames& refused) {
+    std::optional<PlainName> name = PlainName::From(FileNameOf(text));
+    if (!name) refused.push_back(text);
+    return name;
 }
 
-void CopyIfMissing(const std::string& source, const std::string& target) {
-    if (!FileExists(target)) CopyFile(source, target);
+// Copies files of one base name as files of another, each with its own extension; what is there stays.
+void CopyUnderName(const std::vector<std::string>& files, const std::string& folder, const std::string& name,
+                   RefusedNames& refused) {
+    for (const std::string& file : files) {
+        const std::string text = BaseNameOf(name) + ExtensionOf(FileNameOf(file));
+        const std::optional<PlainName> target = PlainName::From(text);
+        if (!target) {
+            refused.push_back(name);
+            return;
+        }
+        if (const std::string path = PathIn(folder, *target); !FileExists(path)) CopyFile(file, path);
+    }
 }
 
-void TakeFields(NewLevel& level) {
+void TellRefused(RefusedNames names) {
+    std::sort(names.begin(), names.end());
+    names.erase(std::unique(names.begin(), names.end()), names.end());
+    if (!names.empty())
+        ShowMessage(MessageStyle::Exclamation,
+                    LoadMessage(MessageId::kConfigNamesRefused, {CleanLines(names)}));
+}
+
+void TakeFields(NewLevel& level, RefusedNames& refused) {
     core::LevelRecord& record = core::archive.Levels[static_cast<std::size_t>(level.LevelIndex)];
-    level.Name = Trim(LevelConfig.LevelName);
-    level.Note = Trim(LevelConfig.LevelNote);
-    record.Author = LevelConfig.AuthorName;
+    level.Name = CleanLine(Trim(LevelConfig.LevelName));
+    level.Note = CleanLine(Trim(LevelConfig.LevelNote));
+    record.Author = CleanLine(LevelConfig.AuthorName);
     record.Emails = LevelConfig.AuthorEmails;
     record.Sites = LevelConfig.AuthorSites;
-    record.AuthorNote = LevelConfig.AuthorMessage;
-    record.MoreInfoFile = LevelConfig.MoreInfoFile;
+    record.AuthorNote = CleanText(LevelConfig.AuthorMessage);
+    const std::string document(Trim(LevelConfig.MoreInfoFile));
+    const bool plain = PlainName::From(document).has_value();
+    record.MoreInfoFile = plain ? document : std::string();
+    if (!document.empty() && !plain) refused.push_back(document);
 }
 
 void SelectConfiguredDocument(NewLevel& level) {
@@ -122,22 +147,27 @@ struct WaveSource {
     bool found = false;
 };
 
-void FindOnCd(const Group& group, const std::string& cd, WaveSource& source) {
+void FindOnCd(const Group& group, const std::string& cd, WaveSource& source, RefusedNames& refused) {
     source = {};
     const std::vector<std::string> drives = CdDrives();
-    if (drives.empty() || !StaysInside("\\" + group[1])) return;
-    source.path = drives.front() + Text(MessageId::kExternAudioFolder) + group[1];
-    source.found = FileExists(source.path) || AskForCd(source.path, group[1], cd);
+    const std::optional<PlainName> name = PlainName::From(group[1]);
+    if (!name) refused.push_back(group[1]);
+    if (drives.empty() || !name) return;
+    source.path = drives.front() + Text(MessageId::kExternAudioFolder) + name->Text();
+    source.found = FileExists(source.path) || AskForCd(source.path, name->Text(), cd);
 }
 
 enum class Replacement { Use, Finished, None };
 
 // What stands for a wave that can't be had from its CD.
-Replacement FindReplacement(const std::string& folder, const Group& group, WaveSource& source) {
+Replacement FindReplacement(const std::string& folder, const Group& group, WaveSource& source,
+                            RefusedNames& refused) {
+    if (group[3].empty()) return Replacement::None;
+    const std::optional<PlainName> name = NameIn(group[3], refused);
+    if (!name) return Replacement::None;
     const bool same_name = EqualNoCase(group[3], group[2]);
     for (const std::string& place :
-         {Inside(folder, group[3]),
-          core::TrleFolder() + Text(MessageId::kExternTrleAudio) + FileNameOf(group[3])}) {
+         {PathIn(folder, *name), core::TrleFolder() + Text(MessageId::kExternTrleAudio) + name->Text()}) {
         if (!FileExists(place)) continue;
         source.path = place;
         return same_name ? Replacement::Finished : Replacement::Use;
@@ -153,9 +183,10 @@ void CorrectListedSize(const std::string& target, const std::string& source) {
             LevelConfig.FileSizes[i] = static_cast<std::int32_t>(bytes);
 }
 
-void ImportWave(const std::string& folder, const Group& group, WaveSource& source) {
+void ImportWave(const std::string& folder, const Group& group, const PlainName& name, WaveSource& source,
+                RefusedNames& refused) {
     if (!source.found) {
-        const Replacement replacement = FindReplacement(folder, group, source);
+        const Replacement replacement = FindReplacement(folder, group, source, refused);
         if (replacement == Replacement::Finished) return;
         if (replacement == Replacement::None) {
             TellCritical(Text(MessageId::kExternMissing) + group[1] + ")");
@@ -163,7 +194,7 @@ void ImportWave(const std::string& folder, const Group& group, WaveSource& sourc
         }
     }
     ShowInfo(Text(MessageId::kExternImport) + group[1]);
-    const std::string target = Inside(folder, group[2]);
+    const std::string target = PathIn(folder, name);
     CorrectListedSize(target, source.path);
     if (!CopyFile(source.path, target))
         TellCritical(LoadMessage(MessageId::kAddFolderError, {source.path}) + folder + "]");
@@ -171,7 +202,8 @@ void ImportWave(const std::string& folder, const Group& group, WaveSource& sourc
 
 void ApplyFoundConfig(NewLevel& level) {
     level.ConfigFound = true;
-    TakeFields(level);
+    RefusedNames refused;
+    TakeFields(level, refused);
     SelectConfiguredDocument(level);
     DeleteFile(level.WorkFolder + Text(MessageId::kConfigName));
     RefreshFileList(level);
@@ -179,12 +211,13 @@ void ApplyFoundConfig(NewLevel& level) {
         CancelLevel(level);
         return;
     }
-    ApplyDuplications(level.WorkFolder);
-    ApplyExternWaves(level.WorkFolder);
+    ApplyDuplications(level.WorkFolder, refused);
+    ApplyExternWaves(level.WorkFolder, refused);
     const std::string exe_kind(Trim(LevelConfig.ExeKind));
     if (!exe_kind.empty())
         ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kConfigExeLevel, {exe_kind}));
-    ApplyUseWads(level.WorkFolder);
+    ApplyUseWads(level.WorkFolder, refused);
+    TellRefused(refused);
     RefreshFileList(level);
     SelectConfiguredDocument(level);
     ConfigApplied = true;
@@ -195,9 +228,10 @@ void ApplyFoundConfig(NewLevel& level) {
 
 // What is wrong with a file of the list; empty if it is there in its size.
 std::string ListProblem(const std::string& folder, const std::string& name, std::int32_t size) {
-    const std::string path = folder + "\\" + name;
-    if (!FileExists(path)) return LoadMessage(MessageId::kConfigFileMissing, {name});
-    if (FileSize(path) != size) return LoadMessage(MessageId::kConfigFileSize, {name});
+    const std::optional<PlainName> plain = PlainName::From(name);
+    if (!plain || !FileExists(PathIn(folder, *plain)))
+        return LoadMessage(MessageId::kConfigFileMissing, {name});
+    if (FileSize(PathIn(folder, *plain)) != size) return LoadMessage(MessageId::kConfigFileSize, {name});
     return {};
 }
 
@@ -233,37 +267,38 @@ bool WadsInstalled(const std::string& proof, const std::string& url) {
     constexpr std::int64_t kSmallestRevisedWad = 3000001; // only this tells the revised wads from the first
     if (FindNoCase(UrlFileName(url), Text(MessageId::kConfigRevisedWord)) != std::string::npos)
         return FileSize(core::BackupFolder() + Text(MessageId::kConfigRevisedWad)) >= kSmallestRevisedWad;
-    return FileExists(core::TrleFolder() + Text(MessageId::kConfigWadsFolder) + "\\" + proof);
+    const std::optional<PlainName> name = PlainName::From(proof);
+    return name && FileExists(PathIn(core::TrleFolder() + Text(MessageId::kConfigWadsFolder), *name));
 }
 
-void ApplyDuplications(const std::string& folder) {
+void ApplyDuplications(const std::string& folder, RefusedNames& refused) {
     const std::vector<Group> pairs = Groups(LevelConfig.Duplications, kPair);
     if (!pairs.empty()) ShowInfo(Text(MessageId::kConfigDuplication) + pairs.front()[0]);
     for (const Group& pair : pairs)
-        for (const std::string& file : ListFiles(folder, pair[0]))
-            CopyIfMissing(file, Inside(folder, BaseNameOf(pair[1]) + ExtensionOf(FileNameOf(file))));
+        CopyUnderName(ListFiles(folder, pair[0]), folder, pair[1], refused);
 }
 
-void ApplyExternWaves(const std::string& folder) {
+void ApplyExternWaves(const std::string& folder, RefusedNames& refused) {
     const std::vector<OriginalCd> cds = OriginalCds();
     WaveSource source;
     for (const Group& group : Groups(LevelConfig.ExternWaves, kFour)) {
+        const std::optional<PlainName> name = NameIn(group[2], refused);
+        if (!name) continue;
         ShowInfo(Text(MessageId::kExternRequest) + group[1]);
         if (const std::string* cd = FindCdName(cds, group[0]))
-            FindOnCd(group, *cd, source);
+            FindOnCd(group, *cd, source, refused);
         else
             TellCritical(Text(MessageId::kExternUnknownCd) + group[0] + ")");
-        ImportWave(folder, group, source);
+        ImportWave(folder, group, *name, source, refused);
     }
 }
 
-void ApplyUseWads(const std::string& folder) {
+void ApplyUseWads(const std::string& folder, RefusedNames& refused) {
     const std::string wads = core::TrleFolder() + Text(MessageId::kConfigWadsFolder);
     for (const Group& pair : Groups(LevelConfig.UseWads, kPair)) {
         std::vector<std::string> sources = ListFiles(wads, pair[1]);
         if (sources.empty()) sources = ListFiles(folder, pair[1]);
-        for (const std::string& source : sources)
-            CopyIfMissing(source, Inside(folder, BaseNameOf(pair[0]) + ExtensionOf(FileNameOf(source))));
+        CopyUnderName(sources, folder, pair[0], refused);
     }
 }
 

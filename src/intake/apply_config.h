@@ -1,6 +1,9 @@
 // What a package file asks for while its level is added.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "intake/level_config.h"
 #include "intake/new_level.h"
 
@@ -14,10 +17,12 @@ void ApplyLevelConfig(NewLevel& level);
 enum class Loudness { Quiet, Loud };
 [[nodiscard]] bool CheckLevelConfigFiles(const NewLevel& level, Loudness loudness);
 
-// The steps, on the files of a folder. Targets never leave it.
-void ApplyDuplications(const std::string& folder);
-void ApplyExternWaves(const std::string& folder);
-void ApplyUseWads(const std::string& folder);
+// The steps, on the files of a folder. Targets never leave it: what asks for a name that no file can have is
+// left out and noted.
+using RefusedNames = std::vector<std::string>;
+void ApplyDuplications(const std::string& folder, RefusedNames& refused);
+void ApplyExternWaves(const std::string& folder, RefusedNames& refused);
+void ApplyUseWads(const std::string& folder, RefusedNames& refused);
 // True if the wads of a pair of ImportWads are in the Level Editor.
 [[nodiscard]] bool WadsInstalled(const std::string& proof, const std::string& url);
 

@@ -4,7 +4,7 @@
 
 #include "core/archive.h"
 #include "foundation/messages.h"
-#include "foundation/process.h"
+#include "foundation/strangers_files.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 
@@ -58,7 +58,7 @@ bool Delete(std::vector<std::string>& items, std::int32_t item) {
 }
 
 void Open(const std::string& address) {
-    if (!OpenDocument(address, {}, Window::Normal, {}))
+    if (OpenStrangersAddress(address) == Opening::Failed)
         TellCritical(LoadMessage(MessageId::kAutoreCannotOpen, {}) + address);
 }
 

@@ -17,6 +17,7 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/place.h"
+#include "foundation/plain_name.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "foundation/zip_module.h"
@@ -40,7 +41,8 @@ bool RemoveTree(const std::string& folder) {
 // The folders of one export; they go when it ends, whichever way.
 struct ExportFolders {
     std::string out = AppFolder() + Text(MessageId::kExportFolder);
-    std::string decompressed; // empty if nothing had to be
+    std::string decompressed;          // empty if nothing had to be
+    std::vector<std::string> left_out; // files whose names no zip of ours holds
 
     ExportFolders() = default;
     ExportFolders(const ExportFolders&) = delete;
@@ -52,13 +54,24 @@ struct ExportFolders {
     }
 };
 
+void TellLeftOut(const std::vector<std::string>& files) {
+    if (!files.empty())
+        ShowMessage(MessageStyle::Exclamation,
+                    LoadMessage(MessageId::kExportNamesRefused, {CleanLines(files)}));
+}
+
 // Copies files by a mask. False, after a message unless the user stopped it, if one can't be copied.
-bool CopyMatching(const std::string& from, const std::string& mask, const std::string& to, Bar& bar) {
+bool CopyMatching(const std::string& from, const std::string& mask, ExportFolders& folders, Bar& bar) {
     const std::vector<std::string> files = ListFiles(from, mask);
     double done = 0;
     for (const std::string& file : files) {
         if (TheUser().StopRequested()) return false;
-        if (!CopyFileStoppable(file, to + "\\" + FileNameOf(file))) {
+        const std::optional<PlainName> name = PlainName::From(FileNameOf(file));
+        if (!name) {
+            folders.left_out.push_back(file);
+            continue;
+        }
+        if (!CopyFileStoppable(file, PathIn(folders.out, *name))) {
             if (!TheUser().StopRequested()) TellCritical(Text(MessageId::kExportCopyError) + file);
             return false;
         }
@@ -91,14 +104,14 @@ bool TakeFiles(const core::LevelRecord& level, ExportFolders& folders, Bar& bar)
         TellCritical(Text(MessageId::kExportNoLevelFile) + files);
         return false;
     }
-    return CopyMatching(plain, "*", folders.out, bar);
+    return CopyMatching(plain, "*", folders, bar);
 }
 
-bool TakeSaves(const core::LevelRecord& level, const std::string& out, Bar& bar) {
-    return CopyMatching(companion::SlotFolder(level.Code), Text(MessageId::kExportSavegameMask), out, bar);
+bool TakeSaves(const core::LevelRecord& level, ExportFolders& folders, Bar& bar) {
+    return CopyMatching(companion::SlotFolder(level.Code), Text(MessageId::kExportSavegameMask), folders, bar);
 }
 
-bool TakeScreenshots(const core::LevelRecord& level, const std::string& out, ProgressDialog& progress) {
+bool TakeScreenshots(const core::LevelRecord& level, ExportFolders& folders, ProgressDialog& progress) {
     const std::string source = core::ScreenshotsFolder(core::LevelFolder(level.Code, false));
     const std::vector<std::string> masks = Split(Text(MessageId::kExportShotMasks), '|');
     const bool any = std::any_of(masks.begin(), masks.end(),
@@ -106,7 +119,7 @@ bool TakeScreenshots(const core::LevelRecord& level, const std::string& out, Pro
     if (!any || !AskYesNo(MessageStyle::Question, Text(MessageId::kExportShotsQuestion))) return true;
     progress.Label(Text(MessageId::kExportShots));
     return std::all_of(masks.begin(), masks.end(), [&](const std::string& mask) {
-        return CopyMatching(source, mask, out, progress.bar);
+        return CopyMatching(source, mask, folders, progress.bar);
     });
 }
 
@@ -144,7 +157,7 @@ bool IsOurPlace(const std::string& target, const ExportFolders& folders) {
 // Nothing on cancel, or after a message.
 std::optional<std::string> AskTarget(const core::LevelRecord& level, const ExportFolders& folders) {
     const std::string name =
-        LoadMessage(MessageId::kExportName, {SafeFileName(std::string(Trim(level.Name)))});
+        LoadMessage(MessageId::kExportName, {SafeFileName(CleanLine(Trim(level.Name)))});
     const std::optional<std::string> target =
         TheUser().SaveFile({Text(MessageId::kExportTitle), Text(MessageId::kExportFilter),
                             std::string(Trim(core::profile.DownloadFolder)), name});
@@ -174,9 +187,12 @@ std::optional<std::string> Export(const core::LevelRecord& level) {
         return std::nullopt;
     }
     ProgressDialog progress(BarPlace::StoppableDialog, Text(MessageId::kExportCopying));
-    if (!TakeFiles(level, folders, progress.bar) || !TakeSaves(level, folders.out, progress.bar) ||
-        !TakeScreenshots(level, folders.out, progress))
+    if (!TakeFiles(level, folders, progress.bar) || !TakeSaves(level, folders, progress.bar) ||
+        !TakeScreenshots(level, folders, progress))
         return std::nullopt;
+    TellLeftOut(folders.left_out);
+    // One among the level's files is none of this zip.
+    DeleteFile(folders.out + Text(MessageId::kConfigName));
     FillConfig(level, folders.out);
     if (!WriteLevelConfig(folders.out + Text(MessageId::kConfigName))) return std::nullopt;
     ConfigApplied = false;

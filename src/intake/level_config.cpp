@@ -97,8 +97,9 @@ bool ReadLevelConfig(std::string_view path) {
         TellCritical(LoadMessage(MessageId::kConfigNotFound, {std::string(path)}));
         return false;
     }
-    const std::optional<std::string> bytes = ReadFileBytes(path);
+    const std::optional<std::string> bytes = ReadFileStart(path, kLongestConfig + 1);
     if (!bytes) return Tell(MessageId::kConfigCannotOpen, path);
+    if (bytes->size() > kLongestConfig) return Tell(MessageId::kConfigTooLarge, path);
     switch (DecodeLevelConfig(*bytes, LevelConfig)) {
         case ConfigFault::Header:
             return Tell(MessageId::kConfigCannotReadHeader, path);
@@ -113,8 +114,8 @@ bool ReadLevelConfig(std::string_view path) {
 bool WriteLevelConfig(std::string_view path) {
     std::string bytes = EncodeLevelConfig(LevelConfig);
     // The file isn't truncated: who may overwrite a longer one deletes it first. That is meant.
-    const std::string old = ReadWholeFile(path);
-    if (old.size() > bytes.size()) bytes += old.substr(bytes.size());
+    const std::string old = ReadFileStart(path, kLongestConfig + 1).value_or(std::string());
+    if (old.size() > bytes.size() && old.size() <= kLongestConfig) bytes += old.substr(bytes.size());
     bool opened = false;
     const auto write_all = [&](const WritePiece& write) {
         opened = true;

@@ -62,9 +62,12 @@ ConfigFault DecodeLevelConfig(std::string_view bytes, LevelConfigRecord& config)
 // The bytes of a file. A name's folder is left out, a name or text is cut at 32767 bytes.
 std::string EncodeLevelConfig(const LevelConfigRecord& config);
 
+// Bytes of a file that is still taken for one: above those of any package.
+inline constexpr std::size_t kLongestConfig = std::size_t{1} << 20;
 // Fills LevelConfig from a file. False after a message.
 [[nodiscard]] bool ReadLevelConfig(std::string_view path);
-// Writes LevelConfig over a file, whose bytes behind what is written stay. False after a message.
+// Writes LevelConfig over a file, whose bytes behind what is written stay unless it is too long to be a
+// package file. False after a message.
 [[nodiscard]] bool WriteLevelConfig(std::string_view path);
 
 // The items of a NUL list; none for an empty text. The last group is filled up with empty items.

@@ -10,7 +10,8 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
-#include "foundation/process.h"
+#include "foundation/plain_name.h"
+#include "foundation/strangers_files.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "foundation/zip_module.h"
@@ -96,15 +97,28 @@ bool MayTake(const std::string& file, const std::string& target, std::set<std::s
     return ReadFileBytes(file) != ReadFileBytes(target) && AskReplaceFile(file, target);
 }
 
+// A file of a name that not every system can hold stays behind; the others are taken.
+void TellRefused(const std::vector<std::string>& refused) {
+    if (!refused.empty())
+        ShowMessage(MessageStyle::Exclamation,
+                    LoadMessage(MessageId::kAddNamesRefused, {CleanLines(refused)}));
+}
+
 // Copies files flat into a folder. Ends, after a message, at the first that can't be copied, and when the
 // user stops it.
 Arrival CopyFlat(const std::vector<std::string>& files, const std::string& folder) {
     ProgressDialog progress(BarPlace::StoppableDialog, Text(MessageId::kAddFolderCopying));
     std::set<std::string> taken;
+    std::vector<std::string> refused;
     double done = 0;
     for (const std::string& file : files) {
-        const std::string target = folder + "\\" + FileNameOf(file);
-        progress.Label(FileNameOf(file));
+        const std::optional<PlainName> name = PlainName::From(FileNameOf(file));
+        if (!name) {
+            refused.push_back(file);
+            continue;
+        }
+        const std::string target = PathIn(folder, *name);
+        progress.Label(name->Text());
         TheUser().PumpEvents();
         const Arrival arrival = TheUser().StopRequested() ? Arrival::Stopped
                                                           : ArrivalOf(!MayTake(file, target, taken) ||
@@ -115,6 +129,7 @@ Arrival CopyFlat(const std::vector<std::string>& files, const std::string& folde
         }
         ProgressPercent(progress.bar, ++done, static_cast<double>(files.size()));
     }
+    TellRefused(refused);
     return Arrival::Whole;
 }
 
@@ -165,8 +180,13 @@ void ShowInfo(const std::string& text) {
 
 Arrival AddFileOrZip(const std::string& source, const std::string& target, Through through) {
     if (!IsZip(source)) {
+        const std::optional<PlainName> name = PlainName::From(FileNameOf(source));
+        if (!name) {
+            TellRefused({source});
+            return Arrival::Failed;
+        }
         ProgressDialog progress(BarPlace::StoppableDialog, Text(MessageId::kAddCopying));
-        return ArrivalOf(CopyFileStoppable(source, target + "\\" + FileNameOf(source)));
+        return ArrivalOf(CopyFileStoppable(source, PathIn(target, *name)));
     }
     if (through == Through::Direct) return Unzip(source, target, ZipFolders::Flat);
     const std::string temp = AppFolder() + Text(MessageId::kAddTempZip);
@@ -265,7 +285,7 @@ void OpenLevelFile(const NewLevel& level, std::int32_t item) {
     if (item < 0 || item >= static_cast<std::int32_t>(level.FileList.size())) return;
     std::string file = level.FileList[static_cast<std::size_t>(item)];
     if (EndsWithNoCase(file, Text(MessageId::kIntakeZlExtension))) file = swap::DecompressOneFile(file, true);
-    if (!file.empty() && !OpenDocument(file, {}, Window::Normal, {}))
+    if (!file.empty() && OpenStrangersFile(file) == Opening::Failed)
         TellCritical(Text(MessageId::kOpenFileFailed) + file);
 }
 

@@ -42,7 +42,8 @@ std::vector<StandardLevel> StandardLevels() {
 std::optional<StandardLevel> NamedInDocuments(const std::string& folder,
                                               const std::vector<StandardLevel>& levels) {
     for (const std::string& document : ListDocumentFiles(folder)) {
-        const std::string text = ReadWholeFile(document);
+        constexpr std::size_t kLongestDocument = std::size_t{8} << 20; // bytes that are searched
+        const std::string text = ReadFileStart(document, kLongestDocument).value_or(std::string());
         for (const StandardLevel& level : levels)
             if (FindNoCase(text, level.file) != std::string::npos) return level;
     }

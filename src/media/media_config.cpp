@@ -6,6 +6,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/plain_name.h"
 #include "foundation/record.h"
 #include "foundation/text.h"
 
@@ -31,6 +32,12 @@ constexpr std::array<FileField, 5> kFileFields = {{
     {1042, 0x200 | 0x200000} // program, second media file
 }};
 
+// The game's saves and the marker stand where media files go, and are no part of a level.
+bool IsOfTheFolder(const std::string& name) {
+    return MatchesMask(name, LoadMessage(MessageId::kSavegameMask, {})) ||
+           EqualNoCase("\\" + name, LoadMessage(MessageId::kMarkerName, {}));
+}
+
 } // namespace
 
 std::vector<std::string> MediaFileNames(std::string_view bytes) {
@@ -43,7 +50,8 @@ std::vector<std::string> MediaFileNames(std::string_view bytes) {
         const auto flags = static_cast<std::uint32_t>(ReadInteger(bytes.substr(kFlagsOffset, 4)));
         for (const FileField& field : kFileFields) {
             const std::string name = FileNameOf(ReadText(bytes.substr(field.offset, kNameSize)));
-            if ((flags & field.flags) != 0 && StaysInside("\\" + name)) names.push_back(name);
+            if ((flags & field.flags) != 0 && PlainName::From(name) && !IsOfTheFolder(name))
+                names.push_back(name);
         }
     }
     return names;

@@ -4,6 +4,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/plain_name.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/picture.h"
@@ -13,8 +14,10 @@ namespace kelvash::swap {
 
 namespace {
 
-std::string PlainName(const std::string& zl_path) {
-    return StripExtension(FileNameOf(zl_path));
+// Where a packed file is unpacked to; nothing if its name without ".zl" is none that a file can have.
+std::optional<std::string> UnpackedPath(const std::string& folder, const std::string& zl_path) {
+    const std::optional<PlainName> name = PlainName::From(StripExtension(FileNameOf(zl_path)));
+    return name ? std::optional(PathIn(folder, *name)) : std::nullopt;
 }
 
 void TellDecompressFailure(MessageId id, const std::string& name) {
@@ -46,7 +49,8 @@ bool UnpackFiles(const std::vector<std::string>& packed, const std::string& fold
     for (const std::string& file : packed) {
         dialog.Label(LoadMessage(MessageId::kUnzippingFile, {FileNameOf(file)}));
         TheUser().PumpEvents();
-        if (!DecompressFile(file, temp + "\\" + PlainName(file))) {
+        const std::optional<std::string> target = UnpackedPath(temp, file);
+        if (!target || !DecompressFile(file, *target)) {
             TellDecompressFailure(MessageId::kDecompressFailed, FileNameOf(file));
             return false;
         }
@@ -87,11 +91,11 @@ bool DecompressLevelFiles(const std::string& folder, std::string& temp, bool dec
 
 std::string DecompressOneFile(const std::string& path, bool show_dialog) {
     const std::string folder = FreshFolder(MessageId::kTempFolder);
-    const std::string target = folder + "\\" + PlainName(path);
+    const std::optional<std::string> target = UnpackedPath(folder, path);
     if (show_dialog) TheUser().OpenProgress(BarPlace::ZipDialog, LoadMessage(MessageId::kOneFileCaption, {}));
-    const bool unpacked = DecompressFile(path, target);
+    const bool unpacked = target && DecompressFile(path, *target);
     if (show_dialog) TheUser().CloseProgress(BarPlace::ZipDialog);
-    if (unpacked) return target;
+    if (unpacked) return *target;
     TellDecompressFailure(MessageId::kOneFileFailed, FileNameOf(path));
     return {};
 }

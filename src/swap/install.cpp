@@ -10,6 +10,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/plain_name.h"
 #include "foundation/text.h"
 #include "foundation/waiting.h"
 #include "media/media_config.h"
@@ -29,8 +30,9 @@ namespace {
 void AddMatches(const std::string& files, MessageId mask, const std::string& target_folder,
                 std::vector<WorkItem>& items) {
     for (const std::string& file : ListFiles(files, LoadMessage(mask, {}))) {
-        const std::string name = FileNameOf(file);
-        items.push_back({name, target_folder + name});
+        // A name that no removal would take for one of the TRLE folder must not come there.
+        const std::optional<PlainName> name = PlainName::From(FileNameOf(file));
+        if (name) items.push_back({name->Text(), target_folder + name->Text()});
     }
 }
 

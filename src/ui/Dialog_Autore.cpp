@@ -16,7 +16,7 @@ void Fill(QComboBox* combo, const std::vector<std::string>& items) {
     const int selected = combo->currentIndex();
     combo->clear();
     for (const std::string& item : items)
-        combo->addItem(FromUtf8(item));
+        combo->addItem(ShownLine(item));
     combo->setCurrentIndex(std::clamp(selected, items.empty() ? -1 : 0, combo->count() - 1));
 }
 
@@ -112,8 +112,8 @@ void Dialog_Autore::Lay() {
 
 void Dialog_Autore::ImpostaValori(std::int32_t level_index) {
     notes_ = intake::BeginAuthorNotes(level_index);
-    Text_NomeAutore->setText(FromUtf8(notes_.Name));
-    Text_NoteAutore->setPlainText(FromUtf8(notes_.Note));
+    Text_NomeAutore->setText(ShownLine(notes_.Name));
+    Text_NoteAutore->setPlainText(ShownText(notes_.Note));
     ShowLists();
 }
 

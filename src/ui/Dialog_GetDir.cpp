@@ -174,7 +174,7 @@ void Dialog_GetDir::FillDrives() {
 }
 
 void Dialog_GetDir::ImpostaValori(const std::string& caption, const std::string& start) {
-    if (!caption.empty()) setWindowTitle(ShownText(caption));
+    if (!caption.empty()) setWindowTitle(ShownLine(caption));
     Select(FolderToStart(start));
 }
 

@@ -47,7 +47,7 @@ void Dialog_InputTesto::Lay() {
 }
 
 void Dialog_InputTesto::ImpostaValori(const std::string& caption, const std::string& text) {
-    if (!caption.empty()) setWindowTitle(ShownText(caption));
+    if (!caption.empty()) setWindowTitle(ShownLine(caption));
     Text1->setPlainText(FromUtf8(text));
     Text1->moveCursor(QTextCursor::End);
 }

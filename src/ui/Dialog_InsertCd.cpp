@@ -45,7 +45,7 @@ void Dialog_InsertCd::Set_Caption_Texts() {
 }
 
 void Dialog_InsertCd::ImpostaValori(const ChoiceForm& form) {
-    setWindowTitle(ShownText(form.caption));
+    setWindowTitle(ShownLine(form.caption));
     Label_Mex->setText(ShownText(form.text));
     Combo_Unita->clear();
     for (const std::string& drive : CdDrives())

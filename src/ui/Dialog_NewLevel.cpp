@@ -142,18 +142,18 @@ void Dialog_NewLevel::Connect(FormsUser& user) {
 }
 
 void Dialog_NewLevel::ImpostaValori() {
-    Text_NameLevel->setText(FromUtf8(level_.Name));
-    Text_Note->setText(FromUtf8(level_.Note));
+    Text_NameLevel->setText(ShownLine(level_.Name));
+    Text_Note->setText(ShownLine(level_.Note));
     Combo_MoreInfo->clear();
     for (const std::string& name : level_.MoreInfoChoices)
-        Combo_MoreInfo->addItem(FromUtf8(name));
+        Combo_MoreInfo->addItem(ShownLine(name));
     Combo_MoreInfo->setCurrentIndex(level_.MoreInfo);
     const int selected = List_Files->currentRow();
     List_Files->clear();
     for (const std::string& file : level_.FileList)
-        List_Files->addItem(FromUtf8(FileNameOf(file)));
+        List_Files->addItem(ShownLine(FileNameOf(file)));
     List_Files->setCurrentRow(std::min(selected, List_Files->count() - 1));
-    Label_Size->setText(FromUtf8(level_.SizeText));
+    Label_Size->setText(ShownLine(level_.SizeText));
     EnableButtons();
 }
 

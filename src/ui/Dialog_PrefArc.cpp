@@ -60,7 +60,7 @@ void Dialog_PrefArc::Lay() {
 
 void Dialog_PrefArc::ImpostaValori() {
     const core::ArchiveHeader& header = core::archive.Header;
-    Label_PathArchive->SetPath(FromUtf8(core::profile.LastArchive), {});
+    Label_PathArchive->SetPath(ShownLine(core::profile.LastArchive), {});
     Check_CompressFiles->setChecked(header.CompressFiles);
     Check_EncodeWavInMp3->setChecked(header.EncodeWavInMp3);
     // No encoder stands yet: an Archive that asks for one can only be freed of it.

@@ -102,7 +102,7 @@ void Dialog_Testo::ConnectKeys() {
 }
 
 void Dialog_Testo::ImpostaValori(const std::string& caption, const std::string& text, int mark) {
-    if (!caption.empty()) setWindowTitle(ShownText(caption));
+    if (!caption.empty()) setWindowTitle(ShownLine(caption));
     text_ = TextToShow(text);
     shown_ = FromUtf8(text_);
     mark_ = mark;

@@ -40,7 +40,7 @@ QString DefaultPicture() {
 void FillList(QListWidget* list, const std::vector<std::string>& savegames) {
     list->clear();
     for (const std::string& path : savegames)
-        list->addItem(FromUtf8(companion::SavegameLine(path)));
+        list->addItem(ShownLine(companion::SavegameLine(path)));
 }
 
 } // namespace
@@ -115,7 +115,7 @@ void Principale::ShowLevels() {
 }
 
 void Principale::ShowTitle() {
-    setWindowTitle(core::ArchiveIsOpen() ? ShownText(core::ArchiveTitle())
+    setWindowTitle(core::ArchiveIsOpen() ? ShownLine(core::ArchiveTitle())
                                          : Caption(MessageId::kMainNoArchive));
 }
 
@@ -176,14 +176,14 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
     PageImages(keep_image ? first_shown_image_ : 0);
     ShowSavegames(shown.SlotSavegames, shown.ArchivedSavegames);
     Label_InfoLevel->setText(NoteToShow(shown.Note));
-    Label_InfoDir->setText(FromUtf8(shown.Place));
-    Label_InfoDir->setToolTip(FromUtf8(shown.Place));
+    Label_InfoDir->setText(ShownLine(shown.Place));
+    Label_InfoDir->setToolTip(ToolTipText(Label_InfoDir->text()));
     EnableCommands();
 }
 
 // A list without a selection is empty: for want of an Archive, or of a name that holds the typed text.
 QString Principale::NoteToShow(const std::string& note) const {
-    if (core::level_list.Selected >= 0) return FromUtf8(note);
+    if (core::level_list.Selected >= 0) return ShownLine(note);
     return Caption(core::ArchiveIsOpen() ? MessageId::kMainNoLevelFound : MessageId::kMainNoArchiveNote);
 }
 

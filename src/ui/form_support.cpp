@@ -5,6 +5,9 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QSet>
+#include <QTextDocument>
+
+#include "foundation/text.h"
 
 namespace kelvash::ui {
 
@@ -64,7 +67,15 @@ QString Caption(MessageId id, const MessageArgs& args) {
 }
 
 QString ShownText(const std::string& text) {
-    return FromUtf8(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    return FromUtf8(CleanText(text)).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+}
+
+QString ShownLine(const std::string& text) {
+    return FromUtf8(CleanLine(text));
+}
+
+QString ToolTipText(const QString& text) {
+    return Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
 }
 
 void AssignMnemonics(QWidget* form) {

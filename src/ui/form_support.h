@@ -20,8 +20,12 @@ inline std::string ToUtf8(const QString& text) {
 
 // A text of the message table, with line breaks as Qt has them.
 QString Caption(MessageId id, const MessageArgs& args = {});
-// A text of the logic for a label or a box: line breaks as Qt has them.
+// A text of the logic for a label or a box: line breaks as Qt has them, and no controls.
 QString ShownText(const std::string& text);
+// The same for a place of one line: a name, a caption, an item of a list.
+QString ShownLine(const std::string& text);
+// A text as a tool tip shows it to the letter: a name may look like mark-up.
+QString ToolTipText(const QString& text);
 
 // How long pictures are put off, in milliseconds: what they belong to is painted first.
 inline constexpr int kAfterPainting = 15;

@@ -199,9 +199,11 @@ std::optional<std::string> FormsUser::Input(const std::string& title, const std:
                                             const std::string& initial) {
     QInputDialog dialog(ParentOfBoxes());
     dialog.setObjectName(QStringLiteral("InputBox"));
-    dialog.setWindowTitle(ShownText(title));
+    dialog.setWindowTitle(ShownLine(title));
     dialog.setLabelText(ShownText(text));
-    dialog.setTextValue(FromUtf8(initial));
+    for (QLabel* label : dialog.findChildren<QLabel*>())
+        label->setTextFormat(Qt::PlainText); // as in a box
+    dialog.setTextValue(ShownLine(initial));
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return ToUtf8(dialog.textValue());
 }
@@ -277,7 +279,7 @@ void FormsUser::OpenProgress(BarPlace place, const std::string& caption) {
         progress->bar = window->ProgressBar1;
         progress->window = std::move(window);
     }
-    if (!caption.empty()) progress->window->setWindowTitle(ShownText(caption));
+    if (!caption.empty()) progress->window->setWindowTitle(ShownLine(caption));
     progress->since.start();
     open_.push_back(std::move(progress));
     Show(*open_.back());

@@ -79,8 +79,16 @@ class QuitWhenShown final : public QObject {
 // A translated message table of the application's folder.
 void TakeMessageTable() {
     const std::string table = AppFolder() + "\\messages.txt";
-    if (FileExists(table) && !LoadMessageTable(table))
-        TellCritical(LoadMessage(MessageId::kFormsTableRefused, {}) + table);
+    if (!FileExists(table)) return;
+    const TableLoading loading = LoadMessageTable(table);
+    const std::string lines = RefusedLinesText(loading);
+    if (!loading.Taken)
+        TellCritical(LoadMessage(MessageId::kFormsTableRefused, {}) + table +
+                     (lines.empty() ? std::string() : LoadMessage(MessageId::kFormsTableLine, {lines})));
+    else if (!lines.empty())
+        ShowMessage(MessageStyle::Exclamation,
+                    LoadMessage(MessageId::kFormsTableLines,
+                                {table, std::to_string(loading.RefusedLines.size()), lines}));
 }
 
 int Run(const QApplication& application) {

@@ -2,7 +2,8 @@
 
 #include <QPainter>
 #include <QStyle>
-#include <QTextDocument>
+
+#include "ui/form_support.h"
 
 namespace kelvash::ui {
 
@@ -10,11 +11,6 @@ namespace {
 
 constexpr int kLeastLetters = 24;
 constexpr int kMostLetters = 60;
-
-// A name may look like mark-up.
-QString AsToolTip(const QString& text) {
-    return Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
-}
 
 } // namespace
 
@@ -26,7 +22,7 @@ PathLabel::PathLabel(QWidget* parent) : QLabel(parent) {
 
 void PathLabel::SetPath(const QString& path, const QString& when_empty) {
     setText(path.isEmpty() ? when_empty : path);
-    setToolTip(AsToolTip(path));
+    setToolTip(ToolTipText(path));
 }
 
 QSize PathLabel::sizeHint() const {

@@ -208,5 +208,28 @@ TEST_F(IntakeCommands, PreferencesAreShownAndSet) {
     EXPECT_EQ(Json({"prefs", "--compress", "maybe"}).status, 2);
 }
 
+TEST_F(IntakeCommands, APackageFileOfManyMegabytesIsRefused) {
+    MakeFile(drive / "kelvash.cfg", "x");
+    std::filesystem::resize_file(drive / "kelvash.cfg", 300U << 20); // a hole: it costs no disk
+    const CliRun run = Json({"config", "C:\\kelvash.cfg"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(
+        run.lines.front(),
+        HasSubstr(R"("text":"Error: config file is too large to be one of a level: C:\\kelvash.cfg")"));
+    EXPECT_EQ(run.lines.back(), R"({"event":"result","ok":false})");
+}
+
+TEST_F(IntakeCommands, TextsOfAPackageFileDoNotWorkOnTheTerminal) {
+    std::string config(8710, ' ');
+    config.replace(0, 16, "Maze\x1B[2J\r\n! hm!");
+    config.replace(8706, 4, std::string(4, '\0'));
+    MakeFile(drive / "kelvash.cfg", config);
+    const CliRun plain = Plain({"config", "C:\\kelvash.cfg"});
+    EXPECT_THAT(plain.lines, testing::Contains("levelName: Maze ! hm!"));
+    EXPECT_EQ(plain.Output().find('\x1B'), std::string::npos);
+    EXPECT_THAT(Json({"config", "C:\\kelvash.cfg"}).lines.back(),
+                HasSubstr(R"("levelName":"Maze\u001b[2J\r\n! hm!")"));
+}
+
 } // namespace
 } // namespace kelvash::test

@@ -100,5 +100,22 @@ TEST_F(LevelsCommand, WritesTenThousandLevels) {
             R"({"code":10000,"name":"Level 10000","note":"","author":"","emails":[],"sites":[],"authorNote":"","cd":0,"moreInfo":"","filesSize":0,"savesSize":0,"installed":false,"folder":"C:\\Levels\\LEVEL_10000"}]})"));
 }
 
+// What a level is called neither works on the terminal nor passes for a line of the program.
+TEST_F(LevelsCommand, ShowsNothingOfAStrangerButLetters) {
+    SetUpHome();
+    core::LevelRecord record;
+    record.Code = 7;
+    record.Name = std::string("\x1B]0;owned\aMa\x1B[2Jze\r\nFailed\0!", 28) + "\u009D1;t\a";
+    record.Author = "A\nda\x7F";
+    AddLevels({record});
+    const CliRun run = Plain({"levels"});
+    EXPECT_THAT(run.lines, testing::Contains("0007   Maze Failed !, A da (0 + 0)"));
+    for (const std::string& line : run.lines)
+        EXPECT_EQ(line.find_first_of("\x1B\a\x7F\r"), std::string::npos) << line;
+    const std::string json = Json({"levels"}).lines.at(0);
+    EXPECT_EQ(json.find_first_of("\x1B\a\x7F"), std::string::npos);
+    EXPECT_THAT(json, HasSubstr(R"(\u001b]0;owned\u0007Ma\u001b[2Jze\r\nFailed)"));
+}
+
 } // namespace
 } // namespace kelvash::test

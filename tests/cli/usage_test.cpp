@@ -163,7 +163,21 @@ TEST_F(Usage, AMessageTableInTheHomeIsTaken) {
     const CliRun run = Plain({"status"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.lines.at(0), "TRLE folder: C:\\trle");
-    EXPECT_EQ(run.errors, "The message table can't be used: " + (home / "messages.txt").string() + "\n");
+    EXPECT_EQ(run.errors,
+              "The message table can't be used: " + (home / "messages.txt").string() + " (line 1)\n");
+}
+
+TEST_F(Usage, AMessageTableChangesNoFileNames) {
+    SetUpHome();
+    MakeFile(home / "messages.txt", "1201\t\n2920\tCartella TRLE\n280\t\\x.prf\n");
+    const CliRun run = Plain({"status"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.lines.at(0), "Cartella TRLE: C:\\trle");
+    EXPECT_EQ(run.errors,
+              "Lines of message table " + (home / "messages.txt").string() +
+                  " have been ignored, because they change what is no message, or because they lose or "
+                  "add marks (2): 1, 3\n");
+    EXPECT_FALSE(Exists(home / "x.prf"));
 }
 
 } // namespace

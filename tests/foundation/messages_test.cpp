@@ -4,6 +4,7 @@
 
 #include <set>
 
+#include "foundation/text.h"
 #include "support/foundation_home.h"
 
 namespace kelvash {
@@ -76,47 +77,73 @@ TEST(MessageTable, TextsOfTheFoundationStandToTheLetter) {
     EXPECT_EQ(LoadMessage(MessageId::kBreakUser, {}), "Break user");
 }
 
-// A table of one text, under the id of the first entry.
-class LoadedMessage : public test::FoundationHome {
-  protected:
-    std::string Load(const std::string& text, const MessageArgs& args) {
-        test::MakeFile(home / "table.txt", "102\t" + text + "\n");
-        EXPECT_TRUE(LoadMessageTable("C:\\Kelvash\\table.txt"));
-        return LoadMessage(MessageId::kCannotCreateFolder, args);
-    }
-};
-
-TEST_F(LoadedMessage, WithoutArgumentsTheTextIsUnchanged) {
-    EXPECT_EQ(Load("\\note~1.txt", {}), "\\note~1.txt");
+TEST(MessageMarks, WithoutArgumentsTheTextIsUnchanged) {
+    EXPECT_EQ(FillMarks("\\note~1.txt", {}), "\\note~1.txt");
 }
 
-TEST_F(LoadedMessage, OnlyTheFirstOccurrenceOfAMarkIsFilled) {
-    EXPECT_EQ(Load("a~1b~1", {"X"}), "aXb~1");
+TEST(MessageMarks, OnlyTheFirstOccurrenceOfAMarkIsFilled) {
+    EXPECT_EQ(FillMarks("a~1b~1", {"X"}), "aXb~1");
 }
 
-TEST_F(LoadedMessage, AMarkWithoutAnArgumentStays) {
-    EXPECT_EQ(Load("~1 and ~2", {"X"}), "X and ~2");
-    EXPECT_EQ(Load("only ~1", {"X", "Y"}), "only X");
+TEST(MessageMarks, AMarkWithoutAnArgumentStays) {
+    EXPECT_EQ(FillMarks("~1 and ~2", {"X"}), "X and ~2");
+    EXPECT_EQ(FillMarks("only ~1", {"X", "Y"}), "only X");
+    EXPECT_EQ(LoadMessage(MessageId::kCannotCreateFolder, {"C:\\x", "Y"}), "I can not create 'C:\\x' folder");
 }
 
-TEST_F(LoadedMessage, FourteenMarksAreFilledEachWithItsOwn) {
-    EXPECT_EQ(Load("~1.~2.~3.~4.~5.~6.~7.~8.~9.~10.~11.~12.~13.~14",
-                   {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m", "n"}),
+TEST(MessageMarks, FourteenMarksAreFilledEachWithItsOwn) {
+    EXPECT_EQ(FillMarks("~1.~2.~3.~4.~5.~6.~7.~8.~9.~10.~11.~12.~13.~14",
+                        {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m", "n"}),
               "a.b.c.d.e.f.g.h.i.j.k.l.m.n");
 }
 
-TEST_F(LoadedMessage, AMarkInsideAnArgumentIsFilledInItsTurn) {
-    EXPECT_EQ(Load("~1 - ~2", {"<~2>", "X"}), "<X> - ~2");
-    EXPECT_EQ(Load("~2 - ~1", {"<~2>", "X"}), "X - <~2>"); // the true one stands first
-    EXPECT_EQ(Load("~1~2", {"a~1", "X"}), "a~1X");         // its own turn is over
+TEST(MessageMarks, AMarkInsideAnArgumentIsFilledInItsTurn) {
+    EXPECT_EQ(FillMarks("~1 - ~2", {"<~2>", "X"}), "<X> - ~2");
+    EXPECT_EQ(FillMarks("~2 - ~1", {"<~2>", "X"}), "X - <~2>"); // the true one stands first
+    EXPECT_EQ(FillMarks("~1~2", {"a~1", "X"}), "a~1X");         // its own turn is over
+}
+
+// What only a fragment can be: a part of a path, a mask, an extension, a tag of a file.
+TEST(MessageTable, WhatTheProgramWorksWithIsAFragment) {
+    std::size_t fragments = 0;
+    for (const MessageEntry& entry : MessageTable()) {
+        const std::string text(entry.text);
+        if (entry.fragment) {
+            ++fragments;
+            EXPECT_FALSE(text.empty()) << entry.name;
+            continue;
+        }
+        for (const char* start : {"\\", "*.", "#", ".", "SOFTWARE\\", "savegame.", "LEVEL_"})
+            EXPECT_FALSE(text.starts_with(start) && text != "... and ~1 more") << entry.name << ": " << text;
+        for (const char* part : {":\\", ".tr4|", "|\\"})
+            EXPECT_THAT(text, Not(HasSubstr(part))) << entry.name;
+    }
+    EXPECT_GE(fragments, 150U);
+}
+
+// The other texts with a "|" are filters of file dialogs: a shown text, then masks.
+TEST(MessageTable, OnlyFiltersAreMessagesWithBars) {
+    std::size_t filters = 0;
+    for (const MessageEntry& entry : MessageTable()) {
+        const std::vector<std::string> parts = Split(entry.text, '|');
+        if (entry.fragment || parts.size() < 2) continue;
+        ++filters;
+        EXPECT_TRUE(entry.name.ends_with("Filter")) << entry.name;
+        ASSERT_EQ(parts.size() % 2, 0U) << entry.name;
+        for (std::size_t i = 1; i < parts.size(); i += 2)
+            EXPECT_TRUE(parts[i].starts_with("*.")) << entry.name;
+    }
+    EXPECT_GE(filters, 5U);
 }
 
 class MessageFile : public test::FoundationHome {
   protected:
     bool Load(const std::string& bytes) {
         test::MakeFile(home / "italian.txt", bytes);
-        return LoadMessageTable("C:\\Kelvash\\italian.txt");
+        loading = LoadMessageTable("C:\\Kelvash\\italian.txt");
+        return loading.Taken;
     }
+    TableLoading loading;
 };
 
 TEST_F(MessageFile, TakesTheTextsItHasAndKeepsTheOthers) {
@@ -146,21 +173,80 @@ TEST_F(MessageFile, SkipsIdsThatTheTableLacks) {
 
 TEST_F(MessageFile, ABadLineChangesNothing) {
     for (const char* bad : {"135 no tab\n", "x\ttext\n", "135x\ttext\n", "\ttext\n", "99999999999\ttext\n"}) {
-        EXPECT_FALSE(Load(std::string("114\tchanged\n") + bad)) << bad;
+        EXPECT_FALSE(Load(std::string("114\tchanged\n\n") + bad)) << bad;
+        EXPECT_EQ(RefusedLinesText(loading), "3") << bad;
         EXPECT_EQ(LoadMessage(MessageId::kGigabytes, {}), " Gb");
         EXPECT_EQ(LoadMessage(MessageId::kBreakUser, {}), "Break user");
     }
 }
 
 TEST_F(MessageFile, AMissingFileChangesNothing) {
-    EXPECT_FALSE(LoadMessageTable("C:\\Kelvash\\missing.txt"));
-    EXPECT_FALSE(LoadMessageTable("C:\\Kelvash"));
+    for (const char* path : {"C:\\Kelvash\\missing.txt", "C:\\Kelvash"}) {
+        const TableLoading missing = LoadMessageTable(path);
+        EXPECT_FALSE(missing.Taken);
+        EXPECT_EQ(RefusedLinesText(missing), "");
+    }
     EXPECT_EQ(LoadMessage(MessageId::kBreakUser, {}), "Break user");
+}
+
+TEST_F(MessageFile, NothingTakesThePlaceOfAFragment) {
+    ASSERT_TRUE(Load(
+        "1201\t\n135\tBasta\n387\t*\n# note\n360\t\\..\\x\r\n1215\tsavegame.*\n364\t#CODE=\n113\tJa?\n"));
+    EXPECT_EQ(loading.RefusedLines,
+              (std::vector<std::size_t>{1, 3, 5, 7})); // one that changes nothing is none
+    EXPECT_EQ(LoadMessage(MessageId::kExportFolder, {}), "\\out_files");
+    EXPECT_EQ(LoadMessage(MessageId::kSavegameMask, {}), "savegame.*");
+    EXPECT_EQ(LoadMessage(MessageId::kMarkerName, {}), "\\Kelvash.txt");
+    EXPECT_EQ(LoadMessage(MessageId::kMarkerLevelCode, {}), "#LEVEL_CODE=");
+    EXPECT_EQ(LoadMessage(MessageId::kBreakUser, {}), "Basta"); // the rest of the file holds
+    EXPECT_EQ(LoadMessage(MessageId::kReplaceQuestion, {}), "Ja?");
+}
+
+TEST_F(MessageFile, NoFragmentAtAllCanBeReplaced) {
+    std::string file;
+    for (const MessageEntry& entry : MessageTable())
+        if (entry.fragment) file += std::to_string(static_cast<int>(entry.id)) + "\tchanged\n";
+    ASSERT_TRUE(Load(file));
+    for (const MessageEntry& entry : MessageTable())
+        EXPECT_EQ(LoadMessage(entry.id, {}), entry.text) << entry.name;
+}
+
+TEST_F(MessageFile, AMarkThatIsLostOrAddedIsRefused) {
+    ASSERT_TRUE(
+        Load("102\tohne Namen\n133\t~3: \"~1\"~2\n130\t\"~1\" fehlt, ~2\n135\t~1\n1235\tx\n131\t~ 5 %\n"));
+    EXPECT_EQ(loading.RefusedLines, (std::vector<std::size_t>{1, 3, 4, 5}));
+    EXPECT_EQ(LoadMessage(MessageId::kCannotCreateFolder, {}), "I can not create '~1' folder");
+    EXPECT_EQ(LoadMessage(MessageId::kSubprocessFailed, {"a", "b", "c"}),
+              "c: \"a\"b"); // another order is fine
+    EXPECT_EQ(LoadMessage(MessageId::kUtilityMissing, {"x"}), "Utility \"x\" doesn't exist");
+    EXPECT_EQ(LoadMessage(MessageId::kBreakUser, {}), "Break user");
+    EXPECT_EQ(LoadMessage(MessageId::kPipeFailed, {}), "~ 5 %"); // no mark without a number
+}
+
+TEST_F(MessageFile, AFilterKeepsItsMasks) {
+    ASSERT_TRUE(
+        Load("204\tArchivi (*.kva)|*.kva\n206\tArchivi|*.*\n1209\tZip\n1054\tZip|*.zip|Tutti|*.*|x|*\n"));
+    EXPECT_EQ(loading.RefusedLines, (std::vector<std::size_t>{2, 3, 4}));
+    EXPECT_EQ(LoadMessage(MessageId::kLoadArchiveFilter, {}), "Archivi (*.kva)|*.kva");
+    EXPECT_EQ(LoadMessage(MessageId::kExportFilter, {}), "Zip files (*.zip)|*.zip");
+}
+
+TEST_F(MessageFile, ManyRefusedLinesAreTheFirstOfThem) {
+    std::string file;
+    for (int i = 0; i < 30; ++i)
+        file += "1201\t\n";
+    ASSERT_TRUE(Load(file));
+    EXPECT_EQ(RefusedLinesText(loading),
+              "1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, ...");
+}
+
+TEST_F(MessageFile, OneOfManyMegabytesIsNone) {
+    EXPECT_FALSE(Load(std::string((std::size_t{4} << 20) + 1, '\n')));
 }
 
 TEST_F(MessageFile, ASecondFileStartsFromTheBuiltInTexts) {
     ASSERT_TRUE(Load("114\tfirst\n"));
-    ASSERT_TRUE(Load("135\tsecond\n"));
+    ASSERT_TRUE(Load("135\tsecond\r\r\n"));
     EXPECT_EQ(LoadMessage(MessageId::kGigabytes, {}), " Gb");
     ResetMessages();
     EXPECT_EQ(LoadMessage(MessageId::kBreakUser, {}), "Break user");

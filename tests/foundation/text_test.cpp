@@ -168,5 +168,61 @@ TEST(AnsiText, NulsAreCharactersLikeOthers) {
     EXPECT_EQ(Utf8FromAnsi(std::string_view("a\0\xE8", 3)), std::string_view("a\0è", 4));
 }
 
+TEST(CleanText, PlainTextsOfAnyAlphabetStay) {
+    for (const char* text :
+         {"", "City of Khamoon", "caffè «x» 日本 Лара", "a\tb\r\nc", "#1 <b>bold</b> & 100 %", "\u00A0"})
+        EXPECT_EQ(CleanText(text), text);
+}
+
+TEST(CleanText, EscapeSequencesOfTerminalsGoWhole) {
+    EXPECT_EQ(CleanText("a\x1B[31mred\x1B[0m!"), "ared!");
+    EXPECT_EQ(CleanText("\x1B[2J\x1B[H\x1B[?25lx"), "x");
+    EXPECT_EQ(CleanText("\x1B]0;title\ax\x1B]52;c;ZXZpbA==\x1B\\y"), "xy");
+    EXPECT_EQ(CleanText("\x1BPq#0\x1B\\z\x1B_app\x1B\\\x1B^pm\a."), "z.");
+    EXPECT_EQ(CleanText("\x1B"
+                        "c\x1B(0k\x1B#8x"),
+              "kx");
+    EXPECT_EQ(CleanText("\u009B31mred\u009D0;t\a!"), "red!");
+    EXPECT_EQ(CleanText("end\x1B"), "end");
+    EXPECT_EQ(CleanText("end\x1B[12;"), "end");
+    EXPECT_EQ(CleanText("a\x1B]no end\nnext line"), "a\nnext line");
+}
+
+TEST(CleanText, ControlsAndBadBytesGo) {
+    EXPECT_EQ(CleanText(std::string("a\0b\bc\ad\x7F"
+                                    "e\v",
+                                    10)),
+              "abcde");
+    EXPECT_EQ(CleanText("a\u0085b\u0080c"), "abc");
+    EXPECT_EQ(CleanText("\x9B"
+                        "31m"),
+              "\uFFFD31m"); // an 8-bit terminal would take the byte for a sequence
+}
+
+TEST(CleanText, WhatTurnsTheDirectionGoes) {
+    EXPECT_EQ(CleanText("photo\u202Egpj.exe"), "photogpj.exe");
+    EXPECT_EQ(CleanText("\u2066a\u2069\u200Fb\u200Ec\u061C"), "abc");
+}
+
+TEST(CleanLine, IsOneLine) {
+    EXPECT_EQ(CleanLine("City\r\n! fake message"), "City ! fake message");
+    EXPECT_EQ(CleanLine(std::string("a\0\0b\tc\n", 7)), "a b c ");
+    EXPECT_EQ(CleanLine("a\x1B[1mb"), "ab");
+}
+
+TEST(CleanLines, AreALineEachAndNotTooMany) {
+    EXPECT_EQ(CleanLines({}), "");
+    EXPECT_EQ(CleanLines({"a", "b\nc"}), "\r\na\r\nb c");
+    EXPECT_EQ(CleanLines(std::vector<std::string>(21, "x")).size(), 20U * 3 + 5);
+}
+
+TEST(HoldsControls, KnowsThoseAboveAscii) {
+    EXPECT_FALSE(HoldsControls("caffè"));
+    EXPECT_TRUE(HoldsControls("a\nb"));
+    EXPECT_TRUE(HoldsControls("a\x7F"));
+    EXPECT_TRUE(HoldsControls("a\u009Bb"));
+    EXPECT_TRUE(HoldsControls(std::string_view("\0", 1)));
+}
+
 } // namespace
 } // namespace kelvash

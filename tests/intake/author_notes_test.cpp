@@ -147,5 +147,23 @@ INSTANTIATE_TEST_SUITE_P(
                             "Author's note too long"}),
     [](const testing::TestParamInfo<TooLong>& field) { return std::string(field.param.name); });
 
+TEST_F(AuthorNotesTest, OnlyAddressesAreOpenedAndOnlyAfterAYes) {
+    AuthorNotes notes = Begun();
+    notes.Sites = {"C:\\trle\\tomb4.exe", "file:///etc/passwd", "www.x.org"};
+    notes.Emails = {"a@b.c?attach=/etc/passwd", "ann@a.org"};
+    GoSite(notes, 0);
+    GoSite(notes, 1);
+    SendMail(notes, 0);
+    const std::string refused =
+        "critical: Only web sites (http, https) and email addresses can be opened, and this is none: ";
+    EXPECT_THAT(user.Told(), ElementsAre(refused + "C:\\trle\\tomb4.exe", refused + "file:///etc/passwd",
+                                         refused + "mailto:a@b.c?attach=/etc/passwd"));
+    user.WillAnswer("Do you want to open this address?\r\nhttp://www.x.org", "no");
+    user.WillAnswer("Do you want to open this address?\r\nmailto:ann@a.org", "no");
+    GoSite(notes, 2);
+    SendMail(notes, 1);
+    EXPECT_EQ(user.Asked().size(), 2U);
+}
+
 } // namespace
 } // namespace kelvash::intake

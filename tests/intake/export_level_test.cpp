@@ -321,5 +321,21 @@ TEST_P(RoundTrip, AddingAnExportedLevelGivesTheSameLevel) {
 
 INSTANTIATE_TEST_SUITE_P(Seeds, RoundTrip, testing::Range(1U, 13U));
 
+TEST_F(Export, HoldsPlainNamesOnlyAndNoForeignPackageFile) {
+    Files files = kMaze;
+    files["kelvash.cfg"] = std::string(20000, 'z');
+    AddLevel(1, "Maze\r\n\x1B[2JX", files);
+    Select(1);
+    for (const char* name : {"aux.wav", "trailing.", "li\nne.wav"})
+        test::MakeFile(LevelPath(1) / "FILES" / name, "x");
+    ASSERT_TRUE(ExportTo("C:\\out.zip"));
+    EXPECT_THAT(NamesOf("C:\\out.zip"),
+                UnorderedElementsAre("maze.tr4", "script.dat", "english.dat", "kelvash.cfg"));
+    EXPECT_THAT(user.Told(), Contains(testing::HasSubstr("following files are not in the zip file")));
+    const std::string config = ConfigOf("C:\\out.zip");
+    EXPECT_LT(config.size(), 10000U);
+    EXPECT_EQ(config.find("zzzz"), std::string::npos);
+}
+
 } // namespace
 } // namespace kelvash::intake

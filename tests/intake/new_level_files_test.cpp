@@ -264,5 +264,20 @@ TEST_F(LevelFiles, AStoredFileIsDecompressedBeforeItIsOpened) {
     EXPECT_EQ(user.Told().size(), 1U);
 }
 
+TEST_F(LevelFiles, AProgramAmongTheFilesIsNotRunWithoutAYes) {
+    OpenNew({{"start_me.exe", "MZ"}});
+    user.WillAnswer("program does:\r\n" + level.FileList.at(0) + "\r\n", "no");
+    OpenLevelFile(level, 0);
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(LevelFiles, AStoredNameThatClimbsIsNotUnpacked) {
+    OpenNew({{"...zl", "x"}, {"aux.txt.zl", "x"}});
+    OpenLevelFile(level, 0);
+    OpenLevelFile(level, 1);
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Error decompressing file '...zl",
+                                         "critical: Error decompressing file 'aux.txt.zl"));
+}
+
 } // namespace
 } // namespace kelvash::intake

@@ -90,6 +90,25 @@ TEST_F(Install, RecordsANameThatOccursTwiceTwice) {
     EXPECT_THAT(Marker(), HasSubstr("#OVERWROTEN_FILES=\\title.dat|\\english.dat#\r\n"));
 }
 
+// A media configuration puts files beside the game's own: neither the marker nor a save can be one.
+TEST_F(Install, TakesNoMarkerAndNoSaveForAMediaFile) {
+    std::string config(20 + 4 * 1356, ' ');
+    config.replace(0, 4, std::string("\4\0\0\0", 4));
+    int event = 0;
+    for (const std::string name : {"kelvash.txt", "..\\Savegame.0", "../../up.txt", "aux.txt"}) {
+        const std::size_t at = 20 + 1356 * static_cast<std::size_t>(event++);
+        config.replace(at + 530, name.size(), name);
+        config.replace(at + 266, 4, std::string("\x80\0\0\0", 4));
+    }
+    AddLevel(1, "Media",
+             {{"a.tr4", ""}, {"Kelvash.txt", "#LEVEL_CODE=7#"}, {"savegame.0", "foreign"}, {"m.mcf", config}},
+             {{"savegame.0", "own"}});
+    ASSERT_TRUE(InstallLevel(1));
+    EXPECT_THAT(Marker(), HasSubstr("#COPIED_FILES=\\m.mcf|\\data\\a.tr4#\r\n"));
+    EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "own");
+    EXPECT_EQ(CurrentLevelCode(), 1);
+}
+
 TEST_F(Install, BringsTheLevelsSavesBack) {
     AddLevel(1, "City", {{"c.tr4", ""}}, {{"savegame.2", "s"}, {"shot1.jpg", "j"}, {"note1.txt", "n"}});
     ASSERT_TRUE(InstallLevel(1));

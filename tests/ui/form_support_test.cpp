@@ -48,6 +48,17 @@ TEST(Captions, ComeWithLineBreaksAsQtHasThem) {
     EXPECT_EQ(ToUtf8(QStringLiteral("Größe")), "Größe");
 }
 
+TEST(Captions, OfStrangersAreLettersAlone) {
+    EXPECT_EQ(ShownText("a\x1B[2J\r\nb\u202E").toStdString(), "a\nb");
+    EXPECT_EQ(ShownLine(std::string("a\0b\r\nc", 6)).toStdString(), "a b c");
+}
+
+TEST(Captions, AToolTipShowsMarkUpToTheLetter) {
+    EXPECT_EQ(ToolTipText(QStringLiteral("City of Gold")).toStdString(), "City of Gold");
+    EXPECT_EQ(ToolTipText(QStringLiteral("<img src='x'> & <b>Gold</b>")).toStdString(),
+              "<span>&lt;img src='x'&gt; &amp; &lt;b&gt;Gold&lt;/b&gt;</span>");
+}
+
 TEST(Themes, SwitchBetweenDarkAndLight) {
     EXPECT_FALSE(Theme::IsDark());
     Theme::SetDark(true);

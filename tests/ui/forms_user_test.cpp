@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QInputDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
@@ -107,6 +108,8 @@ TEST_F(FormsUserPort, TakesATypedText) {
         auto* const dialog = qobject_cast<QInputDialog*>(window);
         ASSERT_NE(dialog, nullptr);
         EXPECT_EQ(dialog->labelText().toStdString(), "Type a name");
+        for (const QLabel* label : dialog->findChildren<QLabel*>())
+            EXPECT_EQ(label->textFormat(), Qt::PlainText);
         EXPECT_EQ(dialog->textValue().toStdString(), "old");
         dialog->setTextValue(QStringLiteral("Größe"));
         dialog->accept();

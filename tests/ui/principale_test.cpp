@@ -36,6 +36,23 @@ class PrincipaleForm : public PrincipaleHome {
 
 // --- captions and menu ---
 
+// Names and notes of strangers are no mark-up, and one line each.
+TEST_F(PrincipaleForm, TextsOfStrangersAreShownToTheLetter) {
+    core::archive.Levels[1].Name = std::string("<b>Gold</b>\0\nX", 14);
+    core::archive.Levels[1].Note = "<img src='file:///etc/passwd'>\r\ntwo";
+    core::RefreshLevelList();
+    core::SelectLevel(1);
+    EXPECT_THAT(Shown(), testing::Contains("<b>Gold</b> X"));
+    const QModelIndex current = form.Combo_Livelli->currentIndex();
+    EXPECT_EQ(current.data(Qt::ToolTipRole).toString().toStdString(),
+              "<span>&lt;b&gt;Gold&lt;/b&gt; X</span>");
+    EXPECT_EQ(form.Label_InfoLevel->textFormat(), Qt::PlainText);
+    EXPECT_EQ(form.Label_InfoLevel->text().toStdString(), "<img src='file:///etc/passwd'> two");
+    EXPECT_EQ(form.Label_InfoDir->textFormat(), Qt::PlainText);
+    for (const QLabel* label : form.findChildren<QLabel*>())
+        EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->objectName().toStdString();
+}
+
 TEST_F(PrincipaleForm, HasItsControlsUnderTheirNames) {
     EXPECT_EQ(form.objectName().toStdString(), "Principale");
     EXPECT_EQ(form.findChild<QListView*>(QStringLiteral("Combo_Livelli")), form.Combo_Livelli);

@@ -71,6 +71,8 @@ NativeFile FindExact(const NativeFile& root, std::string_view rest);
 NativeFile ExecutablePath();
 // A variable of the environment as a path; empty if it isn't set.
 NativeFile EnvironmentPath(const char* name);
+// The user's home folder.
+NativeFile HomeFolder();
 // The user's folder for program data, the application's own name at its end.
 NativeFile UserDataFolder();
 NativeFile SpecialFolder(SpecialFolderId id);
@@ -100,7 +102,7 @@ void Resume(const Process& process);
 void Kill(const Process& process);
 // Gives the process's handles back; it runs on.
 void Release(Process& process);
-// `document` is a native path or an address.
+// `document` is a native path or an address. Only a file that is called a Windows program is run.
 bool OpenWithDesktop(const std::string& document, std::string_view verb, Window window,
                      const NativeFile& folder);
 // The platform's own build of a tool; empty if there is none on PATH.

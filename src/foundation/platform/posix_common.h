@@ -1,4 +1,4 @@
-// What several posix_*.cpp share: the user's folders, Wine, and what is on PATH.
+// What several posix_*.cpp share: Wine, and what is on PATH.
 #pragma once
 
 #include <string_view>
@@ -7,7 +7,6 @@
 
 namespace kelvash::platform {
 
-NativeFile HomeFolder();
 // $WINEPREFIX or ~/.wine; it need not exist.
 NativeFile WinePrefix();
 

@@ -309,7 +309,8 @@ void Release(Process&) {}
 bool OpenWithDesktop(const std::string& document, std::string_view verb, Window window,
                      const NativeFile& folder) {
     Process process;
-    if (IsWindowsProgram(document)) {
+    if ((EndsWithNoCase(document, ".exe") || EndsWithNoCase(document, ".com")) &&
+        IsWindowsProgram(document)) {
         const bool plain = verb.empty() || EqualNoCase(verb, "open");
         const SpawnRequest request{document, plain ? Arguments() : Split(verb, ' '), folder, window, false};
         return Spawn(request, process, nullptr) == SpawnResult::Started;
@@ -317,9 +318,8 @@ bool OpenWithDesktop(const std::string& document, std::string_view verb, Window 
     // The opened program is the user's, so it keeps the user's language.
     const std::string opener = FindOnPath("xdg-open").string();
     if (opener.empty() || document.starts_with('-')) return false; // an option is no address
-    const std::string address = StartsWithNoCase(document, "www.") ? "http://" + document : document;
     Launch launch{
-        {opener, address}, OwnEnvironment(), folder.empty() ? "/" : folder.string(), true, false, -1};
+        {opener, document}, OwnEnvironment(), folder.empty() ? "/" : folder.string(), true, false, -1};
     int exit_code = 0;
     return Start(launch, process) == SpawnResult::Started &&
            (!WaitFor(process, kOpenerSeconds, &exit_code) || exit_code == 0);

@@ -107,6 +107,11 @@ NativeFile EnvironmentPath(const char* name) {
     return value;
 }
 
+NativeFile HomeFolder() {
+    const fs::path home = EnvironmentPath("USERPROFILE");
+    return home.empty() ? ShellFolder(CSIDL_PROFILE) : home;
+}
+
 NativeFile UserDataFolder() {
     return ShellFolder(CSIDL_APPDATA) / "Kelvash";
 }

@@ -144,8 +144,7 @@ bool HasEnded(const Process& process, DWORD milliseconds) {
 }
 
 bool IsProgram(const std::string& document) {
-    return EndsWithNoCase(document, ".exe") || EndsWithNoCase(document, ".com") ||
-           EndsWithNoCase(document, ".bat");
+    return EndsWithNoCase(document, ".exe") || EndsWithNoCase(document, ".com");
 }
 
 } // namespace

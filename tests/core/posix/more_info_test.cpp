@@ -16,6 +16,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace fs = std::filesystem;
+using namespace std::string_literals;
 
 // A level with a document, a disc that may hold it, and an opener that writes down what it was given.
 class MoreInfo : public test::SwapHome {
@@ -129,6 +130,28 @@ TEST_F(MoreInfo, TellsADocumentThatNothingOpens) {
     ShowMoreInfo();
     EXPECT_THAT(user.Told(), ElementsAre("critical: I cannot find a program that opens: "
                                          "C:\\Levels\\LEVEL_0001\\files\\readme.txt"));
+}
+
+// An Archive of a stranger: what its record names is a name or nothing.
+TEST_F(MoreInfo, NothingOutsideTheLevelIsOpened) {
+    MakeFile(root / "secret.txt", "secret");
+    for (const std::string& name :
+         {"../../../../secret.txt"s, "..\\..\\LEVEL_0000\\files\\load.bmp"s, "C:\\trle\\tomb4.exe"s,
+          (root / "secret.txt").string(), "city.tr4:x"s, "city.tr4."s, "a\0b"s}) {
+        user.Forget();
+        archive.Levels[1].MoreInfoFile = name;
+        ShowMoreInfo();
+        EXPECT_THAT(user.Told(), ElementsAre("critical: Error, file '" + name + "' not found")) << name;
+    }
+    EXPECT_FALSE(Exists(root / "opened"));
+}
+
+TEST_F(MoreInfo, AProgramIsNotOpenedWithoutAYes) {
+    MakeFile(LevelPath(1) / "FILES/Readme.txt", "MZ");
+    user.WillAnswer("LEVEL_0001\\files\\readme.txt", "no");
+    ShowMoreInfo();
+    EXPECT_FALSE(Exists(root / "opened"));
+    EXPECT_THAT(user.Told(), IsEmpty());
 }
 
 } // namespace

@@ -11,8 +11,10 @@
 
 #include "foundation/files.h"
 #include "foundation/process.h"
+#include "foundation/strangers_files.h"
 #include "foundation/waiting.h"
 #include "support/foundation_home.h"
+#include "support/scripted_user.h"
 
 namespace kelvash {
 namespace {
@@ -252,6 +254,92 @@ TEST_F(PosixPrograms, AProgramIsADocumentWithParameters) {
     for (int i = 0; i < 500 && (!Exists(root / "started") || BytesOf(root / "started").empty()); ++i)
         ::usleep(10000);
     EXPECT_EQ(BytesOf(root / "started"), (drive / "tool.exe").string() + " -a -b\n");
+}
+
+// What strangers made: a wine that must not run, an opener that writes down what it is given.
+class PosixStrangers : public PosixPrograms {
+  protected:
+    PosixStrangers() {
+        MakeScript(root / "bin" / "xdg-open", "echo \"$1\" >> " + (root / "opened").string() + "\n");
+        MakeScript(root / "bin" / "wine", "echo \"$1\" >> " + (root / "run").string() + "\n");
+        UseOwnPath();
+    }
+    std::string Opened() const { return Exists(root / "opened") ? BytesOf(root / "opened") : std::string(); }
+    bool Ran() const { return Exists(root / "run"); }
+    test::ScriptedUser user;
+};
+
+TEST_F(PosixStrangers, ADocumentIsNeverRunForItsBytesOrRights) {
+    MakeFile(drive / "readme.txt", "MZ\x90 is how programs begin");
+    MakeScript(drive / "note.txt", "touch " + (root / "run").string() + "\n");
+    EXPECT_TRUE(OpenDocument("C:\\readme.txt", "open", Window::Normal, ""));
+    EXPECT_TRUE(OpenDocument("C:\\note.txt", "open", Window::Normal, ""));
+    EXPECT_EQ(Opened(), (drive / "readme.txt").string() + "\n" + (drive / "note.txt").string() + "\n");
+    EXPECT_FALSE(Ran());
+}
+
+TEST_F(PosixStrangers, APlainDocumentIsOpenedUnasked) {
+    MakeFile(drive / "readme.txt", "Read me");
+    EXPECT_EQ(OpenStrangersFile("C:\\readme.txt"), Opening::Opened);
+    EXPECT_EQ(Opened(), (drive / "readme.txt").string() + "\n");
+    EXPECT_TRUE(user.Asked().empty());
+    EXPECT_EQ(OpenStrangersFile("C:\\none.txt"), Opening::Failed);
+}
+
+TEST_F(PosixStrangers, AProgramIsAskedAboutWithItsWholePath) {
+    MakeFile(drive / "setup.exe", "MZ");
+    MakeFile(drive / "readme.txt", "MZ");
+    MakeScript(drive / "play", "touch " + (root / "run").string() + "\n");
+    for (const char* path : {"C:\\setup.exe", "C:\\readme.txt", "C:\\play"}) {
+        user.WillAnswer("begins as a program does:\r\n" + std::string(path) + "\r\n", "no");
+        EXPECT_EQ(OpenStrangersFile(path), Opening::NotWanted);
+    }
+    EXPECT_EQ(Opened(), "");
+    EXPECT_FALSE(Ran());
+}
+
+TEST_F(PosixStrangers, OnlyWhatIsCalledAProgramIsRunAfterAYes) {
+    MakeFile(drive / "setup.exe", "MZ");
+    MakeFile(drive / "readme.txt", "MZ");
+    MakeScript(drive / "script.exe", "touch " + (root / "script_ran").string() + "\n");
+    user.WillAnswer("C:\\readme.txt", "yes");
+    EXPECT_EQ(OpenStrangersFile("C:\\readme.txt"), Opening::Opened);
+    user.WillAnswer("C:\\script.exe", "yes");
+    EXPECT_EQ(OpenStrangersFile("C:\\script.exe"), Opening::Opened);
+    EXPECT_EQ(Opened(), (drive / "readme.txt").string() + "\n" + (drive / "script.exe").string() + "\n");
+    EXPECT_FALSE(Ran());
+    user.WillAnswer("C:\\setup.exe", "yes");
+    EXPECT_EQ(OpenStrangersFile("C:\\setup.exe"), Opening::Opened);
+    for (int i = 0; i < 500 && !Ran(); ++i)
+        ::usleep(10000);
+    EXPECT_TRUE(Ran());
+    EXPECT_FALSE(Exists(root / "script_ran"));
+}
+
+TEST_F(PosixStrangers, AnAddressIsShownBeforeItIsOpened) {
+    user.WillAnswer("Do you want to open this address?\r\nhttp://www.x.org/a%20b", "yes");
+    EXPECT_EQ(OpenStrangersAddress("www.x.org/a b"), Opening::Opened);
+    EXPECT_EQ(Opened(), "http://www.x.org/a%20b\n");
+    user.WillAnswer("mailto:ann@a.org", "no");
+    EXPECT_EQ(OpenStrangersAddress("mailto:ann@a.org"), Opening::NotWanted);
+    EXPECT_EQ(Opened(), "http://www.x.org/a%20b\n");
+}
+
+TEST_F(PosixStrangers, WhatIsNoAddressIsTold) {
+    MakeScript(drive / "evil", "touch " + (root / "run").string() + "\n");
+    for (const std::string& text :
+         {(drive / "evil").string(), std::string("C:\\evil"), std::string("file:///etc/passwd"),
+          std::string("mailto:a@b.c?attach=/etc/passwd")}) {
+        user.Forget();
+        EXPECT_EQ(OpenStrangersAddress(text), Opening::NotWanted);
+        EXPECT_THAT(user.Told(),
+                    testing::ElementsAre("critical: Only web sites (http, https) and email addresses can be "
+                                         "opened, and this is none: " +
+                                         text));
+    }
+    EXPECT_TRUE(user.Asked().empty());
+    EXPECT_EQ(Opened(), "");
+    EXPECT_FALSE(Ran());
 }
 
 } // namespace
