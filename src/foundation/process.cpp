@@ -169,6 +169,10 @@ void ReleaseProcess(Process& process) {
     platform::Release(process);
 }
 
+std::int64_t FindProcessOf(std::string_view program) {
+    return platform::FindProcessOf(NativePath(program));
+}
+
 bool OpenDocument(std::string_view document, std::string_view verb, Window window, std::string_view folder) {
     if (!IsPathText(document)) // an address
         return !Trim(document).empty() &&

@@ -44,6 +44,9 @@ void KillProcess(const Process& process);
 // on.
 void ReleaseProcess(Process& process);
 
+// Id of a process that runs a program, whoever has started it; 0 if there is none. A few milliseconds.
+std::int64_t FindProcessOf(std::string_view program);
+
 // Opens a document or address with the program that the desktop has for it. An empty folder takes the
 // document's. The verb is what to do with a document ("open" or empty for the usual), or the parameters of a
 // program.

@@ -41,7 +41,8 @@ class HostileMarker : public test::SwapHome {
     test::FileMap Outside() const {
         test::FileMap files = test::TreeOf(root);
         std::erase_if(files, [](const auto& file) {
-            return file.first.starts_with("c/trle/") || file.first == "c/kelvash/kelvash.jrn" ||
+            return file.first.starts_with("c/trle/") || file.first.starts_with("run/") ||
+                   file.first == "c/kelvash/kelvash.jrn" ||
                    file.first.find("backup_savegames") != std::string::npos;
         });
         return files;
