@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/level_list.h"
 #include "core/maintenance.h"
 #include "core/profile.h"
@@ -171,6 +172,8 @@ void RemoveOldFolders(const std::vector<Move>& moves) {
 } // namespace
 
 bool MoveArchive() {
+    const Change change(MessageId::kDoingMove, kAll);
+    if (!change) return false;
     if (archive.Header.CdCount > 0 &&
         AskYesNo(MessageStyle::Question,
                  LoadMessage(MessageId::kMoveOnCdQuestion, {kLineBreak, kLineBreak}))) {

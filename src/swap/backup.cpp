@@ -1,6 +1,7 @@
 #include "swap/backup.h"
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "core/start_up.h"
@@ -108,6 +109,9 @@ std::string AskOriginalConfiguration() {
 
 bool CreateBackup(bool force_full) {
     if (!force_full && BackupIsValid()) return true;
+    const core::Change change(MessageId::kDoingBackup, core::kHomeFolder | core::kTrleFolder);
+    if (!change) return false;
+    if (!force_full && BackupIsValid()) return true; // made meanwhile
     const std::string trle = AskOriginalConfiguration();
     if (trle.empty()) return false;
     const Kind kind = force_full ? Kind::Full : AskKind();
@@ -117,6 +121,8 @@ bool CreateBackup(bool force_full) {
 }
 
 void RefreshFullBackup() {
+    const core::Change change(MessageId::kDoingRefreshBackup, core::kHomeFolder | core::kTrleFolder);
+    if (!change) return;
     const std::optional<bool> remove_old = AskRemoval();
     if (!remove_old) return;
     if (*remove_old) {

@@ -5,6 +5,7 @@
 
 #include "companion/game.h"
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/profile.h"
 #include "foundation/desktop.h"
 #include "foundation/files.h"
@@ -157,6 +158,8 @@ InstallPlan PlanInstall(const std::string& files, const std::string& trle) {
 }
 
 bool InstallLevel(std::int32_t code) {
+    const core::Change change(MessageId::kDoingInstall, core::kSwap, code);
+    if (!change) return false;
     const std::int32_t previous = RemovePreviousLevel(code);
     if (previous == kRemovalRefused) return false;
     if (previous == code && code != 0) return true;
@@ -174,6 +177,8 @@ bool InstallLevel(std::int32_t code) {
 
 bool PlayLevel(std::int32_t code) {
     constexpr int kTenthsBeforeWatching = 20;
+    core::Change change(MessageId::kDoingPlay, core::kSwap, code);
+    if (!change) return false;
     if (!InstallLevel(code)) {
         TellCritical(LoadMessage(MessageId::kErrorInstalling, {}));
         return false;
@@ -182,6 +187,7 @@ bool PlayLevel(std::int32_t code) {
         TellCritical(LoadMessage(MessageId::kErrorLaunching, {}));
         return false;
     }
+    change.End(); // the game keeps swaps out by itself
     TheDesktop().ClearClipboard();
     for (int i = 0; i < kTenthsBeforeWatching; ++i) {
         WaitTenths(1, Wait::Sleep);

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/profile.h"
 #include "core/start_up.h"
 #include "foundation/files.h"
@@ -127,6 +128,8 @@ std::int32_t TakeOut(const Removal& removal, const std::optional<SwapJournal>& j
 } // namespace
 
 std::int32_t RemovePreviousLevel(std::int32_t code) {
+    const core::Change change(MessageId::kDoingTakeOut, core::kSwap);
+    if (!change) return kRemovalRefused;
     const std::optional<SwapJournal> journal = ReadJournal();
     if (!FileExists(MarkerPath())) return StashOriginal(journal);
     const std::string marker = ReadMarker();

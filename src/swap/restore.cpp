@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "core/change.h"
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "core/start_up.h"
@@ -85,6 +86,8 @@ bool SwapToOriginal() {
 }
 
 bool FastRestore() {
+    const core::Change change(MessageId::kDoingFastRestore, core::kSwap);
+    if (!change) return false;
     if (SwapToOriginal()) {
         ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kRestoreFastDone, {}));
         return true;
@@ -94,6 +97,8 @@ bool FastRestore() {
 }
 
 void FullRestore(Bar& bar, bool show_progress) {
+    const core::Change change(MessageId::kDoingFullRestore, core::kSwap);
+    if (!change) return;
     ShowLabel(bar, MessageId::kRestoreRemovingLevel);
     // Whether the level could be taken out or not, the files below make the folder original.
     const bool swapped = SwapToOriginal();
