@@ -44,7 +44,8 @@ int Run(std::vector<std::string> words) {
     core::SetLockPatience(options.wait);
     AllowRegistration(options.home.empty() || options.register_home);
     Session session{options, user, home};
-    const Result result = RunCommand(session);
+    Result result = RunCommand(session);
+    if (core::WasRefused()) result.ok = false; // something of it was left undone
     const bool told = user.TellResult(result);
     SetUser(nullptr);
     if (!told) std::cerr << "kelvash-cli: the output can't be written\n";

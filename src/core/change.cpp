@@ -17,6 +17,7 @@ constexpr unsigned kNoGame = kSwap & ~kAll;
 
 struct ChangeState {
     double Patience = 0; // seconds
+    bool Refused = false;
     bool LockedOut = false;
     int Swaps = 0;      // open ones
     FolderLock Unsaved; // of the Archive's folder, while memory holds what its file doesn't
@@ -59,6 +60,7 @@ Change::Change(MessageId doing, unsigned what, std::int32_t level) {
     granted_ = TakeLocks(LoadMessage(doing, {}), what) && LevelStands(level);
     swap_ = granted_ && (what & kNoGame) != 0;
     if (swap_) ++state.Swaps;
+    state.Refused = state.Refused || !granted_;
     if (!granted_) End();
 }
 
@@ -103,6 +105,10 @@ void Change::End() {
 
 void SetLockPatience(double seconds) {
     state.Patience = seconds;
+}
+
+bool WasRefused() {
+    return state.Refused;
 }
 
 bool WasLockedOut() {

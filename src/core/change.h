@@ -55,7 +55,8 @@ class Change {
 
 // How long a Change waits for locks that others hold, in seconds; 0 at the start.
 void SetLockPatience(double seconds);
-// True if a Change of this run has been refused because another program held a lock.
+// True if a Change of this run has been refused; the second, because another program held a lock.
+bool WasRefused();
 bool WasLockedOut();
 // Gives the lock of unsaved changes back once there are none. To be called where they are dropped.
 void SettleUnsaved();

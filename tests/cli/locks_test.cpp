@@ -263,6 +263,13 @@ TEST_F(Locks, ARunningGameKeepsSwapsOut) {
     EXPECT_EQ(Json({"install", "0"}).status, 0);
 }
 
+TEST_F(Locks, ARestoreThatWasKeptOutIsNotDone) {
+    Hold("C:\\trle", "installing a level");
+    const CliRun run = Json({"restore", "full"}); // the original configuration is in already
+    EXPECT_EQ(run.status, 4);
+    EXPECT_THAT(run.lines.back(), HasSubstr("\"ok\":false"));
+}
+
 // --- a home of one's own ---
 
 class OwnHome : public CliHome {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "foundation/drives.h"
 #include "support/foundation_home.h"
 
 namespace kelvash::test {
@@ -41,10 +42,11 @@ TEST_F(Lock, OfOneKindLeavesTheOthersFree) {
 }
 
 TEST_F(Lock, LeavesItsFileBehindAndNothingInTheFolder) {
-    ASSERT_EQ(lock.Take("C:\\Kelvash", LockKind::Change, "", holder), LockResult::Taken);
+    fs::create_directory(drive / "trle");
+    ASSERT_EQ(lock.Take("C:\\trle", LockKind::Change, "", holder), LockResult::Taken);
     lock.Release();
-    EXPECT_TRUE(fs::is_empty(home));
-    EXPECT_TRUE(fs::is_regular_file(RuntimeFolder() / (FolderIdentity("C:\\Kelvash") + ".lock")));
+    EXPECT_TRUE(fs::is_empty(drive / "trle"));
+    EXPECT_TRUE(fs::is_regular_file(RuntimeFolder() / (FolderIdentity("C:\\trle") + ".lock")));
 }
 
 TEST_F(Lock, OfAMissingFolderIsThatOfItsPath) {
