@@ -39,7 +39,8 @@ Result RunCommand(Session& session) {
 
 bool OpenQuickly(Session& session) {
     if (!TakeHome(session, MissingHome::Refuse)) return false;
-    core::LoadProfile();
+    core::ProfileState state{};
+    if (!core::OpenProfile(state)) return false;
     const std::string path(Trim(core::profile.LastArchive));
     if (path.empty()) return true;
     if (!FileExists(path)) {

@@ -5,6 +5,7 @@
 #include "foundation/drive_options.h"
 #include "foundation/drives.h"
 #include "foundation/messages.h"
+#include "foundation/registration.h"
 
 namespace kelvash::cli {
 
@@ -25,6 +26,7 @@ std::string PathForOthers(const fs::path& native) {
 } // namespace
 
 Result Demo(Session& session) {
+    AllowRegistration(false); // a sandbox is known nowhere
     const std::string yes = "yes";
     session.user.Preset({{LoadMessage(MessageId::kOriginalNote, {}), yes},
                          {LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak}), yes},

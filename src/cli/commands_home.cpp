@@ -1,6 +1,7 @@
 // Commands on the home and the Archive as a whole.
 #include "cli/commands.h"
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/profile.h"
 #include "core/start_up.h"
 #include "foundation/drives.h"
@@ -50,9 +51,11 @@ Result ArchiveResult(bool ok) {
     return result;
 }
 
-// True, after a message, if the home is in use and so not to be set up for this TRLE folder.
+// True, after a message, if the home is in use or can't be read, and so not to be set up for this TRLE
+// folder.
 bool HomeIsTaken(const std::string& trle) {
-    core::LoadProfile();
+    core::ProfileState state{};
+    if (!core::OpenProfile(state)) return true;
     if (FileExists(ArchivePath())) {
         TellCritical(LoadMessage(MessageId::kCliHomeHasArchive, {}) + ArchivePath());
         return true;
@@ -88,8 +91,10 @@ Result Init(Session& session) {
     std::string trle;
     std::string folder;
     if (!TakeHome(session, MissingHome::Make) || !TakePath(session.options.trle, trle) ||
-        !TakePath(session.options.archive_folder, folder) || HomeIsTaken(trle))
+        !TakePath(session.options.archive_folder, folder))
         return InitResult(false);
+    const core::Change change(MessageId::kDoingInit, core::kHomeFolder);
+    if (!change || HomeIsTaken(trle)) return InitResult(false);
     session.user.Preset(InitAnswers(trle, folder, session.options.backup == "full"));
     const bool opened = StartUpWithArchive(session, {}) && WriteNewArchive();
     return InitResult(EndSession(session) && opened);
@@ -136,7 +141,8 @@ Result Load(Session& session) {
     std::string path;
     if (!TakeHome(session, MissingHome::Make) || !TakePath(session.options.path, path))
         return ArchiveResult(false);
-    core::LoadProfile();
+    core::ProfileState state{};
+    if (!core::OpenProfile(state)) return ArchiveResult(false);
     const std::string former = core::profile.LastArchive;
     // A name that the program's command line can't hold is none of an Archive.
     if (!EndsWithNoCase(path, LoadMessage(MessageId::kArchiveTokenExtension, {})) ||

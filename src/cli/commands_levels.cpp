@@ -2,6 +2,7 @@
 #include "cli/commands.h"
 #include "companion/game.h"
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "foundation/files.h"
@@ -99,6 +100,8 @@ Result InstalledResult(bool ok) {
 }
 
 bool InstallAndTell(std::int32_t code) {
+    const core::Change change(MessageId::kDoingInstallCommand, core::kSwap, code);
+    if (!change) return false;
     const bool installed = swap::InstallLevel(code);
     if (!installed) TellCritical(LoadMessage(MessageId::kErrorInstalling, {}));
     core::RefreshLevelList();

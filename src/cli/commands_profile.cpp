@@ -76,7 +76,8 @@ Result Profile(Session& session) {
     const Options& options = session.options;
     Result result;
     if (!TakeHome(session, MissingHome::Refuse)) return result;
-    const core::ProfileState state = core::LoadProfile();
+    core::ProfileState state{};
+    if (!core::OpenProfile(state)) return result;
     // What an older version has left is brought up to date first, with the questions that belong to it.
     const bool upgrade = options.value && state == core::ProfileState::Upgraded;
     result.ok = !upgrade || StartUpWithArchive(session, {});

@@ -10,6 +10,8 @@ namespace kelvash::cli {
 
 namespace {
 
+constexpr double kLongestWait = 86400; // seconds
+
 void AddGlobalOptions(CLI::App& app, Options& options) {
     app.add_option("--home", options.home, "The application's folder")->type_name("DIR");
     app.add_option("--drive", options.drives,
@@ -19,6 +21,11 @@ void AddGlobalOptions(CLI::App& app, Options& options) {
     app.add_option("--answers", options.answers,
                    "JSON array of {\"when\": TEXT, \"answer\": TEXT, \"times\": N} for the boxes that ask")
         ->type_name("FILE");
+    app.add_option("--wait", options.wait, "Waits that long for another Kelvash that is at work")
+        ->check(CLI::Range(0.0, kLongestWait))
+        ->type_name("SECONDS");
+    app.add_flag("--register", options.register_home,
+                 "Registers file type and menu entry although --home is given");
     app.add_flag("--json", options.json, "Tells everything as JSON, one object a line");
 }
 
@@ -162,7 +169,7 @@ int Refuse(const CLI::App& app, const CLI::ParseError& error) {
 std::optional<int> ParseOptions(std::vector<std::string> words, Options& options) {
     CLI::App app(
         "Keeps custom levels of the Tomb Raider Level Editor in an Archive and swaps them into its "
-        "folder.\nExit status: 0 done, 1 failed or refused, 2 wrong usage.",
+        "folder.\nExit status: 0 done, 1 failed or refused, 2 wrong usage, 4 another Kelvash is at work.",
         "kelvash-cli");
     app.fallthrough();
     app.get_formatter()->column_width(28);

@@ -13,6 +13,8 @@ struct Options {
     std::vector<std::string> drives; // "L=DIR[,cdrom]"
     std::string answers;             // file; empty for none
     bool json = false;
+    bool register_home = false; // outside of a --home too
+    double wait = 0;            // seconds, for locks that others hold
     std::string command;
 
     // Arguments of the commands that have them.
@@ -38,6 +40,7 @@ struct Options {
 inline constexpr int kDone = 0;
 inline constexpr int kFailed = 1;
 inline constexpr int kWrongUsage = 2;
+inline constexpr int kInUse = 4; // another program holds a lock
 
 // Fills the options from the words behind the program's name. Nothing if there is a command to run; otherwise
 // the exit status, after help on stdout or a complaint on stderr.

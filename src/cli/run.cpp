@@ -5,7 +5,9 @@
 #include "cli/answers.h"
 #include "cli/commands.h"
 #include "cli/terminal.h"
+#include "core/change.h"
 #include "foundation/drive_options.h"
+#include "foundation/registration.h"
 
 namespace kelvash::cli {
 
@@ -39,12 +41,16 @@ int Run(std::vector<std::string> words) {
     CliUser user(options.json ? OutputMode::Json : OutputMode::Plain, FallbackOf(options),
                  std::move(answers));
     SetUser(&user);
+    core::SetLockPatience(options.wait);
+    AllowRegistration(options.home.empty() || options.register_home);
     Session session{options, user, home};
-    const Result result = RunCommand(session);
+    Result result = RunCommand(session);
+    if (core::WasRefused()) result.ok = false; // something of it was left undone
     const bool told = user.TellResult(result);
     SetUser(nullptr);
     if (!told) std::cerr << "kelvash-cli: the output can't be written\n";
-    return result.ok && told ? kDone : kFailed;
+    if (result.ok && told) return kDone;
+    return core::WasLockedOut() ? kInUse : kFailed;
 }
 
 } // namespace kelvash::cli

@@ -12,15 +12,33 @@ namespace kelvash::companion {
 
 GameState game;
 
+namespace {
+
+std::string GameProgram() {
+    return core::TrleFolder() + LoadMessage(MessageId::kGameProgram, {});
+}
+
+} // namespace
+
 bool StartGame(const Arguments& arguments, bool suspended) {
-    const std::string program = core::TrleFolder() + LoadMessage(MessageId::kGameProgram, {});
     game = GameState();
-    if (!RunFull(program, arguments, Window::Normal, game.GameProcess, suspended)) {
+    if (!RunFull(GameProgram(), arguments, Window::Normal, game.GameProcess, suspended)) {
         game = GameState();
         return false;
     }
     if (suspended) ResumeProcess(game.GameProcess);
     return true;
+}
+
+std::int64_t FindGame() {
+    return core::TrleFolder().empty() ? 0 : FindProcessOf(GameProgram());
+}
+
+bool AdoptGame() {
+    if (GameRuns()) return true;
+    game.GameProcess.id = FindGame();
+    game.WatcherActive = game.GameProcess.id != 0;
+    return game.WatcherActive;
 }
 
 bool GameRuns() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "cd/cd_access.h"
+#include "core/change.h"
 #include "core/level_list.h"
 #include "core/path_field.h"
 #include "core/profile.h"
@@ -27,8 +28,18 @@ std::vector<GuardedFolder> GuardedArchive() {
 }
 [[maybe_unused]] const bool archive_is_guarded = AddGuardedFolders(&GuardedArchive);
 
-void TellSaveFailure(std::string_view path) {
-    TellCritical(LoadMessage(MessageId::kErrorSavingArchive, {}) + std::string(path));
+// What became of a save.
+enum class Saving { Done, Declined, Failed };
+
+Saving Save(std::string_view path) {
+    const std::string target(path); // may be profile.LastArchive itself
+    if (!MayOverwriteArchive(target)) return Saving::Declined;
+    ArchiveStamp stamp;
+    if (!WriteArchiveFile(target, archive, &stamp)) return Saving::Failed;
+    NoteSeenArchive(target, stamp);
+    archive.ArchiveChanged = false;
+    profile.LastArchive = target;
+    return Saving::Done;
 }
 
 bool StartsLevelName(const std::string& folder) {
@@ -135,9 +146,11 @@ bool CreateLevelFolders(std::string_view path) {
 }
 
 void ArchiveTouched() {
-    if (profile.AutoSave && WriteArchive(profile.LastArchive)) return;
-    if (profile.AutoSave) TellSaveFailure(profile.LastArchive);
-    archive.ArchiveChanged = true;
+    archive.ArchiveChanged = true; // before the door, where an unchanged Archive is brought up to date
+    const Change change(MessageId::kDoingSave, kArchiveFolder);
+    if (!change || !profile.AutoSave) return;
+    if (Save(profile.LastArchive) == Saving::Failed)
+        TellCritical(LoadMessage(MessageId::kErrorSavingArchive, {}) + profile.LastArchive);
 }
 
 void AskSaveArchive() {
@@ -146,6 +159,7 @@ void AskSaveArchive() {
         !AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kArchiveChangedQuestion,
                                                       {FileNameOf(profile.LastArchive), kLineBreak}))) {
         archive.ArchiveChanged = false;
+        SettleUnsaved();
         return;
     }
     TouchWithAutoSave();
@@ -161,21 +175,20 @@ void AddLevelSize(std::int32_t index, double bytes, SizeKind kind) {
 }
 
 bool WriteArchive(std::string_view path) {
-    const std::string target(path); // may be profile.LastArchive itself
-    if (!WriteArchiveFile(target, archive)) return false;
-    archive.ArchiveChanged = false;
-    profile.LastArchive = target;
-    return true;
+    return Save(path) == Saving::Done;
 }
 
 bool LoadArchive(std::string_view path) {
     const std::string source(path);
     AskSaveArchive();
     ArchiveContents contents;
-    if (!ReadArchiveFile(source, contents)) return false;
+    ArchiveStamp stamp;
+    if (!ReadArchiveFile(source, contents, &stamp)) return false;
     static_cast<ArchiveContents&>(archive) = std::move(contents);
     profile.LastArchive = source;
+    NoteSeenArchive(source, stamp);
     archive.ArchiveChanged = false;
+    SettleUnsaved();
     if (!CheckArchiveFolders()) {
         archive.ArchiveLoadRefused = true;
         return false;
@@ -203,6 +216,8 @@ bool LoadArchiveDialog() {
 }
 
 bool SaveArchiveAs() {
+    const Change change(MessageId::kDoingSaveAs, kArchiveFolder);
+    if (!change) return false;
     const std::optional<std::string> path = TheUser().SaveFile(
         {LoadMessage(MessageId::kSaveArchiveTitle, {}), LoadMessage(MessageId::kSaveArchiveFilter, {}),
          AppFolder(), FileNameOf(profile.LastArchive)});
@@ -215,9 +230,12 @@ bool SaveArchiveAs() {
 }
 
 bool SaveArchive() {
-    if (WriteArchive(profile.LastArchive)) return true;
-    TellCritical(LoadMessage(MessageId::kErrorSavingArchiveMenu, {}) + profile.LastArchive);
-    return false;
+    const Change change(MessageId::kDoingSaveMenu, kArchiveFolder);
+    if (!change) return false;
+    const Saving saving = Save(profile.LastArchive);
+    if (saving == Saving::Failed)
+        TellCritical(LoadMessage(MessageId::kErrorSavingArchiveMenu, {}) + profile.LastArchive);
+    return saving == Saving::Done;
 }
 
 std::string ArchiveTitle() {

@@ -17,6 +17,9 @@ struct ArchiveState : ArchiveContents {
     bool ArchiveChanged = false;     // memory differs from the file
     bool CdMissing = false;          // set by each call of LevelFolder
     bool ArchiveLoadRefused = false; // the user gave a needed folder up while an Archive was loaded
+    std::string SeenFile;            // the file that was read or written last, and what it held then
+    ArchiveStamp Seen;
+    std::int64_t SeenTime = 0; // its date, as FileTime
     ArchiveState() { Levels.resize(1); }
 };
 extern ArchiveState archive;
@@ -56,8 +59,17 @@ void AskSaveArchive();
 enum class SizeKind { Files = 1, Saves = 2 };
 void AddLevelSize(std::int32_t index, double bytes, SizeKind kind);
 
-// Writes the Archive and takes the path as its file. False, with nothing changed, if it can't be written.
+// Writes the Archive and takes the path as its file. False, with nothing changed, if it can't be written, or
+// if another program has written the file since it was read and the user doesn't want it overwritten.
 [[nodiscard]] bool WriteArchive(std::string_view path);
+// Notes that a file holds what the Archive was read from or written to.
+void NoteSeenArchive(const std::string& path, const ArchiveStamp& stamp);
+// Reads the Archive's file again if another program has written it and memory holds no change of its own.
+// True if it did. Places in the table are void then; the selected level stays if it is still there.
+bool RefreshArchive();
+// False if another program has written the Archive's file since it was read or written here, and the user,
+// shown both, doesn't want to overwrite it.
+[[nodiscard]] bool MayOverwriteArchive(std::string_view path);
 // Loads an Archive over the open one. False without a message if it can't be opened, or if the user gives a
 // missing folder up (then archive.ArchiveLoadRefused is set and the table stays loaded).
 [[nodiscard]] bool LoadArchive(std::string_view path);

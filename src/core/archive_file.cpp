@@ -1,7 +1,10 @@
 #include "core/archive_file.h"
 
+#include <xxhash.h>
+
 #include <algorithm>
 #include <fstream>
+#include <memory>
 
 #include "foundation/drives.h"
 #include "foundation/files.h"
@@ -12,6 +15,28 @@ namespace {
 
 // Records that pass through memory at once.
 constexpr std::size_t kBlockRecords = 128;
+
+// Makes the stamp of the bytes that go through it.
+class Stamper {
+  public:
+    Stamper() { XXH3_64bits_reset(state_.get()); }
+    void Take(std::string_view bytes) {
+        size_ += bytes.size();
+        XXH3_64bits_update(state_.get(), bytes.data(), bytes.size());
+    }
+    // The rest of a file.
+    void TakeRest(std::ifstream& file) {
+        std::string block(kBlockRecords * kLevelSize, '\0');
+        while (file.read(block.data(), static_cast<std::streamsize>(block.size())), file.gcount() > 0)
+            Take(std::string_view(block).substr(0, static_cast<std::size_t>(file.gcount())));
+    }
+    ArchiveStamp Stamp() const { return {size_, XXH3_64bits_digest(state_.get())}; }
+
+  private:
+    std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state_{XXH3_createState(),
+                                                                           XXH3_freeState};
+    std::uint64_t size_ = 0;
+};
 
 // Bytes of the file at and behind `offset`, given piece by piece.
 bool CopyTail(std::string_view path, std::size_t offset, const WritePiece& write) {
@@ -70,29 +95,49 @@ ArchiveContents DecodeArchive(const ByteSource& source) {
     return contents;
 }
 
-bool ReadArchiveFile(std::string_view path, ArchiveContents& contents) {
+std::optional<ArchiveStamp> StampOf(std::string_view path) {
+    if (!FileExists(path)) return std::nullopt;
+    std::ifstream file(NativePath(path), std::ios::binary);
+    if (!file) return std::nullopt;
+    Stamper stamper;
+    stamper.TakeRest(file);
+    if (file.bad()) return std::nullopt;
+    return stamper.Stamp();
+}
+
+bool ReadArchiveFile(std::string_view path, ArchiveContents& contents, ArchiveStamp* stamp) {
     if (!FileExists(path)) return false;
     std::ifstream file(NativePath(path), std::ios::binary);
     if (!file) return false;
+    Stamper stamper;
     std::string block;
     contents = DecodeArchive([&](std::size_t size) {
         block.resize(size);
         file.read(block.data(), static_cast<std::streamsize>(size));
-        return std::string_view(block).substr(0, static_cast<std::size_t>(file.gcount()));
+        block.resize(static_cast<std::size_t>(file.gcount()));
+        stamper.Take(block);
+        return std::string_view(block);
     });
+    stamper.TakeRest(file);
+    if (stamp != nullptr) *stamp = stamper.Stamp();
     return true;
 }
 
-bool WriteArchiveFile(std::string_view path, const ArchiveContents& contents) {
+bool WriteArchiveFile(std::string_view path, const ArchiveContents& contents, ArchiveStamp* stamp) {
     if (IsProtected(path)) return false;
     const std::size_t length =
         kHeaderSize + static_cast<std::size_t>(contents.Header.LevelCount) * kLevelSize;
-    return ReplaceFileBytes(
-        path,
-        [&](const WritePiece& write) {
-            return EncodeArchive(contents, write) && CopyTail(path, length, write);
-        },
-        Flush::Yes);
+    Stamper stamper;
+    const auto produce = [&](const WritePiece& write) {
+        const WritePiece stamped = [&](std::string_view piece) {
+            stamper.Take(piece);
+            return write(piece);
+        };
+        return EncodeArchive(contents, stamped) && CopyTail(path, length, stamped);
+    };
+    if (!ReplaceFileBytes(path, produce, Flush::Yes)) return false;
+    if (stamp != nullptr) *stamp = stamper.Stamp();
+    return true;
 }
 
 } // namespace kelvash::core

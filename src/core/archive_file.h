@@ -5,7 +5,9 @@
 // so that no memory is spent on a number.
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,16 +21,28 @@ struct ArchiveContents {
     std::vector<LevelRecord> Levels; // LevelCount records and one spare behind them, which is not saved
 };
 
+// What a file held when it was read or written, its tail included, to know whether another program has
+// written it since.
+struct ArchiveStamp {
+    std::uint64_t Size = 0;
+    std::uint64_t Hash = 0;
+    bool operator==(const ArchiveStamp&) const = default;
+};
+// Nothing if the file can't be read.
+std::optional<ArchiveStamp> StampOf(std::string_view path);
+
 // Gives the next bytes of a file: up to `size` of them, fewer only at its end.
 using ByteSource = std::function<std::string_view(std::size_t size)>;
 // Reads an Archive from its bytes, block by block.
 ArchiveContents DecodeArchive(const ByteSource& source);
 
-// False if the file can't be opened; `contents` is untouched then.
-[[nodiscard]] bool ReadArchiveFile(std::string_view path, ArchiveContents& contents);
+// False if the file can't be opened; `contents` is untouched then. `stamp` is that of the bytes read.
+[[nodiscard]] bool ReadArchiveFile(std::string_view path, ArchiveContents& contents,
+                                   ArchiveStamp* stamp = nullptr);
 
 // Replaces the file whole. Bytes of a longer old file stay behind the last record, where no reader looks.
 // False if it can't be written, or is write-protected; the old file stands then.
-[[nodiscard]] bool WriteArchiveFile(std::string_view path, const ArchiveContents& contents);
+[[nodiscard]] bool WriteArchiveFile(std::string_view path, const ArchiveContents& contents,
+                                    ArchiveStamp* stamp = nullptr);
 
 } // namespace kelvash::core

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/kept_folders.h"
 #include "core/level_list.h"
 #include "core/maintenance.h"
@@ -272,6 +273,8 @@ bool Transfer(const std::vector<Move>& moves, const std::string& target) {
 } // namespace
 
 bool MoveArchive() {
+    const Change change(MessageId::kDoingMove, kAll);
+    if (!change) return false;
     if (archive.Header.CdCount > 0 &&
         AskYesNo(MessageStyle::Question,
                  LoadMessage(MessageId::kMoveOnCdQuestion, {kLineBreak, kLineBreak}))) {

@@ -1,5 +1,6 @@
 // Starting an Archive: level 0000 and an empty folder.
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/level_list.h"
 #include "core/path_field.h"
 #include "core/profile.h"
@@ -95,6 +96,8 @@ std::string SelectNewArchiveFolder() {
 }
 
 bool NewArchive() {
+    const Change change(MessageId::kDoingNew, kHomeFolder | kArchiveFolder);
+    if (!change) return false;
     if (!CheckPath(DefaultArchivePath())) return false;
     AskSaveArchive();
     // From here on the table is no longer that of the old file, which a later save must not reach.

@@ -1,28 +1,61 @@
 #include "core/profile.h"
 
+#include <filesystem>
+
 #include "core/archive.h"
 #include "core/start_up.h"
 #include "foundation/desktop.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/guarded_folders.h"
+#include "foundation/lock.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
+#include "foundation/user.h"
 #include "swap/backup.h"
 
 namespace kelvash::core {
+
+namespace fs = std::filesystem;
 
 ProfileRecord profile;
 
 namespace {
 
-ProfileState ReadProfile() {
-    if (!FileExists(ProfilePath())) return ProfileState::FirstRun;
-    // One byte more than the record tells a longer file without reading it whole.
-    const std::optional<std::string> bytes = ReadFileStart(ProfilePath(), kProfileSize + 1);
-    if (!bytes) return ProfileState::Current;
-    return DecodeProfile(*bytes, profile) ? ProfileState::Current : ProfileState::Upgraded;
+// The file as this run knows it.
+struct FileState {
+    std::string seen;     // its bytes when it was read or written last, in the form of this version
+    bool current = false; // it was of this version
+    bool unreadable = false;
+};
+FileState file_state;
+
+// False too for what can't be looked at.
+bool IsMissing(const std::string& path) {
+    std::error_code error;
+    return fs::symlink_status(NativePath(path), error).type() == fs::file_type::not_found;
 }
+
+// Nothing for a file that can't be read or holds nothing: no version has written such a one.
+std::optional<std::string> ReadProfileFile() {
+    // One byte more than the record tells a longer file without reading it whole.
+    std::optional<std::string> bytes = ReadFileStart(ProfilePath(), kProfileSize + 1);
+    return bytes && !bytes->empty() ? bytes : std::nullopt;
+}
+
+// The fields that this run has changed, over what the file holds now.
+std::string MergedBytes(const std::optional<std::string>& old) {
+    const std::string own = EncodeProfile(profile);
+    if (!old || file_state.seen.empty()) return own;
+    ProfileRecord other;
+    DecodeProfile(*old, other);
+    std::string merged = EncodeProfile(other);
+    for (const auto& field : kProfileFields)
+        if (own.compare(field.offset, field.width, file_state.seen, field.offset, field.width) != 0)
+            merged.replace(field.offset, field.width, own, field.offset, field.width);
+    return merged;
+}
+
 std::vector<GuardedFolder> GuardedTrle() {
     return {{TrleFolder(), Guard::AllButFiles}};
 }
@@ -52,20 +85,54 @@ std::string ProfilePath() {
 
 ProfileState LoadProfile() {
     profile = ProfileRecord();
-    const ProfileState state = ReadProfile();
+    file_state = FileState();
+    file_state.seen = EncodeProfile(profile);
+    if (IsMissing(ProfilePath())) return ProfileState::FirstRun;
+    const std::optional<std::string> bytes = ReadProfileFile();
+    file_state.unreadable = !bytes.has_value();
+    if (!bytes) return ProfileState::Unreadable;
+    file_state.current = DecodeProfile(*bytes, profile);
+    file_state.seen = EncodeProfile(profile);
     swap::TakeKindOfBackup(); // a run that crashed after the backup was made has kept nothing else
-    return state;
+    return file_state.current ? ProfileState::Current : ProfileState::Upgraded;
+}
+
+bool OpenProfile(ProfileState& state) {
+    state = LoadProfile();
+    if (state != ProfileState::Unreadable) return true;
+    TellCritical(LoadMessage(MessageId::kProfileUnreadable, {kLineBreak, ProfilePath()}));
+    return false;
 }
 
 bool WriteProfile() {
-    const std::string bytes = EncodeProfile(profile);
-    return ReadFileStart(ProfilePath(), kProfileSize + 1) == bytes ||
-           ReplaceFileBytes(ProfilePath(), bytes, Flush::Yes);
+    // Who has changed nothing needs no lock.
+    if (file_state.current && file_state.seen == EncodeProfile(profile) && FileExists(ProfilePath()))
+        return true;
+    constexpr double kPatience = 5; // seconds; it is held for an instant
+    FolderLock lock;
+    LockHolder holder;
+    if (file_state.unreadable ||
+        lock.Await(AppFolder(), LockKind::Profile, {}, kPatience, holder) != LockResult::Taken)
+        return false;
+    const bool there = !IsMissing(ProfilePath());
+    const std::optional<std::string> old = there ? ReadProfileFile() : std::nullopt;
+    if (there && !old) return false;
+    const std::string bytes = MergedBytes(old);
+    if (old != bytes && !ReplaceFileBytes(ProfilePath(), bytes, Flush::Yes)) return false;
+    DecodeProfile(bytes, profile);
+    file_state.seen = bytes;
+    file_state.current = true;
+    return true;
+}
+
+void ResetProfileFile() {
+    file_state = FileState();
 }
 
 bool SaveProfile() {
     AskSaveArchive();
-    const bool stands = WriteProfile();
+    const bool stands =
+        file_state.unreadable || WriteProfile(); // of one that wasn't read nothing was changed
     if (session.Started) TheDesktop().SetWindowAnimation(session.WindowAnimation);
     return stands;
 }

@@ -87,13 +87,19 @@ std::string EncodeProfile(const ProfileRecord& record);
 std::string TrleFolder();
 
 std::string ProfilePath();
-enum class ProfileState { FirstRun, Current, Upgraded };
-// Fills the profile with the defaults, then from the file if there is one; FullBackup follows the backup's
-// note where there is one. A file that can't be read leaves the defaults.
+enum class ProfileState { FirstRun, Current, Upgraded, Unreadable };
+// Fills the profile with the defaults, then from the file if there is one; FullBackup follows the
+// backup's note where there is one. Unreadable is one that is there
+// and can't be read, or holds nothing: the defaults stand, and nothing is written over it.
 ProfileState LoadProfile();
-// Replaces the file if it would change. False if it can't be written; the old settings stand then.
+// The same; a profile that can't be read is told and gives false.
+[[nodiscard]] bool OpenProfile(ProfileState& state);
+// Brings what this run has changed into the file, over what other programs have written since; the profile is
+// what the file holds then. False if it can't be written; the old settings stand then.
 [[nodiscard]] bool WriteProfile();
-// Offers to save the Archive, replaces the file if it would change, and puts the window animation back. A
+// Forgets what the file held, for tests.
+void ResetProfileFile();
+// Offers to save the Archive, writes the profile, and puts the window animation back. A
 // failed write is not told to the user, as it happens while the window closes; the old settings stand then.
 bool SaveProfile();
 

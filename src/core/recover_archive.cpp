@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/level_list.h"
 #include "core/maintenance.h"
 #include "core/path_field.h"
@@ -67,6 +68,8 @@ void CheckLevelFiles(const std::vector<std::int32_t>& codes) {
 } // namespace
 
 bool RecoverArchive() {
+    const Change change(MessageId::kDoingRecover, kAll);
+    if (!change) return false;
     ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kRecoverText, {}));
     AskSaveArchive();
     const std::optional<std::string> folder =

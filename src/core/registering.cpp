@@ -2,6 +2,7 @@
 #include "companion/game.h"
 #include "companion/settings.h"
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "core/start_up.h"
@@ -49,8 +50,11 @@ void ResetProgramState() {
     level_list = LevelList();
     profile = ProfileRecord();
     session = SessionState();
+    ResetProfileFile();
+    ResetChanges();
     companion::game = companion::GameState();
     companion::joystick_rest = companion::JoystickRest();
+    AllowRegistration(true);
     ResetMessages();
     ResetDrives();
 }

@@ -1,5 +1,6 @@
 // Taking a level out of the Archive.
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/level_list.h"
 #include "core/maintenance.h"
 #include "foundation/files.h"
@@ -67,6 +68,8 @@ bool CheckLevelOnHd(std::int32_t index) {
 }
 
 bool RemoveLevel() {
+    const Change change(MessageId::kDoingRemove, kAll, SelectedLevel());
+    if (!change) return false;
     const std::int32_t index = LevelIndex(SelectedLevel());
     if (!MayRemove(index)) return false;
     const LevelRecord level = archive.Levels[static_cast<std::size_t>(index)];

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/profile.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -62,6 +63,8 @@ std::int32_t FieldSize(double bytes) {
 }
 
 void ComputeArchiveSize(Report report) {
+    const Change change(MessageId::kDoingSizes, kArchiveFolder);
+    if (!change) return;
     ProgressDialog progress(BarPlace::StoppableDialog,
                             LoadMessage(MessageId::kComputingSize, {FileNameOf(profile.LastArchive)}));
     const ArchiveContents old = archive;

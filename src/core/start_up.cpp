@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/level_list.h"
 #include "core/path_field.h"
 #include "core/profile.h"
@@ -12,6 +13,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/registration.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/backup.h"
@@ -41,12 +43,14 @@ void PrepareFiles() {
     if (!FileExists(pif) && FileExists(spare)) RenameFile(spare, pif);
     session.IsNtFamily = WindowsVersion() != 1;
     const std::string library = LoadMessage(MessageId::kLibWave, {});
-    if (session.IsNtFamily)
+    if (session.IsNtFamily && MayRegister())
         ProvideFile(AppFolder() + library, SpecialFolder(SpecialFolderId::System) + library);
 }
 
-void TakeProfile() {
-    const ProfileState state = LoadProfile();
+// False after a message for settings that can't be read.
+bool TakeProfile() {
+    ProfileState state{};
+    if (!OpenProfile(state)) return false;
     session.UpgradeWarning = state == ProfileState::Upgraded;
     session.RunTestMovie = state != ProfileState::Current;
     if (state == ProfileState::FirstRun) RegisterArchiveType();
@@ -56,6 +60,7 @@ void TakeProfile() {
     JoystickState joystick;
     if (profile.EnableJoystick && !TheDesktop().ReadJoystick(profile.JoystickId, joystick))
         profile.EnableJoystick = false;
+    return true;
 }
 
 // The desktop hands over native paths, which may be relative; one that no drive reaches stays as it is spelt.
@@ -164,7 +169,8 @@ void StartUp(std::string_view command_line) {
     const CommandLine wanted = ParseCommandLine(command_line);
     session.WindowAnimation = TheDesktop().WindowAnimation();
     TheDesktop().SetWindowAnimation(false);
-    TakeProfile();
+    session.EndWanted = !TakeProfile();
+    if (session.EndWanted) return;
     if (!wanted.Archive.empty()) profile.LastArchive = ArchiveOfCommandLine(wanted.Archive);
     archive = ArchiveState();
     if (!wanted.TrleSource.empty()) {
@@ -202,6 +208,24 @@ void ReturnToArchive(const std::string& former) {
     CloseArchive();
 }
 
+void OpenWishedArchive(const std::string& native) {
+    const std::string path = PathFromUser(native);
+    if (path.empty()) {
+        TellCritical(LoadMessage(MessageId::kWishNotOnDrive, {}) + native);
+        return;
+    }
+    if (ArchiveIsOpen() && EqualNoCase(path, profile.LastArchive)) {
+        RefreshArchive();
+        return;
+    }
+    const std::string former = profile.LastArchive;
+    if (LoadArchive(path)) return;
+    if (archive.ArchiveLoadRefused)
+        ReturnToArchive(former);
+    else
+        TellCritical(LoadMessage(MessageId::kWishNotLoaded, {}) + path);
+}
+
 bool ArchiveIsOpen() {
     return !Trim(profile.LastArchive).empty() && archive.Header.LevelCount > 0;
 }
@@ -213,6 +237,8 @@ std::string BackupFolder() {
 bool CreateLevelZero() {
     const std::string folder = LevelFolder(0, false);
     if (FolderExists(folder)) return true;
+    const Change change(MessageId::kDoingLevelZero, kHomeFolder | kTrleFolder);
+    if (!change) return false;
     if (!CreateLevelFolders(folder)) return false;
     const std::string trle = TrleFolder();
     CopyFile(trle + LoadMessage(MessageId::kLevelZeroLoadBmp, {}),

@@ -34,6 +34,10 @@ void CloseArchive();
 // an Archive that can't be opened (which is told), leaves none open.
 void ReturnToArchive(const std::string& former);
 
+// Opens the Archive that another start of the program names, by its native path; the former one comes back if
+// it can't be opened, which is told.
+void OpenWishedArchive(const std::string& native);
+
 // What the tokens of a command line name; both may be empty.
 struct CommandLine {
     std::string Archive;

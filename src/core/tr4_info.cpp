@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "foundation/date_text.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -209,6 +210,8 @@ std::int32_t ControllaUguali() {
 }
 
 void CreaInfoTr4() {
+    const Change change(MessageId::kDoingTr4Infos, kHomeFolder | kArchiveFolder);
+    if (!change) return;
     ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(MessageId::kCreatingInfos, {}));
     for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i) {
         TheUser().PumpEvents();

@@ -170,6 +170,10 @@ void ReleaseProcess(Process& process) {
     platform::Release(process);
 }
 
+std::int64_t FindProcessOf(std::string_view program) {
+    return platform::FindProcessOf(NativePath(program));
+}
+
 bool OpenDocument(std::string_view document, std::string_view verb, Window window, std::string_view folder) {
     if (!IsPathText(document)) {
         const std::optional<std::string> address = OpenableAddress(document);

@@ -44,6 +44,9 @@ void KillProcess(const Process& process);
 // on.
 void ReleaseProcess(Process& process);
 
+// Id of a process that runs a program, whoever has started it; 0 if there is none. A few milliseconds.
+std::int64_t FindProcessOf(std::string_view program);
+
 // Opens a document with the program that the desktop has for its extension, or an address (see
 // OpenableAddress). What a document's bytes or rights say doesn't count: only what is called a program
 // (".exe") is run, the verb being its parameters; else that is what to do with the document ("open" or empty

@@ -6,13 +6,28 @@
 
 namespace kelvash {
 
+namespace {
+
+bool may_register = true;
+
+} // namespace
+
+void AllowRegistration(bool allowed) {
+    may_register = allowed;
+}
+
+bool MayRegister() {
+    return may_register;
+}
+
 bool RegisterFileType(std::string_view extension, std::string_view description, std::string_view icon,
                       std::string_view program) {
-    return platform::RegisterFileType(extension, description, icon, program);
+    return !may_register || platform::RegisterFileType(extension, description, icon, program);
 }
 
 bool CreateShortcut(SpecialFolderId where, std::string_view target_folder, std::string_view target,
                     std::string_view caption, std::string_view arguments) {
+    if (!may_register) return true;
     std::filesystem::path folder = platform::SpecialFolder(where);
     if (folder.empty() || !StaysInside("\\" + std::string(caption))) return false;
     for (const std::string& name : Split(FolderOf(caption), '\\'))
@@ -30,7 +45,7 @@ std::string ReadRegistryValue(std::string_view key) {
 
 bool WriteRegistryValues(std::string_view key, std::string_view default_value, std::string_view name,
                          std::string_view value) {
-    return platform::WriteRegistryValues(key, default_value, name, value);
+    return !may_register || platform::WriteRegistryValues(key, default_value, name, value);
 }
 
 } // namespace kelvash

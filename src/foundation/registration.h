@@ -12,6 +12,11 @@
 
 namespace kelvash {
 
+// Whether anything outside the application's folder may be registered; true at the start. Where it may not,
+// the calls below that write do nothing and give true.
+void AllowRegistration(bool allowed);
+bool MayRegister();
+
 // Ties an extension (with its dot) and its description to an icon and a program. False at the first failed
 // write.
 bool RegisterFileType(std::string_view extension, std::string_view description, std::string_view icon,

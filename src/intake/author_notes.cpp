@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "foundation/messages.h"
 #include "foundation/strangers_files.h"
 #include "foundation/text.h"
@@ -73,7 +74,7 @@ bool Fits(const std::string& text, std::size_t too_long, MessageId message) {
 
 AuthorNotes BeginAuthorNotes(std::int32_t index) {
     const core::LevelRecord& level = core::archive.Levels[static_cast<std::size_t>(index)];
-    return {index, std::string(Trim(level.Author)), ItemsOf(level.Emails), ItemsOf(level.Sites),
+    return {level.Code, std::string(Trim(level.Author)), ItemsOf(level.Emails), ItemsOf(level.Sites),
             std::string(Trim(level.AuthorNote))};
 }
 
@@ -121,7 +122,10 @@ bool StoreAuthorNotes(const AuthorNotes& notes) {
         !Fits(name, kNameTooLong, MessageId::kAutoreNameLong) ||
         !Fits(notes.Note, kListTooLong, MessageId::kAutoreNoteLong))
         return false;
-    core::LevelRecord& level = core::archive.Levels[static_cast<std::size_t>(notes.LevelIndex)];
+    const core::Change change(MessageId::kDoingAuthor, core::kArchiveFolder, notes.Code);
+    const std::int32_t index = core::LevelIndex(notes.Code);
+    if (!change || index < 0) return false;
+    core::LevelRecord& level = core::archive.Levels[static_cast<std::size_t>(index)];
     level.Emails = emails;
     level.Sites = sites;
     level.Author = name;

@@ -8,7 +8,7 @@
 namespace kelvash::intake {
 
 struct AuthorNotes {
-    std::int32_t LevelIndex = -1;
+    std::int32_t Code = -1; // of the level
     std::string Name;
     std::vector<std::string> Emails;
     std::vector<std::string> Sites;

@@ -7,6 +7,7 @@
 
 #include "companion/savegames.h"
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/kept_folders.h"
 #include "core/level_list.h"
 #include "core/path_field.h"
@@ -205,6 +206,8 @@ std::optional<std::string> Export(const core::LevelRecord& level) {
 } // namespace
 
 bool ExportLevel() {
+    const core::Change change(MessageId::kDoingExport, core::kAll, core::SelectedLevel());
+    if (!change) return false;
     const std::int32_t index = core::LevelIndex(core::SelectedLevel());
     if (index < 0) {
         ShowMessage(MessageStyle::Exclamation, Text(MessageId::kExportNoLevel));

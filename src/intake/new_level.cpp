@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/kept_folders.h"
 #include "core/level_list.h"
 #include "core/profile.h"
@@ -164,6 +165,8 @@ void CancelLevel(NewLevel& level) {
 
 bool AddLevel(const std::string& zip, const LevelForm& form) {
     if (!CanAdd()) return false;
+    const core::Change change(MessageId::kDoingAdd, core::kAll);
+    if (!change) return false;
     const std::int32_t code = core::NextLevelCode();
     const std::string folder = core::LevelFolder(code, false);
     if (!MakeLevelFolder(folder)) return false;
@@ -182,6 +185,8 @@ bool AddLevel(const std::string& zip, const LevelForm& form) {
 }
 
 void ShowProperty(const LevelForm& form) {
+    const core::Change change(MessageId::kDoingProperties, core::kAll, core::SelectedLevel());
+    if (!change) return;
     const std::int32_t index = core::LevelIndex(core::SelectedLevel());
     if (index < 0) {
         ShowMessage(MessageStyle::Exclamation, Text(MessageId::kExportNoLevel));
@@ -209,6 +214,8 @@ void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& source
 
 void AddLevels(const std::vector<std::string>& sources) {
     if (!CanAdd()) return;
+    const core::Change change(MessageId::kDoingAddMany, core::kAll);
+    if (!change) return;
     std::size_t added = 0;
     bool stopped = false; // a stop is meant for all that is left
     std::vector<std::string> left_out;

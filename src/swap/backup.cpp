@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "core/start_up.h"
@@ -265,10 +266,15 @@ void TakeKindOfBackup() {
 bool CreateBackup(bool force_full) {
     FinishBackup();
     if (!force_full && BackupIsValid()) return true;
+    const core::Change change(MessageId::kDoingBackup, core::kHomeFolder | core::kTrleFolder);
+    if (!change) return false;
+    if (!force_full && BackupIsValid()) return true; // made meanwhile
     return MakeBackup(force_full, FormerOf(Former::Merged));
 }
 
 void RefreshFullBackup() {
+    const core::Change change(MessageId::kDoingRefreshBackup, core::kHomeFolder | core::kTrleFolder);
+    if (!change) return;
     FinishBackup();
     if (LevelIsIn()) {
         ShowMessage(MessageStyle::Exclamation,

@@ -1,5 +1,6 @@
 // Bringing the files of old levels into the forms that the Archive's header has been changed to.
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/level_list.h"
 #include "core/sizes.h"
 #include "foundation/files.h"
@@ -100,6 +101,8 @@ void TellSizes(double old_size) {
 } // namespace
 
 void ApplyCompressionSettings(const CompressionSettings& settings) {
+    const core::Change change(MessageId::kDoingCompression, core::kHomeFolder | core::kArchiveFolder);
+    if (!change) return;
     core::ArchiveHeader& header = core::archive.Header;
     const bool changed =
         header.CompressFiles != settings.CompressFiles || header.EncodeWavInMp3 != settings.EncodeWavInMp3;

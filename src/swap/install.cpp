@@ -5,6 +5,7 @@
 
 #include "companion/game.h"
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/profile.h"
 #include "foundation/desktop.h"
 #include "foundation/files.h"
@@ -251,6 +252,8 @@ bool InstallFiles(std::int32_t code) {
 } // namespace
 
 bool InstallLevel(std::int32_t code) {
+    const core::Change change(MessageId::kDoingInstall, core::kSwap, code);
+    if (!change) return false;
     const std::int32_t previous = RemovePreviousLevel(code);
     if (!MayGoOn(code, previous)) return false;
     if (previous == code && code != 0) return true;
@@ -264,6 +267,8 @@ bool InstallLevel(std::int32_t code) {
 
 bool PlayLevel(std::int32_t code) {
     constexpr int kTenthsBeforeWatching = 20;
+    core::Change change(MessageId::kDoingPlay, core::kSwap, code);
+    if (!change) return false;
     if (!InstallLevel(code)) {
         TellCritical(LoadMessage(MessageId::kErrorInstalling, {}));
         return false;
@@ -272,6 +277,7 @@ bool PlayLevel(std::int32_t code) {
         TellCritical(LoadMessage(MessageId::kErrorLaunching, {}));
         return false;
     }
+    change.End(); // the game keeps swaps out by itself
     TheDesktop().ClearClipboard();
     CompleteHashes();
     for (int i = 0; i < kTenthsBeforeWatching; ++i) {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/profile.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -192,6 +193,10 @@ bool IsCutShort() {
 CutShort EndCutShort() {
     if (!FolderExists(core::TrleFolder())) return IsCutShort() ? CutShort::Refused : CutShort::Ended;
     TrleState state = LookAtTrle();
+    if (state.Content != Holds::CutShort && state.Record.LeftOverwritten.empty()) return CutShort::Ended;
+    const core::Change change(MessageId::kDoingEndSwap, core::kSwap);
+    if (!change) return CutShort::Refused;
+    state = LookAtTrle(); // another program may have ended it meanwhile
     if (state.Content != Holds::CutShort)
         return state.Record.LeftOverwritten.empty() ? CutShort::Ended : BringMissingBack(state.Record);
     if (state.Record.Step == SwapStep::Restoring) {
@@ -206,6 +211,8 @@ CutShort EndCutShort() {
 }
 
 std::int32_t RemovePreviousLevel(std::int32_t code) {
+    const core::Change change(MessageId::kDoingTakeOut, core::kSwap);
+    if (!change) return kRemovalRefused;
     if (!FolderExists(core::TrleFolder())) {
         TellCritical(LoadMessage(MessageId::kTrleUnreadable, {}) + core::TrleFolder());
         return kRemovalRefused;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "core/change.h"
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "core/start_up.h"
@@ -138,6 +139,8 @@ bool SwapToOriginal() {
 }
 
 bool FastRestore() {
+    const core::Change change(MessageId::kDoingFastRestore, core::kSwap);
+    if (!change) return false;
     if (SwapToOriginal()) {
         ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kRestoreFastDone, {}));
         OfferKeptWaves();
@@ -148,7 +151,8 @@ bool FastRestore() {
 }
 
 bool FullRestore(Bar& bar, bool show_progress) {
-    if (!RequireBackup()) return false;
+    const core::Change change(MessageId::kDoingFullRestore, core::kSwap);
+    if (!change || !RequireBackup()) return false;
     ShowLabel(bar, MessageId::kRestoreRemovingLevel);
     // Whether the level could be taken out or not, the files below make the folder original. But saves that
     // couldn't go home are about to be deleted.

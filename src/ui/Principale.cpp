@@ -64,6 +64,10 @@ bool Principale::Load(const std::string& command_line) {
     Timer1->setInterval(core::session.TimerInterval);
     RestoreWindow(this, splitter_);
     ShowPanel(core::profile.ShowScreenShots);
+    if (!core::session.EndWanted && companion::AdoptGame()) {
+        SetPlaying(true);
+        ShowPlaying();
+    }
     return !core::session.EndWanted;
 }
 
@@ -98,6 +102,7 @@ void Principale::ConnectControls(FormsUser& user) {
     connect(Pul_UltimoShot, &QPushButton::clicked, this,
             [this] { PageImages((image_names_.size() - 1) / 2 * 2); });
     connect(Timer1, &QTimer::timeout, this, &Principale::WatchGame);
+    connect(Timer_Wish, &QTimer::timeout, this, &Principale::OpenWish);
     // A click in one list takes the selection of the other away.
     connect(List_SaveGameTomb, &QListWidget::itemClicked, List_SaveGameArchiviati,
             &QListWidget::clearSelection);
@@ -227,12 +232,16 @@ void Principale::Play() {
     }
     SetPlaying(true);
     if (swap::PlayLevel(core::SelectedLevel())) {
-        Label_Info->setText(Caption(MessageId::kMainPlaying));
-        Timer1->start();
+        ShowPlaying();
         return;
     }
     SetPlaying(false);
     core::RefreshLevelList(); // the former level may be out all the same
+}
+
+void Principale::ShowPlaying() {
+    Label_Info->setText(Caption(MessageId::kMainPlaying));
+    Timer1->start();
 }
 
 void Principale::SetPlaying(bool playing) {
@@ -265,6 +274,11 @@ void Principale::EnableCommands() {
 }
 
 void Principale::closeEvent(QCloseEvent* event) {
+    if (isVisible() && companion::GameRuns() &&
+        !AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kCloseWhilePlaying, {kLineBreak}))) {
+        event->ignore();
+        return;
+    }
     core::SaveProfile();
     if (isVisible()) SaveWindow(this, splitter_);
     event->accept();

@@ -41,6 +41,9 @@ class Principale final : public QMainWindow {
 
     // Shows the selected level. With `keep_image` the pair of screenshots stays the one that is shown.
     void AggiornaDatiLivello(bool keep_image);
+    // Another start of the program wants this window, and the Archive of that native path in it unless it is
+    // empty. The Archive waits until no command or box is at work.
+    void TakeWish(const std::string& archive);
     // A command of the menu by its name; null if there is none.
     QAction* Command(const char* name) const;
 
@@ -83,6 +86,7 @@ class Principale final : public QMainWindow {
     QPushButton* const Pul_ChangeScreenshot = Make<QPushButton>(this, "Pul_ChangeScreenshot");
 
     QTimer* const Timer1 = Make<QTimer>(this, "Timer1");
+    QTimer* const Timer_Wish = Make<QTimer>(this, "Timer_Wish"); // looks whether a wish can be taken
 
   private:
     // Principale_layout.cpp
@@ -122,6 +126,9 @@ class Principale final : public QMainWindow {
     void Search();
     void Play();
     void SetPlaying(bool playing);
+    void ShowPlaying();
+    bool IsFree() const;
+    void OpenWish();
     void WatchGame();
     QString NoteToShow(const std::string& note) const;
     void ShowSavegames(const std::vector<std::string>& slots, const std::vector<std::string>& archived);
@@ -143,6 +150,7 @@ class Principale final : public QMainWindow {
     std::vector<std::string> image_names_;
     std::string image_hint_; // what stands in the place of the first picture; empty for the default one
     std::size_t first_shown_image_ = 0;
+    std::string wish_;     // native path of an Archive that another start wants open
     bool syncing_ = false; // the program, not the user, changes the view's selection
 };
 

@@ -1,7 +1,10 @@
 // The menu commands of the main form: thin calls of the logic.
 #include <QAction>
+#include <QApplication>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPixmap>
+#include <utility>
 
 #include "core/archive.h"
 #include "core/level_list.h"
@@ -46,10 +49,11 @@ void Principale::ConnectMenu() {
     Connect("mnu_HelpFaq", [this] { ShowHelp(this, HelpMark::Questions); });
 }
 
-// An Archive that isn't made leaves none open: the former one comes back.
+// An Archive that isn't made leaves none open: the former one comes back. One that couldn't even be begun has
+// left it open.
 void Principale::NewArchive() {
     const std::string former = core::profile.LastArchive;
-    if (!core::NewArchive()) core::ReturnToArchive(former);
+    if (!core::NewArchive() && core::profile.LastArchive != former) core::ReturnToArchive(former);
     ShowLevels();
 }
 
@@ -57,6 +61,28 @@ void Principale::NewArchive() {
 void Principale::LoadArchive() {
     const std::string former = core::profile.LastArchive;
     if (!core::LoadArchiveDialog() && core::archive.ArchiveLoadRefused) core::ReturnToArchive(former);
+    ShowLevels();
+}
+
+void Principale::TakeWish(const std::string& archive) {
+    constexpr int kLookMillis = 200;
+    if (isMinimized()) showNormal();
+    raise();
+    activateWindow();
+    if (archive.empty()) return;
+    wish_ = archive;
+    Timer_Wish->start(kLookMillis);
+}
+
+bool Principale::IsFree() const {
+    return isVisible() && menuBar()->isEnabled() && !user_.IsBusy() &&
+           QApplication::activeModalWidget() == nullptr && QApplication::activePopupWidget() == nullptr;
+}
+
+void Principale::OpenWish() {
+    if (!IsFree()) return;
+    Timer_Wish->stop();
+    core::OpenWishedArchive(std::exchange(wish_, {}));
     ShowLevels();
 }
 

@@ -31,6 +31,8 @@ class FormsUser final : public QObject, public User {
     void SetMainWindow(QWidget* window) { main_window_ = window; }
     // The title of the first box; later ones have the program's name.
     void SetFirstTitle(const QString& title) { first_title_ = title; }
+    // True while the logic works: a command must not start now.
+    bool IsBusy() const { return pumping_ > 0 || !open_.empty(); }
     // How long a job runs before its progress window shows, in milliseconds.
     void SetPatience(int milliseconds) { patience_ = milliseconds; }
 

@@ -7,14 +7,17 @@
 #include <exception>
 #include <iostream>
 
+#include "core/start_up.h"
 #include "foundation/drive_options.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/registration.h"
 #include "ui/Dialog_Splash.h"
 #include "ui/Principale.h"
 #include "ui/forms_desktop.h"
 #include "ui/forms_user.h"
 #include "ui/shipped_files.h"
+#include "ui/single_instance.h"
 #include "ui/theme.h"
 
 namespace kelvash::ui {
@@ -28,6 +31,7 @@ struct Options {
     std::vector<std::string> drives;
     std::string command_line; // tokens in quotes, as StartUp takes them
     bool demo = false;
+    bool register_home = false;
     bool quit_when_shown = false;
 };
 
@@ -44,9 +48,12 @@ Options ReadOptions(const QApplication& application) {
                                    QStringLiteral("L=DIR"));
     const QCommandLineOption demo(QStringLiteral("demo"),
                                   QStringLiteral("Says at the first message that this is a sandbox."));
+    const QCommandLineOption register_home(
+        QStringLiteral("register"),
+        QStringLiteral("Registers file type and menu entry although --home is given."));
     QCommandLineOption quit(QStringLiteral("quit-when-shown"));
     quit.setFlags(QCommandLineOption::HiddenFromHelp); // for timing the start
-    parser.addOptions({home, drive, demo, quit});
+    parser.addOptions({home, drive, demo, register_home, quit});
     parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("An Archive (.kva) to open."),
                                  QStringLiteral("[FILE]"));
     parser.process(application);
@@ -57,6 +64,7 @@ Options ReadOptions(const QApplication& application) {
     for (const QString& argument : parser.positionalArguments())
         options.command_line += '"' + argument.toStdString() + "\" ";
     options.demo = parser.isSet(demo);
+    options.register_home = parser.isSet(register_home);
     options.quit_when_shown = parser.isSet(quit);
     return options;
 }
@@ -91,6 +99,25 @@ void TakeMessageTable() {
                                 {table, std::to_string(loading.RefusedLines.size()), lines}));
 }
 
+// The native path of the Archive that the command line names, as another process understands it; empty if it
+// names none.
+std::string WishedArchive(const std::string& command_line) {
+    const std::string typed = core::ParseCommandLine(command_line).Archive;
+    if (typed.empty()) return {};
+    const std::string path = PathFromUser(typed);
+    std::error_code error;
+    return (path.empty() ? std::filesystem::absolute(typed, error) : NativePath(path)).string();
+}
+
+// True if this process is to show the window; a window that another one shows has been raised else.
+bool IsTheWindow(SingleInstance& instance, const Options& options, int& exit_status) {
+    const SingleInstance::Role role = instance.Start(WishedArchive(options.command_line));
+    exit_status = role == SingleInstance::Role::NoAnswer ? EXIT_FAILURE : EXIT_SUCCESS;
+    if (role == SingleInstance::Role::NoAnswer)
+        TellCritical(LoadMessage(MessageId::kWindowDoesNotAnswer, {std::to_string(instance.Other())}));
+    return role == SingleInstance::Role::First;
+}
+
 int Run(const QApplication& application) {
     const Options options = ReadOptions(application);
     if (const std::string fault = SetDrives(options.drives); !fault.empty()) return Complain(fault);
@@ -104,6 +131,9 @@ int Run(const QApplication& application) {
     }
     if (options.demo) user.SetFirstTitle(Caption(MessageId::kBoxTitleDemo));
     TakeMessageTable();
+    SingleInstance instance;
+    if (int status = 0; !IsTheWindow(instance, options, status)) return status;
+    AllowRegistration(options.home.empty() || options.register_home);
     ProvideShippedFiles();
     const FormsDesktop desktop;
     const Theme theme;
@@ -114,6 +144,7 @@ int Run(const QApplication& application) {
     }
     Principale window(user);
     user.SetMainWindow(&window);
+    QObject::connect(&instance, &SingleInstance::Wished, &window, &Principale::TakeWish);
     const bool started = window.Load(options.command_line);
     splash.reset();
     if (!started) {

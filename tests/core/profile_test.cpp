@@ -176,19 +176,91 @@ TEST_F(Profile, CutAnywhereLeavesTheDefaultsBehind) {
     }
 }
 
-TEST_F(Profile, WithoutAByteIsAnOldOne) {
+TEST_F(Profile, WithoutAByteIsUnreadable) {
     MakeFile(file, "");
-    EXPECT_EQ(LoadProfile(), ProfileState::Upgraded);
+    EXPECT_EQ(LoadProfile(), ProfileState::Unreadable);
     EXPECT_EQ(EncodeProfile(profile), DefaultBytes());
+    profile = Other();
+    EXPECT_FALSE(WriteProfile());
+    EXPECT_EQ(BytesOf(file), "");
 }
 
-TEST_F(Profile, ThatCannotBeReadLeavesTheDefaults) {
+TEST_F(Profile, ThatCannotBeReadIsNeitherMissingNorEmpty) {
     MakeFile(file, OtherBytes());
     fs::permissions(file, fs::perms::none);
-    const test::OrdinaryUser ordinary;
-    EXPECT_EQ(LoadProfile(), ProfileState::Current);
-    EXPECT_EQ(EncodeProfile(profile), DefaultBytes());
-    EXPECT_THAT(user.Told(), IsEmpty());
+    {
+        const test::OrdinaryUser ordinary;
+        EXPECT_EQ(LoadProfile(), ProfileState::Unreadable);
+        EXPECT_EQ(EncodeProfile(profile), DefaultBytes());
+        EXPECT_THAT(user.Told(), IsEmpty());
+        EXPECT_FALSE(WriteProfile());
+    }
+    fs::permissions(file, fs::perms::owner_all);
+    EXPECT_EQ(BytesOf(file), OtherBytes());
+}
+
+TEST_F(Profile, InAFolderThatCannotBeEnteredIsUnreadable) {
+    MakeFile(file, OtherBytes());
+    fs::permissions(home, fs::perms::none);
+    ProfileState state{};
+    {
+        const test::OrdinaryUser ordinary;
+        EXPECT_FALSE(OpenProfile(state));
+    }
+    fs::permissions(home, fs::perms::owner_all);
+    EXPECT_EQ(state, ProfileState::Unreadable);
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: The settings can't be read, so nothing is done and nothing "
+                            "is changed.\r\nTheir file: C:\\Kelvash\\Kelvash.prf"));
+}
+
+TEST_F(Profile, WithAFolderInItsPlaceIsUnreadable) {
+    fs::create_directory(file);
+    EXPECT_EQ(LoadProfile(), ProfileState::Unreadable);
+    EXPECT_TRUE(SaveProfile()) << "there is nothing to save";
+    EXPECT_TRUE(fs::is_directory(file));
+}
+
+// --- what another program has written since ---
+
+TEST_F(Profile, KeepsWhatAnotherProgramHasChanged) {
+    MakeFile(file, DefaultBytes());
+    ASSERT_EQ(LoadProfile(), ProfileState::Current);
+    MakeFile(file, OtherBytes());
+    profile.SavegamesToKeep = 12;
+    EXPECT_TRUE(WriteProfile());
+    ProfileRecord expected = Other();
+    expected.SavegamesToKeep = 12;
+    EXPECT_EQ(BytesOf(file), EncodeProfile(expected));
+    EXPECT_EQ(profile.TrleFolder, "C:\\trle") << "the run goes on with what the file holds";
+}
+
+TEST_F(Profile, WithoutAChangeOfItsOwnLeavesANewerFileAlone) {
+    MakeFile(file, DefaultBytes());
+    ASSERT_EQ(LoadProfile(), ProfileState::Current);
+    MakeFile(file, OtherBytes());
+    EXPECT_TRUE(SaveProfile());
+    EXPECT_EQ(BytesOf(file), OtherBytes());
+}
+
+TEST_F(Profile, OfTwoFirstRunsKeepsBoth) {
+    ASSERT_EQ(LoadProfile(), ProfileState::FirstRun);
+    ProfileRecord first;
+    first.TrleFolder = "C:\\trle";
+    MakeFile(file, EncodeProfile(first));
+    profile.DownloadFolder = "C:\\zips";
+    EXPECT_TRUE(WriteProfile());
+    first.DownloadFolder = "C:\\zips";
+    EXPECT_EQ(BytesOf(file), EncodeProfile(first));
+}
+
+TEST_F(Profile, IsNotWrittenOverOneThatHasBecomeUnreadable) {
+    MakeFile(file, DefaultBytes());
+    ASSERT_EQ(LoadProfile(), ProfileState::Current);
+    MakeFile(file, "");
+    profile.SavegamesToKeep = 12;
+    EXPECT_FALSE(WriteProfile());
+    EXPECT_EQ(BytesOf(file), "");
 }
 
 TEST_F(Profile, IsSavedWhole) {

@@ -11,6 +11,7 @@
 
 #include "foundation/desktop.h"
 #include "foundation/drives.h"
+#include "foundation/lock.h"
 #include "foundation/process.h"
 #include "foundation/waiting.h"
 
@@ -107,6 +108,30 @@ bool OpenWithDesktop(const std::string& document, std::string_view verb, Window 
                      const NativeFile& folder);
 // The platform's own build of a tool; empty if there is none on PATH.
 NativeFile NativeTool(std::string_view name);
+
+// --- running programs (posix_running.cpp) ---
+
+// Id of a process that runs this program file, under Wine too, whoever has started it; 0 if none does. One
+// that works in the program's folder counts as well: Wine may know the program by another path.
+std::int64_t FindProcessOf(const NativeFile& program);
+
+// --- locks (posix_lock.cpp) ---
+
+// Makes a folder that nobody but the user can reach into. False if that can't be had, or if what stands there
+// is another user's.
+bool MakePrivateFolder(const NativeFile& folder);
+// See foundation/lock.h.
+NativeFile RuntimeFolder();
+// Empty for a missing folder.
+std::string FolderIdentity(const NativeFile& folder);
+// A descriptor that no started program inherits; -1 on failure. The file is made if it is missing.
+int OpenLockFile(const NativeFile& file);
+LockResult TryLock(int descriptor);
+// Replaces what stands in an open lock file.
+bool WriteNote(int descriptor, std::string_view note);
+// Unlocks and closes.
+void CloseLockFile(int descriptor);
+std::int64_t OwnProcessId();
 
 // --- terminal (posix_terminal.cpp) ---
 

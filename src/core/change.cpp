@@ -1,0 +1,126 @@
+#include "core/change.h"
+
+#include <utility>
+
+#include "companion/game.h"
+#include "core/archive.h"
+#include "core/profile.h"
+#include "foundation/drives.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+
+namespace kelvash::core {
+
+namespace {
+
+constexpr unsigned kNoGame = kSwap & ~kAll;
+
+struct ChangeState {
+    double Patience = 0; // seconds
+    bool Refused = false;
+    bool LockedOut = false;
+    int Swaps = 0;      // open ones
+    FolderLock Unsaved; // of the Archive's folder, while memory holds what its file doesn't
+};
+ChangeState state;
+
+std::string ArchiveFolder() {
+    return std::string(Trim(archive.Header.SecondaryFolder));
+}
+
+void TellRefusal(MessageId refusal, const LockHolder& holder) {
+    TellCritical(LoadMessage(refusal, {holder.Program, std::to_string(holder.Process), holder.Doing}));
+}
+
+// The door of an outer swap has looked already.
+bool GameIsOut() {
+    if (state.Swaps > 0 || companion::FindGame() == 0) return true;
+    TellCritical(LoadMessage(MessageId::kGameIsRunning, {}));
+    return false;
+}
+
+// The Archive may lie in another folder than at the door.
+void KeepUnsaved() {
+    LockHolder holder;
+    const std::string doing = LoadMessage(MessageId::kDoingUnsaved, {});
+    if (state.Unsaved.Take(ArchiveFolder(), LockKind::Change, doing, holder) == LockResult::Taken)
+        state.Unsaved.Tell(doing);
+}
+
+bool LevelStands(std::int32_t level) {
+    if (level <= 0 || LevelIndex(level) >= 0) return true;
+    TellCritical(LoadMessage(MessageId::kLevelIsGone, {}));
+    return false;
+}
+
+} // namespace
+
+Change::Change(MessageId doing, unsigned what, std::int32_t level) {
+    SettleUnsaved();
+    granted_ = TakeLocks(LoadMessage(doing, {}), what) && LevelStands(level);
+    swap_ = granted_ && (what & kNoGame) != 0;
+    if (swap_) ++state.Swaps;
+    state.Refused = state.Refused || !granted_;
+    if (!granted_) End();
+}
+
+bool Change::Take(FolderLock& lock, const std::string& folder, const std::string& doing, MessageId refusal) {
+    if (folder.empty()) return true;
+    LockHolder holder;
+    const LockResult result = lock.Await(folder, LockKind::Change, doing, state.Patience, holder);
+    if (result == LockResult::Held) {
+        state.LockedOut = true;
+        TellRefusal(refusal, holder);
+    } else if (result == LockResult::Failed) {
+        TellCritical(LoadMessage(MessageId::kCannotLock, {}));
+    }
+    return result == LockResult::Taken;
+}
+
+bool Change::TakeLocks(const std::string& doing, unsigned what) {
+    if ((what & kHomeFolder) != 0 && !Take(home_, AppFolder(), doing, MessageId::kHomeInUse)) return false;
+    if ((what & kTrleFolder) != 0 && !Take(trle_, TrleFolder(), doing, MessageId::kTrleInUse)) return false;
+    if ((what & kNoGame) != 0 && !GameIsOut()) return false;
+    return (what & kArchiveFolder) == 0 || TakeArchive(doing);
+}
+
+// Its file may say by now that the levels lie in another folder: then that one's lock is wanted.
+bool Change::TakeArchive(const std::string& doing) {
+    for (;;) {
+        const std::string folder = ArchiveFolder();
+        if (!Take(archive_, folder, doing, MessageId::kArchiveInUse)) return false;
+        if (archive_.IsTaken() && !archive_.IsOnly()) return true; // an outer Change is at work
+        if (!RefreshArchive() || EqualNoCase(ArchiveFolder(), folder)) return true;
+    }
+}
+
+void Change::End() {
+    if (std::exchange(swap_, false)) --state.Swaps;
+    if (archive_.IsTaken() && archive.ArchiveChanged) KeepUnsaved();
+    SettleUnsaved();
+    archive_.Release();
+    trle_.Release();
+    home_.Release();
+}
+
+void SetLockPatience(double seconds) {
+    state.Patience = seconds;
+}
+
+bool WasRefused() {
+    return state.Refused;
+}
+
+bool WasLockedOut() {
+    return state.LockedOut;
+}
+
+void SettleUnsaved() {
+    if (!archive.ArchiveChanged) state.Unsaved.Release();
+}
+
+void ResetChanges() {
+    state = ChangeState();
+}
+
+} // namespace kelvash::core

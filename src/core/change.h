@@ -1,0 +1,66 @@
+// The door of every operation that changes something: no two programs change the same folder at once, and
+// none works on what another has changed behind its back.
+//
+// An operation opens a Change before it looks at what it works on, and goes on only if that is granted:
+//
+//     const core::Change change(MessageId::kDoingAdd, core::kAll);
+//     if (!change) return false;
+//
+// The locks are taken in one order: the application's folder, TRLE, the Archive's folder. At the outermost
+// door the open Archive is brought up to date with its file. Changes nest; what the outer one holds the inner
+// one has. Reading takes none.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "foundation/lock.h"
+#include "foundation/messages.h"
+
+namespace kelvash::core {
+
+// What an operation changes; sums of these.
+inline constexpr unsigned kHomeFolder = 1;
+inline constexpr unsigned kTrleFolder = 2;
+inline constexpr unsigned kArchiveFolder = 4;
+inline constexpr unsigned kAll = kHomeFolder | kTrleFolder | kArchiveFolder;
+// All, and no game of this TRLE may run.
+inline constexpr unsigned kSwap = kAll | 8;
+
+inline constexpr std::int32_t kNoLevel = -1;
+
+class Change {
+  public:
+    // `doing` is what others are told ("adding a level"). `level` is the code of the level that the operation
+    // is about; another program may have removed it. What stands in the way is told.
+    Change(MessageId doing, unsigned what, std::int32_t level = kNoLevel);
+    ~Change() { End(); }
+    Change(const Change&) = delete;
+    Change& operator=(const Change&) = delete;
+
+    explicit operator bool() const { return granted_; }
+    // Ends it before its scope does. An Archive with unsaved changes stays locked until they are saved or
+    // dropped: its folders hold what its file doesn't tell of.
+    void End();
+
+  private:
+    bool TakeLocks(const std::string& doing, unsigned what);
+    bool TakeArchive(const std::string& doing);
+    bool Take(FolderLock& lock, const std::string& folder, const std::string& doing, MessageId refusal);
+
+    FolderLock home_, trle_, archive_;
+    bool granted_ = false;
+    bool swap_ = false;
+};
+
+// How long a Change waits for locks that others hold, in seconds; 0 at the start.
+void SetLockPatience(double seconds);
+// True if a Change of this run has been refused; the second, because another program held a lock.
+bool WasRefused();
+bool WasLockedOut();
+// Gives the lock of unsaved changes back once there are none. To be called where they are dropped.
+void SettleUnsaved();
+// The state of a fresh start.
+void ResetChanges();
+
+} // namespace kelvash::core

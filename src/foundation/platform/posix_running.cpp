@@ -1,0 +1,84 @@
+#include <dirent.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <system_error>
+
+#include "foundation/drives.h"
+#include "foundation/platform/platform.h"
+#include "foundation/text.h"
+
+namespace kelvash::platform {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The kernel keeps that much of a program's name.
+constexpr std::size_t kNameLength = 15;
+
+bool IsNumber(std::string_view name) {
+    return !name.empty() &&
+           std::all_of(name.begin(), name.end(), [](char letter) { return letter >= '0' && letter <= '9'; });
+}
+
+std::string FirstLine(const fs::path& file) {
+    std::ifstream stream(file);
+    std::string line;
+    std::getline(stream, line);
+    return line;
+}
+
+std::vector<std::string> WordsOf(const fs::path& process) {
+    std::ifstream stream(process / "cmdline", std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+    return Split(bytes, '\0');
+}
+
+bool IsSame(const fs::path& a, const fs::path& b) {
+    std::error_code error;
+    return !a.empty() && fs::equivalent(a, b, error);
+}
+
+std::string NameIn(std::string_view word) {
+    return std::string(word.substr(word.find_last_of("/\\") + 1)); // npos + 1 is the whole word
+}
+
+// Where a word of a command line leads: native, a path text of a drive, or below the working folder.
+fs::path PlaceOf(const std::string& word, const fs::path& working) {
+    return word.size() >= 2 && word[1] == ':' ? NativePath(word) : working / word;
+}
+
+// A process of the program's own name runs it if it is that file, or the file that its command line names, or
+// if it works beside it. While Wine starts it goes by Wine's name.
+bool Runs(const fs::path& process, const NativeFile& program) {
+    const std::string wanted = program.filename().string();
+    const std::string name = FirstLine(process / "comm");
+    const bool has_name = EqualNoCase(name, std::string_view(wanted).substr(0, kNameLength));
+    if (!has_name && !StartsWithNoCase(name, "wine")) return false;
+    std::error_code error;
+    const fs::path working = fs::read_symlink(process / "cwd", error);
+    if (error) return false; // another user's, or one that has ended
+    const bool beside = IsSame(working, program.parent_path());
+    if (has_name && (beside || IsSame(fs::read_symlink(process / "exe", error), program))) return true;
+    const std::vector<std::string> words = WordsOf(process);
+    return std::any_of(words.begin(), words.end(), [&](const std::string& word) {
+        return EqualNoCase(NameIn(word), wanted) && (beside || IsSame(PlaceOf(word, working), program));
+    });
+}
+
+} // namespace
+
+std::int64_t FindProcessOf(const NativeFile& program) {
+    const fs::path all = "/proc";
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(all.c_str()), ::closedir);
+    if (entries == nullptr) return 0;
+    while (const dirent* entry = ::readdir(entries.get()))
+        if (IsNumber(entry->d_name) && Runs(all / entry->d_name, program)) return std::stoll(entry->d_name);
+    return 0;
+}
+
+} // namespace kelvash::platform

@@ -1,0 +1,105 @@
+// Finding a program that runs, whoever has started it.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "foundation/process.h"
+#include "support/foundation_home.h"
+
+namespace kelvash::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Running : public FoundationHome {
+  protected:
+    Running() {
+        fs::create_directories(drive / "trle");
+        fs::create_directories(drive / "other");
+        fs::copy_file("/bin/sleep", drive / "trle" / "tomb4.exe");
+    }
+    ~Running() override {
+        if (started_ <= 0) return;
+        kill(started_, SIGKILL);
+        waitpid(started_, nullptr, 0);
+    }
+    // Runs a program in a folder under these words, and waits till it is that program.
+    void Start(const fs::path& program, const fs::path& folder, std::vector<std::string> words) {
+        started_ = fork();
+        if (started_ == 0) {
+            std::vector<char*> pointers;
+            for (std::string& word : words)
+                pointers.push_back(word.data());
+            pointers.push_back(nullptr);
+            if (chdir(folder.c_str()) == 0) execv(program.c_str(), pointers.data());
+            _exit(127);
+        }
+        std::error_code error;
+        const fs::path exe = "/proc/" + std::to_string(started_) + "/exe";
+        for (int i = 0; i < 500 && !fs::equivalent(exe, program, error); ++i)
+            usleep(10000);
+        ASSERT_TRUE(fs::equivalent(exe, program, error));
+    }
+
+    const std::string game_ = "C:\\trle\\tomb4.exe";
+    pid_t started_ = 0;
+};
+
+TEST_F(Running, FindsNothingWhereNothingRuns) {
+    EXPECT_EQ(FindProcessOf(game_), 0);
+}
+
+TEST_F(Running, FindsANativeProgramWhereverItWorks) {
+    Start(drive / "trle" / "tomb4.exe", "/", {"anything", "30"});
+    EXPECT_EQ(FindProcessOf(game_), started_);
+    EXPECT_EQ(FindProcessOf("C:\\TRLE\\Tomb4.exe"), started_);
+}
+
+TEST_F(Running, FindsOneThatHasEndedNoMore) {
+    Start(drive / "trle" / "tomb4.exe", drive / "trle", {"tomb4.exe", "30"});
+    ASSERT_EQ(FindProcessOf(game_), started_);
+    kill(started_, SIGKILL);
+    siginfo_t information{};
+    ASSERT_EQ(waitid(P_PID, static_cast<id_t>(started_), &information, WEXITED | WNOWAIT), 0);
+    EXPECT_EQ(FindProcessOf(game_), 0) << "a process that nobody has reaped yet counts as running";
+}
+
+TEST_F(Running, LeavesAGameOfAnotherFolderAlone) {
+    fs::copy_file("/bin/sleep", drive / "other" / "tomb4.exe");
+    Start(drive / "other" / "tomb4.exe", drive / "other", {"tomb4.exe", "30"});
+    EXPECT_EQ(FindProcessOf(game_), 0);
+    EXPECT_EQ(FindProcessOf("C:\\other\\tomb4.exe"), started_);
+}
+
+// Wine's loader goes by the program's name and works in its folder, or names it by a drive.
+TEST_F(Running, FindsAProgramUnderAnotherLoader) {
+    fs::copy_file("/bin/sleep", drive / "loader");
+    const pid_t child = fork();
+    if (child == 0) {
+        prctl(PR_SET_NAME, "tomb4.exe");
+        if (chdir((drive / "trle").c_str()) == 0) pause();
+        _exit(1);
+    }
+    started_ = child;
+    for (int i = 0; i < 500 && FindProcessOf(game_) == 0; ++i)
+        usleep(10000);
+    EXPECT_EQ(FindProcessOf(game_), child);
+    EXPECT_EQ(FindProcessOf("C:\\other\\tomb4.exe"), 0);
+}
+
+TEST_F(Running, FindsAProgramThatWineIsStarting) {
+    fs::copy_file("/bin/sh", drive / "wine");
+    Start(drive / "wine", drive / "trle", {"wine", "-c", "sleep 30 & wait", "C:\\trle\\TOMB4.EXE"});
+    EXPECT_EQ(FindProcessOf(game_), started_);
+}
+
+TEST_F(Running, LeavesWineWithAnotherProgramAlone) {
+    fs::copy_file("/bin/sh", drive / "wine");
+    Start(drive / "wine", drive / "trle", {"wine", "-c", "sleep 30 & wait", "C:\\other\\tomb3.exe"});
+    EXPECT_EQ(FindProcessOf(game_), 0);
+}
+
+} // namespace
+} // namespace kelvash::test
