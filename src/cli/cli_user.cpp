@@ -80,6 +80,11 @@ std::string Choices(const std::vector<Answer>& offered) {
     return "[" + Join(words, "/") + "] ";
 }
 
+// A text that is no message of the table has none.
+ordered_json IdOrNull(const MessageText& text) {
+    return text.id == kNoMessage ? ordered_json(nullptr) : ordered_json(static_cast<std::int32_t>(text.id));
+}
+
 ordered_json OrNull(const std::optional<std::string>& text) {
     return text ? ordered_json(*text) : ordered_json(nullptr);
 }
@@ -101,9 +106,9 @@ void CliUser::Preset(std::vector<AnswerEntry> entries) {
     presets_ = std::move(entries);
 }
 
-bool CliUser::PresetUsed(std::string_view when) const {
+bool CliUser::PresetUsed(MessageId id) const {
     return std::any_of(presets_.begin(), presets_.end(),
-                       [&](const AnswerEntry& entry) { return entry.when == when && entry.used > 0; });
+                       [&](const AnswerEntry& entry) { return entry.id == id && entry.used > 0; });
 }
 
 void CliUser::Tell(const ordered_json& event) {
@@ -121,24 +126,25 @@ bool CliUser::TellResult(const Result& result) {
 }
 
 std::optional<std::string> CliUser::AnswerTo(const Box& box) {
-    std::optional<std::string> answer = TakeAnswer(presets_, box.shown);
-    if (!answer) answer = TakeAnswer(answers_, box.shown);
+    std::optional<std::string> answer = TakeAnswer(presets_, box.signs);
+    if (!answer) answer = TakeAnswer(answers_, box.signs);
     if (!answer && fallback_ == Fallback::Terminal) return AskLine(box.prompt);
     if (IsPlain()) PrintLine(box.prompt + answer.value_or("-"));
     return answer;
 }
 
-void CliUser::Message(MessageStyle style, const std::string& text) {
+void CliUser::Message(MessageStyle style, const MessageText& text) {
     told_ = true;
     if (IsPlain())
         PrintLine((style == MessageStyle::Critical ? "! " : "") + text);
     else
-        Tell({{"event", "message"}, {"style", StyleName(style)}, {"text", text}});
+        Tell(
+            {{"event", "message"}, {"id", IdOrNull(text)}, {"style", StyleName(style)}, {"text", text.text}});
 }
 
-Answer CliUser::Ask(Buttons buttons, MessageStyle style, const std::string& text) {
+Answer CliUser::Ask(Buttons buttons, MessageStyle style, const MessageText& text) {
     const ButtonSet set = SetOf(buttons);
-    const Box box{{text}, text + "\n" + Choices(set.offered)};
+    const Box box{{text.id, {text}}, text + "\n" + Choices(set.offered)};
     Answer chosen = set.offered.back();
     while (const std::optional<std::string> typed = AnswerTo(box)) {
         const auto found = std::find_if(set.offered.begin(), set.offered.end(), [&](Answer offered) {
@@ -148,28 +154,30 @@ Answer CliUser::Ask(Buttons buttons, MessageStyle style, const std::string& text
             chosen = *found;
             break;
         }
-        std::cerr << LoadMessage(MessageId::kCliNoSuchAnswer, {*typed, Choices(set.offered)}) << '\n';
+        std::cerr << LoadMessage(MessageId::kCliNoSuchAnswer, {*typed, Choices(set.offered)}).text << '\n';
         if (fallback_ == Fallback::Harmless) break;
     }
     if (!IsPlain())
         Tell({{"event", "ask"},
+              {"id", IdOrNull(text)},
               {"buttons", set.name},
               {"style", StyleName(style)},
-              {"text", text},
+              {"text", text.text},
               {"answer", WordOf(chosen)}});
     return chosen;
 }
 
-std::optional<std::string> CliUser::Input(const std::string& title, const std::string& text,
+std::optional<std::string> CliUser::Input(const std::string& title, const MessageText& text,
                                           const std::string& initial) {
     std::optional<std::string> answer =
-        AnswerTo({{title, text}, title + "\n" + text + " [" + initial + "] "});
+        AnswerTo({{text.id, {title, text}}, title + "\n" + text + " [" + initial + "] "});
     if (answer && *answer == "cancel") answer.reset();
     if (answer && *answer == "ok") answer = initial;
     if (!IsPlain())
         Tell({{"event", "input"},
+              {"id", IdOrNull(text)},
               {"title", title},
-              {"text", text},
+              {"text", text.text},
               {"default", initial},
               {"answer", OrNull(answer)}});
     return answer;
@@ -181,11 +189,12 @@ std::optional<std::string> CliUser::AskFile(const char* event, const FileDialog&
     // A folder dialog has no file name, and may be left with the folder in which it starts.
     const bool folder = std::string_view(event) == "folder";
     const std::string& taken_by_ok = folder ? start : proposed;
-    const std::optional<std::string> answer =
-        PathOf(AnswerTo({{dialog.title}, dialog.title + " [" + taken_by_ok + "] "}), taken_by_ok);
+    const std::optional<std::string> answer = PathOf(
+        AnswerTo({{dialog.title.id, {dialog.title}}, dialog.title + " [" + taken_by_ok + "] "}), taken_by_ok);
     if (!IsPlain())
         Tell({{"event", event},
-              {"title", dialog.title},
+              {"id", IdOrNull(dialog.title)},
+              {"title", dialog.title.text},
               {"filter", dialog.filter},
               {"start", start},
               {"name", dialog.name},
@@ -201,13 +210,13 @@ std::optional<std::string> CliUser::SaveFile(const FileDialog& dialog) {
     return AskFile("savefile", dialog);
 }
 
-std::optional<std::string> CliUser::ChooseFolder(const std::string& caption, const std::string& start) {
+std::optional<std::string> CliUser::ChooseFolder(const MessageText& caption, const std::string& start) {
     return AskFile("folder", {caption, {}, start, {}});
 }
 
 std::string CliUser::ShowForm(const ChoiceForm& form) {
     const std::optional<std::string> typed = AnswerTo(
-        {{form.name, form.caption},
+        {{kNoMessage, {form.name, form.caption}},
          form.caption + " (" + form.name + ")\n[" + Join(form.buttons, "/") + "] " + form.start + " "});
     const auto& buttons = form.buttons;
     const bool button = typed && std::find(buttons.begin(), buttons.end(), *typed) != buttons.end();

@@ -25,21 +25,21 @@ class CliUser final : public User {
 
     // Answers of a command's own options, tried before all others.
     void Preset(std::vector<AnswerEntry> entries);
-    // True once the preset with that text has been taken.
-    bool PresetUsed(std::string_view when) const;
+    // True once the preset for that message has been taken.
+    bool PresetUsed(MessageId id) const;
     // True if any message has been shown.
     bool HasTold() const { return told_; }
     bool IsPlain() const { return mode_ == OutputMode::Plain; }
     // The event "result". False if not all of the output could be written.
     bool TellResult(const Result& result);
 
-    void Message(MessageStyle style, const std::string& text) override;
-    Answer Ask(Buttons buttons, MessageStyle style, const std::string& text) override;
-    std::optional<std::string> Input(const std::string& title, const std::string& text,
+    void Message(MessageStyle style, const MessageText& text) override;
+    Answer Ask(Buttons buttons, MessageStyle style, const MessageText& text) override;
+    std::optional<std::string> Input(const std::string& title, const MessageText& text,
                                      const std::string& initial) override;
     std::optional<std::string> OpenFile(const FileDialog& dialog) override;
     std::optional<std::string> SaveFile(const FileDialog& dialog) override;
-    std::optional<std::string> ChooseFolder(const std::string& caption, const std::string& start) override;
+    std::optional<std::string> ChooseFolder(const MessageText& caption, const std::string& start) override;
     std::string ShowForm(const ChoiceForm& form) override;
     void OpenProgress(BarPlace dialog, const std::string& caption) override;
     void CloseProgress(BarPlace dialog) override;
@@ -52,7 +52,7 @@ class CliUser final : public User {
   private:
     // What a box shows, and what stands in the terminal before the answer.
     struct Box {
-        std::initializer_list<std::string_view> shown;
+        BoxSigns signs;
         std::string prompt;
     };
     // The words of an answer; nothing for the harmless way.

@@ -128,7 +128,7 @@ Result Export(Session& session) {
     bool exported = StartUpWithArchive(session, {}) && SelectCode(session.options.code, code) &&
                     TakePath(session.options.path, zip);
     if (exported) {
-        session.user.Preset({{LoadMessage(MessageId::kExportTitle, {}), zip}});
+        session.user.Preset({{.id = MessageId::kExportTitle, .answer = zip}});
         exported = intake::ExportLevel();
     }
     Result result;

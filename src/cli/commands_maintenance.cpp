@@ -19,7 +19,7 @@ Result RunOnFolder(Session& session, MessageId question, bool (*run)()) {
     std::string folder;
     bool done = StartUpWithArchive(session, {}) && TakePath(session.options.path, folder);
     if (done) {
-        session.user.Preset({{LoadMessage(question, {}), folder}});
+        session.user.Preset({{.id = question, .answer = folder}});
         done = run();
     }
     Result result;

@@ -27,7 +27,7 @@ bool TakeHome(Session& session, MissingHome missing) {
     session.home_taken = true;
     const std::string table = AppFolder() + "\\messages.txt";
     if (FileExists(table) && !LoadMessageTable(table))
-        std::cerr << LoadMessage(MessageId::kCliTableRefused, {}) << NativePath(table).string() << '\n';
+        std::cerr << LoadMessage(MessageId::kCliTableRefused, {}).text << NativePath(table).string() << '\n';
     return true;
 }
 

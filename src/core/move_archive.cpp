@@ -51,7 +51,7 @@ bool LiesIn(const fs::path& place, const fs::path& folder) {
 }
 
 // What is wrong with a target; empty if the level folders can go there.
-std::string FaultOf(const std::string& target) {
+MessageText FaultOf(const std::string& target) {
     const std::string current(Trim(archive.Header.SecondaryFolder));
     const fs::path place = PlaceOf(target);
     if (EqualNoCase(target, current) || place == PlaceOf(current))
@@ -76,10 +76,10 @@ std::optional<std::string> ChooseTarget() {
         std::optional<std::string> target =
             TheUser().ChooseFolder(LoadMessage(MessageId::kMoveTarget, {}), archive.Header.SecondaryFolder);
         if (!target) return std::nullopt;
-        std::string fault = FaultOf(*target);
-        if (fault.empty() && FitText(*target, kFolderWidth) != *target)
+        MessageText fault = FaultOf(*target);
+        if (fault.text.empty() && FitText(*target, kFolderWidth) != *target)
             fault = LoadMessage(MessageId::kConfigNameTooLong, {}) + *target;
-        if (fault.empty()) return target;
+        if (fault.text.empty()) return target;
         ShowMessage(MessageStyle::Exclamation, fault);
     }
 }

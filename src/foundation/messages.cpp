@@ -35,14 +35,14 @@ const std::vector<MessageEntry>& MessageTable() {
     return table;
 }
 
-std::string LoadMessage(MessageId id, const MessageArgs& args) {
+MessageText LoadMessage(MessageId id, const MessageArgs& args) {
     std::string text = Texts().at(static_cast<std::int32_t>(id));
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string mark = "~" + std::to_string(i + 1);
         if (const std::size_t at = text.find(mark); at != std::string::npos)
             text.replace(at, mark.size(), args[i]);
     }
-    return text;
+    return {id, std::move(text)};
 }
 
 bool LoadMessageTable(std::string_view path) {

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/message_text.h"
+
 namespace kelvash {
 
 // Names for the code, numbers for the table file. The numbers are opaque and never change.
@@ -23,7 +25,7 @@ using MessageArgs = std::vector<std::string>;
 
 // The entry with "~1" replaced by the first argument, then "~2" by the second, ...: each time only the first
 // occurrence, so that "~1" and "~10" can stand in one text. A mark without an argument stays.
-std::string LoadMessage(MessageId id, const MessageArgs& args);
+MessageText LoadMessage(MessageId id, const MessageArgs& args);
 
 // The usual content of a mark.
 inline constexpr const char* kLineBreak = "\r\n";

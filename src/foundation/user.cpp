@@ -10,18 +10,18 @@ namespace {
 // Answers for nobody: shows nothing and takes the harmless way.
 class AbsentUser final : public User {
   public:
-    void Message(MessageStyle, const std::string&) override {}
-    Answer Ask(Buttons buttons, MessageStyle, const std::string&) override {
+    void Message(MessageStyle, const MessageText&) override {}
+    Answer Ask(Buttons buttons, MessageStyle, const MessageText&) override {
         return buttons == Buttons::AbortRetryIgnore ? Answer::Abort
                : buttons == Buttons::YesNo          ? Answer::No
                                                     : Answer::Cancel;
     }
-    std::optional<std::string> Input(const std::string&, const std::string&, const std::string&) override {
+    std::optional<std::string> Input(const std::string&, const MessageText&, const std::string&) override {
         return std::nullopt;
     }
     std::optional<std::string> OpenFile(const FileDialog&) override { return std::nullopt; }
     std::optional<std::string> SaveFile(const FileDialog&) override { return std::nullopt; }
-    std::optional<std::string> ChooseFolder(const std::string&, const std::string&) override {
+    std::optional<std::string> ChooseFolder(const MessageText&, const std::string&) override {
         return std::nullopt;
     }
     std::string ShowForm(const ChoiceForm&) override { return {}; }
@@ -50,15 +50,15 @@ User* SetUser(User* user) {
     return std::exchange(CurrentUser(), user);
 }
 
-void ShowMessage(MessageStyle style, const std::string& text) {
+void ShowMessage(MessageStyle style, const MessageText& text) {
     TheUser().Message(style, text);
 }
 
-void TellCritical(const std::string& text) {
+void TellCritical(const MessageText& text) {
     ShowMessage(MessageStyle::Critical, text);
 }
 
-bool AskYesNo(MessageStyle style, const std::string& text) {
+bool AskYesNo(MessageStyle style, const MessageText& text) {
     return TheUser().Ask(Buttons::YesNo, style, text) == Answer::Yes;
 }
 

@@ -186,16 +186,16 @@ int FormsUser::RunBox(MessageStyle style, const std::string& text, int buttons, 
     return box.exec();
 }
 
-void FormsUser::Message(MessageStyle style, const std::string& text) {
+void FormsUser::Message(MessageStyle style, const MessageText& text) {
     RunBox(style, text, QMessageBox::Ok, QMessageBox::Ok);
 }
 
-Answer FormsUser::Ask(Buttons buttons, MessageStyle style, const std::string& text) {
+Answer FormsUser::Ask(Buttons buttons, MessageStyle style, const MessageText& text) {
     const ButtonSet set = SetOf(buttons);
     return AnswerOf(RunBox(style, text, set.offered, set.harmless));
 }
 
-std::optional<std::string> FormsUser::Input(const std::string& title, const std::string& text,
+std::optional<std::string> FormsUser::Input(const std::string& title, const MessageText& text,
                                             const std::string& initial) {
     QInputDialog dialog(ParentOfBoxes());
     dialog.setObjectName(QStringLiteral("InputBox"));
@@ -234,7 +234,7 @@ std::optional<std::string> FormsUser::SaveFile(const FileDialog& dialog) {
     return PathOfFile(window.selectedFiles().value(0));
 }
 
-std::optional<std::string> FormsUser::ChooseFolder(const std::string& caption, const std::string& start) {
+std::optional<std::string> FormsUser::ChooseFolder(const MessageText& caption, const std::string& start) {
     Dialog_GetDir dialog(ParentOfBoxes());
     dialog.ImpostaValori(caption, start);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;

@@ -10,15 +10,16 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
 constexpr const char* kFormCancelled = R"({"event":"form","name":"Dialog_TrovaTrle","answer":null})";
 constexpr const char* kFormAnswered = R"({"event":"form","name":"Dialog_TrovaTrle","answer":"C:\\none"})";
 constexpr const char* kNoFolder =
-    R"({"event":"message","style":"critical","text":"Not right folder: Missing file 'tomb4.exe' in folder: C:\\none"})";
+    R"({"event":"message","id":323,"style":"critical","text":"Not right folder: Missing file 'tomb4.exe' in folder: C:\\none"})";
 constexpr const char* kNoTrle =
-    R"({"event":"message","style":"critical","text":"This program cann't run without Tomb Raider Level Editor\r\nNow, Kelvash ends"})";
+    R"({"event":"message","id":322,"style":"critical","text":"This program cann't run without Tomb Raider Level Editor\r\nNow, Kelvash ends"})";
 constexpr const char* kSaveFailed = R"({"event":"result","ok":false,"archive":""})";
 
 class AnswersFile : public CliHome {
@@ -68,7 +69,7 @@ TEST_F(AnswersFile, TheFirstEntryThatFitsIsTakenWhateverStandsBehind) {
     EXPECT_THAT(run.lines.at(3), EndsWith(R"("answer":"no"})"));
     EXPECT_THAT(
         run.lines.at(4),
-        R"({"event":"message","style":"critical","text":"Tips: \r\n* If there are savegames of custom level you played in trle forlder, save them in new folder and then, when you add that level to archive, add also that savegames folder in 'about file' for that level"})");
+        R"({"event":"message","id":443,"style":"critical","text":"Tips: \r\n* If there are savegames of custom level you played in trle forlder, save them in new folder and then, when you add that level to archive, add also that savegames folder in 'about file' for that level"})");
 }
 
 TEST_F(AnswersFile, CancelIsAnAnswerOfItsOwn) {
@@ -83,8 +84,26 @@ TEST_F(AnswersFile, AnAnswerThatTheBoxDoesNotOfferIsToldAndHarmless) {
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(
         run.lines.at(1),
-        R"({"event":"ask","buttons":"yesno","style":"question","text":"Do you want load a different archive?","answer":"no"})");
+        R"({"event":"ask","id":290,"buttons":"yesno","style":"question","text":"Do you want load a different archive?","answer":"no"})");
     EXPECT_EQ(run.errors, "'retry' is no answer here: [yes/no] \n");
+}
+
+TEST_F(AnswersFile, AnEntryNamesItsBoxByTheIdInAnyLanguage) {
+    SetUpHome();
+    fs::rename(home / "LevelArchive.kva", drive / "away.kva");
+    MakeFile(home / "messages.txt", "290\tAltro archivio?\r\n203\tApri\r\n");
+    const CliRun run = SaveWith(R"([{"id":290,"answer":"yes"},{"id":203,"answer":"C:\\away.kva"}])");
+    EXPECT_EQ(run.status, 0) << run.Output();
+    EXPECT_EQ(
+        run.lines.at(1),
+        R"({"event":"ask","id":290,"buttons":"yesno","style":"question","text":"Altro archivio?","answer":"yes"})");
+    EXPECT_THAT(run.lines.at(2), StartsWith(R"({"event":"openfile","id":203,"title":"Apri",)"));
+}
+
+TEST_F(AnswersFile, AnIdIsNoPartOfAText) {
+    const CliRun run = SaveWithoutArchive(R"([{"id":29,"answer":"yes"}])");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.lines.at(1), EndsWith(R"("answer":"no"})"));
 }
 
 TEST_F(AnswersFile, NativePathsAreTakenInDialogs) {

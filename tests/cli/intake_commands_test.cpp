@@ -106,8 +106,9 @@ TEST_F(IntakeCommands, ConfigShowsEveryField) {
     EXPECT_EQ(
         run.lines.back(),
         R"({"event":"result","ok":true,"levelName":"Maze","levelNote":"note","authorName":"Ada","authorMessage":"Hello","authorEmails":["a@x.org","b@x.org"],"authorSites":["http://x.org"],"externWaves":[["TR4","one.wav","two.wav","three.wav"]],"importWads":[["a.wad","http://y.org"]],"importNotes":"wads","duplications":[["a.*","b"]],"moreInfoFile":"readme.txt","exeKind":"ZIP","files":[{"name":"a.tr4","size":7}],"useWads":[["x.tom","y"]]})");
-    EXPECT_EQ(Json({"config", "C:\\none.cfg"}).lines.front(),
-              R"({"event":"message","style":"critical","text":"Config file 'C:\\none.cfg' not found"})");
+    EXPECT_EQ(
+        Json({"config", "C:\\none.cfg"}).lines.front(),
+        R"({"event":"message","id":970,"style":"critical","text":"Config file 'C:\\none.cfg' not found"})");
 }
 
 TEST_F(IntakeCommands, RemoveAsksAndTakesTheLevelOut) {

@@ -55,11 +55,11 @@ std::optional<std::string> ScriptedUser::Take(const std::string& text) {
     return std::nullopt;
 }
 
-void ScriptedUser::Message(MessageStyle style, const std::string& text) {
+void ScriptedUser::Message(MessageStyle style, const MessageText& text) {
     told_.push_back(std::string(StyleName(style)) + ": " + text);
 }
 
-Answer ScriptedUser::Ask(Buttons, MessageStyle, const std::string& text) {
+Answer ScriptedUser::Ask(Buttons, MessageStyle, const MessageText& text) {
     static const std::map<std::string, Answer> answers = {
         {"yes", Answer::Yes},     {"no", Answer::No},       {"ok", Answer::Ok},
         {"abort", Answer::Abort}, {"retry", Answer::Retry}, {"ignore", Answer::Ignore}};
@@ -67,7 +67,7 @@ Answer ScriptedUser::Ask(Buttons, MessageStyle, const std::string& text) {
     return answer ? answers.at(*answer) : Answer::Cancel;
 }
 
-std::optional<std::string> ScriptedUser::Input(const std::string& title, const std::string& text,
+std::optional<std::string> ScriptedUser::Input(const std::string& title, const MessageText& text,
                                                const std::string&) {
     return Take(title + "\n" + text);
 }
@@ -82,7 +82,7 @@ std::optional<std::string> ScriptedUser::SaveFile(const FileDialog& dialog) {
     return Take(dialog.title);
 }
 
-std::optional<std::string> ScriptedUser::ChooseFolder(const std::string& caption, const std::string& start) {
+std::optional<std::string> ScriptedUser::ChooseFolder(const MessageText& caption, const std::string& start) {
     last_start = start;
     return Take(caption);
 }

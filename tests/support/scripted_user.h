@@ -26,13 +26,13 @@ class ScriptedUser final : public User {
     const std::vector<std::string>& Shown() const { return shown_; }
     void Forget();
 
-    void Message(MessageStyle style, const std::string& text) override;
-    Answer Ask(Buttons buttons, MessageStyle style, const std::string& text) override;
-    std::optional<std::string> Input(const std::string& title, const std::string& text,
+    void Message(MessageStyle style, const MessageText& text) override;
+    Answer Ask(Buttons buttons, MessageStyle style, const MessageText& text) override;
+    std::optional<std::string> Input(const std::string& title, const MessageText& text,
                                      const std::string& initial) override;
     std::optional<std::string> OpenFile(const FileDialog& dialog) override;
     std::optional<std::string> SaveFile(const FileDialog& dialog) override;
-    std::optional<std::string> ChooseFolder(const std::string& caption, const std::string& start) override;
+    std::optional<std::string> ChooseFolder(const MessageText& caption, const std::string& start) override;
     std::string ShowForm(const ChoiceForm& form) override;
     void OpenProgress(BarPlace dialog, const std::string& caption) override;
     void CloseProgress(BarPlace) override {}

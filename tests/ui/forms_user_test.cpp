@@ -48,10 +48,10 @@ class FormsUserPort : public UiHome<TestHome> {
         std::vector<Answer> answers;
         for (const std::string& button : buttons) {
             robot.WillPress("Well?", button);
-            answers.push_back(forms.Ask(kind, MessageStyle::Question, "Well?"));
+            answers.push_back(forms.Ask(kind, MessageStyle::Question, MessageText("Well?")));
         }
         robot.Will("Well?", [](QWidget* window) { QTest::keyClick(window, Qt::Key_Escape); });
-        answers.push_back(forms.Ask(kind, MessageStyle::Question, "Well?"));
+        answers.push_back(forms.Ask(kind, MessageStyle::Question, MessageText("Well?")));
         return answers;
     }
 };
@@ -68,7 +68,7 @@ TEST_F(FormsUserPort, ShowsMessagesInFourStyles) {
         std::vector<std::string> buttons;
         QMessageBox::Icon icon{};
         WillLookAtBox("Look", buttons, icon, "OK");
-        forms.Message(style, "Look\r\nhere");
+        forms.Message(style, MessageText("Look\r\nhere"));
         EXPECT_EQ(icon, expected);
         EXPECT_THAT(buttons, ElementsAre("OK"));
     }
@@ -80,15 +80,15 @@ TEST_F(FormsUserPort, ShowsMarkUpAsItStands) {
         EXPECT_EQ(qobject_cast<QMessageBox*>(window)->textFormat(), Qt::PlainText);
         Press(window, "OK");
     });
-    forms.Message(MessageStyle::Plain, "<b>level</b>");
+    forms.Message(MessageStyle::Plain, MessageText("<b>level</b>"));
 }
 
 TEST_F(FormsUserPort, SaysTheDemoOnceInATitle) {
     forms.SetFirstTitle(QStringLiteral("A sandbox"));
     robot.WillPress("one", "OK");
-    forms.Message(MessageStyle::Plain, "one");
+    forms.Message(MessageStyle::Plain, MessageText("one"));
     robot.WillPress("two", "OK");
-    forms.Message(MessageStyle::Plain, "two");
+    forms.Message(MessageStyle::Plain, MessageText("two"));
     EXPECT_THAT(robot.Seen(), ElementsAre("MessageBox\nA sandbox\none", "MessageBox\nKelvash\ntwo"));
 }
 
@@ -111,9 +111,9 @@ TEST_F(FormsUserPort, TakesATypedText) {
         dialog->setTextValue(QStringLiteral("Größe"));
         dialog->accept();
     });
-    EXPECT_EQ(forms.Input("Rename", "Type a name", "old"), "Größe");
+    EXPECT_EQ(forms.Input("Rename", MessageText("Type a name"), "old"), "Größe");
     robot.Will("Rename", [](QWidget* window) { window->close(); });
-    EXPECT_EQ(forms.Input("Rename", "Type a name", "old"), std::nullopt);
+    EXPECT_EQ(forms.Input("Rename", MessageText("Type a name"), "old"), std::nullopt);
 }
 
 // --- files and folders ---
@@ -121,23 +121,26 @@ TEST_F(FormsUserPort, TakesATypedText) {
 TEST_F(FormsUserPort, GivesFilesAsPathTexts) {
     MakeFile(drive / "zips/level.zip", "zip");
     robot.WillChooseFile("Choose", drive / "zips/level.zip");
-    EXPECT_EQ(forms.OpenFile({"Choose", "Zip files|*.zip", "C:\\zips", {}}), "C:\\zips\\level.zip");
+    EXPECT_EQ(forms.OpenFile({MessageText("Choose"), "Zip files|*.zip", "C:\\zips", {}}),
+              "C:\\zips\\level.zip");
     robot.Will("Choose", [](QWidget* window) { window->close(); });
-    EXPECT_EQ(forms.OpenFile({"Choose", "Zip files|*.zip", "C:\\zips", {}}), std::nullopt);
+    EXPECT_EQ(forms.OpenFile({MessageText("Choose"), "Zip files|*.zip", "C:\\zips", {}}), std::nullopt);
 }
 
 TEST_F(FormsUserPort, TellsAFileThatNoDriveReaches) {
     MakeFile(drive / "back\\slash.zip", "zip");
     robot.WillChooseFile("Choose", drive / "back\\slash.zip");
     robot.WillPress("No drive reaches this path: " + (drive / "back\\slash.zip").string(), "OK");
-    EXPECT_EQ(forms.OpenFile({"Choose", "Zip files|*.zip", "C:\\", {}}), std::nullopt);
+    EXPECT_EQ(forms.OpenFile({MessageText("Choose"), "Zip files|*.zip", "C:\\", {}}), std::nullopt);
 }
 
 TEST_F(FormsUserPort, CompletesANameToSaveUnder) {
     robot.WillChooseFile("Save", drive / "mine");
-    EXPECT_EQ(forms.SaveFile({"Save", "Archives (*.kva)|*.kva", "C:", "test.kva"}), "C:\\mine.kva");
+    EXPECT_EQ(forms.SaveFile({MessageText("Save"), "Archives (*.kva)|*.kva", "C:", "test.kva"}),
+              "C:\\mine.kva");
     robot.WillChooseFile("Save", drive / "mine.old");
-    EXPECT_EQ(forms.SaveFile({"Save", "Archives (*.kva)|*.kva", "C:", "test.kva"}), "C:\\mine.old");
+    EXPECT_EQ(forms.SaveFile({MessageText("Save"), "Archives (*.kva)|*.kva", "C:", "test.kva"}),
+              "C:\\mine.old");
 }
 
 TEST_F(FormsUserPort, AsksBeforeACompletedNameReplacesAFile) {
@@ -145,10 +148,12 @@ TEST_F(FormsUserPort, AsksBeforeACompletedNameReplacesAFile) {
     robot.WillChooseFile("Save", drive / "mine");
     robot.WillPress("mine.kva already exists", "No");
     robot.Will("Save", [](QWidget* window) { window->close(); });
-    EXPECT_EQ(forms.SaveFile({"Save", "Archives (*.kva)|*.kva", "C:", "test.kva"}), std::nullopt);
+    EXPECT_EQ(forms.SaveFile({MessageText("Save"), "Archives (*.kva)|*.kva", "C:", "test.kva"}),
+              std::nullopt);
     robot.WillChooseFile("Save", drive / "mine");
     robot.WillPress("mine.kva already exists", "Yes");
-    EXPECT_EQ(forms.SaveFile({"Save", "Archives (*.kva)|*.kva", "C:", "test.kva"}), "C:\\mine.kva");
+    EXPECT_EQ(forms.SaveFile({MessageText("Save"), "Archives (*.kva)|*.kva", "C:", "test.kva"}),
+              "C:\\mine.kva");
 }
 
 TEST_F(FormsUserPort, WritesFiltersAsQtDoes) {
