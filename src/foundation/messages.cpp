@@ -45,6 +45,32 @@ MessageText LoadMessage(MessageId id, const MessageArgs& args) {
     return {id, std::move(text)};
 }
 
+std::optional<Harm> HarmOf(MessageId id) {
+    switch (id) {
+#define KELVASH_MESSAGE(name, id, text)
+#define KELVASH_QUESTION(name, id, text, harm) \
+    case MessageId::name:                      \
+        return Harm::harm;
+#include "foundation/message_table.inc"
+#undef KELVASH_MESSAGE
+        default:
+            return std::nullopt;
+    }
+}
+
+bool AsksPassword(MessageId id) {
+    switch (id) {
+#define KELVASH_MESSAGE(name, id, text)
+#define KELVASH_PASSWORD(name, id, text) \
+    case MessageId::name:                \
+        return true;
+#include "foundation/message_table.inc"
+#undef KELVASH_MESSAGE
+        default:
+            return false;
+    }
+}
+
 bool LoadMessageTable(std::string_view path) {
     const std::optional<std::string> file = ReadFileBytes(path);
     if (!file) return false;

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,6 +35,14 @@ inline constexpr const char* kLineBreak = "\r\n";
 // and empty lines are skipped. Ids that the file lacks keep their text. False, with nothing changed, if the
 // file can't be read or a line is none of these.
 [[nodiscard]] bool LoadMessageTable(std::string_view path);
+// Which answers to a question can lose something that the user has, or go on for ever when nobody is there.
+// Ok and Retry count as yes; No, Cancel and Abort as no.
+enum class Harm { NothingLoses, YesLoses, NoLoses, AnyLoses };
+// Nothing for a message that begins no question.
+std::optional<Harm> HarmOf(MessageId id);
+// True for a message that asks for a password: what is typed is neither shown nor told.
+bool AsksPassword(MessageId id);
+
 // Back to the built-in texts.
 void ResetMessages();
 

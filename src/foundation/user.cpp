@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "foundation/messages.h"
+
 namespace kelvash {
 
 namespace {
@@ -11,10 +13,8 @@ namespace {
 class AbsentUser final : public User {
   public:
     void Message(MessageStyle, const MessageText&) override {}
-    Answer Ask(Buttons buttons, MessageStyle, const MessageText&) override {
-        return buttons == Buttons::AbortRetryIgnore ? Answer::Abort
-               : buttons == Buttons::YesNo          ? Answer::No
-                                                    : Answer::Cancel;
+    Answer Ask(Buttons buttons, MessageStyle, const MessageText& text) override {
+        return HarmlessAnswer(buttons, text);
     }
     std::optional<std::string> Input(const std::string&, const MessageText&, const std::string&) override {
         return std::nullopt;
@@ -34,6 +34,32 @@ class AbsentUser final : public User {
     bool StopRequested() override { return false; }
 };
 
+Answer AffirmativeOf(Buttons buttons) {
+    switch (buttons) {
+        case Buttons::YesNo:
+        case Buttons::YesNoCancel:
+            return Answer::Yes;
+        case Buttons::OkCancel:
+            return Answer::Ok;
+        case Buttons::AbortRetryIgnore:
+            return Answer::Retry;
+    }
+    return Answer::None;
+}
+
+Answer DecliningOf(Buttons buttons) {
+    switch (buttons) {
+        case Buttons::YesNo:
+            return Answer::No;
+        case Buttons::YesNoCancel:
+        case Buttons::OkCancel:
+            return Answer::Cancel;
+        case Buttons::AbortRetryIgnore:
+            return Answer::Abort;
+    }
+    return Answer::None;
+}
+
 User*& CurrentUser() {
     static User* user = nullptr;
     return user;
@@ -48,6 +74,25 @@ User& TheUser() {
 
 User* SetUser(User* user) {
     return std::exchange(CurrentUser(), user);
+}
+
+Answer HarmlessAnswer(Buttons buttons, const MessageText& question) {
+    // A third button leaves all as it is.
+    if (buttons == Buttons::YesNoCancel) return Answer::Cancel;
+    switch (HarmOf(question.id).value_or(Harm::YesLoses)) {
+        case Harm::AnyLoses:
+            return Answer::None;
+        case Harm::NoLoses:
+            return AffirmativeOf(buttons);
+        default:
+            return DecliningOf(buttons);
+    }
+}
+
+Answer WillingAnswer(Buttons buttons, const MessageText& question) {
+    const Harm harm = HarmOf(question.id).value_or(Harm::YesLoses);
+    if (harm == Harm::NothingLoses || harm == Harm::NoLoses) return AffirmativeOf(buttons);
+    return HarmlessAnswer(buttons, question);
 }
 
 void ShowMessage(MessageStyle style, const MessageText& text) {

@@ -16,7 +16,9 @@ namespace kelvash {
 
 enum class MessageStyle { Critical, Question, Exclamation, Plain };
 enum class Buttons { YesNo, YesNoCancel, OkCancel, AbortRetryIgnore };
-enum class Answer { Yes, No, Ok, Cancel, Abort, Retry, Ignore };
+// None: nobody answered a question of which every answer can lose something. Whoever asked leaves all as it
+// is.
+enum class Answer { Yes, No, Ok, Cancel, Abort, Retry, Ignore, None };
 
 // What a common file dialog shows. The filter is in the pipe form "Text (*.x)|*.x"; `folder` is where it
 // starts; `name` is the proposed file name.
@@ -54,7 +56,8 @@ class User {
     virtual ~User() = default;
 
     virtual void Message(MessageStyle style, const MessageText& text) = 0;
-    // One of the answers that the buttons offer.
+    // One of the answers that the buttons offer, or None. The text begins with a question of the message
+    // table.
     virtual Answer Ask(Buttons buttons, MessageStyle style, const MessageText& text) = 0;
     // The typed text; nothing on cancel.
     virtual std::optional<std::string> Input(const std::string& title, const MessageText& text,
@@ -88,7 +91,14 @@ User& TheUser();
 // Puts another port in use and gives the old one; null puts the harmless one back. The caller owns both.
 User* SetUser(User* user);
 
-// Shorthands for the commonest calls.
+// The answer for a question that nobody answers, or whose window is closed: one that can lose nothing, by the
+// message table; None where each can.
+Answer HarmlessAnswer(Buttons buttons, const MessageText& question);
+// The affirmative answer where it can lose nothing, else the harmless one: the default of a window.
+Answer WillingAnswer(Buttons buttons, const MessageText& question);
+
+// Shorthands for the commonest calls. AskYesNo is false for None, so it isn't for questions whose No can lose
+// something.
 void ShowMessage(MessageStyle style, const MessageText& text);
 void TellCritical(const MessageText& text);
 bool AskYesNo(MessageStyle style, const MessageText& text);

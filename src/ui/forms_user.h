@@ -61,7 +61,13 @@ class FormsUser final : public QObject, public User {
     bool eventFilter(QObject* watched, QEvent* event) override;
     QWidget* ParentOfBoxes() const;
     QString TakeTitle();
-    int RunBox(MessageStyle style, const std::string& text, int buttons, int harmless);
+    // What a box offers (Qt's flags), what Enter means, and closing it.
+    struct BoxButtons {
+        int offered;
+        Answer willing;
+        Answer harmless;
+    };
+    int RunBox(MessageStyle style, const std::string& text, const BoxButtons& buttons);
     std::optional<std::string> PathOfFile(const QString& chosen);
     Progress* Find(BarPlace place);
     void Show(Progress& progress);

@@ -41,7 +41,7 @@ TEST(MessageTable, EveryNameIsUnique) {
 TEST(MessageTable, IdsAreWithinTheTable) {
     for (const MessageEntry& entry : MessageTable()) {
         EXPECT_GE(static_cast<int>(entry.id), 102) << entry.name;
-        EXPECT_LE(static_cast<int>(entry.id), 2937) << entry.name;
+        EXPECT_LE(static_cast<int>(entry.id), 3999) << entry.name;
     }
 }
 
@@ -164,6 +164,19 @@ TEST_F(MessageFile, ASecondFileStartsFromTheBuiltInTexts) {
     EXPECT_EQ(LoadMessage(MessageId::kGigabytes, {}), " Gb");
     ResetMessages();
     EXPECT_EQ(LoadMessage(MessageId::kBreakUser, {}), "Break user");
+}
+
+TEST(MessageTable, AQuestionSaysWhichOfItsAnswersCanLoseSomething) {
+    EXPECT_EQ(HarmOf(MessageId::kReplaceFile), Harm::YesLoses);
+    EXPECT_EQ(HarmOf(MessageId::kEqualQuestion), Harm::NoLoses);
+    EXPECT_EQ(HarmOf(MessageId::kArchiveChangedQuestion), Harm::AnyLoses);
+    EXPECT_EQ(HarmOf(MessageId::kExportShotsQuestion), Harm::NothingLoses);
+    EXPECT_EQ(HarmOf(MessageId::kBreakUser), std::nullopt);
+}
+
+TEST(MessageTable, KnowsWhatAsksForAPassword) {
+    EXPECT_TRUE(AsksPassword(MessageId::kZipPassword));
+    EXPECT_FALSE(AsksPassword(MessageId::kRenameTr4Input));
 }
 
 } // namespace

@@ -57,6 +57,43 @@ TEST(AbsentUser, TakesTheHarmlessWay) {
     EXPECT_FALSE(user.StopRequested());
 }
 
+struct Answers {
+    Answer harmless;
+    Answer willing;
+    bool operator==(const Answers&) const = default;
+};
+
+Answers AnswersTo(Buttons buttons, MessageId question) {
+    const MessageText text = LoadMessage(question, {});
+    return {HarmlessAnswer(buttons, text), WillingAnswer(buttons, text)};
+}
+
+TEST(QuestionAnswers, AYesThatCanLoseSomethingIsNeverGivenForNobody) {
+    const Answers no{Answer::No, Answer::No};
+    EXPECT_EQ(AnswersTo(Buttons::YesNo, MessageId::kRemoveQuestion), no);
+    EXPECT_EQ(AnswersTo(Buttons::YesNo, MessageId::kReplaceFile), no);
+    EXPECT_EQ(AnswersTo(Buttons::YesNo, MessageId::kBreakUser), no) << "no question of the table";
+}
+
+TEST(QuestionAnswers, ANoThatCanLoseSomethingIsNeverGivenForNobody) {
+    const Answers yes{Answer::Yes, Answer::Yes};
+    EXPECT_EQ(AnswersTo(Buttons::YesNo, MessageId::kEqualQuestion), yes);
+}
+
+TEST(QuestionAnswers, WhereNothingIsLostTheWillingOneAffirms) {
+    EXPECT_EQ(AnswersTo(Buttons::YesNo, MessageId::kAddSubFolders), (Answers{Answer::No, Answer::Yes}));
+    EXPECT_EQ(AnswersTo(Buttons::OkCancel, MessageId::kTomQuestion), (Answers{Answer::Cancel, Answer::Ok}));
+}
+
+TEST(QuestionAnswers, WhereEachCanLoseSomethingThereIsNone) {
+    const Answers none{Answer::None, Answer::None};
+    for (const MessageId question :
+         {MessageId::kFullBackupQuestion, MessageId::kOriginalNeeded, MessageId::kArchiveChangedQuestion}) {
+        EXPECT_EQ(AnswersTo(Buttons::YesNo, question), none);
+        EXPECT_EQ(AnswersTo(Buttons::YesNoCancel, question), (Answers{Answer::Cancel, Answer::Cancel}));
+    }
+}
+
 TEST(UserPort, SetUserGivesTheOldOneBack) {
     BarUser first;
     {
@@ -73,8 +110,8 @@ TEST(UserPort, ShorthandsReachTheUser) {
     test::ScriptedUser user;
     user.WillAnswer("Really", "yes");
     user.WillAnswer("Sure", "no");
-    EXPECT_TRUE(AskYesNo(MessageStyle::Question, MessageText("Really?")));
-    EXPECT_FALSE(AskYesNo(MessageStyle::Question, MessageText("Sure?")));
+    EXPECT_TRUE(AskYesNo(MessageStyle::Question, {MessageId::kRecoverOnCd, "Really?"}));
+    EXPECT_FALSE(AskYesNo(MessageStyle::Question, {MessageId::kRecoverOnCd, "Sure?"}));
     ShowMessage(MessageStyle::Critical, MessageText("Failed"));
     EXPECT_THAT(user.Told(), ElementsAre("critical: Failed"));
 }

@@ -4,12 +4,14 @@
 
 #include <QApplication>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
 
 #include "foundation/drives.h"
+#include "foundation/messages.h"
 #include "support/ui_home.h"
 #include "ui/Dialog_Progress.h"
 #include "ui/Dialog_Wait.h"
@@ -162,6 +164,50 @@ TEST_F(FormsUserPort, WritesFiltersAsQtDoes) {
     EXPECT_EQ(ui::QtFilter("").toStdString(), "");
 }
 
+// --- answers that can lose something ---
+
+TEST_F(FormsUserPort, ABoxOfWhichEachAnswerCanLoseSomethingIsEndedByItsButtonsOnly) {
+    robot.Will("Do you want a full backup?", [](QWidget* window) {
+        QTest::keyClick(window, Qt::Key_Escape);
+        window->close();
+        QTest::keyClick(window, Qt::Key_Return);
+        ASSERT_TRUE(window->isVisible());
+        Press(window, "No");
+    });
+    EXPECT_EQ(forms.Ask(Buttons::YesNo, MessageStyle::Question,
+                        LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak})),
+              Answer::No);
+}
+
+TEST_F(FormsUserPort, EnterNeverGivesALosingAnswer) {
+    const auto enter = [](QWidget* window) { QTest::keyClick(window, Qt::Key_Return); };
+    robot.Will("Are you sure to want remove level", enter);
+    EXPECT_EQ(forms.Ask(Buttons::YesNo, MessageStyle::Question, LoadMessage(MessageId::kRemoveQuestion, {})),
+              Answer::No);
+    robot.Will("also sub folders", enter);
+    EXPECT_EQ(forms.Ask(Buttons::YesNo, MessageStyle::Question, LoadMessage(MessageId::kAddSubFolders, {})),
+              Answer::Yes);
+}
+
+TEST_F(FormsUserPort, EscapeNeverGivesALosingAnswer) {
+    robot.Will("However, would you like add",
+               [](QWidget* window) { QTest::keyClick(window, Qt::Key_Escape); });
+    EXPECT_EQ(forms.Ask(Buttons::YesNo, MessageStyle::Question, LoadMessage(MessageId::kEqualQuestion, {})),
+              Answer::Yes);
+}
+
+TEST_F(FormsUserPort, APasswordIsNotShown) {
+    robot.Will("InputBox", [](QWidget* window) {
+        auto* const field = window->findChild<QLineEdit*>();
+        ASSERT_NE(field, nullptr);
+        EXPECT_EQ(field->echoMode(), QLineEdit::Password);
+        field->setText(QStringLiteral("secret"));
+        qobject_cast<QDialog*>(window)->accept();
+    });
+    EXPECT_EQ(forms.Input("Zip", LoadMessage(MessageId::kZipPassword, {"<b>a.zip</b>", kLineBreak}), {}),
+              "secret");
+}
+
 // --- progress ---
 
 TEST_F(FormsUserPort, ShowsProgressOnceAJobLasts) {
@@ -201,15 +247,29 @@ TEST_F(FormsUserPort, NestsProgressWindows) {
 
 TEST_F(FormsUserPort, ClosingAProgressWindowAsksTheJobToStop) {
     forms.SetPatience(0);
-    forms.OpenProgress(BarPlace::ProgressDialog, "job");
+    forms.OpenProgress(BarPlace::StoppableDialog, "job");
     EXPECT_FALSE(forms.StopRequested());
     Visible<ui::Dialog_Progress>()->close();
     EXPECT_TRUE(forms.StopRequested());
     EXPECT_NE(Visible<ui::Dialog_Progress>(), nullptr) << "it goes when the job has ended";
-    forms.CloseProgress(BarPlace::ProgressDialog);
-    forms.OpenProgress(BarPlace::ProgressDialog, "next job");
+    forms.CloseProgress(BarPlace::StoppableDialog);
+    forms.OpenProgress(BarPlace::StoppableDialog, "next job");
     EXPECT_FALSE(forms.StopRequested());
-    forms.CloseProgress(BarPlace::ProgressDialog);
+    forms.CloseProgress(BarPlace::StoppableDialog);
+}
+
+TEST_F(FormsUserPort, AWindowWithoutAStopButtonCannotBeClosed) {
+    forms.SetPatience(0);
+    for (const BarPlace place : {BarPlace::ProgressDialog, BarPlace::ZipDialog, BarPlace::WaitDialog}) {
+        forms.OpenProgress(place, "job");
+        QWidget* const window = QApplication::activeModalWidget();
+        ASSERT_NE(window, nullptr);
+        QTest::keyClick(window, Qt::Key_Escape);
+        window->close();
+        EXPECT_FALSE(forms.StopRequested());
+        EXPECT_TRUE(window->isVisible());
+        forms.CloseProgress(place);
+    }
 }
 
 TEST_F(FormsUserPort, DropsInputForOtherWindowsWhileAJobPumps) {
