@@ -67,7 +67,7 @@ void CheckLevelFiles(const std::vector<std::int32_t>& codes) {
 
 bool RecoverArchive() {
     ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kRecoverText, {}));
-    AskSaveArchive();
+    if (!AskSaveArchive()) return false;
     const std::optional<std::string> folder =
         TheUser().ChooseFolder(LoadMessage(MessageId::kRecoverFolder, {}), archive.Header.SecondaryFolder);
     if (!folder) return false;

@@ -17,11 +17,13 @@ using core::BackupFolder;
 
 enum class Kind { Full, Compact };
 
-Kind AskKind() {
-    return AskYesNo(MessageStyle::Question,
-                    LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak}))
-               ? Kind::Full
-               : Kind::Compact;
+// Nothing if nobody says.
+std::optional<Kind> AskKind() {
+    const Answer answer =
+        TheUser().Ask(Buttons::YesNo, MessageStyle::Question,
+                      LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak}));
+    if (answer == Answer::None) return std::nullopt;
+    return answer == Answer::Yes ? Kind::Full : Kind::Compact;
 }
 
 bool EnoughRoom(std::int64_t needed) {
@@ -97,10 +99,12 @@ bool BackupIsValid() {
 
 std::string AskOriginalConfiguration() {
     const std::string trle = core::TrleFolder();
-    if (AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kOriginalNeeded, {}) + kLineBreak +
-                                             LoadMessage(MessageId::kOriginalQuestion, {trle}) + kLineBreak +
-                                             LoadMessage(MessageId::kOriginalNote, {})))
-        return trle;
+    const Answer answer = TheUser().Ask(Buttons::YesNo, MessageStyle::Question,
+                                        LoadMessage(MessageId::kOriginalNeeded, {}) + kLineBreak +
+                                            LoadMessage(MessageId::kOriginalQuestion, {trle}) + kLineBreak +
+                                            LoadMessage(MessageId::kOriginalNote, {}));
+    if (answer == Answer::Yes) return trle;
+    if (answer == Answer::None) return {};
     TellCritical(LoadMessage(MessageId::kOriginalTips, {kLineBreak}));
     TellCritical(LoadMessage(MessageId::kOriginalSetupAgain, {kLineBreak, kLineBreak}));
     return {};
@@ -110,10 +114,11 @@ bool CreateBackup(bool force_full) {
     if (!force_full && BackupIsValid()) return true;
     const std::string trle = AskOriginalConfiguration();
     if (trle.empty()) return false;
-    const Kind kind = force_full ? Kind::Full : AskKind();
-    const std::int64_t needed = force_full ? 0 : kind == Kind::Full ? kFullBackupRoom : kCompactBackupRoom;
+    const std::optional<Kind> kind = force_full ? Kind::Full : AskKind();
+    if (!kind) return false;
+    const std::int64_t needed = force_full ? 0 : *kind == Kind::Full ? kFullBackupRoom : kCompactBackupRoom;
     if (!EnoughRoom(needed)) return false;
-    return kind == Kind::Full ? CopyFull(trle, !force_full) : CopyCompact(trle);
+    return *kind == Kind::Full ? CopyFull(trle, !force_full) : CopyCompact(trle);
 }
 
 void RefreshFullBackup() {
