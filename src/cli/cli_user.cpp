@@ -27,7 +27,15 @@ constexpr std::array<Word, 7> kWords = {{{"yes", Answer::Yes},
                                          {"retry", Answer::Retry},
                                          {"ignore", Answer::Ignore}}};
 
-// The buttons of a question, the harmless one last.
+// What stands for a password that was given.
+constexpr const char* kHiddenPassword = "***";
+
+// Questions whose No means that what the command is for isn't done.
+constexpr std::array<MessageId, 7> kPermissions = {
+    {MessageId::kOriginalNeeded, MessageId::kBackupNoRoom, MessageId::kZipNoRoom, MessageId::kZipTooLarge,
+     MessageId::kRemoveQuestion, MessageId::kEqualQuestion, MessageId::kEqualFound}};
+
+// The buttons of a question, the affirming one first.
 struct ButtonSet {
     std::string_view name;
     std::vector<Answer> offered;
@@ -99,8 +107,8 @@ std::optional<std::string> PathOf(const std::optional<std::string>& answer, cons
 
 } // namespace
 
-CliUser::CliUser(OutputMode mode, Fallback fallback, std::vector<AnswerEntry> answers)
-    : mode_(mode), fallback_(fallback), answers_(std::move(answers)) {}
+CliUser::CliUser(const Behaviour& behaviour, std::vector<AnswerEntry> answers)
+    : behaviour_(behaviour), answers_(std::move(answers)) {}
 
 void CliUser::Preset(std::vector<AnswerEntry> entries) {
     presets_ = std::move(entries);
@@ -112,65 +120,92 @@ bool CliUser::PresetUsed(MessageId id) const {
 }
 
 void CliUser::Tell(const ordered_json& event) {
-    std::cout << JsonText(event) << '\n' << std::flush;
+    if (!behaviour_.quiet) std::cout << JsonText(event) << '\n' << std::flush;
+}
+
+void CliUser::Print(const std::string& line) {
+    if (!behaviour_.quiet) PrintLine(line);
 }
 
 bool CliUser::TellResult(const Result& result) {
     if (IsPlain()) {
         FinishBar();
         std::cout << ResultLines(result) << std::flush;
+        if (!result.ok) PrintError(LoadMessage(MessageId::kCliFailed, {}));
     } else {
         std::cout << ResultEvent(result) << '\n' << std::flush;
     }
     return std::cout.good();
 }
 
-std::optional<std::string> CliUser::AnswerTo(const Box& box) {
+std::optional<std::string> CliUser::AnswerTo(const Box& box, const std::string& otherwise) {
+    if (Interrupted()) return std::nullopt;
     std::optional<std::string> answer = TakeAnswer(presets_, box.signs);
     if (!answer) answer = TakeAnswer(answers_, box.signs);
-    if (!answer && fallback_ == Fallback::Terminal) return AskLine(box.prompt);
-    if (IsPlain()) PrintLine(box.prompt + answer.value_or("-"));
+    if (!answer && !otherwise.empty()) answer = otherwise;
+    if (!answer && behaviour_.fallback == Fallback::Terminal) return AskLine(box.prompt, box.password);
+    if (IsPlain()) Print(box.prompt + (answer && box.password ? kHiddenPassword : answer.value_or("-")));
     return answer;
 }
 
 void CliUser::Message(MessageStyle style, const MessageText& text) {
-    told_ = true;
-    if (IsPlain())
-        PrintLine((style == MessageStyle::Critical ? "! " : "") + text);
-    else
+    told_.insert(text.id);
+    const bool failure = style == MessageStyle::Critical;
+    if (failure) ++failures_;
+    if (!IsPlain())
         Tell(
             {{"event", "message"}, {"id", IdOrNull(text)}, {"style", StyleName(style)}, {"text", text.text}});
+    else if (failure)
+        PrintError("! " + text);
+    else
+        Print(text);
+}
+
+Answer CliUser::Decide(Buttons buttons, const MessageText& text, const Box& box) {
+    const std::vector<Answer> offered = SetOf(buttons).offered;
+    const Answer harmless = HarmlessAnswer(buttons, text);
+    const Answer willing = WillingAnswer(buttons, text);
+    const bool affirm = behaviour_.yes && willing == offered.front();
+    while (const std::optional<std::string> typed = AnswerTo(box, affirm ? WordOf(willing) : std::string())) {
+        const auto found = std::find_if(offered.begin(), offered.end(), [&](Answer answer) {
+            return EqualNoCase(WordOf(answer), Trim(*typed));
+        });
+        if (found != offered.end()) return *found;
+        PrintError(LoadMessage(MessageId::kCliNoSuchAnswer, {*typed, Choices(offered)}));
+        if (behaviour_.fallback == Fallback::Harmless) break;
+    }
+    return harmless;
+}
+
+void CliUser::NoteAnswer(const MessageText& question, Answer answer) {
+    if (answer == Answer::None) {
+        unanswered_ = true;
+        PrintError(LoadMessage(MessageId::kCliNoAnswer, {}) + question.text);
+    }
+    const bool declined = answer == Answer::No || answer == Answer::Cancel;
+    if (declined && std::find(kPermissions.begin(), kPermissions.end(), question.id) != kPermissions.end())
+        refused_ = true;
 }
 
 Answer CliUser::Ask(Buttons buttons, MessageStyle style, const MessageText& text) {
     const ButtonSet set = SetOf(buttons);
-    const Box box{{text.id, {text}}, text + "\n" + Choices(set.offered)};
-    Answer chosen = set.offered.back();
-    while (const std::optional<std::string> typed = AnswerTo(box)) {
-        const auto found = std::find_if(set.offered.begin(), set.offered.end(), [&](Answer offered) {
-            return EqualNoCase(WordOf(offered), Trim(*typed));
-        });
-        if (found != set.offered.end()) {
-            chosen = *found;
-            break;
-        }
-        std::cerr << LoadMessage(MessageId::kCliNoSuchAnswer, {*typed, Choices(set.offered)}).text << '\n';
-        if (fallback_ == Fallback::Harmless) break;
-    }
+    const Answer chosen = Decide(buttons, text, {{text.id, {text}}, text + "\n" + Choices(set.offered)});
     if (!IsPlain())
         Tell({{"event", "ask"},
               {"id", IdOrNull(text)},
               {"buttons", set.name},
               {"style", StyleName(style)},
               {"text", text.text},
-              {"answer", WordOf(chosen)}});
+              {"answer", chosen == Answer::None ? ordered_json(nullptr) : ordered_json(WordOf(chosen))}});
+    NoteAnswer(text, chosen);
     return chosen;
 }
 
 std::optional<std::string> CliUser::Input(const std::string& title, const MessageText& text,
                                           const std::string& initial) {
+    const bool password = AsksPassword(text.id);
     std::optional<std::string> answer =
-        AnswerTo({{text.id, {title, text}}, title + "\n" + text + " [" + initial + "] "});
+        AnswerTo({{text.id, {title, text}}, title + "\n" + text + " [" + initial + "] ", password});
     if (answer && *answer == "cancel") answer.reset();
     if (answer && *answer == "ok") answer = initial;
     if (!IsPlain())
@@ -179,7 +214,7 @@ std::optional<std::string> CliUser::Input(const std::string& title, const Messag
               {"title", title},
               {"text", text.text},
               {"default", initial},
-              {"answer", OrNull(answer)}});
+              {"answer", OrNull(answer && password ? kHiddenPassword : answer)}});
     return answer;
 }
 
@@ -235,27 +270,29 @@ std::string CliUser::ShowForm(const ChoiceForm& form) {
     return chosen.value_or(std::string());
 }
 
-void CliUser::OpenProgress(BarPlace, const std::string& caption) {
+void CliUser::OpenProgress(BarPlace dialog, const std::string& caption) {
+    if (dialog == BarPlace::StoppableDialog) ++stoppable_;
     if (!IsPlain())
         Tell({{"event", "progress"}, {"caption", caption}});
     else if (!caption.empty())
-        PrintLine(caption);
+        Print(caption);
 }
 
-void CliUser::CloseProgress(BarPlace) {
+void CliUser::CloseProgress(BarPlace dialog) {
+    if (dialog == BarPlace::StoppableDialog && stoppable_ > 0) --stoppable_;
     if (IsPlain()) FinishBar();
 }
 
 void CliUser::SetLabel(BarPlace, const std::string& text) {
-    if (IsPlain() && !text.empty()) PrintLine("  " + text);
+    if (IsPlain() && !text.empty()) Print("  " + text);
 }
 
 void CliUser::SetBar(BarPlace, int percent) {
-    if (IsPlain()) PrintBar(percent);
+    if (IsPlain() && !behaviour_.quiet) PrintBar(percent);
 }
 
 bool CliUser::StopRequested() {
-    return Interrupted();
+    return stoppable_ > 0 && Interrupted();
 }
 
 } // namespace kelvash::cli

@@ -97,7 +97,7 @@ Result Status(Session& session) {
                      {"levels", core::archive.Header.LevelCount},
                      {"installed", swap::CurrentLevelCode()},
                      {"fullBackup", core::profile.FullBackup}};
-    core::AskSaveArchive();
+    result.ok = core::AskSaveArchive() && result.ok;
     return result;
 }
 
@@ -143,14 +143,10 @@ Result Save(Session& session) {
 
 Result SaveAs(Session& session) {
     std::string path;
-    if (!TakeHome(session, MissingHome::Refuse) || !TakePath(session.options.path, path))
+    if (!TakeHome(session, MissingHome::Refuse) || !TakeTarget(session.options, path))
         return ArchiveResult(false);
     session.user.Preset({{.id = MessageId::kSaveArchiveTitle, .answer = path}});
-    bool saved = StartUpWithArchive(session, {});
-    if (saved && !core::SaveArchiveAs()) {
-        TellCritical(LoadMessage(MessageId::kErrorSavingArchiveMenu, {}) + path);
-        saved = false;
-    }
+    const bool saved = StartUpWithArchive(session, {}) && core::SaveArchiveAs();
     return ArchiveResult(EndSession(session) && saved);
 }
 

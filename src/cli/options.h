@@ -13,6 +13,10 @@ struct Options {
     std::vector<std::string> drives; // "L=DIR[,cdrom]"
     std::string answers;             // file; empty for none
     bool json = false;
+    bool yes = false;
+    bool no_input = false;
+    bool quiet = false;
+    bool force = false; // of 'export' and 'save-as': replaces a file that is there
     std::string command;
 
     // Arguments of the commands that have them.
@@ -37,6 +41,8 @@ struct Options {
 inline constexpr int kDone = 0;
 inline constexpr int kFailed = 1;
 inline constexpr int kWrongUsage = 2;
+inline constexpr int kRefused = 3;
+inline constexpr int kStopped = 130;
 
 // Fills the options from the words behind the program's name. Nothing if there is a command to run; otherwise
 // the exit status, after help on stdout or a complaint on stderr.

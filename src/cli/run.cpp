@@ -17,8 +17,16 @@ int Complain(const std::string& fault) {
 }
 
 // What an answers file leaves open is harmless; without one a person may be there to ask.
-Fallback FallbackOf(const Options& options) {
-    return options.json || !options.answers.empty() ? Fallback::Harmless : Fallback::Terminal;
+Behaviour BehaviourOf(const Options& options) {
+    const bool asks = !options.json && !options.no_input && options.answers.empty();
+    return {options.json ? OutputMode::Json : OutputMode::Plain,
+            asks ? Fallback::Terminal : Fallback::Harmless, options.yes, options.quiet};
+}
+
+int StatusOf(const Result& result, const CliUser& user) {
+    if (Interrupted()) return kStopped;
+    if (result.ok) return kDone;
+    return user.IsRefused() ? kRefused : kFailed;
 }
 
 } // namespace
@@ -36,15 +44,16 @@ int Run(std::vector<std::string> words) {
     if (home.empty()) return Complain("--home " + options.home + ": no such drive");
 
     CatchInterrupt();
-    CliUser user(options.json ? OutputMode::Json : OutputMode::Plain, FallbackOf(options),
-                 std::move(answers));
+    CliUser user(BehaviourOf(options), std::move(answers));
     SetUser(&user);
     Session session{options, user, home};
-    const Result result = RunCommand(session);
+    Result result = RunCommand(session);
+    if (user.IsUnanswered()) result.ok = false;
     const bool told = user.TellResult(result);
     SetUser(nullptr);
-    if (!told) std::cerr << "kelvash-cli: the output can't be written\n";
-    return result.ok && told ? kDone : kFailed;
+    if (told) return StatusOf(result, user);
+    std::cerr << "kelvash-cli: the output can't be written\n";
+    return Interrupted() ? kStopped : kFailed;
 }
 
 } // namespace kelvash::cli

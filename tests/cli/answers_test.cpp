@@ -116,11 +116,27 @@ TEST_F(AnswersFile, NativePathsAreTakenInDialogs) {
     EXPECT_THAT(run.lines.at(2), EndsWith(R"("answer":"C:\\away.kva"})"));
 }
 
+TEST_F(AnswersFile, WithoutAnAnswerAQuestionThatCanLoseEitherWayEndsTheCommand) {
+    MakeTrle(drive / "trle");
+    for (const char* yes : {"--no-input", "--yes"}) {
+        const CliRun run =
+            Json({yes, "save", "--answers", Answers(R"([{"when":"Dialog_TrovaTrle","answer":"C:\\trle"}])")});
+        EXPECT_EQ(run.status, 3) << run.Output();
+        EXPECT_THAT(run.lines, testing::Contains(testing::AllOf(StartsWith(R"({"event":"ask","id":440,)"),
+                                                                EndsWith(R"("answer":null})"))));
+        EXPECT_THAT(run.errors, HasSubstr("This question needs an answer, and none was given: "));
+    }
+    EXPECT_FALSE(Exists(home / "backup_trle"));
+}
+
 TEST_F(AnswersFile, JsonModeNeverReadsWhatIsTyped) {
     const CliRun run = Bare({"--json", "--home", home.string(), "--drive", "C=" + drive.string(), "save"},
                             "C:\\none\nC:\\none\n");
     EXPECT_THAT(run.lines, ElementsAre(kFormCancelled, kNoTrle, kSaveFailed));
 }
+
+constexpr const char* kNoTrleErrors =
+    "! This program cann't run without Tomb Raider Level Editor\nNow, Kelvash ends\nFailed\n";
 
 class PlainMode : public CliHome {};
 
@@ -129,28 +145,40 @@ TEST_F(PlainMode, AsksInTheTerminal) {
     fs::rename(home / "LevelArchive.kva", drive / "away.kva");
     const CliRun run = Plain({"save"}, "what?\nYES\nC:\\away.kva\n");
     EXPECT_EQ(run.status, 0) << run.Output();
-    EXPECT_THAT(run.lines, ElementsAre("! Last archive not found: C:\\Kelvash\\LevelArchive.kva",
-                                       "Do you want load a different archive?",
+    EXPECT_THAT(run.lines, ElementsAre("Do you want load a different archive?",
                                        "[yes/no] Do you want load a different archive?",
                                        "[yes/no] Load Tomb Raider Level Archive [] Archive: C:\\away.kva"));
-    EXPECT_EQ(run.errors, "'what?' is no answer here: [yes/no] \n");
+    EXPECT_EQ(run.errors,
+              "! Last archive not found: C:\\Kelvash\\LevelArchive.kva\n"
+              "'what?' is no answer here: [yes/no] \n");
 }
 
 TEST_F(PlainMode, TakesTheHarmlessWayAtTheEndOfTheInput) {
     const CliRun run = Plain({"save"});
     EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.lines,
-                ElementsAre("Folder of Tomb Raider Level Editor (Dialog_TrovaTrle)", "[Pul_Ok/Pul_Cancel]  ",
-                            "! This program cann't run without Tomb Raider Level Editor", "Now, Kelvash ends",
-                            "Archive: ", "Failed"));
+    EXPECT_THAT(run.lines, ElementsAre("Folder of Tomb Raider Level Editor (Dialog_TrovaTrle)",
+                                       "[Pul_Ok/Pul_Cancel]  ", "Archive: "));
+    EXPECT_EQ(run.errors, kNoTrleErrors);
 }
 
 TEST_F(PlainMode, WithAnAnswersFileNothingIsAsked) {
     const CliRun run = Plain({"save", "--answers", Answers("[]")}, "C:\\none\n");
-    EXPECT_THAT(run.lines,
-                ElementsAre("Folder of Tomb Raider Level Editor (Dialog_TrovaTrle)", "[Pul_Ok/Pul_Cancel]  -",
-                            "! This program cann't run without Tomb Raider Level Editor", "Now, Kelvash ends",
-                            "Archive: ", "Failed"));
+    EXPECT_THAT(run.lines, ElementsAre("Folder of Tomb Raider Level Editor (Dialog_TrovaTrle)",
+                                       "[Pul_Ok/Pul_Cancel]  -", "Archive: "));
+    EXPECT_EQ(run.errors, kNoTrleErrors);
+}
+
+TEST_F(PlainMode, WithoutInputNothingIsAsked) {
+    const CliRun run = Plain({"--no-input", "save"}, "C:\\none\n");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.errors, kNoTrleErrors);
+}
+
+TEST_F(PlainMode, QuietTellsFailuresAndTheResult) {
+    const CliRun run = Plain({"--quiet", "--no-input", "save"});
+    EXPECT_THAT(run.lines, ElementsAre("Archive: "));
+    EXPECT_EQ(run.errors, kNoTrleErrors);
+    EXPECT_THAT(Json({"--quiet", "save"}).lines, ElementsAre(kSaveFailed));
 }
 
 TEST_F(PlainMode, StatusIsAListForAPerson) {

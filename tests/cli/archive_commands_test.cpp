@@ -20,7 +20,7 @@ TEST_F(ArchiveCommands, NewStartsAnotherArchive) {
     EXPECT_THAT(
         run.lines,
         ElementsAre(
-            R"({"event":"folder","id":250,"title":"Select main folder for new archive","filter":"","start":"C:\\LevelFolder2","name":"","answer":"C:\\More"})",
+            R"({"event":"folder","id":250,"title":"Select main folder for new archive","filter":"","start":"C:\\LevelFolder","name":"","answer":"C:\\More"})",
             R"({"event":"progress","caption":"Computing size of archive 'LevelArchive2.kva' in progress..."})",
             R"({"event":"result","ok":true,"archive":"C:\\Kelvash\\LevelArchive2.kva"})"));
     EXPECT_THAT(Json({"status"}).Output(), HasSubstr("LevelArchive2.kva"));
@@ -131,9 +131,12 @@ TEST_F(ArchiveCommands, LoadOfAnEmptyFileOpensNothing) {
     MakeFile(drive / "empty.kva", "");
     const CliRun run = Json({"load", "C:\\empty.kva"});
     EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.lines,
-                ElementsAre(R"({"event":"message","id":2900,"style":"critical","text":"No Archive is open"})",
-                            R"({"event":"result","ok":false,"archive":"C:\\Kelvash\\LevelArchive.kva"})"));
+    EXPECT_THAT(
+        run.lines,
+        ElementsAre(
+            R"({"event":"message","id":289,"style":"critical","text":"Error loading last archive: C:\\empty.kva"})",
+            R"({"event":"ask","id":290,"buttons":"yesno","style":"question","text":"Do you want load a different archive?","answer":"no"})",
+            R"({"event":"result","ok":false,"archive":"C:\\Kelvash\\LevelArchive.kva"})"));
 }
 
 TEST_F(ArchiveCommands, SaveWritesTheFile) {
@@ -171,6 +174,19 @@ TEST_F(ArchiveCommands, SaveAsGoesOnWithTheNewFile) {
     EXPECT_THAT(Json({"status"}).Output(), HasSubstr(R"("archive":"C:\\copy.kva")"));
 }
 
+TEST_F(ArchiveCommands, SaveAsReplacesAFileOnlyByForce) {
+    SetUpHome();
+    MakeFile(drive / "mine.kva", "mine");
+    const CliRun run = Json({"save-as", "C:\\mine.kva"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(
+        run.lines.front(),
+        R"({"event":"message","id":3400,"style":"critical","text":"This file exists already; --force replaces it: C:\\mine.kva"})");
+    EXPECT_EQ(BytesOf(drive / "mine.kva"), "mine");
+    EXPECT_EQ(Json({"save-as", "--force", "C:\\mine.kva"}).status, 0);
+    EXPECT_EQ(BytesOf(drive / "mine.kva"), BytesOf(home / "LevelArchive.kva"));
+}
+
 TEST_F(ArchiveCommands, SaveAsTellsOfAPathThatCannotBeWritten) {
     SetUpHome();
     const CliRun run = Json({"save-as", "C:\\none\\copy.kva"});
@@ -179,6 +195,7 @@ TEST_F(ArchiveCommands, SaveAsTellsOfAPathThatCannotBeWritten) {
         run.lines.at(1),
         R"({"event":"message","id":226,"style":"critical","text":"Error while saving archive: C:\\none\\copy.kva"})");
     EXPECT_EQ(run.lines.back(), R"({"event":"result","ok":false,"archive":"C:\\Kelvash\\LevelArchive.kva"})");
+    EXPECT_EQ(run.lines.size(), 3U) << "a failure is told once";
 }
 
 } // namespace

@@ -175,7 +175,7 @@ TEST_F(Sandbox, AnUnknownCodeIsRefused) {
 TEST_F(Sandbox, AFailedInstallIsTold) {
     fs::remove(levels / "LEVEL_0001" / "FILES" / "gate.tr4");
     const CliRun run = Install("1");
-    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.status, 1) << "no answer would have helped";
     EXPECT_THAT(
         run.lines,
         ElementsAre(
