@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QSet>
+#include <QTextDocument>
 
 namespace kelvash::ui {
 
@@ -65,6 +66,10 @@ QString Caption(MessageId id, const MessageArgs& args) {
 
 QString ShownText(const std::string& text) {
     return FromUtf8(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+}
+
+QString AsToolTip(const QString& text) {
+    return Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
 }
 
 void AssignMnemonics(QWidget* form) {

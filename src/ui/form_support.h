@@ -23,6 +23,9 @@ QString Caption(MessageId id, const MessageArgs& args = {});
 // A text of the logic for a label or a box: line breaks as Qt has them.
 QString ShownText(const std::string& text);
 
+// A name in a tool tip, which takes what looks like mark-up for mark-up.
+QString AsToolTip(const QString& text);
+
 // How long pictures are put off, in milliseconds: what they belong to is painted first.
 inline constexpr int kAfterPainting = 15;
 

@@ -61,8 +61,9 @@ QVariant LevelModel::data(const QModelIndex& index, int role) const {
     const core::LevelListItem& item = core::level_list.Items[static_cast<std::size_t>(place)];
     switch (role) {
         case Qt::DisplayRole:
-        case Qt::ToolTipRole:
             return FromUtf8(item.Text);
+        case Qt::ToolTipRole:
+            return AsToolTip(FromUtf8(item.Text));
         case Qt::DecorationRole:
             return thumbnails_.Of(item.Code);
         case Qt::UserRole:

@@ -4,17 +4,14 @@
 #include <QStyle>
 #include <QTextDocument>
 
+#include "ui/form_support.h"
+
 namespace kelvash::ui {
 
 namespace {
 
 constexpr int kLeastLetters = 24;
 constexpr int kMostLetters = 60;
-
-// A name may look like mark-up.
-QString AsToolTip(const QString& text) {
-    return Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
-}
 
 } // namespace
 
