@@ -349,6 +349,7 @@ TEST_F(StartUpTest, TellsAMissingLastArchiveAndEndsOnANo) {
 }
 
 TEST_F(StartUpTest, TakesADifferentArchive) {
+    user.MayBeTold("Last archive not found: C:\\Kelvash\\gone.kva");
     record.LastArchive = "C:\\Kelvash\\gone.kva";
     LiveIn();
     user.WillAnswer(kDifferent, "yes");
@@ -360,6 +361,7 @@ TEST_F(StartUpTest, TakesADifferentArchive) {
 }
 
 TEST_F(StartUpTest, EndsWhenTheDifferentArchiveIsCancelled) {
+    user.MayBeTold("Last archive not found: C:\\Kelvash\\gone.kva");
     record.LastArchive = "C:\\Kelvash\\gone.kva";
     LiveIn();
     user.WillAnswer(kDifferent, "yes");
@@ -391,6 +393,7 @@ TEST_F(StartUpTest, KeepsARefusedArchiveForTheNextStart) {
 }
 
 TEST_F(StartUpTest, TakesADifferentArchiveForARefusedOne) {
+    user.MayBeTold("not found main folder of current archive");
     LiveIn("X:\\Gone");
     MakeArchive("other.kva", "C:\\Levels");
     user.WillAnswer("Select folder: Gone", "cancel");
