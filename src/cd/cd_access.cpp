@@ -23,7 +23,7 @@ bool HoldsFiles(const std::string& drive, std::int32_t code) {
 }
 
 // What is wrong with a chosen drive; empty if the level's folder is there.
-std::string FaultOf(const std::string& drive, std::int32_t code) {
+MessageText FaultOf(const std::string& drive, std::int32_t code) {
     DriveRecord record;
     if (!DriveInfo(drive, record)) return LoadMessage(MessageId::kCdDriveNotPresent, {drive});
     if (!record.ready) return LoadMessage(MessageId::kCdDriveNotReady, {drive});
@@ -45,9 +45,9 @@ bool AskForDrive(const std::string& start, std::int32_t code) {
                                                        LoadMessage(MessageId::kInsertCd, {}) + number});
         if (chosen.empty() || chosen == cancel) return false;
         const std::string drive = chosen.substr(0, 2);
-        const std::string fault =
+        const MessageText fault =
             chosen == accept ? LoadMessage(MessageId::kNoDriveSelected, {}) : FaultOf(drive, code);
-        if (fault.empty()) {
+        if (fault.text.empty()) {
             TakeReader(drive);
             return true;
         }

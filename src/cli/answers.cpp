@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <fstream>
+#include <limits>
 #include <nlohmann/json.hpp>
 
 namespace kelvash::cli {
@@ -10,6 +11,8 @@ namespace kelvash::cli {
 namespace {
 
 using nlohmann::json;
+
+constexpr std::uint64_t kLargestId = std::numeric_limits<std::int32_t>::max();
 
 // Nothing if the file can't be read.
 std::optional<std::string> BytesOf(const std::filesystem::path& file) {
@@ -28,12 +31,15 @@ std::optional<std::string> BytesOf(const std::filesystem::path& file) {
 std::string AddEntry(const json& value, std::vector<AnswerEntry>& entries) {
     if (!value.is_object()) return "is no object";
     AnswerEntry entry;
-    bool has_when = false;
+    bool has_box = false;
     bool has_answer = false;
     for (const auto& [key, member] : value.items()) {
         if (key == "when" && member.is_string()) {
             entry.when = member.get<std::string>();
-            has_when = true;
+            has_box = true;
+        } else if (key == "id" && member.is_number_unsigned() && member.get<std::uint64_t>() <= kLargestId) {
+            entry.id = MessageId(member.get<std::int32_t>());
+            has_box = true;
         } else if (key == "answer" && member.is_string()) {
             entry.answer = member.get<std::string>();
             has_answer = true;
@@ -43,21 +49,25 @@ std::string AddEntry(const json& value, std::vector<AnswerEntry>& entries) {
             return "has a bad or unknown \"" + key + "\"";
         }
     }
-    if (!has_when || !has_answer) return "lacks \"when\" or \"answer\"";
+    if (!has_box || !has_answer) return "lacks \"when\" or \"id\", or \"answer\"";
+    if (entry.id != kNoMessage && !entry.when.empty()) return "has both \"when\" and \"id\"";
     entries.push_back(std::move(entry));
     return {};
 }
 
+bool Fits(const AnswerEntry& entry, const BoxSigns& box) {
+    if (entry.id != kNoMessage) return entry.id == box.id;
+    return std::any_of(box.shown.begin(), box.shown.end(), [&](std::string_view text) {
+        return text.find(entry.when) != std::string_view::npos;
+    });
+}
+
 } // namespace
 
-std::optional<std::string> TakeAnswer(std::vector<AnswerEntry>& entries,
-                                      std::initializer_list<std::string_view> shown) {
+std::optional<std::string> TakeAnswer(std::vector<AnswerEntry>& entries, const BoxSigns& box) {
     for (AnswerEntry& entry : entries) {
         if (entry.times != 0 && entry.used >= entry.times) continue;
-        const bool fits = std::any_of(shown.begin(), shown.end(), [&](std::string_view text) {
-            return text.find(entry.when) != std::string_view::npos;
-        });
-        if (!fits) continue;
+        if (!Fits(entry, box)) continue;
         ++entry.used;
         return entry.answer;
     }

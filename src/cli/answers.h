@@ -8,18 +8,26 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/message_text.h"
+
 namespace kelvash::cli {
 
 struct AnswerEntry {
-    std::string when;   // part of the text or title of a box, or of a form's name
-    std::string answer; // "yes", "no", "ok", "cancel", "abort", "retry", "ignore", a text or a path
-    int times = 1;      // 0: for ever
+    MessageId id = kNoMessage; // of the box; otherwise `when` says which one is meant
+    std::string when{};        // part of the text or title of a box, or of a form's name
+    std::string answer{};      // "yes", "no", "ok", "cancel", "abort", "retry", "ignore", a text or a path
+    int times = 1;             // 0: for ever
     int used = 0;
 };
 
-// The answer of the first entry that occurs in one of the texts and isn't used up; nothing if there is none.
-std::optional<std::string> TakeAnswer(std::vector<AnswerEntry>& entries,
-                                      std::initializer_list<std::string_view> shown);
+// What is known of a box that asks: its message, and its texts, titles and form's name.
+struct BoxSigns {
+    MessageId id = kNoMessage;
+    std::initializer_list<std::string_view> shown;
+};
+
+// The answer of the first entry that fits a box and isn't used up; nothing if there is none.
+std::optional<std::string> TakeAnswer(std::vector<AnswerEntry>& entries, const BoxSigns& box);
 
 // Adds the entries of an answers file. Gives what is wrong with it; empty if nothing is.
 std::string ReadAnswers(const std::filesystem::path& file, std::vector<AnswerEntry>& entries);

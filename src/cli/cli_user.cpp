@@ -27,7 +27,15 @@ constexpr std::array<Word, 7> kWords = {{{"yes", Answer::Yes},
                                          {"retry", Answer::Retry},
                                          {"ignore", Answer::Ignore}}};
 
-// The buttons of a question, the harmless one last.
+// What stands for a password that was given.
+constexpr const char* kHiddenPassword = "***";
+
+// Questions whose No means that what the command is for isn't done.
+constexpr std::array<MessageId, 7> kPermissions = {
+    {MessageId::kOriginalNeeded, MessageId::kBackupNoRoom, MessageId::kZipNoRoom, MessageId::kZipTooLarge,
+     MessageId::kRemoveQuestion, MessageId::kEqualQuestion, MessageId::kEqualFound}};
+
+// The buttons of a question, the affirming one first.
 struct ButtonSet {
     std::string_view name;
     std::vector<Answer> offered;
@@ -80,6 +88,11 @@ std::string Choices(const std::vector<Answer>& offered) {
     return "[" + Join(words, "/") + "] ";
 }
 
+// A text that is no message of the table has none.
+ordered_json IdOrNull(const MessageText& text) {
+    return text.id == kNoMessage ? ordered_json(nullptr) : ordered_json(static_cast<std::int32_t>(text.id));
+}
+
 ordered_json OrNull(const std::optional<std::string>& text) {
     return text ? ordered_json(*text) : ordered_json(nullptr);
 }
@@ -94,84 +107,114 @@ std::optional<std::string> PathOf(const std::optional<std::string>& answer, cons
 
 } // namespace
 
-CliUser::CliUser(OutputMode mode, Fallback fallback, std::vector<AnswerEntry> answers)
-    : mode_(mode), fallback_(fallback), answers_(std::move(answers)) {}
+CliUser::CliUser(const Behaviour& behaviour, std::vector<AnswerEntry> answers)
+    : behaviour_(behaviour), answers_(std::move(answers)) {}
 
 void CliUser::Preset(std::vector<AnswerEntry> entries) {
     presets_ = std::move(entries);
 }
 
-bool CliUser::PresetUsed(std::string_view when) const {
+bool CliUser::PresetUsed(MessageId id) const {
     return std::any_of(presets_.begin(), presets_.end(),
-                       [&](const AnswerEntry& entry) { return entry.when == when && entry.used > 0; });
+                       [&](const AnswerEntry& entry) { return entry.id == id && entry.used > 0; });
 }
 
 void CliUser::Tell(const ordered_json& event) {
-    std::cout << JsonText(event) << '\n' << std::flush;
+    if (!behaviour_.quiet) std::cout << JsonText(event) << '\n' << std::flush;
+}
+
+void CliUser::Print(const std::string& line) {
+    if (!behaviour_.quiet) PrintLine(line);
 }
 
 bool CliUser::TellResult(const Result& result) {
     if (IsPlain()) {
         FinishBar();
         std::cout << ResultLines(result) << std::flush;
+        if (!result.ok) PrintError(LoadMessage(MessageId::kCliFailed, {}));
     } else {
         std::cout << ResultEvent(result) << '\n' << std::flush;
     }
     return std::cout.good();
 }
 
-std::optional<std::string> CliUser::AnswerTo(const Box& box) {
-    std::optional<std::string> answer = TakeAnswer(presets_, box.shown);
-    if (!answer) answer = TakeAnswer(answers_, box.shown);
-    if (!answer && fallback_ == Fallback::Terminal) return AskLine(box.prompt);
-    if (IsPlain()) PrintLine(box.prompt + answer.value_or("-"));
+std::optional<std::string> CliUser::AnswerTo(const Box& box, const std::string& otherwise) {
+    if (Interrupted()) return std::nullopt;
+    std::optional<std::string> answer = TakeAnswer(presets_, box.signs);
+    if (!answer) answer = TakeAnswer(answers_, box.signs);
+    if (!answer && !otherwise.empty()) answer = otherwise;
+    if (!answer && behaviour_.fallback == Fallback::Terminal) return AskLine(box.prompt, box.password);
+    if (IsPlain()) Print(box.prompt + (answer && box.password ? kHiddenPassword : answer.value_or("-")));
     return answer;
 }
 
-void CliUser::Message(MessageStyle style, const std::string& text) {
-    told_ = true;
-    if (IsPlain())
-        PrintLine((style == MessageStyle::Critical ? "! " : "") + text);
+void CliUser::Message(MessageStyle style, const MessageText& text) {
+    told_.insert(text.id);
+    const bool failure = style == MessageStyle::Critical;
+    if (failure) ++failures_;
+    if (!IsPlain())
+        Tell(
+            {{"event", "message"}, {"id", IdOrNull(text)}, {"style", StyleName(style)}, {"text", text.text}});
+    else if (failure)
+        PrintError("! " + text);
     else
-        Tell({{"event", "message"}, {"style", StyleName(style)}, {"text", text}});
+        Print(text);
 }
 
-Answer CliUser::Ask(Buttons buttons, MessageStyle style, const std::string& text) {
-    const ButtonSet set = SetOf(buttons);
-    const Box box{{text}, text + "\n" + Choices(set.offered)};
-    Answer chosen = set.offered.back();
-    while (const std::optional<std::string> typed = AnswerTo(box)) {
-        const auto found = std::find_if(set.offered.begin(), set.offered.end(), [&](Answer offered) {
-            return EqualNoCase(WordOf(offered), Trim(*typed));
+Answer CliUser::Decide(Buttons buttons, const MessageText& text, const Box& box) {
+    const std::vector<Answer> offered = SetOf(buttons).offered;
+    const Answer harmless = HarmlessAnswer(buttons, text);
+    const Answer willing = WillingAnswer(buttons, text);
+    const bool affirm = behaviour_.yes && willing == offered.front();
+    while (const std::optional<std::string> typed = AnswerTo(box, affirm ? WordOf(willing) : std::string())) {
+        const auto found = std::find_if(offered.begin(), offered.end(), [&](Answer answer) {
+            return EqualNoCase(WordOf(answer), Trim(*typed));
         });
-        if (found != set.offered.end()) {
-            chosen = *found;
-            break;
-        }
-        std::cerr << LoadMessage(MessageId::kCliNoSuchAnswer, {*typed, Choices(set.offered)}) << '\n';
-        if (fallback_ == Fallback::Harmless) break;
+        if (found != offered.end()) return *found;
+        PrintError(LoadMessage(MessageId::kCliNoSuchAnswer, {*typed, Choices(offered)}));
+        if (behaviour_.fallback == Fallback::Harmless) break;
     }
+    return harmless;
+}
+
+void CliUser::NoteAnswer(const MessageText& question, Answer answer) {
+    if (answer == Answer::None) {
+        unanswered_ = true;
+        PrintError(LoadMessage(MessageId::kCliNoAnswer, {}) + question.text);
+    }
+    const bool declined = answer == Answer::No || answer == Answer::Cancel;
+    if (declined && std::find(kPermissions.begin(), kPermissions.end(), question.id) != kPermissions.end())
+        refused_ = true;
+}
+
+Answer CliUser::Ask(Buttons buttons, MessageStyle style, const MessageText& text) {
+    const ButtonSet set = SetOf(buttons);
+    const Answer chosen = Decide(buttons, text, {{text.id, {text}}, text + "\n" + Choices(set.offered)});
     if (!IsPlain())
         Tell({{"event", "ask"},
+              {"id", IdOrNull(text)},
               {"buttons", set.name},
               {"style", StyleName(style)},
-              {"text", text},
-              {"answer", WordOf(chosen)}});
+              {"text", text.text},
+              {"answer", chosen == Answer::None ? ordered_json(nullptr) : ordered_json(WordOf(chosen))}});
+    NoteAnswer(text, chosen);
     return chosen;
 }
 
-std::optional<std::string> CliUser::Input(const std::string& title, const std::string& text,
+std::optional<std::string> CliUser::Input(const std::string& title, const MessageText& text,
                                           const std::string& initial) {
+    const bool password = AsksPassword(text.id);
     std::optional<std::string> answer =
-        AnswerTo({{title, text}, title + "\n" + text + " [" + initial + "] "});
+        AnswerTo({{text.id, {title, text}}, title + "\n" + text + " [" + initial + "] ", password});
     if (answer && *answer == "cancel") answer.reset();
     if (answer && *answer == "ok") answer = initial;
     if (!IsPlain())
         Tell({{"event", "input"},
+              {"id", IdOrNull(text)},
               {"title", title},
-              {"text", text},
+              {"text", text.text},
               {"default", initial},
-              {"answer", OrNull(answer)}});
+              {"answer", OrNull(answer && password ? kHiddenPassword : answer)}});
     return answer;
 }
 
@@ -181,11 +224,12 @@ std::optional<std::string> CliUser::AskFile(const char* event, const FileDialog&
     // A folder dialog has no file name, and may be left with the folder in which it starts.
     const bool folder = std::string_view(event) == "folder";
     const std::string& taken_by_ok = folder ? start : proposed;
-    const std::optional<std::string> answer =
-        PathOf(AnswerTo({{dialog.title}, dialog.title + " [" + taken_by_ok + "] "}), taken_by_ok);
+    const std::optional<std::string> answer = PathOf(
+        AnswerTo({{dialog.title.id, {dialog.title}}, dialog.title + " [" + taken_by_ok + "] "}), taken_by_ok);
     if (!IsPlain())
         Tell({{"event", event},
-              {"title", dialog.title},
+              {"id", IdOrNull(dialog.title)},
+              {"title", dialog.title.text},
               {"filter", dialog.filter},
               {"start", start},
               {"name", dialog.name},
@@ -201,13 +245,13 @@ std::optional<std::string> CliUser::SaveFile(const FileDialog& dialog) {
     return AskFile("savefile", dialog);
 }
 
-std::optional<std::string> CliUser::ChooseFolder(const std::string& caption, const std::string& start) {
+std::optional<std::string> CliUser::ChooseFolder(const MessageText& caption, const std::string& start) {
     return AskFile("folder", {caption, {}, start, {}});
 }
 
 std::string CliUser::ShowForm(const ChoiceForm& form) {
     const std::optional<std::string> typed = AnswerTo(
-        {{form.name, form.caption},
+        {{kNoMessage, {form.name, form.caption}},
          form.caption + " (" + form.name + ")\n[" + Join(form.buttons, "/") + "] " + form.start + " "});
     const auto& buttons = form.buttons;
     const bool button = typed && std::find(buttons.begin(), buttons.end(), *typed) != buttons.end();
@@ -226,27 +270,29 @@ std::string CliUser::ShowForm(const ChoiceForm& form) {
     return chosen.value_or(std::string());
 }
 
-void CliUser::OpenProgress(BarPlace, const std::string& caption) {
+void CliUser::OpenProgress(BarPlace dialog, const std::string& caption) {
+    if (dialog == BarPlace::StoppableDialog) ++stoppable_;
     if (!IsPlain())
         Tell({{"event", "progress"}, {"caption", caption}});
     else if (!caption.empty())
-        PrintLine(caption);
+        Print(caption);
 }
 
-void CliUser::CloseProgress(BarPlace) {
+void CliUser::CloseProgress(BarPlace dialog) {
+    if (dialog == BarPlace::StoppableDialog && stoppable_ > 0) --stoppable_;
     if (IsPlain()) FinishBar();
 }
 
 void CliUser::SetLabel(BarPlace, const std::string& text) {
-    if (IsPlain() && !text.empty()) PrintLine("  " + text);
+    if (IsPlain() && !text.empty()) Print("  " + text);
 }
 
 void CliUser::SetBar(BarPlace, int percent) {
-    if (IsPlain()) PrintBar(percent);
+    if (IsPlain() && !behaviour_.quiet) PrintBar(percent);
 }
 
 bool CliUser::StopRequested() {
-    return Interrupted();
+    return stoppable_ > 0 && Interrupted();
 }
 
 } // namespace kelvash::cli

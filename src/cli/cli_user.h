@@ -5,6 +5,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,27 +20,41 @@ enum class OutputMode { Json, Plain };
 // Where answers come from when no entry has one: nowhere (the harmless way is taken) or the terminal.
 enum class Fallback { Harmless, Terminal };
 
+struct Behaviour {
+    OutputMode mode = OutputMode::Plain;
+    Fallback fallback = Fallback::Harmless;
+    bool yes = false;   // affirms what can lose nothing, before anybody is asked
+    bool quiet = false; // tells failures and the result alone
+};
+
 class CliUser final : public User {
   public:
-    CliUser(OutputMode mode, Fallback fallback, std::vector<AnswerEntry> answers);
+    CliUser(const Behaviour& behaviour, std::vector<AnswerEntry> answers);
 
     // Answers of a command's own options, tried before all others.
     void Preset(std::vector<AnswerEntry> entries);
-    // True once the preset with that text has been taken.
-    bool PresetUsed(std::string_view when) const;
-    // True if any message has been shown.
-    bool HasTold() const { return told_; }
-    bool IsPlain() const { return mode_ == OutputMode::Plain; }
+    // True once the preset for that message has been taken.
+    bool PresetUsed(MessageId id) const;
+    // True if any message has been shown, or this one.
+    bool HasTold() const { return !told_.empty(); }
+    bool HasTold(MessageId id) const { return told_.contains(id); }
+    // How many failures have been told until now.
+    int Failures() const { return failures_; }
+    // True if a question whose answers can all lose something found nobody: what it was about isn't done.
+    bool IsUnanswered() const { return unanswered_; }
+    // True if that was so, or if an answer forbade what the command is for.
+    bool IsRefused() const { return unanswered_ || refused_; }
+    bool IsPlain() const { return behaviour_.mode == OutputMode::Plain; }
     // The event "result". False if not all of the output could be written.
     bool TellResult(const Result& result);
 
-    void Message(MessageStyle style, const std::string& text) override;
-    Answer Ask(Buttons buttons, MessageStyle style, const std::string& text) override;
-    std::optional<std::string> Input(const std::string& title, const std::string& text,
+    void Message(MessageStyle style, const MessageText& text) override;
+    Answer Ask(Buttons buttons, MessageStyle style, const MessageText& text) override;
+    std::optional<std::string> Input(const std::string& title, const MessageText& text,
                                      const std::string& initial) override;
     std::optional<std::string> OpenFile(const FileDialog& dialog) override;
     std::optional<std::string> SaveFile(const FileDialog& dialog) override;
-    std::optional<std::string> ChooseFolder(const std::string& caption, const std::string& start) override;
+    std::optional<std::string> ChooseFolder(const MessageText& caption, const std::string& start) override;
     std::string ShowForm(const ChoiceForm& form) override;
     void OpenProgress(BarPlace dialog, const std::string& caption) override;
     void CloseProgress(BarPlace dialog) override;
@@ -52,19 +67,27 @@ class CliUser final : public User {
   private:
     // What a box shows, and what stands in the terminal before the answer.
     struct Box {
-        std::initializer_list<std::string_view> shown;
+        BoxSigns signs;
         std::string prompt;
+        bool password = false;
     };
-    // The words of an answer; nothing for the harmless way.
-    std::optional<std::string> AnswerTo(const Box& box);
+    // The words of an answer: written down before the run, else the given one, else typed in the terminal.
+    // Nothing for the harmless way.
+    std::optional<std::string> AnswerTo(const Box& box, const std::string& otherwise = {});
+    Answer Decide(Buttons buttons, const MessageText& text, const Box& box);
+    void NoteAnswer(const MessageText& question, Answer answer);
     std::optional<std::string> AskFile(const char* event, const FileDialog& dialog);
     void Tell(const nlohmann::ordered_json& event);
+    void Print(const std::string& line);
 
-    OutputMode mode_;
-    Fallback fallback_;
+    Behaviour behaviour_;
     std::vector<AnswerEntry> answers_;
     std::vector<AnswerEntry> presets_;
-    bool told_ = false;
+    std::set<MessageId> told_;
+    int failures_ = 0;
+    bool unanswered_ = false;
+    bool refused_ = false;
+    int stoppable_ = 0; // open progress dialogs of jobs that can be stopped
 };
 
 } // namespace kelvash::cli

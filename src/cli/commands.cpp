@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "cli/terminal.h"
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/profile.h"
@@ -56,13 +57,15 @@ bool OpenQuickly(Session& session) {
 bool StartUpWithArchive(Session& session, const std::string& command_line) {
     if (!TakeHome(session, MissingHome::Refuse)) return false;
     core::StartUp(command_line);
+    if (Interrupted()) return false;
     if (core::ArchiveIsOpen()) return true;
     if (!session.user.HasTold()) TellCritical(LoadMessage(MessageId::kCliNoArchive, {}));
     return false;
 }
 
 bool EndSession(const Session& session) {
-    if (!session.home_taken || core::SaveProfile()) return true;
+    if (!session.home_taken) return true;
+    if (core::SaveProfile()) return !core::archive.ArchiveChanged;
     TellCritical(LoadMessage(MessageId::kCliCannotSaveProfile, {}) + core::ProfilePath());
     return false;
 }
@@ -91,6 +94,13 @@ bool TakePath(const std::string& typed, std::string& path) {
     path = PathFromUser(typed);
     if (!path.empty()) return true;
     TellCritical(LoadMessage(MessageId::kCliNotOnDrive, {}) + typed);
+    return false;
+}
+
+bool TakeTarget(const Options& options, std::string& path) {
+    if (!TakePath(options.path, path)) return false;
+    if (options.force || !FileExists(path)) return true;
+    TellCritical(LoadMessage(MessageId::kCliTargetExists, {}) + path);
     return false;
 }
 

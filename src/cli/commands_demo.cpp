@@ -28,9 +28,9 @@ std::string PathForOthers(const fs::path& native) {
 Result Demo(Session& session) {
     AllowRegistration(false); // a sandbox is known nowhere
     const std::string yes = "yes";
-    session.user.Preset({{LoadMessage(MessageId::kOriginalNote, {}), yes},
-                         {LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak}), yes},
-                         {LoadMessage(MessageId::kBackupTryAnyway, {}), yes}});
+    session.user.Preset({{.id = MessageId::kOriginalNeeded, .answer = yes},
+                         {.id = MessageId::kFullBackupQuestion, .answer = yes},
+                         {.id = MessageId::kBackupNoRoom, .answer = yes}});
     Result result;
     const fs::path folder = NativeFromUser(session.options.drives, session.options.path);
     std::error_code error;

@@ -23,14 +23,15 @@ std::string ArchivePath() {
 // The answers to the question for a new Archive's folder, and to the form that comes before it on a start
 // without an Archive.
 std::vector<AnswerEntry> NewArchiveAnswers(const std::string& folder) {
-    return {{"Dialog_NewArc", "Pul_New"}, {LoadMessage(MessageId::kSelectArchiveFolder, {}), folder}};
+    return {{.when = "Dialog_NewArc", .answer = "Pul_New"},
+            {.id = MessageId::kSelectArchiveFolder, .answer = folder}};
 }
 
 std::vector<AnswerEntry> InitAnswers(const std::string& trle, const std::string& folder, bool full) {
     std::vector<AnswerEntry> answers = {
-        {"Dialog_TrovaTrle", trle},
-        {LoadMessage(MessageId::kOriginalQuestion, {trle}), "yes"},
-        {LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak}), full ? "yes" : "no"}};
+        {.when = "Dialog_TrovaTrle", .answer = trle},
+        {.id = MessageId::kOriginalNeeded, .answer = "yes"},
+        {.id = MessageId::kFullBackupQuestion, .answer = full ? "yes" : "no"}};
     for (AnswerEntry& answer : NewArchiveAnswers(folder))
         answers.push_back(std::move(answer));
     return answers;
@@ -116,7 +117,7 @@ Result Status(Session& session) {
         result.fields["cutShort"] = nullptr;
     else
         result.fields["cutShort"] = cut_short;
-    core::AskSaveArchive();
+    result.ok = core::AskSaveArchive() && result.ok;
     return result;
 }
 
@@ -127,7 +128,7 @@ Result New(Session& session) {
     session.user.Preset(NewArchiveAnswers(folder));
     core::StartUp({});
     bool created = core::ArchiveIsOpen();
-    if (!session.user.PresetUsed(LoadMessage(MessageId::kSelectArchiveFolder, {}))) {
+    if (!session.user.PresetUsed(MessageId::kSelectArchiveFolder)) {
         const std::string former = core::profile.LastArchive;
         created = HomeIsReady() && core::NewArchive();
         if (!created && !former.empty()) static_cast<void>(core::LoadArchive(former));
@@ -163,14 +164,10 @@ Result Save(Session& session) {
 
 Result SaveAs(Session& session) {
     std::string path;
-    if (!TakeHome(session, MissingHome::Refuse) || !TakePath(session.options.path, path))
+    if (!TakeHome(session, MissingHome::Refuse) || !TakeTarget(session.options, path))
         return ArchiveResult(false);
-    session.user.Preset({{LoadMessage(MessageId::kSaveArchiveTitle, {}), path}});
-    bool saved = StartUpWithArchive(session, {});
-    if (saved && !core::SaveArchiveAs()) {
-        TellCritical(LoadMessage(MessageId::kErrorSavingArchiveMenu, {}) + path);
-        saved = false;
-    }
+    session.user.Preset({{.id = MessageId::kSaveArchiveTitle, .answer = path}});
+    const bool saved = StartUpWithArchive(session, {}) && core::SaveArchiveAs();
     return ArchiveResult(EndSession(session) && saved);
 }
 

@@ -126,9 +126,9 @@ Result Export(Session& session) {
     std::int32_t code = -1;
     std::string zip;
     bool exported = StartUpWithArchive(session, {}) && SelectCode(session.options.code, code) &&
-                    TakePath(session.options.path, zip);
+                    TakeTarget(session.options, zip);
     if (exported) {
-        session.user.Preset({{LoadMessage(MessageId::kExportTitle, {}), zip}});
+        session.user.Preset({{.id = MessageId::kExportTitle, .answer = zip}});
         exported = intake::ExportLevel();
     }
     Result result;

@@ -1,10 +1,12 @@
 // Commands on the levels of the open Archive.
 #include "cli/commands.h"
+#include "cli/terminal.h"
 #include "companion/game.h"
 #include "core/archive.h"
 #include "core/change.h"
 #include "core/level_list.h"
 #include "core/profile.h"
+#include "core/start_up.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
@@ -99,13 +101,27 @@ Result InstalledResult(bool ok) {
     return result;
 }
 
-bool InstallAndTell(std::int32_t code) {
+bool InstallAndTell(const CliUser& user, std::int32_t code) {
     const core::Change change(MessageId::kDoingInstallCommand, core::kSwap, code);
     if (!change) return false;
-    const bool installed = swap::InstallLevel(code);
+    const bool installed = DoneWithoutFailure(user, [&] { return swap::InstallLevel(code); });
     if (!installed) TellCritical(LoadMessage(MessageId::kErrorInstalling, {}));
     core::RefreshLevelList();
     return installed;
+}
+
+// Neither way back needs an Archive.
+bool StartUpForRestore(Session& session) {
+    if (!TakeHome(session, MissingHome::Refuse)) return false;
+    core::StartUp({});
+    return !core::session.EndWanted && !Interrupted();
+}
+
+// A level that couldn't be taken out is no failure: its files are gone all the same.
+bool RestoreAll(const CliUser& user) {
+    Bar bar{BarPlace::CallerForm, -1};
+    swap::FullRestore(bar, false);
+    return user.HasTold(MessageId::kRestoreDone) && !user.HasTold(MessageId::kErrorRestoringFolder);
 }
 
 } // namespace
@@ -119,33 +135,33 @@ Result Levels(Session& session) {
         result.ok = false;
     }
     ListLevels(session.user.IsPlain(), result);
-    core::AskSaveArchive();
+    result.ok = core::AskSaveArchive() && result.ok;
     return result;
 }
 
 Result Install(Session& session) {
     std::int32_t code = -1;
-    const bool installed =
-        StartUpWithArchive(session, {}) && TakeCode(session.options.code, code) && InstallAndTell(code);
+    const bool installed = StartUpWithArchive(session, {}) && TakeCode(session.options.code, code) &&
+                           InstallAndTell(session.user, code);
     return InstalledResult(EndSession(session) && installed);
 }
 
 Result Play(Session& session) {
     std::int32_t code = -1;
-    const bool played =
-        StartUpWithArchive(session, {}) && TakeCode(session.options.code, code) && swap::PlayLevel(code);
-    if (played) companion::WaitForGameEnd();
+    const bool played = StartUpWithArchive(session, {}) && TakeCode(session.options.code, code) &&
+                        DoneWithoutFailure(session.user, [&] { return swap::PlayLevel(code); });
+    if (companion::game.WatcherActive)
+        companion::WaitForGameEnd(&Interrupted); // a signal leaves it to itself
     return InstalledResult(EndSession(session) && played);
 }
 
 Result Restore(Session& session) {
-    bool restored = StartUpWithArchive(session, {});
-    if (restored && session.options.restore_kind == "fast") {
-        restored = swap::FastRestore();
-    } else if (restored) {
-        Bar bar{BarPlace::CallerForm, -1};
-        restored = swap::FullRestore(bar, false) && swap::CurrentLevelCode() == 0;
-    }
+    bool restored = StartUpForRestore(session);
+    if (restored)
+        restored = session.options.restore_kind == "fast"
+                       ? DoneWithoutFailure(session.user, &swap::FastRestore)
+                       : RestoreAll(session.user);
+    restored = restored && swap::CurrentLevelCode() == 0;
     return InstalledResult(EndSession(session) && restored);
 }
 

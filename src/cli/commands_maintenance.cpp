@@ -21,8 +21,8 @@ Result RunOnFolder(Session& session, MessageId question, bool (*run)()) {
     std::string folder;
     bool done = StartUpWithArchive(session, {}) && TakePath(session.options.path, folder);
     if (done) {
-        session.user.Preset({{LoadMessage(question, {}), folder}});
-        done = run();
+        session.user.Preset({{.id = question, .answer = folder}});
+        done = DoneWithoutFailure(session.user, run);
     }
     Result result;
     result.ok = EndSession(session) && done;
@@ -41,15 +41,17 @@ bool IsOn(const std::optional<std::string>& value, bool otherwise) {
 Result Remove(Session& session) {
     std::int32_t code = -1;
     Result result;
-    const bool removed =
-        StartUpWithArchive(session, {}) && SelectCode(session.options.code, code) && core::RemoveLevel();
+    const bool removed = StartUpWithArchive(session, {}) && SelectCode(session.options.code, code) &&
+                         DoneWithoutFailure(session.user, [] { return core::RemoveLevel(); });
     result.ok = EndSession(session) && removed;
     return result;
 }
 
 Result Sizes(Session& session) {
-    const bool counted = StartUpWithArchive(session, {});
-    if (counted) core::ComputeArchiveSize(core::Report::Shown);
+    const bool counted = StartUpWithArchive(session, {}) && DoneWithoutFailure(session.user, [] {
+                             core::ComputeArchiveSize(core::Report::Shown);
+                             return true;
+                         });
     Result result;
     result.ok = EndSession(session) && counted;
     result.fields = {{"mainSize", static_cast<std::int64_t>(core::archive.Header.MainFolderSize)},
@@ -93,13 +95,13 @@ Result Kept(Session& session) {
 
 Result Prefs(Session& session) {
     const Options& options = session.options;
-    const bool opened = StartUpWithArchive(session, {});
+    bool done = StartUpWithArchive(session, {});
     const core::ArchiveHeader& header = core::archive.Header;
-    if (opened && (options.compress || options.mp3))
-        swap::ApplyCompressionSettings(
+    if (done && (options.compress || options.mp3))
+        done = swap::ApplyCompressionSettings(
             {IsOn(options.compress, header.CompressFiles), IsOn(options.mp3, header.EncodeWavInMp3)});
     Result result;
-    result.ok = EndSession(session) && opened;
+    result.ok = EndSession(session) && done;
     result.fields = {{"compressFiles", header.CompressFiles}, {"encodeWavInMp3", header.EncodeWavInMp3}};
     return result;
 }

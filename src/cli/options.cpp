@@ -5,6 +5,7 @@
 #include <iostream>
 
 #include "core/profile.h"
+#include "foundation/messages.h"
 
 namespace kelvash::cli {
 
@@ -19,7 +20,8 @@ void AddGlobalOptions(CLI::App& app, Options& options) {
         ->type_name("L=DIR[,cdrom]")
         ->allow_extra_args(false);
     app.add_option("--answers", options.answers,
-                   "JSON array of {\"when\": TEXT, \"answer\": TEXT, \"times\": N} for the boxes that ask")
+                   "JSON array of {\"id\": N or \"when\": TEXT, \"answer\": TEXT, \"times\": N} for the "
+                   "boxes that ask")
         ->type_name("FILE");
     app.add_option("--wait", options.wait, "Waits that long for another Kelvash that is at work")
         ->check(CLI::Range(0.0, kLongestWait))
@@ -27,6 +29,11 @@ void AddGlobalOptions(CLI::App& app, Options& options) {
     app.add_flag("--register", options.register_home,
                  "Registers file type and menu entry although --home is given");
     app.add_flag("--json", options.json, "Tells everything as JSON, one object a line");
+    app.add_flag("--yes", options.yes, "Affirms each question whose yes can lose nothing");
+    app.add_flag("--no-input", options.no_input,
+                 "Asks nobody: questions without an answer take the harmless one");
+    app.add_flag("--quiet", options.quiet, "Tells failures and the result only; as JSON the result only");
+    app.set_version_flag("--version", "kelvash-cli " + LoadMessage(MessageId::kAboutVersion, {}));
 }
 
 CLI::App& AddPathCommand(CLI::App& app, Options& options, const std::string& name,
@@ -41,6 +48,10 @@ CLI::App& AddLevelCommand(CLI::App& app, Options& options, const std::string& na
     CLI::App& command = *app.add_subcommand(name, about);
     command.add_option("CODE", options.code, "The level's code, as 'levels' shows it")->required();
     return command;
+}
+
+void AddForce(CLI::App& command, Options& options) {
+    command.add_flag("--force", options.force, "Replaces a file that is there already");
 }
 
 void AddInit(CLI::App& app, Options& options) {
@@ -74,7 +85,7 @@ void AddArchiveCommands(CLI::App& app, Options& options) {
     AddPathCommand(app, options, "new", "DIR", "Starts a new Archive with its levels in an empty folder");
     AddPathCommand(app, options, "load", "KVA", "Opens an Archive");
     app.add_subcommand("save", "Saves the Archive");
-    AddPathCommand(app, options, "save-as", "KVA", "Saves the Archive under another name");
+    AddForce(AddPathCommand(app, options, "save-as", "KVA", "Saves the Archive under another name"), options);
     app.add_subcommand("levels", "Lists the levels of the Archive");
 }
 
@@ -114,9 +125,10 @@ void AddIntakeCommands(CLI::App& app, Options& options) {
     set.add_option("--note", options.note, "The note of one line");
     set.add_option("--more-info", options.more_info,
                    "The file of the level that More info opens; \"\" for none");
-    AddLevelCommand(app, options, "export", "Writes a level with its savegames to a zip")
-        .add_option("ZIP", options.path)
-        ->required();
+    CLI::App& export_level =
+        AddLevelCommand(app, options, "export", "Writes a level with its savegames to a zip");
+    export_level.add_option("ZIP", options.path)->required();
+    AddForce(export_level, options);
     AddPathCommand(app, options, "config", "FILE", "Shows a package file kelvash.cfg");
 }
 
@@ -169,7 +181,8 @@ int Refuse(const CLI::App& app, const CLI::ParseError& error) {
 std::optional<int> ParseOptions(std::vector<std::string> words, Options& options) {
     CLI::App app(
         "Keeps custom levels of the Tomb Raider Level Editor in an Archive and swaps them into its "
-        "folder.\nExit status: 0 done, 1 failed or refused, 2 wrong usage, 4 another Kelvash is at work.",
+        "folder.\nExit status: 0 done, 1 failed, 2 wrong usage, 3 refused by a question, 4 another Kelvash is at "
+        "work, 130 stopped by a signal.",
         "kelvash-cli");
     app.fallthrough();
     app.get_formatter()->column_width(28);

@@ -15,6 +15,10 @@ struct Options {
     bool json = false;
     bool register_home = false; // outside of a --home too
     double wait = 0;            // seconds, for locks that others hold
+    bool yes = false;
+    bool no_input = false;
+    bool quiet = false;
+    bool force = false; // of 'export' and 'save-as': replaces a file that is there
     std::string command;
 
     // Arguments of the commands that have them.
@@ -41,6 +45,8 @@ inline constexpr int kDone = 0;
 inline constexpr int kFailed = 1;
 inline constexpr int kWrongUsage = 2;
 inline constexpr int kInUse = 4; // another program holds a lock
+inline constexpr int kRefused = 3;
+inline constexpr int kStopped = 130;
 
 // Fills the options from the words behind the program's name. Nothing if there is a command to run; otherwise
 // the exit status, after help on stdout or a complaint on stderr.

@@ -110,7 +110,6 @@ std::string ResultLines(const Result& result) {
     if (lines.empty())
         for (const auto& [name, value] : result.fields.items())
             lines += Heading(name) + ": " + PlainValue(value) + "\n";
-    if (!result.ok) lines += LoadMessage(MessageId::kCliFailed, {}) + "\n";
     return lines;
 }
 

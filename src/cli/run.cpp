@@ -19,8 +19,16 @@ int Complain(const std::string& fault) {
 }
 
 // What an answers file leaves open is harmless; without one a person may be there to ask.
-Fallback FallbackOf(const Options& options) {
-    return options.json || !options.answers.empty() ? Fallback::Harmless : Fallback::Terminal;
+Behaviour BehaviourOf(const Options& options) {
+    const bool asks = !options.json && !options.no_input && options.answers.empty();
+    return {options.json ? OutputMode::Json : OutputMode::Plain,
+            asks ? Fallback::Terminal : Fallback::Harmless, options.yes, options.quiet};
+}
+
+int StatusOf(const Result& result, const CliUser& user) {
+    if (Interrupted()) return kStopped;
+    if (result.ok) return kDone;
+    return user.IsRefused() ? kRefused : kFailed;
 }
 
 } // namespace
@@ -38,19 +46,18 @@ int Run(std::vector<std::string> words) {
     if (home.empty()) return Complain("--home " + options.home + ": no such drive");
 
     CatchInterrupt();
-    CliUser user(options.json ? OutputMode::Json : OutputMode::Plain, FallbackOf(options),
-                 std::move(answers));
+    CliUser user(BehaviourOf(options), std::move(answers));
     SetUser(&user);
     core::SetLockPatience(options.wait);
     AllowRegistration(options.home.empty() || options.register_home);
     Session session{options, user, home};
     Result result = RunCommand(session);
-    if (core::WasRefused()) result.ok = false; // something of it was left undone
+    if (core::WasRefused() || user.IsUnanswered()) result.ok = false; // something of it was left undone
     const bool told = user.TellResult(result);
     SetUser(nullptr);
-    if (!told) std::cerr << "kelvash-cli: the output can't be written\n";
-    if (result.ok && told) return kDone;
-    return core::WasLockedOut() ? kInUse : kFailed;
+    if (told) return core::WasLockedOut() && !Interrupted() ? kInUse : StatusOf(result, user);
+    std::cerr << "kelvash-cli: the output can't be written\n";
+    return Interrupted() ? kStopped : kFailed;
 }
 
 } // namespace kelvash::cli

@@ -1,7 +1,6 @@
 #include "cli/terminal.h"
 
 #include <algorithm>
-#include <csignal>
 #include <iostream>
 
 #include "foundation/platform/platform.h"
@@ -11,13 +10,7 @@ namespace kelvash::cli {
 
 namespace {
 
-volatile std::sig_atomic_t interrupted = 0;
 bool bar_shown = false;
-
-void OnInterrupt(int) {
-    interrupted = 1;
-    std::signal(SIGINT, SIG_DFL);
-}
 
 std::string WithoutCarriageReturns(std::string text) {
     std::erase(text, '\r');
@@ -36,23 +29,19 @@ void PrintLine(const std::string& text) {
     std::cout << Printable(text) << '\n' << std::flush;
 }
 
-std::optional<std::string> AskLine(const std::string& text) {
+void PrintError(const std::string& text) {
     FinishBar();
-    std::cout << Printable(text) << std::flush;
-    // Nothing is under way here that could be stopped: Ctrl+C ends the program.
-    auto* const handler = std::signal(SIGINT, SIG_DFL);
-    std::string line;
-    const bool typed = static_cast<bool>(std::getline(std::cin, line));
-    std::signal(SIGINT, handler);
-    if (!typed) {
-        std::cout << '\n';
-        return std::nullopt;
-    }
-    return WithoutCarriageReturns(std::move(line));
+    std::cerr << Printable(text) << '\n' << std::flush;
 }
 
-void PrintChoice(const std::string& question, const std::string& answer) {
-    PrintLine(question + answer);
+std::optional<std::string> AskLine(const std::string& text, bool password) {
+    FinishBar();
+    std::cout << WithoutCarriageReturns(text) << std::flush;
+    std::optional<std::string> line =
+        platform::ReadInputLine(password ? platform::Echo::Hidden : platform::Echo::Shown);
+    if (!line || password) std::cout << '\n'; // the one that wasn't typed, or not shown
+    if (!line) return std::nullopt;
+    return WithoutCarriageReturns(std::move(*line));
 }
 
 void PrintBar(int percent) {
@@ -71,11 +60,11 @@ void FinishBar() {
 }
 
 void CatchInterrupt() {
-    std::signal(SIGINT, OnInterrupt);
+    platform::CatchStopSignals();
 }
 
 bool Interrupted() {
-    return interrupted != 0;
+    return platform::StopSignalled();
 }
 
 } // namespace kelvash::cli

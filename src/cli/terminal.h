@@ -8,16 +8,18 @@ namespace kelvash::cli {
 
 // Line breaks of the logic (CR LF) become those of the terminal.
 void PrintLine(const std::string& text);
-// Prints the text and reads a line; nothing at the end of the input.
-std::optional<std::string> AskLine(const std::string& text);
-// What was chosen without asking, behind the question.
-void PrintChoice(const std::string& question, const std::string& answer);
+// The same on the standard error.
+void PrintError(const std::string& text);
+// Prints the text and reads a line; nothing at the end of the input, or once Interrupted. A password isn't
+// shown.
+std::optional<std::string> AskLine(const std::string& text, bool password);
 
 // The bar stays on one line and only shows on a terminal. FinishBar ends the line.
 void PrintBar(int percent);
 void FinishBar();
 
-// Ctrl+C asks the running job to stop; pressed again it ends the program.
+// From CatchInterrupt on, a signal that asks the program to end only makes Interrupted true: a job that can
+// be stopped stops, any other is completed, and nothing more is begun.
 void CatchInterrupt();
 bool Interrupted();
 

@@ -48,9 +48,9 @@ bool GameRuns() {
     return false;
 }
 
-void WaitForGameEnd() {
+void WaitForGameEnd(bool (*given_up)()) {
     constexpr int kPollTenths = 1;
-    while (GameRuns()) {
+    while (GameRuns() && !given_up()) {
         WaitTenths(kPollTenths, Wait::Sleep);
         TheUser().PumpEvents();
     }

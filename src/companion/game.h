@@ -22,7 +22,7 @@ bool AdoptGame();
 
 // One look at the game: true while it runs. When it has ended the state goes back to that of no game.
 bool GameRuns();
-// Waits for the game's end with the interface pumped.
-void WaitForGameEnd();
+// Waits for the game's end, or until `given_up` says so, with the interface pumped.
+void WaitForGameEnd(bool (*given_up)());
 
 } // namespace kelvash::companion

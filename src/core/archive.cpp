@@ -153,16 +153,21 @@ void ArchiveTouched() {
         TellCritical(LoadMessage(MessageId::kErrorSavingArchive, {}) + profile.LastArchive);
 }
 
-void AskSaveArchive() {
-    if (!archive.ArchiveChanged) return;
-    if (!profile.AutoSave &&
-        !AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kArchiveChangedQuestion,
-                                                      {FileNameOf(profile.LastArchive), kLineBreak}))) {
-        archive.ArchiveChanged = false;
-        SettleUnsaved();
-        return;
+bool AskSaveArchive() {
+    if (!archive.ArchiveChanged) return true;
+    if (!profile.AutoSave) {
+        const Answer answer = TheUser().Ask(
+            Buttons::YesNo, MessageStyle::Question,
+            LoadMessage(MessageId::kArchiveChangedQuestion, {FileNameOf(profile.LastArchive), kLineBreak}));
+        if (answer == Answer::None) return false;
+        if (answer == Answer::No) {
+            archive.ArchiveChanged = false;
+            SettleUnsaved();
+            return true;
+        }
     }
     TouchWithAutoSave();
+    return !archive.ArchiveChanged;
 }
 
 void AddLevelSize(std::int32_t index, double bytes, SizeKind kind) {
@@ -180,10 +185,11 @@ bool WriteArchive(std::string_view path) {
 
 bool LoadArchive(std::string_view path) {
     const std::string source(path);
-    AskSaveArchive();
+    if (!AskSaveArchive()) return false;
     ArchiveContents contents;
     ArchiveStamp stamp;
-    if (!ReadArchiveFile(source, contents, &stamp)) return false;
+    // Level 0000 is in every Archive: a file without it has lost its contents.
+    if (!ReadArchiveFile(source, contents, &stamp) || contents.Header.LevelCount == 0) return false;
     static_cast<ArchiveContents&>(archive) = std::move(contents);
     profile.LastArchive = source;
     NoteSeenArchive(source, stamp);
@@ -201,8 +207,8 @@ bool LoadArchive(std::string_view path) {
 }
 
 bool LoadArchiveDialog() {
-    AskSaveArchive();
     archive.ArchiveLoadRefused = false;
+    if (!AskSaveArchive()) return false;
     const std::optional<std::string> path =
         TheUser().OpenFile({LoadMessage(MessageId::kLoadArchiveTitle, {}),
                             LoadMessage(MessageId::kLoadArchiveFilter, {}),

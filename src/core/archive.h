@@ -52,8 +52,9 @@ std::string ScreenshotsFolder(std::string_view level_folder);
 // To be called after each change of the header or a record: saves at once when AutoSave is on (a failed write
 // is told), else remembers the change.
 void ArchiveTouched();
-// Offers to save a changed Archive; with AutoSave on it saves without a question.
-void AskSaveArchive();
+// Offers to save a changed Archive; with AutoSave on it saves without a question. False if its changes are
+// neither saved nor given up: who would drop them leaves the Archive open.
+bool AskSaveArchive();
 // Adds bytes (below 0 too) to a level's FilesSize or SavesSize and, for an index above 0, to the header's
 // sum.
 enum class SizeKind { Files = 1, Saves = 2 };

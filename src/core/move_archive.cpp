@@ -107,7 +107,7 @@ void RemoveEmptyFolder(const std::string& folder) {
 // --- the target ---
 
 // What is wrong with a target; empty if the level folders can go there.
-std::string FaultOf(const std::string& target) {
+MessageText FaultOf(const std::string& target) {
     const std::string current(Trim(archive.Header.SecondaryFolder));
     if (std::string fault = FaultOfPath(target); !fault.empty()) return fault;
     if (!FolderExists(target)) return LoadMessage(MessageId::kMoveNoTarget, {}) + target;
@@ -135,8 +135,8 @@ std::optional<std::string> ChooseTarget() {
         std::optional<std::string> target =
             TheUser().ChooseFolder(LoadMessage(MessageId::kMoveTarget, {}), archive.Header.SecondaryFolder);
         if (!target) return std::nullopt;
-        const std::string fault = FaultOf(*target);
-        if (fault.empty()) return target;
+        const MessageText fault = FaultOf(*target);
+        if (fault.text.empty()) return target;
         ShowMessage(MessageStyle::Exclamation, fault);
     }
 }

@@ -9,6 +9,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/text.h"
 #include "foundation/user.h"
 
 namespace kelvash::core {
@@ -59,6 +60,10 @@ std::string DefaultLevelFolder(std::string_view drive) {
     return folder;
 }
 
+bool IsEmptyFolder(const std::string& folder) {
+    return !AnyFile(folder, "*.*") && ListFolders(folder).empty();
+}
+
 // A free sub-folder of a folder that isn't empty.
 std::string FreeSubFolder(const std::string& folder) {
     const std::string base = folder + LoadMessage(MessageId::kChangedLevelFolder, {});
@@ -83,12 +88,14 @@ std::string DefaultArchivePath() {
 std::string SelectNewArchiveFolder() {
     std::int64_t free_bytes = 0;
     const std::string start = DefaultLevelFolder(BestFixedDrive(free_bytes));
-    CreateFolder(start);
+    const bool made = !FolderExists(start) && CreateFolder(start);
     const std::optional<std::string> chosen =
         TheUser().ChooseFolder(LoadMessage(MessageId::kSelectArchiveFolder, {}), start);
+    // The one that was only proposed goes again, unless something has been put into it meanwhile.
+    if (made && (!chosen || !EqualNoCase(*chosen, start)) && IsEmptyFolder(start)) RemoveFolder(start);
     if (!chosen) return {};
     if (!CheckPath(*chosen)) return {};
-    if (!AnyFile(*chosen, "*.*") && ListFolders(*chosen).empty()) return *chosen;
+    if (IsEmptyFolder(*chosen)) return *chosen;
     const std::string changed = FreeSubFolder(*chosen);
     if (!CheckPath(changed)) return {};
     ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kArchiveFolderNotEmpty, {}) + changed);
@@ -99,7 +106,7 @@ bool NewArchive() {
     const Change change(MessageId::kDoingNew, kHomeFolder | kArchiveFolder);
     if (!change) return false;
     if (!CheckPath(DefaultArchivePath())) return false;
-    AskSaveArchive();
+    if (!AskSaveArchive()) return false;
     // From here on the table is no longer that of the old file, which a later save must not reach.
     profile.LastArchive.clear();
     archive.Header = ArchiveHeader();

@@ -71,7 +71,7 @@ bool RecoverArchive() {
     const Change change(MessageId::kDoingRecover, kAll);
     if (!change) return false;
     ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kRecoverText, {}));
-    AskSaveArchive();
+    if (!AskSaveArchive()) return false;
     const std::optional<std::string> folder =
         TheUser().ChooseFolder(LoadMessage(MessageId::kRecoverFolder, {}), archive.Header.SecondaryFolder);
     if (!folder || !CheckPath(*folder) || !CheckPath(DefaultArchivePath())) return false;

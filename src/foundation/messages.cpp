@@ -110,8 +110,34 @@ std::string FillMarks(std::string text, const MessageArgs& args) {
     return text;
 }
 
-std::string LoadMessage(MessageId id, const MessageArgs& args) {
-    return FillMarks(Texts().at(static_cast<std::int32_t>(id)), args);
+std::optional<Harm> HarmOf(MessageId id) {
+    switch (id) {
+#define KELVASH_MESSAGE(name, id, text)
+#define KELVASH_QUESTION(name, id, text, harm) \
+    case MessageId::name:                      \
+        return Harm::harm;
+#include "foundation/message_table.inc"
+#undef KELVASH_MESSAGE
+        default:
+            return std::nullopt;
+    }
+}
+
+bool AsksPassword(MessageId id) {
+    switch (id) {
+#define KELVASH_MESSAGE(name, id, text)
+#define KELVASH_PASSWORD(name, id, text) \
+    case MessageId::name:                \
+        return true;
+#include "foundation/message_table.inc"
+#undef KELVASH_MESSAGE
+        default:
+            return false;
+    }
+}
+
+MessageText LoadMessage(MessageId id, const MessageArgs& args) {
+    return {id, FillMarks(Texts().at(static_cast<std::int32_t>(id)), args)};
 }
 
 TableLoading LoadMessageTable(std::string_view path) {

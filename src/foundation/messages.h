@@ -6,9 +6,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "foundation/message_text.h"
 
 namespace kelvash {
 
@@ -23,7 +26,7 @@ using MessageArgs = std::vector<std::string>;
 
 // The entry with "~1" replaced by the first argument, then "~2" by the second, ...: each time only the first
 // occurrence, so that "~1" and "~10" can stand in one text. A mark without an argument stays.
-std::string LoadMessage(MessageId id, const MessageArgs& args);
+MessageText LoadMessage(MessageId id, const MessageArgs& args);
 
 // The usual content of a mark.
 inline constexpr const char* kLineBreak = "\r\n";
@@ -44,6 +47,14 @@ struct TableLoading {
 [[nodiscard]] TableLoading LoadMessageTable(std::string_view path);
 // The numbers of refused lines for a message, the first of them if they are many.
 std::string RefusedLinesText(const TableLoading& loading);
+// Which answers to a question can lose something that the user has, or go on for ever when nobody is there.
+// Ok and Retry count as yes; No, Cancel and Abort as no.
+enum class Harm { NothingLoses, YesLoses, NoLoses, AnyLoses };
+// Nothing for a message that begins no question.
+std::optional<Harm> HarmOf(MessageId id);
+// True for a message that asks for a password: what is typed is neither shown nor told.
+bool AsksPassword(MessageId id);
+
 // Back to the built-in texts.
 void ResetMessages();
 

@@ -138,7 +138,7 @@ std::string FormatSize(std::int64_t bytes) {
 }
 
 bool AskReplaceFile(std::string_view new_path, std::string_view old_path) {
-    const std::string text = LoadMessage(MessageId::kReplaceFile, {}) + kLineBreak +
+    const MessageText text = LoadMessage(MessageId::kReplaceFile, {}) + kLineBreak +
                              Described(old_path, MessageId::kReplaceOldSize, MessageId::kReplaceOldDate) +
                              LoadMessage(MessageId::kReplaceWith, {}) + kLineBreak +
                              Described(new_path, MessageId::kReplaceNewSize, MessageId::kReplaceNewDate) +

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "foundation/messages.h"
+
 namespace kelvash {
 
 namespace {
@@ -10,18 +12,16 @@ namespace {
 // Answers for nobody: shows nothing and takes the harmless way.
 class AbsentUser final : public User {
   public:
-    void Message(MessageStyle, const std::string&) override {}
-    Answer Ask(Buttons buttons, MessageStyle, const std::string&) override {
-        return buttons == Buttons::AbortRetryIgnore ? Answer::Abort
-               : buttons == Buttons::YesNo          ? Answer::No
-                                                    : Answer::Cancel;
+    void Message(MessageStyle, const MessageText&) override {}
+    Answer Ask(Buttons buttons, MessageStyle, const MessageText& text) override {
+        return HarmlessAnswer(buttons, text);
     }
-    std::optional<std::string> Input(const std::string&, const std::string&, const std::string&) override {
+    std::optional<std::string> Input(const std::string&, const MessageText&, const std::string&) override {
         return std::nullopt;
     }
     std::optional<std::string> OpenFile(const FileDialog&) override { return std::nullopt; }
     std::optional<std::string> SaveFile(const FileDialog&) override { return std::nullopt; }
-    std::optional<std::string> ChooseFolder(const std::string&, const std::string&) override {
+    std::optional<std::string> ChooseFolder(const MessageText&, const std::string&) override {
         return std::nullopt;
     }
     std::string ShowForm(const ChoiceForm&) override { return {}; }
@@ -33,6 +33,32 @@ class AbsentUser final : public User {
     void PumpEvents() override {}
     bool StopRequested() override { return false; }
 };
+
+Answer AffirmativeOf(Buttons buttons) {
+    switch (buttons) {
+        case Buttons::YesNo:
+        case Buttons::YesNoCancel:
+            return Answer::Yes;
+        case Buttons::OkCancel:
+            return Answer::Ok;
+        case Buttons::AbortRetryIgnore:
+            return Answer::Retry;
+    }
+    return Answer::None;
+}
+
+Answer DecliningOf(Buttons buttons) {
+    switch (buttons) {
+        case Buttons::YesNo:
+            return Answer::No;
+        case Buttons::YesNoCancel:
+        case Buttons::OkCancel:
+            return Answer::Cancel;
+        case Buttons::AbortRetryIgnore:
+            return Answer::Abort;
+    }
+    return Answer::None;
+}
 
 User*& CurrentUser() {
     static User* user = nullptr;
@@ -50,15 +76,34 @@ User* SetUser(User* user) {
     return std::exchange(CurrentUser(), user);
 }
 
-void ShowMessage(MessageStyle style, const std::string& text) {
+Answer HarmlessAnswer(Buttons buttons, const MessageText& question) {
+    // A third button leaves all as it is.
+    if (buttons == Buttons::YesNoCancel) return Answer::Cancel;
+    switch (HarmOf(question.id).value_or(Harm::YesLoses)) {
+        case Harm::AnyLoses:
+            return Answer::None;
+        case Harm::NoLoses:
+            return AffirmativeOf(buttons);
+        default:
+            return DecliningOf(buttons);
+    }
+}
+
+Answer WillingAnswer(Buttons buttons, const MessageText& question) {
+    const Harm harm = HarmOf(question.id).value_or(Harm::YesLoses);
+    if (harm == Harm::NothingLoses || harm == Harm::NoLoses) return AffirmativeOf(buttons);
+    return HarmlessAnswer(buttons, question);
+}
+
+void ShowMessage(MessageStyle style, const MessageText& text) {
     TheUser().Message(style, text);
 }
 
-void TellCritical(const std::string& text) {
+void TellCritical(const MessageText& text) {
     ShowMessage(MessageStyle::Critical, text);
 }
 
-bool AskYesNo(MessageStyle style, const std::string& text) {
+bool AskYesNo(MessageStyle style, const MessageText& text) {
     return TheUser().Ask(Buttons::YesNo, style, text) == Answer::Yes;
 }
 

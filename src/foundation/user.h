@@ -1,7 +1,8 @@
 // The user port: every box, question, dialog and progress display that the logic shows.
 //
 // The logic never knows who answers: the forms, a terminal, an answers file or a test's script. Calls are
-// synchronous, on the one thread. TheUser() is the port in use.
+// synchronous, on the one thread. TheUser() is the port in use. What is told or asked carries the id of its
+// message (message_text.h), by which answers and events name it in any language.
 #pragma once
 
 #include <optional>
@@ -9,16 +10,20 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/message_text.h"
+
 namespace kelvash {
 
 enum class MessageStyle { Critical, Question, Exclamation, Plain };
 enum class Buttons { YesNo, YesNoCancel, OkCancel, AbortRetryIgnore };
-enum class Answer { Yes, No, Ok, Cancel, Abort, Retry, Ignore };
+// None: nobody answered a question of which every answer can lose something. Whoever asked leaves all as it
+// is.
+enum class Answer { Yes, No, Ok, Cancel, Abort, Retry, Ignore, None };
 
 // What a common file dialog shows. The filter is in the pipe form "Text (*.x)|*.x"; `folder` is where it
 // starts; `name` is the proposed file name.
 struct FileDialog {
-    std::string title;
+    MessageText title;
     std::string filter;
     std::string folder;
     std::string name;
@@ -50,16 +55,17 @@ class User {
     User& operator=(const User&) = delete;
     virtual ~User() = default;
 
-    virtual void Message(MessageStyle style, const std::string& text) = 0;
-    // One of the answers that the buttons offer.
-    virtual Answer Ask(Buttons buttons, MessageStyle style, const std::string& text) = 0;
+    virtual void Message(MessageStyle style, const MessageText& text) = 0;
+    // One of the answers that the buttons offer, or None. The text begins with a question of the message
+    // table.
+    virtual Answer Ask(Buttons buttons, MessageStyle style, const MessageText& text) = 0;
     // The typed text; nothing on cancel.
-    virtual std::optional<std::string> Input(const std::string& title, const std::string& text,
+    virtual std::optional<std::string> Input(const std::string& title, const MessageText& text,
                                              const std::string& initial) = 0;
     // The chosen path as a path text; nothing on cancel.
     virtual std::optional<std::string> OpenFile(const FileDialog& dialog) = 0;
     virtual std::optional<std::string> SaveFile(const FileDialog& dialog) = 0;
-    virtual std::optional<std::string> ChooseFolder(const std::string& caption, const std::string& start) = 0;
+    virtual std::optional<std::string> ChooseFolder(const MessageText& caption, const std::string& start) = 0;
     // The name of the button that ended the form, or the path that was chosen in it; empty when it was
     // closed. The accepting button's name, where a path is to be chosen, means that none was.
     virtual std::string ShowForm(const ChoiceForm& form) = 0;
@@ -85,10 +91,17 @@ User& TheUser();
 // Puts another port in use and gives the old one; null puts the harmless one back. The caller owns both.
 User* SetUser(User* user);
 
-// Shorthands for the commonest calls.
-void ShowMessage(MessageStyle style, const std::string& text);
-void TellCritical(const std::string& text);
-bool AskYesNo(MessageStyle style, const std::string& text);
+// The answer for a question that nobody answers, or whose window is closed: one that can lose nothing, by the
+// message table; None where each can.
+Answer HarmlessAnswer(Buttons buttons, const MessageText& question);
+// The affirmative answer where it can lose nothing, else the harmless one: the default of a window.
+Answer WillingAnswer(Buttons buttons, const MessageText& question);
+
+// Shorthands for the commonest calls. AskYesNo is false for None, so it isn't for questions whose No can lose
+// something.
+void ShowMessage(MessageStyle style, const MessageText& text);
+void TellCritical(const MessageText& text);
+bool AskYesNo(MessageStyle style, const MessageText& text);
 
 // Sets a bar to the whole percentage of done in total. A total of 0 counts as 1, done above total as total.
 // The bar is only redrawn on a change.

@@ -21,7 +21,7 @@ bool ConfigApplied = false;
 
 namespace {
 
-std::string Text(MessageId id) {
+MessageText Text(MessageId id) {
     return LoadMessage(id, {});
 }
 
@@ -133,7 +133,7 @@ bool AskForCd(const std::string& source, const std::string& file, const std::str
     if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kExternHaveCd, {cd, kLineBreak})))
         return false;
     for (;;) {
-        const std::string text = LoadMessage(MessageId::kExternInsertCd, {cd}) + source.substr(0, 2);
+        const MessageText text = LoadMessage(MessageId::kExternInsertCd, {cd}) + source.substr(0, 2);
         if (TheUser().Ask(Buttons::OkCancel, MessageStyle::Exclamation, text) == Answer::Cancel) return false;
         if (FileExists(source)) return true;
         if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kExternRetry, {file, kLineBreak})))

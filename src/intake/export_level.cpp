@@ -30,7 +30,7 @@ namespace kelvash::intake {
 
 namespace {
 
-std::string Text(MessageId id) {
+MessageText Text(MessageId id) {
     return LoadMessage(id, {});
 }
 

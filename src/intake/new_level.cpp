@@ -23,7 +23,7 @@ namespace kelvash::intake {
 
 namespace {
 
-std::string Text(MessageId id) {
+MessageText Text(MessageId id) {
     return LoadMessage(id, {});
 }
 
@@ -119,8 +119,8 @@ void TakeFirstZip(NewLevel& level, const std::string& zip) {
     PickMoreInfoFile(level);
 }
 
-std::string SummaryOf(std::size_t added, std::size_t all, const std::vector<std::string>& left_out) {
-    std::string text = LoadMessage(MessageId::kAddedSummary, {std::to_string(added), std::to_string(all)});
+MessageText SummaryOf(std::size_t added, std::size_t all, const std::vector<std::string>& left_out) {
+    MessageText text = LoadMessage(MessageId::kAddedSummary, {std::to_string(added), std::to_string(all)});
     if (left_out.empty()) return text;
     text += kLineBreak + Text(MessageId::kAddedSummaryNot);
     for (const std::string& source : left_out)

@@ -24,7 +24,7 @@ namespace kelvash::intake {
 
 namespace {
 
-std::string Text(MessageId id) {
+MessageText Text(MessageId id) {
     return LoadMessage(id, {});
 }
 
@@ -84,7 +84,7 @@ Arrival Unzip(const std::string& zip, const std::string& folder, ZipFolders fold
 }
 
 // A stop by the user is no error.
-void TellArrival(Arrival arrival, const std::string& error) {
+void TellArrival(Arrival arrival, const MessageText& error) {
     if (arrival == Arrival::Stopped)
         ShowMessage(MessageStyle::Exclamation, Text(MessageId::kAddStopped));
     else if (arrival == Arrival::Failed)

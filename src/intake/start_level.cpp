@@ -15,7 +15,7 @@ namespace kelvash::intake {
 
 namespace {
 
-std::string Text(MessageId id) {
+MessageText Text(MessageId id) {
     return LoadMessage(id, {});
 }
 
@@ -58,7 +58,7 @@ bool RenameLevelFile(const std::string& tr4, const std::string& name) {
 
 bool RenameAfterDocument(const std::string& tr4, const StandardLevel& level, std::string& level_name) {
     const std::string old = Quoted(FileNameOf(tr4));
-    const std::string question = LoadMessage(MessageId::kRenameTr4Question, {old, kLineBreak, old}) +
+    const MessageText question = LoadMessage(MessageId::kRenameTr4Question, {old, kLineBreak, old}) +
                                  Quoted(level.file) + Text(MessageId::kRenameTr4QuestionEnd);
     if (!AskYesNo(MessageStyle::Question, question) || !RenameLevelFile(tr4, level.file)) return false;
     level_name = level.name;
@@ -105,7 +105,7 @@ void CompleteScript(const std::string& folder) {
 // The place of the language to keep; asks until one is named.
 std::size_t AskLanguage(const std::vector<std::string>& files) {
     const std::string count = std::to_string(files.size());
-    std::string text = LoadMessage(MessageId::kLanguageInput, {count}) + count + ")";
+    MessageText text = LoadMessage(MessageId::kLanguageInput, {count}) + count + ")";
     for (std::size_t i = 0; i < files.size(); ++i)
         text += kLineBreak + std::to_string(i + 1) + "=" + FileNameOf(files[i]);
     for (;;) {

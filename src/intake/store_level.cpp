@@ -21,7 +21,7 @@ namespace kelvash::intake {
 
 namespace {
 
-std::string Text(MessageId id) {
+MessageText Text(MessageId id) {
     return LoadMessage(id, {});
 }
 
@@ -58,7 +58,7 @@ bool AudioIsReady(const NewLevel& level) {
 
 bool SourcesAreConverted(const NewLevel& level) {
     if (level.OnCd || !Has(level, MessageId::kIntakeTomMask)) return true;
-    const std::string question = LoadMessage(MessageId::kTomQuestion, {kLineBreak});
+    const MessageText question = LoadMessage(MessageId::kTomQuestion, {kLineBreak});
     if (TheUser().Ask(Buttons::OkCancel, MessageStyle::Question, question) == Answer::Ok)
         ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kTomNotConverted, {kLineBreak}));
     return false;

@@ -25,11 +25,13 @@ using core::BackupFolder;
 
 enum class Kind { Full, Compact };
 
-Kind AskKind() {
-    return AskYesNo(MessageStyle::Question,
-                    LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak}))
-               ? Kind::Full
-               : Kind::Compact;
+// Nothing if nobody says.
+std::optional<Kind> AskKind() {
+    const Answer answer =
+        TheUser().Ask(Buttons::YesNo, MessageStyle::Question,
+                      LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak}));
+    if (answer == Answer::None) return std::nullopt;
+    return answer == Answer::Yes ? Kind::Full : Kind::Compact;
 }
 
 bool EnoughRoom(std::int64_t needed) {
@@ -218,10 +220,12 @@ bool BackupIsValid() {
 
 std::string AskOriginalConfiguration() {
     const std::string trle = core::TrleFolder();
-    if (AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kOriginalNeeded, {}) + kLineBreak +
-                                             LoadMessage(MessageId::kOriginalQuestion, {trle}) + kLineBreak +
-                                             LoadMessage(MessageId::kOriginalNote, {})))
-        return trle;
+    const Answer answer = TheUser().Ask(Buttons::YesNo, MessageStyle::Question,
+                                        LoadMessage(MessageId::kOriginalNeeded, {}) + kLineBreak +
+                                            LoadMessage(MessageId::kOriginalQuestion, {trle}) + kLineBreak +
+                                            LoadMessage(MessageId::kOriginalNote, {}));
+    if (answer == Answer::Yes) return trle;
+    if (answer == Answer::None) return {};
     TellCritical(LoadMessage(MessageId::kOriginalTips, {kLineBreak}));
     TellCritical(LoadMessage(MessageId::kOriginalSetupAgain, {kLineBreak, kLineBreak}));
     return {};

@@ -28,11 +28,12 @@ std::string DecompressOneFile(const std::string& path, bool show_dialog);
 [[nodiscard]] bool CompressLevelFiles(const std::string& source, std::int32_t level_index);
 
 // Takes the two compression settings of the open Archive. If they change anything, offers to bring the files
-// of the levels on disk into the forms that they ask for, and tells the sizes before and after.
+// of the levels on disk into the forms that they ask for, and tells the sizes before and after. False if a
+// file kept its old form although it was to change.
 struct CompressionSettings {
     bool CompressFiles = false;
     bool EncodeWavInMp3 = false;
 };
-void ApplyCompressionSettings(const CompressionSettings& settings);
+bool ApplyCompressionSettings(const CompressionSettings& settings);
 
 } // namespace kelvash::swap

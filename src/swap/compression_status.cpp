@@ -21,11 +21,12 @@ const core::ArchiveHeader& Header() {
 }
 
 // No converter is built in, so every level with audio to convert fails here; the user may go on with the
-// rest.
-bool ConvertAudio(const std::string& files) {
+// rest. `whole` becomes false when something keeps its old form, here and below.
+bool ConvertAudio(const std::string& files, bool& whole) {
     const MessageId mask = Header().EncodeWavInMp3 ? MessageId::kStatusWavMask : MessageId::kMp3Mask;
-    return !AnyFile(files, LoadMessage(mask, {})) ||
-           AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kAudioStatusFailed, {kLineBreak}));
+    if (!AnyFile(files, LoadMessage(mask, {}))) return true;
+    whole = false;
+    return AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kAudioStatusFailed, {kLineBreak}));
 }
 
 std::vector<std::string> FilesToPack(const std::string& files) {
@@ -40,7 +41,7 @@ std::vector<std::string> FilesToPack(const std::string& files) {
 }
 
 // False if the user stops the run after a failure.
-bool PackOrUnpack(const std::string& files) {
+bool PackOrUnpack(const std::string& files, bool& whole) {
     const std::vector<std::string> list = FilesToPack(files);
     if (list.empty()) return true;
     const bool pack = Header().CompressFiles;
@@ -53,10 +54,13 @@ bool PackOrUnpack(const std::string& files) {
         TheUser().PumpEvents();
         const bool done = pack ? CompressFile(file, file + LoadMessage(MessageId::kZlExtension, {}))
                                : DecompressFile(file, StripExtension(file));
-        if (done)
+        if (done) {
             DeleteFile(file);
-        else if (!AskYesNo(MessageStyle::Question,
-                           LoadMessage(MessageId::kStatusFileFailed, {word, FileNameOf(file)})))
+            continue;
+        }
+        whole = false;
+        if (!AskYesNo(MessageStyle::Question,
+                      LoadMessage(MessageId::kStatusFileFailed, {word, FileNameOf(file)})))
             return false;
     }
     return true;
@@ -75,21 +79,24 @@ void ConvertPicture(const std::string& files, ProgressDialog& progress) {
 }
 
 // False if the user stops the run.
-bool ChangeLevel(const core::LevelRecord& level, ProgressDialog& progress) {
+bool ChangeLevel(const core::LevelRecord& level, ProgressDialog& progress, bool& whole) {
     progress.Label(LoadMessage(MessageId::kChangingLevel, {}) + level.Name);
     const std::string files = core::FilesFolder(core::LevelFolder(level.Code, false));
-    if (!ConvertAudio(files) || !PackOrUnpack(files)) return false;
+    if (!ConvertAudio(files, whole) || !PackOrUnpack(files, whole)) return false;
     ConvertPicture(files, progress);
     return true;
 }
 
-void ChangeLevels() {
+// True if all files have the new form.
+bool ChangeLevels() {
+    bool whole = true;
     ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kChangeStatusCaption, {}));
     for (std::int32_t i = 0; i < Header().LevelCount; ++i) {
         const core::LevelRecord level = core::archive.Levels[static_cast<std::size_t>(i)];
-        if (level.CdNumber <= 0 && !ChangeLevel(level, progress)) return;
+        if (level.CdNumber <= 0 && !ChangeLevel(level, progress, whole)) return false;
         ProgressPercent(progress.bar, i + 1, Header().LevelCount);
     }
+    return whole;
 }
 
 void TellSizes(double old_size) {
@@ -100,23 +107,25 @@ void TellSizes(double old_size) {
 
 } // namespace
 
-void ApplyCompressionSettings(const CompressionSettings& settings) {
+bool ApplyCompressionSettings(const CompressionSettings& settings) {
     const core::Change change(MessageId::kDoingCompression, core::kHomeFolder | core::kArchiveFolder);
-    if (!change) return;
+    if (!change) return false;
     core::ArchiveHeader& header = core::archive.Header;
     const bool changed =
         header.CompressFiles != settings.CompressFiles || header.EncodeWavInMp3 != settings.EncodeWavInMp3;
     header.CompressFiles = settings.CompressFiles;
     header.EncodeWavInMp3 = settings.EncodeWavInMp3;
+    bool whole = true;
     if (changed && AskYesNo(MessageStyle::Question,
                             LoadMessage(MessageId::kCompressionChangedQuestion, {kLineBreak, kLineBreak}))) {
         const double old_size = header.MainFolderSize;
-        ChangeLevels();
+        whole = ChangeLevels();
         core::ComputeArchiveSize(core::Report::Silent);
         TellSizes(old_size);
     }
     core::ArchiveTouched();
     core::RefreshLevelList();
+    return whole;
 }
 
 } // namespace kelvash::swap

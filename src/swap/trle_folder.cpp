@@ -10,7 +10,7 @@ namespace {
 
 struct Fault {
     MessageStyle style;
-    std::string text;
+    MessageText text;
 };
 
 std::optional<Fault> FindFault(const std::string& folder) {

@@ -10,8 +10,8 @@
 
 namespace kelvash::ui {
 
-// Shown by the user port, modal to everything. The button of a job that can be stopped, and closing the
-// window, ask the job to stop; the port takes the window away when the job has ended.
+// Shown by the user port, modal to everything. Where the job can be stopped, its button and closing the
+// window ask it to; any other window can't be closed. The port takes it away when the job has ended.
 class Dialog_Progress final : public QDialog {
     Q_OBJECT
 
@@ -20,7 +20,9 @@ class Dialog_Progress final : public QDialog {
     void Set_Caption_Texts();
     // Offers the button or not.
     void ImpostaValori(bool can_stop) { Pul_Stop->setVisible(can_stop); }
-    void reject() override { Q_EMIT StopWanted(); }
+    void reject() override {
+        if (!Pul_Stop->isHidden()) Q_EMIT StopWanted();
+    }
 
     QLabel* const Label_Info = Make<QLabel>(this, "Label_Info");
     QProgressBar* const ProgressBar1 = Make<QProgressBar>(this, "ProgressBar1");

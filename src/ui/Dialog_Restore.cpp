@@ -78,7 +78,10 @@ void Dialog_Restore::Fast() {
     SetRunning(true);
     const bool restored = swap::FastRestore();
     SetRunning(false);
-    if (restored) accept();
+    if (restored)
+        accept();
+    else
+        Pul_Fast->setFocus(); // greyed, it had lost the keyboard
 }
 
 void Dialog_Restore::Full() {

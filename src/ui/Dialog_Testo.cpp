@@ -164,9 +164,14 @@ QTextCursor Dialog_Testo::CurrentPlace() const {
     return in_view ? Text_File->textCursor() : Text_File->cursorForPosition(QPoint(0, 0));
 }
 
+// From the end of the text the search goes on at the other one.
 std::optional<TextMatch> Dialog_Testo::Match(std::size_t from, SearchDirection direction) const {
     const SearchUnit unit = Check_ParolaIntera->isChecked() ? SearchUnit::WholeWord : SearchUnit::Anywhere;
-    return FindText(text_, ToUtf8(Text_Trova->text()), from, direction, unit);
+    const std::string sought = ToUtf8(Text_Trova->text());
+    const std::optional<TextMatch> match = FindText(text_, sought, from, direction, unit);
+    if (match) return match;
+    const std::size_t other_end = direction == SearchDirection::Forward ? 0 : text_.size();
+    return FindText(text_, sought, other_end, direction, unit);
 }
 
 // A hit that is being looked at is passed over; one that has just become visible, or grown with the typed

@@ -9,21 +9,17 @@
 
 namespace kelvash::ui {
 
-// Shown by the user port, modal to everything. Closing it asks the job to stop; the port takes the window
-// away when the job has ended.
+// Shown by the user port, modal to everything, which also takes it away: it can't be closed.
 class Dialog_Zip final : public QDialog {
     Q_OBJECT
 
   public:
     explicit Dialog_Zip(QWidget* parent);
     void Set_Caption_Texts();
-    void reject() override { Q_EMIT StopWanted(); }
+    void reject() override {}
 
     QLabel* const Label_Info = Make<QLabel>(this, "Label_Info");
     QProgressBar* const ZlibTool1 = Make<QProgressBar>(this, "ZlibTool1");
-
-  Q_SIGNALS:
-    void StopWanted();
 };
 
 } // namespace kelvash::ui

@@ -85,8 +85,11 @@ void Principale::ConnectControls(FormsUser& user) {
             &Principale::TakeSelection);
     connect(Combo_Livelli, &QListView::doubleClicked, this, &Principale::Play);
     connect(Text_Search, &QLineEdit::textChanged, this, &Principale::FilterLevels);
-    connect(Text_Search, &QLineEdit::returnPressed, Pul_Search, &QPushButton::click);
-    connect(Pul_Search, &QPushButton::clicked, this, &Principale::Search);
+    // Enter leaves the keyboard here: in the list another Enter would start the game.
+    connect(Text_Search, &QLineEdit::returnPressed, this, [this] { Search(); });
+    connect(Pul_Search, &QPushButton::clicked, this, [this] {
+        if (Search()) Combo_Livelli->setFocus();
+    });
     connect(Pul_Dopo, &QPushButton::clicked, this,
             [this] { Select(core::FindNextLevel(ToUtf8(Text_Search->text()))); });
     connect(Pul_Prima, &QPushButton::clicked, this,
@@ -160,15 +163,12 @@ void Principale::FilterLevels() {
     if (core::SelectedLevel() != code) AggiornaDatiLivello(false);
 }
 
-void Principale::Search() {
-    const std::string text = ToUtf8(Text_Search->text());
-    const std::int32_t found = core::FindLevel(text);
-    if (found >= 0) {
-        Select(found);
-        Combo_Livelli->setFocus();
-    } else if (!Text_Search->text().trimmed().isEmpty()) {
+bool Principale::Search() {
+    const std::int32_t found = core::FindLevel(ToUtf8(Text_Search->text()));
+    Select(found);
+    if (found < 0 && !Text_Search->text().trimmed().isEmpty())
         ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kMainNotFound, {}));
-    }
+    return found >= 0;
 }
 
 void Principale::AggiornaDatiLivello(bool keep_image) {
@@ -262,9 +262,8 @@ void Principale::WatchGame() {
 
 void Principale::EnableCommands() {
     const bool open = core::ArchiveIsOpen();
-    for (const char* name : {"mnu_Save", "mnu_SaveAs", "mnu_SetOriginale", "mnu_CalcolaSize",
-                             "mnu_FaiFullBackup", "mnu_AddLevel", "mnu_PrefArchive", "mnu_MoveArc",
-                             "mnu_ControllaUguali", "mnu_CreaInfoTr4", "mnu_Kept"})
+    for (const char* name : {"mnu_Save", "mnu_SaveAs", "mnu_CalcolaSize", "mnu_FaiFullBackup", "mnu_AddLevel",
+                             "mnu_PrefArchive", "mnu_MoveArc", "mnu_ControllaUguali", "mnu_CreaInfoTr4", "mnu_Kept"})
         Command(name)->setEnabled(open);
     const bool selected = core::level_list.Selected >= 0;
     for (const char* name : {"mnu_Property", "mnu_ShowAutoreInfo", "mnu_RemoveLevel", "mnu_Export"})

@@ -123,7 +123,7 @@ class Principale final : public QMainWindow {
     void SyncSelection();
     void TakeSelection();
     void FilterLevels();
-    void Search();
+    bool Search();
     void Play();
     void SetPlaying(bool playing);
     void ShowPlaying();

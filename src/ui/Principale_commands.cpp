@@ -53,14 +53,20 @@ void Principale::ConnectMenu() {
 // left it open.
 void Principale::NewArchive() {
     const std::string former = core::profile.LastArchive;
-    if (!core::NewArchive() && core::profile.LastArchive != former) core::ReturnToArchive(former);
+    if (core::NewArchive())
+        Text_Search->clear();
+    else if (core::profile.LastArchive != former || !core::ArchiveIsOpen())
+        core::ReturnToArchive(former);
     ShowLevels();
 }
 
 // So does one whose missing folder was given up: its table is loaded by then.
 void Principale::LoadArchive() {
     const std::string former = core::profile.LastArchive;
-    if (!core::LoadArchiveDialog() && core::archive.ArchiveLoadRefused) core::ReturnToArchive(former);
+    if (core::LoadArchiveDialog())
+        Text_Search->clear(); // what was sought in the former one
+    else if (core::archive.ArchiveLoadRefused)
+        core::ReturnToArchive(former);
     ShowLevels();
 }
 
@@ -104,6 +110,9 @@ void Principale::ShowSettings() {
 void Principale::ShowRestore() {
     Dialog_Restore form(user_, this);
     form.exec();
+    // The box that told the outcome had the keyboard, and its form is gone with it.
+    activateWindow();
+    Combo_Livelli->setFocus();
 }
 
 void Principale::ShowAbout() {

@@ -27,7 +27,9 @@ void Principale::ConnectLevelMenu() {
     Connect("mnu_Export", [] { intake::ExportLevel(); });
     Connect("mnu_PrefArchive", [this] { ShowPreferences(); });
     Connect("mnu_MoveArc", [] { core::MoveArchive(); });
-    Connect("mnu_Recover", [] { core::RecoverArchive(); });
+    Connect("mnu_Recover", [this] {
+        if (core::RecoverArchive()) Text_Search->clear();
+    });
     Connect("mnu_Kept", [] { core::TakeKeptLevel(); });
     Connect("mnu_ControllaUguali", [] { core::ControllaUguali(); });
     Connect("mnu_CreaInfoTr4", [] { core::CreaInfoTr4(); });

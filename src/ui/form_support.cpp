@@ -78,6 +78,10 @@ QString ToolTipText(const QString& text) {
     return Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
 }
 
+QString AsToolTip(const QString& text) {
+    return Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
+}
+
 void AssignMnemonics(QWidget* form) {
     Letters letters;
     if (const auto* const bar = form->findChild<QMenuBar*>()) {

@@ -27,6 +27,9 @@ QString ShownLine(const std::string& text);
 // A text as a tool tip shows it to the letter: a name may look like mark-up.
 QString ToolTipText(const QString& text);
 
+// A name in a tool tip, which takes what looks like mark-up for mark-up.
+QString AsToolTip(const QString& text);
+
 // How long pictures are put off, in milliseconds: what they belong to is painted first.
 inline constexpr int kAfterPainting = 15;
 

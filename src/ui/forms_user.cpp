@@ -5,9 +5,12 @@
 #include <QEvent>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QWindow>
 #include <algorithm>
 
@@ -47,25 +50,73 @@ QMessageBox::Icon IconOf(MessageStyle style) {
     return QMessageBox::NoIcon;
 }
 
-// What a question offers, and what closing it means.
-struct ButtonSet {
-    QMessageBox::StandardButtons offered;
-    QMessageBox::StandardButton harmless;
-};
-
-ButtonSet SetOf(Buttons buttons) {
+QMessageBox::StandardButtons OfferedBy(Buttons buttons) {
     switch (buttons) {
         case Buttons::YesNo:
-            return {QMessageBox::Yes | QMessageBox::No, QMessageBox::No};
+            return QMessageBox::Yes | QMessageBox::No;
         case Buttons::YesNoCancel:
-            return {QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Cancel};
+            return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
         case Buttons::OkCancel:
-            return {QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Cancel};
+            return QMessageBox::Ok | QMessageBox::Cancel;
         case Buttons::AbortRetryIgnore:
-            return {QMessageBox::Abort | QMessageBox::Retry | QMessageBox::Ignore, QMessageBox::Abort};
+            return QMessageBox::Abort | QMessageBox::Retry | QMessageBox::Ignore;
     }
-    return {QMessageBox::Ok, QMessageBox::Ok};
+    return QMessageBox::Ok;
 }
+
+QMessageBox::StandardButton ButtonOf(Answer answer) {
+    switch (answer) {
+        case Answer::Yes:
+            return QMessageBox::Yes;
+        case Answer::No:
+            return QMessageBox::No;
+        case Answer::Ok:
+            return QMessageBox::Ok;
+        case Answer::Cancel:
+            return QMessageBox::Cancel;
+        case Answer::Abort:
+            return QMessageBox::Abort;
+        case Answer::Retry:
+            return QMessageBox::Retry;
+        case Answer::Ignore:
+            return QMessageBox::Ignore;
+        case Answer::None:
+            break;
+    }
+    return QMessageBox::NoButton;
+}
+
+// A box that only its buttons end where no answer is the harmless one.
+class QuestionBox final : public QMessageBox {
+  public:
+    using QMessageBox::QMessageBox;
+
+    void SetAnswers(StandardButton willing, StandardButton harmless) {
+        closable_ = harmless != NoButton;
+        if (closable_) setEscapeButton(harmless);
+        if (willing != NoButton) {
+            setDefaultButton(willing);
+            return;
+        }
+        // Otherwise the first of them would be the default.
+        for (auto* const button : findChildren<QPushButton*>())
+            button->setAutoDefault(false);
+    }
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (closable_ || event->key() != Qt::Key_Escape) QMessageBox::keyPressEvent(event);
+    }
+    void closeEvent(QCloseEvent* event) override {
+        if (closable_)
+            QMessageBox::closeEvent(event);
+        else
+            event->ignore();
+    }
+
+  private:
+    bool closable_ = true;
+};
 
 Answer AnswerOf(int button) {
     switch (button) {
@@ -173,8 +224,9 @@ QString FormsUser::TakeTitle() {
     return title;
 }
 
-int FormsUser::RunBox(MessageStyle style, const std::string& text, int buttons, int harmless) {
-    QMessageBox box(IconOf(style), TakeTitle(), {}, QMessageBox::StandardButtons(buttons), ParentOfBoxes());
+int FormsUser::RunBox(MessageStyle style, const std::string& text, const BoxButtons& buttons) {
+    QuestionBox box(IconOf(style), TakeTitle(), {}, QMessageBox::StandardButtons(buttons.offered),
+                    ParentOfBoxes());
     box.setObjectName(QStringLiteral("MessageBox"));
     box.setTextFormat(Qt::PlainText); // file names and level names are no mark-up
     box.setText(ShownText(text));
@@ -182,20 +234,20 @@ int FormsUser::RunBox(MessageStyle style, const std::string& text, int buttons, 
     if (auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
         label != nullptr && text.size() > kWideText)
         label->setMinimumWidth(box.fontMetrics().averageCharWidth() * kWideColumns);
-    box.setEscapeButton(static_cast<QMessageBox::StandardButton>(harmless));
+    box.SetAnswers(ButtonOf(buttons.willing), ButtonOf(buttons.harmless));
     return box.exec();
 }
 
-void FormsUser::Message(MessageStyle style, const std::string& text) {
-    RunBox(style, text, QMessageBox::Ok, QMessageBox::Ok);
+void FormsUser::Message(MessageStyle style, const MessageText& text) {
+    RunBox(style, text, {QMessageBox::Ok, Answer::Ok, Answer::Ok});
 }
 
-Answer FormsUser::Ask(Buttons buttons, MessageStyle style, const std::string& text) {
-    const ButtonSet set = SetOf(buttons);
-    return AnswerOf(RunBox(style, text, set.offered, set.harmless));
+Answer FormsUser::Ask(Buttons buttons, MessageStyle style, const MessageText& text) {
+    return AnswerOf(RunBox(
+        style, text, {OfferedBy(buttons), WillingAnswer(buttons, text), HarmlessAnswer(buttons, text)}));
 }
 
-std::optional<std::string> FormsUser::Input(const std::string& title, const std::string& text,
+std::optional<std::string> FormsUser::Input(const std::string& title, const MessageText& text,
                                             const std::string& initial) {
     QInputDialog dialog(ParentOfBoxes());
     dialog.setObjectName(QStringLiteral("InputBox"));
@@ -204,6 +256,7 @@ std::optional<std::string> FormsUser::Input(const std::string& title, const std:
     for (QLabel* label : dialog.findChildren<QLabel*>())
         label->setTextFormat(Qt::PlainText); // as in a box
     dialog.setTextValue(ShownLine(initial));
+    if (AsksPassword(text.id)) dialog.setTextEchoMode(QLineEdit::Password);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return ToUtf8(dialog.textValue());
 }
@@ -236,7 +289,7 @@ std::optional<std::string> FormsUser::SaveFile(const FileDialog& dialog) {
     return PathOfFile(window.selectedFiles().value(0));
 }
 
-std::optional<std::string> FormsUser::ChooseFolder(const std::string& caption, const std::string& start) {
+std::optional<std::string> FormsUser::ChooseFolder(const MessageText& caption, const std::string& start) {
     Dialog_GetDir dialog(ParentOfBoxes());
     dialog.ImpostaValori(caption, start);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
@@ -260,21 +313,19 @@ FormsUser::Progress* FormsUser::Find(BarPlace place) {
 void FormsUser::OpenProgress(BarPlace place, const std::string& caption) {
     auto progress = std::make_unique<Progress>();
     progress->place = place;
-    const auto stop = [this] { stop_requested_ = true; };
     if (place == BarPlace::WaitDialog) {
         auto window = std::make_unique<Dialog_Wait>(ParentOfBoxes());
         progress->label = window->Label_Mex;
         progress->window = std::move(window);
     } else if (place == BarPlace::ZipDialog) {
         auto window = std::make_unique<Dialog_Zip>(ParentOfBoxes());
-        connect(window.get(), &Dialog_Zip::StopWanted, this, stop);
         progress->label = window->Label_Info;
         progress->bar = window->ZlibTool1;
         progress->window = std::move(window);
     } else {
         auto window = std::make_unique<Dialog_Progress>(ParentOfBoxes());
         window->ImpostaValori(place == BarPlace::StoppableDialog);
-        connect(window.get(), &Dialog_Progress::StopWanted, this, stop);
+        connect(window.get(), &Dialog_Progress::StopWanted, this, [this] { stop_requested_ = true; });
         progress->label = window->Label_Info;
         progress->bar = window->ProgressBar1;
         progress->window = std::move(window);

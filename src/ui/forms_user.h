@@ -36,13 +36,13 @@ class FormsUser final : public QObject, public User {
     // How long a job runs before its progress window shows, in milliseconds.
     void SetPatience(int milliseconds) { patience_ = milliseconds; }
 
-    void Message(MessageStyle style, const std::string& text) override;
-    Answer Ask(Buttons buttons, MessageStyle style, const std::string& text) override;
-    std::optional<std::string> Input(const std::string& title, const std::string& text,
+    void Message(MessageStyle style, const MessageText& text) override;
+    Answer Ask(Buttons buttons, MessageStyle style, const MessageText& text) override;
+    std::optional<std::string> Input(const std::string& title, const MessageText& text,
                                      const std::string& initial) override;
     std::optional<std::string> OpenFile(const FileDialog& dialog) override;
     std::optional<std::string> SaveFile(const FileDialog& dialog) override;
-    std::optional<std::string> ChooseFolder(const std::string& caption, const std::string& start) override;
+    std::optional<std::string> ChooseFolder(const MessageText& caption, const std::string& start) override;
     std::string ShowForm(const ChoiceForm& form) override;
     void OpenProgress(BarPlace dialog, const std::string& caption) override;
     void CloseProgress(BarPlace dialog) override;
@@ -63,7 +63,13 @@ class FormsUser final : public QObject, public User {
     bool eventFilter(QObject* watched, QEvent* event) override;
     QWidget* ParentOfBoxes() const;
     QString TakeTitle();
-    int RunBox(MessageStyle style, const std::string& text, int buttons, int harmless);
+    // What a box offers (Qt's flags), what Enter means, and closing it.
+    struct BoxButtons {
+        int offered;
+        Answer willing;
+        Answer harmless;
+    };
+    int RunBox(MessageStyle style, const std::string& text, const BoxButtons& buttons);
     std::optional<std::string> PathOfFile(const QString& chosen);
     Progress* Find(BarPlace place);
     void Show(Progress& progress);

@@ -5,6 +5,8 @@
 
 #include "ui/form_support.h"
 
+#include "ui/form_support.h"
+
 namespace kelvash::ui {
 
 namespace {

@@ -10,15 +10,16 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
 constexpr const char* kFormCancelled = R"({"event":"form","name":"Dialog_TrovaTrle","answer":null})";
 constexpr const char* kFormAnswered = R"({"event":"form","name":"Dialog_TrovaTrle","answer":"C:\\none"})";
 constexpr const char* kNoFolder =
-    R"({"event":"message","style":"critical","text":"Not right folder: Missing file 'tomb4.exe' in folder: C:\\none"})";
+    R"({"event":"message","id":323,"style":"critical","text":"Not right folder: Missing file 'tomb4.exe' in folder: C:\\none"})";
 constexpr const char* kNoTrle =
-    R"({"event":"message","style":"critical","text":"This program cann't run without Tomb Raider Level Editor\r\nNow, Kelvash ends"})";
+    R"({"event":"message","id":322,"style":"critical","text":"This program cann't run without Tomb Raider Level Editor\r\nNow, Kelvash ends"})";
 constexpr const char* kSaveFailed = R"({"event":"result","ok":false,"archive":""})";
 
 class AnswersFile : public CliHome {
@@ -68,7 +69,7 @@ TEST_F(AnswersFile, TheFirstEntryThatFitsIsTakenWhateverStandsBehind) {
     EXPECT_THAT(run.lines.at(3), EndsWith(R"("answer":"no"})"));
     EXPECT_THAT(
         run.lines.at(4),
-        R"({"event":"message","style":"critical","text":"Tips: \r\n* If there are savegames of custom level you played in trle forlder, save them in new folder and then, when you add that level to archive, add also that savegames folder in 'about file' for that level"})");
+        R"({"event":"message","id":443,"style":"critical","text":"Tips: \r\n* If there are savegames of custom level you played in trle forlder, save them in new folder and then, when you add that level to archive, add also that savegames folder in 'about file' for that level"})");
 }
 
 TEST_F(AnswersFile, CancelIsAnAnswerOfItsOwn) {
@@ -83,8 +84,26 @@ TEST_F(AnswersFile, AnAnswerThatTheBoxDoesNotOfferIsToldAndHarmless) {
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(
         run.lines.at(1),
-        R"({"event":"ask","buttons":"yesno","style":"question","text":"Do you want load a different archive?","answer":"no"})");
+        R"({"event":"ask","id":290,"buttons":"yesno","style":"question","text":"Do you want load a different archive?","answer":"no"})");
     EXPECT_EQ(run.errors, "'retry' is no answer here: [yes/no] \n");
+}
+
+TEST_F(AnswersFile, AnEntryNamesItsBoxByTheIdInAnyLanguage) {
+    SetUpHome();
+    fs::rename(home / "LevelArchive.kva", drive / "away.kva");
+    MakeFile(home / "messages.txt", "290\tAltro archivio?\r\n203\tApri\r\n");
+    const CliRun run = SaveWith(R"([{"id":290,"answer":"yes"},{"id":203,"answer":"C:\\away.kva"}])");
+    EXPECT_EQ(run.status, 0) << run.Output();
+    EXPECT_EQ(
+        run.lines.at(1),
+        R"({"event":"ask","id":290,"buttons":"yesno","style":"question","text":"Altro archivio?","answer":"yes"})");
+    EXPECT_THAT(run.lines.at(2), StartsWith(R"({"event":"openfile","id":203,"title":"Apri",)"));
+}
+
+TEST_F(AnswersFile, AnIdIsNoPartOfAText) {
+    const CliRun run = SaveWithoutArchive(R"([{"id":29,"answer":"yes"}])");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.lines.at(1), EndsWith(R"("answer":"no"})"));
 }
 
 TEST_F(AnswersFile, NativePathsAreTakenInDialogs) {
@@ -97,11 +116,27 @@ TEST_F(AnswersFile, NativePathsAreTakenInDialogs) {
     EXPECT_THAT(run.lines.at(2), EndsWith(R"("answer":"C:\\away.kva"})"));
 }
 
+TEST_F(AnswersFile, WithoutAnAnswerAQuestionThatCanLoseEitherWayEndsTheCommand) {
+    MakeTrle(drive / "trle");
+    for (const char* yes : {"--no-input", "--yes"}) {
+        const CliRun run =
+            Json({yes, "save", "--answers", Answers(R"([{"when":"Dialog_TrovaTrle","answer":"C:\\trle"}])")});
+        EXPECT_EQ(run.status, 3) << run.Output();
+        EXPECT_THAT(run.lines, testing::Contains(testing::AllOf(StartsWith(R"({"event":"ask","id":440,)"),
+                                                                EndsWith(R"("answer":null})"))));
+        EXPECT_THAT(run.errors, HasSubstr("This question needs an answer, and none was given: "));
+    }
+    EXPECT_FALSE(Exists(home / "backup_trle"));
+}
+
 TEST_F(AnswersFile, JsonModeNeverReadsWhatIsTyped) {
     const CliRun run = Bare({"--json", "--home", home.string(), "--drive", "C=" + drive.string(), "save"},
                             "C:\\none\nC:\\none\n");
     EXPECT_THAT(run.lines, ElementsAre(kFormCancelled, kNoTrle, kSaveFailed));
 }
+
+constexpr const char* kNoTrleErrors =
+    "! This program cann't run without Tomb Raider Level Editor\nNow, Kelvash ends\nFailed\n";
 
 class PlainMode : public CliHome {};
 
@@ -110,28 +145,40 @@ TEST_F(PlainMode, AsksInTheTerminal) {
     fs::rename(home / "LevelArchive.kva", drive / "away.kva");
     const CliRun run = Plain({"save"}, "what?\nYES\nC:\\away.kva\n");
     EXPECT_EQ(run.status, 0) << run.Output();
-    EXPECT_THAT(run.lines, ElementsAre("! Last archive not found: C:\\Kelvash\\LevelArchive.kva",
-                                       "Do you want load a different archive?",
+    EXPECT_THAT(run.lines, ElementsAre("Do you want load a different archive?",
                                        "[yes/no] Do you want load a different archive?",
                                        "[yes/no] Load Tomb Raider Level Archive [] Archive: C:\\away.kva"));
-    EXPECT_EQ(run.errors, "'what?' is no answer here: [yes/no] \n");
+    EXPECT_EQ(run.errors,
+              "! Last archive not found: C:\\Kelvash\\LevelArchive.kva\n"
+              "'what?' is no answer here: [yes/no] \n");
 }
 
 TEST_F(PlainMode, TakesTheHarmlessWayAtTheEndOfTheInput) {
     const CliRun run = Plain({"save"});
     EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.lines,
-                ElementsAre("Folder of Tomb Raider Level Editor (Dialog_TrovaTrle)", "[Pul_Ok/Pul_Cancel]  ",
-                            "! This program cann't run without Tomb Raider Level Editor", "Now, Kelvash ends",
-                            "Archive: ", "Failed"));
+    EXPECT_THAT(run.lines, ElementsAre("Folder of Tomb Raider Level Editor (Dialog_TrovaTrle)",
+                                       "[Pul_Ok/Pul_Cancel]  ", "Archive: "));
+    EXPECT_EQ(run.errors, kNoTrleErrors);
 }
 
 TEST_F(PlainMode, WithAnAnswersFileNothingIsAsked) {
     const CliRun run = Plain({"save", "--answers", Answers("[]")}, "C:\\none\n");
-    EXPECT_THAT(run.lines,
-                ElementsAre("Folder of Tomb Raider Level Editor (Dialog_TrovaTrle)", "[Pul_Ok/Pul_Cancel]  -",
-                            "! This program cann't run without Tomb Raider Level Editor", "Now, Kelvash ends",
-                            "Archive: ", "Failed"));
+    EXPECT_THAT(run.lines, ElementsAre("Folder of Tomb Raider Level Editor (Dialog_TrovaTrle)",
+                                       "[Pul_Ok/Pul_Cancel]  -", "Archive: "));
+    EXPECT_EQ(run.errors, kNoTrleErrors);
+}
+
+TEST_F(PlainMode, WithoutInputNothingIsAsked) {
+    const CliRun run = Plain({"--no-input", "save"}, "C:\\none\n");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.errors, kNoTrleErrors);
+}
+
+TEST_F(PlainMode, QuietTellsFailuresAndTheResult) {
+    const CliRun run = Plain({"--quiet", "--no-input", "save"});
+    EXPECT_THAT(run.lines, ElementsAre("Archive: "));
+    EXPECT_EQ(run.errors, kNoTrleErrors);
+    EXPECT_THAT(Json({"--quiet", "save"}).lines, ElementsAre(kSaveFailed));
 }
 
 TEST_F(PlainMode, StatusIsAListForAPerson) {

@@ -20,7 +20,7 @@ TEST_F(ArchiveCommands, NewStartsAnotherArchive) {
     EXPECT_THAT(
         run.lines,
         ElementsAre(
-            R"({"event":"folder","title":"Select main folder for new archive","filter":"","start":"C:\\LevelFolder2","name":"","answer":"C:\\More"})",
+            R"({"event":"folder","id":250,"title":"Select main folder for new archive","filter":"","start":"C:\\LevelFolder","name":"","answer":"C:\\More"})",
             R"({"event":"progress","caption":"Computing size of archive 'LevelArchive2.kva' in progress..."})",
             R"({"event":"result","ok":true,"archive":"C:\\Kelvash\\LevelArchive2.kva"})"));
     EXPECT_THAT(Json({"status"}).Output(), HasSubstr("LevelArchive2.kva"));
@@ -33,7 +33,7 @@ TEST_F(ArchiveCommands, NewMovesBelowAFolderThatIsNotEmpty) {
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(
         run.lines.at(1),
-        R"({"event":"message","style":"exclamation","text":"Warning. Folder for new archive must be empty. Folder has been changed in: C:\\Full\\LevelFolder"})");
+        R"({"event":"message","id":251,"style":"exclamation","text":"Warning. Folder for new archive must be empty. Folder has been changed in: C:\\Full\\LevelFolder"})");
     EXPECT_TRUE(Exists(drive / "Full" / "LevelFolder"));
 }
 
@@ -44,7 +44,7 @@ TEST_F(ArchiveCommands, NewReplacesAnArchiveThatIsGone) {
     EXPECT_EQ(run.status, 0) << run.Output();
     EXPECT_EQ(
         run.lines.at(1),
-        R"({"event":"ask","buttons":"yesno","style":"question","text":"Do you want load a different archive?","answer":"no"})");
+        R"({"event":"ask","id":290,"buttons":"yesno","style":"question","text":"Do you want load a different archive?","answer":"no"})");
     EXPECT_EQ(run.lines.back(), R"({"event":"result","ok":true,"archive":"C:\\Kelvash\\LevelArchive.kva"})");
     EXPECT_EQ(fs::file_size(home / "LevelArchive.kva"), 2180U);
 }
@@ -66,7 +66,7 @@ TEST_F(ArchiveCommands, NewNeedsATrleFolder) {
         run.lines,
         ElementsAre(
             R"({"event":"form","name":"Dialog_TrovaTrle","answer":null})",
-            R"({"event":"message","style":"critical","text":"This program cann't run without Tomb Raider Level Editor\r\nNow, Kelvash ends"})",
+            R"({"event":"message","id":322,"style":"critical","text":"This program cann't run without Tomb Raider Level Editor\r\nNow, Kelvash ends"})",
             R"({"event":"result","ok":false,"archive":""})"));
     EXPECT_FALSE(Exists(drive / "More"));
 }
@@ -95,8 +95,8 @@ TEST_F(ArchiveCommands, LoadOfAMissingFileLeavesTheOpenArchive) {
     EXPECT_THAT(
         run.lines,
         ElementsAre(
-            R"({"event":"message","style":"critical","text":"Last archive not found: C:\\none.kva"})",
-            R"({"event":"ask","buttons":"yesno","style":"question","text":"Do you want load a different archive?","answer":"no"})",
+            R"({"event":"message","id":288,"style":"critical","text":"Last archive not found: C:\\none.kva"})",
+            R"({"event":"ask","id":290,"buttons":"yesno","style":"question","text":"Do you want load a different archive?","answer":"no"})",
             R"({"event":"result","ok":false,"archive":"C:\\Kelvash\\LevelArchive.kva"})"));
     EXPECT_EQ(Json({"status"}).status, 0);
 }
@@ -110,7 +110,7 @@ TEST_F(ArchiveCommands, LoadOffersADifferentArchive) {
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(
         run.lines.at(2),
-        R"({"event":"openfile","title":"Load Tomb Raider Level Archive","filter":"Level Archive Files (*.kva)|*.kva","start":"C:\\Kelvash","name":"","answer":"C:\\copy.kva"})");
+        R"({"event":"openfile","id":203,"title":"Load Tomb Raider Level Archive","filter":"Level Archive Files (*.kva)|*.kva","start":"C:\\Kelvash","name":"","answer":"C:\\copy.kva"})");
     EXPECT_EQ(run.lines.back(), R"({"event":"result","ok":true,"archive":"C:\\copy.kva"})");
 }
 
@@ -122,7 +122,7 @@ TEST_F(ArchiveCommands, LoadTakesOnlyFilesNamedAsArchives) {
     EXPECT_THAT(
         run.lines,
         ElementsAre(
-            R"({"event":"message","style":"critical","text":"Error loading last archive: C:\\some.bin"})",
+            R"({"event":"message","id":289,"style":"critical","text":"Error loading last archive: C:\\some.bin"})",
             R"({"event":"result","ok":false,"archive":"C:\\Kelvash\\LevelArchive.kva"})"));
 }
 
@@ -131,9 +131,12 @@ TEST_F(ArchiveCommands, LoadOfAnEmptyFileOpensNothing) {
     MakeFile(drive / "empty.kva", "");
     const CliRun run = Json({"load", "C:\\empty.kva"});
     EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.lines,
-                ElementsAre(R"({"event":"message","style":"critical","text":"No Archive is open"})",
-                            R"({"event":"result","ok":false,"archive":"C:\\Kelvash\\LevelArchive.kva"})"));
+    EXPECT_THAT(
+        run.lines,
+        ElementsAre(
+            R"({"event":"message","id":289,"style":"critical","text":"Error loading last archive: C:\\empty.kva"})",
+            R"({"event":"ask","id":290,"buttons":"yesno","style":"question","text":"Do you want load a different archive?","answer":"no"})",
+            R"({"event":"result","ok":false,"archive":"C:\\Kelvash\\LevelArchive.kva"})"));
 }
 
 TEST_F(ArchiveCommands, SaveWritesTheFile) {
@@ -155,7 +158,7 @@ TEST_F(ArchiveCommands, SaveTellsOfAFileThatCannotBeWritten) {
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(
         run.lines.at(0),
-        R"({"event":"message","style":"critical","text":"Error while saving archive: C:\\locked\\a.kva"})");
+        R"({"event":"message","id":201,"style":"critical","text":"Error while saving archive: C:\\locked\\a.kva"})");
 }
 
 TEST_F(ArchiveCommands, SaveAsGoesOnWithTheNewFile) {
@@ -165,10 +168,23 @@ TEST_F(ArchiveCommands, SaveAsGoesOnWithTheNewFile) {
     EXPECT_THAT(
         run.lines,
         ElementsAre(
-            R"({"event":"savefile","title":"Save current archive as ...","filter":"Kelvash archives (*.kva)|*.kva","start":"C:\\Kelvash","name":"LevelArchive.kva","answer":"C:\\copy.kva"})",
+            R"({"event":"savefile","id":205,"title":"Save current archive as ...","filter":"Kelvash archives (*.kva)|*.kva","start":"C:\\Kelvash","name":"LevelArchive.kva","answer":"C:\\copy.kva"})",
             R"({"event":"result","ok":true,"archive":"C:\\copy.kva"})"));
     EXPECT_EQ(BytesOf(drive / "copy.kva"), BytesOf(home / "LevelArchive.kva"));
     EXPECT_THAT(Json({"status"}).Output(), HasSubstr(R"("archive":"C:\\copy.kva")"));
+}
+
+TEST_F(ArchiveCommands, SaveAsReplacesAFileOnlyByForce) {
+    SetUpHome();
+    MakeFile(drive / "mine.kva", "mine");
+    const CliRun run = Json({"save-as", "C:\\mine.kva"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(
+        run.lines.front(),
+        R"({"event":"message","id":3400,"style":"critical","text":"This file exists already; --force replaces it: C:\\mine.kva"})");
+    EXPECT_EQ(BytesOf(drive / "mine.kva"), "mine");
+    EXPECT_EQ(Json({"save-as", "--force", "C:\\mine.kva"}).status, 0);
+    EXPECT_EQ(BytesOf(drive / "mine.kva"), BytesOf(home / "LevelArchive.kva"));
 }
 
 TEST_F(ArchiveCommands, SaveAsTellsOfAPathThatCannotBeWritten) {
@@ -177,8 +193,9 @@ TEST_F(ArchiveCommands, SaveAsTellsOfAPathThatCannotBeWritten) {
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(
         run.lines.at(1),
-        R"({"event":"message","style":"critical","text":"Error while saving archive: C:\\none\\copy.kva"})");
+        R"({"event":"message","id":226,"style":"critical","text":"Error while saving archive: C:\\none\\copy.kva"})");
     EXPECT_EQ(run.lines.back(), R"({"event":"result","ok":false,"archive":"C:\\Kelvash\\LevelArchive.kva"})");
+    EXPECT_EQ(run.lines.size(), 3U) << "a failure is told once";
 }
 
 } // namespace

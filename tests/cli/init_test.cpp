@@ -28,11 +28,11 @@ TEST_F(Init, AnswersTheQuestionsOfAFirstStart) {
         run.lines,
         ElementsAre(
             R"({"event":"form","name":"Dialog_TrovaTrle","answer":"C:\\trle"})",
-            R"json({"event":"ask","buttons":"yesno","style":"question","text":"Kelvash needs the original Tomb Raider Level Editor files to handle swapping custom levels with intermediate restore of original file.\r\nCurrent installed configuration of Tomb Raider Level Editor in C:\\trle is original?\r\n(Note: If you played custom level after last setup you should select NO button)","answer":"yes"})json",
-            R"({"event":"ask","buttons":"yesno","style":"question","text":"Do you want a full backup? (About 240 MB) \r\nNote: if you select NO will be done a compact backup with files of following folder of trle: main, data and graphics\\wads. (about 90 MB))\r\nWarning: Compact backup does not allow to handle correctly backup and restore for .wav files","answer":"yes"})",
+            R"json({"event":"ask","id":440,"buttons":"yesno","style":"question","text":"Kelvash needs the original Tomb Raider Level Editor files to handle swapping custom levels with intermediate restore of original file.\r\nCurrent installed configuration of Tomb Raider Level Editor in C:\\trle is original?\r\n(Note: If you played custom level after last setup you should select NO button)","answer":"yes"})json",
+            R"({"event":"ask","id":445,"buttons":"yesno","style":"question","text":"Do you want a full backup? (About 240 MB) \r\nNote: if you select NO will be done a compact backup with files of following folder of trle: main, data and graphics\\wads. (about 90 MB))\r\nWarning: Compact backup does not allow to handle correctly backup and restore for .wav files","answer":"yes"})",
             R"({"event":"progress","caption":"Creation full backup"})",
             R"({"event":"form","name":"Dialog_NewArc","answer":"Pul_New"})",
-            R"({"event":"folder","title":"Select main folder for new archive","filter":"","start":"C:\\LevelFolder","name":"","answer":"C:\\Levels"})",
+            R"({"event":"folder","id":250,"title":"Select main folder for new archive","filter":"","start":"C:\\LevelFolder","name":"","answer":"C:\\Levels"})",
             R"({"event":"progress","caption":"Computing size of archive 'LevelArchive.kva' in progress..."})",
             R"({"event":"result","ok":true,"trle":"C:\\trle","archive":"C:\\Kelvash\\LevelArchive.kva","fullBackup":true})"));
     EXPECT_EQ(fs::file_size(home / "LevelArchive.kva"), 2180U);
@@ -70,9 +70,9 @@ TEST_F(Init, TellsWhatTheTrleFolderLacks) {
         run.lines,
         ElementsAre(
             R"({"event":"form","name":"Dialog_TrovaTrle","answer":"C:\\trle"})",
-            R"({"event":"message","style":"critical","text":"Not right folder: Missing file 'tomb4.exe' in folder: C:\\trle"})",
+            R"({"event":"message","id":323,"style":"critical","text":"Not right folder: Missing file 'tomb4.exe' in folder: C:\\trle"})",
             R"({"event":"form","name":"Dialog_TrovaTrle","answer":null})",
-            R"({"event":"message","style":"critical","text":"This program cann't run without Tomb Raider Level Editor\r\nNow, Kelvash ends"})",
+            R"({"event":"message","id":322,"style":"critical","text":"This program cann't run without Tomb Raider Level Editor\r\nNow, Kelvash ends"})",
             R"({"event":"result","ok":false,"trle":"","archive":"","fullBackup":false})"));
     EXPECT_FALSE(Exists(home / "backup_trle"));
 }
@@ -85,7 +85,7 @@ TEST_F(Init, RefusesAHomeThatHasAnArchive) {
     EXPECT_THAT(
         run.lines,
         ElementsAre(
-            R"({"event":"message","style":"critical","text":"This home is set up already. Its Archive is: C:\\Kelvash\\LevelArchive.kva"})",
+            R"({"event":"message","id":2902,"style":"critical","text":"This home is set up already. Its Archive is: C:\\Kelvash\\LevelArchive.kva"})",
             R"({"event":"result","ok":false,"trle":"C:\\trle","archive":"C:\\Kelvash\\LevelArchive.kva","fullBackup":true})"));
     EXPECT_EQ(BytesOf(home / "LevelArchive.kva"), before);
 }
@@ -98,7 +98,7 @@ TEST_F(Init, RefusesAnotherTrleFolderThanTheHomes) {
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(
         run.lines.at(0),
-        R"({"event":"message","style":"critical","text":"This home belongs already to another TRLE folder: C:\\trle"})");
+        R"({"event":"message","id":2903,"style":"critical","text":"This home belongs already to another TRLE folder: C:\\trle"})");
 }
 
 TEST_F(Init, NeverTakesAFolderWithAMarkerForOriginal) {

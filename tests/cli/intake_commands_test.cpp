@@ -1,6 +1,7 @@
 // The commands by which levels come in, go out and are looked after.
 #include <gmock/gmock.h>
 
+#include <cstdlib>
 #include <nlohmann/json.hpp>
 
 #include "cli/cli_home.h"
@@ -82,7 +83,10 @@ TEST_F(IntakeCommands, LevelSetChangesWhatIsGiven) {
 
 TEST_F(IntakeCommands, AnExportedLevelCanBeAddedAgain) {
     ASSERT_EQ(Add().status, 0);
-    const CliRun run = Json({"export", "1", "C:\\out.zip"});
+    MakeFile(drive / "out.zip", "mine");
+    EXPECT_EQ(Json({"export", "1", "C:\\out.zip"}).status, 1);
+    EXPECT_EQ(BytesOf(drive / "out.zip"), "mine");
+    const CliRun run = Json({"export", "1", "C:\\out.zip", "--force"});
     EXPECT_EQ(run.status, 0) << run.Output();
     EXPECT_EQ(run.lines.back(), R"({"event":"result","ok":true,"file":"C:\\out.zip"})");
     EXPECT_THAT(run.Output(), HasSubstr(R"("All files of current level saved in C:\\out.zip")"));
@@ -108,13 +112,28 @@ TEST_F(IntakeCommands, ConfigShowsEveryField) {
     EXPECT_EQ(
         run.lines.back(),
         R"({"event":"result","ok":true,"levelName":"Maze","levelNote":"note","authorName":"Ada","authorMessage":"Hello","authorEmails":["a@x.org","b@x.org"],"authorSites":["http://x.org"],"externWaves":[["TR4","one.wav","two.wav","three.wav"]],"importWads":[["a.wad","http://y.org"]],"importNotes":"wads","duplications":[["a.*","b"]],"moreInfoFile":"readme.txt","exeKind":"ZIP","files":[{"name":"a.tr4","size":7}],"useWads":[["x.tom","y"]]})");
-    EXPECT_EQ(Json({"config", "C:\\none.cfg"}).lines.front(),
-              R"({"event":"message","style":"critical","text":"Config file 'C:\\none.cfg' not found"})");
+    EXPECT_EQ(
+        Json({"config", "C:\\none.cfg"}).lines.front(),
+        R"({"event":"message","id":970,"style":"critical","text":"Config file 'C:\\none.cfg' not found"})");
+}
+
+TEST_F(IntakeCommands, APasswordIsNotTold) {
+    MakeFile(root / "locked" / "maze.tr4", "level data");
+    MakeFile(root / "locked" / "script.dat", "s");
+    const std::string zip = (drive / "in" / "locked.zip").string();
+    ASSERT_EQ(
+        std::system(("cd " + (root / "locked").string() + " && zip -q -P sesame " + zip + " *").c_str()), 0);
+    const CliRun run = Json({"add", zip, "--answers", Answers(R"([{"id":1017,"answer":"sesame"}])")});
+    EXPECT_THAT(run.Output(), HasSubstr(R"("event":"input","id":1017,)"));
+    EXPECT_THAT(run.Output(), HasSubstr(R"("answer":"***"})"));
+    EXPECT_THAT(run.Output(), testing::Not(HasSubstr("sesame")));
+    EXPECT_EQ(BytesOf(Level(1) / "FILES" / "maze.tr4"), "level data") << run.Output();
 }
 
 TEST_F(IntakeCommands, RemoveAsksAndTakesTheLevelOut) {
     ASSERT_EQ(Add().status, 0);
-    EXPECT_EQ(Json({"remove", "1"}).status, 1); // nobody said yes
+    EXPECT_EQ(Json({"remove", "1"}).status, 3); // nobody said yes
+    EXPECT_EQ(Json({"--yes", "remove", "1"}).status, 3) << "a yes can lose the level";
     const std::string answers = Answers(
         R"([{"when": "Are you sure to want remove level", "answer": "yes"}, {"when": "Do you want remove all sub-folders", "answer": "yes"}])");
     const CliRun run = Json({"--answers", answers, "remove", "1"});

@@ -80,7 +80,7 @@ TEST_F(LevelsCommand, TellsThatNoArchiveIsOpen) {
     const CliRun run = Json({"levels"});
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.lines,
-                ElementsAre(R"({"event":"message","style":"critical","text":"No Archive is open"})",
+                ElementsAre(R"({"event":"message","id":2900,"style":"critical","text":"No Archive is open"})",
                             R"({"event":"result","ok":false,"levels":[]})"));
 }
 

@@ -53,19 +53,20 @@ TEST_F(ProfileCommand, RefusesWhatAFieldCannotHold) {
     SetUpHome();
     const std::string before = BytesOf(home / "Kelvash.prf");
     const std::vector<std::vector<std::string>> refused = {
-        {"AutoSave", "maybe", "AutoSave is true or false"},
-        {"AutoSave", "1", "AutoSave is true or false"},
-        {"TimerTenths", "ten", "TimerTenths is a whole number from -2147483648 to 2147483647"},
-        {"TimerTenths", "2147483648", "TimerTenths is a whole number from -2147483648 to 2147483647"},
-        {"JoystickId", "32768", "JoystickId is a whole number from -32768 to 32767"},
-        {"GraphicsProgram", std::string(257, 'x'),
+        {"AutoSave", "maybe", "2905", "AutoSave is true or false"},
+        {"AutoSave", "1", "2905", "AutoSave is true or false"},
+        {"TimerTenths", "ten", "2906", "TimerTenths is a whole number from -2147483648 to 2147483647"},
+        {"TimerTenths", "2147483648", "2906", "TimerTenths is a whole number from -2147483648 to 2147483647"},
+        {"JoystickId", "32768", "2906", "JoystickId is a whole number from -32768 to 32767"},
+        {"GraphicsProgram", std::string(257, 'x'), "2907",
          "GraphicsProgram holds at most 256 characters of Windows-1252, with no blank at either end"},
-        {"GraphicsProgram", "日",
+        {"GraphicsProgram", "日", "2907",
          "GraphicsProgram holds at most 256 characters of Windows-1252, with no blank at either end"}};
     for (const auto& words : refused) {
         const CliRun run = Json({"profile", words[0], words[1]});
         EXPECT_EQ(run.status, 1) << words[1];
-        EXPECT_EQ(run.lines.at(0), R"({"event":"message","style":"critical","text":")" + words[2] + "\"}");
+        EXPECT_EQ(run.lines.at(0), R"({"event":"message","id":)" + words[2] +
+                                       R"(,"style":"critical","text":")" + words[3] + "\"}");
         EXPECT_THAT(run.lines.at(1), HasSubstr(R"({"event":"result","ok":false,")" + words[0] + "\":"));
     }
     EXPECT_EQ(BytesOf(home / "Kelvash.prf"), before);
@@ -88,7 +89,7 @@ TEST_F(ProfileCommand, TellsOfAHomeThatCannotBeWritten) {
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(
         run.lines.at(0),
-        R"({"event":"message","style":"critical","text":"Error while saving profile: C:\\Kelvash\\Kelvash.prf"})");
+        R"({"event":"message","id":2904,"style":"critical","text":"Error while saving profile: C:\\Kelvash\\Kelvash.prf"})");
 }
 
 TEST_F(ProfileCommand, BringsAnOlderProfileUpToDateBeforeItSets) {
@@ -99,7 +100,7 @@ TEST_F(ProfileCommand, BringsAnOlderProfileUpToDateBeforeItSets) {
     EXPECT_THAT(
         run.lines,
         ElementsAre(
-            R"({"event":"ask","buttons":"yesno","style":"question","text":"Warning: in previous version 1.3, there was a bug in remove level files phase. Now, it should be necessary perform a full restore in trle folder to remove multiple files\r\nExecute now a full restore?","answer":"no"})",
+            R"({"event":"ask","id":292,"buttons":"yesno","style":"question","text":"Warning: in previous version 1.3, there was a bug in remove level files phase. Now, it should be necessary perform a full restore in trle folder to remove multiple files\r\nExecute now a full restore?","answer":"no"})",
             R"({"event":"result","ok":true,"TimerTenths":7})"));
     EXPECT_EQ(std::filesystem::file_size(home / "Kelvash.prf"), 1588U);
 }

@@ -56,10 +56,11 @@ TEST_F(Sandbox, IsAHomeThatAsksNothing) {
 TEST_F(Sandbox, IsNotMadeInAFolderWithFiles) {
     const CliRun run = Bare({"--json", "demo", (root / "demo").string()});
     EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.lines,
-                ElementsAre(R"({"event":"message","style":"critical","text":"The folder must be empty: )" +
-                                (root / "demo").string() + R"("})",
-                            R"({"event":"result","ok":false,"home":"","trle":"","zips":""})"));
+    EXPECT_THAT(
+        run.lines,
+        ElementsAre(R"({"event":"message","id":2910,"style":"critical","text":"The folder must be empty: )" +
+                        (root / "demo").string() + R"("})",
+                    R"({"event":"result","ok":false,"home":"","trle":"","zips":""})"));
 }
 
 TEST_F(Sandbox, GivesPathsThatOtherRunsUnderstand) {
@@ -164,21 +165,22 @@ TEST_F(Sandbox, AnUnknownCodeIsRefused) {
     EXPECT_THAT(
         run.lines,
         ElementsAre(
-            R"({"event":"message","style":"critical","text":"Internal error: unknown level code: 9"})",
+            R"({"event":"message","id":225,"style":"critical","text":"Internal error: unknown level code: 9"})",
             R"({"event":"result","ok":false,"installed":0})"));
-    EXPECT_EQ(InSandbox({"play", "first"}).lines.at(0),
-              R"({"event":"message","style":"critical","text":"Internal error: unknown level code: first"})");
+    EXPECT_EQ(
+        InSandbox({"play", "first"}).lines.at(0),
+        R"({"event":"message","id":225,"style":"critical","text":"Internal error: unknown level code: first"})");
 }
 
 TEST_F(Sandbox, AFailedInstallIsTold) {
     fs::remove(levels / "LEVEL_0001" / "FILES" / "gate.tr4");
     const CliRun run = Install("1");
-    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.status, 1) << "no answer would have helped";
     EXPECT_THAT(
         run.lines,
         ElementsAre(
-            R"({"event":"ask","buttons":"yesno","style":"exclamation","text":"Warning: this level has NO .tr4 file.\r\nProbably there has been an error in creation CD archive phase.\r\n Do you want correct now this error?","answer":"no"})",
-            R"({"event":"message","style":"critical","text":"Error while installing files to play new level"})",
+            R"({"event":"ask","id":413,"buttons":"yesno","style":"exclamation","text":"Warning: this level has NO .tr4 file.\r\nProbably there has been an error in creation CD archive phase.\r\n Do you want correct now this error?","answer":"no"})",
+            R"({"event":"message","id":417,"style":"critical","text":"Error while installing files to play new level"})",
             R"({"event":"result","ok":false,"installed":0})"));
 }
 
@@ -203,7 +205,7 @@ TEST_F(Sandbox, PlayTellsOfAGameThatIsGone) {
     EXPECT_THAT(
         run.lines,
         ElementsAre(
-            R"({"event":"message","style":"critical","text":"Error attempting to launch program tomb4.exe"})",
+            R"({"event":"message","id":418,"style":"critical","text":"Error attempting to launch program tomb4.exe"})",
             R"({"event":"result","ok":false,"installed":1})"));
 }
 
@@ -217,7 +219,7 @@ TEST_F(Sandbox, TheFastRestoreTakesTheLevelOut) {
         ElementsAre(
             R"({"event":"progress","caption":"Removing files of previous custom level"})",
             R"({"event":"progress","caption":"Restoring files changed by previous custom level"})",
-            R"({"event":"message","style":"plain","text":"Set in Tomb Raider Level Editor, original configuration"})",
+            R"({"event":"message","id":460,"style":"plain","text":"Set in Tomb Raider Level Editor, original configuration"})",
             R"({"event":"result","ok":true,"installed":0})"));
     EXPECT_FALSE(Exists(trle / "Kelvash.txt"));
     EXPECT_EQ(BytesOf(trle / "script.dat"), script);
@@ -233,7 +235,7 @@ TEST_F(Sandbox, TheFullRestoreMendsADamagedFolder) {
     EXPECT_THAT(
         run.lines,
         ElementsAre(
-            R"({"event":"message","style":"plain","text":"Restored original Tomb Raider Level Editor configuration"})",
+            R"({"event":"message","id":468,"style":"plain","text":"Restored original Tomb Raider Level Editor configuration"})",
             R"({"event":"result","ok":true,"installed":0})"));
     EXPECT_EQ(BytesOf(trle / "script.dat"), script);
     EXPECT_FALSE(Exists(trle / "stray.txt"));
@@ -245,9 +247,10 @@ TEST_F(Sandbox, AProfileNamesWithBytesOutsideUtf8BecomesValidJson) {
     const std::string name = "C:\\\xFF\xFE.kva";
     const CliRun run = InSandbox({"load", name});
     EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.lines.at(0), R"({"event":"message","style":"critical","text":"Last archive not found: C:\\)"
-                               "\xEF\xBF\xBD\xEF\xBF\xBD"
-                               R"(.kva"})");
+    EXPECT_EQ(run.lines.at(0),
+              R"({"event":"message","id":288,"style":"critical","text":"Last archive not found: C:\\)"
+              "\xEF\xBF\xBD\xEF\xBF\xBD"
+              R"(.kva"})");
 }
 
 } // namespace

@@ -26,8 +26,15 @@ TEST_F(Usage, HelpNamesEveryCommandThatIsThere) {
     EXPECT_THAT(run.errors, IsEmpty());
     for (const char* command : kCommands)
         EXPECT_THAT(run.Output(), HasSubstr(std::string("\n  ") + command + " "));
-    for (const char* option : {"--home DIR", "--drive L=DIR[,cdrom]", "--answers FILE", "--json"})
+    for (const char* option : {"--home DIR", "--drive L=DIR[,cdrom]", "--answers FILE", "--json", "--yes",
+                               "--no-input", "--quiet", "--version"})
         EXPECT_THAT(run.Output(), HasSubstr(option));
+}
+
+TEST_F(Usage, TellsItsVersion) {
+    const CliRun run = Bare({"--version"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.lines, testing::ElementsAre("kelvash-cli 1.4"));
 }
 
 TEST_F(Usage, EveryCommandHasHelpOfItsOwn) {
@@ -133,7 +140,8 @@ TEST_F(Usage, ABadAnswersFileIsRefusedBeforeAnythingIsDone) {
         {"{", " is no JSON"},
         {"{}", " is no JSON array"},
         {"[1]", ": entry 1 is no object"},
-        {R"([{"when":"a","answer":"yes"},{"when":"a"}])", ": entry 2 lacks \"when\" or \"answer\""},
+        {R"([{"when":"a","answer":"yes"},{"when":"a"}])",
+         ": entry 2 lacks \"when\" or \"id\", or \"answer\""},
         {R"([{"when":1,"answer":"yes"}])", ": entry 1 has a bad or unknown \"when\""},
         {R"([{"when":"a","answer":true}])", ": entry 1 has a bad or unknown \"answer\""},
         {R"([{"when":"a","answer":"yes","times":-1}])", ": entry 1 has a bad or unknown \"times\""},

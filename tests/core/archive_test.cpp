@@ -220,6 +220,19 @@ TEST_F(ArchiveTest, ForgetsItsChangesOnANo) {
     EXPECT_FALSE(archive.ArchiveChanged);
 }
 
+TEST_F(ArchiveTest, KeepsItsChangesWhenNobodyAnswers) {
+    ASSERT_TRUE(WriteArchive("C:\\Kelvash\\test.kva"));
+    profile.AutoSave = false;
+    archive.ArchiveChanged = true;
+    for (int i = 0; i < 3; ++i)
+        user.WillAnswer("Do you want save it?", "nobody");
+    EXPECT_FALSE(AskSaveArchive());
+    EXPECT_FALSE(LoadArchive("C:\\Kelvash\\test.kva"));
+    EXPECT_FALSE(NewArchive());
+    EXPECT_TRUE(archive.ArchiveChanged);
+    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\test.kva");
+}
+
 TEST_F(ArchiveTest, IsSavedWithoutAQuestionWithAutoSave) {
     archive.ArchiveChanged = true;
     AskSaveArchive();
@@ -422,9 +435,17 @@ constexpr const char* kSecondaryMissing =
     "there is a change of unit letters, select new correct folder";
 
 TEST_F(ArchiveTest, WithoutLevelsNeedsNoFolders) {
-    MakeOther("X:\\Old", "X:\\Old", 0, 0);
-    EXPECT_TRUE(LoadArchive(kOther));
+    archive.Header.MainFolder = archive.Header.SecondaryFolder = "X:\\Old";
+    archive.Header.LevelCount = 0;
+    EXPECT_TRUE(CheckArchiveFolders());
     EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(ArchiveTest, AFileWithoutLevelZeroHasLostItsContents) {
+    const std::string open = profile.LastArchive;
+    MakeOther("C:\\Levels", "C:\\Levels", 0, 0);
+    EXPECT_FALSE(LoadArchive(kOther));
+    EXPECT_EQ(profile.LastArchive, open);
 }
 
 TEST_F(ArchiveTest, TakesOnePickForBothFoldersWhenTheyWereTheSame) {
@@ -448,6 +469,7 @@ TEST_F(ArchiveTest, IsRefusedWhenThePickOfTheMainFolderIsCancelled) {
 }
 
 TEST_F(ArchiveTest, KeepsAPickOfADifferentMainFolderOut) {
+    user.MayBeTold("not found main folder of current archive");
     MakeOther("X:\\Old", "C:\\Levels");
     user.WillAnswer("Select folder: Old", "C:\\Kelvash");
     EXPECT_TRUE(LoadArchive(kOther));
@@ -486,6 +508,7 @@ TEST_F(ArchiveTest, OnCdsNeedsOnlyItsSecondaryFolder) {
 }
 
 TEST_F(ArchiveTest, RemembersAPickWithoutAutoSave) {
+    user.MayBeTold("not found main folder of current archive");
     MakeOther("X:\\Old", "X:\\Old");
     profile.AutoSave = false;
     user.WillAnswer("Select folder: Old", "C:\\Levels");

@@ -54,6 +54,7 @@ TEST_F(FindTrle, AsksAgainAfterAWrongFolder) {
 }
 
 TEST_F(FindTrle, EndsWhenTheUserGivesUp) {
+    user.MayBeTold("This program cann't run without Tomb Raider Level Editor");
     profile.TrleFolder = "C:\\gone";
     user.WillAnswer(kForm, "cancel");
     EXPECT_FALSE(ChooseTrleFolder());

@@ -165,15 +165,33 @@ TEST_F(NewArchiveTest, GetsTheHundredthFileNameWhenAllAreTaken) {
 
 // --- the folder ---
 
-TEST_F(NewArchiveTest, ProposesAFolderThatIsMadeAndStays) {
-    user.WillAnswer(kCaption, "cancel");
-    EXPECT_EQ(SelectNewArchiveFolder(), "");
+TEST_F(NewArchiveTest, ProposesAFolderThatIsMade) {
+    user.WillAnswer(kCaption, "C:\\LevelFolder");
+    EXPECT_EQ(SelectNewArchiveFolder(), "C:\\LevelFolder");
     EXPECT_EQ(user.last_start, "C:\\LevelFolder");
     EXPECT_TRUE(fs::is_directory(drive / "LevelFolder"));
-    user.WillAnswer(kCaption, "cancel");
-    EXPECT_EQ(SelectNewArchiveFolder(), "");
+    user.WillAnswer(kCaption, "C:\\levelfolder2");
+    EXPECT_EQ(SelectNewArchiveFolder(), "C:\\levelfolder2");
     EXPECT_EQ(user.last_start, "C:\\LevelFolder2");
     EXPECT_TRUE(fs::is_directory(drive / "LevelFolder2"));
+}
+
+TEST_F(NewArchiveTest, AProposedFolderThatIsNotChosenGoesAgain) {
+    user.WillAnswer(kCaption, "cancel");
+    EXPECT_EQ(SelectNewArchiveFolder(), "");
+    EXPECT_FALSE(Exists(drive / "LevelFolder"));
+    user.WillAnswer(kCaption, "C:\\Mine");
+    EXPECT_EQ(SelectNewArchiveFolder(), "C:\\Mine");
+    EXPECT_FALSE(Exists(drive / "LevelFolder"));
+}
+
+TEST_F(NewArchiveTest, AFolderThatWasThereBeforeStays) {
+    fs::create_directory(drive / "LevelFolder");
+    for (int n = 2; n <= 100; ++n)
+        fs::create_directory(drive / ("LevelFolder" + std::to_string(n)));
+    user.WillAnswer(kCaption, "cancel");
+    EXPECT_EQ(SelectNewArchiveFolder(), "");
+    EXPECT_TRUE(Exists(drive / "LevelFolder100"));
 }
 
 TEST_F(NewArchiveTest, DoesNotProposeAFile) {
@@ -211,12 +229,14 @@ TEST_F(NewArchiveTest, ChangesAFolderThatHoldsAFile) {
 }
 
 TEST_F(NewArchiveTest, ChangesAFolderThatHoldsAFolder) {
+    user.MayBeTold("Folder has been changed in: C:\\Levels\\LevelFolder2");
     fs::create_directory(levels / "LevelFolder");
     user.WillAnswer(kCaption, "C:\\Levels");
     EXPECT_EQ(SelectNewArchiveFolder(), "C:\\Levels\\LevelFolder2");
 }
 
 TEST_F(NewArchiveTest, CountsOnWithoutALimit) {
+    user.MayBeTold("Folder has been changed in: C:\\Levels\\LevelFolder121");
     fs::create_directory(levels / "LevelFolder");
     for (int n = 2; n <= 120; ++n)
         fs::create_directory(levels / ("LevelFolder" + std::to_string(n)));
@@ -225,6 +245,7 @@ TEST_F(NewArchiveTest, CountsOnWithoutALimit) {
 }
 
 TEST_F(NewArchiveTest, UsesTheChangedFolder) {
+    user.MayBeTold("Folder has been changed in: C:\\Levels\\LevelFolder");
     MakeFile(levels / "mine.txt", "");
     user.WillAnswer(kCaption, "C:\\Levels");
     EXPECT_TRUE(NewArchive());

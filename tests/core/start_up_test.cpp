@@ -391,6 +391,7 @@ TEST_F(StartUpTest, TellsAMissingLastArchiveAndEndsOnANo) {
 }
 
 TEST_F(StartUpTest, TakesADifferentArchive) {
+    user.MayBeTold("Last archive not found: C:\\Kelvash\\gone.kva");
     record.LastArchive = "C:\\Kelvash\\gone.kva";
     LiveIn();
     user.WillAnswer(kDifferent, "yes");
@@ -402,6 +403,7 @@ TEST_F(StartUpTest, TakesADifferentArchive) {
 }
 
 TEST_F(StartUpTest, EndsWhenTheDifferentArchiveIsCancelled) {
+    user.MayBeTold("Last archive not found: C:\\Kelvash\\gone.kva");
     record.LastArchive = "C:\\Kelvash\\gone.kva";
     LiveIn();
     user.WillAnswer(kDifferent, "yes");
@@ -433,6 +435,7 @@ TEST_F(StartUpTest, KeepsARefusedArchiveForTheNextStart) {
 }
 
 TEST_F(StartUpTest, TakesADifferentArchiveForARefusedOne) {
+    user.MayBeTold("not found main folder of current archive");
     LiveIn("X:\\Gone");
     MakeArchive("other.kva", "C:\\Levels");
     user.WillAnswer("Select folder: Gone", "cancel");

@@ -252,5 +252,18 @@ TEST_F(MessageFile, ASecondFileStartsFromTheBuiltInTexts) {
     EXPECT_EQ(LoadMessage(MessageId::kBreakUser, {}), "Break user");
 }
 
+TEST(MessageTable, AQuestionSaysWhichOfItsAnswersCanLoseSomething) {
+    EXPECT_EQ(HarmOf(MessageId::kReplaceFile), Harm::YesLoses);
+    EXPECT_EQ(HarmOf(MessageId::kEqualQuestion), Harm::NoLoses);
+    EXPECT_EQ(HarmOf(MessageId::kArchiveChangedQuestion), Harm::AnyLoses);
+    EXPECT_EQ(HarmOf(MessageId::kExportShotsQuestion), Harm::NothingLoses);
+    EXPECT_EQ(HarmOf(MessageId::kBreakUser), std::nullopt);
+}
+
+TEST(MessageTable, KnowsWhatAsksForAPassword) {
+    EXPECT_TRUE(AsksPassword(MessageId::kZipPassword));
+    EXPECT_FALSE(AsksPassword(MessageId::kRenameTr4Input));
+}
+
 } // namespace
 } // namespace kelvash

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "foundation/messages.h"
 #include "support/scripted_user.h"
 
 namespace kelvash {
@@ -14,14 +15,14 @@ class BarUser final : public User {
   public:
     BarUser() : old_(SetUser(this)) {}
     ~BarUser() override { SetUser(old_); }
-    void Message(MessageStyle, const std::string&) override {}
-    Answer Ask(Buttons, MessageStyle, const std::string&) override { return Answer::Yes; }
-    std::optional<std::string> Input(const std::string&, const std::string&, const std::string&) override {
+    void Message(MessageStyle, const MessageText&) override {}
+    Answer Ask(Buttons, MessageStyle, const MessageText&) override { return Answer::Yes; }
+    std::optional<std::string> Input(const std::string&, const MessageText&, const std::string&) override {
         return "x";
     }
     std::optional<std::string> OpenFile(const FileDialog&) override { return "x"; }
     std::optional<std::string> SaveFile(const FileDialog&) override { return "x"; }
-    std::optional<std::string> ChooseFolder(const std::string&, const std::string&) override { return "x"; }
+    std::optional<std::string> ChooseFolder(const MessageText&, const std::string&) override { return "x"; }
     std::string ShowForm(const ChoiceForm&) override { return "x"; }
     void OpenProgress(BarPlace place, const std::string& caption) override {
         events.push_back("open " + std::to_string(static_cast<int>(place)) + " " + caption);
@@ -44,16 +45,53 @@ class BarUser final : public User {
 
 TEST(AbsentUser, TakesTheHarmlessWay) {
     User& user = TheUser();
-    EXPECT_EQ(user.Ask(Buttons::YesNo, MessageStyle::Question, "?"), Answer::No);
-    EXPECT_EQ(user.Ask(Buttons::YesNoCancel, MessageStyle::Question, "?"), Answer::Cancel);
-    EXPECT_EQ(user.Ask(Buttons::OkCancel, MessageStyle::Question, "?"), Answer::Cancel);
-    EXPECT_EQ(user.Ask(Buttons::AbortRetryIgnore, MessageStyle::Critical, "?"), Answer::Abort);
-    EXPECT_EQ(user.Input("", "", "proposal"), std::nullopt);
+    EXPECT_EQ(user.Ask(Buttons::YesNo, MessageStyle::Question, MessageText("?")), Answer::No);
+    EXPECT_EQ(user.Ask(Buttons::YesNoCancel, MessageStyle::Question, MessageText("?")), Answer::Cancel);
+    EXPECT_EQ(user.Ask(Buttons::OkCancel, MessageStyle::Question, MessageText("?")), Answer::Cancel);
+    EXPECT_EQ(user.Ask(Buttons::AbortRetryIgnore, MessageStyle::Critical, MessageText("?")), Answer::Abort);
+    EXPECT_EQ(user.Input("", MessageText(""), "proposal"), std::nullopt);
     EXPECT_EQ(user.OpenFile({}), std::nullopt);
     EXPECT_EQ(user.SaveFile({}), std::nullopt);
-    EXPECT_EQ(user.ChooseFolder("", ""), std::nullopt);
+    EXPECT_EQ(user.ChooseFolder(MessageText(""), ""), std::nullopt);
     EXPECT_EQ(user.ShowForm({}), "");
     EXPECT_FALSE(user.StopRequested());
+}
+
+struct Answers {
+    Answer harmless;
+    Answer willing;
+    bool operator==(const Answers&) const = default;
+};
+
+Answers AnswersTo(Buttons buttons, MessageId question) {
+    const MessageText text = LoadMessage(question, {});
+    return {HarmlessAnswer(buttons, text), WillingAnswer(buttons, text)};
+}
+
+TEST(QuestionAnswers, AYesThatCanLoseSomethingIsNeverGivenForNobody) {
+    const Answers no{Answer::No, Answer::No};
+    EXPECT_EQ(AnswersTo(Buttons::YesNo, MessageId::kRemoveQuestion), no);
+    EXPECT_EQ(AnswersTo(Buttons::YesNo, MessageId::kReplaceFile), no);
+    EXPECT_EQ(AnswersTo(Buttons::YesNo, MessageId::kBreakUser), no) << "no question of the table";
+}
+
+TEST(QuestionAnswers, ANoThatCanLoseSomethingIsNeverGivenForNobody) {
+    const Answers yes{Answer::Yes, Answer::Yes};
+    EXPECT_EQ(AnswersTo(Buttons::YesNo, MessageId::kEqualQuestion), yes);
+}
+
+TEST(QuestionAnswers, WhereNothingIsLostTheWillingOneAffirms) {
+    EXPECT_EQ(AnswersTo(Buttons::YesNo, MessageId::kAddSubFolders), (Answers{Answer::No, Answer::Yes}));
+    EXPECT_EQ(AnswersTo(Buttons::OkCancel, MessageId::kTomQuestion), (Answers{Answer::Cancel, Answer::Ok}));
+}
+
+TEST(QuestionAnswers, WhereEachCanLoseSomethingThereIsNone) {
+    const Answers none{Answer::None, Answer::None};
+    for (const MessageId question :
+         {MessageId::kFullBackupQuestion, MessageId::kOriginalNeeded, MessageId::kArchiveChangedQuestion}) {
+        EXPECT_EQ(AnswersTo(Buttons::YesNo, question), none);
+        EXPECT_EQ(AnswersTo(Buttons::YesNoCancel, question), (Answers{Answer::Cancel, Answer::Cancel}));
+    }
 }
 
 TEST(UserPort, SetUserGivesTheOldOneBack) {
@@ -72,10 +110,24 @@ TEST(UserPort, ShorthandsReachTheUser) {
     test::ScriptedUser user;
     user.WillAnswer("Really", "yes");
     user.WillAnswer("Sure", "no");
-    EXPECT_TRUE(AskYesNo(MessageStyle::Question, "Really?"));
-    EXPECT_FALSE(AskYesNo(MessageStyle::Question, "Sure?"));
-    ShowMessage(MessageStyle::Critical, "Failed");
+    EXPECT_TRUE(AskYesNo(MessageStyle::Question, {MessageId::kRecoverOnCd, "Really?"}));
+    EXPECT_FALSE(AskYesNo(MessageStyle::Question, {MessageId::kRecoverOnCd, "Sure?"}));
+    ShowMessage(MessageStyle::Critical, MessageText("Failed"));
     EXPECT_THAT(user.Told(), ElementsAre("critical: Failed"));
+}
+
+TEST(MessageText, KeepsTheIdOfTheMessageThatItBeginsWith) {
+    const std::string name = "C:\\a.kva";
+    const MessageText text = LoadMessage(MessageId::kErrorLoadingArchive, {}) + name + '!' + " " +
+                             LoadMessage(MessageId::kLoadDifferentArchive, {});
+    EXPECT_EQ(text.id, MessageId::kErrorLoadingArchive);
+    EXPECT_EQ(text.text, "Error loading archive: C:\\a.kva! Do you want load a different archive?");
+    EXPECT_EQ(MessageText("foreign").id, kNoMessage);
+}
+
+TEST(MessageText, BehindAPlainTextItIsNone) {
+    const std::string text = "1" + LoadMessage(MessageId::kGigabytes, {});
+    EXPECT_EQ(text, "1 Gb");
 }
 
 TEST(ProgressPercent, ShowsTheWholePercentage) {

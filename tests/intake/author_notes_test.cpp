@@ -106,6 +106,7 @@ TEST_F(AuthorNotesTest, TakesTextsOneByteBelowTheLimit) {
 }
 
 TEST_F(AuthorNotesTest, CountsCharactersOfTheAnsiCodePageNotBytesOfUtf8) {
+    user.MayBeTold("Game designer name too long");
     AuthorNotes notes = Begun();
     notes.Name.clear();
     for (int i = 0; i < 79; ++i)

@@ -140,6 +140,7 @@ TEST_F(LevelConfigFile, CutAtAnyLengthIsToldOrReadsWhatIsThere) {
 }
 
 TEST_F(LevelConfigFile, LiesAboutItsCountsInVain) {
+    user.MayBeTold("Error reading config file: C:\\Kelvash\\kelvash.cfg");
     EXPECT_FALSE(Read(Header("City", "\xFF\xFF\xFF\x7F")));
     EXPECT_FALSE(Read(Header("City", std::string("\x01\0\0\0", 4)) + "\xFF\xFFxx"));
     EXPECT_TRUE(Read(Header("City", "\xFF\xFF\xFF\xFF"))) << "no entries, as for 0";

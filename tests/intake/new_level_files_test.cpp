@@ -216,6 +216,7 @@ TEST_F(LevelFiles, AStopLeavesWhatHasArrived) {
 }
 
 TEST_F(LevelFiles, AZipGoesThroughATemporaryFolderOnRequest) {
+    user.MayBeTold("I can not open zip file: bad.zip");
     OpenNew();
     MakeZip("in/x.zip", {{"maze.tr4", "level"}, {"AUDIO/005.wav", "wave"}});
     EXPECT_EQ(AddFileOrZip("C:\\in\\x.zip", level.WorkFolder, Through::TempFolder), Arrival::Whole);

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
+
+#include "foundation/messages.h"
 
 namespace kelvash::test {
 
@@ -30,6 +33,19 @@ ScriptedUser::~ScriptedUser() {
     SetUser(old_user_);
     for (const Line& line : script_)
         ADD_FAILURE() << "nobody asked for: " << line.when;
+    FailOnSurprises();
+}
+
+void ScriptedUser::FailOnSurprises() const {
+    for (std::size_t i = looked_at_; i < told_.size(); ++i)
+        EXPECT_FALSE(IsSurprise(told_[i])) << "nobody looked at: " << told_[i];
+}
+
+bool ScriptedUser::IsSurprise(const std::string& message) const {
+    if (!message.starts_with("critical: ") && !message.starts_with("exclamation: ")) return false;
+    return std::none_of(expected_.begin(), expected_.end(), [&](const std::string& expected) {
+        return message.find(expected) != std::string::npos;
+    });
 }
 
 void ScriptedUser::WillAnswer(const std::string& when, const std::string& answer) {
@@ -41,7 +57,9 @@ void ScriptedUser::MayAnswer(const std::string& when, const std::string& answer)
 }
 
 void ScriptedUser::Forget() {
+    FailOnSurprises();
     told_.clear();
+    looked_at_ = 0;
     asked_.clear();
     shown_.clear();
 }
@@ -61,19 +79,21 @@ std::optional<std::string> ScriptedUser::Take(const std::string& text) {
     return std::nullopt;
 }
 
-void ScriptedUser::Message(MessageStyle style, const std::string& text) {
+void ScriptedUser::Message(MessageStyle style, const MessageText& text) {
     told_.push_back(std::string(StyleName(style)) + ": " + text);
 }
 
-Answer ScriptedUser::Ask(Buttons, MessageStyle, const std::string& text) {
+Answer ScriptedUser::Ask(Buttons, MessageStyle, const MessageText& text) {
     static const std::map<std::string, Answer> answers = {
         {"yes", Answer::Yes},     {"no", Answer::No},       {"ok", Answer::Ok},
-        {"abort", Answer::Abort}, {"retry", Answer::Retry}, {"ignore", Answer::Ignore}};
+        {"abort", Answer::Abort}, {"retry", Answer::Retry}, {"ignore", Answer::Ignore},
+        {"nobody", Answer::None}};
+    EXPECT_TRUE(HarmOf(text.id)) << "no question of the message table: " << text.text;
     const std::optional<std::string> answer = Take(text);
     return answer ? answers.at(*answer) : Answer::Cancel;
 }
 
-std::optional<std::string> ScriptedUser::Input(const std::string& title, const std::string& text,
+std::optional<std::string> ScriptedUser::Input(const std::string& title, const MessageText& text,
                                                const std::string&) {
     return Take(title + "\n" + text);
 }
@@ -88,7 +108,7 @@ std::optional<std::string> ScriptedUser::SaveFile(const FileDialog& dialog) {
     return Take(dialog.title);
 }
 
-std::optional<std::string> ScriptedUser::ChooseFolder(const std::string& caption, const std::string& start) {
+std::optional<std::string> ScriptedUser::ChooseFolder(const MessageText& caption, const std::string& start) {
     last_start = start;
     return Take(caption);
 }

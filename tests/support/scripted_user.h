@@ -1,5 +1,5 @@
-// A user whose answers a test has written down. A question without an answer, or an answer that nobody asked
-// for, fails the test.
+// A user whose answers a test has written down. A question without an answer, an answer that nobody asked
+// for, and a failure or warning that the test doesn't look at fail it.
 #pragma once
 
 #include <deque>
@@ -15,26 +15,32 @@ class ScriptedUser final : public User {
     ScriptedUser();
     ~ScriptedUser() override;
 
-    // The next box whose text or title holds `when` gets this answer: "yes", "no", "ok", "cancel", ..., a
-    // text, a path, a button's name. Answers for different boxes don't wait for each other.
+    // The next box whose text or title holds `when` gets this answer: "yes", "no", "ok", "cancel", ...,
+    // "nobody", a text, a path, a button's name. Answers for different boxes don't wait for each other. Every
+    // question has to be one of the message table.
     void WillAnswer(const std::string& when, const std::string& answer);
     // The same for a box that may come or not, each time.
     void MayAnswer(const std::string& when, const std::string& answer);
-    // Messages may come without being expected; they stand here as "critical: text" in order.
-    const std::vector<std::string>& Told() const { return told_; }
+    // All messages as "critical: text" in order. Those told until now count as looked at.
+    const std::vector<std::string>& Told() const {
+        looked_at_ = told_.size();
+        return told_;
+    }
+    // A failure or warning that holds this text is no surprise, however often it comes.
+    void MayBeTold(const std::string& text) { expected_.push_back(text); }
     // Everything that was asked, as texts or titles.
     const std::vector<std::string>& Asked() const { return asked_; }
     // Captions of progress dialogs and texts of labels, in order.
     const std::vector<std::string>& Shown() const { return shown_; }
     void Forget();
 
-    void Message(MessageStyle style, const std::string& text) override;
-    Answer Ask(Buttons buttons, MessageStyle style, const std::string& text) override;
-    std::optional<std::string> Input(const std::string& title, const std::string& text,
+    void Message(MessageStyle style, const MessageText& text) override;
+    Answer Ask(Buttons buttons, MessageStyle style, const MessageText& text) override;
+    std::optional<std::string> Input(const std::string& title, const MessageText& text,
                                      const std::string& initial) override;
     std::optional<std::string> OpenFile(const FileDialog& dialog) override;
     std::optional<std::string> SaveFile(const FileDialog& dialog) override;
-    std::optional<std::string> ChooseFolder(const std::string& caption, const std::string& start) override;
+    std::optional<std::string> ChooseFolder(const MessageText& caption, const std::string& start) override;
     std::string ShowForm(const ChoiceForm& form) override;
     void OpenProgress(BarPlace dialog, const std::string& caption) override;
     void CloseProgress(BarPlace) override {}
@@ -59,7 +65,11 @@ class ScriptedUser final : public User {
     };
     std::deque<Line> script_;
     std::vector<Line> standing_;
+    bool IsSurprise(const std::string& message) const;
+    void FailOnSurprises() const;
     std::vector<std::string> told_;
+    std::vector<std::string> expected_;
+    mutable std::size_t looked_at_ = 0;
     std::vector<std::string> asked_;
     std::vector<std::string> shown_;
     User* old_user_;

@@ -93,6 +93,7 @@ TEST_F(HostileMarker, DeletesALinkAndNotWhatItNames) {
 }
 
 TEST_F(HostileMarker, IsNoBetterInARecord) {
+    user.MayBeTold("I cann't delete file: C:\\trle");
     for (const char* entry : kClimbing) {
         SCOPED_TRACE(entry);
         SwapRecord record;
@@ -149,6 +150,7 @@ TEST_F(HostileMarker, WithAHundredThousandEntriesIsWorkedThroughInSeconds) {
 }
 
 TEST_F(HostileMarker, MayHoldNulCharacters) {
+    user.MayBeTold("I cann't delete file: C:\\trle");
     using namespace std::string_literals;
     WriteMarker("\0\0#LEVEL_CODE=0001#\0#LEVEL_NAME=City#\0#COPIED_FILES=\\a\0b.dat#"s);
     test::MakeFile(trle / "a", "mine");
@@ -221,6 +223,9 @@ TEST_F(HostileMarker, ThatCannotBeReadCountsAsAbsentForTheCurrentLevel) {
 }
 
 TEST_F(HostileMarker, OfAnyBytesTouchesNothingOutside) {
+    user.MayBeTold("I cann't find level folder");
+    user.MayBeTold("Kelvash.txt\\" is damaged");
+    user.MayBeTold("I cann't delete file: C:\\trle");
     const std::string pieces[] = {"#LEVEL_CODE=",
                                   "#COPIED_FILES=",
                                   "#OVERWROTEN_FILES=",

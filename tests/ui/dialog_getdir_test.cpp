@@ -328,9 +328,9 @@ TEST_F(DialogGetDir, AnswersAsTheUsersFolderDialog) {
         Type(window->findChild<QLineEdit*>(QStringLiteral("Text_PathDir")), "C:\\Zips");
         Press(window, "Pul_Ok");
     });
-    EXPECT_EQ(forms.ChooseFolder("Choose one", "C:\\Games"), "C:\\Zips");
+    EXPECT_EQ(forms.ChooseFolder(MessageText("Choose one"), "C:\\Games"), "C:\\Zips");
     robot.WillPress("Choose again", "Pul_Cancel");
-    EXPECT_EQ(forms.ChooseFolder("Choose again", "C:\\Games"), std::nullopt);
+    EXPECT_EQ(forms.ChooseFolder(MessageText("Choose again"), "C:\\Games"), std::nullopt);
 }
 
 TEST_F(DialogGetDir, HelpTellsWhenThereIsNone) {

@@ -122,10 +122,9 @@ TEST_F(DialogTesto, FindGoesFromHitToHitWithoutRegardToCase) {
     EXPECT_EQ(Selected(), "city");
     EXPECT_EQ(form.Text_File->textCursor().blockNumber(), 300);
     EXPECT_TRUE(HitInView());
-    WillSayNotFound();
     Press(&form, "Pul_Trova");
-    EXPECT_EQ(Selected(), "city");
-    EXPECT_EQ(form.Text_File->textCursor().blockNumber(), 300);
+    EXPECT_EQ(Selected(), "CITY") << "from the end it goes on at the top";
+    EXPECT_EQ(form.Text_File->textCursor().blockNumber(), 100);
 }
 
 TEST_F(DialogTesto, FindKeepsAHitThatGrowsWithTheTypedText) {
@@ -148,14 +147,12 @@ TEST_F(DialogTesto, NextAndPreviousStepBetweenHits) {
     EXPECT_EQ(Place(), 4);
     Press(&form, "Pul_Dopo");
     EXPECT_EQ(Place(), 8);
-    WillSayNotFound();
     Press(&form, "Pul_Dopo");
+    EXPECT_EQ(Place(), 0);
+    Press(&form, "Pul_Prima");
     EXPECT_EQ(Place(), 8);
     Press(&form, "Pul_Prima");
     EXPECT_EQ(Place(), 4);
-    Press(&form, "Pul_Prima");
-    EXPECT_EQ(Place(), 0);
-    WillSayNotFound();
     Press(&form, "Pul_Prima");
     EXPECT_EQ(Place(), 0);
     EXPECT_EQ(Selected(), "a");
@@ -187,8 +184,18 @@ TEST_F(DialogTesto, WholeWordsPassOverLongerOnes) {
     EXPECT_EQ(Place(), 32);
     Press(&form, "Pul_Prima");
     EXPECT_EQ(Place(), 17);
-    WillSayNotFound();
     Press(&form, "Pul_Prima");
+    EXPECT_EQ(Place(), 32);
+}
+
+TEST_F(DialogTesto, WhatIsNowhereIsTold) {
+    Open("one two");
+    Type("three");
+    for (const char* button : {"Pul_Trova", "Pul_Dopo", "Pul_Prima"}) {
+        WillSayNotFound();
+        Press(&form, button);
+    }
+    EXPECT_EQ(Place(), 0);
 }
 
 TEST_F(DialogTesto, HitsBehindCharactersOfOtherLengthsAreSelectedExactly) {

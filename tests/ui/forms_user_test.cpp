@@ -5,12 +5,14 @@
 #include <QApplication>
 #include <QInputDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
 
 #include "foundation/drives.h"
+#include "foundation/messages.h"
 #include "support/ui_home.h"
 #include "ui/Dialog_Progress.h"
 #include "ui/Dialog_Wait.h"
@@ -49,10 +51,10 @@ class FormsUserPort : public UiHome<TestHome> {
         std::vector<Answer> answers;
         for (const std::string& button : buttons) {
             robot.WillPress("Well?", button);
-            answers.push_back(forms.Ask(kind, MessageStyle::Question, "Well?"));
+            answers.push_back(forms.Ask(kind, MessageStyle::Question, MessageText("Well?")));
         }
         robot.Will("Well?", [](QWidget* window) { QTest::keyClick(window, Qt::Key_Escape); });
-        answers.push_back(forms.Ask(kind, MessageStyle::Question, "Well?"));
+        answers.push_back(forms.Ask(kind, MessageStyle::Question, MessageText("Well?")));
         return answers;
     }
 };
@@ -69,7 +71,7 @@ TEST_F(FormsUserPort, ShowsMessagesInFourStyles) {
         std::vector<std::string> buttons;
         QMessageBox::Icon icon{};
         WillLookAtBox("Look", buttons, icon, "OK");
-        forms.Message(style, "Look\r\nhere");
+        forms.Message(style, MessageText("Look\r\nhere"));
         EXPECT_EQ(icon, expected);
         EXPECT_THAT(buttons, ElementsAre("OK"));
     }
@@ -81,15 +83,15 @@ TEST_F(FormsUserPort, ShowsMarkUpAsItStands) {
         EXPECT_EQ(qobject_cast<QMessageBox*>(window)->textFormat(), Qt::PlainText);
         Press(window, "OK");
     });
-    forms.Message(MessageStyle::Plain, "<b>level</b>");
+    forms.Message(MessageStyle::Plain, MessageText("<b>level</b>"));
 }
 
 TEST_F(FormsUserPort, SaysTheDemoOnceInATitle) {
     forms.SetFirstTitle(QStringLiteral("A sandbox"));
     robot.WillPress("one", "OK");
-    forms.Message(MessageStyle::Plain, "one");
+    forms.Message(MessageStyle::Plain, MessageText("one"));
     robot.WillPress("two", "OK");
-    forms.Message(MessageStyle::Plain, "two");
+    forms.Message(MessageStyle::Plain, MessageText("two"));
     EXPECT_THAT(robot.Seen(), ElementsAre("MessageBox\nA sandbox\none", "MessageBox\nKelvash\ntwo"));
 }
 
@@ -114,9 +116,9 @@ TEST_F(FormsUserPort, TakesATypedText) {
         dialog->setTextValue(QStringLiteral("Größe"));
         dialog->accept();
     });
-    EXPECT_EQ(forms.Input("Rename", "Type a name", "old"), "Größe");
+    EXPECT_EQ(forms.Input("Rename", MessageText("Type a name"), "old"), "Größe");
     robot.Will("Rename", [](QWidget* window) { window->close(); });
-    EXPECT_EQ(forms.Input("Rename", "Type a name", "old"), std::nullopt);
+    EXPECT_EQ(forms.Input("Rename", MessageText("Type a name"), "old"), std::nullopt);
 }
 
 // --- files and folders ---
@@ -124,23 +126,26 @@ TEST_F(FormsUserPort, TakesATypedText) {
 TEST_F(FormsUserPort, GivesFilesAsPathTexts) {
     MakeFile(drive / "zips/level.zip", "zip");
     robot.WillChooseFile("Choose", drive / "zips/level.zip");
-    EXPECT_EQ(forms.OpenFile({"Choose", "Zip files|*.zip", "C:\\zips", {}}), "C:\\zips\\level.zip");
+    EXPECT_EQ(forms.OpenFile({MessageText("Choose"), "Zip files|*.zip", "C:\\zips", {}}),
+              "C:\\zips\\level.zip");
     robot.Will("Choose", [](QWidget* window) { window->close(); });
-    EXPECT_EQ(forms.OpenFile({"Choose", "Zip files|*.zip", "C:\\zips", {}}), std::nullopt);
+    EXPECT_EQ(forms.OpenFile({MessageText("Choose"), "Zip files|*.zip", "C:\\zips", {}}), std::nullopt);
 }
 
 TEST_F(FormsUserPort, TellsAFileThatNoDriveReaches) {
     MakeFile(drive / "back\\slash.zip", "zip");
     robot.WillChooseFile("Choose", drive / "back\\slash.zip");
     robot.WillPress("No drive reaches this path: " + (drive / "back\\slash.zip").string(), "OK");
-    EXPECT_EQ(forms.OpenFile({"Choose", "Zip files|*.zip", "C:\\", {}}), std::nullopt);
+    EXPECT_EQ(forms.OpenFile({MessageText("Choose"), "Zip files|*.zip", "C:\\", {}}), std::nullopt);
 }
 
 TEST_F(FormsUserPort, CompletesANameToSaveUnder) {
     robot.WillChooseFile("Save", drive / "mine");
-    EXPECT_EQ(forms.SaveFile({"Save", "Archives (*.kva)|*.kva", "C:", "test.kva"}), "C:\\mine.kva");
+    EXPECT_EQ(forms.SaveFile({MessageText("Save"), "Archives (*.kva)|*.kva", "C:", "test.kva"}),
+              "C:\\mine.kva");
     robot.WillChooseFile("Save", drive / "mine.old");
-    EXPECT_EQ(forms.SaveFile({"Save", "Archives (*.kva)|*.kva", "C:", "test.kva"}), "C:\\mine.old");
+    EXPECT_EQ(forms.SaveFile({MessageText("Save"), "Archives (*.kva)|*.kva", "C:", "test.kva"}),
+              "C:\\mine.old");
 }
 
 TEST_F(FormsUserPort, AsksBeforeACompletedNameReplacesAFile) {
@@ -148,16 +153,62 @@ TEST_F(FormsUserPort, AsksBeforeACompletedNameReplacesAFile) {
     robot.WillChooseFile("Save", drive / "mine");
     robot.WillPress("mine.kva already exists", "No");
     robot.Will("Save", [](QWidget* window) { window->close(); });
-    EXPECT_EQ(forms.SaveFile({"Save", "Archives (*.kva)|*.kva", "C:", "test.kva"}), std::nullopt);
+    EXPECT_EQ(forms.SaveFile({MessageText("Save"), "Archives (*.kva)|*.kva", "C:", "test.kva"}),
+              std::nullopt);
     robot.WillChooseFile("Save", drive / "mine");
     robot.WillPress("mine.kva already exists", "Yes");
-    EXPECT_EQ(forms.SaveFile({"Save", "Archives (*.kva)|*.kva", "C:", "test.kva"}), "C:\\mine.kva");
+    EXPECT_EQ(forms.SaveFile({MessageText("Save"), "Archives (*.kva)|*.kva", "C:", "test.kva"}),
+              "C:\\mine.kva");
 }
 
 TEST_F(FormsUserPort, WritesFiltersAsQtDoes) {
     EXPECT_EQ(ui::QtFilter("Images (*.jpg) (*.bmp)|*.jpg;*.bmp").toStdString(), "Images (*.jpg *.bmp)");
     EXPECT_EQ(ui::QtFilter("A|*.a|All files (*.*)|*.*").toStdString(), "A (*.a);;All files (*)");
     EXPECT_EQ(ui::QtFilter("").toStdString(), "");
+}
+
+// --- answers that can lose something ---
+
+TEST_F(FormsUserPort, ABoxOfWhichEachAnswerCanLoseSomethingIsEndedByItsButtonsOnly) {
+    robot.Will("Do you want a full backup?", [](QWidget* window) {
+        QTest::keyClick(window, Qt::Key_Escape);
+        window->close();
+        QTest::keyClick(window, Qt::Key_Return);
+        ASSERT_TRUE(window->isVisible());
+        Press(window, "No");
+    });
+    EXPECT_EQ(forms.Ask(Buttons::YesNo, MessageStyle::Question,
+                        LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak})),
+              Answer::No);
+}
+
+TEST_F(FormsUserPort, EnterNeverGivesALosingAnswer) {
+    const auto enter = [](QWidget* window) { QTest::keyClick(window, Qt::Key_Return); };
+    robot.Will("Are you sure to want remove level", enter);
+    EXPECT_EQ(forms.Ask(Buttons::YesNo, MessageStyle::Question, LoadMessage(MessageId::kRemoveQuestion, {})),
+              Answer::No);
+    robot.Will("also sub folders", enter);
+    EXPECT_EQ(forms.Ask(Buttons::YesNo, MessageStyle::Question, LoadMessage(MessageId::kAddSubFolders, {})),
+              Answer::Yes);
+}
+
+TEST_F(FormsUserPort, EscapeNeverGivesALosingAnswer) {
+    robot.Will("However, would you like add",
+               [](QWidget* window) { QTest::keyClick(window, Qt::Key_Escape); });
+    EXPECT_EQ(forms.Ask(Buttons::YesNo, MessageStyle::Question, LoadMessage(MessageId::kEqualQuestion, {})),
+              Answer::Yes);
+}
+
+TEST_F(FormsUserPort, APasswordIsNotShown) {
+    robot.Will("InputBox", [](QWidget* window) {
+        auto* const field = window->findChild<QLineEdit*>();
+        ASSERT_NE(field, nullptr);
+        EXPECT_EQ(field->echoMode(), QLineEdit::Password);
+        field->setText(QStringLiteral("secret"));
+        qobject_cast<QDialog*>(window)->accept();
+    });
+    EXPECT_EQ(forms.Input("Zip", LoadMessage(MessageId::kZipPassword, {"<b>a.zip</b>", kLineBreak}), {}),
+              "secret");
 }
 
 // --- progress ---
@@ -199,15 +250,29 @@ TEST_F(FormsUserPort, NestsProgressWindows) {
 
 TEST_F(FormsUserPort, ClosingAProgressWindowAsksTheJobToStop) {
     forms.SetPatience(0);
-    forms.OpenProgress(BarPlace::ProgressDialog, "job");
+    forms.OpenProgress(BarPlace::StoppableDialog, "job");
     EXPECT_FALSE(forms.StopRequested());
     Visible<ui::Dialog_Progress>()->close();
     EXPECT_TRUE(forms.StopRequested());
     EXPECT_NE(Visible<ui::Dialog_Progress>(), nullptr) << "it goes when the job has ended";
-    forms.CloseProgress(BarPlace::ProgressDialog);
-    forms.OpenProgress(BarPlace::ProgressDialog, "next job");
+    forms.CloseProgress(BarPlace::StoppableDialog);
+    forms.OpenProgress(BarPlace::StoppableDialog, "next job");
     EXPECT_FALSE(forms.StopRequested());
-    forms.CloseProgress(BarPlace::ProgressDialog);
+    forms.CloseProgress(BarPlace::StoppableDialog);
+}
+
+TEST_F(FormsUserPort, AWindowWithoutAStopButtonCannotBeClosed) {
+    forms.SetPatience(0);
+    for (const BarPlace place : {BarPlace::ProgressDialog, BarPlace::ZipDialog, BarPlace::WaitDialog}) {
+        forms.OpenProgress(place, "job");
+        QWidget* const window = QApplication::activeModalWidget();
+        ASSERT_NE(window, nullptr);
+        QTest::keyClick(window, Qt::Key_Escape);
+        window->close();
+        EXPECT_FALSE(forms.StopRequested());
+        EXPECT_TRUE(window->isVisible());
+        forms.CloseProgress(place);
+    }
 }
 
 TEST_F(FormsUserPort, DropsInputForOtherWindowsWhileAJobPumps) {

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <QApplication>
 #include <QDragEnterEvent>
 #include <QMimeData>
 
@@ -128,7 +129,9 @@ TEST_F(PrincipaleCommands, LoadOpensAnotherArchive) {
     ASSERT_TRUE(core::WriteArchive("C:\\Kelvash\\two.kva"));
     ASSERT_TRUE(core::LoadArchive("C:\\Kelvash\\test.kva"));
     robot.WillChooseFile("Load Tomb Raider Level Archive", home / "two.kva");
+    Type("alpha");
     Choose("mnu_Load");
+    EXPECT_TRUE(form.Text_Search->text().isEmpty()) << "what was sought in the former one";
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 2 (two.kva levels)");
     EXPECT_THAT(Shown(), ElementsAre("- TRLE: Original configuration - (*)", "City of Gold"));
 }
@@ -139,6 +142,15 @@ TEST_F(PrincipaleCommands, AnArchiveThatCantBeReadIsToldAndTheOpenOneStays) {
     const OrdinaryUser ordinary;
     robot.WillChooseFile("Load Tomb Raider Level Archive", home / "locked.kva");
     robot.WillPress("Error loading archive: C:\\Kelvash\\locked.kva", "OK");
+    Choose("mnu_Load");
+    EXPECT_EQ(Shown().size(), 4U);
+    EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 4 (test.kva levels)");
+}
+
+TEST_F(PrincipaleCommands, AnArchiveThatHasLostItsContentsIsToldAndTheOpenOneStays) {
+    MakeFile(home / "cut.kva", "TRLE");
+    robot.WillChooseFile("Load Tomb Raider Level Archive", home / "cut.kva");
+    robot.WillPress("Error loading archive: C:\\Kelvash\\cut.kva", "OK");
     Choose("mnu_Load");
     EXPECT_EQ(Shown().size(), 4U);
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 4 (test.kva levels)");
@@ -226,6 +238,8 @@ TEST_F(PrincipaleCommands, RestoreOpensItsForm) {
     robot.WillPress("Set in Tomb Raider Level Editor, original configuration", "OK");
     Choose("mnu_SetOriginale");
     EXPECT_EQ(Shown().front(), "- TRLE: Original configuration - (*)");
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
+    EXPECT_EQ(QApplication::focusWidget(), form.Combo_Livelli);
 }
 
 TEST_F(PrincipaleCommands, AboutTellsTheVersion) {

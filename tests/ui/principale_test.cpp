@@ -232,6 +232,7 @@ TEST_F(PrincipaleForm, IsUsableWithoutAnArchive) {
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash");
     EXPECT_FALSE(form.Pul_Play->isEnabled());
     EXPECT_FALSE(form.Command("mnu_Save")->isEnabled());
+    EXPECT_TRUE(form.Command("mnu_SetOriginale")->isEnabled()) << "the way back needs no Archive";
     Press(&form, "Pul_Dopo");
     Press(&form, "Pul_Prima");
     form.AggiornaDatiLivello(false);
@@ -314,11 +315,29 @@ TEST_F(PrincipaleForm, AFilterThatHidesAllLeavesNothingToPlay) {
     EXPECT_TRUE(form.Pul_Play->isEnabled());
 }
 
-TEST_F(PrincipaleForm, EnterInTheSearchFindsAndGoesToTheList) {
+TEST_F(PrincipaleForm, EnterTwiceInTheSearchFindsAndStartsNothing) {
     Type("city");
-    QTest::keyClick(form.Text_Search, Qt::Key_Return);
+    for (int i = 0; i < 2; ++i)
+        QTest::keyClick(form.focusWidget(), Qt::Key_Return);
     EXPECT_EQ(Current(), "beta city");
+    EXPECT_EQ(form.focusWidget(), form.Text_Search);
+    EXPECT_EQ(swap::CurrentLevelCode(), 0);
+}
+
+TEST_F(PrincipaleForm, TheButtonOfTheSearchGoesToTheList) {
+    Type("city");
+    Press(&form, "Pul_Search");
     EXPECT_EQ(form.focusWidget(), form.Combo_Livelli);
+}
+
+TEST_F(PrincipaleForm, AToolTipShowsANameThatLooksLikeMarkUp) {
+    core::archive.Levels[1].Name = "<b>Gold</b>";
+    core::RefreshLevelList();
+    const auto* const model = form.Combo_Livelli->model();
+    std::vector<std::string> tips;
+    for (int row = 0; row < model->rowCount(); ++row)
+        tips.push_back(model->index(row, 0).data(Qt::ToolTipRole).toString().toStdString());
+    EXPECT_THAT(tips, testing::Contains(testing::HasSubstr("&lt;b&gt;Gold&lt;/b&gt;")));
 }
 
 // --- panels and pictures ---

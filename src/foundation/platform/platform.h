@@ -137,6 +137,15 @@ std::int64_t OwnProcessId();
 
 // True if the standard output goes to a terminal.
 bool OutputIsTerminal();
+// From now on the signals that ask a program to end (Ctrl+C, a closed terminal, the end of the session) are
+// only remembered, and a reader who is gone makes a write fail instead of ending the program. A signal that
+// was ignored stays so.
+void CatchStopSignals();
+bool StopSignalled();
+// A line of the standard input without its end; nothing at the end of the input or once StopSignalled. What
+// is typed into a terminal can be hidden.
+enum class Echo { Shown, Hidden };
+std::optional<std::string> ReadInputLine(Echo echo);
 
 // --- time (posix_time.cpp) ---
 

@@ -1,0 +1,77 @@
+// Signals and closed pipes: a command ends cleanly, and no swap is torn.
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+
+#include "cli/cli_home.h"
+
+namespace kelvash::test {
+namespace {
+
+using testing::HasSubstr;
+
+namespace fs = std::filesystem;
+
+class Signals : public CliHome {
+  protected:
+    Signals() {
+        const CliRun run = Bare({"demo", (root / "demo").string()});
+        EXPECT_EQ(run.status, 0) << run.Output() << run.errors;
+        trle = root / "demo" / "drive_c" / "Program Files" / "Core Design" / "trle";
+    }
+
+    // Runs a script of the shell in which $cli is the program in the sandbox; gives its exit status.
+    int Shell(const std::string& script) {
+        MakeFile(root / "script.sh", "cli=\"" KELVASH_CLI " --json --home " +
+                                         (root / "demo" / "drive_c" / "Kelvash").string() + "\"\ncd " +
+                                         root.string() + "\n" + script);
+        const int status = std::system(("bash " + (root / "script.sh").string()).c_str());
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+    std::string Marker() const { return BytesOf(trle / "Kelvash.txt"); }
+
+    fs::path trle;
+};
+
+TEST_F(Signals, EndACommandThatWaitsAndLeaveTheLevelIn) {
+    for (const char* signal : {"TERM", "HUP"}) {
+        const std::string script =
+            "export KELVASH_GAME_MS=5000\n"
+            "rm -f out\n"
+            "$cli play 3 >out &\n"
+            "for i in $(seq 200); do pgrep -P $! >/dev/null && break; sleep 0.05; done\n"
+            "sleep 0.2; kill -" +
+            std::string(signal) +
+            " $!\n"
+            "wait $!\n";
+        EXPECT_EQ(Shell(script), 130) << signal;
+        EXPECT_THAT(BytesOf(root / "out"), HasSubstr(R"({"event":"result","ok":true,"installed":3})"));
+        EXPECT_THAT(Marker(), HasSubstr("#LEVEL_CODE=0003#"));
+    }
+}
+
+TEST_F(Signals, EndAQuestionAtTheTerminal) {
+    const std::string script =
+        "cli=${cli/--json/}\n"
+        "rm demo/drive_c/Kelvash/LevelArchive.kva\n"
+        "mkfifo typed; sleep 20 >typed & typist=$!\n"
+        "$cli save <typed >out 2>errors &\n"
+        "for i in $(seq 200); do grep -q different out && break; sleep 0.05; done\n"
+        "kill -TERM $!\n"
+        "wait $!; status=$?\n"
+        "kill $typist\n"
+        "exit $status\n";
+    EXPECT_EQ(Shell(script), 130);
+    EXPECT_THAT(BytesOf(root / "out"), HasSubstr("Do you want load a different archive?"));
+}
+
+TEST_F(Signals, AReaderWhoIsGoneTearsNoSwap) {
+    EXPECT_EQ(Shell("$cli install 1 2>errors | true\nexit ${PIPESTATUS[0]}\n"), 1);
+    EXPECT_EQ(BytesOf(root / "errors"), "kelvash-cli: the output can't be written\n");
+    EXPECT_THAT(Marker(), HasSubstr("#LEVEL_CODE=0001#"));
+    EXPECT_FALSE(Exists(root / "demo" / "drive_c" / "Kelvash" / "Kelvash.jrn"));
+}
+
+} // namespace
+} // namespace kelvash::test
