@@ -49,7 +49,8 @@ std::string Inside(const std::string& folder, const std::string& name) {
 }
 
 void CopyIfMissing(const std::string& source, const std::string& target) {
-    if (!FileExists(target)) CopyFile(source, target);
+    if (!FileExists(target) && !CopyFile(source, target))
+        TellCritical(Text(MessageId::kConfigCopyFailed) + source);
 }
 
 void TakeFields(NewLevel& level) {

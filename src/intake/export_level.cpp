@@ -10,6 +10,7 @@
 #include "core/profile.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/known_names.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
@@ -51,6 +52,7 @@ struct ExportFolders {
 // Copies files by a mask. False, after a message unless the user stopped it, if one can't be copied.
 bool CopyMatching(const std::string& from, const std::string& mask, const std::string& to, Bar& bar) {
     const std::vector<std::string> files = ListFiles(from, mask);
+    const KnownNames names(to);
     double done = 0;
     for (const std::string& file : files) {
         if (TheUser().StopRequested()) return false;
