@@ -127,8 +127,9 @@ TEST_F(Unzip, LinksAreRefusedAndNotFollowed) {
     EXPECT_FALSE(test::Exists(drive / "evil.txt"));
     EXPECT_EQ(Bytes("link/evil.txt"), "evil"); // "link" is a plain folder here
     EXPECT_THAT(user.Told(), ElementsAre(testing::EndsWith("\r\nlink")));
-    EXPECT_EQ(message, "Error extracting following entries of zip file a.zip:\r\n"
-                       "there/evil.txt: I can not write the file");
+    EXPECT_EQ(message,
+              "Error extracting following entries of zip file a.zip:\r\n"
+              "there/evil.txt: I can not write the file");
 }
 
 TEST_F(Unzip, OnlySomeNamesAreTold) {

@@ -28,11 +28,17 @@ class ChangedLevels : public FaultHome {
     FileMap Files(std::int32_t code) const {
         return TreeOf(NativePath(core::FilesFolder(core::LevelFolder(code, false))));
     }
-    // The dialog over level 2, with all its files replaced by those of a zip.
-    void Change(const std::function<void(intake::NewLevel&)>& end) {
+    // The world of an operation, with a zip to add.
+    void PrepareWithZip(const Operation& operation) {
+        Prepare(operation);
         MakeFile(world.drive / "in/New.zip",
                  MakeZipBytes({MakeEntry("new.tr4", "new level"), MakeEntry("script.dat", "new script"),
                                MakeEntry("english.dat", "new words")}));
+        Keep(pristine);
+        StartProgram();
+    }
+    // The dialog over level 2, with all its files replaced by those of the zip.
+    void Change(const std::function<void(intake::NewLevel&)>& end) {
         core::RefreshLevelList();
         core::SelectLevel(2);
         intake::ShowProperty([&](intake::NewLevel& open) {
@@ -83,8 +89,7 @@ class ChangedLevels : public FaultHome {
     void FailEverywhere(bool compressed, const FaultPlan& fault) {
         const Operation operation{compressed ? "compressed" : "plain", 1, Backup::Full,
                                   [this, compressed] { return Store(compressed); }};
-        Prepare(operation);
-        StartProgram();
+        PrepareWithZip(operation);
         const FileMap before = Files(2);
         ASSERT_EQ(Store(compressed), kSaved);
         FailEverywhere(operation, fault, before, Files(2));
@@ -112,8 +117,7 @@ TEST_F(ChangedLevels, ThatAreCancelledAreTheOldOnesAfterAKillToo) {
                                   Change([](intake::NewLevel& open) { intake::CancelLevel(open); });
                                   return kSaved;
                               }};
-    Prepare(operation);
-    StartProgram();
+    PrepareWithZip(operation);
     const FileMap before = Files(2);
     FailEverywhere(operation, {Fault::Kill}, before, before);
 }
@@ -126,7 +130,7 @@ TEST_F(FullDiskOfProperties, LosesNoFileOfTheLevel) {
     core::archive.Header.CompressFiles = true;
     core::profile.NoDecompress = false;
     const std::string large(3000, 'x');
-    AddLevel(1, "Large", {{"a.tr4", large}, {"script.dat", "s"}, {"english.dat", "e"}, {"z.wav", large}});
+    AddLevel(1, "Large", {{"a.tr4", large}, {"script.dat", "s"}, {"english.dat", "e"}, {"z.txt", large}});
     AddLevel(2, "Last", {});
     const ChildResult run = InChild([&] {
         LimitFiles(2000);
@@ -148,7 +152,7 @@ TEST_F(FullDiskOfProperties, LosesNoFileOfTheLevel) {
         return level.State == intake::FormState::Open;
     });
     EXPECT_TRUE(at_ok.answer);
-    EXPECT_EQ(StoredNames(), (std::vector<std::string>{"a.tr4", "english.dat", "script.dat", "z.wav"}));
+    EXPECT_EQ(StoredNames(), (std::vector<std::string>{"a.tr4", "english.dat", "script.dat", "z.txt"}));
 }
 
 } // namespace
