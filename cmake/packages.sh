@@ -2,7 +2,7 @@
 
 build_packages=(
     cmake ninja-build g++ ccache pkg-config
-    zlib1g-dev libdeflate-dev libturbojpeg0-dev libzip-dev libxxhash-dev zip unzip
+    zlib1g-dev libdeflate-dev libturbojpeg0-dev libzip-dev libarchive-dev libxxhash-dev zip unzip
     libsdl2-dev libx11-dev libxtst-dev libxfixes-dev
     qt6-base-dev libgl-dev fonts-dejavu-core
     nlohmann-json3-dev libcli11-dev

@@ -21,13 +21,14 @@ void TakeMessageTable(const std::string& table) {
     const TableLoading loading = LoadMessageTable(table);
     const std::string path = NativePath(table).string();
     const std::string lines = RefusedLinesText(loading);
+    std::string told;
     if (!loading.Taken)
-        std::cerr << LoadMessage(MessageId::kCliTableRefused, {}) << path
-                  << (lines.empty() ? std::string() : LoadMessage(MessageId::kCliTableLine, {lines})) << '\n';
+        told = LoadMessage(MessageId::kCliTableRefused, {}) + path +
+               (lines.empty() ? std::string() : LoadMessage(MessageId::kCliTableLine, {lines}).text);
     else if (!lines.empty())
-        std::cerr << LoadMessage(MessageId::kCliTableLines,
-                                 {path, std::to_string(loading.RefusedLines.size()), lines})
-                  << '\n';
+        told = LoadMessage(MessageId::kCliTableLines,
+                           {path, std::to_string(loading.RefusedLines.size()), lines});
+    if (!told.empty()) std::cerr << told << '\n';
 }
 
 } // namespace

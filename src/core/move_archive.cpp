@@ -109,7 +109,7 @@ void RemoveEmptyFolder(const std::string& folder) {
 // What is wrong with a target; empty if the level folders can go there.
 MessageText FaultOf(const std::string& target) {
     const std::string current(Trim(archive.Header.SecondaryFolder));
-    if (std::string fault = FaultOfPath(target); !fault.empty()) return fault;
+    if (MessageText fault = FaultOfPath(target); !fault.text.empty()) return fault;
     if (!FolderExists(target)) return LoadMessage(MessageId::kMoveNoTarget, {}) + target;
     if (IsSamePlace(target, current)) return LoadMessage(MessageId::kMoveSameFolder, {}) + current;
     const bool ours = HoldsOurCopies(target);

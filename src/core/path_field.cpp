@@ -11,7 +11,7 @@ bool CanKeepPath(std::string_view path) {
     return FitText(path, kPathWidth) == path;
 }
 
-std::string FaultOfPath(std::string_view path) {
+MessageText FaultOfPath(std::string_view path) {
     if (CanKeepPath(path)) return {};
     const std::string text(path);
     const std::string ansi = AnsiFromUtf8(path);

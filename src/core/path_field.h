@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "foundation/message_text.h"
+
 namespace kelvash::core {
 
 // Width of every path field.
@@ -13,7 +15,7 @@ inline constexpr std::size_t kPathWidth = 256;
 // True if a field gives the path back as it is.
 [[nodiscard]] bool CanKeepPath(std::string_view path);
 // What is wrong with a path, for the user; empty if nothing is.
-std::string FaultOfPath(std::string_view path);
+MessageText FaultOfPath(std::string_view path);
 // The same as CanKeepPath; tells the fault.
 [[nodiscard]] bool CheckPath(std::string_view path);
 

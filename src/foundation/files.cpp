@@ -4,10 +4,10 @@
 #include <chrono>
 #include <fstream>
 #include <memory>
-#include <set>
 
 #include "foundation/drives.h"
 #include "foundation/guarded_folders.h"
+#include "foundation/known_names.h"
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
 #include "foundation/text.h"
@@ -126,6 +126,15 @@ bool CopyFileStoppable(std::string_view source, std::string_view destination) {
         TheUser().PumpEvents();
         return !TheUser().StopRequested();
     });
+}
+
+bool LinkOrCopyFile(std::string_view source, std::string_view destination) {
+    return (FileExists(source) && platform::LinkFile(NativePath(source), NativePath(destination))) ||
+           CopyFile(source, destination);
+}
+
+bool ExchangeFolders(std::string_view a, std::string_view b) {
+    return platform::ExchangeFolders(NativePath(a), NativePath(b));
 }
 
 bool RenameFile(std::string_view old_path, std::string_view new_path) {
@@ -250,23 +259,12 @@ bool DeleteFiles(std::string_view folder, std::string_view mask) {
 
 bool CopyFiles(std::string_view source, std::string_view destination, Existing existing,
                std::string_view mask) {
+    const KnownNames names(destination);
     for (const std::string& file : ListFiles(source, mask)) {
         const std::string target = std::string(destination) + "\\" + FileNameOf(file);
         if (existing == Existing::Ask && FileExists(target) && !AskReplaceFile(file, target)) continue;
         if (!CopyFile(file, target)) return false;
     }
-    return true;
-}
-
-bool MirrorFiles(std::string_view source, std::string_view destination) {
-    if (!FolderExists(source) || !MayDeleteTree(destination)) return false;
-    std::set<std::string> names;
-    for (const std::string& file : ListFiles(source, "*")) {
-        names.insert(FoldCase(FileNameOf(file)));
-        if (!CopyFileWhole(file, std::string(destination) + "\\" + FileNameOf(file))) return false;
-    }
-    for (const std::string& file : ListFiles(destination, "*"))
-        if (!names.contains(FoldCase(FileNameOf(file))) && !DeleteFile(file)) return false;
     return true;
 }
 

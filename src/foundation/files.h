@@ -32,6 +32,12 @@ bool CopyFile(std::string_view source, std::string_view destination);
 // The same for long copies that the user may stop: the interface is looked after meanwhile. After a stop it
 // is false and TheUser().StopRequested() true.
 bool CopyFileStoppable(std::string_view source, std::string_view destination);
+// Gives a file a second name on its drive, or copies it where that can't be: then it is one file, which is
+// not to be written in place. The destination doesn't exist yet.
+bool LinkOrCopyFile(std::string_view source, std::string_view destination);
+// Puts each of two folders in the other's place in one step. False, with nothing changed, where the file
+// system can't.
+bool ExchangeFolders(std::string_view a, std::string_view b);
 // Renames within one drive; a file of the new name is replaced.
 bool RenameFile(std::string_view old_path, std::string_view new_path);
 // As CopyFile, but the destination holds its old content or the whole new one at every instant, also when the
@@ -88,10 +94,6 @@ enum class Existing { Replace, Ask };
 // Stops at the first failed copy with false.
 bool CopyFiles(std::string_view source, std::string_view destination, Existing existing,
                std::string_view mask);
-// Makes a folder hold the files of another one and no others, sub-folders apart. Each file holds its old
-// content or the whole new one at every instant. False at the first failure, and with nothing done for a
-// guarded folder.
-[[nodiscard]] bool MirrorFiles(std::string_view source, std::string_view destination);
 // Deletes the files of a folder, then the folder. False if sub-folders are left in it, and with nothing
 // deleted for a guarded folder.
 bool RemoveFolder(std::string_view path);

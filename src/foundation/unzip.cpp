@@ -11,8 +11,10 @@
 #include "foundation/platform/platform.h"
 #include "foundation/text.h"
 #include "foundation/zip.h"
+#include "foundation/zip_destination.h"
 #include "foundation/zip_library.h"
 #include "foundation/zip_names.h"
+#include "foundation/zip_reader.h"
 
 namespace kelvash {
 
@@ -21,65 +23,16 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kBlock = std::size_t{1} << 16;
+// Bytes of the longest name that the usual file systems take.
+constexpr std::size_t kLongestName = 255;
+// Whoever answers without looking would be asked for ever.
+constexpr int kMostPasswords = 100;
 
 struct Entry {
     zip_uint64_t index = 0;
     std::string name; // as it stands in the zip
     std::vector<std::string> parts;
     zip_stat_t stat = {};
-};
-
-// The names in the folders of a destination, read once each, so that a zip of a hundred thousand entries
-// needs no search per entry.
-class Destination {
-  public:
-    explicit Destination(fs::path root) : root_(std::move(root)) {}
-
-    // The path of a file below the root under the spelling that it has there; its folders are made. Nothing
-    // if a folder can't be made.
-    std::optional<fs::path> PathOf(const std::vector<std::string>& parts) {
-        const std::optional<fs::path> folder = FolderOf(parts, parts.size() - 1);
-        if (!folder) return std::nullopt;
-        return *folder / Spelling(*folder, parts.back());
-    }
-    // The folder of the first parts, made where it is missing; nothing if it can't be made.
-    std::optional<fs::path> FolderOf(const std::vector<std::string>& parts, std::size_t count) {
-        fs::path folder = root_;
-        for (std::size_t i = 0; i < count; ++i) {
-            const fs::path next = folder / Spelling(folder, parts[i]);
-            std::error_code error;
-            if (!fs::is_directory(fs::symlink_status(next, error))) {
-                if (!fs::create_directory(next, error)) return std::nullopt;
-                names_[folder][FoldCase(parts[i])] = parts[i];
-            }
-            folder = next;
-        }
-        return folder;
-    }
-    void Remember(const fs::path& file, const std::string& name) {
-        names_[file.parent_path()].emplace(FoldCase(name), name);
-    }
-
-  private:
-    std::string Spelling(const fs::path& folder, const std::string& name) {
-        auto known = names_.find(folder);
-        if (known == names_.end()) known = names_.emplace(folder, NamesIn(folder)).first;
-        const auto found = known->second.find(FoldCase(name));
-        return found == known->second.end() ? name : found->second;
-    }
-    static std::map<std::string, std::string> NamesIn(const fs::path& folder) {
-        std::map<std::string, std::string> names;
-        std::error_code error;
-        for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-             entry.increment(error)) {
-            const std::string name = entry->path().filename().string();
-            names.emplace(FoldCase(name), name);
-        }
-        return names;
-    }
-
-    fs::path root_;
-    std::map<fs::path, std::map<std::string, std::string>> names_;
 };
 
 bool IsFolder(const std::string& name) {
@@ -129,7 +82,11 @@ double WeightOf(const zip_stat_t& stat) {
 class Extraction {
   public:
     Extraction(UnzipClass& job, zip_t* zip, const ZipWatcher& watcher)
-        : job_(job), zip_(zip), watcher_(watcher), destination_(NativePath(job.ExtractDir)) {}
+        : job_(job),
+          zip_(zip),
+          watcher_(watcher),
+          destination_(NativePath(job.ExtractDir)),
+          reader_(zip, NativePath(job.ZipFileName)) {}
 
     void Run() {
         const auto count = static_cast<zip_uint64_t>(zip_get_num_entries(zip_, 0));
@@ -169,6 +126,11 @@ class Extraction {
         const bool is_folder = IsFolder(entry.name);
         if (is_folder && (!job_.HonorDirectories || job_.TestZip)) return;
         if (!job_.HonorDirectories) entry.parts = {entry.parts.back()};
+        if (std::any_of(entry.parts.begin(), entry.parts.end(),
+                        [](const std::string& part) { return part.size() > kLongestName; })) {
+            job_.TooLong.push_back(entry.name);
+            return;
+        }
         if (job_.SpaceToUnderScore)
             for (std::string& part : entry.parts)
                 std::replace(part.begin(), part.end(), ' ', '_');
@@ -215,82 +177,99 @@ class Extraction {
         return !job_.PromptOverwrite || AskReplaceFile(ZipNameText(entry.name), path);
     }
 
-    // Unpacks an entry to its place; an old file stands until the new one is whole. Gives what went wrong.
+    // Unpacks an entry to its place, with another password as long as one seems wrong and the user gives
+    // more. Gives what went wrong; after a password that isn't given the job has stopped.
     std::string Unpack(const Entry& entry, const fs::path& target) {
-        std::string fault = MethodFault(entry);
+        const std::string fault = MethodFault(entry);
         if (!fault.empty()) return fault;
-        zip_file_t* const source = OpenEntry(entry);
-        if (source == nullptr) return LoadMessage(FaultOfLastError(), {});
+        if (IsEncrypted(entry.stat) && !password_ && !AskPassword(MessageId::kZipPassword)) return {};
+        for (;;) {
+            const Attempt attempt = UnpackOnce(entry, target);
+            if (job_.Stopped || attempt.outcome == Outcome::Fault) return attempt.fault;
+            if (attempt.outcome == Outcome::Done) {
+                proven_ = proven_ || IsEncrypted(entry.stat);
+                return {};
+            }
+            // Some wrong passwords are only noticed when the data turn out to be none. One that is typed
+            // again then is the right one of a damaged entry.
+            const std::string refused = *password_;
+            if (!AskPassword(MessageId::kZipPasswordWrong)) return {};
+            proven_ = attempt.outcome == Outcome::DamagedOrWrongPassword && *password_ == refused;
+            if (proven_) return LoadMessage(MessageId::kZipReasonDamaged, {});
+        }
+    }
+
+    enum class Outcome { Done, Fault, WrongPassword, DamagedOrWrongPassword };
+    struct Attempt {
+        Outcome outcome = Outcome::Done;
+        std::string fault{};
+    };
+    static Attempt FaultOf(MessageId reason) { return {Outcome::Fault, LoadMessage(reason, {})}; }
+
+    // An old file stands until the new one is whole.
+    Attempt UnpackOnce(const Entry& entry, const fs::path& target) {
+        const ZipEntryReader::Opened opened = reader_.Open(entry.stat, password_.value_or(std::string()));
+        if (opened == ZipEntryReader::Opened::WrongPassword) return {Outcome::WrongPassword};
+        if (opened == ZipEntryReader::Opened::Unreadable) return DamageOf(entry);
         std::error_code error;
         const bool replaces = !job_.TestZip && fs::exists(fs::symlink_status(target, error));
         const fs::path partial = replaces ? target.parent_path() / kPartialFile : target;
         if (replaces) platform::Unlink(partial); // of a killed run; a link would be written through
-        fault = CopyEntry(entry, source, partial);
-        if (zip_fclose(source) != 0 && fault.empty()) fault = DamageOf(entry);
-        if (job_.TestZip) return fault;
-        if (fault.empty() && !job_.Stopped) {
+        Attempt attempt = CopyEntry(entry, partial);
+        if (!reader_.Close() && attempt.outcome == Outcome::Done) attempt = DamageOf(entry);
+        if (job_.TestZip) return attempt;
+        if (attempt.outcome == Outcome::Done && !job_.Stopped) {
             platform::SetFileTime(partial, ExactTime(zip_, entry.index).value_or(entry.stat.mtime));
             if (replaces) fs::rename(partial, target, error);
             if (!replaces || !error) return {};
-            fault = LoadMessage(MessageId::kZipReasonWrite, {});
+            attempt = FaultOf(MessageId::kZipReasonWrite);
         }
         fs::remove(partial, error);
-        return fault;
+        return attempt;
     }
 
-    std::string MethodFault(const Entry& entry) const {
+    static std::string MethodFault(const Entry& entry) {
         if (zip_compression_method_supported(entry.stat.comp_method, 0) == 0)
             return LoadMessage(MessageId::kZipReasonMethod, {std::to_string(entry.stat.comp_method)});
-        if (entry.stat.encryption_method != ZIP_EM_NONE &&
-            zip_encryption_method_supported(entry.stat.encryption_method, 0) == 0)
+        if (IsEncrypted(entry.stat) && zip_encryption_method_supported(entry.stat.encryption_method, 0) == 0)
             return LoadMessage(MessageId::kZipReasonEncrypted, {});
         return {};
     }
 
-    zip_file_t* OpenEntry(const Entry& entry) {
-        if (entry.stat.encryption_method == ZIP_EM_NONE) return zip_fopen_index(zip_, entry.index, 0);
-        if (!password_asked_) {
-            password_asked_ = true;
-            password_ =
-                TheUser()
-                    .Input(LoadMessage(MessageId::kZipPasswordTitle, {}),
-                           LoadMessage(MessageId::kZipPassword, {FileNameOf(job_.ZipFileName), kLineBreak}),
-                           {})
-                    .value_or(std::string());
-        }
-        return zip_fopen_index_encrypted(zip_, entry.index, 0, password_.c_str());
+    // False, with the job stopped, if the user gives none.
+    bool AskPassword(MessageId question) {
+        std::optional<std::string> typed;
+        if (passwords_asked_++ < kMostPasswords)
+            typed = TheUser().Input(LoadMessage(MessageId::kZipPasswordTitle, {}),
+                                    LoadMessage(question, {FileNameOf(job_.ZipFileName), kLineBreak}), {});
+        job_.NoPassword = job_.Stopped = !typed.has_value();
+        if (typed) password_ = std::move(typed);
+        return !job_.Stopped;
     }
 
-    MessageId FaultOfLastError() const {
-        const int code = zip_error_code_zip(zip_get_error(zip_));
-        return code == ZIP_ER_WRONGPASSWD || code == ZIP_ER_NOPASSWD || code == ZIP_ER_ENCRNOTSUPP
-                   ? MessageId::kZipReasonEncrypted
-                   : MessageId::kZipReasonDamaged;
+    Attempt DamageOf(const Entry& entry) const {
+        const bool may_be_password = IsEncrypted(entry.stat) && !proven_;
+        return may_be_password ? Attempt{Outcome::DamagedOrWrongPassword}
+                               : FaultOf(MessageId::kZipReasonDamaged);
     }
 
-    // Some wrong passwords are only noticed when the data turn out to be none.
-    static std::string DamageOf(const Entry& entry) {
-        return LoadMessage(entry.stat.encryption_method == ZIP_EM_NONE ? MessageId::kZipReasonDamaged
-                                                                       : MessageId::kZipReasonEncrypted,
-                           {});
-    }
-
-    std::string CopyEntry(const Entry& entry, zip_file_t* source, const fs::path& partial) {
+    Attempt CopyEntry(const Entry& entry, const fs::path& partial) {
         std::ofstream file;
         if (!job_.TestZip) {
             file.open(partial, std::ios::binary | std::ios::trunc);
-            if (!file) return LoadMessage(MessageId::kZipReasonWrite, {});
+            if (!file) return FaultOf(MessageId::kZipReasonWrite);
         }
         zip_uint64_t left = entry.stat.size;
+        const double before = done_;
         for (;;) {
-            const zip_int64_t got = zip_fread(source, block_.get(), kBlock);
+            const std::int64_t got = reader_.Read(block_.get(), kBlock);
             if (got < 0) return DamageOf(entry);
             if (got == 0) break;
-            if (static_cast<zip_uint64_t>(got) > left) return LoadMessage(MessageId::kZipReasonLonger, {});
+            if (static_cast<zip_uint64_t>(got) > left) return FaultOf(MessageId::kZipReasonLonger);
             left -= static_cast<zip_uint64_t>(got);
             if (!job_.TestZip && !file.write(block_.get(), static_cast<std::streamsize>(got)))
-                return LoadMessage(MessageId::kZipReasonWrite, {});
-            TellDone(done_ + static_cast<double>(got));
+                return FaultOf(MessageId::kZipReasonWrite);
+            TellDone(before + static_cast<double>(entry.stat.size - left));
             if (clock_.Due() && watcher_.poll && watcher_.poll()) {
                 job_.Stopped = true;
                 return {};
@@ -298,20 +277,22 @@ class Extraction {
         }
         if (left != 0) return DamageOf(entry);
         if (!job_.TestZip) file.close();
-        return job_.TestZip || file ? std::string() : LoadMessage(MessageId::kZipReasonWrite, {});
+        return job_.TestZip || file ? Attempt{} : FaultOf(MessageId::kZipReasonWrite);
     }
 
     UnzipClass& job_;
     zip_t* zip_;
     const ZipWatcher& watcher_;
-    Destination destination_;
+    ZipDestination destination_;
+    ZipEntryReader reader_;
     std::map<std::string, std::pair<zip_uint64_t, zip_uint32_t>> taken_;
     std::unique_ptr<char[]> block_ = std::make_unique<char[]>(kBlock);
     PollClock clock_;
     double total_ = 0; // of the weights of all entries
     double done_ = 0;
-    bool password_asked_ = false;
-    std::string password_;
+    std::optional<std::string> password_;
+    bool proven_ = false; // an entry came out whole with the password
+    int passwords_asked_ = 0;
 };
 
 } // namespace
@@ -320,14 +301,17 @@ bool UnzipClass::UnZip(const ZipWatcher& watcher) {
     Written.clear();
     Refused.clear();
     Twice.clear();
+    TooLong.clear();
     Failed.clear();
     message_.clear();
-    Opened = Stopped = false;
+    Opened = Stopped = NoPassword = false;
     const ZipHandle zip = OpenZip(ZipFileName, ZIP_RDONLY, message_);
     if (!zip) return false;
     Opened = true;
     Extraction(*this, zip.get(), watcher).Run();
-    if (Stopped)
+    if (NoPassword)
+        message_ = LoadMessage(MessageId::kZipNoPassword, {FileNameOf(ZipFileName)});
+    else if (Stopped)
         message_ = LoadMessage(MessageId::kZipStopped, {});
     else if (!Failed.empty())
         message_ = Failed.back().first + ": " + Failed.back().second;

@@ -57,18 +57,21 @@ class UnzipClass {
     bool SpaceToUnderScore = false;       // in the names of files
     bool TestZip = false;                 // everything is read, nothing written
 
-    // True if all that may be extracted was. An archive without entries is a success without a line.
+    // True if all that may be extracted was. The user is asked for the password of an encrypted zip until it
+    // is right. An archive without entries is a success without a line.
     [[nodiscard]] bool UnZip(const ZipWatcher& watcher);
     const std::string& GetLastMessage() const { return message_; }
 
     // What the job did: full paths of the files written; names of entries that were refused, that met one of
-    // their own name in this zip, and that failed, with the reason.
+    // their own name in this zip, that have a longer name than a file can, and that failed, with the reason.
     std::vector<std::string> Written;
     std::vector<std::string> Refused;
     std::vector<std::string> Twice;
+    std::vector<std::string> TooLong;
     std::vector<std::pair<std::string, std::string>> Failed;
     bool Opened = false;
     bool Stopped = false;
+    bool NoPassword = false; // it stopped as the user gave no password, or no right one
 
   private:
     std::string message_;

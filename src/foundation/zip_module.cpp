@@ -17,8 +17,7 @@ namespace kelvash {
 
 namespace {
 
-// Zips that unpack to more than this and to so many times their size are asked about.
-constexpr double kLargeContent = 2147483648.0;
+// Zips that unpack to so many times their size are asked about.
 constexpr double kSuspiciousFactor = 100;
 // Names in one message.
 constexpr std::size_t kNamesTold = 20;
@@ -39,23 +38,34 @@ ZipWatcher Watcher(LineProgress& progress, Manage manage) {
             [&progress](double done) { ProgressPercent(progress.bar, done, 1); }};
 }
 
-void TellNames(MessageId id, std::string_view archive, const std::vector<std::string>& names) {
-    if (names.empty()) return;
+// Lines of names, as many as one message can show.
+std::string Lines(const std::vector<std::string>& names) {
     std::string list;
     for (std::size_t i = 0; i < std::min(names.size(), kNamesTold); ++i)
         list += kLineBreak + names[i];
     if (names.size() > kNamesTold)
         list += kLineBreak + LoadMessage(MessageId::kZipMore, {std::to_string(names.size() - kNamesTold)});
-    ShowMessage(MessageStyle::Exclamation, LoadMessage(id, {FileNameOf(archive), list}));
+    return list;
 }
 
-void TellOutcome(const UnzipClass& unzip) {
-    TellNames(MessageId::kZipEntryRefused, unzip.ZipFileName, unzip.Refused);
-    TellNames(MessageId::kZipEntryTwice, unzip.ZipFileName, unzip.Twice);
+void TellLeftOut(const UnzipClass& unzip) {
+    const std::string zip = FileNameOf(unzip.ZipFileName);
+    if (!unzip.Refused.empty())
+        ShowMessage(MessageStyle::Exclamation,
+                    LoadMessage(MessageId::kZipEntryRefused, {zip, Lines(unzip.Refused)}));
+    if (!unzip.Twice.empty())
+        ShowMessage(MessageStyle::Exclamation,
+                    LoadMessage(MessageId::kZipEntryTwice, {zip, Lines(unzip.Twice)}));
+    if (!unzip.TooLong.empty())
+        ShowMessage(MessageStyle::Exclamation,
+                    LoadMessage(MessageId::kZipEntryTooLong, {zip, Lines(unzip.TooLong)}));
+}
+
+std::string FailedEntries(const UnzipClass& unzip) {
     std::vector<std::string> failed;
     for (const auto& [name, reason] : unzip.Failed)
         failed.push_back(name + ": " + reason);
-    TellNames(MessageId::kZipEntryFailed, unzip.ZipFileName, failed);
+    return LoadMessage(MessageId::kZipEntryFailed, {FileNameOf(unzip.ZipFileName), Lines(failed)});
 }
 
 double SumOf(const std::vector<ZipEntry>& entries) {
@@ -77,22 +87,26 @@ void WipeFolder(std::string_view folder, std::string_view archive) {
         if (!EqualNoCase(file, archive)) DeleteFile(file);
 }
 
-// Asks before more is written than there is room for, or than such a zip can be meant to hold.
-bool MayFill(std::string_view archive, std::string_view destination, double bytes) {
-    const std::string name = FileNameOf(archive);
-    const std::string needed = SizeText(bytes);
-    const std::int64_t room = FreeSpace(destination);
+// Asks before more is written than there is room for, or than such zips can be meant to hold. What was agreed
+// to holds until twice as much is to be written.
+bool MayFill(const Unzipping& job, double bytes, ZipBudget& budget) {
+    const std::string name = FileNameOf(job.Archive);
+    const std::int64_t room = FreeSpace(job.Destination);
     if (room >= 0 && bytes > static_cast<double>(room))
         return AskYesNo(
             MessageStyle::Exclamation,
             LoadMessage(MessageId::kZipNoRoom,
-                        {name, needed, std::string(destination.substr(0, 2)), FormatSize(room), kLineBreak}));
-    const double factor = bytes / static_cast<double>(std::max<std::int64_t>(1, FileSize(archive)));
-    if (bytes <= kLargeContent || factor <= kSuspiciousFactor) return true;
-    return AskYesNo(
-        MessageStyle::Exclamation,
-        LoadMessage(MessageId::kZipTooLarge,
-                    {name, needed, std::to_string(static_cast<std::int64_t>(factor)), kLineBreak}));
+                        {name, SizeText(bytes), job.Destination.substr(0, 2), FormatSize(room), kLineBreak}));
+    const double total = budget.Unpacked + bytes;
+    const double factor = total / std::max(1.0, budget.Packed);
+    if (total <= budget.Unasked || factor <= kSuspiciousFactor || total <= 2 * budget.Agreed) return true;
+    const MessageId question = budget.Unpacked > 0 ? MessageId::kZipAllTooLarge : MessageId::kZipTooLarge;
+    const std::string times = std::to_string(static_cast<std::int64_t>(factor));
+    if (!AskYesNo(MessageStyle::Exclamation,
+                  LoadMessage(question, {name, SizeText(total), times, kLineBreak})))
+        return false;
+    budget.Agreed = total;
+    return true;
 }
 
 // A path as a tool takes it: a Windows program the path text, any other the platform's own.
@@ -148,34 +162,32 @@ void UnzipSettings(std::string_view archive, std::string_view destination, ZipFo
     unzip.HonorDirectories = folders == ZipFolders::Kept;
 }
 
-bool UnzipToFolder(std::string_view archive, std::string_view destination, std::vector<std::string>& entries,
-                   Wipe wipe, ZipFolders folders, ZipProgress progress, Bar& bar, std::string& message) {
-    entries.clear();
-    const std::optional<std::vector<ZipEntry>> listed = ListZip(archive, message);
-    if (!listed) {
-        ShowMessage(MessageStyle::Exclamation,
-                    LoadMessage(MessageId::kZipCannotOpen, {FileNameOf(archive), message}));
-        return false;
-    }
-    if (!MayFill(archive, destination, SumOf(*listed))) {
-        message = LoadMessage(MessageId::kZipStopped, {});
-        return false;
-    }
-    if (wipe == Wipe::Yes) WipeFolder(destination, archive);
+Unzipped UnzipToFolder(const Unzipping& job, Bar& bar) {
+    std::string reason;
+    const std::optional<std::vector<ZipEntry>> listed = ListZip(job.Archive, reason);
+    if (!listed)
+        return {UnzipEnd::Failed, LoadMessage(MessageId::kZipCannotOpen, {FileNameOf(job.Archive), reason})};
+    ZipBudget own;
+    own.Packed = static_cast<double>(FileSize(job.Archive));
+    ZipBudget& budget = job.Budget == nullptr ? own : *job.Budget;
+    const double bytes = SumOf(*listed);
+    if (!MayFill(job, bytes, budget)) return {UnzipEnd::Stopped, LoadMessage(MessageId::kZipStopped, {})};
+    budget.Unpacked += bytes;
+    if (job.Wiping == Wipe::Yes) WipeFolder(job.Destination, job.Archive);
     UnzipClass unzip;
-    UnzipSettings(archive, destination, folders, unzip);
+    UnzipSettings(job.Archive, job.Destination, job.Folders, unzip);
     LineProgress lines{bar, static_cast<double>(listed->size()), 0, true};
     ZipWatcher watcher = Watcher(lines, GestioneUnzip);
-    if (progress == ZipProgress::Silent) {
+    if (job.Progress == ZipProgress::Silent) {
         watcher.line = nullptr;
         watcher.share = nullptr;
     }
     const bool done = unzip.UnZip(watcher);
     bar = lines.bar;
-    entries = unzip.Written;
-    message = unzip.GetLastMessage();
-    TellOutcome(unzip);
-    return done;
+    TellLeftOut(unzip);
+    const UnzipEnd end = done ? UnzipEnd::Whole : unzip.Stopped ? UnzipEnd::Stopped : UnzipEnd::Failed;
+    return {end, unzip.Failed.empty() || unzip.Stopped ? unzip.GetLastMessage() : FailedEntries(unzip),
+            std::move(unzip.Written), unzip.NoPassword};
 }
 
 bool UnzipWithTool(std::string_view archive, std::string_view destination, Bar& bar) {

@@ -37,15 +37,36 @@ enum class ZipProgress { Silent, Shown };
                              std::vector<std::string>& entries, Recurse recurse, Bar& bar,
                              std::string& message);
 
-// Extracts a zip into a folder, which exists. With Wipe the folder's files are deleted first. `entries`
-// receives the full paths of the files that were written. Entries left out and entries that failed are told
-// in one message each; a question comes before more than the drive's free space, or suspiciously much, is
-// filled. A file that exists is replaced, but not by a second entry of the same zip. Progress goes to the
-// bar's place. False, with the reason in `message`, if the zip can't be read, the user stopped it or an entry
-// failed; what was written whole stays.
-[[nodiscard]] bool UnzipToFolder(std::string_view archive, std::string_view destination,
-                                 std::vector<std::string>& entries, Wipe wipe, ZipFolders folders,
-                                 ZipProgress progress, Bar& bar, std::string& message);
+// What the zips of one undertaking unpack to, those in zips included, against what they were packed in.
+struct ZipBudget {
+    double Packed = 0;   // bytes of the outermost zips
+    double Unpacked = 0; // of all files that came out of zips, as these declare them
+    double Agreed = 0;   // what the user has agreed to
+    // So much needs no question, whatever it was packed in.
+    double Unasked = 2147483648.0;
+};
+
+struct Unzipping {
+    std::string Archive;     // path text of the zip
+    std::string Destination; // path text of a folder, which exists
+    Wipe Wiping = Wipe::No;  // the destination's files are deleted first
+    ZipFolders Folders = ZipFolders::Flat;
+    ZipProgress Progress = ZipProgress::Shown;
+    ZipBudget* Budget = nullptr; // that of a greater undertaking; null: the zip stands alone
+};
+// Stopped is the user's wish: the stop, a No to the size, a password that wasn't given.
+enum class UnzipEnd { Whole, Failed, Stopped };
+struct Unzipped {
+    UnzipEnd End = UnzipEnd::Failed;
+    std::string Message{};              // why it failed, for the caller to show; or the last line
+    std::vector<std::string> Written{}; // full paths
+    bool NoPassword = false;            // it was stopped for want of the password
+};
+// Extracts a zip. Entries that are left out are told in one message each; a question comes before more than
+// the drive's free space, or suspiciously much, is filled. A file that exists is replaced, but not by a
+// second entry of the same zip. Progress goes to the bar's place. Failed means that the zip can't be read or
+// an entry failed; what was written whole stays.
+Unzipped UnzipToFolder(const Unzipping& job, Bar& bar);
 
 class UnzipClass;
 // Sets the properties for an extraction of everything, with existing files replaced.

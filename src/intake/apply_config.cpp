@@ -52,6 +52,11 @@ std::optional<PlainName> NameIn(const std::string& text, RefusedNames& refused) 
     return name;
 }
 
+void CopyIfMissing(const std::string& source, const std::string& target) {
+    if (!FileExists(target) && !CopyFile(source, target))
+        TellCritical(Text(MessageId::kConfigCopyFailed) + source);
+}
+
 // Copies files of one base name as files of another, each with its own extension; what is there stays.
 void CopyUnderName(const std::vector<std::string>& files, const std::string& folder, const std::string& name,
                    RefusedNames& refused) {
@@ -62,7 +67,7 @@ void CopyUnderName(const std::vector<std::string>& files, const std::string& fol
             refused.push_back(name);
             return;
         }
-        if (const std::string path = PathIn(folder, *target); !FileExists(path)) CopyFile(file, path);
+        CopyIfMissing(file, PathIn(folder, *target));
     }
 }
 

@@ -15,6 +15,7 @@
 #include "core/start_up.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/known_names.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/place.h"
@@ -64,6 +65,7 @@ void TellLeftOut(const std::vector<std::string>& files) {
 // Copies files by a mask. False, after a message unless the user stopped it, if one can't be copied.
 bool CopyMatching(const std::string& from, const std::string& mask, ExportFolders& folders, Bar& bar) {
     const std::vector<std::string> files = ListFiles(from, mask);
+    const KnownNames names(folders.out);
     double done = 0;
     for (const std::string& file : files) {
         if (TheUser().StopRequested()) return false;

@@ -6,8 +6,6 @@
 #include "core/change.h"
 #include "core/kept_folders.h"
 #include "core/level_list.h"
-#include "core/profile.h"
-#include "core/sizes.h"
 #include "core/start_up.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -17,7 +15,6 @@
 #include "foundation/zip_module.h"
 #include "intake/apply_config.h"
 #include "intake/work_folder.h"
-#include "swap/compression.h"
 
 namespace kelvash::intake {
 
@@ -68,35 +65,12 @@ bool CanAdd() {
     return false;
 }
 
-std::vector<FileStamp> StampFiles(const std::string& folder) {
-    std::vector<FileStamp> stamps;
-    for (const std::string& file : ListFiles(folder, "*"))
-        stamps.push_back({FileNameOf(file), FileTime(file).value_or(0), FileSize(file)});
-    return stamps;
-}
-
 // The level's files on disk or on their CD.
 std::string FilesOf(std::int32_t code) {
     const std::string folder = core::LevelFolder(code, true);
     if (!core::archive.CdMissing) return core::FilesFolder(folder);
     ShowMessage(MessageStyle::Exclamation, Text(MessageId::kNewLevelCdMissing));
     return core::FilesFolder(core::LevelFolder(code, false));
-}
-
-// Stored forms are undone for the dialog, unless the user has the properties shown without that. False after
-// a message.
-bool OpenWorkFolder(NewLevel& level) {
-    level.WorkFolder = level.LevelFilesFolder;
-    if (!core::archive.Header.CompressFiles || level.OnCd) return true;
-    if (core::profile.NoDecompress && AnyFile(level.LevelFilesFolder, "*")) return true;
-    std::string temp;
-    if (!swap::DecompressLevelFiles(level.LevelFilesFolder, temp, false)) {
-        TellCritical(Text(MessageId::kNewLevelDecompressing));
-        return false;
-    }
-    level.WorkFolder = temp.empty() ? swap::CopyToTempDec(level.LevelFilesFolder) : temp;
-    level.UsesTempFolder = true;
-    return true;
 }
 
 std::string SizeOfRecord(const core::LevelRecord& record) {
@@ -107,33 +81,25 @@ std::string SizeOfRecord(const core::LevelRecord& record) {
 }
 
 void TakeFirstZip(NewLevel& level, const std::string& zip) {
-    const Arrival arrival = AddFileOrZip(zip, level.WorkFolder, Through::Direct);
-    if (arrival != Arrival::Whole) {
-        if (arrival == Arrival::Failed) TellCritical(Text(MessageId::kNewLevelUnzipError) + zip);
+    const Arrived arrived = AddFileOrZip(level, zip, level.WorkFolder, Through::Direct);
+    if (arrived.How != Arrival::Whole) {
+        if (arrived.How == Arrival::Failed)
+            TellCritical(Text(MessageId::kNewLevelUnzipError) + zip + ReasonLine(arrived.Reason));
+        TellStop(arrived);
         RefreshFileList(level);
         return;
     }
     level.LastZip = zip;
     level.Name = BaseNameOf(zip);
-    Refresh(level);
+    TakeWhatArrived(level);
     PickMoreInfoFile(level);
 }
 
-MessageText SummaryOf(std::size_t added, std::size_t all, const std::vector<std::string>& left_out) {
-    MessageText text = LoadMessage(MessageId::kAddedSummary, {std::to_string(added), std::to_string(all)});
-    if (left_out.empty()) return text;
-    text += kLineBreak + Text(MessageId::kAddedSummaryNot);
-    for (const std::string& source : left_out)
-        text += kLineBreak + source;
-    return text;
-}
-
-} // namespace
-
-void BeginLevel(NewLevel& level, std::int32_t index, const std::string& zip) {
+void Begin(NewLevel& level, std::int32_t index, bool adding) {
     ConfigApplied = false;
     level = {};
     level.LevelIndex = index;
+    level.Adding = adding;
     core::LevelRecord& record = RecordOf(level);
     level.SavedRecord = record;
     level.IsNewLevel = index == core::archive.Header.LevelCount - 1;
@@ -149,18 +115,50 @@ void BeginLevel(NewLevel& level, std::int32_t index, const std::string& zip) {
     level.Name = Trim(record.Name);
     level.Note = Trim(record.Note);
     SelectMoreInfo(level, Trim(record.MoreInfoFile));
+    level.FirstMoreInfo = MoreInfoName(level);
     level.SizeText = SizeOfRecord(record);
-    if (!zip.empty()) TakeFirstZip(level, zip);
+}
+
+// True if closing the dialog now would lose something.
+bool HasSomething(const NewLevel& level) {
+    if (level.Adding)
+        return !level.FileList.empty() || !Trim(level.Name).empty() || !Trim(level.Note).empty();
+    const core::LevelRecord& old = level.SavedRecord;
+    return Trim(level.Name) != Trim(old.Name) || Trim(level.Note) != Trim(old.Note) ||
+           !EqualNoCase(MoreInfoName(level), level.FirstMoreInfo) ||
+           (!level.OnCd && DiffersFromSnapshot(level));
+}
+
+MessageText SummaryOf(std::size_t added, std::size_t all, const std::vector<std::string>& left_out) {
+    MessageText text = LoadMessage(MessageId::kAddedSummary, {std::to_string(added), std::to_string(all)});
+    if (left_out.empty()) return text;
+    text += kLineBreak + Text(MessageId::kAddedSummaryNot);
+    for (const std::string& source : left_out)
+        text += kLineBreak + source;
+    return text;
+}
+
+} // namespace
+
+void BeginLevel(NewLevel& level, std::int32_t index) {
+    Begin(level, index, false);
+}
+
+void BeginNewLevel(NewLevel& level, std::int32_t index, const std::string& zip) {
+    Begin(level, index, true);
+    if (level.State == FormState::Open && !zip.empty()) TakeFirstZip(level, zip);
 }
 
 void CancelLevel(NewLevel& level) {
-    if (level.UsesTempFolder) {
-        ShowInfo(Text(MessageId::kRemovingTemp));
-        RemoveFolder(level.WorkFolder);
-        ShowInfo({});
-    }
+    CloseWorkFolder(level);
     RecordOf(level) = level.SavedRecord;
     level.State = FormState::Cancelled;
+}
+
+void GiveUpLevel(NewLevel& level) {
+    const MessageId question = level.Adding ? MessageId::kGiveUpNewLevel : MessageId::kGiveUpChanges;
+    if (!HasSomething(level) || AskYesNo(MessageStyle::Question, LoadMessage(question, {})))
+        CancelLevel(level);
 }
 
 bool AddLevel(const std::string& zip, const LevelForm& form) {
@@ -171,7 +169,7 @@ bool AddLevel(const std::string& zip, const LevelForm& form) {
     const std::string folder = core::LevelFolder(code, false);
     if (!MakeLevelFolder(folder)) return false;
     NewLevel level;
-    BeginLevel(level, AppendRecord(code), zip);
+    BeginNewLevel(level, AppendRecord(code), zip);
     if (level.State == FormState::Open) form(level);
     if (level.State == FormState::Saved) {
         core::ArchiveTouched();
@@ -193,7 +191,7 @@ void ShowProperty(const LevelForm& form) {
         return;
     }
     NewLevel level;
-    BeginLevel(level, index, {});
+    BeginLevel(level, index);
     if (level.State == FormState::Open) form(level);
     core::ArchiveTouched();
     core::RefreshLevelList();

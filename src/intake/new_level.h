@@ -7,11 +7,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "core/records.h"
+#include "foundation/zip_module.h"
 
 namespace kelvash::intake {
 
@@ -24,20 +26,36 @@ struct FileStamp {
 
 enum class FormState { Open, Saved, Cancelled };
 
+// The zips of one open dialog, those that come out of zips included.
+struct ZipsAtWork {
+    ZipBudget Budget;
+    std::map<std::string, int> Depths;     // of zips that came out of another one, by folded name
+    std::map<std::string, FileStamp> Left; // not to be tried again as they are, by folded name
+    int Inner = 0;                         // zips that came out of another one and were unpacked
+    bool Stopped = false;                  // the user has refused the latest unpacking, or stopped it
+};
+
 struct NewLevel {
     std::int32_t LevelIndex = -1; // place in the level table
+    bool Adding = false;          // the level is only being added, and goes again unless it is stored
     std::string WorkFolder;       // whose files are shown and worked on
     std::string LevelFilesFolder; // the level's own FILES
     core::LevelRecord SavedRecord;
     // True for the last level of the table: its properties run as those of a new level. That is meant.
     bool IsNewLevel = false;
     bool UsesTempFolder = false;
+    // WorkFolder is a draft beside FILES (core/level_draft.h): the level's own files stay as they are until
+    // OK.
+    bool UsesDraft = false;
     std::vector<FileStamp> Snapshot;
+    std::map<std::string, FileStamp> Outside; // FILES as last seen, by folded name
+    ZipsAtWork Zips;
     bool FilesChanged = false; // the files must be stored again
     bool ConfigFound = false;
     bool ConfigFromDatabase = false;
     std::vector<std::string> FileList; // full paths
     std::string LastZip;               // path of the zip that was added last
+    std::string FirstMoreInfo;         // name of the document that was selected at the beginning
     FormState State = FormState::Open; // the form closes when it isn't Open any more
     bool Stopped = false;              // the user has stopped the latest adding of files
 
@@ -70,8 +88,10 @@ void AddLevels(const std::vector<std::string>& sources);
 void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& sources,
                          const std::string& name = {});
 
-// Prepares the dialog for a level (ImpostaValori). State is Cancelled if the dialog must not open.
-void BeginLevel(NewLevel& level, std::int32_t index, const std::string& zip);
+// Prepares the dialog for the properties of a level, or for a level that is being added (ImpostaValori).
+// State is Cancelled if the dialog must not open.
+void BeginLevel(NewLevel& level, std::int32_t index);
+void BeginNewLevel(NewLevel& level, std::int32_t index, const std::string& zip);
 // Unpacks zips that lie in the work folder and lists its files anew.
 void RefreshFileList(NewLevel& level);
 // Pul_Refresh: the same, then the package file.
@@ -96,14 +116,16 @@ void OpenLevelFile(const NewLevel& level, std::int32_t item);
 void StoreLevel(NewLevel& level);
 // Pul_Cancel: puts the record back and removes the temporary folder.
 void CancelLevel(NewLevel& level);
+// Esc and the window's own button: the same, after a question if something would be lost.
+void GiveUpLevel(NewLevel& level);
 
 // How the game is to reach a level without a script of its own. False if it can't. With an empty
 // `level_name` nothing is to be done; else it is the standard level to choose. May rename the .tr4 file,
 // after a question.
 [[nodiscard]] bool ResolveStartLevel(const std::string& folder, std::string& level_name);
 // Leaves one language file in a folder, after a question if there are several and none is the user's, and
-// completes the folder with the original script.dat.
-void ChooseLanguageFile(const std::string& folder);
+// completes the folder with the original script.dat. False after a message.
+[[nodiscard]] bool ChooseLanguageFile(const std::string& folder);
 // Place in the table of a level that has a .tr4 file of the same name and size as one of this folder; -1 if
 // there is none.
 std::int32_t FindSameTr4(const std::string& folder, std::int32_t level_index, std::string& tr4_name);

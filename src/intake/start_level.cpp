@@ -95,11 +95,15 @@ std::vector<std::string> LanguageFiles(const std::string& folder) {
     return files;
 }
 
-void CompleteScript(const std::string& folder) {
+// False after a message.
+bool CompleteScript(const std::string& folder) {
     const std::vector<std::string> files = ListFiles(folder, Text(MessageId::kIntakeDatMask));
-    if (std::any_of(files.begin(), files.end(), IsScriptDat)) return;
+    if (std::any_of(files.begin(), files.end(), IsScriptDat)) return true;
     const std::string script = Text(MessageId::kBackupScript);
-    CopyFile(core::BackupFolder() + script, folder + script);
+    if (!FileExists(core::BackupFolder() + script)) return true; // nothing to complete it with
+    if (CopyFile(core::BackupFolder() + script, folder + script)) return true;
+    TellCritical(Text(MessageId::kCannotCompleteScript) + folder);
+    return false;
 }
 
 // The place of the language to keep; asks until one is named.
@@ -146,13 +150,14 @@ bool ResolveStartLevel(const std::string& folder, std::string& level_name) {
                  : RenameAfterNumber(tr4.front(), levels, level_name);
 }
 
-void ChooseLanguageFile(const std::string& folder) {
-    CompleteScript(folder);
+bool ChooseLanguageFile(const std::string& folder) {
+    if (!CompleteScript(folder)) return false;
     const std::vector<std::string> files = LanguageFiles(folder);
-    if (files.size() < 2) return;
+    if (files.size() < 2) return true;
     const std::size_t kept = PickLanguage(files);
     for (std::size_t i = 0; i < files.size(); ++i)
         if (i != kept) DeleteFile(files[i]);
+    return true;
 }
 
 std::vector<std::string> ListDocumentFiles(std::string_view folder) {

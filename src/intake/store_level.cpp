@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "core/archive.h"
+#include "core/level_draft.h"
 #include "core/profile.h"
 #include "core/sizes.h"
 #include "core/tr4_info.h"
@@ -49,8 +50,7 @@ bool TakeName(NewLevel& level) {
 
 // No decoder and no converter is built in: a level that needs one is told so, and its files stay.
 bool AudioIsReady(const NewLevel& level) {
-    if (level.OnCd || !level.IsNewLevel || core::archive.Header.EncodeWavInMp3 ||
-        !Has(level, MessageId::kIntakeMp3Mask))
+    if (level.OnCd || core::archive.Header.EncodeWavInMp3 || !Has(level, MessageId::kIntakeMp3Mask))
         return true;
     TellCritical(LoadMessage(MessageId::kMp3NotDecoded, {kLineBreak}));
     return false;
@@ -84,9 +84,22 @@ bool FindStart(NewLevel& level) {
     return true;
 }
 
-// False, with the dialog cancelled, if the user doesn't want a level that the Archive has already.
+bool HasNewTr4(const NewLevel& level) {
+    std::vector<FileStamp> before = level.Snapshot;
+    std::vector<FileStamp> now = StampFiles(level.WorkFolder);
+    const auto is_other = [](const FileStamp& stamp) {
+        return !MatchesMask(stamp.Name, Text(MessageId::kIntakeTr4Mask));
+    };
+    std::erase_if(before, is_other);
+    std::erase_if(now, is_other);
+    return !SameStamps(now, before);
+}
+
+// False if the user doesn't want a level that the Archive has already: a level that was being added is
+// cancelled then, one that only got another level file stays open.
 bool AcceptEqual(NewLevel& level) {
     if (!core::profile.CheckEqualLevels || !level.IsNewLevel || level.OnCd) return true;
+    if (!level.Adding && !HasNewTr4(level)) return true;
     ShowInfo(Text(MessageId::kVerifyEqual));
     std::string tr4;
     const std::int32_t equal = FindSameTr4(level.WorkFolder, level.LevelIndex, tr4);
@@ -96,7 +109,7 @@ bool AcceptEqual(NewLevel& level) {
     if (AskYesNo(MessageStyle::Question,
                  LoadMessage(MessageId::kEqualQuestion, {Quoted(tr4), Quoted(other) + kLineBreak})))
         return true;
-    CancelLevel(level);
+    if (level.Adding) CancelLevel(level);
     return false;
 }
 
@@ -150,22 +163,14 @@ bool SortOutFiles(const NewLevel& level) {
     return true;
 }
 
-bool DiffersFromSnapshot(const NewLevel& level) {
-    const std::vector<std::string> files = ListFiles(level.WorkFolder, "*");
-    if (files.size() != level.Snapshot.size()) return true;
-    // Both are in the order of ListFiles.
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        const FileStamp& stamp = level.Snapshot[i];
-        if (!EqualNoCase(stamp.Name, FileNameOf(files[i])) || stamp.Size != FileSize(files[i]) ||
-            stamp.Time != FileTime(files[i]).value_or(0))
-            return true;
-    }
-    return false;
+// True if the dialog works on the level's own files, as with one that is being added.
+bool WorksInPlace(const NewLevel& level) {
+    return EqualNoCase(level.WorkFolder, level.LevelFilesFolder);
 }
 
 bool CopyPlain(const NewLevel& level) {
     ShowInfo(Text(MessageId::kPlainCopy));
-    const bool copied = MirrorFiles(level.WorkFolder, level.LevelFilesFolder);
+    const bool copied = core::StoreLevelFiles(level.WorkFolder, FolderOf(level.LevelFilesFolder));
     ShowInfo({});
     if (!copied) TellCritical(Text(MessageId::kCannotStoreFiles) + level.LevelFilesFolder);
     return copied;
@@ -175,14 +180,15 @@ bool StoreCompressed(const NewLevel& level) {
     ShowInfo(Text(MessageId::kCopyCompress));
     if (swap::CompressLevelFiles(level.WorkFolder, level.LevelIndex)) return true;
     TellCritical(Text(MessageId::kCopyCompressError));
-    return !level.UsesTempFolder || CopyPlain(level);
+    return WorksInPlace(level) || CopyPlain(level);
 }
 
 bool StorePlain(const NewLevel& level) {
     core::ListTr4(level.WorkFolder);
+    if (!WorksInPlace(level) && !CopyPlain(level)) return false;
     // Without it the level only isn't compared with others.
     if (!core::Tr4List.empty()) static_cast<void>(core::WriteTr4Info(level.LevelIndex));
-    return !level.UsesTempFolder || CopyPlain(level);
+    return true;
 }
 
 // The Archive is saved once, by who has opened the dialog: each saving waits for the disk.
@@ -211,22 +217,21 @@ bool StoreFiles(const NewLevel& level) {
 } // namespace
 
 void StoreLevel(NewLevel& level) {
+    if (!TakeOutsideFiles(level)) return;
     if (!TakeName(level) || !AudioIsReady(level) || !SourcesAreConverted(level) || !HasLevelFile(level) ||
         !FindStart(level))
         return;
     // Level 0000 is the original configuration: nothing in it is a level's choice.
-    if (level.IsNewLevel && !level.OnCd && level.LevelIndex != 0) ChooseLanguageFile(level.WorkFolder);
+    if (level.IsNewLevel && !level.OnCd && level.LevelIndex != 0 && !ChooseLanguageFile(level.WorkFolder))
+        return;
     RecordOf(level).Note = Trim(level.Note);
     if (!AcceptEqual(level)) return;
     RecordOf(level).MoreInfoFile = MoreInfoName(level);
+    if (!level.OnCd) DropOlderForms(level);
     if (!SortOutFiles(level)) return;
     level.FilesChanged = level.FilesChanged || DiffersFromSnapshot(level);
     if (!StoreFiles(level)) return;
-    if (level.UsesTempFolder) {
-        ShowInfo(Text(MessageId::kRemovingTemp));
-        RemoveFolder(level.WorkFolder);
-        ShowInfo({});
-    }
+    CloseWorkFolder(level);
     level.State = FormState::Saved;
 }
 

@@ -15,6 +15,7 @@
 #include "foundation/text.h"
 #include "swap/backup_note.h"
 #include "swap/marker.h"
+#include "swap/trle_state.h"
 #include "trle/find_trle.h"
 
 namespace kelvash::swap {
@@ -153,11 +154,12 @@ bool MakeBackup(bool force_full, Former former) {
     }
     const std::string trle = AskOriginalConfiguration();
     if (trle.empty()) return false;
-    const Kind kind = force_full ? Kind::Full : AskKind();
-    const std::int64_t needed = force_full ? 0 : kind == Kind::Full ? kFullBackupRoom : kCompactBackupRoom;
+    const std::optional<Kind> kind = force_full ? Kind::Full : AskKind();
+    if (!kind) return false;
+    const std::int64_t needed = force_full ? 0 : *kind == Kind::Full ? kFullBackupRoom : kCompactBackupRoom;
     if (!EnoughRoom(needed)) return false;
-    if (BeginBackup(kind, former) && (kind == Kind::Full ? CopyFull(trle, !force_full) : CopyCompact(trle)))
-        return TakeIntoUse(trle, kind, former);
+    if (BeginBackup(*kind, former) && (*kind == Kind::Full ? CopyFull(trle, !force_full) : CopyCompact(trle)))
+        return TakeIntoUse(trle, *kind, former);
     static_cast<void>(RemoveHalfBackup()); // what stays counts for nothing
     return false;
 }

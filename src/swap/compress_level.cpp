@@ -2,8 +2,10 @@
 #include <algorithm>
 
 #include "core/archive.h"
+#include "core/level_draft.h"
 #include "core/tr4_info.h"
 #include "foundation/files.h"
+#include "foundation/known_names.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
@@ -22,10 +24,10 @@ void ShowLabel(const std::string& text) {
 }
 
 // The level's new files take the place of the old ones. A level that already lies there stays as it is.
-bool ReplaceFiles(const std::string& source, const std::string& files, MessageId label) {
-    if (EqualNoCase(source, files)) return true;
+bool ReplaceFiles(const std::string& source, const std::string& level_folder, MessageId label) {
+    if (EqualNoCase(source, core::FilesFolder(level_folder))) return true;
     ShowLabel(LoadMessage(label, {}));
-    const bool replaced = MirrorFiles(source, files);
+    const bool replaced = core::StoreLevelFiles(source, level_folder);
     ShowLabel({});
     return replaced;
 }
@@ -46,9 +48,11 @@ void ConvertLoadPicture(const std::string& source) {
     ShowLabel({});
 }
 
+// A file whose stored form would have a longer name than a file can stays as it is.
 bool IsCompressible(const std::string& file) {
     constexpr std::size_t kExtensionLength = 4;
-    if (file.size() < kExtensionLength) return false;
+    constexpr std::size_t kLongestName = 255 - sizeof ".zl.new" + 1; // under which it is written
+    if (file.size() < kExtensionLength || FileNameOf(file).size() > kLongestName) return false;
     const std::vector<std::string> extensions = Split(LoadMessage(MessageId::kCompressedExtensions, {}), '|');
     const std::string end = file.substr(file.size() - kExtensionLength);
     return std::any_of(extensions.begin(), extensions.end(),
@@ -56,6 +60,7 @@ bool IsCompressible(const std::string& file) {
 }
 
 bool PackFiles(const std::string& source) {
+    const KnownNames names(source);
     for (const std::string& file : ListFiles(source, "*.*")) {
         if (!IsCompressible(file)) continue;
         ShowLabel(LoadMessage(MessageId::kCompressingFile, {FileNameOf(file)}));
@@ -69,18 +74,22 @@ bool PackFiles(const std::string& source) {
 
 bool CompressLevelFiles(const std::string& source, std::int32_t level_index) {
     const std::int32_t code = core::archive.Levels[static_cast<std::size_t>(level_index)].Code;
-    core::ListTr4(source);
+    core::ListTr4(source); // before they are packed
+    const std::string folder = core::LevelFolder(code, true);
+    if (core::archive.CdMissing) return false;
+    if (code != 0) {
+        if (core::archive.Header.EncodeWavInMp3 && !EncodeWaves(source)) return false;
+        if (core::archive.Header.CompressFiles) {
+            ConvertLoadPicture(source);
+            if (!PackFiles(source)) return false;
+        }
+    }
+    if (!ReplaceFiles(source, folder,
+                      code == 0 ? MessageId::kCompressCopying : MessageId::kFileCopyInProgress))
+        return false;
     // Without it the level only isn't compared with others.
     if (!core::Tr4List.empty()) static_cast<void>(core::WriteTr4Info(level_index));
-    const std::string files = core::FilesFolder(core::LevelFolder(code, true));
-    if (core::archive.CdMissing) return false;
-    if (code == 0) return ReplaceFiles(source, files, MessageId::kCompressCopying);
-    if (core::archive.Header.EncodeWavInMp3 && !EncodeWaves(source)) return false;
-    if (core::archive.Header.CompressFiles) {
-        ConvertLoadPicture(source);
-        if (!PackFiles(source)) return false;
-    }
-    return ReplaceFiles(source, files, MessageId::kFileCopyInProgress);
+    return true;
 }
 
 } // namespace kelvash::swap

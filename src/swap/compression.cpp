@@ -1,14 +1,16 @@
 #include "swap/compression.h"
 
+#include "core/level_draft.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/known_names.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/plain_name.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/picture.h"
-#include "swap/zl_file.h"
+#include "swap/unpack_guard.h"
 
 namespace kelvash::swap {
 
@@ -24,34 +26,49 @@ void TellDecompressFailure(MessageId id, const std::string& name) {
     TellCritical(LoadMessage(id, {}) + name);
 }
 
-// Empties a temporary folder of the application's folder, or makes it.
-std::string FreshFolder(MessageId name) {
-    const std::string folder = AppFolder() + LoadMessage(name, {});
-    DeleteFiles(folder, "*");
-    CreateFolder(folder);
-    return folder;
+// Empties a temporary folder of the application's folder, or makes it. False if files of another use stay.
+bool MakeFresh(const std::string& folder) {
+    return DeleteFiles(folder, "*") && CreateFolder(folder);
 }
 
-// The temporary copy of a level without its compressed files, which would only be thrown away again.
-std::string CopyPlainFiles(const std::string& folder) {
-    const std::string temp = FreshFolder(MessageId::kTempDecFolder);
+std::string TempDecFolder() {
+    return AppFolder() + LoadMessage(MessageId::kTempDecFolder, {});
+}
+
+// A folder that lacks a file of the level would be taken for the whole level.
+bool FillTempDec(const std::string& folder, bool (*wanted)(const std::string& name), std::string& temp) {
+    const std::string target = TempDecFolder();
+    bool filled = MakeFresh(target);
+    const KnownNames names(target);
     for (const std::string& file : ListFiles(folder, "*"))
-        if (!MatchesMask(FileNameOf(file), LoadMessage(MessageId::kZlMask, {})))
-            CopyFile(file, temp + "\\" + FileNameOf(file));
-    return temp;
+        if (filled && wanted(FileNameOf(file))) filled = CopyFile(file, target + "\\" + FileNameOf(file));
+    if (filled) {
+        temp = target;
+        return true;
+    }
+    TellCritical(LoadMessage(MessageId::kTempDecFailed, {}) + target);
+    RemoveFolder(target);
+    return false;
 }
 
+bool IsPlain(const std::string& name) {
+    return !MatchesMask(name, LoadMessage(MessageId::kZlMask, {}));
+}
+
+// The compressed files aren't copied first: they would only be thrown away again.
 bool UnpackFiles(const std::vector<std::string>& packed, const std::string& folder, std::string& temp) {
     ProgressDialog dialog(BarPlace::ZipDialog, LoadMessage(MessageId::kDecompressCaption, {}));
     dialog.Label(LoadMessage(MessageId::kDecompressCopying, {}));
-    temp = CopyPlainFiles(folder);
+    if (!FillTempDec(folder, IsPlain, temp)) return false;
+    UnpackGuard guard(temp);
+    const KnownNames names(temp);
     double done = 0;
     for (const std::string& file : packed) {
         dialog.Label(LoadMessage(MessageId::kUnzippingFile, {FileNameOf(file)}));
         TheUser().PumpEvents();
         const std::optional<std::string> target = UnpackedPath(temp, file);
-        if (!target || !DecompressFile(file, *target)) {
-            TellDecompressFailure(MessageId::kDecompressFailed, FileNameOf(file));
+        if (!target || !guard.Unpack(file, *target)) {
+            if (!guard.Refused()) TellDecompressFailure(MessageId::kDecompressFailed, FileNameOf(file));
             return false;
         }
         ProgressPercent(dialog.bar, ++done, static_cast<double>(packed.size()));
@@ -59,45 +76,58 @@ bool UnpackFiles(const std::vector<std::string>& packed, const std::string& fold
     return true;
 }
 
+// No decoder is built in: a level with such sound stays as it is. False after a message.
+bool AudioIsPlain(const std::string& folder) {
+    if (!AnyFile(folder, LoadMessage(MessageId::kMp3Mask, {}))) return true;
+    TellCritical(LoadMessage(MessageId::kConversionFailed, {}) + LoadMessage(MessageId::kNoMp3Decoder, {}));
+    return false;
+}
+
+bool UndoPicture(const std::string& folder, std::string& temp) {
+    const std::string picture = LoadMessage(MessageId::kLoadJpg, {});
+    if (!FileExists(folder + picture)) return true;
+    if (temp.empty() && !CopyToTempDec(folder, temp)) return false;
+    // A picture that can't be converted isn't told: the game shows its own then.
+    if (JpegToBitmap(temp + picture, temp + LoadMessage(MessageId::kLoadBmp, {}))) DeleteFile(temp + picture);
+    return true;
+}
+
 } // namespace
 
-std::string CopyToTempDec(const std::string& folder) {
-    const std::string temp = FreshFolder(MessageId::kTempDecFolder);
-    CopyFiles(folder, temp, Existing::Replace, "*");
-    return temp;
+bool CopyToTempDec(const std::string& folder, std::string& temp) {
+    return FillTempDec(
+        folder, [](const std::string&) { return true; }, temp);
 }
 
 bool DecompressLevelFiles(const std::string& folder, std::string& temp, bool decode_mp3) {
     temp.clear();
+    core::EndStoring(FolderOf(folder));
     const std::vector<std::string> packed = ListFiles(folder, LoadMessage(MessageId::kZlMask, {}));
-    if (!packed.empty() && !UnpackFiles(packed, folder, temp)) return false;
-    const std::string current = temp.empty() ? folder : temp;
-    if (decode_mp3 && AnyFile(current, LoadMessage(MessageId::kMp3Mask, {}))) {
-        // No decoder is built in: the level stays as it is.
-        TellCritical(LoadMessage(MessageId::kConversionFailed, {}) +
-                     LoadMessage(MessageId::kNoMp3Decoder, {}));
-        if (!temp.empty()) RemoveFolder(temp);
-        return false;
-    }
-    const std::string picture = LoadMessage(MessageId::kLoadJpg, {});
-    if (FileExists(folder + picture)) {
-        if (temp.empty()) temp = CopyToTempDec(folder);
-        // A picture that can't be converted isn't told: the game shows its own then.
-        if (JpegToBitmap(temp + picture, temp + LoadMessage(MessageId::kLoadBmp, {})))
-            DeleteFile(temp + picture);
-    }
-    return true;
+    const bool ready = (packed.empty() || UnpackFiles(packed, folder, temp)) &&
+                       (!decode_mp3 || AudioIsPlain(temp.empty() ? folder : temp)) &&
+                       UndoPicture(folder, temp);
+    if (ready) return true;
+    if (!temp.empty()) RemoveFolder(temp);
+    temp.clear();
+    return false;
 }
 
 std::string DecompressOneFile(const std::string& path, bool show_dialog) {
-    const std::string folder = FreshFolder(MessageId::kTempFolder);
+    const std::string folder = AppFolder() + LoadMessage(MessageId::kTempFolder, {});
     const std::optional<std::string> target = UnpackedPath(folder, path);
     if (show_dialog) TheUser().OpenProgress(BarPlace::ZipDialog, LoadMessage(MessageId::kOneFileCaption, {}));
-    const bool unpacked = target && DecompressFile(path, *target);
+    const bool made = target && MakeFresh(folder);
+    UnpackGuard guard(folder);
+    const bool unpacked = made && guard.Unpack(path, *target);
     if (show_dialog) TheUser().CloseProgress(BarPlace::ZipDialog);
     if (unpacked) return *target;
-    TellDecompressFailure(MessageId::kOneFileFailed, FileNameOf(path));
+    if (!guard.Refused()) TellDecompressFailure(MessageId::kOneFileFailed, FileNameOf(path));
+    RemoveTempFolder();
     return {};
+}
+
+void RemoveTempFolder() {
+    RemoveFolder(AppFolder() + LoadMessage(MessageId::kTempFolder, {}));
 }
 
 } // namespace kelvash::swap

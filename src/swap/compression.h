@@ -12,15 +12,18 @@
 namespace kelvash::swap {
 
 // Makes a level's files ready in a temporary folder where they are stored in smaller forms. `temp` is that
-// folder, empty if nothing had to be done. False after a message; the Archive's own files are never touched.
+// folder, empty if nothing had to be done. Files that come to suspiciously much are asked about. False after
+// a message or a No, with nothing left of the folder; the Archive's own files are never touched.
 [[nodiscard]] bool DecompressLevelFiles(const std::string& folder, std::string& temp, bool decode_mp3);
 
-// Makes \_temp_Dec hold a copy of a folder's files, and gives its path.
-std::string CopyToTempDec(const std::string& folder);
+// Makes \_temp_Dec hold a copy of a folder's files and no others, and gives its path. False, with nothing
+// left of it, after a message.
+[[nodiscard]] bool CopyToTempDec(const std::string& folder, std::string& temp);
 
 // Decompresses one .zl into \_temp_ and gives the path of the result; empty after a message. With
-// `show_dialog` the zip dialog is shown meanwhile.
+// `show_dialog` the zip dialog is shown meanwhile. RemoveTempFolder removes what it has made.
 std::string DecompressOneFile(const std::string& path, bool show_dialog);
+void RemoveTempFolder();
 
 // Moves the prepared files of a level into its FILES folder in the forms that the header asks for;
 // `level_index` is its place in the table. Labels go to the caller's form. False after a message, or when a

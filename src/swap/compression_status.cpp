@@ -4,12 +4,14 @@
 #include "core/level_list.h"
 #include "core/sizes.h"
 #include "foundation/files.h"
+#include "foundation/known_names.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/compression.h"
 #include "swap/picture.h"
+#include "swap/unpack_guard.h"
 #include "swap/zl_file.h"
 
 namespace kelvash::swap {
@@ -49,17 +51,20 @@ bool PackOrUnpack(const std::string& files, bool& whole) {
         LoadMessage(pack ? MessageId::kCompressionWord : MessageId::kDecompressionWord, {});
     ProgressDialog dialog(BarPlace::ZipDialog,
                           LoadMessage(pack ? MessageId::kZippingFiles : MessageId::kUnzippingFiles, {}));
+    UnpackGuard guard(files);
+    const KnownNames names(files);
     for (const std::string& file : list) {
         dialog.Label(word + LoadMessage(MessageId::kFileInProgress, {FileNameOf(file)}));
         TheUser().PumpEvents();
         const bool done = pack ? CompressFile(file, file + LoadMessage(MessageId::kZlExtension, {}))
-                               : DecompressFile(file, StripExtension(file));
+                               : guard.Unpack(file, StripExtension(file));
         if (done) {
             DeleteFile(file);
             continue;
         }
         whole = false;
-        if (!AskYesNo(MessageStyle::Question,
+        if (!guard.Refused() &&
+            !AskYesNo(MessageStyle::Question,
                       LoadMessage(MessageId::kStatusFileFailed, {word, FileNameOf(file)})))
             return false;
     }

@@ -83,7 +83,7 @@ bool DeleteCopied(const SwapRecord& record, KeptFiles& kept) {
     double done = 0;
     for (const RecordedFile& file : copied) {
         const bool stays = !core::profile.FullBackup && IsAudio(file.Target);
-        if (!stays && !(StaysInside(file.Target) && DeleteOne(file, originals, kept))) return false;
+        if (!stays && StaysInside(file.Target) && !DeleteOne(file, originals, kept)) return false;
         ProgressPercent(progress.bar, ++done, static_cast<double>(copied.size()));
     }
     return true;

@@ -129,11 +129,16 @@ class SourceFile {
 
 bool Convert(std::string_view source, std::string_view target,
              bool (*whole)(std::string_view bytes, const WritePiece& write),
-             bool (*blocks)(const ReadPiece& read, const WritePiece& write)) {
+             bool (*blocks)(const ReadPiece& read, const WritePiece& write), const MayGrow& may_grow) {
     SourceFile file(source);
     if (!file.IsOpen()) return false;
     const std::optional<std::int64_t> time = FileTime(source);
-    const auto produce = [&](const WritePiece& write) {
+    std::int64_t size = 0;
+    const auto produce = [&](const WritePiece& write_file) {
+        const WritePiece write = [&](std::string_view piece) {
+            size += static_cast<std::int64_t>(piece.size());
+            return (!may_grow || may_grow(size)) && write_file(piece);
+        };
         if (!file.TakeWhole()) return blocks([&file] { return file.Read(); }, write);
         const std::optional<std::string_view> bytes = file.Read();
         return bytes.has_value() && whole(*bytes, write);
@@ -208,11 +213,11 @@ bool InflateTo(std::string_view bytes, const WritePiece& write) {
 }
 
 bool CompressFile(std::string_view source, std::string_view target) {
-    return Convert(source, target, DeflateTo, DeflateBlocks);
+    return Convert(source, target, DeflateTo, DeflateBlocks, {});
 }
 
-bool DecompressFile(std::string_view source, std::string_view target) {
-    return Convert(source, target, InflateTo, InflateBlocks);
+bool DecompressFile(std::string_view source, std::string_view target, const MayGrow& may_grow) {
+    return Convert(source, target, InflateTo, InflateBlocks, may_grow);
 }
 
 } // namespace kelvash::swap

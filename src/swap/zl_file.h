@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string_view>
@@ -22,9 +23,13 @@ inline constexpr std::size_t kWholeOutputLimit = std::size_t{128} << 20;
 // Pack and unpack a file, given by path texts. The target is replaced only when the whole result is on the
 // disk, and gets the modification time of the source. False, with the target as it was, if the source can't
 // be read or the target not be written. DecompressFile is false too for a damaged or truncated stream; it
-// takes streams of any writer, also with a gzip head, and overlooks bytes behind the stream's end.
+// takes streams of any writer, also with a gzip head, and overlooks bytes behind the stream's end. A stream
+// doesn't say what it unpacks to: `may_grow` is asked before each piece that is written, with the bytes up to
+// its end; false makes DecompressFile fail.
+using MayGrow = std::function<bool(std::int64_t bytes)>;
 [[nodiscard]] bool CompressFile(std::string_view source, std::string_view target);
-[[nodiscard]] bool DecompressFile(std::string_view source, std::string_view target);
+[[nodiscard]] bool DecompressFile(std::string_view source, std::string_view target,
+                                  const MayGrow& may_grow = {});
 
 // The same from memory into `write`. False as soon as `write` refuses a piece, or if the stream is bad;
 // pieces written before are worth nothing then.

@@ -30,8 +30,7 @@ Dialog_NewLevel::Dialog_NewLevel(FormsUser& user, intake::NewLevel& level, QWidg
 }
 
 void Dialog_NewLevel::Set_Caption_Texts() {
-    const bool adding = level_.SavedRecord.Name.empty();
-    setWindowTitle(Caption(adding ? MessageId::kNewLevelCaption : MessageId::kPropertyCaption));
+    setWindowTitle(Caption(level_.Adding ? MessageId::kNewLevelCaption : MessageId::kPropertyCaption));
     Label_NameLevel->setText(Caption(MessageId::kNewLevelName));
     Label_Note->setText(Caption(MessageId::kNewLevelNote));
     Label_MoreInfo->setText(Caption(MessageId::kNewLevelMoreInfo));
@@ -124,11 +123,11 @@ void Dialog_NewLevel::Connect(FormsUser& user) {
     work(Pul_RimuoviTutti, &intake::RemoveAllFiles);
     work(Pul_Refresh, &intake::Refresh);
     work(Pul_Ok, &intake::StoreLevel);
+    work(Pul_Cancel, &intake::CancelLevel);
     connect(Pul_Remove, &QPushButton::clicked, this, [this] {
         const int item = List_Files->currentRow();
         Work([item](intake::NewLevel& level) { RemoveFile(level, item); });
     });
-    connect(Pul_Cancel, &QPushButton::clicked, this, &Dialog_NewLevel::reject);
     connect(List_Files, &QListWidget::itemDoubleClicked, this, [this] { OpenSelected(); });
     connect(&user, &FormsUser::LabelChanged, this, [this](BarPlace place, const QString& text) {
         if (place == BarPlace::CallerForm) Label_Info->setText(text);
@@ -185,7 +184,7 @@ void Dialog_NewLevel::Work(const std::function<void(intake::NewLevel&)>& job) {
 }
 
 void Dialog_NewLevel::reject() {
-    Work(&intake::CancelLevel);
+    Work(&intake::GiveUpLevel);
 }
 
 void Dialog_NewLevel::Take(const std::vector<std::string>& paths) {

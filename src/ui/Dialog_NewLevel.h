@@ -27,7 +27,8 @@ class Dialog_NewLevel final : public QDialog {
     void Set_Caption_Texts();
     // Shows the level as it is now.
     void ImpostaValori();
-    // Pul_Cancel: the level is left out, or stays as it was.
+    // Esc and the window's own button: as Pul_Cancel, the level is left out, or stays as it was; but not
+    // before a question if something would be lost.
     void reject() override;
     // Takes zips, folders or files into the level.
     void Take(const std::vector<std::string>& paths);

@@ -2,9 +2,11 @@
 
 #include <gmock/gmock.h>
 
+#include <ctime>
 #include <fstream>
 
 #include "foundation/drives.h"
+#include "foundation/known_names.h"
 #include "support/foundation_home.h"
 
 namespace kelvash {
@@ -314,17 +316,46 @@ TEST_F(Files, CopyFilesStopsAtTheFirstFailure) {
     EXPECT_FALSE(Exists(drive / "to" / "c.txt"));
 }
 
-TEST_F(Files, MirrorFilesLeavesJustTheFilesOfTheSource) {
-    MakeFile(drive / "from/New.txt", "new");
-    MakeFile(drive / "from/both.txt", "fresh");
-    MakeFile(drive / "to/BOTH.TXT", "stale");
-    MakeFile(drive / "to/old.txt", "old");
-    MakeFile(drive / "to/below/kept.txt", "kept");
-    EXPECT_TRUE(MirrorFiles("C:\\from", "C:\\to"));
-    EXPECT_EQ(ListFiles("C:\\to", "*"), (std::vector<std::string>{"C:\\to\\BOTH.TXT", "C:\\to\\New.txt"}));
-    EXPECT_EQ(BytesOf(drive / "to/BOTH.TXT"), "fresh");
-    EXPECT_EQ(BytesOf(drive / "to/below/kept.txt"), "kept");
-    EXPECT_FALSE(MirrorFiles("C:\\from", "C:\\missing"));
+TEST_F(Files, ALinkedFileIsOneWithItsSource) {
+    MakeFile(drive / "a.txt", "bytes");
+    fs::create_directories(drive / "to");
+    EXPECT_TRUE(LinkOrCopyFile("C:\\A.TXT", "C:\\to\\b.txt"));
+    EXPECT_EQ(BytesOf(drive / "to/b.txt"), "bytes");
+    EXPECT_TRUE(DeleteFile("C:\\to\\b.txt"));
+    EXPECT_EQ(BytesOf(drive / "a.txt"), "bytes");
+    EXPECT_FALSE(LinkOrCopyFile("C:\\gone.txt", "C:\\to\\c.txt"));
+    EXPECT_FALSE(LinkOrCopyFile("C:\\to", "C:\\d"));
+}
+
+TEST_F(Files, ManyNewNamesInAKnownFolderAreFoundInAnyCase) {
+    MakeFile(drive / "to/Old.txt", "old");
+    const KnownNames names("C:\\TO");
+    EXPECT_TRUE(FileExists("C:\\to\\OLD.TXT"));
+    EXPECT_FALSE(FileExists("C:\\to\\new.txt"));
+    ASSERT_TRUE(WriteTextFile("C:\\to\\New.txt", "new"));
+    EXPECT_TRUE(FileExists("C:\\to\\NEW.TXT"));
+    EXPECT_TRUE(RenameFile("C:\\to\\new.TXT", "C:\\to\\other.txt"));
+    EXPECT_FALSE(FileExists("C:\\to\\NEW.TXT"));
+    EXPECT_TRUE(FileExists("C:\\to\\Other.TXT"));
+    EXPECT_TRUE(DeleteFile("C:\\to\\old.TXT"));
+    EXPECT_FALSE(FileExists("C:\\to\\Old.txt"));
+    EXPECT_EQ(ListFiles("C:\\to", "*"), std::vector<std::string>{"C:\\to\\other.txt"});
+}
+
+// A look at the whole folder for each new name would take sixteen times as long for four times as many.
+TEST_F(Files, CopyingManyFilesTakesTimeByTheirNumber) {
+    const auto seconds_for = [&](const std::string& name, int count) {
+        for (int i = 0; i < count; ++i)
+            MakeFile(drive / name / ("file" + std::to_string(i)), "");
+        fs::create_directories(drive / (name + "2"));
+        const std::clock_t start = std::clock();
+        EXPECT_TRUE(CopyFiles("C:\\" + name, "C:\\" + name + "2", Existing::Replace, "*"));
+        EXPECT_EQ(ListFiles("C:\\" + name + "2", "*").size(), static_cast<std::size_t>(count));
+        return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+    };
+    const double few = seconds_for("few", 1000);
+    const double many = seconds_for("many", 4000);
+    EXPECT_LT(many, 9 * few) << few << " s for 1,000 files, " << many << " s for 4,000";
 }
 
 TEST_F(Files, RemoveFolderTakesItsFilesAndFailsOnSubFolders) {

@@ -43,11 +43,8 @@ class Export : public test::IntakeHome {
     // The package file in a zip.
     std::string ConfigOf(const std::string& zip) {
         std::filesystem::create_directories(drive / "x");
-        std::vector<std::string> entries;
-        std::string message;
         Bar bar;
-        EXPECT_TRUE(UnzipToFolder(zip, "C:\\x", entries, Wipe::Yes, ZipFolders::Flat, ZipProgress::Silent,
-                                  bar, message));
+        EXPECT_EQ(UnzipToFolder({zip, "C:\\x", Wipe::Yes}, bar).End, UnzipEnd::Whole);
         return test::BytesOf(drive / "x/kelvash.cfg");
     }
     bool NothingTemporary() const {

@@ -135,7 +135,8 @@ TEST_F(NewLevelTest, ADamagedZipIsTold) {
         EXPECT_EQ(open.Name, "");
         CancelIn(open);
     });
-    EXPECT_THAT(user.Told(), Contains("critical: Error decompressing file: C:\\in\\bad.zip"));
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Error decompressing file: C:\\in\\bad.zip\r\nI can not "
+                                         "open zip file: bad.zip (Not a zip archive)"));
 }
 
 TEST_F(NewLevelTest, PropertiesShowTheRecordAndItsSizes) {

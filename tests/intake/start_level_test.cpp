@@ -146,7 +146,7 @@ TEST_F(StartLevel, SourcesAreKnownByTheirExtensionOrByWhatLiesBeside) {
 
 class LanguageChoice : public StartLevel {
   protected:
-    void Choose() { ChooseLanguageFile("C:\\w"); }
+    void Choose() { EXPECT_TRUE(ChooseLanguageFile("C:\\w")); }
 };
 
 TEST_F(LanguageChoice, AMissingScriptComesFromTheBackup) {

@@ -168,14 +168,14 @@ TEST_F(StoreLevelTest, AnEqualLevelAsksAndTheAnswerNoCancels) {
     const std::string question =
         "Warning: current tr4 file \"MAZE.TR4\" has same name and same size of tr4 file "
         "in level \"Older\"\r\nHowever, would you like add this (not too) new level?";
-    BeginLevel(level, 2, {});
+    BeginNewLevel(level, 2, {});
     level.Name = "Again";
     user.WillAnswer(question, "no");
     Store();
     EXPECT_EQ(level.State, FormState::Cancelled);
     EXPECT_EQ(Record().Name, "");
     EXPECT_THAT(user.Shown(), Contains("Verify if tr4 files are equal of other archived levels "));
-    BeginLevel(level, 2, {});
+    BeginNewLevel(level, 2, {});
     level.Name = "Again";
     user.WillAnswer(question, "yes");
     Store();
@@ -188,7 +188,7 @@ TEST_F(StoreLevelTest, TheCheckForEqualLevelsCanBeSwitchedOff) {
     core::ListTr4("C:\\Levels\\LEVEL_0001\\FILES");
     ASSERT_TRUE(core::WriteTr4Info(1));
     AddLevel(2, "", kGood);
-    BeginLevel(level, 2, {});
+    BeginNewLevel(level, 2, {});
     level.Name = "Again";
     Store();
     EXPECT_EQ(level.State, FormState::Saved);
@@ -353,8 +353,8 @@ TEST_F(StoreLevelTest, FilesThatCannotBeStoredLeaveTheDialogOpen) {
     AddLevel(2, "Last", {});
     OpenProperties(1);
     test::MakeFile(Work() / "a.tr4", "new");
-    std::filesystem::create_directories(LevelPath(1) / "FILES/a.tr4.zl/in the way");
-    std::filesystem::create_directories(LevelPath(1) / "FILES/Kelvash.tmp/in the way");
+    std::filesystem::create_directories(LevelPath(1) / "FILES_NEW/a.tr4.zl/in the way");
+    test::MakeFile(LevelPath(1) / "FILES/a.tr4.zl", "in the way");
     Store();
     EXPECT_EQ(level.State, FormState::Open);
     EXPECT_THAT(user.Told(),

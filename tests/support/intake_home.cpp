@@ -31,7 +31,7 @@ std::string IntakeHome::ConfigBytes() {
 
 void IntakeHome::OpenNew(const Files& files) {
     AddLevel(1, "", files);
-    intake::BeginLevel(level, 1, {});
+    intake::BeginNewLevel(level, 1, {});
 }
 
 core::LevelRecord& IntakeHome::Record() const {

@@ -24,7 +24,7 @@ class IntakeHome : public SwapHome {
     // A dialog on a new level with code 1 and these files in its work folder.
     void OpenNew(const Files& files = {});
     // The same dialog on a level of the table.
-    void OpenProperties(std::int32_t index) { intake::BeginLevel(level, index, {}); }
+    void OpenProperties(std::int32_t index) { intake::BeginLevel(level, index); }
     void Store() { intake::StoreLevel(level); }
     core::LevelRecord& Record() const;
     // Names of the files that the dialog works on, and of those stored.

@@ -143,7 +143,12 @@ TEST_F(LevelForms, FilesAreAddedRemovedAndRefreshed) {
         robot.WillPress("Missing file .tr4 and also file .tom", "OK");
         Press(&open, "Pul_Ok");
         EXPECT_TRUE(open.isVisible());
+        robot.WillPress("Do you want give up the new level?", "No");
         QTest::keyClick(&open, Qt::Key_Escape);
+        EXPECT_TRUE(open.isVisible());
+        EXPECT_EQ(open.Text_NameLevel->text().toStdString(), "Empty");
+        robot.WillPress("Do you want give up the new level?", "Yes");
+        open.close();
     });
     Choose("mnu_AddLevel");
     EXPECT_EQ(Count(), 4);

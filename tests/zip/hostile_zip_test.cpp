@@ -29,7 +29,10 @@ class HostileZip : public test::FoundationHome {
     void Put(const std::vector<test::ZipBytes>& all) { MakeFile(drive / "a.zip", test::MakeZipBytes(all)); }
     bool Extract(ZipFolders folders = ZipFolders::Kept, Wipe wipe = Wipe::No,
                  const std::string& archive = "C:\\a.zip") {
-        return UnzipToFolder(archive, "C:\\out", entries, wipe, folders, ZipProgress::Shown, bar, message);
+        Unzipped unzipped = UnzipToFolder({archive, "C:\\out", wipe, folders}, bar);
+        entries = std::move(unzipped.Written);
+        message = std::move(unzipped.Message);
+        return unzipped.End == UnzipEnd::Whole;
     }
     // Relative names of all that is below C:\out, sorted, with a "/" behind those of folders.
     std::vector<std::string> OutNames() const {
@@ -52,7 +55,8 @@ TEST_F(HostileZip, AnEmptyFileIsNoZip) {
     EXPECT_FALSE(ListZip("C:\\a.zip", message));
     EXPECT_EQ(message, "Not a zip archive");
     EXPECT_FALSE(Extract());
-    EXPECT_THAT(user.Told(), ElementsAre("exclamation: I can not open zip file: a.zip (Not a zip archive)"));
+    EXPECT_EQ(message, "I can not open zip file: a.zip (Not a zip archive)");
+    EXPECT_THAT(user.Told(), IsEmpty());
 }
 
 TEST_F(HostileZip, WipingSparesTheZipItself) {
@@ -77,7 +81,48 @@ TEST_F(HostileZip, AFileWhereAFolderIsNeededFails) {
     Put({MakeEntry("a", "file"), MakeEntry("a/b.txt", "x"), MakeEntry("c.txt", "c")});
     EXPECT_FALSE(Extract());
     EXPECT_THAT(OutNames(), ElementsAre("a", "c.txt"));
-    EXPECT_EQ(message, "a/b.txt: I can not write the file");
+    EXPECT_EQ(message,
+              "Error extracting following entries of zip file a.zip:\r\n"
+              "a/b.txt: I can not write the file");
+}
+
+TEST_F(HostileZip, ANameThatNoFileCanHaveLeavesOutThatEntryOnly) {
+    const std::string longest(251, 'n');
+    std::string wide; // 86 signs of three bytes
+    for (int i = 0; i < 86; ++i)
+        wide += "\u3042";
+    Put({MakeEntry(longest + ".txt", "x"), MakeEntry("DATA/" + longest + "s.txt", "too long"),
+         MakeEntry(wide + "/deep.txt", "x"), MakeEntry("c.txt", "c")});
+    EXPECT_TRUE(Extract());
+    EXPECT_THAT(OutNames(), ElementsAre("c.txt", longest + ".txt"));
+    EXPECT_THAT(user.Told(),
+                ElementsAre("exclamation: Warning: following entries of zip file a.zip have been skipped "
+                            "because their names are too long:\r\nDATA/" +
+                            longest + "s.txt\r\n" + wide + "/deep.txt"));
+}
+
+TEST_F(HostileZip, SeveralZipsCountAsOne) {
+    constexpr double kGigabyte = 1073741824;
+    test::ZipBytes big = MakeEntry("big", "x");
+    big.declared = 600U << 20;
+    Put({big});
+    ZipBudget budget;
+    budget.Packed = 1000;
+    budget.Unpacked = 1.6 * kGigabyte;
+    Unzipping job{"C:\\a.zip", "C:\\out"};
+    job.Budget = &budget;
+    user.WillAnswer("With the files of zip a.zip all unpacked files need 2.2 Gb, that is ", "no");
+    EXPECT_EQ(UnzipToFolder(job, bar).End, UnzipEnd::Stopped);
+    EXPECT_THAT(OutNames(), IsEmpty());
+    user.WillAnswer("With the files of zip a.zip all unpacked files need 2.2 Gb", "yes");
+    EXPECT_EQ(UnzipToFolder(job, bar).End, UnzipEnd::Failed); // it lies
+    EXPECT_EQ(UnzipToFolder(job, bar).End, UnzipEnd::Failed); // within what was agreed to
+    budget.Unpacked = 4.5 * kGigabyte;
+    user.WillAnswer("With the files of zip a.zip all unpacked files need 5.1 Gb", "no");
+    EXPECT_EQ(UnzipToFolder(job, bar).End, UnzipEnd::Stopped);
+    budget.Packed = 100 * kGigabyte;
+    budget.Unpacked = 20 * kGigabyte;
+    EXPECT_EQ(UnzipToFolder(job, bar).End, UnzipEnd::Failed); // much, but no bomb
 }
 
 // The name that an unfinished file has for a while.
@@ -130,9 +175,11 @@ TEST_F(HostileZip, AWrongPasswordIsAlwaysCalledOne) {
         UnzipClass unzip;
         UnzipSettings("C:\\a.zip", "C:\\out", ZipFolders::Flat, unzip);
         unzip.TestZip = true;
-        user.WillAnswer("Encrypted zip file", "wrong" + std::to_string(i));
+        user.WillAnswer("is encrypted", "wrong" + std::to_string(i));
+        user.WillAnswer("is wrong", "cancel");
         EXPECT_FALSE(unzip.UnZip({}));
-        EXPECT_EQ(unzip.GetLastMessage(), "a.txt: the entry is encrypted");
+        EXPECT_TRUE(unzip.NoPassword);
+        EXPECT_THAT(unzip.Failed, IsEmpty());
     }
 }
 

@@ -31,8 +31,10 @@ class Unzip : public test::FoundationHome {
         ASSERT_EQ(std::system(line.c_str()), 0) << line;
     }
     bool Extract(ZipFolders folders = ZipFolders::Kept, Wipe wipe = Wipe::No) {
-        return UnzipToFolder("C:\\a.zip", "C:\\out", entries, wipe, folders, ZipProgress::Shown, bar,
-                             message);
+        Unzipped unzipped = UnzipToFolder({"C:\\a.zip", "C:\\out", wipe, folders}, bar);
+        entries = std::move(unzipped.Written);
+        message = std::move(unzipped.Message);
+        return unzipped.End == UnzipEnd::Whole;
     }
     std::vector<std::string> Tree() const {
         std::vector<std::string> names;
@@ -125,10 +127,10 @@ TEST_F(Unzip, LinksAreRefusedAndNotFollowed) {
     EXPECT_FALSE(Extract());
     EXPECT_FALSE(test::Exists(drive / "evil.txt"));
     EXPECT_EQ(Bytes("link/evil.txt"), "evil"); // "link" is a plain folder here
-    EXPECT_THAT(user.Told(),
-                ElementsAre(testing::EndsWith("\r\nlink"),
-                            "exclamation: Error extracting following entries of zip file a.zip:\r\n"
-                            "there/evil.txt: I can not write the file"));
+    EXPECT_THAT(user.Told(), ElementsAre(testing::EndsWith("\r\nlink")));
+    EXPECT_EQ(message,
+              "Error extracting following entries of zip file a.zip:\r\n"
+              "there/evil.txt: I can not write the file");
 }
 
 TEST_F(Unzip, OnlySomeNamesAreTold) {
@@ -185,11 +187,11 @@ TEST_F(Unzip, DamagedEntriesFailAndTheOthersAreExtracted) {
     EXPECT_FALSE(Extract());
     EXPECT_THAT(Tree(), ElementsAre("good.txt", "wrong.txt"));
     EXPECT_EQ(Bytes("wrong.txt"), "the old one");
-    EXPECT_THAT(user.Told(),
-                ElementsAre("exclamation: Error extracting following entries of zip file a.zip:\r\n"
-                            "wrong.txt: the data are damaged\r\n"
-                            "deflate64.txt: compression method 9 is not supported"));
-    EXPECT_EQ(message, "deflate64.txt: compression method 9 is not supported");
+    EXPECT_EQ(message,
+              "Error extracting following entries of zip file a.zip:\r\n"
+              "wrong.txt: the data are damaged\r\n"
+              "deflate64.txt: compression method 9 is not supported");
+    EXPECT_THAT(user.Told(), IsEmpty());
 }
 
 TEST_F(Unzip, AnEntryNeverGetsLongerThanItDeclares) {
@@ -208,7 +210,8 @@ TEST_F(Unzip, TruncatedZipsAreRefusedAtEveryLength) {
         EXPECT_FALSE(Extract()) << length;
         EXPECT_THAT(Tree(), IsEmpty()) << length;
     }
-    EXPECT_THAT(user.Told().back(), testing::StartsWith("exclamation: I can not open zip file: a.zip ("));
+    EXPECT_THAT(message, testing::StartsWith("I can not open zip file: a.zip ("));
+    EXPECT_THAT(user.Told(), IsEmpty());
 }
 
 TEST_F(Unzip, AnEncryptedZipAsksOnceForItsPassword) {
@@ -219,12 +222,7 @@ TEST_F(Unzip, AnEncryptedZipAsksOnceForItsPassword) {
     EXPECT_TRUE(Extract());
     EXPECT_EQ(Bytes("a.txt"), "secret text");
     EXPECT_EQ(Bytes("b.txt"), "more of it");
-    user.WillAnswer("Encrypted zip file", "cancel");
-    EXPECT_FALSE(Extract(ZipFolders::Kept, Wipe::Yes));
-    EXPECT_THAT(Tree(), IsEmpty());
-    EXPECT_THAT(user.Told(),
-                ElementsAre("exclamation: Error extracting following entries of zip file a.zip:\r\n"
-                            "a.txt: the entry is encrypted\r\nb.txt: the entry is encrypted"));
+    EXPECT_THAT(user.Told(), IsEmpty());
 }
 
 TEST_F(Unzip, ABombIsAskedAbout) {

@@ -48,6 +48,11 @@ bool FlushFile(const NativeFile& file);
 using NameCounts = std::function<bool(std::string_view name)>;
 std::int64_t TreeBytes(const NativeFile& folder, const NameCounts& counts);
 bool ClearReadOnly(const NativeFile& file);
+// Gives a file a second name, which doesn't exist yet, where the file system can. The two are one file then:
+// a change of the one in place changes the other.
+bool LinkFile(const NativeFile& file, const NativeFile& name);
+// Exchanges the places of two folders in one step; false where the file system can't.
+bool ExchangeFolders(const NativeFile& a, const NativeFile& b);
 // Unlinks a file, a read-only one too. False for a folder and for a missing file.
 bool Unlink(const NativeFile& file);
 bool SetFileTime(const NativeFile& file, std::int64_t seconds);
@@ -69,6 +74,10 @@ bool VolumeInfo(const NativeFile& folder, DriveRecord& record);
 // `root` followed by the components of `rest` (a path text without its drive), each found without regard to
 // case.
 NativeFile FindExact(const NativeFile& root, std::string_view rest);
+// From the one to the other FindExact looks in memory for other spellings of the folder's names: those that
+// it holds now and those that are asked for. Of the calling thread; they nest.
+void KnowFolder(const NativeFile& folder);
+void ForgetFolder(const NativeFile& folder);
 NativeFile ExecutablePath();
 // A variable of the environment as a path; empty if it isn't set.
 NativeFile EnvironmentPath(const char* name);

@@ -2,9 +2,12 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <map>
 #include <sstream>
+#include <unordered_map>
 
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
@@ -73,8 +76,30 @@ bool SameFile(const fs::path& path) {
     return fs::exists(fs::symlink_status(path, error));
 }
 
+// Spellings that a folder had, or that were asked for and may stand there by now, by their folded form.
+struct KnownFolder {
+    int users = 0;
+    std::unordered_map<std::string, std::vector<std::string>> spellings;
+};
+using KnownFolders = std::map<fs::path, KnownFolder>;
+
+KnownFolders& FoldersOfThread() {
+    thread_local KnownFolders folders;
+    return folders;
+}
+
+std::string KnownEntry(KnownFolder& known, const fs::path& folder, const std::string& name) {
+    std::vector<std::string>& spellings = known.spellings[kelvash::FoldCase(name)];
+    for (const std::string& spelling : spellings)
+        if (SameFile(folder / spelling)) return spelling;
+    if (std::find(spellings.begin(), spellings.end(), name) == spellings.end()) spellings.push_back(name);
+    return {};
+}
+
 // The entry of a folder that has the name in another case; empty if there is none.
 std::string EntryNoCase(const fs::path& folder, const std::string& name) {
+    const auto known = FoldersOfThread().find(folder);
+    if (known != FoldersOfThread().end()) return KnownEntry(known->second, folder, name);
     const std::string folded = kelvash::FoldCase(name);
     std::error_code error;
     for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
@@ -147,6 +172,21 @@ NativeFile FindExact(const NativeFile& root, std::string_view rest) {
         }
     }
     return found;
+}
+
+void KnowFolder(const NativeFile& folder) {
+    KnownFolder& known = FoldersOfThread()[folder];
+    if (++known.users > 1) return;
+    std::error_code error;
+    for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
+        const std::string name = at->path().filename().string();
+        known.spellings[kelvash::FoldCase(name)].push_back(name);
+    }
+}
+
+void ForgetFolder(const NativeFile& folder) {
+    const auto known = FoldersOfThread().find(folder);
+    if (known != FoldersOfThread().end() && --known->second.users == 0) FoldersOfThread().erase(known);
 }
 
 NativeFile ExecutablePath() {

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <memory>
 
 #include "foundation/platform/platform.h"
@@ -140,6 +141,14 @@ bool RenameOver(const NativeFile& from, const NativeFile& to, bool flush) {
             ::fsync(folder.fd); // where a folder can't be flushed the rename stands all the same
     }
     return true;
+}
+
+bool LinkFile(const NativeFile& file, const NativeFile& name) {
+    return ::link(file.c_str(), name.c_str()) == 0;
+}
+
+bool ExchangeFolders(const NativeFile& a, const NativeFile& b) {
+    return ::renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
 }
 
 bool FlushDrive(const NativeFile& folder) {

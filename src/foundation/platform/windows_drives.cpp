@@ -93,6 +93,10 @@ NativeFile FindExact(const NativeFile& root, std::string_view rest) {
     return path;
 }
 
+void KnowFolder(const NativeFile&) {}
+
+void ForgetFolder(const NativeFile&) {}
+
 NativeFile ExecutablePath() {
     std::wstring path(kLongestPath, L'\0');
     path.resize(GetModuleFileNameW(nullptr, path.data(), kLongestPath));

@@ -76,6 +76,14 @@ bool RenameOver(const NativeFile& from, const NativeFile& to, bool flush) {
     }
 }
 
+bool LinkFile(const NativeFile& file, const NativeFile& name) {
+    return CreateHardLinkW(name.c_str(), file.c_str(), nullptr) != 0;
+}
+
+bool ExchangeFolders(const NativeFile&, const NativeFile&) {
+    return false;
+}
+
 // Flushing a volume takes an administrator's rights.
 bool FlushDrive(const NativeFile&) {
     return true;
