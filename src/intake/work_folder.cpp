@@ -116,7 +116,7 @@ bool TakeOutsideFiles(NewLevel& level) {
         if (IsTheDialogs(level, target)) continue;
         DeleteFile(target);
         if (!LinkOrCopyFile(level.LevelFilesFolder + "\\" + stamp.Name, target)) {
-            TellCritical(Text(MessageId::kConfigCopyFailed) + stamp.Name);
+            TellCritical(Text(MessageId::kCannotTakeOutsideFile) + stamp.Name);
             return false;
         }
     }

@@ -64,8 +64,11 @@ bool PackFiles(const std::string& source) {
     for (const std::string& file : ListFiles(source, "*.*")) {
         if (!IsCompressible(file)) continue;
         ShowLabel(LoadMessage(MessageId::kCompressingFile, {FileNameOf(file)}));
-        if (!CompressFile(file, file + LoadMessage(MessageId::kZlExtension, {}))) return false;
-        DeleteFile(file);
+        const std::string stored = file + LoadMessage(MessageId::kZlExtension, {});
+        if (!CompressFile(file, stored)) return false;
+        if (DeleteFile(file)) continue;
+        DeleteFile(stored); // the level isn't to hold both
+        return false;
     }
     return true;
 }

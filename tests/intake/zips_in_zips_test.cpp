@@ -75,9 +75,8 @@ TEST_F(ZipsInZips, ThatComeToABombAreAskedAbout) {
     EXPECT_THAT(user.Told(), IsEmpty());
     RefreshFileList(level); // not again for the same zips
     user.WillAnswer("all unpacked files need 80.5 Mb", "yes");
-    user.WillAnswer("all unpacked files need ", "no");
-    Refresh(level); // but when the user wants it
-    EXPECT_GT(TreeSize("C:\\Levels", "*"), 81 * kMegabyte);
+    Refresh(level); // but when the user wants it; what was agreed to holds up to twice as much
+    EXPECT_GE(TreeSize("C:\\Levels", "*"), 120 * kMegabyte);
 }
 
 TEST_F(ZipsInZips, ThatAreRefusedEndAnAddingWithoutAForm) {
