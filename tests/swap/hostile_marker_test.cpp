@@ -224,7 +224,7 @@ TEST_F(HostileMarker, ThatCannotBeReadCountsAsAbsentForTheCurrentLevel) {
 
 TEST_F(HostileMarker, OfAnyBytesTouchesNothingOutside) {
     user.MayBeTold("I cann't find level folder");
-    user.MayBeTold("Kelvash.txt\\" is damaged");
+    user.MayBeTold("Kelvash.txt\" is damaged");
     user.MayBeTold("I cann't delete file: C:\\trle");
     const std::string pieces[] = {"#LEVEL_CODE=",
                                   "#COPIED_FILES=",

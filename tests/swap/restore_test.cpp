@@ -126,7 +126,7 @@ TEST_F(Restore, FullKeepsEveryStash) {
 }
 
 TEST_F(Restore, FullTakesADamagedMarkerAway) {
-    user.MayBeTold("Kelvash.txt\\" is damaged");
+    user.MayBeTold("Kelvash.txt\" is damaged");
     test::MakeFile(trle / "Kelvash.txt", "rubbish");
     FullRestore(bar, false);
     EXPECT_FALSE(test::Exists(trle / "Kelvash.txt"));
