@@ -198,7 +198,8 @@ Told BreakingHome::Run(const Words& words, Answers answers) {
     return Tell(start, RunProgram(start));
 }
 
-Told BreakingHome::RunWith(const Words& words, const FaultPlan& plan, TracedRun& run, Answers answers) {
+Told BreakingHome::RunWith(const Words& words, FaultPlan plan, TracedRun& run, Answers answers) {
+    plan.in_program = true;
     const ProgramStart start = Command(words, answers);
     figures.Count("runs");
     MakeFile(start.folder / "stdin", start.input);

@@ -65,7 +65,8 @@ class BreakingHome : public testing::Test {
     ProgramStart Command(const Words& words, Answers answers = Answers::None,
                          const std::string& stream = "0");
     Told Run(const Words& words, Answers answers = Answers::None);
-    Told RunWith(const Words& words, const FaultPlan& plan, TracedRun& run, Answers answers = Answers::None);
+    // A fault of the plan happens in the program itself.
+    Told RunWith(const Words& words, FaultPlan plan, TracedRun& run, Answers answers = Answers::None);
     static Told Tell(const ProgramStart& start, ProgramEnd end);
     // Runs a command that must succeed.
     Told Succeed(const Words& words, Answers answers = Answers::Yes);

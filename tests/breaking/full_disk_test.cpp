@@ -125,6 +125,7 @@ void FullDisks::RunOnFull(const DiskCommand& command, std::uint64_t left) {
 }
 
 TEST_F(FullDisks, LoseNothing) {
+    fs::create_directories(place / "probe");
     if (!SmallDisk(place / "probe", 4096).Stands())
         GTEST_SKIP() << "no file system can be mounted here by a user";
     std::vector<std::uint64_t> rooms = {0, 40000, 400000};
@@ -180,6 +181,7 @@ void VanishedDrives::TakeAway(const DiskCommand& command, const fs::path& folder
     Renew();
     SCOPED_TRACE(command.name + " while " + folder.lexically_relative(drive).string() + " is gone");
     const fs::path aside = ground / "gone";
+    const std::string owner = ledger->OwnerOf(folder);
     fs::rename(folder, aside);
     const Told told = Run(command.words);
     WaitForGame();
@@ -190,6 +192,7 @@ void VanishedDrives::TakeAway(const DiskCommand& command, const fs::path& folder
         EXPECT_FALSE(Exists(folder)) << "made anew\n" << told.Story();
     }
     if (Exists(folder)) fs::rename(folder, drive / "made anew");
+    ledger->Expect(drive / "made anew", owner);
     fs::rename(aside, folder);
     if (command.name != "recover") ExpectRecovery();
 }

@@ -35,6 +35,16 @@ bool Separate() {
            mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
 }
 
+// The program knows files again by their dates.
+bool CopyDated(const fs::path& from, const fs::path& to) {
+    std::error_code error;
+    fs::copy(from, to, fs::copy_options::recursive | fs::copy_options::copy_symlinks, error);
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(from))
+        if (!error && entry.is_regular_file())
+            fs::last_write_time(to / entry.path().lexically_relative(from), entry.last_write_time(), error);
+    return !error;
+}
+
 bool Mount(const fs::path& folder, std::uint64_t bytes) {
     const fs::path aside = folder.string() + ".full";
     std::error_code error;
@@ -42,8 +52,7 @@ bool Mount(const fs::path& folder, std::uint64_t bytes) {
     fs::create_directories(folder, error);
     const std::string size = "size=" + std::to_string(bytes);
     if (mount("tmpfs", folder.c_str(), "tmpfs", 0, size.c_str()) != 0) return false;
-    fs::copy(aside, folder, fs::copy_options::recursive | fs::copy_options::copy_symlinks, error);
-    return !error;
+    return CopyDated(aside, folder);
 }
 
 // The keeper's whole life: the disk is there as long as it.

@@ -31,7 +31,7 @@ class WalkHome : public BreakingHome {
 
     // A command, killed at a random call in about half of the runs.
     Told Do(const Words& words, Answers answers = Answers::None);
-    TracedRun RunToKill(const ProgramStart& start);
+    TracedRun RunToKill(const ProgramStart& start, const std::string& command);
     void Log(const std::string& what) { road_.push_back(what); }
     // Where the open Archive's levels lie, as its file says.
     std::filesystem::path CurrentFolder();

@@ -130,7 +130,10 @@ class Tracer {
         const int event = status >> 16;
         int signal = WSTOPSIG(status);
         if (event == PTRACE_EVENT_SECCOMP && IsOurs(thread)) Enter(thread);
-        if (event == PTRACE_EVENT_EXEC && thread == child_) run_.calls = 0;
+        if (event == PTRACE_EVENT_EXEC && thread == child_) {
+            run_.calls = 0;
+            in_program_ = true;
+        }
         if (event != 0 || signal == SIGSTOP) signal = 0;
         ptrace(PTRACE_CONT, thread, nullptr, signal);
     }
@@ -145,7 +148,7 @@ class Tracer {
         Registers registers{};
         ptrace(PTRACE_GETREGS, thread, nullptr, &registers);
         const Kind kind = KindOf(registers);
-        if (kind == Kind::Other) return;
+        if (kind == Kind::Other || (plan_.in_program && !in_program_)) return;
         ++run_.calls;
         const bool here = run_.calls == plan_.at;
         if (plan_.fault == Fault::Kill && here) {
@@ -163,6 +166,7 @@ class Tracer {
     pid_t child_;
     FaultPlan plan_;
     TracedRun run_;
+    bool in_program_ = false;
 };
 
 } // namespace

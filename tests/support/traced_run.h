@@ -16,6 +16,7 @@ struct FaultPlan {
     int at = 0;
     int error = 0;
     bool lasting = false;
+    bool in_program = false; // nothing happens before the body has become another program
 };
 
 struct TracedRun {
