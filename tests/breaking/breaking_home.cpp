@@ -22,13 +22,19 @@ bool IsVolatile(const std::string& name) {
     return name == "kelvash.txt" || name.ends_with(".log") || name.starts_with("level_");
 }
 
+// A huge file, which only a bomb makes, stands for itself by its beginning and size.
 std::string ReadWhole(const fs::path& file) {
-    std::string bytes;
+    constexpr std::uintmax_t kHuge = std::uintmax_t{64} << 20;
+    std::error_code error;
+    const std::uintmax_t size = fs::file_size(file, error);
+    std::string bytes = size > kHuge ? std::to_string(size) + " bytes of " : std::string();
     std::FILE* stream = std::fopen(file.c_str(), "rb");
     if (stream == nullptr) return "(can't be read)";
     std::array<char, 1 << 16> piece{};
-    while (const std::size_t count = std::fread(piece.data(), 1, piece.size(), stream))
+    while (const std::size_t count = std::fread(piece.data(), 1, piece.size(), stream)) {
         bytes.append(piece.data(), count);
+        if (size > kHuge) break;
+    }
     std::fclose(stream);
     return bytes;
 }

@@ -144,12 +144,11 @@ TEST_F(HostileZip, DamagedZipsAreRefusedWithAWord) {
 
 class HostileBomb : public HostileHome {
   protected:
-    // Nobody agrees to anything: so the package is refused, and little is written meanwhile.
-    void Refused(const std::string& label, const std::string& zip) {
+    // Nobody agrees to anything: so the user is told, and little is left on the disk.
+    void AskedAbout(const std::string& label, const std::string& zip) {
         SCOPED_TRACE(label);
         Begin();
         const Told told = Add(zip, Answers::None);
-        EXPECT_NE(told.status(), 0) << told.Story();
         EXPECT_TRUE(told.Spoke()) << told.Story();
         std::uintmax_t bytes = 0;
         for (const auto& folder : {levels, tmp, home})
@@ -160,34 +159,32 @@ class HostileBomb : public HostileHome {
 };
 
 TEST_F(HostileBomb, FlatOnesAreAskedAbout) {
-    Refused("one entry", PackageWith({ZerosEntry("x.wav", 600)}));
-    const ZipBytes part = ZerosEntry("x.wav", 20);
+    AskedAbout("one entry", PackageWith({ZerosEntry("x.wav", 3000)}));
+    const ZipBytes part = ZerosEntry("x.wav", 80);
     std::vector<ZipBytes> parts;
     for (int i = 0; i < 40; ++i) {
         parts.push_back(part);
         parts.back().name = std::to_string(i) + ".wav";
     }
-    Refused("forty entries", PackageWith(parts));
-    ZipBytes liar = ZerosEntry("x.wav", 600);
+    AskedAbout("forty entries", PackageWith(parts));
+    ZipBytes liar = ZerosEntry("x.wav", 3000);
     liar.declared = 1000;
-    Refused("an entry that states 1000 bytes", PackageWith({liar}));
+    AskedAbout("an entry that states 1000 bytes", PackageWith({liar}));
 }
 
 TEST_F(HostileBomb, NestedOnesAreAskedAbout) {
-    const std::string inner = MakeZipBytes({ZerosEntry("x.wav", 600)});
-    Refused("a zip in a zip", PackageWith({MakeEntry("inner.zip", inner)}));
+    const std::string inner = MakeZipBytes({ZerosEntry("x.wav", 3000)});
+    AskedAbout("a zip in a zip", PackageWith({MakeEntry("inner.zip", inner)}));
     std::string nested = inner;
     for (int i = 0; i < 12; ++i)
         nested = MakeZipBytes({MakeEntry("inner" + std::to_string(i) + ".zip", nested)});
-    Refused("twelve zips in each other", PackageWith({MakeEntry("nested.zip", nested)}));
+    AskedAbout("twelve zips in each other", PackageWith({MakeEntry("nested.zip", nested)}));
     // Each level's zip twice: 2 to the 14th bombs at the bottom.
     std::string tree = MakeZipBytes({ZerosEntry("x.wav", 2)});
     for (int i = 0; i < 14; ++i)
         tree = MakeZipBytes({MakeEntry("a.zip", tree), MakeEntry("b.zip", tree)})
                    .substr(0, std::size_t{8} << 20);
-    Refused("a tree of zips", PackageWith({MakeEntry("tree.zip", tree)}));
-    const std::string packed = MakeZipBytes({ZerosEntry("x.tr4.zl", 600)});
-    Refused("a packed level in a zip", PackageWith({MakeEntry("inner.zip", packed)}));
+    AskedAbout("a tree of zips", PackageWith({MakeEntry("tree.zip", tree)}));
 }
 
 TEST_F(HostileBomb, ManyEntriesComeToAnEnd) {

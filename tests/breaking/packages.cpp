@@ -2,43 +2,45 @@
 
 #include <zlib.h>
 
-#include <array>
-
 namespace kelvash::test {
 
 namespace {
 
 constexpr std::size_t kMegabyte = std::size_t{1} << 20;
 
-// Deflates with the window bits that choose the form: the same megabyte again and again, each a block of its
-// own that refers to nothing before it.
-std::string DeflateZeros(int megabytes, bool raw) {
-    const std::string zeros(kMegabyte, '\0');
-    std::string bytes;
-    z_stream stream{};
-    deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, raw ? -MAX_WBITS : MAX_WBITS, 8,
-                 Z_DEFAULT_STRATEGY);
-    std::array<Bytef, 1 << 16> piece{};
-    for (int i = 0; i < megabytes; ++i) {
-        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(zeros.data()));
+// A megabyte of zeros as deflated blocks that refer to nothing before them and end on a whole byte: such
+// pieces may stand behind each other.
+const std::string& DeflatedMegabyte() {
+    static const std::string piece = [] {
+        std::string zeros(kMegabyte, '\0');
+        std::string bytes(1 << 16, '\0');
+        z_stream stream{};
+        deflateInit2(&stream, Z_BEST_COMPRESSION, Z_DEFLATED, -MAX_WBITS, 8, Z_DEFAULT_STRATEGY);
+        stream.next_in = reinterpret_cast<Bytef*>(zeros.data());
         stream.avail_in = static_cast<uInt>(zeros.size());
-        do {
-            stream.next_out = piece.data();
-            stream.avail_out = static_cast<uInt>(piece.size());
-            deflate(&stream, i + 1 == megabytes ? Z_FINISH : Z_NO_FLUSH);
-            bytes.append(reinterpret_cast<const char*>(piece.data()), piece.size() - stream.avail_out);
-        } while (stream.avail_out == 0);
-    }
-    deflateEnd(&stream);
-    return bytes;
+        stream.next_out = reinterpret_cast<Bytef*>(bytes.data());
+        stream.avail_out = static_cast<uInt>(bytes.size());
+        deflate(&stream, Z_FULL_FLUSH);
+        bytes.resize(bytes.size() - stream.avail_out);
+        deflateEnd(&stream);
+        return bytes;
+    }();
+    return piece;
 }
 
-std::uint32_t ZerosCrc(int megabytes) {
-    const std::string zeros(kMegabyte, '\0');
-    uLong crc = crc32(0, nullptr, 0);
+std::string DeflatedZeros(int megabytes) {
+    std::string bytes;
     for (int i = 0; i < megabytes; ++i)
-        crc = crc32(crc, reinterpret_cast<const Bytef*>(zeros.data()), static_cast<uInt>(zeros.size()));
-    return static_cast<std::uint32_t>(crc);
+        bytes += DeflatedMegabyte();
+    return bytes + std::string("\x03\x00", 2); // the last block, an empty one
+}
+
+// The checksum of so many megabytes of zeros from that of one.
+uLong Checksum(int megabytes, uLong of_none, uLong of_one, uLong (*combine)(uLong, uLong, z_off_t)) {
+    uLong sum = of_none;
+    for (int i = 0; i < megabytes; ++i)
+        sum = combine(sum, of_one, static_cast<z_off_t>(kMegabyte));
+    return sum;
 }
 
 } // namespace
@@ -121,15 +123,25 @@ std::string PackageWith(std::vector<ZipBytes> more) {
 }
 
 ZipBytes ZerosEntry(const std::string& name, int megabytes) {
-    ZipBytes entry{name, DeflateZeros(megabytes, true)};
+    const std::string zeros(kMegabyte, '\0');
+    const auto size = static_cast<uInt>(zeros.size());
+    ZipBytes entry{name, DeflatedZeros(megabytes)};
     entry.method = 8;
-    entry.crc = ZerosCrc(megabytes);
+    entry.crc = static_cast<std::uint32_t>(
+        Checksum(megabytes, 0, crc32(0, reinterpret_cast<const Bytef*>(zeros.data()), size), &crc32_combine));
     entry.declared = static_cast<std::uint32_t>(static_cast<std::size_t>(megabytes) * kMegabyte);
     return entry;
 }
 
 std::string ZerosStream(int megabytes) {
-    return DeflateZeros(megabytes, false);
+    const std::string zeros(kMegabyte, '\0');
+    const auto size = static_cast<uInt>(zeros.size());
+    const uLong sum = Checksum(megabytes, 1, adler32(1, reinterpret_cast<const Bytef*>(zeros.data()), size),
+                               &adler32_combine);
+    std::string stream = "\x78\xDA" + DeflatedZeros(megabytes);
+    for (const int shift : {24, 16, 8, 0})
+        stream += static_cast<char>((sum >> shift) & 0xFF);
+    return stream;
 }
 
 } // namespace kelvash::test
