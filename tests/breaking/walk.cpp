@@ -82,7 +82,7 @@ TracedRun WalkHome::RunToKill(const ProgramStart& start, const std::string& comm
     MakeFile(start.folder / "stdin", start.input);
     if (can_trace) {
         int& usual = usual_calls_[command];
-        const int most = usual > 0 ? usual + usual / 5 : 150;
+        const int most = usual > 0 ? usual + usual / 10 : 40;
         const TracedRun run =
             RunTraced([&] { return BecomeProgram(start); }, {Fault::Kill, 1 + Below(most), 0, false, true});
         usual = std::max(usual, run.calls);
