@@ -31,8 +31,10 @@ enum class Kind { Other, Changes, TakesRoom };
 Kind KindOf(const Registers& registers) {
     switch (registers.orig_rax) {
         case SYS_write:
-        case SYS_pwrite64:
         case SYS_writev:
+            // What is told goes to no disk.
+            return registers.rdi <= STDERR_FILENO ? Kind::Other : Kind::TakesRoom;
+        case SYS_pwrite64:
         case SYS_copy_file_range:
         case SYS_sendfile:
         case SYS_mkdir:
