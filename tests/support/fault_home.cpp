@@ -1,12 +1,12 @@
 #include "support/fault_home.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <set>
 
 #include "core/archive.h"
 #include "core/profile.h"
 #include "core/start_up.h"
+#include "support/linked_tree.h"
 #include "swap/install.h"
 #include "swap/trle_folder.h"
 
@@ -37,25 +37,6 @@ std::vector<WorldLevel> FaultLevels() {
     return levels;
 }
 
-fs::path FastFolder(const fs::path& otherwise) {
-    std::string name = "/dev/shm/kelvash-test-XXXXXX";
-    return mkdtemp(name.data()) != nullptr ? fs::path(name) : otherwise / "place";
-}
-
-// A half-written file is copied: the program may go on writing into it.
-void LinkTree(const fs::path& from, const fs::path& to) {
-    fs::create_directories(to);
-    for (const fs::directory_entry& entry : fs::directory_iterator(from)) {
-        const fs::path target = to / entry.path().filename();
-        if (entry.is_directory())
-            LinkTree(entry.path(), target);
-        else if (entry.path().extension() == ".new")
-            fs::copy_file(entry.path(), target);
-        else
-            fs::create_hard_link(entry.path(), target);
-    }
-}
-
 // Bytes of all files that were put into folders of their own before they were overwritten.
 std::set<std::string> RescuedIn(const fs::path& home) {
     std::set<std::string> rescued;
@@ -73,7 +54,7 @@ bool IsHalfDone(const std::string& name) {
 } // namespace
 
 FaultHome::FaultHome()
-    : place(FastFolder(root)),
+    : place(FastFolder(root / "place")),
       world(place / "c"),
       levels(FaultLevels()),
       pristine(place / "pristine"),

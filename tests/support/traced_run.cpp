@@ -17,6 +17,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace kelvash::test {
@@ -30,8 +31,10 @@ enum class Kind { Other, Changes, TakesRoom };
 Kind KindOf(const Registers& registers) {
     switch (registers.orig_rax) {
         case SYS_write:
-        case SYS_pwrite64:
         case SYS_writev:
+            // What is told goes to no disk.
+            return registers.rdi <= STDERR_FILENO ? Kind::Other : Kind::TakesRoom;
+        case SYS_pwrite64:
         case SYS_copy_file_range:
         case SYS_sendfile:
         case SYS_mkdir:
@@ -95,32 +98,59 @@ bool FilterCalls() {
     _exit(body());
 }
 
+// The filter is inherited, and a call that it stops fails where nobody traces: so every thread and process
+// that comes of the child is followed to its end, though only the child's own calls count.
 class Tracer {
   public:
     Tracer(pid_t child, const FaultPlan& plan) : child_(child), plan_(plan) {}
 
     TracedRun Follow() {
+        constexpr long kOptions = PTRACE_O_TRACESECCOMP | PTRACE_O_EXITKILL | PTRACE_O_TRACEEXEC |
+                                  PTRACE_O_TRACECLONE | PTRACE_O_TRACEFORK | PTRACE_O_TRACEVFORK;
         int status = 0;
         waitpid(child_, &status, 0);
-        ptrace(PTRACE_SETOPTIONS, child_, nullptr, PTRACE_O_TRACESECCOMP | PTRACE_O_EXITKILL);
-        int signal = 0;
+        ptrace(PTRACE_SETOPTIONS, child_, nullptr, kOptions);
+        ptrace(PTRACE_CONT, child_, nullptr, 0);
         for (;;) {
-            ptrace(PTRACE_CONT, child_, nullptr, signal);
-            if (waitpid(child_, &status, 0) < 0 || !WIFSTOPPED(status)) break;
-            const bool at_call = status >> 8 == (SIGTRAP | (PTRACE_EVENT_SECCOMP << 8));
-            signal = at_call || WSTOPSIG(status) == SIGSTOP ? 0 : WSTOPSIG(status);
-            if (at_call) Enter();
+            const pid_t stopped = waitpid(-1, &status, __WALL);
+            if (stopped < 0) break;
+            if (WIFSTOPPED(status))
+                GoOn(stopped, status);
+            else if (stopped == child_)
+                End(status);
         }
-        run_.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
         return run_;
     }
 
   private:
-    void Enter() {
+    void End(int status) {
+        run_.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        run_.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    }
+
+    void GoOn(pid_t thread, int status) {
+        const int event = status >> 16;
+        int signal = WSTOPSIG(status);
+        if (event == PTRACE_EVENT_SECCOMP && IsOurs(thread)) Enter(thread);
+        if (event == PTRACE_EVENT_EXEC && thread == child_) {
+            run_.calls = 0;
+            in_program_ = true;
+        }
+        if (event != 0 || signal == SIGSTOP) signal = 0;
+        ptrace(PTRACE_CONT, thread, nullptr, signal);
+    }
+
+    // The child itself and its threads, not the programs that it starts.
+    bool IsOurs(pid_t thread) const {
+        const std::string task = "/proc/" + std::to_string(child_) + "/task/" + std::to_string(thread);
+        return thread == child_ || access(task.c_str(), F_OK) == 0;
+    }
+
+    void Enter(pid_t thread) {
         Registers registers{};
-        ptrace(PTRACE_GETREGS, child_, nullptr, &registers);
+        ptrace(PTRACE_GETREGS, thread, nullptr, &registers);
         const Kind kind = KindOf(registers);
-        if (kind == Kind::Other) return;
+        if (kind == Kind::Other || (plan_.in_program && !in_program_)) return;
         ++run_.calls;
         const bool here = run_.calls == plan_.at;
         if (plan_.fault == Fault::Kill && here) {
@@ -131,13 +161,14 @@ class Tracer {
             // Call number -1 is skipped with the result that stands there.
             registers.orig_rax = static_cast<decltype(registers.orig_rax)>(-1);
             registers.rax = static_cast<decltype(registers.rax)>(-plan_.error);
-            ptrace(PTRACE_SETREGS, child_, nullptr, &registers);
+            ptrace(PTRACE_SETREGS, thread, nullptr, &registers);
         }
     }
 
     pid_t child_;
     FaultPlan plan_;
     TracedRun run_;
+    bool in_program_ = false;
 };
 
 } // namespace

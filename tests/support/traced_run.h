@@ -16,17 +16,20 @@ struct FaultPlan {
     int at = 0;
     int error = 0;
     bool lasting = false;
+    bool in_program = false; // nothing happens before the body has become another program
 };
 
 struct TracedRun {
     int calls = 0;       // counted up to the end of the process
     bool killed = false; // by the plan
     int exit_code = -1;  // of a process that ended by itself
+    int signal = 0;      // that ended it otherwise
 };
 
 // False where a process can't be traced.
 bool CanTrace();
-// Runs `body` in a forked child; its result is the child's exit code.
+// Runs `body` in a forked child; its result is the child's exit code. If the body becomes another program the
+// count begins with that one. Returns when everything that the child started has ended as well.
 TracedRun RunTraced(const std::function<int()>& body, const FaultPlan& plan);
 
 } // namespace kelvash::test
