@@ -27,7 +27,7 @@ constexpr std::array<std::pair<std::string_view, CommandFunction>, 24> kCommands
     {"install", Install}, {"play", Play},      {"restore", Restore}, {"demo", Demo},
     {"add", Add},         {"level", LevelSet}, {"export", Export},   {"config", Config},
     {"remove", Remove},   {"sizes", Sizes},    {"equal", Equal},     {"recover", Recover},
-    {"move", Move},       {"prefs", Prefs},    {"saves", Saves},    {"kept", Kept},
+    {"move", Move},       {"prefs", Prefs},    {"saves", Saves},     {"kept", Kept},
 }};
 
 } // namespace

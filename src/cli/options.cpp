@@ -181,7 +181,8 @@ int Refuse(const CLI::App& app, const CLI::ParseError& error) {
 std::optional<int> ParseOptions(std::vector<std::string> words, Options& options) {
     CLI::App app(
         "Keeps custom levels of the Tomb Raider Level Editor in an Archive and swaps them into its "
-        "folder.\nExit status: 0 done, 1 failed, 2 wrong usage, 3 refused by a question, 4 another Kelvash is at "
+        "folder.\nExit status: 0 done, 1 failed, 2 wrong usage, 3 refused by a question, 4 another Kelvash "
+        "is at "
         "work, 130 stopped by a signal.",
         "kelvash-cli");
     app.fallthrough();

@@ -111,7 +111,8 @@ bool TakeFiles(const core::LevelRecord& level, ExportFolders& folders, Bar& bar)
 }
 
 bool TakeSaves(const core::LevelRecord& level, ExportFolders& folders, Bar& bar) {
-    return CopyMatching(companion::SlotFolder(level.Code), Text(MessageId::kExportSavegameMask), folders, bar);
+    return CopyMatching(companion::SlotFolder(level.Code), Text(MessageId::kExportSavegameMask), folders,
+                        bar);
 }
 
 bool TakeScreenshots(const core::LevelRecord& level, ExportFolders& folders, ProgressDialog& progress) {
@@ -159,8 +160,7 @@ bool IsOurPlace(const std::string& target, const ExportFolders& folders) {
 
 // Nothing on cancel, or after a message.
 std::optional<std::string> AskTarget(const core::LevelRecord& level, const ExportFolders& folders) {
-    const std::string name =
-        LoadMessage(MessageId::kExportName, {SafeFileName(CleanLine(Trim(level.Name)))});
+    const std::string name = LoadMessage(MessageId::kExportName, {SafeFileName(CleanLine(Trim(level.Name)))});
     const std::optional<std::string> target =
         TheUser().SaveFile({Text(MessageId::kExportTitle), Text(MessageId::kExportFilter),
                             std::string(Trim(core::profile.DownloadFolder)), name});

@@ -63,9 +63,8 @@ bool PackOrUnpack(const std::string& files, bool& whole) {
             continue;
         }
         whole = false;
-        if (!guard.Refused() &&
-            !AskYesNo(MessageStyle::Question,
-                      LoadMessage(MessageId::kStatusFileFailed, {word, FileNameOf(file)})))
+        if (!guard.Refused() && !AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kStatusFileFailed,
+                                                                              {word, FileNameOf(file)})))
             return false;
     }
     return true;

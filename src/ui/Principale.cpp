@@ -262,8 +262,9 @@ void Principale::WatchGame() {
 
 void Principale::EnableCommands() {
     const bool open = core::ArchiveIsOpen();
-    for (const char* name : {"mnu_Save", "mnu_SaveAs", "mnu_CalcolaSize", "mnu_FaiFullBackup", "mnu_AddLevel",
-                             "mnu_PrefArchive", "mnu_MoveArc", "mnu_ControllaUguali", "mnu_CreaInfoTr4", "mnu_Kept"})
+    for (const char* name :
+         {"mnu_Save", "mnu_SaveAs", "mnu_CalcolaSize", "mnu_FaiFullBackup", "mnu_AddLevel", "mnu_PrefArchive",
+          "mnu_MoveArc", "mnu_ControllaUguali", "mnu_CreaInfoTr4", "mnu_Kept"})
         Command(name)->setEnabled(open);
     const bool selected = core::level_list.Selected >= 0;
     for (const char* name : {"mnu_Property", "mnu_ShowAutoreInfo", "mnu_RemoveLevel", "mnu_Export"})

@@ -5,8 +5,6 @@
 
 #include "ui/form_support.h"
 
-#include "ui/form_support.h"
-
 namespace kelvash::ui {
 
 namespace {

@@ -43,8 +43,8 @@ class HostileMarker : public test::SwapHome {
     test::FileMap Outside() const {
         test::FileMap files = test::TreeOf(root);
         std::erase_if(files, [](const auto& file) {
-            return file.first.starts_with("c/trle/") || file.first.starts_with("run/") || file.first.ends_with(".rec") ||
-                   file.first.starts_with("c/kelvash/rescued_saves_") ||
+            return file.first.starts_with("c/trle/") || file.first.starts_with("run/") ||
+                   file.first.ends_with(".rec") || file.first.starts_with("c/kelvash/rescued_saves_") ||
                    file.first.find("backup_savegames") != std::string::npos;
         });
         return files;
