@@ -13,7 +13,7 @@ TEST_F(PathField, HoldsEveryCharacterOfItsCodePage) {
     for (const std::string path : {"", "C:", "C:\\Games\\trle", "C:\\Spi\xC3\xABl \xE2\x82\xAC"})
         EXPECT_TRUE(CheckPath(path)) << path;
     EXPECT_TRUE(CanKeepPath("C:\\" + std::string(253, 'x')));
-    EXPECT_TRUE(FaultOfPath("C:\\trle").empty());
+    EXPECT_TRUE(FaultOfPath("C:\\trle").text.empty());
 }
 
 TEST_F(PathField, TellsWhyItCannotHoldAPath) {

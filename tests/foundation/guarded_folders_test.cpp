@@ -39,7 +39,6 @@ class Guarded : public test::FoundationHome {
         EXPECT_FALSE(MayDeleteTree(folder)) << folder;
         EXPECT_FALSE(RemoveFolderTree(folder, bar)) << folder;
         EXPECT_FALSE(RemoveFolder(folder)) << folder;
-        EXPECT_FALSE(MirrorFiles("C:\\empty", folder)) << folder;
         EXPECT_EQ(Count(), count) << folder;
     }
     std::size_t Count() const {

@@ -60,7 +60,7 @@ class HostileConfig : public test::IntakeHome {
             fs::remove(Work() / name);
         for (const auto& [name, bytes] : files)
             test::MakeFile(Work() / name, bytes);
-        BeginLevel(level, 1, {});
+        BeginLevel(level, 1);
     }
     void Apply() {
         LevelConfig.FileCount = static_cast<std::int32_t>(LevelConfig.FileNames.size());
