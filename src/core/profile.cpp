@@ -87,7 +87,10 @@ ProfileState LoadProfile() {
     profile = ProfileRecord();
     file_state = FileState();
     file_state.seen = EncodeProfile(profile);
-    if (IsMissing(ProfilePath())) return ProfileState::FirstRun;
+    if (IsMissing(ProfilePath())) {
+        swap::TakeKindOfBackup();
+        return ProfileState::FirstRun;
+    }
     const std::optional<std::string> bytes = ReadProfileFile();
     file_state.unreadable = !bytes.has_value();
     if (!bytes) return ProfileState::Unreadable;

@@ -71,6 +71,10 @@ void TakeMarker(TrleState& state) {
     state.Code = code;
     state.Record.Owner = OwnerOf(code);
     state.OwnerFolder = FindOwnerFolder(state.Record.Owner);
+    if (code == 0 || state.OwnerFolder.empty()) return;
+    // A copy has the date of the level's own file.
+    for (RecordedFile& file : state.Record.Copied)
+        file.Stamp = StampOf(core::FilesFolder(state.OwnerFolder) + "\\" + FileNameOf(file.Target));
 }
 
 void TakeRecord(SwapRecord record, TrleState& state) {

@@ -290,6 +290,7 @@ TEST_F(ApplyConfig, GroupsThatWereNeverFilledInAskForNothing) {
 }
 
 TEST_F(ApplyConfig, NamesThatClimbStayInTheWorkFolder) {
+    user.MayBeTold("that can not be names of level files");
     OpenNew({{"a.wad", "wad"}, {"002.wav", "wave"}});
     LevelConfig.Duplications = "a.wad\0..\\..\\evil"s;
     LevelConfig.ExternWaves = List({"TR4", "..\\..\\trle\\script.dat", "..\\..\\evil.wav", "..\\002.wav"});

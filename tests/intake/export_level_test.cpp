@@ -97,7 +97,7 @@ TEST_F(Export, ThePackageFileSaysWhatTheRecordDoes) {
 TEST_F(Export, SavegamesComeFromTheStashOrFromTrle) {
     AddLevel(1, "Stashed", kMaze, {{"savegame.0", "stashed"}, {"shot1.jpg", "no save"}});
     AddLevel(2, "In TRLE", kMaze, {{"savegame.0", "old"}});
-    test::MakeFile(trle / "Kelvash.txt", "#LEVEL_CODE=2#\r\n#LEVEL_NAME=In#\r\n");
+    test::MakeFile(trle / "Kelvash.txt", "#LEVEL_CODE=2#\r\n#LEVEL_NAME=In TRLE#\r\n");
     test::MakeFile(trle / "savegame.3", "in play");
     Select(1);
     ASSERT_TRUE(ExportTo("C:\\one.zip"));

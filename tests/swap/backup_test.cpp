@@ -354,6 +354,8 @@ TEST_F(Backup, ThatIsMissingClosesTheDoor) {
 }
 
 TEST_F(Backup, ThatIsMissingStaysSoAfterANoAtTheOriginalQuestion) {
+    user.MayBeTold("Tips: ");
+    user.MayBeTold("You must perform a new setup");
     user.WillAnswer("There is no valid backup", "yes");
     user.WillAnswer(kOriginal, "no");
     EXPECT_FALSE(RequireBackup());
@@ -449,6 +451,7 @@ TEST_F(Backup, WithoutNoteAndGameIsAskedForOnce) {
 }
 
 TEST_F(Backup, ThatTheUserCallsForeignIsNeverMixedIntoTheNewOne) {
+    user.MayBeTold("The former backup is of another");
     fs::copy(trle, backup, fs::copy_options::recursive);
     fs::remove(backup / "tomb4.exe");
     test::MakeFile(backup / "data" / "theirs.tr4", "theirs");

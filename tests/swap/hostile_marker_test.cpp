@@ -28,6 +28,8 @@ namespace fs = std::filesystem;
 class HostileMarker : public test::SwapHome {
   protected:
     HostileMarker() {
+        user.MayBeTold("have been saved in: C:\\Kelvash\\rescued_saves_");
+        user.MayBeTold("Files of the TRLE folder that the backup doesn't hold made way");
         AddLevel(1, "City", {{"city.tr4", "CITY"}}, {{"savegame.0", "city save"}});
         AddLevel(2, "Coast", {{"coast.tr4", "COAST"}});
         for (const char* name : {"x", "b.dat", "data/x", "etc", "Windows/x"})

@@ -265,7 +265,8 @@ TEST_F(Install, KeepsLevelZerosSavesWhenTheNextLevelCannotGoIn) {
 
 TEST_F(Install, PlayTellsAGameThatCannotBeStarted) {
     AddLevel(1, "City", {{"c.tr4", ""}});
-    fs::remove(trle / "tomb4.exe");
+    for (const fs::path& folder : {trle, backup}) // no program at all, but that of the backup
+        test::MakeFile(folder / "tomb4.exe", "");
     EXPECT_FALSE(PlayLevel(1));
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error attempting to launch program tomb4.exe"));
 }

@@ -22,6 +22,7 @@ namespace fs = std::filesystem;
 class KeptFile : public test::SwapHome {
   protected:
     KeptFile() {
+        user.MayBeTold("Files of the TRLE folder that the backup doesn't hold made way");
         AddLevel(1, "City",
                  {{"city.tr4", "CITY"},
                   {"script.dat", "city script"},

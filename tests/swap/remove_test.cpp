@@ -91,6 +91,7 @@ TEST_F(Removal, WithACompactBackupLeavesTheLevelsWaves) {
 }
 
 TEST_F(Removal, WithACompactBackupLosesAnOverwrittenWave) {
+    user.MayBeTold("Files of the TRLE folder that the backup doesn't hold made way: 1.");
     core::profile.FullBackup = false;
     fs::remove_all(backup / "audio");
     InstallOne();
@@ -214,6 +215,7 @@ TEST_F(Removal, ThatCannotEmptyAStashLetsTheNextLevelInAndRescuesTheSaves) {
 }
 
 TEST_F(Removal, RefusesWhenSavesCannotBePutAway) {
+    user.MayBeTold("I cann't copy files in C:\\Levels\\LEVEL_0001\\backup_savegames folder");
     InstallOne();
     test::MakeFile(trle / "savegame.0", "new");
     fs::permissions(StashPath(1), fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read |

@@ -77,6 +77,7 @@ TEST_F(Restore, FullTellsItsSteps) {
 }
 
 TEST_F(Restore, FullBringsTheFourFoldersBack) {
+    user.MayBeTold("Files of the TRLE folder that the backup doesn't hold made way: 2.");
     fs::remove(trle / "audio" / "007.wav");
     test::MakeFile(trle / "audio" / "900.wav", "stray");
     test::MakeFile(trle / "script" / "stray.txt", "stray");
@@ -105,11 +106,12 @@ TEST_F(Restore, FullTellsAFolderThatCannotBeRestored) {
     EXPECT_TRUE(test::Exists(trle / "script.dat"));
 }
 
-TEST_F(Restore, FullWithoutABackupLeavesNoMainFiles) {
-    core::profile.FullBackup = false;
+TEST_F(Restore, FullWithoutABackupDoesNothing) {
     fs::remove_all(backup);
-    FullRestore(bar, false);
-    EXPECT_THAT(NamesIn(trle), ElementsAre("tomb4.exe", "winroomedit.exe"));
+    const std::vector<std::string> before = NamesIn(trle);
+    user.WillAnswer("There is no valid backup of the original files", "cancel");
+    EXPECT_FALSE(FullRestore(bar, false));
+    EXPECT_EQ(NamesIn(trle), before);
 }
 
 TEST_F(Restore, FullKeepsEveryStash) {

@@ -28,6 +28,7 @@ namespace fs = std::filesystem;
 class WhoseSaves : public test::SwapHome {
   protected:
     WhoseSaves() {
+        user.MayBeTold("have been saved in: C:\\Kelvash\\rescued_saves_");
         AddLevel(1, "City", {{"city.tr4", "CITY"}, {"script.dat", "city script"}},
                  {{"savegame.0", "old city"}});
         AddLevel(2, "Coast", {{"coast.tr4", "COAST"}}, {{"savegame.0", "old coast"}});
@@ -135,6 +136,7 @@ TEST_F(WhoseSaves, AreRescuedWhenTheirLevelsFolderIsGone) {
 }
 
 TEST_F(WhoseSaves, OfALevelWhoseFolderIsGoneAreRescuedByARestoreThatTakesItOut) {
+    user.MayBeTold("I cann't find level folder");
     fs::remove_all(LevelPath(1));
     EXPECT_TRUE(InstallLevel(0));
     EXPECT_EQ(Rescued(1), "city save");
@@ -144,6 +146,7 @@ TEST_F(WhoseSaves, OfALevelWhoseFolderIsGoneAreRescuedByARestoreThatTakesItOut) 
 }
 
 TEST_F(WhoseSaves, AreToldOnceAtTheNextStart) {
+    user.MayBeTold("I cann't find level folder");
     fs::remove_all(LevelPath(1));
     ASSERT_TRUE(InstallLevel(0));
     user.Forget();
@@ -165,6 +168,8 @@ TEST_F(WhoseSaves, AreTheMarkersWithoutARecordIfTheNameAgrees) {
 }
 
 TEST_F(WhoseSaves, AreNobodysWithoutARecordWhenTheNameIsAnothers) {
+    user.MayBeTold(
+        "Files of the TRLE folder that the backup doesn't hold made way: 2."); // whose, nobody knows
     for (const bool damaged : {false, true}) {
         SCOPED_TRACE(damaged);
         const fs::path record = NativePath(SwapRecordPath());
@@ -236,20 +241,27 @@ TEST_F(WhoseSaves, StayWhereTheyAreWhileTrleCannotBeRead) {
 }
 
 TEST_F(WhoseSaves, OfALevelThatCannotBeTakenOutKeepTheirLevel) {
+    user.MayBeTold("I cann't find level folder");
     core::RefreshLevelList();
     core::SelectLevel(1);
     fs::remove_all(LevelPath(1));
     user.WillAnswer("Are you sure to want remove level", "yes");
     EXPECT_FALSE(core::RemoveLevel());
+    EXPECT_EQ(
+        user.Told().back(),
+        "exclamation: The level is still in Tomb Raider Level Editor folder, so it has not been removed");
     EXPECT_EQ(core::LevelIndex(1), 1);
     EXPECT_EQ(Rescued(1), "city save");
 }
 
 TEST_F(WhoseSaves, AreNotLostByAFullRestoreWhoseSwapFailed) {
+    user.MayBeTold("I cann't find level folder");
     fs::remove_all(LevelPath(1));
     test::MakeFile(trle / "data" / "city.tr4.bak", "x");
     fs::remove(trle / "data" / "city.tr4");
     fs::create_directory(trle / "data" / "city.tr4"); // can't be deleted as a file
+    user.MayBeTold("I cann't delete file: C:\\trle\\data\\city.tr4");
+    user.MayBeTold("Files of the TRLE folder that the backup doesn't hold made way");
     Bar bar;
     FullRestore(bar, false);
     EXPECT_EQ(Rescued(1), "city save");

@@ -12,6 +12,7 @@ using testing::ElementsAre;
 using HostileNames = test::IntakeHome;
 
 TEST_F(HostileNames, AFolderIsTakenButForThem) {
+    user.MayBeTold("because their names can not be used on all systems");
     OpenNew();
     for (const char* name : {"maze.tr4", "aux.txt", "trailing ", "two\nlines.txt", "COM1", "caf\xE9.txt"})
         test::MakeFile(drive / "in" / name, "x");
