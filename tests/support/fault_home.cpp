@@ -74,8 +74,13 @@ FaultHome::~FaultHome() {
 void FaultHome::StartProgram() {
     core::ResetProgramState();
     MapDrives();
-    core::StartUp({});
-    ASSERT_TRUE(core::ArchiveIsOpen());
+    if (whole_start) {
+        core::StartUp({});
+        ASSERT_TRUE(core::ArchiveIsOpen());
+        return;
+    }
+    ASSERT_EQ(core::LoadProfile(), core::ProfileState::Current);
+    ASSERT_TRUE(core::LoadArchive(core::profile.LastArchive));
 }
 
 void FaultHome::Keep(const fs::path& kept) {

@@ -53,6 +53,7 @@ class FaultHome : public TestHome {
     std::filesystem::path place;
     World world;
     FakeDesktop desktop;
+    bool whole_start = true; // false where the start itself would do what is tested
     std::vector<WorldLevel> levels;
     std::filesystem::path pristine, killed;
     std::map<std::int32_t, FileMap> saves; // by level, as they stood before the operation

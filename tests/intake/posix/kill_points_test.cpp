@@ -23,6 +23,7 @@ class KillPointsOfLevels : public FaultHome {
   protected:
     void SetUp() override {
         if (!CanTrace()) GTEST_SKIP() << "no process can be traced here";
+        user.MayBeTold("belongs to no level of this archive");
     }
     void PutZip() {
         MakeFile(world.drive / "in/New.zip",

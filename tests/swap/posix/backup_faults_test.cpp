@@ -24,6 +24,7 @@ class BackupFaults : public FaultHome {
 
     // The world with or without a backup, an old one told from a new one by a file in each.
     void Begin(Backup kind, bool has_backup) {
+        whole_start = false;
         Prepare({"backup", 0, kind, nullptr});
         std::filesystem::remove_all(world.home / "backup_trle.txt");
         if (has_backup) {
