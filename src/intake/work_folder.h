@@ -43,7 +43,8 @@ void DropOlderForms(const NewLevel& level);
 
 // --- zips and what else arrives (work_zips.cpp) ---
 
-enum class Arrival { Whole, Failed, Stopped, Declined };
+// How what was to be added has arrived. A refusal has been told.
+enum class Arrival { Whole, Failed, Stopped, Declined, Refused };
 struct Arrived {
     Arrival How = Arrival::Failed;
     std::string Reason{}; // of a failure, or of what the user didn't give, where there is one to tell

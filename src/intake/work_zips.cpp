@@ -186,7 +186,7 @@ Arrived AddFileOrZip(NewLevel& level, const std::string& source, const std::stri
         const std::optional<PlainName> name = PlainName::From(FileNameOf(source));
         if (!name) {
             TellRefused({source});
-            return {Arrival::Whole};
+            return {Arrival::Refused};
         }
         ProgressDialog progress(BarPlace::StoppableDialog, Text(MessageId::kAddCopying));
         return ArrivedWith(CopyFileStoppable(source, PathIn(target, *name)));

@@ -64,6 +64,9 @@ FaultHome::FaultHome()
     fs::create_directories(home);
     MapDrives();
     user.MayAnswer("wave files of the TRLE folder", "yes"); // a compact backup can't bring them back
+    for (const char* told : {"Files of the TRLE folder that the backup doesn't hold made way",
+                             "have been saved in: C:\\Kelvash\\rescued_saves_", "They wait in:"})
+        user.MayBeTold(told);
 }
 
 FaultHome::~FaultHome() {

@@ -111,7 +111,10 @@ std::vector<WorldLevel> WalkLevels() {
 
 class RandomWalk : public TestHome, public testing::WithParamInterface<std::tuple<int, Backup>> {
   protected:
-    void SetUp() override { user.MayAnswer("wave files of the TRLE folder", "no"); }
+    void SetUp() override {
+        user.MayAnswer("wave files of the TRLE folder", "no");
+        user.MayBeTold("Files of the TRLE folder that the backup doesn't hold made way");
+    }
     RandomWalk()
         : world(drive), levels(WalkLevels()), random(static_cast<unsigned>(std::get<0>(GetParam()))) {
         const Backup backup = std::get<1>(GetParam());
