@@ -14,13 +14,15 @@ namespace {
 using nlohmann::ordered_json;
 
 // Headings of the fields that all commands share; others are shown under their own names.
-constexpr std::array<std::pair<std::string_view, MessageId>, 17> kHeadings = {{
+constexpr std::array<std::pair<std::string_view, MessageId>, 19> kHeadings = {{
     {"trle", MessageId::kCliTrle},
     {"archive", MessageId::kCliArchive},
     {"levels", MessageId::kCliLevels},
     {"installed", MessageId::kCliInstalled},
+    {"owner", MessageId::kCliOwner},
     {"fullBackup", MessageId::kCliFullBackup},
     {"backupValid", MessageId::kCliBackupValid},
+    {"cutShort", MessageId::kCliToBeEnded},
     {"kept", MessageId::kCliKept},
     {"home", MessageId::kCliHome},
     {"zips", MessageId::kCliZips},
@@ -109,7 +111,7 @@ std::string ResultLines(const Result& result) {
     std::string lines = result.plain;
     if (lines.empty())
         for (const auto& [name, value] : result.fields.items())
-            lines += Heading(name) + ": " + PlainValue(value) + "\n";
+            if (!value.is_null()) lines += Heading(name) + ": " + PlainValue(value) + "\n";
     return lines;
 }
 

@@ -13,7 +13,7 @@ struct Result {
     // One more field whose JSON the command has written itself, for it can be large. Empty name: none.
     std::string large_name = {};
     std::string large_json = {};
-    // Lines for a person in place of the fields; empty: the fields are listed.
+    // Lines for a person in place of the fields; empty: the fields are listed, but for those that are null.
     std::string plain = {};
 };
 

@@ -257,6 +257,16 @@ void RemoveOldFolders(const std::vector<Move>& moves) {
     }
 }
 
+// The record of a level in TRLE and the Archive's file name the new place, or neither does. The record is
+// first: its writing can be taken back as long as both places hold the folders.
+bool NameNewPlace(const std::string& target) {
+    const std::string old_folder(Trim(archive.Header.SecondaryFolder));
+    if (!swap::NoteLevelsMoved(old_folder, target)) return false;
+    if (SaveNewPlace(target)) return true;
+    static_cast<void>(swap::NoteLevelsMoved(target, old_folder)); // else its tr4.inf finds the level
+    return false;
+}
+
 // Everything in its new place and the Archive's file saying so; otherwise, after a message, all as it was.
 bool Transfer(const std::vector<Move>& moves, const std::string& target) {
     if (!PrepareTarget(moves, target)) return false;
@@ -265,7 +275,7 @@ bool Transfer(const std::vector<Move>& moves, const std::string& target) {
         RemoveCopies(moves, target);
         return false;
     }
-    if (SaveNewPlace(target)) return true;
+    if (NameNewPlace(target)) return true;
     RemoveCopies(moves, target);
     return false;
 }
@@ -285,11 +295,7 @@ bool MoveArchive() {
     if (!target) return false;
     const std::vector<Move> moves = PlanMoves(*target);
     const std::string old_kept = KeptFolder();
-    const std::string old_folder(Trim(archive.Header.SecondaryFolder));
     if (!Transfer(moves, *target)) return false;
-    // The Archive's file names the new place; the old folders still stand, and stay where a level in TRLE
-    // couldn't be told of it.
-    if (!swap::NoteLevelsMoved(old_folder, *target)) return false;
     Bar bar{BarPlace::CallerForm, -1};
     static_cast<void>(RemoveFolderTree(CopiesIn(*target), bar)); // an empty one, or at worst its note
     RemoveOldFolders(moves);

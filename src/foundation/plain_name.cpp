@@ -10,8 +10,6 @@ namespace kelvash {
 
 namespace {
 
-constexpr std::size_t kLongestName = 255; // bytes, on the usual disks of all platforms
-
 bool IsNumber(std::string_view text) {
     constexpr std::string_view kSuperscripts[] = {"\u00B9", "\u00B2", "\u00B3"}; // these count as well
     return (text.size() == 1 && text[0] >= '1' && text[0] <= '9') ||
@@ -30,7 +28,7 @@ bool IsDeviceName(std::string_view name) {
 }
 
 std::optional<PlainName> PlainName::From(std::string_view text) {
-    if (text.empty() || text.size() > kLongestName || !IsUtf8(text)) return std::nullopt;
+    if (text.empty() || text.size() > kLongestFileName || !IsUtf8(text)) return std::nullopt;
     if (text.find_first_of("/\\:") != std::string_view::npos || HoldsControls(text)) return std::nullopt;
     if (text.back() == '.' || text.back() == ' ') return std::nullopt; // so "." and ".." as well
     if (IsDeviceName(text) || EqualNoCase(text, kPartialFile)) return std::nullopt;

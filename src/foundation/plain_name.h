@@ -4,15 +4,18 @@
 // could lead elsewhere on any platform, so what is joined with them stays in its folder.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace kelvash {
 
+inline constexpr std::size_t kLongestFileName = 255; // bytes, on the usual disks of all platforms
+
 // The name of one file or folder: no separator and no drive of any platform, not "." or "..", no control
 // character, nothing at its end that Windows drops, no device of Windows (with an extension neither), not the
-// name that unfinished files have here; UTF-8 of 1 to 255 bytes.
+// name that unfinished files have here; UTF-8 of 1 to kLongestFileName bytes.
 class PlainName {
   public:
     static std::optional<PlainName> From(std::string_view text);

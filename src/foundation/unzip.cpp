@@ -23,8 +23,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kBlock = std::size_t{1} << 16;
-// Bytes of the longest name that the usual file systems take.
-constexpr std::size_t kLongestName = 255;
 // Whoever answers without looking would be asked for ever.
 constexpr int kMostPasswords = 100;
 
@@ -118,7 +116,7 @@ class Extraction {
         entry.name = ZipNameText(raw);
         std::optional<std::vector<std::string>> parts = ZipNameParts(entry.name);
         if (!parts || IsLink(zip_, index)) {
-            job_.Refused.push_back(entry.name);
+            (IsZipNameTooLong(entry.name) ? job_.TooLong : job_.Refused).push_back(entry.name);
             return;
         }
         entry.parts = std::move(*parts);
@@ -126,11 +124,6 @@ class Extraction {
         const bool is_folder = IsFolder(entry.name);
         if (is_folder && (!job_.HonorDirectories || job_.TestZip)) return;
         if (!job_.HonorDirectories) entry.parts = {entry.parts.back()};
-        if (std::any_of(entry.parts.begin(), entry.parts.end(),
-                        [](const std::string& part) { return part.size() > kLongestName; })) {
-            job_.TooLong.push_back(entry.name);
-            return;
-        }
         if (job_.SpaceToUnderScore)
             for (std::string& part : entry.parts)
                 std::replace(part.begin(), part.end(), ' ', '_');

@@ -62,6 +62,17 @@ std::string CleanPart(std::string_view part) {
     return clean;
 }
 
+// None for a name that begins at a root or a drive; a ".." becomes an empty part.
+std::vector<std::string> CleanParts(std::string_view name) {
+    std::string path(name);
+    std::replace(path.begin(), path.end(), '\\', '/');
+    std::vector<std::string> parts;
+    if (path.empty() || path.front() == '/' || (path.size() > 1 && path[1] == ':')) return parts;
+    for (const std::string& part : Split(path, '/'))
+        if (!part.empty() && part != ".") parts.push_back(CleanPart(part));
+    return parts;
+}
+
 } // namespace
 
 std::string ZipNameText(std::string_view bytes) {
@@ -76,18 +87,17 @@ std::string ZipNameText(std::string_view bytes) {
 }
 
 std::optional<std::vector<std::string>> ZipNameParts(std::string_view name) {
-    std::string path(name);
-    std::replace(path.begin(), path.end(), '\\', '/');
-    if (path.empty() || path.front() == '/' || (path.size() > 1 && path[1] == ':')) return std::nullopt;
-    std::vector<std::string> parts;
-    for (const std::string& part : Split(path, '/')) {
-        if (part.empty() || part == ".") continue;
-        std::string clean = CleanPart(part);
-        if (!PlainName::From(clean)) return std::nullopt;
-        parts.push_back(std::move(clean));
-    }
-    if (parts.empty()) return std::nullopt;
-    return parts;
+    std::vector<std::string> parts = CleanParts(name);
+    const bool plain = !parts.empty() && std::all_of(parts.begin(), parts.end(), [](const std::string& part) {
+        return PlainName::From(part).has_value();
+    });
+    return plain ? std::optional(std::move(parts)) : std::nullopt;
+}
+
+bool IsZipNameTooLong(std::string_view name) {
+    const std::vector<std::string> parts = CleanParts(name);
+    return std::any_of(parts.begin(), parts.end(),
+                       [](const std::string& part) { return part.size() > kLongestFileName; });
 }
 
 } // namespace kelvash

@@ -18,5 +18,7 @@ std::string ZipNameText(std::string_view bytes);
 // a file's name can't hold become "_", dots and blanks at the end of a part are left out; what comes of it
 // are plain names (plain_name.h).
 std::optional<std::vector<std::string>> ZipNameParts(std::string_view name);
+// True for a name that has no parts because one of them is longer than a file's name can be.
+bool IsZipNameTooLong(std::string_view name);
 
 } // namespace kelvash

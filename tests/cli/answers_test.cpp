@@ -185,9 +185,9 @@ TEST_F(PlainMode, StatusIsAListForAPerson) {
     SetUpHome();
     const CliRun run = Plain({"status"});
     EXPECT_EQ(run.status, 0);
-    EXPECT_THAT(run.lines,
-                ElementsAre("TRLE folder: C:\\trle", "Archive: C:\\Kelvash\\LevelArchive.kva", "Levels: 1",
-                            "Installed level: 0", "Full backup: yes", "Valid backup: yes"));
+    EXPECT_THAT(run.lines, ElementsAre("TRLE folder: C:\\trle", "Archive: C:\\Kelvash\\LevelArchive.kva",
+                                       "Levels: 1", "Installed level: 0", "Folder of the level in TRLE: ",
+                                       "Full backup: yes", "Valid backup: yes"));
     EXPECT_THAT(run.errors, IsEmpty());
 }
 

@@ -56,7 +56,9 @@ TEST_F(LevelsCommand, GivesEveryFieldOfEveryLevel) {
 TEST_F(LevelsCommand, MarksTheLevelThatIsInstalled) {
     SetUpHome();
     AddLevels({FullRecord()});
-    MakeFile(drive / "trle" / "Kelvash.txt", "#LEVEL_CODE=0012#\r\n");
+    MakeFile(drive / "trle" / "Kelvash.txt",
+             "#LEVEL_CODE=0012#\r\n#LEVEL_NAME=\xC9"
+             "clair \"blue\"#\r\n");
     EXPECT_THAT(Json({"levels"}).lines.at(0),
                 HasSubstr(R"("savesSize":1024,"installed":true,"folder":"C:\\Levels\\LEVEL_0012"})"));
     EXPECT_THAT(Plain({"levels"}).lines.at(1), "0012 * Éclair \"blue\", A. Uthor (2.0 Mb + 1 Kb, CD 3)");

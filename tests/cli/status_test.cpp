@@ -17,7 +17,7 @@ TEST_F(Status, OfAnEmptyHomeIsBlank) {
     EXPECT_THAT(
         run.lines,
         ElementsAre(
-            R"({"event":"result","ok":true,"trle":"","archive":"","levels":0,"installed":0,"fullBackup":false,"backupValid":false})"));
+            R"({"event":"result","ok":true,"trle":"","archive":"","levels":0,"installed":0,"owner":"","fullBackup":false,"backupValid":false,"cutShort":null})"));
     EXPECT_FALSE(Exists(home / "Kelvash.prf"));
 }
 
@@ -30,7 +30,7 @@ TEST_F(Status, DoesNotMakeAMissingHome) {
         ElementsAre(
             R"({"event":"message","id":2901,"style":"critical","text":"The application's folder doesn't exist: )" +
                 home.string() + R"("})",
-            R"({"event":"result","ok":false,"trle":"","archive":"","levels":0,"installed":0,"fullBackup":false,"backupValid":false})"));
+            R"({"event":"result","ok":false,"trle":"","archive":"","levels":0,"installed":0,"owner":"","fullBackup":false,"backupValid":false,"cutShort":null})"));
     for (const char* command : {"levels", "profile", "save"})
         EXPECT_EQ(Json({command}).status, 1) << command;
     EXPECT_EQ(Json({"install", "1"}).status, 1);
@@ -46,7 +46,7 @@ TEST_F(Status, TellsOfAnArchiveThatIsGone) {
         run.lines,
         ElementsAre(
             R"({"event":"message","id":288,"style":"critical","text":"Last archive not found: C:\\Kelvash\\LevelArchive.kva"})",
-            R"({"event":"result","ok":false,"trle":"C:\\trle","archive":"C:\\Kelvash\\LevelArchive.kva","levels":0,"installed":0,"fullBackup":true,"backupValid":true})"));
+            R"({"event":"result","ok":false,"trle":"C:\\trle","archive":"C:\\Kelvash\\LevelArchive.kva","levels":0,"installed":0,"owner":"","fullBackup":true,"backupValid":true,"cutShort":null})"));
 }
 
 TEST_F(Status, TellsOfAnArchiveThatCannotBeRead) {
@@ -67,7 +67,7 @@ TEST_F(Status, OfAnArchiveThatEndsEarlyCountsWhatIsThere) {
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(
         run.lines.at(0),
-        R"({"event":"result","ok":true,"trle":"C:\\trle","archive":"C:\\Kelvash\\LevelArchive.kva","levels":1,"installed":0,"fullBackup":true,"backupValid":true})");
+        R"({"event":"result","ok":true,"trle":"C:\\trle","archive":"C:\\Kelvash\\LevelArchive.kva","levels":1,"installed":0,"owner":"","fullBackup":true,"backupValid":true,"cutShort":null})");
 }
 
 TEST_F(Status, AsksForALevelFolderThatHasMoved) {

@@ -8,6 +8,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
@@ -47,7 +48,7 @@ TEST_F(Sandbox, IsAHomeThatAsksNothing) {
     EXPECT_THAT(
         InSandbox({"status"}).lines,
         ElementsAre(
-            R"({"event":"result","ok":true,"trle":"C:\\Program Files\\Core Design\\trle","archive":"C:\\Kelvash\\LevelArchive.kva","levels":5,"installed":0,"fullBackup":true,"backupValid":true})"));
+            R"({"event":"result","ok":true,"trle":"C:\\Program Files\\Core Design\\trle","archive":"C:\\Kelvash\\LevelArchive.kva","levels":5,"installed":0,"owner":"","fullBackup":true,"backupValid":true,"cutShort":null})"));
     EXPECT_THAT(InSandbox({"save"}).lines,
                 ElementsAre(R"({"event":"result","ok":true,"archive":"C:\\Kelvash\\LevelArchive.kva"})"));
     EXPECT_FALSE(Exists(root / "data")) << "the sandbox is not to be registered anywhere";
@@ -74,7 +75,7 @@ TEST_F(Sandbox, GivesPathsThatOtherRunsUnderstand) {
         {"--drive", "C=" + drive.string(), "--json", "--home", "C:\\second\\drive_c\\Kelvash", "status"});
     EXPECT_EQ(
         status.lines.at(0),
-        R"({"event":"result","ok":true,"trle":"C:\\second\\drive_c\\Program Files\\Core Design\\trle","archive":"C:\\second\\drive_c\\Kelvash\\LevelArchive.kva","levels":5,"installed":0,"fullBackup":true,"backupValid":true})");
+        R"({"event":"result","ok":true,"trle":"C:\\second\\drive_c\\Program Files\\Core Design\\trle","archive":"C:\\second\\drive_c\\Kelvash\\LevelArchive.kva","levels":5,"installed":0,"owner":"","fullBackup":true,"backupValid":true,"cutShort":null})");
     EXPECT_THAT(Bare({"--json", "demo", (root / "third").string()}).lines.back(),
                 HasSubstr(R"("home":"Z:\\)"));
 }
@@ -209,6 +210,14 @@ TEST_F(Sandbox, PlayTellsOfAGameThatIsGone) {
             R"({"event":"result","ok":false,"installed":1})"));
 }
 
+TEST_F(Sandbox, StatusNamesTheFolderOfTheLevelThatIsIn) {
+    ASSERT_EQ(Install("3").status, 0);
+    EXPECT_THAT(InSandbox({"status"}).lines.at(0),
+                HasSubstr(R"("installed":3,"owner":"C:\\Levels\\LEVEL_0003","fullBackup":true)"));
+    EXPECT_THAT(Bare({"--home", (root / "demo" / "drive_c" / "Kelvash").string(), "status"}).lines,
+                testing::Contains("Folder of the level in TRLE: C:\\Levels\\LEVEL_0003"));
+}
+
 TEST_F(Sandbox, TheFastRestoreTakesTheLevelOut) {
     const std::string script = BytesOf(trle / "script.dat");
     ASSERT_EQ(Install("1").status, 0);
@@ -235,10 +244,17 @@ TEST_F(Sandbox, TheFullRestoreMendsADamagedFolder) {
     EXPECT_THAT(
         run.lines,
         ElementsAre(
+            R"({"event":"progress","caption":"Removing files of previous custom level"})",
+            R"({"event":"progress","caption":"Restoring files changed by previous custom level"})",
+            StartsWith(
+                R"({"event":"message","id":3014,"style":"exclamation","text":"Files of the TRLE folder that the backup doesn't hold made way: 1.\r\nThey have been kept in: C:\\Kelvash\\kept_files\\)"),
             R"({"event":"message","id":468,"style":"plain","text":"Restored original Tomb Raider Level Editor configuration"})",
             R"({"event":"result","ok":true,"installed":0})"));
     EXPECT_EQ(BytesOf(trle / "script.dat"), script);
     EXPECT_FALSE(Exists(trle / "stray.txt"));
+    const fs::path kept = root / "demo" / "drive_c" / "Kelvash" / "kept_files";
+    ASSERT_TRUE(Exists(kept));
+    EXPECT_EQ(BytesOf(fs::directory_iterator(kept)->path() / "stray.txt"), "x");
     EXPECT_FALSE(Exists(trle / "data" / "quarry.tr4"));
     EXPECT_FALSE(Exists(trle / "audio" / "107.wav"));
 }

@@ -109,7 +109,7 @@ TEST_F(Usage, GlobalOptionsMayFollowTheCommand) {
     EXPECT_THAT(
         run.lines,
         ElementsAre(
-            R"({"event":"result","ok":true,"trle":"C:\\trle","archive":"C:\\Kelvash\\LevelArchive.kva","levels":1,"installed":0,"fullBackup":true,"backupValid":true})"));
+            R"({"event":"result","ok":true,"trle":"C:\\trle","archive":"C:\\Kelvash\\LevelArchive.kva","levels":1,"installed":0,"owner":"","fullBackup":true,"backupValid":true,"cutShort":null})"));
 }
 
 TEST_F(Usage, TheHomeMayBeADosPath) {

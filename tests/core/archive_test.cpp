@@ -352,7 +352,7 @@ TEST_F(ArchiveTest, TakesTheLoadedOnesPlace) {
 TEST_F(ArchiveTest, SelectsTheLevelThatIsInTrle) {
     MakeOther("C:\\Levels", "C:\\Levels", 0, 3);
     profile.TrleFolder = "C:\\trle";
-    MakeFile(drive / "trle" / "Kelvash.txt", "#LEVEL_CODE=0010#\r\n");
+    MakeFile(drive / "trle" / "Kelvash.txt", "#LEVEL_CODE=0010#\r\n#LEVEL_NAME=Other 2#\r\n");
     EXPECT_TRUE(LoadArchive(kOther));
     EXPECT_EQ(SelectedLevel(), 10);
     EXPECT_EQ(level_list.Items[static_cast<std::size_t>(level_list.Selected)].Text, "Other 2 (*)");

@@ -19,8 +19,9 @@ class LevelListTest : public test::CoreHome {
         AddRecord(2, "  Apple ");
         AddRecord(9, "mango");
     }
-    void PutInTrle(const std::string& code) {
-        test::MakeFile(drive / "trle" / "Kelvash.txt", "#LEVEL_CODE=" + code + "#\r\n");
+    void PutInTrle(const std::string& code, const std::string& name) {
+        test::MakeFile(drive / "trle" / "Kelvash.txt",
+                       "#LEVEL_CODE=" + code + "#\r\n#LEVEL_NAME=" + name + "#\r\n");
     }
     static std::vector<std::string> Texts() {
         std::vector<std::string> texts;
@@ -31,7 +32,7 @@ class LevelListTest : public test::CoreHome {
 };
 
 TEST_F(LevelListTest, IsSortedByTextWithoutRegardToCase) {
-    PutInTrle("0004");
+    PutInTrle("0004", "zebra");
     RefreshLevelList();
     EXPECT_THAT(Texts(), ElementsAre("- TRLE: Original configuration -", "Apple", "mango", "zebra (*)"));
     EXPECT_EQ(level_list.Items[1].Code, 2);
@@ -114,7 +115,7 @@ class LevelSearch : public LevelListTest {
   protected:
     LevelSearch() {
         AddRecord(11, "Ünderground mango");
-        PutInTrle("0009");
+        PutInTrle("0009", "mango");
         RefreshLevelList(); // configuration, Apple, mango (*), zebra, Ünderground mango
     }
 };

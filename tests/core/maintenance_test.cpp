@@ -94,6 +94,7 @@ TEST_F(Maintenance, WhatCannotBeRemovedIsTold) {
 }
 
 TEST_F(Maintenance, ALevelThatIsInTrleIsTakenOutFirst) {
+    user.MayBeTold("Files of the TRLE folder that the backup doesn't hold made way: 1.");
     AddSized(1, "In");
     test::MakeFile(trle / "Kelvash.txt",
                    "#LEVEL_CODE=1#\r\n#LEVEL_NAME=In#\r\n#OVERWROTEN_FILES=#\r\n"

@@ -269,7 +269,11 @@ TEST_F(StartUpTest, RestoresFullyAfterAnUpgradeOnAYes) {
     StartUp("");
     EXPECT_FALSE(Exists(trle / "foreign.dat"));
     EXPECT_EQ(BytesOf(trle / "script.dat"), "original script.dat");
-    EXPECT_THAT(user.Told(), ElementsAre("plain: Restored original Tomb Raider Level Editor configuration"));
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre(StartsWith("exclamation: Files of the TRLE folder that the backup doesn't hold made "
+                               "way: 2.\r\nThey have been kept in: C:\\Kelvash\\kept_files\\"),
+                    "plain: Restored original Tomb Raider Level Editor configuration"));
     const std::vector<std::string>& shown = user.Shown();
     const auto first = std::find(shown.begin(), shown.end(), "Removing files of old level from TRLE folder");
     ASSERT_NE(first, shown.end());

@@ -79,6 +79,9 @@ TEST(PlainName, IsWhatZipNamesAreMadeOf) {
     EXPECT_EQ(ZipNameParts("dir./x ."), (std::vector<std::string>{"dir", "x"}));
     EXPECT_FALSE(ZipNameParts("a/COM\u00B2.txt"));
     EXPECT_FALSE(ZipNameParts("a/" + std::string(256, 'n')));
+    EXPECT_TRUE(IsZipNameTooLong("a/" + std::string(256, 'n')));
+    for (const std::string& name : {"a/" + std::string(255, 'n'), std::string("../a"), std::string("/a")})
+        EXPECT_FALSE(IsZipNameTooLong(name)) << name;
 }
 
 using PathOfTheSystem = test::FoundationHome;

@@ -63,6 +63,7 @@ TEST_F(DialogRestore, FullMakesTheFolderOriginalWithItsOwnLabelAndBar) {
     MakeFile(trle / "stray.dat", "left by a setup program");
     ui::Dialog_Restore form(forms, nullptr);
     form.show();
+    robot.WillPress("Files of the TRLE folder that the backup doesn't hold made way: 1.", "OK");
     robot.WillPress("Restored original Tomb Raider Level Editor configuration", "OK");
     Press(&form, "Pul_Full");
     EXPECT_FALSE(form.isVisible());

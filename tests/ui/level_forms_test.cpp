@@ -335,13 +335,23 @@ TEST_F(StopButton, StopsAJobThatHeedsIt) {
     EXPECT_TRUE(TheUser().StopRequested());
 }
 
-TEST_F(StopButton, IsNotThereForOtherJobsAndForgottenAfterwards) {
+TEST_F(StopButton, IsNotThereForOtherJobsWhichCannotBeClosed) {
+    forms.SetPatience(0);
+    const ProgressDialog job(BarPlace::ProgressDialog, "A job");
+    auto* const window = qobject_cast<ui::Dialog_Progress*>(QApplication::activeModalWidget());
+    ASSERT_NE(window, nullptr);
+    EXPECT_FALSE(window->Pul_Stop->isVisible());
+    EXPECT_FALSE(window->close());
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_FALSE(TheUser().StopRequested());
+}
+
+TEST_F(StopButton, IsPressedByClosingAndForgottenAfterwards) {
     forms.SetPatience(0);
     {
-        const ProgressDialog job(BarPlace::ProgressDialog, "A job");
+        const ProgressDialog job(BarPlace::StoppableDialog, "A long job");
         auto* const window = qobject_cast<ui::Dialog_Progress*>(QApplication::activeModalWidget());
         ASSERT_NE(window, nullptr);
-        EXPECT_FALSE(window->Pul_Stop->isVisible());
         window->close();
         EXPECT_TRUE(TheUser().StopRequested());
     }

@@ -21,9 +21,10 @@ namespace fs = std::filesystem;
 
 class PrincipaleCommands : public PrincipaleHome {
   protected:
-    // Puts the stand-in for the game where the game is; it runs for this long.
+    // Puts the stand-in for the game where the game and its original are; it runs for this long.
     void PutGame(const char* milliseconds) {
-        fs::copy_file(KELVASH_GAME_STANDIN, trle / "tomb4.exe", fs::copy_options::overwrite_existing);
+        for (const fs::path& folder : {trle, backup})
+            fs::copy_file(KELVASH_GAME_STANDIN, folder / "tomb4.exe", fs::copy_options::overwrite_existing);
         SetEnvironment("KELVASH_GAME_MS", milliseconds);
     }
 };
@@ -78,6 +79,7 @@ TEST_F(PrincipaleCommands, EnterInTheListPlays) {
 TEST_F(PrincipaleCommands, AGameThatDoesntStartIsTold) {
     fs::remove(trle / "tomb4.exe");
     core::SelectLevel(2);
+    robot.WillPress("Is the backup of original files in C:\\Kelvash\\backup_trle that of", "Yes");
     robot.WillPress("Error attempting to launch program tomb4.exe", "OK");
     Press(&form, "Pul_Play");
     EXPECT_TRUE(form.centralWidget()->isEnabled());
@@ -87,7 +89,7 @@ TEST_F(PrincipaleCommands, AGameThatDoesntStartIsTold) {
 TEST_F(PrincipaleCommands, AVanishedTrleFolderLeavesTheWindowUsable) {
     fs::remove_all(trle);
     core::SelectLevel(2);
-    robot.WillPress("Error: I can't overwrite (or create) file: C:\\trle\\Kelvash.txt", "OK");
+    robot.WillPress("The TRLE folder can't be read now. Nothing has been changed: C:\\trle", "OK");
     robot.WillPress("Error while installing files to play new level", "OK");
     Press(&form, "Pul_Play");
     EXPECT_TRUE(form.centralWidget()->isEnabled());
@@ -182,7 +184,7 @@ TEST_F(PrincipaleCommands, ACancelledNewWithoutAFormerFileLeavesNoneOpen) {
 
 TEST_F(PrincipaleCommands, TheMarkFollowsANewTrleFolder) {
     fs::copy(trle, drive / "other", fs::copy_options::recursive);
-    MakeFile(drive / "other/Kelvash.txt", "#LEVEL_CODE=0002#\r\n");
+    MakeFile(drive / "other/Kelvash.txt", "#LEVEL_CODE=0002#\r\n#LEVEL_NAME=Alpha#\r\n");
     robot.WillPress("Dialog_Settings", "Pul_SfogliaPathTrle");
     robot.Will("Select Tomb Raider Level Editor path (trle)", [](QWidget* window) {
         window->findChild<QLineEdit*>(QStringLiteral("Text_PathDir"))->setText(QStringLiteral("C:\\other"));

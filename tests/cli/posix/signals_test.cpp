@@ -41,10 +41,14 @@ TEST_F(Signals, EndACommandThatWaitsAndLeaveTheLevelIn) {
             "rm -f out\n"
             "$cli play 3 >out &\n"
             "for i in $(seq 200); do pgrep -P $! >/dev/null && break; sleep 0.05; done\n"
+            "game=$(pgrep -P $!)\n"
             "sleep 0.2; kill -" +
             std::string(signal) +
             " $!\n"
-            "wait $!\n";
+            "wait $!; status=$?\n"
+            "kill $game\n" // it plays on, and would keep the next round out
+            "for i in $(seq 200); do readlink /proc/$game/exe >/dev/null || break; sleep 0.05; done\n"
+            "exit $status\n";
         EXPECT_EQ(Shell(script), 130) << signal;
         EXPECT_THAT(BytesOf(root / "out"), HasSubstr(R"({"event":"result","ok":true,"installed":3})"));
         EXPECT_THAT(Marker(), HasSubstr("#LEVEL_CODE=0003#"));

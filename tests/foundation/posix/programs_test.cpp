@@ -261,17 +261,17 @@ class PosixStrangers : public PosixPrograms {
   protected:
     PosixStrangers() {
         MakeScript(root / "bin" / "xdg-open", "echo \"$1\" >> " + (root / "opened").string() + "\n");
-        MakeScript(root / "bin" / "wine", "echo \"$1\" >> " + (root / "run").string() + "\n");
+        MakeScript(root / "bin" / "wine", "echo \"$1\" >> " + (root / "has_run").string() + "\n");
         UseOwnPath();
     }
     std::string Opened() const { return Exists(root / "opened") ? BytesOf(root / "opened") : std::string(); }
-    bool Ran() const { return Exists(root / "run"); }
+    bool Ran() const { return Exists(root / "has_run"); }
     test::ScriptedUser user;
 };
 
 TEST_F(PosixStrangers, ADocumentIsNeverRunForItsBytesOrRights) {
     MakeFile(drive / "readme.txt", "MZ\x90 is how programs begin");
-    MakeScript(drive / "note.txt", "touch " + (root / "run").string() + "\n");
+    MakeScript(drive / "note.txt", "touch " + (root / "has_run").string() + "\n");
     EXPECT_TRUE(OpenDocument("C:\\readme.txt", "open", Window::Normal, ""));
     EXPECT_TRUE(OpenDocument("C:\\note.txt", "open", Window::Normal, ""));
     EXPECT_EQ(Opened(), (drive / "readme.txt").string() + "\n" + (drive / "note.txt").string() + "\n");
@@ -289,7 +289,7 @@ TEST_F(PosixStrangers, APlainDocumentIsOpenedUnasked) {
 TEST_F(PosixStrangers, AProgramIsAskedAboutWithItsWholePath) {
     MakeFile(drive / "setup.exe", "MZ");
     MakeFile(drive / "readme.txt", "MZ");
-    MakeScript(drive / "play", "touch " + (root / "run").string() + "\n");
+    MakeScript(drive / "play", "touch " + (root / "has_run").string() + "\n");
     for (const char* path : {"C:\\setup.exe", "C:\\readme.txt", "C:\\play"}) {
         user.WillAnswer("begins as a program does:\r\n" + std::string(path) + "\r\n", "no");
         EXPECT_EQ(OpenStrangersFile(path), Opening::NotWanted);
@@ -326,7 +326,7 @@ TEST_F(PosixStrangers, AnAddressIsShownBeforeItIsOpened) {
 }
 
 TEST_F(PosixStrangers, WhatIsNoAddressIsTold) {
-    MakeScript(drive / "evil", "touch " + (root / "run").string() + "\n");
+    MakeScript(drive / "evil", "touch " + (root / "has_run").string() + "\n");
     for (const std::string& text :
          {(drive / "evil").string(), std::string("C:\\evil"), std::string("file:///etc/passwd"),
           std::string("mailto:a@b.c?attach=/etc/passwd")}) {
