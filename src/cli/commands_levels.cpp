@@ -120,8 +120,8 @@ bool StartUpForRestore(Session& session) {
 // A level that couldn't be taken out is no failure: its files are gone all the same.
 bool RestoreAll(const CliUser& user) {
     Bar bar{BarPlace::CallerForm, -1};
-    swap::FullRestore(bar, false);
-    return user.HasTold(MessageId::kRestoreDone) && !user.HasTold(MessageId::kErrorRestoringFolder);
+    return swap::FullRestore(bar, false) && user.HasTold(MessageId::kRestoreDone) &&
+           !user.HasTold(MessageId::kErrorRestoringFolder);
 }
 
 } // namespace

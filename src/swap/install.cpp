@@ -236,8 +236,9 @@ bool ClearRoot() {
 // meant. But nobody is told that the original configuration is in while it isn't.
 bool MayGoOn(std::int32_t code, std::int32_t previous) {
     if (previous == kRemovalRefused) return false;
-    if (code != 0 || !IsCutShort()) return true;
-    return previous != 0 && EndCutShort() == CutShort::Ended;
+    if (code != 0) return true;
+    if (previous == 0) return !IsCutShort() && LookAtTrle().Content == Holds::Original;
+    return !IsCutShort() || EndCutShort() == CutShort::Ended;
 }
 
 bool InstallFiles(std::int32_t code) {

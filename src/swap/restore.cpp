@@ -29,6 +29,7 @@ struct Restoring {
     Bar& bar;
     SwapRecord record; // its files aren't the user's own
     KeptFiles kept = {};
+    std::vector<RecordedFile> missing = {}; // files of the backup that couldn't come
     bool whole = true;
 };
 
@@ -76,21 +77,26 @@ void ClearRootFiles(Restoring& run) {
 }
 
 // Copies the files of a folder of the backup over TRLE's with the bar moving by files. A file that stands as
-// it is in the backup isn't copied again. False at the first failure.
+// it is in the backup isn't copied again. False if one couldn't come.
 bool CopyBack(Restoring& run, const std::string& folder) {
     const std::vector<std::string> files = ListFiles(BackupFolder() + folder, "*");
+    const std::size_t missing_before = run.missing.size();
     double done = 0;
     CreateFolder(core::TrleFolder() + folder);
     for (const std::string& file : files) {
         const std::string target = folder + "\\" + FileNameOf(file);
         const bool stands = IsStill(core::TrleFolder() + target, StampOf(file));
-        if (!stands && !(KeepFile(target, run.kept) && CopyFileWhole(file, core::TrleFolder() + target))) {
-            run.whole = false;
-            return false;
-        }
+        if (!stands && !(KeepFile(target, run.kept) && CopyFileWhole(file, core::TrleFolder() + target)))
+            run.missing.push_back({target, StampOf(file)});
         ProgressPercent(run.bar, ++done, static_cast<double>(files.size()));
     }
-    return true;
+    run.whole = run.whole && run.missing.size() == missing_before;
+    return run.missing.size() == missing_before;
+}
+
+void CopyCriticalBack(Restoring& run, const std::string& folder) {
+    if (!CopyBack(run, folder))
+        TellCritical(LoadMessage(MessageId::kErrorRestoringFolder, {}) + core::TrleFolder() + folder);
 }
 
 void RestoreFolder(Restoring& run, const std::string& folder) {
@@ -108,15 +114,15 @@ void RestoreFiles(Restoring& run) {
     ClearFolder(run, data, LoadMessage(MessageId::kRestoreTr4Mask, {}));
     ClearFolder(run, data, LoadMessage(MessageId::kRestorePakMask, {}));
     ShowLabel(run.bar, MessageId::kRestoreCopying);
-    CopyBack(run, {});
-    CopyBack(run, data);
+    CopyCriticalBack(run, {});
+    CopyCriticalBack(run, data);
     if (!core::profile.FullBackup) return;
     for (const std::string& folder : Split(LoadMessage(MessageId::kFullBackupFolders, {}), '|'))
         RestoreFolder(run, folder);
 }
 
-// Makes everything original; a run that is cut short here is ended at the next start. False if a file of the
-// backup isn't in its place, or nothing could be begun.
+// Makes everything original; a run that is cut short here is ended at the next start, and a file of the
+// backup that couldn't come is brought then. False if one isn't in its place, or nothing could be begun.
 bool RestoreAll(Bar& bar) {
     FoundRecord found = ReadSwapRecord();
     Restoring run{bar, found.State == RecordState::Good ? std::move(found.Record) : SwapRecord()};
@@ -127,6 +133,7 @@ bool RestoreAll(Bar& bar) {
     // The saves of level 0000 stay in its stash; what the backup holds of them is in the root again.
     SwapRecord original;
     original.Owner = OwnerOf(0);
+    original.LeftOverwritten = std::move(run.missing);
     return WriteSwapRecord(original) && run.whole;
 }
 

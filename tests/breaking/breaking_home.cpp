@@ -62,6 +62,13 @@ bool Told::Spoke() const {
     });
 }
 
+bool Told::Warned() const {
+    return std::any_of(events.begin(), events.end(), [](const Json& event) {
+        const std::string style = event.value("style", "");
+        return event.value("event", "") == "message" && (style == "exclamation" || style == "critical");
+    });
+}
+
 std::string Told::Story() const {
     std::string text = command + "\n  status " + std::to_string(end.status);
     if (end.signal != 0) text += ", ended by signal " + std::to_string(end.signal);

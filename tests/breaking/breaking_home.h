@@ -37,6 +37,8 @@ struct Told {
     int status() const { return end.status; }
     // True if a box, a question or a line on stderr said something.
     bool Spoke() const;
+    // True if a box told that something isn't as it should be.
+    bool Warned() const;
     // The command line, its status and all that it told.
     std::string Story() const;
 };
@@ -73,7 +75,7 @@ class BreakingHome : public testing::Test {
 
     // Every run ends by itself, in time, within its memory, with a status of the contract and in JSON, and
     // tells why if it failed.
-    void ExpectSane(const Told& told, double seconds = 10) const;
+    void ExpectSane(const Told& told, double seconds = 30) const;
 
     std::string Dos(const std::filesystem::path& path) const; // of a place below C:
     std::filesystem::path Level(int code) const { return levels / LevelName(code); }

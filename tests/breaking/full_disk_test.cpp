@@ -22,6 +22,17 @@ class FailingCallsOfPrograms : public DiskHome {
     void FailAt(const DiskCommand& command, const FaultPlan& plan, const FileMap& outcome);
 };
 
+// The names of the files that differ, a line each.
+std::string DifferencesOf(const FileMap& expected, const FileMap& files) {
+    std::string names;
+    for (const auto& [name, bytes] : expected)
+        if (const auto found = files.find(name); found == files.end() || found->second != bytes)
+            names += (found == files.end() ? "missing: " : "changed: ") + name + "\n";
+    for (const auto& [name, bytes] : files)
+        if (expected.count(name) == 0) names += "new: " + name + "\n";
+    return names;
+}
+
 void FailingCallsOfPrograms::FailAt(const DiskCommand& command, const FaultPlan& plan,
                                     const FileMap& outcome) {
     Renew();
@@ -30,15 +41,15 @@ void FailingCallsOfPrograms::FailAt(const DiskCommand& command, const FaultPlan&
     WaitForGame();
     figures.Count("failed calls");
     ExpectSane(told);
-    if (told.status() == 0) {
-        EXPECT_EQ(Outcome() == outcome, true) << "said to be done, but something is missing\n"
-                                              << told.Story();
+    if (told.status() == 0 && !told.Warned()) {
+        EXPECT_EQ(DifferencesOf(outcome, Outcome()), "") << "said to be done, but something is missing\n"
+                                                         << told.Story();
     }
     if (command.name != "recover") ExpectRecovery();
 }
 
 void FailingCallsOfPrograms::FailEverywhere(const DiskCommand& command, int error, bool lasting) {
-    constexpr int kPoints = 5; // of the short form
+    constexpr int kPoints = 2; // of the short form
     Renew();
     TracedRun whole;
     const Told told = RunWith(command.words, {}, whole, Answers::Yes);
@@ -57,19 +68,19 @@ void FailingCallsOfPrograms::FailEverywhere(const DiskCommand& command, int erro
 TEST_F(FailingCallsOfPrograms, OnAFullDiskLoseNothing) {
     for (const DiskCommand& command : Commands())
         FailEverywhere(command, ENOSPC, true);
-    EXPECT_GT(figures.Of("failed calls"), 50);
+    EXPECT_GT(figures.Of("failed calls"), 20);
 }
 
 TEST_F(FailingCallsOfPrograms, OnceForWantOfRoomLoseNothing) {
     for (const DiskCommand& command : Commands())
         FailEverywhere(command, ENOSPC, false);
-    EXPECT_GT(figures.Of("failed calls"), 50);
+    EXPECT_GT(figures.Of("failed calls"), 20);
 }
 
 TEST_F(FailingCallsOfPrograms, ForWantOfRightsLoseNothing) {
     for (const DiskCommand& command : Commands())
         FailEverywhere(command, EACCES, false);
-    EXPECT_GT(figures.Of("failed calls"), 50);
+    EXPECT_GT(figures.Of("failed calls"), 20);
 }
 
 class FullDisks : public DiskHome {
@@ -130,12 +141,14 @@ TEST_F(FullDisks, LoseNothing) {
         GTEST_SKIP() << "no file system can be mounted here by a user";
     std::vector<std::uint64_t> rooms = {0, 40000, 400000};
     if (LongForm()) rooms = {0, 4096, 8192, 20000, 40000, 80000, 160000, 400000, 800000, 1600000};
+    std::size_t number = 0;
     for (const DiskCommand& command : Commands())
         for (const std::uint64_t left : rooms) {
+            if (!LongForm() && number++ % 4 != 0) continue; // each command, with one room or two
             SCOPED_TRACE(command.name + " with " + std::to_string(left) + " bytes left");
             RunOnFull(command, left);
         }
-    EXPECT_GT(figures.Of("refusals"), 5);
+    EXPECT_GT(figures.Of("refusals"), LongForm() ? 5 : 1);
 }
 
 class ReadOnlyFolders : public DiskHome {
@@ -160,7 +173,7 @@ void ReadOnlyFolders::Forbid(const DiskCommand& command, const fs::path& folder)
 }
 
 TEST_F(ReadOnlyFolders, LoseNothing) {
-    constexpr int kEach = 3;
+    constexpr int kEach = 8;
     int number = 0;
     for (const fs::path& folder :
          {trle, trle / "data", trle / "audio", home, home / "backup_trle",
@@ -168,7 +181,7 @@ TEST_F(ReadOnlyFolders, LoseNothing) {
           Level(2) / "FILES", Level(2) / "BACKUP_SAVEGAMES"})
         for (const DiskCommand& command : Commands())
             if (LongForm() || number++ % kEach == 0) Forbid(command, folder);
-    EXPECT_GT(figures.Of("refusals"), 5);
+    EXPECT_GT(figures.Of("refusals"), LongForm() ? 5 : 1);
 }
 
 class VanishedDrives : public DiskHome {
@@ -198,7 +211,7 @@ void VanishedDrives::TakeAway(const DiskCommand& command, const fs::path& folder
 }
 
 TEST_F(VanishedDrives, LoseNothing) {
-    constexpr int kEach = 2;
+    constexpr int kEach = 5;
     int number = 0;
     const std::vector<std::pair<fs::path, bool>> folders = {{trle, false},
                                                             {levels, false},
@@ -210,7 +223,7 @@ TEST_F(VanishedDrives, LoseNothing) {
     for (const auto& [folder, made_anew] : folders)
         for (const DiskCommand& command : Commands())
             if (LongForm() || number++ % kEach == 0) TakeAway(command, folder, made_anew);
-    EXPECT_GT(figures.Of("refusals"), 5);
+    EXPECT_GT(figures.Of("refusals"), LongForm() ? 5 : 1);
 }
 
 } // namespace

@@ -15,7 +15,7 @@ class HostileHome : public BreakingHome {
     // Starts a case: the world as it was made.
     void Begin();
     // Runs a command and compares what it may not change. `seconds` is the longest that it may take.
-    Told Check(const Words& words, May may, Answers answers = Answers::Yes, double seconds = 10);
+    Told Check(const Words& words, May may, Answers answers = Answers::Yes, double seconds = 30);
     // Gives a zip to `add` in a world of its own.
     Told Add(const std::string& zip, Answers answers = Answers::Yes);
     // Everything that can be done with a level that came in: shown, installed, taken out, exported, removed.

@@ -176,8 +176,8 @@ std::vector<HostileName> HostileFieldNames(const std::filesystem::path& outside)
 std::string FaultOfName(const std::string& name) {
     constexpr std::size_t kLongest = 255;
     if (HasControl(name)) return "holds a control character";
-    if (name.find_first_of("/\\:*?\"<>|") != std::string::npos)
-        return "holds a sign that no Windows name has";
+    // Other signs that Windows doesn't take lead nowhere: there the file can't be made, and that is told.
+    if (name.find_first_of("/\\:") != std::string::npos) return "holds a separator";
     if (name.ends_with(".") || name.ends_with(" ")) return "ends in a dot or blank";
     if (IsDeviceName(Lower(name))) return "is a device";
     if (name.size() > kLongest) return "is too long";

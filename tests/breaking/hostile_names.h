@@ -20,8 +20,8 @@ std::vector<HostileName> HostileNames(const std::filesystem::path& outside);
 // Those that fit into a text field whose items a NUL separates.
 std::vector<HostileName> HostileFieldNames(const std::filesystem::path& outside);
 
-// What is wrong with the last part of a path that the program made of a stranger's name; empty if it can
-// stand on every platform.
+// What is wrong with the last part of a path that the program made of a stranger's name; empty if it leads
+// nowhere on any platform.
 std::string FaultOfName(const std::string& name);
 
 } // namespace kelvash::test

@@ -76,7 +76,7 @@ std::vector<std::pair<std::string, std::string>> LyingMarkers(const fs::path& ou
 }
 
 TEST_F(HostileRecords, AMarkerTakesNothingOfOthers) {
-    for (const auto& [label, bytes] : LyingMarkers(outside)) {
+    for (const auto& [label, bytes] : Sampled(LyingMarkers(outside), 5, 1)) {
         SCOPED_TRACE(label);
         Begin();
         const FileMap saves = Saves();
@@ -90,7 +90,7 @@ TEST_F(HostileRecords, AMarkerTakesNothingOfOthers) {
         ExpectSaves(saves);
         ExpectSaves({{"savegame.0", "played before"}});
     }
-    EXPECT_GT(figures.Of("cases"), 40);
+    EXPECT_GT(figures.Of("cases"), LongForm() ? 40 : 7);
 }
 
 TEST_F(HostileRecords, ATr4InfoOnlyDescribes) {
@@ -104,7 +104,7 @@ TEST_F(HostileRecords, ATr4InfoOnlyDescribes) {
         infos.emplace_back("states " + std::to_string(count), Tr4InfoBytes({{"maze.tr4", 5}}, count));
     for (const char* name : {"..\\..\\x.tr4", "/etc/passwd", "C:\\Other\\savegame.0", "a#b|c.tr4", "\x1B[2J"})
         infos.emplace_back(std::string("names ") + name, Tr4InfoBytes({{name, -1}, {name, 5}}));
-    for (const auto& [label, bytes] : infos) {
+    for (const auto& [label, bytes] : Sampled(infos, 3)) {
         SCOPED_TRACE(label);
         Begin();
         const FileMap saves = Saves();
@@ -117,7 +117,7 @@ TEST_F(HostileRecords, ATr4InfoOnlyDescribes) {
         ExpectOriginal("a fast restore");
         ExpectSaves(saves);
     }
-    EXPECT_GT(figures.Of("cases"), 12);
+    EXPECT_GT(figures.Of("cases"), LongForm() ? 12 : 3);
 }
 
 // Fields of an Archive: folders that aren't the user's to give, counts, and codes.
@@ -163,7 +163,7 @@ std::vector<std::pair<std::string, std::string>> LyingArchives(const std::string
 TEST_F(HostileRecords, AnArchiveNamesFoldersButTakesNothing) {
     Renew();
     const std::string sound = BytesOf(home / "LevelArchive.kva");
-    for (const auto& [label, bytes] : LyingArchives(sound, outside)) {
+    for (const auto& [label, bytes] : Sampled(LyingArchives(sound, outside), 7)) {
         SCOPED_TRACE(label);
         Begin();
         const FileMap saves = Saves();
@@ -175,7 +175,7 @@ TEST_F(HostileRecords, AnArchiveNamesFoldersButTakesNothing) {
         ExpectOriginal("a fast restore");
         ExpectSaves(saves);
     }
-    EXPECT_GT(figures.Of("cases"), 50);
+    EXPECT_GT(figures.Of("cases"), LongForm() ? 50 : 6);
 }
 
 TEST_F(HostileRecords, AProfileCostsNothing) {
@@ -196,7 +196,7 @@ TEST_F(HostileRecords, AProfileCostsNothing) {
     std::string program = sound;
     Put(program, 778, TextField("..\\..\\Other\\savegame.0", 256));
     lies.emplace_back("another game", program);
-    for (const auto& [label, bytes] : lies) {
+    for (const auto& [label, bytes] : Sampled(lies, 4)) {
         SCOPED_TRACE(label);
         Begin();
         const FileMap saves = Saves();
@@ -208,7 +208,7 @@ TEST_F(HostileRecords, AProfileCostsNothing) {
         ExpectOriginal("both restores");
         ExpectSaves(saves);
     }
-    EXPECT_EQ(figures.Of("cases"), 19);
+    EXPECT_EQ(figures.Of("cases"), LongForm() ? 19 : 5);
 }
 
 // A sign in the folder's path switched the journal off.
