@@ -163,7 +163,8 @@ void ReadOnlyFolders::Forbid(const DiskCommand& command, const fs::path& folder)
     ProgramStart start = Command(command.words, Answers::Yes);
     start.prepare = [] { return ObeyPermissions(); };
     const ProgramEnd end = RunProgram(start);
-    fs::permissions(folder, fs::perms::owner_all);
+    std::error_code gone; // a move may take an empty folder with it
+    fs::permissions(folder, fs::perms::owner_all, gone);
     const Told told = Tell(start, end);
     WaitForGame();
     ExpectSane(told);
