@@ -66,21 +66,21 @@ void FailingCallsOfPrograms::FailEverywhere(const DiskCommand& command, int erro
 }
 
 TEST_F(FailingCallsOfPrograms, OnAFullDiskLoseNothing) {
-    for (const DiskCommand& command : Commands())
+    for (const DiskCommand& command : Sampled(Commands(), 2, 0))
         FailEverywhere(command, ENOSPC, true);
-    EXPECT_GT(figures.Of("failed calls"), 20);
+    EXPECT_GT(figures.Of("failed calls"), 10);
 }
 
 TEST_F(FailingCallsOfPrograms, OnceForWantOfRoomLoseNothing) {
-    for (const DiskCommand& command : Commands())
+    for (const DiskCommand& command : Sampled(Commands(), 2, 1))
         FailEverywhere(command, ENOSPC, false);
-    EXPECT_GT(figures.Of("failed calls"), 20);
+    EXPECT_GT(figures.Of("failed calls"), 10);
 }
 
 TEST_F(FailingCallsOfPrograms, ForWantOfRightsLoseNothing) {
-    for (const DiskCommand& command : Commands())
+    for (const DiskCommand& command : Sampled(Commands(), 2, 0))
         FailEverywhere(command, EACCES, false);
-    EXPECT_GT(figures.Of("failed calls"), 20);
+    EXPECT_GT(figures.Of("failed calls"), 10);
 }
 
 class FullDisks : public DiskHome {
@@ -163,7 +163,8 @@ void ReadOnlyFolders::Forbid(const DiskCommand& command, const fs::path& folder)
     ProgramStart start = Command(command.words, Answers::Yes);
     start.prepare = [] { return ObeyPermissions(); };
     const ProgramEnd end = RunProgram(start);
-    fs::permissions(folder, fs::perms::owner_all);
+    std::error_code gone; // a move may take an empty folder with it
+    fs::permissions(folder, fs::perms::owner_all, gone);
     const Told told = Tell(start, end);
     WaitForGame();
     ExpectSane(told);

@@ -21,8 +21,8 @@ class HostileConfig : public HostileHome {
         EXPECT_FALSE(Holds("outside secret.wav")) << "read from outside\n" << told.Story();
         EXPECT_FALSE(Holds("outside secret.txt")) << "read from outside\n" << told.Story();
         constexpr int kEach = 4;
-        if (const int code = CodeOf(told); code > 0 && (LongForm() || figures.Of("cases") % kEach == 0))
-            WalkRoad(code);
+        const bool walks = LongForm() || figures.Of("roads") == 0 || figures.Of("cases") % kEach == 0;
+        if (const int code = CodeOf(told); code > 0 && walks) WalkRoad(code);
         return told;
     }
     // In the short form each of the tests has other names, from the `first` on.
