@@ -9,6 +9,17 @@ namespace kelvash {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+// What doesn't exist yet keeps the case in which it was spelt.
+bool IsSameName(const fs::path& name, const fs::path& other) {
+    const std::u8string a = name.u8string();
+    const std::u8string b = other.u8string();
+    return EqualNoCase(std::string(a.begin(), a.end()), std::string(b.begin(), b.end()));
+}
+
+} // namespace
+
 fs::path PlaceOf(std::string_view path) {
     std::error_code error;
     const fs::path native = NativePath(path);
@@ -25,7 +36,8 @@ bool IsSamePlace(std::string_view path, std::string_view other) {
 bool LiesIn(std::string_view path, std::string_view folder) {
     const fs::path place = PlaceOf(path);
     const fs::path around = PlaceOf(folder);
-    return std::mismatch(around.begin(), around.end(), place.begin(), place.end()).first == around.end();
+    return std::mismatch(around.begin(), around.end(), place.begin(), place.end(), IsSameName).first ==
+           around.end();
 }
 
 } // namespace kelvash

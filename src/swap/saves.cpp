@@ -92,6 +92,7 @@ StashResult FillStash(const std::string& stash, const StashPlan& plan) {
 
 std::vector<RecordedFile> StampsOf(const std::vector<std::string>& files) {
     std::vector<RecordedFile> stamped;
+    stamped.reserve(files.size());
     for (const std::string& file : files)
         stamped.push_back({FileNameOf(file), StampOf(file)});
     return stamped;
