@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <memory>
+#include <sstream>
 #include <system_error>
 
 #include "foundation/drives.h"
@@ -33,9 +33,12 @@ std::string FirstLine(const fs::path& file) {
 }
 
 std::vector<std::string> WordsOf(const fs::path& process) {
-    std::ifstream stream(process / "cmdline", std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-    return Split(bytes, '\0');
+    // A process that ends between the opening and the reading is an error here, which must not become an
+    // exception.
+    const std::ifstream stream(process / "cmdline", std::ios::binary);
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    return Split(bytes.str(), '\0');
 }
 
 bool IsSame(const fs::path& a, const fs::path& b) {

@@ -91,8 +91,11 @@ TEST_F(Running, FindsAProgramUnderAnotherLoader) {
 
 TEST_F(Running, FindsAProgramThatWineIsStarting) {
     fs::copy_file("/bin/sh", drive / "wine");
-    Start(drive / "wine", drive / "trle", {"wine", "-c", "sleep 30 & wait", "C:\\trle\\TOMB4.EXE"});
-    EXPECT_EQ(FindProcessOf(game_), started_);
+    // A folder of its own: the path text means the same to every program that has such a drive.
+    fs::create_directories(drive / "wine_game");
+    fs::copy_file("/bin/sleep", drive / "wine_game" / "tomb4.exe");
+    Start(drive / "wine", drive / "other", {"wine", "-c", "sleep 30 & wait", "C:\\wine_game\\TOMB4.EXE"});
+    EXPECT_EQ(FindProcessOf("C:\\wine_game\\tomb4.exe"), started_);
 }
 
 TEST_F(Running, LeavesWineWithAnotherProgramAlone) {
