@@ -1,7 +1,7 @@
 # Debian packages that Kelvash needs, and their installation. Sourced by ./run and ./test.
 
 build_packages=(
-    cmake ninja-build g++ ccache pkg-config
+    cmake ninja-build g++ lld ccache pkg-config
     zlib1g-dev libdeflate-dev libturbojpeg0-dev libzip-dev libarchive-dev libxxhash-dev zip unzip
     libsdl2-dev libx11-dev libxtst-dev libxfixes-dev
     qt6-base-dev libgl-dev fonts-dejavu-core

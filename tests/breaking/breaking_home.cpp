@@ -8,6 +8,7 @@
 #include <sstream>
 #include <thread>
 
+#include "support/built.h"
 #include "support/linked_tree.h"
 #include "support/platform.h"
 
@@ -144,7 +145,7 @@ void BreakingHome::MakeDecoys() const {
 void BreakingHome::SetUp() {
     MakeDecoys();
     fs::remove_all(ground / "box");
-    const ProgramStart start = {KELVASH_CLI, {"--json", "demo", (ground / "box").string()}, {}, streams_};
+    const ProgramStart start = {Built("bin/kelvash-cli"), {"--json", "demo", (ground / "box").string()}, {}, streams_};
     const Told told = Tell(start, RunProgram(start));
     ASSERT_EQ(told.status(), 0) << told.Story();
     MakeFile(drive / "Other/savegame.0", "of another program");
@@ -168,7 +169,7 @@ void BreakingHome::Keep() {
 
 ProgramStart BreakingHome::Command(const Words& words, Answers answers, const std::string& stream) {
     ProgramStart start;
-    start.program = KELVASH_CLI;
+    start.program = Built("bin/kelvash-cli");
     start.folder = streams_ / stream;
     start.words = {"--home", home.string(), "--json"};
     if (answers == Answers::Yes) {
@@ -231,13 +232,13 @@ Told BreakingHome::Succeed(const Words& words, Answers answers) {
 }
 
 void BreakingHome::ExpectSane(const Told& told, double seconds) const {
-    constexpr std::int64_t kMostMemory = KELVASH_SLOWNESS * (std::int64_t{400} << 20);
+    const std::int64_t most_memory = Slowness() * (std::int64_t{400} << 20);
     EXPECT_EQ(told.end.signal, 0) << told.Story();
     EXPECT_FALSE(IsSanitizerText(told.end.errors)) << told.Story();
     EXPECT_TRUE(told.status() == 0 || told.status() == 1 || told.status() == 3 || told.status() == 4)
         << told.Story();
-    EXPECT_LT(told.end.seconds, KELVASH_SLOWNESS * seconds) << told.Story();
-    EXPECT_LT(told.end.memory, kMostMemory) << told.Story();
+    EXPECT_LT(told.end.seconds, Slowness() * seconds) << told.Story();
+    EXPECT_LT(told.end.memory, most_memory) << told.Story();
     EXPECT_TRUE(told.clean) << "a line isn't JSON\n" << told.Story();
     if (told.status() != 0) {
         EXPECT_TRUE(told.Spoke()) << "failed without a word\n" << told.Story();

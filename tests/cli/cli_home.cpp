@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <sstream>
 
+#include "support/built.h"
 #include "support/program_run.h"
 
 namespace kelvash::test {
@@ -24,7 +25,7 @@ CliHome::CliHome() {
 }
 
 CliRun CliHome::Bare(const std::vector<std::string>& words, const std::string& input) {
-    const ProgramEnd end = RunProgram({KELVASH_CLI, words, input, root});
+    const ProgramEnd end = RunProgram({Built("bin/kelvash-cli"), words, input, root});
     CliRun run;
     run.status = end.status;
     run.errors = end.errors;

@@ -9,6 +9,7 @@
 #include "cli/cli_home.h"
 #include "core/archive_file.h"
 #include "foundation/lock.h"
+#include "support/built.h"
 #include "support/zip_bytes.h"
 
 namespace kelvash::test {
@@ -38,8 +39,9 @@ class Locks : public CliHome {
     }
 
     Background Start(std::vector<std::string> words) {
+        const std::string program = Built("bin/kelvash-cli").string();
         words.insert(words.begin(),
-                     {KELVASH_CLI, "--home", home.string(), "--drive", "C=" + drive.string(), "--json"});
+                     {program, "--home", home.string(), "--drive", "C=" + drive.string(), "--json"});
         std::vector<char*> arguments;
         for (std::string& word : words)
             arguments.push_back(word.data());
@@ -49,7 +51,7 @@ class Locks : public CliHome {
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_addopen(&actions, 1, run.output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        EXPECT_EQ(posix_spawn(&run.process, KELVASH_CLI, &actions, nullptr, arguments.data(), environ), 0);
+        EXPECT_EQ(posix_spawn(&run.process, program.c_str(), &actions, nullptr, arguments.data(), environ), 0);
         posix_spawn_file_actions_destroy(&actions);
         return run;
     }

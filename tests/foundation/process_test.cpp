@@ -6,6 +6,7 @@
 
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "support/built.h"
 #include "support/foundation_home.h"
 
 namespace kelvash {
@@ -25,7 +26,7 @@ double SecondsSince(std::chrono::steady_clock::time_point start) {
 // The console stand-in runs from the application's folder, under the name of a tool.
 class Programs : public test::FoundationHome {
   protected:
-    Programs() { fs::copy_file(KELVASH_CONSOLE_STANDIN, home / "tool.exe"); }
+    Programs() { fs::copy_file(test::Built("tests/standin_console"), home / "tool.exe"); }
 
     // All lines that a reader is told.
     Captured Capture(const Arguments& arguments, LineMode mode) {

@@ -1,7 +1,9 @@
+#include <dlfcn.h>
 #include <unistd.h>
 
 #include <cstdlib>
 
+#include "support/built.h"
 #include "support/platform.h"
 
 namespace kelvash::test {
@@ -28,6 +30,12 @@ fs::path MakeTemporaryFolder() {
     if (mkdtemp(name.data()) == nullptr) std::abort();
     return LastTemporaryFolder() = fs::canonical(name);
 }
+
+fs::path Built(const fs::path& program) {
+    return fs::read_symlink("/proc/self/exe").parent_path().parent_path() / program;
+}
+
+int Slowness() { return dlsym(RTLD_DEFAULT, "__asan_init") == nullptr ? 1 : 5; }
 
 void SetEnvironment(const std::string& name, const std::string& value) {
     if (setenv(name.c_str(), value.c_str(), 1) != 0) std::abort();

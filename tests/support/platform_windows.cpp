@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "support/built.h"
 #include "support/platform.h"
 
 namespace kelvash::test {
@@ -16,6 +17,15 @@ fs::path MakeTemporaryFolder() {
     if (!fs::create_directory(folder)) std::abort();
     return fs::canonical(folder);
 }
+
+fs::path Built(const fs::path& program) {
+    std::wstring own(MAX_PATH, L'\0');
+    own.resize(GetModuleFileNameW(nullptr, own.data(), MAX_PATH));
+    fs::path path = fs::path(own).parent_path().parent_path() / program;
+    return path.replace_extension(".exe");
+}
+
+int Slowness() { return 1; }
 
 void SetEnvironment(const std::string& name, const std::string& value) {
     if (_wputenv_s(fs::path(name).c_str(), fs::path(value).c_str()) != 0) std::abort();

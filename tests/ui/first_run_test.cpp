@@ -9,6 +9,7 @@
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "core/start_up.h"
+#include "support/built.h"
 #include "support/trle_sandbox.h"
 #include "support/ui_home.h"
 #include "swap/trle_state.h"
@@ -26,7 +27,7 @@ class FirstRun : public UiHome<TestHome> {
   protected:
     FirstRun() {
         MakeTrle(trle);
-        fs::copy_file(KELVASH_GAME_STANDIN, trle / "tomb4.exe", fs::copy_options::overwrite_existing);
+        fs::copy_file(test::Built("share/kelvash/standin-game"), trle / "tomb4.exe", fs::copy_options::overwrite_existing);
         fs::create_directories(drive / "Levels");
         SetEnvironment("KELVASH_GAME_MS", "100");
     }

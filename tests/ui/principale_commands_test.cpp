@@ -9,6 +9,7 @@
 #include "swap/install.h"
 #include "swap/trle_state.h"
 #include "ui/principale_home.h"
+#include "support/built.h"
 
 namespace kelvash::test {
 namespace {
@@ -24,7 +25,7 @@ class PrincipaleCommands : public PrincipaleHome {
     // Puts the stand-in for the game where the game and its original are; it runs for this long.
     void PutGame(const char* milliseconds) {
         for (const fs::path& folder : {trle, backup})
-            fs::copy_file(KELVASH_GAME_STANDIN, folder / "tomb4.exe", fs::copy_options::overwrite_existing);
+            fs::copy_file(test::Built("share/kelvash/standin-game"), folder / "tomb4.exe", fs::copy_options::overwrite_existing);
         SetEnvironment("KELVASH_GAME_MS", milliseconds);
     }
 };

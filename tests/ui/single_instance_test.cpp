@@ -14,6 +14,7 @@
 #include "companion/game.h"
 #include "core/change.h"
 #include "ui/principale_home.h"
+#include "support/built.h"
 
 namespace kelvash::test {
 namespace {
@@ -39,7 +40,7 @@ class SecondWindow : public PrincipaleHome {
         words = QStringList{QStringLiteral("--home"), QString::fromStdString(home.string()),
                             QStringLiteral("--drive"), QString::fromStdString("C=" + drive.string())} +
                 words;
-        process.start(QStringLiteral(KELVASH_WINDOW), words);
+        process.start(QString::fromStdString(test::Built("bin/kelvash").string()), words);
     }
     int RunAnother(const QStringList& words = {}) const {
         QProcess process;

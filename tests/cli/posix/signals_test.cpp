@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "cli/cli_home.h"
+#include "support/built.h"
 
 namespace kelvash::test {
 namespace {
@@ -23,7 +24,7 @@ class Signals : public CliHome {
 
     // Runs a script of the shell in which $cli is the program in the sandbox; gives its exit status.
     int Shell(const std::string& script) {
-        MakeFile(root / "script.sh", "cli=\"" KELVASH_CLI " --json --home " +
+        MakeFile(root / "script.sh", "cli=\"" + Built("bin/kelvash-cli").string() + " --json --home " +
                                          (root / "demo" / "drive_c" / "Kelvash").string() + "\"\ncd " +
                                          root.string() + "\n" + script);
         const int status = std::system(("bash " + (root / "script.sh").string()).c_str());
