@@ -4,7 +4,6 @@
 #include <archive_entry.h>
 
 #include <algorithm>
-#include <string_view>
 #include <vector>
 
 namespace kelvash {
@@ -72,9 +71,9 @@ AesEntries::Found AesEntries::Open(const Wanted& wanted, const std::string& pass
     const la_ssize_t got = archive_read_data(reader_->handle, reader_->first.data(), kReadBlock);
     if (got < 0) {
         const char* const text = archive_error_string(reader_->handle);
-        const std::string_view error = text == nullptr ? "" : text;
+        const std::string error = text == nullptr ? "" : text;
         reader_ = nullptr;
-        return error.find("passphrase") == std::string_view::npos ? Found::Damaged : Found::WrongPassword;
+        return error.find("passphrase") == std::string::npos ? Found::Damaged : Found::WrongPassword;
     }
     reader_->held = static_cast<std::size_t>(got);
     reader_->given = 0;
