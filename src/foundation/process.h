@@ -1,4 +1,4 @@
-// Other programs: starting, awaiting, reading what they print.
+// Other programs: starting, awaiting, ending. What works for this one and is read is in tool.h.
 //
 // Programs are path texts, arguments a list, never a shell line. On Linux a file that begins with "MZ" is run
 // by wine, any other directly; wine execs the program, so the process id is that of the program to its end.
@@ -6,8 +6,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,12 +21,12 @@ struct Process {
     std::uintptr_t handle = 0;
     std::int64_t thread_id = 0;
     std::uintptr_t thread_handle = 0;
+    std::string run{}; // of a tool: what all carry in their environment that it starts (not on Windows)
+    std::uintptr_t job_handle = 0; // of a tool on Windows: what holds it and all that it starts
 };
 
 enum class Window { Normal, Hidden };
 
-// Starts a program in its own folder and waits for ever. False if it can't be started.
-bool RunAndWait(std::string_view program, const Arguments& arguments, Window window);
 // Starts a program in its own folder. The process id is the result, -1 on failure.
 std::int64_t RunNoWait(std::string_view program, const Arguments& arguments, Process& process, Window window);
 // The same with all that is known of the process. A suspended start stops before the program's first
@@ -53,26 +51,5 @@ std::int64_t FindProcessOf(std::string_view program);
 // for the usual). An empty folder takes the document's. What strangers made is opened through
 // strangers_files.h.
 bool OpenDocument(std::string_view document, std::string_view verb, Window window, std::string_view folder);
-
-enum class LineMode { PartialLines, WholeLines };
-// Told each line, or each change of one, that a program prints; true stops the program.
-using LineReader = std::function<bool(const std::string& line)>;
-struct Captured {
-    bool ok = false;
-    std::string error;  // why not; empty when ok
-    std::string output; // all finished lines, each ended by CR LF
-};
-// Runs a console program and reads what it prints on either stream. The reader is called once with an empty
-// line at the start. With PartialLines it is told a line after every change, so that counters that rewrite
-// one line are seen; with WholeLines only finished lines. CR and LF end a line, backspace steps back, tab
-// goes to the next multiple of four columns. A line is cut at 257 bytes. A NUL shows the message "Valore 0".
-// A stop ends the program and gives the error "Break user".
-Captured CaptureOutput(std::string_view program, const Arguments& arguments, const LineReader& reader,
-                       LineMode mode);
-
-// An outside tool: in the application's folder under its own name ("lame.exe"), else what stands for it on
-// PATH where the platform has its own build ("lame", "mkisofs" or "genisoimage", ...). Empty if there is
-// none.
-std::string FindTool(std::string_view name);
 
 } // namespace kelvash

@@ -6,8 +6,8 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
-#include "foundation/process.h"
 #include "foundation/text.h"
+#include "foundation/tool.h"
 #include "foundation/zip.h"
 #include "foundation/zip_library.h"
 #include "foundation/zip_names.h"
@@ -200,9 +200,9 @@ bool UnzipWithTool(std::string_view archive, std::string_view destination, Bar& 
     std::string ignored;
     const std::optional<std::vector<ZipEntry>> listed = ListZip(archive, ignored);
     LineProgress progress{bar, static_cast<double>(listed ? listed->size() : 0)};
-    const auto reader = [&](const std::string& line) {
+    const auto reader = [&](const std::string& line, bool start) {
         bool stop = false;
-        GestioneUnzip(progress, line, false, stop);
+        GestioneUnzip(progress, line, start, stop);
         return stop;
     };
     const Captured run =

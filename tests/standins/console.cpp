@@ -6,14 +6,20 @@
 //   folder          prints the working folder
 //   variable NAME   prints a variable of the environment
 //   input           prints how many bytes standard input gives before its end
+//   echo            prints what standard input gives
+//   flood COUNT     that many lines on each of both streams, in turns
+//   deaf            takes no notice of a request to end
+//   child WORDS     leaves a process that does what the words of this one argument say, a blank between two
 //   write FILE TEXT writes a file
 //   arguments ...   prints each further argument in brackets, a line each; the last order
 //   exit CODE       ends
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -24,6 +30,8 @@
 #include <windows.h>
 // Behind windows.h.
 #include <shellapi.h>
+#else
+#include <unistd.h>
 #endif
 
 namespace {
@@ -45,6 +53,34 @@ void Print(std::FILE* stream, const std::string& text) {
     std::fwrite(text.data(), 1, text.size(), stream);
     std::fflush(stream);
 }
+
+#ifdef _WIN32
+void Leave(const std::string& words) {
+    std::wstring line(MAX_PATH, L'\0');
+    line.resize(GetModuleFileNameW(nullptr, line.data(), MAX_PATH));
+    line = L'"' + line + L"\" " + std::filesystem::path(words).wstring();
+    STARTUPINFOW info{};
+    info.cb = sizeof info;
+    PROCESS_INFORMATION made{};
+    CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &info, &made);
+}
+#else
+// In a session of its own, as Wine's programs are.
+void Leave(const std::string& words) {
+    if (fork() != 0) return;
+    setsid();
+    std::istringstream rest(words);
+    std::vector<std::string> own = {"child"};
+    for (std::string word; rest >> word;)
+        own.push_back(word);
+    std::vector<char*> pointers;
+    for (std::string& word : own)
+        pointers.push_back(word.data());
+    pointers.push_back(nullptr);
+    execv("/proc/self/exe", pointers.data());
+    std::abort();
+}
+#endif
 
 class Orders {
   public:
@@ -80,6 +116,19 @@ class Orders {
             while (std::fgetc(stdin) != EOF)
                 ++count;
             Print(stdout, std::to_string(count) + "\n");
+        } else if (order == "echo") {
+            for (int c = std::fgetc(stdin); c != EOF; c = std::fgetc(stdin))
+                Print(stdout, std::string(1, static_cast<char>(c)));
+        } else if (order == "flood") {
+            for (int left = std::atoi(Next().c_str()); left > 0; --left) {
+                Print(stdout, "out\n");
+                Print(stderr, "error\n");
+            }
+        } else if (order == "deaf") {
+            std::signal(SIGTERM, SIG_IGN);
+            std::signal(SIGINT, SIG_IGN);
+        } else if (order == "child") {
+            Leave(Next());
         } else if (order == "write") {
             std::ofstream file(std::filesystem::path(Next()), std::ios::binary);
             file << Next();

@@ -47,10 +47,12 @@ class ScriptedUser final : public User {
     void SetLabel(BarPlace place, const std::string& text) override;
     void SetBar(BarPlace, int percent) override { percents.push_back(last_percent = percent); }
     void LevelListChanged() override { ++list_changes; }
-    void PumpEvents() override {}
+    void PumpEvents() override { stop = ++pumps == stop_at_pump || stop; }
     bool StopRequested() override { return stop; }
 
     bool stop = false;
+    int pumps = 0;
+    int stop_at_pump = 0; // counted from 1; 0 is never
     int last_percent = -1;
     std::vector<int> percents; // all that bars were set to
     int list_changes = 0;

@@ -356,9 +356,22 @@ TEST_F(Unzip, TheToolIsRunFromTheProgramsFolder) {
                 ElementsAre("critical: Unzip: I cannot find  'unzip.exe' utility\r\nIt's necessary "
                             "'unzip.exe' utility  will be  in folder: C:\\Kelvash"));
     ASSERT_EQ(std::system(("cp \"$(command -v unzip)\" '" + (home / "unzip.exe").string() + "'").c_str()), 0);
+    bar.percent = 70; // of a former job
+    user.percents.clear();
     EXPECT_TRUE(UnzipWithTool("C:\\a.zip", "C:\\out", bar));
     EXPECT_EQ(Bytes("a.txt"), std::string(1000, 'a'));
     EXPECT_EQ(bar.percent, 100);
+    EXPECT_THAT(user.percents, ElementsAre(0, 100));
+}
+
+TEST_F(Unzip, AToolThatSaysNothingIsStopped) {
+    Put({MakeEntry("a.txt", "content")});
+    const std::filesystem::path tool = home / "unzip.exe";
+    test::MakeFile(tool, "#!/bin/sh\nsleep 60\n");
+    std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+    user.stop_at_pump = 1;
+    EXPECT_FALSE(UnzipWithTool("C:\\a.zip", "C:\\out", bar));
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Error executing utility: Break user"));
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -97,19 +98,24 @@ struct SpawnRequest {
     NativeFile folder; // working folder
     Window window = Window::Normal;
     bool suspended = false;
+    bool is_tool = false;     // KillRun can end it with all that it starts
+    std::string_view input{}; // what standard input gives where the output is read
 };
 enum class SpawnResult { Started, NoPipe, NoRedirection, NotStarted };
 // Starts a process. With `output` its two output streams go into one pipe, whose read end is put there (a CRT
 // descriptor). A suspended process can't tell that its program is unusable: it then ends once it is resumed.
 SpawnResult Spawn(const SpawnRequest& request, Process& process, int* output);
-// Up to `size` bytes of the process's pipe; 0 at its end, or once the process has ended and the pipe is
-// empty, whoever else may still hold it.
-std::size_t ReadPipe(int descriptor, const Process& process, char* buffer, std::size_t size);
+// Up to `size` bytes of the process's pipe; nothing if it stays silent for that time; 0 at its end, or once
+// the process has ended and the pipe is empty, whoever else may still hold it.
+std::optional<std::size_t> ReadPipe(int descriptor, const Process& process, char* buffer, std::size_t size,
+                                    int milliseconds);
 void ClosePipe(int descriptor);
 // True if the process ended within that time, which may be infinite.
 bool WaitFor(const Process& process, double seconds, int* exit_code);
 void Resume(const Process& process);
 void Kill(const Process& process);
+// Ends a tool and all processes that come of it, its own end or not.
+void KillRun(const Process& process);
 // Gives the process's handles back; it runs on.
 void Release(Process& process);
 // `document` is a native path or an address. Only a file that is called a Windows program is run.

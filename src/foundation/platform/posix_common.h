@@ -1,7 +1,9 @@
-// What several posix_*.cpp share: Wine, and what is on PATH.
+// What several posix_*.cpp share: Wine, what is on PATH, what /proc tells.
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "foundation/platform/platform.h"
 
@@ -14,5 +16,10 @@ NativeFile WinePrefix();
 bool IsWindowsProgram(const NativeFile& file);
 // The executable of that name in an absolute folder of PATH; empty if there is none.
 NativeFile FindOnPath(std::string_view name);
+
+// The ids of all processes.
+std::vector<std::string> ProcessIds();
+// A file of a process's folder; empty for a process that has ended or is another user's.
+std::string BytesOfProcess(const std::string& id, const char* file);
 
 } // namespace kelvash::platform

@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/mman.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -16,6 +17,7 @@
 
 #include "foundation/platform/platform.h"
 #include "foundation/platform/posix_common.h"
+#include "foundation/platform/posix_run.h"
 #include "foundation/text.h"
 
 namespace kelvash::platform {
@@ -27,8 +29,6 @@ namespace {
 // Between two looks at a process that can't be awaited.
 constexpr double kPollSeconds = 0.02;
 constexpr double kLongestPollSeconds = 3600;
-// How long a silent pipe goes unquestioned; see ReadPipe.
-constexpr int kSilenceMilliseconds = 100;
 // A handler of documents that fails does so at once; one that works may stay.
 constexpr double kOpenerSeconds = 0.5;
 
@@ -123,7 +123,9 @@ struct Launch {
     std::string folder;
     bool silent = false;
     bool suspended = false;
+    bool own_group = false;
     int output = -1; // where both streams go
+    int input = -1;
 };
 
 bool PutOn(int descriptor, int stream) {
@@ -134,7 +136,7 @@ bool PutOn(int descriptor, int stream) {
 // answers.
 bool Redirect(const Launch& launch) {
     const int nothing = ::open("/dev/null", O_RDWR | O_CLOEXEC);
-    if (nothing < 0 || !PutOn(nothing, STDIN_FILENO)) return false;
+    if (nothing < 0 || !PutOn(launch.input >= 0 ? launch.input : nothing, STDIN_FILENO)) return false;
     if (launch.output >= 0) return PutOn(launch.output, STDOUT_FILENO) && PutOn(launch.output, STDERR_FILENO);
     if (launch.silent) return PutOn(nothing, STDOUT_FILENO) && PutOn(nothing, STDERR_FILENO);
     PutOn(STDERR_FILENO, STDOUT_FILENO); // fails only where nobody listens anyway
@@ -154,6 +156,7 @@ bool Redirect(const Launch& launch) {
     ::sigprocmask(SIG_SETMASK, &none, nullptr);
     for (const int number : {SIGPIPE, SIGIO}) // ignored ones would stay so
         ::signal(number, SIG_DFL);
+    if (launch.own_group) ::setpgid(0, 0);
     if (!Redirect(launch)) FailChild(status_pipe, kRedirectionFailed);
     ::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
     if (::chdir(launch.folder.c_str()) != 0) FailChild(status_pipe, kStartFailed);
@@ -161,6 +164,26 @@ bool Redirect(const Launch& launch) {
     ::execve(words[0], words, environment);
     FailChild(status_pipe, kStartFailed);
 }
+
+// Standard input as a file in memory, to be read from its start: a tool that reads none of it holds nobody
+// up. -1 on failure.
+int FileOf(std::string_view bytes) {
+    const int descriptor = ::memfd_create("input", MFD_CLOEXEC);
+    if (descriptor < 0) return -1;
+    if (WriteBytes(descriptor, bytes) && ::lseek(descriptor, 0, SEEK_SET) == 0) return descriptor;
+    ::close(descriptor);
+    return -1;
+}
+
+struct OwnDescriptor {
+    int descriptor;
+    explicit OwnDescriptor(int opened) : descriptor(opened) {}
+    OwnDescriptor(const OwnDescriptor&) = delete;
+    OwnDescriptor& operator=(const OwnDescriptor&) = delete;
+    ~OwnDescriptor() {
+        if (descriptor >= 0) ::close(descriptor);
+    }
+};
 
 struct Pipe {
     std::array<int, 2> ends{-1, -1};
@@ -208,7 +231,8 @@ SpawnResult Start(Launch& launch, Process& process) {
     const SpawnResult result = AwaitStart(id, launch.suspended, status.ends[0]);
     if (result != SpawnResult::Started) return result;
     Children()[id] = std::nullopt;
-    process = {id, static_cast<std::uintptr_t>(id), id, static_cast<std::uintptr_t>(id)};
+    process.id = process.thread_id = id;
+    process.handle = process.thread_handle = static_cast<std::uintptr_t>(id);
     return result;
 }
 
@@ -243,39 +267,43 @@ NativeFile FindOnPath(std::string_view name) {
 }
 
 SpawnResult Spawn(const SpawnRequest& request, Process& process, int* output) {
+    process = {};
     const bool wine = IsWindowsProgram(request.program);
     Launch launch{WordsFor(request.program, request.arguments, wine),
                   ToolEnvironment(wine),
                   request.folder.string(),
                   request.window == Window::Hidden,
                   request.suspended,
-                  -1};
+                  request.is_tool};
     if (launch.words.empty()) return SpawnResult::NotStarted;
+    if (request.is_tool) launch.environment.push_back(process.run = NewRunMark());
     if (output == nullptr) return Start(launch, process);
     Pipe pipe;
     if (!pipe.Open()) return SpawnResult::NoPipe;
+    const OwnDescriptor input{request.input.empty() ? -1 : FileOf(request.input)};
+    if (!request.input.empty() && input.descriptor < 0) return SpawnResult::NoRedirection;
+    launch.input = input.descriptor;
     launch.output = pipe.ends[1];
     const SpawnResult result = Start(launch, process);
     if (result == SpawnResult::Started) *output = std::exchange(pipe.ends[0], -1);
     return result;
 }
 
-std::size_t ReadPipe(int descriptor, const Process& process, char* buffer, std::size_t size) {
-    bool ended = false;
-    for (;;) {
-        pollfd wait{descriptor, POLLIN, 0};
+std::optional<std::size_t> ReadPipe(int descriptor, const Process& process, char* buffer, std::size_t size,
+                                    int milliseconds) {
+    pollfd wait{descriptor, POLLIN, 0};
+    int ready = ::poll(&wait, 1, milliseconds);
+    if (ready == 0) {
         // A process may leave servants behind that hold its pipe (Wine's server does), so its own end counts
         // too: what it printed is in the pipe by then.
-        const int ready = ::poll(&wait, 1, ended ? 0 : kSilenceMilliseconds);
-        if (ready == 0) {
-            if (ended) return 0;
-            ended = HasEnded(IdOf(process), nullptr);
-            continue;
-        }
-        const ssize_t got = ready < 0 ? -1 : ::read(descriptor, buffer, size);
-        if (got >= 0) return static_cast<std::size_t>(got);
-        if (errno != EINTR) return 0;
+        if (!HasEnded(IdOf(process), nullptr)) return std::nullopt;
+        ready = ::poll(&wait, 1, 0);
+        if (ready == 0) return 0;
     }
+    const ssize_t got = ready < 0 ? -1 : ::read(descriptor, buffer, size);
+    if (got >= 0) return static_cast<std::size_t>(got);
+    if (errno == EINTR) return std::nullopt;
+    return 0;
 }
 
 void ClosePipe(int descriptor) {
@@ -304,6 +332,13 @@ void Kill(const Process& process) {
     if (process.id > 0 && !HasEnded(IdOf(process), nullptr)) ::kill(IdOf(process), SIGKILL);
 }
 
+void KillRun(const Process& process) {
+    if (process.id <= 0) return;
+    // The group's number is nobody else's as long as the child isn't reaped.
+    if (!process.run.empty() && !HasEnded(IdOf(process), nullptr)) ::kill(-IdOf(process), SIGKILL);
+    KillMarked(process.run);
+}
+
 void Release(Process&) {}
 
 bool OpenWithDesktop(const std::string& document, std::string_view verb, Window window,
@@ -318,8 +353,7 @@ bool OpenWithDesktop(const std::string& document, std::string_view verb, Window 
     // The opened program is the user's, so it keeps the user's language.
     const std::string opener = FindOnPath("xdg-open").string();
     if (opener.empty() || document.starts_with('-')) return false; // an option is no address
-    Launch launch{
-        {opener, document}, OwnEnvironment(), folder.empty() ? "/" : folder.string(), true, false, -1};
+    Launch launch{{opener, document}, OwnEnvironment(), folder.empty() ? "/" : folder.string(), true};
     int exit_code = 0;
     return Start(launch, process) == SpawnResult::Started &&
            (!WaitFor(process, kOpenerSeconds, &exit_code) || exit_code == 0);

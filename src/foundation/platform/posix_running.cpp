@@ -9,6 +9,7 @@
 
 #include "foundation/drives.h"
 #include "foundation/platform/platform.h"
+#include "foundation/platform/posix_common.h"
 #include "foundation/text.h"
 
 namespace kelvash::platform {
@@ -23,22 +24,6 @@ constexpr std::size_t kNameLength = 15;
 bool IsNumber(std::string_view name) {
     return !name.empty() &&
            std::all_of(name.begin(), name.end(), [](char letter) { return letter >= '0' && letter <= '9'; });
-}
-
-std::string FirstLine(const fs::path& file) {
-    std::ifstream stream(file);
-    std::string line;
-    std::getline(stream, line);
-    return line;
-}
-
-std::vector<std::string> WordsOf(const fs::path& process) {
-    // A process that ends between the opening and the reading is an error here, which must not become an
-    // exception.
-    const std::ifstream stream(process / "cmdline", std::ios::binary);
-    std::ostringstream bytes;
-    bytes << stream.rdbuf();
-    return Split(bytes.str(), '\0');
 }
 
 bool IsSame(const fs::path& a, const fs::path& b) {
@@ -57,9 +42,11 @@ fs::path PlaceOf(const std::string& word, const fs::path& working) {
 
 // A process of the program's own name runs it if it is that file, or the file that its command line names, or
 // if it works beside it. While Wine starts it goes by Wine's name.
-bool Runs(const fs::path& process, const NativeFile& program) {
+bool Runs(const std::string& id, const NativeFile& program) {
+    const fs::path process = fs::path("/proc") / id;
     const std::string wanted = program.filename().string();
-    const std::string name = FirstLine(process / "comm");
+    const std::string line = BytesOfProcess(id, "comm");
+    const std::string name = line.substr(0, line.find('\n'));
     const bool has_name = EqualNoCase(name, std::string_view(wanted).substr(0, kNameLength));
     if (!has_name && !StartsWithNoCase(name, "wine")) return false;
     std::error_code error;
@@ -67,7 +54,7 @@ bool Runs(const fs::path& process, const NativeFile& program) {
     if (error) return false; // another user's, or one that has ended
     const bool beside = IsSame(working, program.parent_path());
     if (has_name && (beside || IsSame(fs::read_symlink(process / "exe", error), program))) return true;
-    const std::vector<std::string> words = WordsOf(process);
+    const std::vector<std::string> words = Split(BytesOfProcess(id, "cmdline"), '\0');
     return std::any_of(words.begin(), words.end(), [&](const std::string& word) {
         return EqualNoCase(NameIn(word), wanted) && (beside || IsSame(PlaceOf(word, working), program));
     });
@@ -75,12 +62,27 @@ bool Runs(const fs::path& process, const NativeFile& program) {
 
 } // namespace
 
-std::int64_t FindProcessOf(const NativeFile& program) {
-    const fs::path all = "/proc";
-    const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(all.c_str()), ::closedir);
-    if (entries == nullptr) return 0;
+std::vector<std::string> ProcessIds() {
+    std::vector<std::string> ids;
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir("/proc"), ::closedir);
+    if (entries == nullptr) return ids;
     while (const dirent* entry = ::readdir(entries.get()))
-        if (IsNumber(entry->d_name) && Runs(all / entry->d_name, program)) return std::stoll(entry->d_name);
+        if (IsNumber(entry->d_name)) ids.emplace_back(entry->d_name);
+    return ids;
+}
+
+std::string BytesOfProcess(const std::string& id, const char* file) {
+    // A process that ends between the opening and the reading is an error here, which must not become an
+    // exception.
+    const std::ifstream stream(fs::path("/proc") / id / file, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    return bytes.str();
+}
+
+std::int64_t FindProcessOf(const NativeFile& program) {
+    for (const std::string& id : ProcessIds())
+        if (Runs(id, program)) return std::stoll(id);
     return 0;
 }
 

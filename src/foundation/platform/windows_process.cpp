@@ -20,7 +20,7 @@ namespace {
 
 constexpr double kLongestWaitSeconds = 4000000; // the system's own limit is 2^32 milliseconds
 // Between two looks at a pipe that may stay silent for ever, in milliseconds.
-constexpr DWORD kSilence = 5;
+constexpr int kSilence = 5;
 constexpr UINT kKilled = 0xFFFFFFFF;
 
 HANDLE HandleOf(const Process& process) {
@@ -81,19 +81,42 @@ std::wstring ToolEnvironment() {
 
 // The handles of standard input and output; the only ones that a child inherits.
 struct Streams {
-    OwnHandle nothing{nullptr};
+    OwnHandle input{nullptr};
     OwnHandle read_end{nullptr};
     OwnHandle write_end{nullptr};
 
-    SpawnResult Open() {
+    SpawnResult Open(std::string_view typed) {
         SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
         if (CreatePipe(&read_end.handle, &write_end.handle, &inheritable, 0) == 0) return SpawnResult::NoPipe;
-        const HANDLE null_device = CreateFileW(L"NUL", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                               &inheritable, OPEN_EXISTING, 0, nullptr);
-        nothing.handle = null_device == INVALID_HANDLE_VALUE ? nullptr : null_device;
-        return nothing.handle != nullptr && SetHandleInformation(read_end.handle, HANDLE_FLAG_INHERIT, 0) != 0
+        OpenInput(typed, inheritable);
+        return input.handle != nullptr && SetHandleInformation(read_end.handle, HANDLE_FLAG_INHERIT, 0) != 0
                    ? SpawnResult::Started
                    : SpawnResult::NoRedirection;
+    }
+
+  private:
+    // A file that goes with its last handle: a tool that reads none of it holds nobody up.
+    void OpenInput(std::string_view typed, SECURITY_ATTRIBUTES& inheritable) {
+        std::wstring name = L"NUL";
+        DWORD disposition = OPEN_EXISTING;
+        DWORD flags = 0;
+        if (!typed.empty()) {
+            name = (fs::temp_directory_path() / ("kelvash-input-" + std::to_string(GetCurrentProcessId())))
+                       .wstring();
+            disposition = CREATE_ALWAYS;
+            flags = FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE;
+        }
+        const DWORD access = GENERIC_READ | (typed.empty() ? 0 : GENERIC_WRITE | DELETE);
+        const HANDLE opened =
+            CreateFileW(name.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                        &inheritable, disposition, flags, nullptr);
+        if (opened == INVALID_HANDLE_VALUE) return;
+        input.handle = opened;
+        DWORD written = 0;
+        if (!typed.empty() &&
+            (WriteFile(opened, typed.data(), static_cast<DWORD>(typed.size()), &written, nullptr) == 0 ||
+             written != typed.size() || SetFilePointer(opened, 0, nullptr, FILE_BEGIN) != 0))
+            input.Close();
     }
 };
 
@@ -119,10 +142,10 @@ class StartUp {
   private:
     void Pass(Streams& streams) {
         info_.StartupInfo.dwFlags |= STARTF_USESTDHANDLES;
-        info_.StartupInfo.hStdInput = streams.nothing.handle;
+        info_.StartupInfo.hStdInput = streams.input.handle;
         info_.StartupInfo.hStdOutput = streams.write_end.handle;
         info_.StartupInfo.hStdError = streams.write_end.handle;
-        handles_[0] = streams.nothing.handle;
+        handles_[0] = streams.input.handle;
         handles_[1] = streams.write_end.handle;
         SIZE_T size = 0;
         InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
@@ -143,6 +166,16 @@ bool HasEnded(const Process& process, DWORD milliseconds) {
     return WaitForSingleObject(HandleOf(process), milliseconds) == WAIT_OBJECT_0;
 }
 
+// Without a job the tool alone can be ended.
+void PutIntoJob(Process& process) {
+    const HANDLE job = CreateJobObjectW(nullptr, nullptr);
+    if (job == nullptr) return;
+    if (AssignProcessToJobObject(job, HandleOf(process)) == 0)
+        CloseHandle(job);
+    else
+        process.job_handle = reinterpret_cast<std::uintptr_t>(job);
+}
+
 bool IsProgram(const std::string& document) {
     return EndsWithNoCase(document, ".exe") || EndsWithNoCase(document, ".com");
 }
@@ -150,23 +183,31 @@ bool IsProgram(const std::string& document) {
 } // namespace
 
 SpawnResult Spawn(const SpawnRequest& request, Process& process, int* output) {
+    process = {};
     Streams streams;
     if (output != nullptr)
-        if (const SpawnResult opened = streams.Open(); opened != SpawnResult::Started) return opened;
+        if (const SpawnResult opened = streams.Open(request.input); opened != SpawnResult::Started)
+            return opened;
     std::error_code error;
     if (!fs::is_regular_file(request.program, error)) return SpawnResult::NotStarted;
     StartUp start_up(request.window, output == nullptr ? nullptr : &streams);
     std::wstring line = CommandLine(request);
     std::wstring environment = ToolEnvironment();
     const DWORD flags = CREATE_UNICODE_ENVIRONMENT | EXTENDED_STARTUPINFO_PRESENT |
-                        (request.suspended ? DWORD{CREATE_SUSPENDED} : 0) |
+                        (request.suspended || request.is_tool ? DWORD{CREATE_SUSPENDED} : 0) |
                         (request.window == Window::Hidden ? DWORD{CREATE_NO_WINDOW} : 0);
     PROCESS_INFORMATION made{};
     if (CreateProcessW(request.program.c_str(), line.data(), nullptr, nullptr, output != nullptr, flags,
                        environment.data(), request.folder.c_str(), start_up.Info(), &made) == 0)
         return SpawnResult::NotStarted;
-    process = {static_cast<std::int64_t>(made.dwProcessId), reinterpret_cast<std::uintptr_t>(made.hProcess),
-               static_cast<std::int64_t>(made.dwThreadId), reinterpret_cast<std::uintptr_t>(made.hThread)};
+    process.id = static_cast<std::int64_t>(made.dwProcessId);
+    process.handle = reinterpret_cast<std::uintptr_t>(made.hProcess);
+    process.thread_id = static_cast<std::int64_t>(made.dwThreadId);
+    process.thread_handle = reinterpret_cast<std::uintptr_t>(made.hThread);
+    if (request.is_tool) {
+        PutIntoJob(process);
+        if (!request.suspended) ResumeThread(made.hThread);
+    }
     if (output != nullptr) {
         *output = _open_osfhandle(reinterpret_cast<std::intptr_t>(streams.read_end.handle), _O_BINARY);
         if (*output >= 0) streams.read_end.handle = nullptr; // the descriptor owns it now
@@ -174,10 +215,11 @@ SpawnResult Spawn(const SpawnRequest& request, Process& process, int* output) {
     return SpawnResult::Started;
 }
 
-std::size_t ReadPipe(int descriptor, const Process& process, char* buffer, std::size_t size) {
+std::optional<std::size_t> ReadPipe(int descriptor, const Process& process, char* buffer, std::size_t size,
+                                    int milliseconds) {
     const auto pipe = reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
     bool ended = false;
-    for (;;) {
+    for (int waited = 0;; waited += kSilence) {
         DWORD waiting = 0;
         if (PeekNamedPipe(pipe, nullptr, 0, nullptr, &waiting, nullptr) == 0) return 0;
         if (waiting > 0) {
@@ -186,6 +228,7 @@ std::size_t ReadPipe(int descriptor, const Process& process, char* buffer, std::
             return ReadFile(pipe, buffer, wanted, &got, nullptr) == 0 ? 0 : got;
         }
         if (ended) return 0;
+        if (waited >= milliseconds) return std::nullopt;
         ended = HasEnded(process, kSilence);
     }
 }
@@ -219,7 +262,16 @@ void Kill(const Process& process) {
     if (handle != nullptr) TerminateProcess(handle, kKilled);
 }
 
+void KillRun(const Process& process) {
+    if (process.job_handle != 0)
+        TerminateJobObject(reinterpret_cast<HANDLE>(process.job_handle), kKilled);
+    else
+        Kill(process);
+}
+
 void Release(Process& process) {
+    if (process.job_handle != 0) CloseHandle(reinterpret_cast<HANDLE>(process.job_handle));
+    process.job_handle = 0;
     if (process.handle != 0) CloseHandle(HandleOf(process));
     if (process.thread_handle != 0) CloseHandle(reinterpret_cast<HANDLE>(process.thread_handle));
     process.handle = 0;

@@ -10,8 +10,8 @@
 #include <set>
 
 #include "foundation/files.h"
-#include "foundation/process.h"
 #include "foundation/strangers_files.h"
+#include "foundation/tool.h"
 #include "foundation/waiting.h"
 #include "support/foundation_home.h"
 #include "support/scripted_user.h"
@@ -39,7 +39,7 @@ class PosixPrograms : public test::FoundationHome {
 
     std::string OutputOf(std::string_view program, const Arguments& arguments) {
         const Captured captured = CaptureOutput(
-            program, arguments, [](const std::string&) { return false; }, LineMode::WholeLines);
+            program, arguments, [](const std::string&, bool) { return false; }, LineMode::WholeLines);
         EXPECT_TRUE(captured.ok) << captured.error;
         return captured.output;
     }
@@ -163,7 +163,7 @@ TEST_F(PosixPrograms, AServantThatKeepsThePipeDoesNotHoldTheReaderUp) {
 TEST_F(PosixPrograms, AnotherProgramsProcessCanBeAwaitedAndEnded) {
     MakeScript(home / "tool", "sleep 60 & echo $!\n");
     const Captured captured = CaptureOutput(
-        "C:\\Kelvash\\tool", {}, [](const std::string&) { return false; }, LineMode::WholeLines);
+        "C:\\Kelvash\\tool", {}, [](const std::string&, bool) { return false; }, LineMode::WholeLines);
     Process grandchild;
     grandchild.id = std::atoll(captured.output.c_str());
     ASSERT_GT(grandchild.id, 0);
