@@ -11,10 +11,12 @@ namespace fs = std::filesystem;
 
 fs::path MakeTemporaryFolder() {
     static int made = 0;
-    const std::string name =
-        "kelvash-test-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++made);
-    const fs::path folder = fs::temp_directory_path() / name;
-    if (!fs::create_directory(folder)) std::abort();
+    fs::path folder;
+    // Process ids come again, and a folder stays as long as a program in it runs.
+    do {
+        folder = fs::temp_directory_path() /
+                 ("kelvash-test-" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(++made));
+    } while (!fs::create_directory(folder));
     return fs::canonical(folder);
 }
 
