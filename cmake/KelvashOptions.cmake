@@ -41,7 +41,7 @@ if(KELVASH_SANITIZE)
 endif()
 
 if(KELVASH_FUZZ)
-  target_compile_options(kelvash_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+  target_compile_options(kelvash_options INTERFACE -O1 -fsanitize=fuzzer-no-link,address,undefined
     -fno-sanitize-recover=all)
   target_link_options(kelvash_options INTERFACE -fsanitize=address,undefined)
 endif()
