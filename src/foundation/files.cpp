@@ -271,8 +271,11 @@ bool CopyFiles(std::string_view source, std::string_view destination, Existing e
 bool RemoveFolder(std::string_view path) {
     if (!MayDeleteTree(path)) return false;
     DeleteFiles(path, "*");
-    std::error_code error;
-    return FolderExists(path) && fs::remove(NativePath(path), error);
+    return FolderExists(path) && RemoveEmptyFolder(path);
+}
+
+bool RemoveEmptyFolder(std::string_view path) {
+    return platform::RemoveEmptyFolder(NativePath(path));
 }
 
 Tree ScanTree(std::string_view root) {

@@ -97,6 +97,9 @@ bool CopyFiles(std::string_view source, std::string_view destination, Existing e
 // Deletes the files of a folder, then the folder. False if sub-folders are left in it, and with nothing
 // deleted for a guarded folder.
 bool RemoveFolder(std::string_view path);
+// Deletes a folder that holds nothing, a read-only one too; of a link to a folder the link. False if it
+// can't, or isn't there.
+bool RemoveEmptyFolder(std::string_view path);
 
 struct Tree {
     std::vector<std::string> folders;

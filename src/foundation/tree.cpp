@@ -120,10 +120,8 @@ bool RemoveFolderTree(std::string_view root, Bar& bar) {
                      [](const std::string& a, const std::string& b) {
                          return std::count(a.begin(), a.end(), '\\') > std::count(b.begin(), b.end(), '\\');
                      });
-    for (const std::string& folder : tree.folders) {
-        std::error_code error;
-        removed = fs::remove(NativePath(folder), error) && removed;
-    }
+    for (const std::string& folder : tree.folders)
+        removed = RemoveEmptyFolder(folder) && removed;
     return removed;
 }
 

@@ -353,6 +353,17 @@ TEST_F(Files, RemoveFolderTakesItsFilesAndFailsOnSubFolders) {
     EXPECT_FALSE(RemoveFolder("C:\\none"));
 }
 
+TEST_F(Files, RemoveEmptyFolderTakesNothingElse) {
+    fs::create_directories(drive / "x");
+    EXPECT_TRUE(RemoveEmptyFolder("C:\\x"));
+    EXPECT_FALSE(Exists(drive / "x"));
+    EXPECT_FALSE(RemoveEmptyFolder("C:\\x"));
+    MakeFile(drive / "y" / "a", "kept");
+    EXPECT_FALSE(RemoveEmptyFolder("C:\\y"));
+    EXPECT_FALSE(RemoveEmptyFolder("C:\\y\\a"));
+    EXPECT_EQ(BytesOf(drive / "y" / "a"), "kept");
+}
+
 TEST_F(Files, NamesOutsideAsciiTravelBothWays) {
     ASSERT_TRUE(WriteTextFile("C:\\Editeur de pièces €.txt", "x"));
     EXPECT_THAT(ListFiles("C:", "*€*"), ElementsAre("C:\\Editeur de pièces €.txt"));

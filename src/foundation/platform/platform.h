@@ -56,6 +56,8 @@ bool LinkFile(const NativeFile& file, const NativeFile& name);
 bool ExchangeFolders(const NativeFile& a, const NativeFile& b);
 // Unlinks a file, a read-only one too. False for a folder and for a missing file.
 bool Unlink(const NativeFile& file);
+// Removes an empty folder, a read-only one too, or a link to a folder. False for anything else.
+bool RemoveEmptyFolder(const NativeFile& folder);
 bool SetFileTime(const NativeFile& file, std::int64_t seconds);
 // The short form of a path; empty where there is none.
 std::string ShortPath(std::string_view path);

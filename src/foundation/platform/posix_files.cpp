@@ -175,6 +175,12 @@ bool Unlink(const NativeFile& file) {
     return ::unlink(file.c_str()) == 0;
 }
 
+// Elsewhere than on Windows the folder around decides what may be removed.
+bool RemoveEmptyFolder(const NativeFile& folder) {
+    std::error_code error;
+    return std::filesystem::is_directory(folder, error) && std::filesystem::remove(folder, error);
+}
+
 bool SetFileTime(const NativeFile& file, std::int64_t seconds) {
     const struct timespec time { seconds, 0 };
     const struct timespec times[2] = {time, time};

@@ -129,6 +129,12 @@ bool Unlink(const NativeFile& file) {
     return DeleteFileW(file.c_str()) != 0;
 }
 
+bool RemoveEmptyFolder(const NativeFile& folder) {
+    if (!IsFolder(GetFileAttributesW(folder.c_str()))) return false;
+    ClearReadOnly(folder);
+    return RemoveDirectoryW(folder.c_str()) != 0;
+}
+
 bool SetFileTime(const NativeFile& file, std::int64_t seconds) {
     const OwnHandle handle(CreateFileW(file.c_str(), FILE_WRITE_ATTRIBUTES,
                                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,

@@ -25,6 +25,18 @@ TEST_F(WindowsFiles, AReadOnlyFileIsReplaced) {
     EXPECT_EQ(BytesOf(drive / "a.bin"), "new");
 }
 
+TEST_F(WindowsFiles, ReadOnlyFoldersAreRemoved) {
+    MakeFile(drive / "tree/inner/a.bin", "x");
+    fs::create_directories(drive / "single");
+    for (const char* folder : {"tree", "tree/inner", "single"})
+        SetFileAttributesW((drive / folder).c_str(), FILE_ATTRIBUTE_READONLY);
+    Bar bar;
+    EXPECT_TRUE(RemoveFolderTree("C:\\tree", bar));
+    EXPECT_FALSE(test::Exists(drive / "tree"));
+    EXPECT_TRUE(RemoveFolder("C:\\single"));
+    EXPECT_FALSE(test::Exists(drive / "single"));
+}
+
 TEST_F(WindowsFiles, AFileInUseIsKept) {
     MakeFile(drive / "a.bin", "old");
     const HANDLE held = CreateFileW((drive / "a.bin").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
