@@ -6,7 +6,9 @@
 #include <optional>
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/level_list.h"
+#include "core/profile.h"
 #include "core/sizes.h"
 #include "core/tr4_info.h"
 #include "foundation/date_text.h"
@@ -65,6 +67,26 @@ void AppendLevel(std::int32_t code, const std::string& name) {
     ++archive.Header.LevelCount;
 }
 
+// Gives a folder that became no level its place in KEPT again, and tells where it lies.
+std::int32_t GiveBack(const std::string& folder, const std::string& kept) {
+    const bool back = FolderExists(kept) || RenameFile(folder, kept);
+    TellCritical(LoadMessage(MessageId::kKeptCannotTake, {}) + (back ? kept : folder));
+    return -1;
+}
+
+// The level in the Archive and in its file. False, after a message and with the Archive as it was, if the
+// file can't be written.
+bool SaveLevel(std::int32_t code, const std::string& name) {
+    const ArchiveContents old = archive;
+    const bool was_changed = archive.ArchiveChanged;
+    AppendLevel(code, name);
+    CountLevelSize(LevelIndex(code)); // and saves
+    if (!profile.AutoSave || !archive.ArchiveChanged) return true;
+    static_cast<ArchiveContents&>(archive) = old;
+    archive.ArchiveChanged = was_changed;
+    return false;
+}
+
 // A name of one folder, not a way out of KEPT.
 bool IsKept(const std::string& name) {
     const std::vector<KeptLevel> kept = ListKept();
@@ -115,6 +137,8 @@ bool MakeWay(const std::string& folder) {
 }
 
 std::int32_t TakeKept(const std::string& folder_name) {
+    const Change change(MessageId::kDoingKept, kAll);
+    if (!change) return -1;
     if (!IsKept(folder_name)) {
         TellCritical(LoadMessage(MessageId::kKeptUnknown, {}) + folder_name);
         return -1;
@@ -124,13 +148,12 @@ std::int32_t TakeKept(const std::string& folder_name) {
     const std::int32_t code = std::max(NextLevelCode(), 1);
     const std::string folder = LevelFolder(code, false);
     if (!MakeWay(folder)) return -1;
-    if (!RenameFile(kept, folder) || !CreateLevelFolders(folder)) {
-        TellCritical(LoadMessage(MessageId::kKeptCannotTake, {}) + kept);
-        return -1;
+    if (!RenameFile(kept, folder) || !CreateLevelFolders(folder) || !swap::NoteLevelMoved(kept, folder))
+        return GiveBack(folder, kept);
+    if (!SaveLevel(code, name)) {
+        static_cast<void>(swap::NoteLevelMoved(folder, kept)); // else its tr4.inf finds the level
+        return GiveBack(folder, kept);
     }
-    if (!swap::NoteLevelMoved(kept, folder)) return -1;
-    AppendLevel(code, name);
-    CountLevelSize(LevelIndex(code)); // and saves
     RefreshLevelList();
     SelectLevel(code);
     ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kKeptTaken, {}) + name);
@@ -138,6 +161,8 @@ std::int32_t TakeKept(const std::string& folder_name) {
 }
 
 bool TakeKeptLevel() {
+    const Change change(MessageId::kDoingKept, kAll);
+    if (!change) return false;
     if (ListKept().empty()) {
         ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kKeptNone, {}) + KeptFolder());
         return false;

@@ -31,7 +31,8 @@ std::string KeepFolder(const std::string& folder, const std::string& kept_folder
 // after a message.
 [[nodiscard]] bool MakeWay(const std::string& folder);
 
-// Makes a kept folder a level with the next free code. The level's code, selected; -1 after a message.
+// Makes a kept folder a level with the next free code. The level's code, selected; -1 after a message, with
+// the folder in KEPT again, if that or the saving of the Archive failed.
 std::int32_t TakeKept(const std::string& folder_name);
 // The command "Take back a kept level folder": asks which. True if one was taken.
 bool TakeKeptLevel();

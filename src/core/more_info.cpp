@@ -3,6 +3,7 @@
 #include <string>
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/level_list.h"
 #include "core/level_view.h"
 #include "foundation/files.h"
@@ -55,7 +56,11 @@ void ShowFromCd(const LevelRecord& level, const PlainName& name, const std::stri
         TellCritical(LoadMessage(MessageId::kMoreInfoNotFound, {on_cd}));
         return;
     }
-    if (!CopyInfoFile(on_cd, on_disk)) {
+    Change change(MessageId::kDoingMoreInfo, kArchiveFolder, level.Code);
+    if (!change) return;
+    const bool copied = CopyInfoFile(on_cd, on_disk);
+    change.End(); // opening it may ask
+    if (!copied) {
         TellCritical(LoadMessage(MessageId::kMoreInfoCopyFailed, {on_cd}) + on_disk + "]");
         return;
     }

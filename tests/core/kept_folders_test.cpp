@@ -6,6 +6,7 @@
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/profile.h"
+#include "foundation/lock.h"
 #include "support/record_bytes.h"
 #include "support/swap_home.h"
 
@@ -156,6 +157,60 @@ TEST_F(KeptFolders, HoldALevelThatWasRemovedWithoutItsFolder) {
     AddLevel(2, "Other", {});
     ASSERT_TRUE(MakeWay(LevelFolder(NextLevelCode(), false)));
     EXPECT_EQ(test::BytesOf(Kept(OnlyKept()) / "SAVEGAMES/savegame.0"), "precious");
+}
+
+// --- the door ---
+
+TEST_F(KeptFolders, StayWhileAnotherProgramIsAtWork) {
+    test::MakeFile(Kept("old") / "FILES/a.tr4", "a");
+    test::MakeFile(levels / "LEVEL_0004/FILES/b.tr4", "b");
+    fs::create_directory(RuntimeFolder() / (FolderIdentity("C:\\Levels") + ".lock"));
+    EXPECT_EQ(TakeKept("old"), -1);
+    EXPECT_FALSE(TakeKeptLevel()) << "and nothing is asked";
+    EXPECT_EQ(test::BytesOf(Kept("old") / "FILES/a.tr4"), "a");
+    EXPECT_EQ(test::BytesOf(levels / "LEVEL_0004/FILES/b.tr4"), "b");
+    EXPECT_EQ(archive.Header.LevelCount, 2);
+    EXPECT_EQ(user.Told().size(), 2U);
+}
+
+TEST_F(KeptFolders, BecomeLevelsBesideThoseThatAnotherProgramAdded) {
+    ASSERT_TRUE(WriteArchive("C:\\Kelvash\\test.kva"));
+    ArchiveContents newer = archive;
+    LevelRecord level;
+    level.Code = 4;
+    level.Name = "Coast";
+    newer.Levels.insert(newer.Levels.end() - 1, level);
+    ++newer.Header.LevelCount;
+    ASSERT_TRUE(WriteArchiveFile("C:\\Kelvash\\test.kva", newer));
+    test::MakeFile(levels / "LEVEL_0004/FILES/coast.tr4", "coast");
+    test::MakeFile(Kept("old") / "FILES/a.tr4", "a");
+    EXPECT_EQ(TakeKept("old"), 5);
+    EXPECT_EQ(test::BytesOf(levels / "LEVEL_0004/FILES/coast.tr4"), "coast");
+    EXPECT_EQ(test::BytesOf(levels / "LEVEL_0005/FILES/a.tr4"), "a");
+    EXPECT_EQ(LevelByCode(4).Name, "Coast");
+}
+
+TEST_F(KeptFolders, AreGivenBackWhenTheArchiveCannotBeSaved) {
+    ASSERT_TRUE(WriteArchive("C:\\Kelvash\\test.kva"));
+    test::MakeFile(Kept("old") / "FILES/a.tr4", "a");
+    fs::create_directory(home / "test.kva.new"); // in the way of every save
+    EXPECT_EQ(TakeKept("old"), -1);
+    EXPECT_EQ(test::BytesOf(Kept("old") / "FILES/a.tr4"), "a");
+    EXPECT_FALSE(test::Exists(levels / "LEVEL_0004"));
+    EXPECT_EQ(archive.Header.LevelCount, 2);
+    EXPECT_FALSE(archive.ArchiveChanged);
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Error while saving archive: C:\\Kelvash\\test.kva",
+                                         "critical: I can not take back the kept folder: "
+                                         "C:\\Levels\\KEPT\\old"));
+}
+
+TEST_F(KeptFolders, AreGivenBackWhenTheyCannotBeALevelsFolder) {
+    test::MakeFile(Kept("old") / "SAVEGAMES", "a file in the way");
+    EXPECT_EQ(TakeKept("old"), -1);
+    EXPECT_EQ(test::BytesOf(Kept("old") / "SAVEGAMES"), "a file in the way");
+    EXPECT_FALSE(test::Exists(levels / "LEVEL_0004"));
+    EXPECT_THAT(user.Told(), ElementsAre("critical: I can not take back the kept folder: "
+                                         "C:\\Levels\\KEPT\\old"));
 }
 
 } // namespace

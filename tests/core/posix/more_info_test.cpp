@@ -4,6 +4,7 @@
 #include "core/level_list.h"
 #include "core/level_view.h"
 #include "foundation/drives.h"
+#include "foundation/lock.h"
 #include "support/swap_home.h"
 
 namespace kelvash::core {
@@ -70,6 +71,14 @@ TEST_F(MoreInfo, TellsAnUnknownLevel) {
     level_list.Items[static_cast<std::size_t>(level_list.Selected)].Code = 44;
     ShowMoreInfo();
     EXPECT_THAT(user.Told(), ElementsAre("critical: Internal error: unknown level code: 44"));
+}
+
+TEST_F(MoreInfo, CopiesNothingWhileAnotherProgramIsAtWork) {
+    MakeFile(InsertDisc() / "readme.txt", "read me");
+    fs::create_directory(RuntimeFolder() / (FolderIdentity("C:\\Levels") + ".lock"));
+    ShowMoreInfo();
+    EXPECT_FALSE(Exists(LevelPath(1) / "FILES/readme.txt"));
+    EXPECT_EQ(user.Told().size(), 1U);
 }
 
 TEST_F(MoreInfo, TellsADocumentThatIsNowhere) {
