@@ -17,5 +17,8 @@ bool RemoveLevel();
 bool RecoverArchive();
 // Moves the level folders into a folder that the user chooses. The old ones go only when all is copied.
 bool MoveArchive();
+// Tells once of the old level folders that a move left which was killed while it removed them. To be called
+// when the Archive has been opened.
+void TellCutShortMove();
 
 } // namespace kelvash::core

@@ -63,15 +63,20 @@ std::vector<Move> PlanMoves(const std::string& target) {
 
 // --- what an earlier move has left behind ---
 
-// True if the target holds copies of a move of this Archive that was killed.
-bool HoldsOurCopies(const std::string& target) {
+// The folder from which a move to the target was on its way when it was killed; empty if none was.
+std::string SourceOfMove(const std::string& target) {
     constexpr std::size_t kMostBytes = 4096;
     const std::string note =
         ReadFileStart(CopiesIn(target) + std::string(kNoteName), kMostBytes).value_or(std::string());
     std::size_t position = 0;
     const std::string line = NextLineIn(note, position);
-    return StartsWithNoCase(line, kNoteTag) &&
-           IsSamePlace(line.substr(kNoteTag.size()), Trim(archive.Header.SecondaryFolder));
+    return StartsWithNoCase(line, kNoteTag) ? line.substr(kNoteTag.size()) : std::string();
+}
+
+// True if the target holds copies of a move of this Archive that was killed.
+bool HoldsOurCopies(const std::string& target) {
+    const std::string source = SourceOfMove(target);
+    return !source.empty() && IsSamePlace(source, Trim(archive.Header.SecondaryFolder));
 }
 
 // True if each file of a folder lies in another one with the same size and date.
@@ -97,11 +102,6 @@ bool ClearOldCopies(const std::vector<Move>& moves, const std::string& target) {
         ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kMoveStaleCopy, {}) + kept);
     }
     return true;
-}
-
-void RemoveEmptyFolder(const std::string& folder) {
-    std::error_code error;
-    fs::remove(NativePath(folder), error);
 }
 
 // --- the target ---
@@ -166,7 +166,7 @@ void RemoveCopies(const std::vector<Move>& moves, const std::string& target) {
     for (const Move& move : moves)
         if (IsCopyOf(move.to, move.from)) static_cast<void>(RemoveFolderTree(move.to, bar));
     static_cast<void>(RemoveFolderTree(CopiesIn(target), bar)); // what stays is a copy
-    RemoveEmptyFolder(target + "\\" + FileNameOf(KeptFolder()));
+    static_cast<void>(RemoveEmptyFolder(target + "\\" + FileNameOf(KeptFolder())));
 }
 
 // Why nothing more can be copied, before the copies go.
@@ -257,6 +257,12 @@ void RemoveOldFolders(const std::vector<Move>& moves) {
     }
 }
 
+// The note of a move goes last: until then it tells where the old folders are.
+void ForgetMove(const std::string& target) {
+    Bar bar{BarPlace::CallerForm, -1};
+    static_cast<void>(RemoveFolderTree(CopiesIn(target), bar)); // holds the note alone
+}
+
 // The record of a level in TRLE and the Archive's file name the new place, or neither does. The record is
 // first: its writing can be taken back as long as both places hold the folders.
 bool NameNewPlace(const std::string& target) {
@@ -296,13 +302,27 @@ bool MoveArchive() {
     const std::vector<Move> moves = PlanMoves(*target);
     const std::string old_kept = KeptFolder();
     if (!Transfer(moves, *target)) return false;
-    Bar bar{BarPlace::CallerForm, -1};
-    static_cast<void>(RemoveFolderTree(CopiesIn(*target), bar)); // an empty one, or at worst its note
     RemoveOldFolders(moves);
-    RemoveEmptyFolder(old_kept);
+    static_cast<void>(RemoveEmptyFolder(old_kept)); // others may keep something there
+    ForgetMove(*target);
     ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kMoveDone, {}) + *target);
     RefreshLevelList();
     return true;
+}
+
+void TellCutShortMove() {
+    const std::string folder(Trim(archive.Header.SecondaryFolder));
+    if (folder.empty() || SourceOfMove(folder).empty()) return;
+    const Change change(MessageId::kDoingMoveRest, kArchiveFolder);
+    if (!change) return;
+    const std::string source = SourceOfMove(folder); // a move may have ended meanwhile
+    if (source.empty()) return;
+    const auto is_left = [&](const LevelRecord& level) {
+        return level.Code > 0 && FolderExists(source + LevelFolderName(level.Code));
+    };
+    if (std::any_of(archive.Levels.begin(), archive.Levels.begin() + archive.Header.LevelCount, is_left))
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kMoveOldLeft, {}) + source);
+    ForgetMove(folder);
 }
 
 } // namespace kelvash::core

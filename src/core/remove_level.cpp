@@ -80,7 +80,10 @@ bool RemoveLevel() {
                                               folder + LoadMessage(MessageId::kRemoveFolderQuestionEnd, {})))
         return true;
     // Whatever AutoSave says: a file that still lists the level would list it without its files.
-    if (archive.ArchiveChanged && !SaveArchive()) return true;
+    if (archive.ArchiveChanged && !SaveArchive()) {
+        TellCritical(LoadMessage(MessageId::kRemoveNotSaved, {}) + folder);
+        return false;
+    }
     RemoveFolderAndTell(folder);
     archive.Header.MainFolderSize -= level.FilesSize;
     archive.Header.SecondaryFolderSize -= level.SavesSize;

@@ -28,6 +28,20 @@ class Maintenance : public test::SwapHome {
         archive.Header.MainFolderSize += 100;
         archive.Header.SecondaryFolderSize += 10;
     }
+    // Level 1, as its marker says, is in TRLE.
+    void AddMarked() {
+        AddSized(1, "In");
+        test::MakeFile(trle / "Kelvash.txt",
+                       "#LEVEL_CODE=1#\r\n#LEVEL_NAME=In#\r\n#OVERWROTEN_FILES=#\r\n"
+                       "#COPIED_FILES=\\data\\maze.tr4#\r\n");
+    }
+    // The same with its file, which no backup holds, and a save.
+    void AddPlayed() {
+        AddMarked();
+        user.MayBeTold("Files of the TRLE folder that the backup doesn't hold made way: 1.");
+        test::MakeFile(trle / "data/maze.tr4", "in play");
+        test::MakeFile(trle / "savegame.0", "in play");
+    }
     void Select(std::int32_t code) {
         RefreshLevelList();
         SelectLevel(code);
@@ -94,13 +108,7 @@ TEST_F(Maintenance, WhatCannotBeRemovedIsTold) {
 }
 
 TEST_F(Maintenance, ALevelThatIsInTrleIsTakenOutFirst) {
-    user.MayBeTold("Files of the TRLE folder that the backup doesn't hold made way: 1.");
-    AddSized(1, "In");
-    test::MakeFile(trle / "Kelvash.txt",
-                   "#LEVEL_CODE=1#\r\n#LEVEL_NAME=In#\r\n#OVERWROTEN_FILES=#\r\n"
-                   "#COPIED_FILES=\\data\\maze.tr4#\r\n");
-    test::MakeFile(trle / "data/maze.tr4", "in play");
-    test::MakeFile(trle / "savegame.0", "in play");
+    AddPlayed();
     Select(1);
     user.WillAnswer("Are you sure", "yes");
     user.WillAnswer("Do you want remove all sub-folders", "no");
@@ -112,10 +120,7 @@ TEST_F(Maintenance, ALevelThatIsInTrleIsTakenOutFirst) {
 }
 
 TEST_F(Maintenance, ALevelThatCannotBeTakenOutStays) {
-    AddSized(1, "In");
-    test::MakeFile(trle / "Kelvash.txt",
-                   "#LEVEL_CODE=1#\r\n#LEVEL_NAME=In#\r\n#OVERWROTEN_FILES=#\r\n"
-                   "#COPIED_FILES=\\data\\maze.tr4#\r\n");
+    AddMarked();
     std::filesystem::create_directories(trle / "data/maze.tr4/in the way");
     Select(1);
     user.WillAnswer("Are you sure", "yes");
@@ -124,6 +129,37 @@ TEST_F(Maintenance, ALevelThatCannotBeTakenOutStays) {
               "exclamation: The level is still in Tomb Raider Level Editor folder, so it has "
               "not been removed");
     EXPECT_THAT(Codes(), ElementsAre(0, 1));
+}
+
+TEST_F(Maintenance, SavesOfTheLevelInTrleGoWithItsFolder) {
+    AddPlayed();
+    Select(1);
+    user.WillAnswer("Are you sure to want remove level \"In\" ?", "yes");
+    user.WillAnswer(
+        "Do you want remove all sub-folders of level?\r\n(Folder to remove: C:\\Levels\\LEVEL_0001)", "yes");
+    EXPECT_TRUE(RemoveLevel());
+    EXPECT_EQ(user.Told().back(), "plain: Level has been removed");
+    EXPECT_FALSE(test::Exists(LevelPath(1))) << "and with it the stash into which the saves came";
+    EXPECT_FALSE(test::Exists(trle / "savegame.0"));
+    EXPECT_FALSE(test::Exists(trle / "Kelvash.txt"));
+    EXPECT_FALSE(test::Exists(StashPath(0) / "savegame.0")) << "never under another level's name";
+}
+
+TEST_F(Maintenance, TheFolderStaysWithALevelThatTheFileStillLists) {
+    AddSized(1, "One");
+    ASSERT_TRUE(WriteArchive("C:\\Kelvash\\test.kva"));
+    std::filesystem::create_directory(home / "test.kva.new"); // in the way of every save
+    Select(1);
+    user.WillAnswer("Are you sure", "yes");
+    user.WillAnswer("Do you want remove all sub-folders", "yes");
+    EXPECT_FALSE(RemoveLevel());
+    EXPECT_TRUE(test::Exists(LevelPath(1) / "FILES/maze.tr4"));
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: Error while saving archive: C:\\Kelvash\\test.kva",
+                            "critical: Error while saving archive: C:\\Kelvash\\test.kva",
+                            "critical: The folder of the level stays, because the Archive's file still "
+                            "lists the level: C:\\Levels\\LEVEL_0001"));
+    EXPECT_TRUE(archive.ArchiveChanged);
 }
 
 TEST_F(Maintenance, AFolderThatCannotBeRemovedIsTold) {
@@ -273,6 +309,39 @@ TEST_F(Moving, TheOldPlaceIsKnownUnderAnotherDrive) {
     EXPECT_EQ(test::BytesOf(LevelPath(1) / "FILES/maze.tr4"), "level One");
 }
 
+// Killed between the saving of the Archive and the removal of the last old folder.
+TEST_F(Moving, WhatAKillHasLeftIsToldOnce) {
+    test::MakeFile(levels / "KELVASH_MOVE/move.txt", "#FROM=C:\\before\r\n");
+    test::MakeFile(drive / "before/LEVEL_0002/FILES/maze.tr4", "level Two");
+    TellCutShortMove();
+    EXPECT_THAT(user.Told(),
+                ElementsAre("exclamation: The last move of the Archive was cut short when its levels were "
+                            "already in the new folder. Their old folders haven't all been removed from: "
+                            "C:\\before"));
+    EXPECT_TRUE(test::Exists(drive / "before/LEVEL_0002/FILES/maze.tr4"));
+    EXPECT_FALSE(test::Exists(levels / "KELVASH_MOVE"));
+    TellCutShortMove();
+    EXPECT_EQ(user.Told().size(), 1U);
+}
+
+TEST_F(Moving, NothingIsToldOfFoldersThatAreGoneOrOthers) {
+    test::MakeFile(levels / "KELVASH_MOVE/move.txt", "#FROM=C:\\before\r\n");
+    std::filesystem::create_directories(drive / "before/LEVEL_0009");
+    TellCutShortMove();
+    EXPECT_THAT(user.Told(), IsEmpty());
+    EXPECT_FALSE(test::Exists(levels / "KELVASH_MOVE"));
+    EXPECT_TRUE(test::Exists(drive / "before/LEVEL_0009"));
+}
+
+TEST_F(Moving, ItsNoteGoesLast) {
+    test::OrdinaryUser ordinary;
+    std::filesystem::permissions(LevelPath(2) / "FILES", std::filesystem::perms(0555));
+    EXPECT_TRUE(MoveTo("C:\\new"));
+    std::filesystem::permissions(LevelPath(2) / "FILES", std::filesystem::perms(0755));
+    EXPECT_EQ(user.Told().front(), "critical: Error removing folder: C:\\Levels\\LEVEL_0002");
+    EXPECT_FALSE(test::Exists(drive / "new/KELVASH_MOVE")) << "it has been told already";
+}
+
 TEST_F(Moving, AFolderBehindALinkIsNotLost) {
     test::MakeFile(drive / "elsewhere/big.tr4", "far away");
     std::filesystem::create_directory_symlink(drive / "elsewhere", LevelPath(2) / "FILES/linked");
@@ -308,6 +377,25 @@ TEST_F(Moving, AFailedCopyLeavesTheOldFoldersAndNoCopies) {
     EXPECT_EQ(archive.Header.SecondaryFolder, "C:\\Levels");
     EXPECT_TRUE(test::Exists(LevelPath(1) / "FILES/maze.tr4"));
     EXPECT_TRUE(std::filesystem::is_empty(drive / "new"));
+}
+
+// The sizes that the Archive states don't tell of a file that has been put in by hand.
+TEST_F(Moving, AFullTargetIsTold) {
+    namespace fs = std::filesystem;
+    constexpr std::uintmax_t kSpare = std::uintmax_t{1} << 32; // others may free that much meanwhile
+    test::MakeFile(LevelPath(2) / "FILES/big.bin", "");
+    fs::resize_file(LevelPath(2) / "FILES/big.bin", fs::space(drive).available + kSpare); // sparse
+    test::OrdinaryUser ordinary;
+    fs::permissions(LevelPath(1) / "FILES/maze.tr4", fs::perms(0)); // stands for the write that fails
+    EXPECT_FALSE(MoveTo("C:\\new"));
+    fs::permissions(LevelPath(1) / "FILES/maze.tr4", fs::perms(0644));
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre("critical: Error copying file from 'C:\\Levels\\LEVEL_0001\\FILES\\maze.tr4'  to  "
+                    "'C:\\new\\KELVASH_MOVE\\LEVEL_0001\\FILES\\maze.tr4'",
+                    "critical: The target drive is full. The archive is where it was."));
+    EXPECT_TRUE(fs::is_empty(drive / "new"));
+    EXPECT_EQ(archive.Header.SecondaryFolder, "C:\\Levels");
 }
 
 TEST_F(Moving, AStopLeavesTheArchiveWhereItWas) {

@@ -2,6 +2,7 @@
 // level's files be whole where it says they are.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <iostream>
 
@@ -21,6 +22,14 @@ class MaintenanceFailingCalls : public FaultHome {
     // True if the Archive names the new place.
     bool CheckMove() const;
     void FailMove(int error, bool lasting);
+    Operation Move() {
+        return {"move", 1, Backup::Full, [this] {
+                    user.WillAnswer("Select target folder", "C:\\new");
+                    return core::MoveArchive() ? 0 : 1;
+                }};
+    }
+    void PrepareMove(const Operation& operation);
+    bool OldFoldersAreLeft() const;
 
     std::map<std::int32_t, FileMap> before; // what lies in the level folders
 };
@@ -36,16 +45,23 @@ bool MaintenanceFailingCalls::CheckMove() const {
     return named == "C:\\new";
 }
 
-void MaintenanceFailingCalls::FailMove(int error, bool lasting) {
-    const Operation operation{"move", 1, Backup::Full, [this] {
-                                  user.WillAnswer("Select target folder", "C:\\new");
-                                  return core::MoveArchive() ? 0 : 1;
-                              }};
+void MaintenanceFailingCalls::PrepareMove(const Operation& operation) {
     Prepare(operation);
     std::filesystem::create_directories(drive / "new");
     Keep(pristine);
     for (const WorldLevel& level : levels)
         before[level.code] = TreeOf(world.LevelPath(level.code));
+}
+
+bool MaintenanceFailingCalls::OldFoldersAreLeft() const {
+    return std::any_of(levels.begin(), levels.end(), [this](const WorldLevel& level) {
+        return Exists(drive / "Levels" / ("LEVEL_000" + std::to_string(level.code)));
+    });
+}
+
+void MaintenanceFailingCalls::FailMove(int error, bool lasting) {
+    const Operation operation = Move();
+    PrepareMove(operation);
     const int points = CountCalls(operation);
     int moved = 0;
     for (int at = 1; at <= points && !HasFailure(); ++at) {
@@ -69,6 +85,30 @@ void MaintenanceFailingCalls::FailMove(int error, bool lasting) {
 
 TEST_F(MaintenanceFailingCalls, OfAMoveLeaveEveryLevelWhole) {
     FailMove(EIO, false);
+}
+
+// What a kill leaves at the old place is told at the next start.
+TEST_F(MaintenanceFailingCalls, AKilledMoveTellsOfOldFolders) {
+    const Operation operation = Move();
+    PrepareMove(operation);
+    const int points = CountCalls(operation);
+    int told = 0;
+    for (int at = 1; at <= points && !HasFailure(); ++at) {
+        SCOPED_TRACE("killed at call " + std::to_string(at));
+        EXPECT_TRUE(RunWith(operation, {Fault::Kill, at}).killed);
+        StartProgram();
+        const bool at_new_place = CheckMove();
+        const std::vector<std::string>& lines = user.Told();
+        const bool is_told = std::any_of(lines.begin(), lines.end(), [](const std::string& line) {
+            return line.find("Their old folders haven't all been removed from: C:\\Levels") !=
+                   std::string::npos;
+        });
+        EXPECT_EQ(is_told, at_new_place && OldFoldersAreLeft());
+        told += is_told ? 1 : 0;
+        user.Forget();
+    }
+    EXPECT_GT(told, 0);
+    std::cout << "  " << points << " kills in move, " << told << " told\n";
 }
 
 TEST_F(MaintenanceFailingCalls, OnAFullDiskLeaveEveryLevelWhole) {
