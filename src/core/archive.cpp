@@ -153,6 +153,11 @@ void ArchiveTouched() {
         TellCritical(LoadMessage(MessageId::kErrorSavingArchive, {}) + profile.LastArchive);
 }
 
+void DropChanges() {
+    archive.ArchiveChanged = false;
+    SettleUnsaved();
+}
+
 bool AskSaveArchive() {
     if (!archive.ArchiveChanged) return true;
     if (!profile.AutoSave) {
@@ -161,8 +166,7 @@ bool AskSaveArchive() {
             LoadMessage(MessageId::kArchiveChangedQuestion, {FileNameOf(profile.LastArchive), kLineBreak}));
         if (answer == Answer::None) return false;
         if (answer == Answer::No) {
-            archive.ArchiveChanged = false;
-            SettleUnsaved();
+            DropChanges();
             return true;
         }
     }
@@ -193,8 +197,7 @@ bool LoadArchive(std::string_view path) {
     static_cast<ArchiveContents&>(archive) = std::move(contents);
     profile.LastArchive = source;
     NoteSeenArchive(source, stamp);
-    archive.ArchiveChanged = false;
-    SettleUnsaved();
+    DropChanges();
     if (!CheckArchiveFolders()) {
         archive.ArchiveLoadRefused = true;
         return false;
@@ -229,10 +232,10 @@ bool SaveArchiveAs() {
          AppFolder(), FileNameOf(profile.LastArchive)});
     if (!path) return true;
     if (!CheckPath(*path)) return false;
-    const bool written = WriteArchive(*path);
-    if (!written) TellCritical(LoadMessage(MessageId::kErrorSavingArchiveAs, {}) + *path);
+    const Saving saving = Save(*path);
+    if (saving == Saving::Failed) TellCritical(LoadMessage(MessageId::kErrorSavingArchiveAs, {}) + *path);
     TheUser().LevelListChanged();
-    return written;
+    return saving == Saving::Done;
 }
 
 bool SaveArchive() {

@@ -55,6 +55,8 @@ void ArchiveTouched();
 // Offers to save a changed Archive; with AutoSave on it saves without a question. False if its changes are
 // neither saved nor given up: who would drop them leaves the Archive open.
 bool AskSaveArchive();
+// Gives up what the file doesn't hold yet; the Archive is to be closed or loaded anew.
+void DropChanges();
 // Adds bytes (below 0 too) to a level's FilesSize or SavesSize and, for an index above 0, to the header's
 // sum.
 enum class SizeKind { Files = 1, Saves = 2 };

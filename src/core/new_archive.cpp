@@ -121,6 +121,7 @@ bool NewArchive() {
         return false;
     }
     profile.LastArchive = DefaultArchivePath();
+    ArchiveTouched(); // the file is made even if the counting is stopped
     ComputeArchiveSize(Report::Silent);
     RefreshLevelList();
     return true;

@@ -10,6 +10,7 @@
 #include "foundation/guarded_folders.h"
 #include "foundation/lock.h"
 #include "foundation/messages.h"
+#include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/backup.h"
@@ -36,17 +37,16 @@ bool IsMissing(const std::string& path) {
     return fs::symlink_status(NativePath(path), error).type() == fs::file_type::not_found;
 }
 
-// Nothing for a file that can't be read or holds nothing: no version has written such a one.
+// Nothing for a file that can't be read.
 std::optional<std::string> ReadProfileFile() {
     // One byte more than the record tells a longer file without reading it whole.
-    std::optional<std::string> bytes = ReadFileStart(ProfilePath(), kProfileSize + 1);
-    return bytes && !bytes->empty() ? bytes : std::nullopt;
+    return ReadFileStart(ProfilePath(), kProfileSize + 1);
 }
 
 // The fields that this run has changed, over what the file holds now.
 std::string MergedBytes(const std::optional<std::string>& old) {
     const std::string own = EncodeProfile(profile);
-    if (!old || file_state.seen.empty()) return own;
+    if (!old || old->empty() || file_state.seen.empty()) return own; // an empty one holds nothing to keep
     ProfileRecord other;
     DecodeProfile(*old, other);
     std::string merged = EncodeProfile(other);
@@ -132,12 +132,44 @@ void ResetProfileFile() {
     file_state = FileState();
 }
 
-bool SaveProfile() {
-    AskSaveArchive();
-    const bool stands =
-        file_state.unreadable || WriteProfile(); // of one that wasn't read nothing was changed
+namespace {
+
+// Of one that wasn't read nothing was changed.
+bool ProfileStands() {
+    return file_state.unreadable || WriteProfile();
+}
+
+void PutAnimationBack() {
     if (session.Started) TheDesktop().SetWindowAnimation(session.WindowAnimation);
+}
+
+bool MayLoseArchive() {
+    return AskYesNo(MessageStyle::Exclamation, LoadMessage(MessageId::kCloseUnsavedArchive,
+                                                           {FileNameOf(profile.LastArchive), kLineBreak}));
+}
+
+bool MayLoseProfile() {
+    return AskYesNo(MessageStyle::Exclamation,
+                    LoadMessage(MessageId::kCloseUnsavedProfile, {ProfilePath(), kLineBreak}));
+}
+
+} // namespace
+
+bool SaveProfile() {
+    static_cast<void>(AskSaveArchive()); // archive.ArchiveChanged tells
+    const bool stands = ProfileStands();
+    PutAnimationBack();
     return stands;
+}
+
+bool SaveToClose() {
+    if (!AskSaveArchive()) {
+        if (!MayLoseArchive()) return false;
+        DropChanges();
+    }
+    if (!ProfileStands() && !MayLoseProfile()) return false;
+    PutAnimationBack();
+    return true;
 }
 
 } // namespace kelvash::core

@@ -90,7 +90,7 @@ std::string ProfilePath();
 enum class ProfileState { FirstRun, Current, Upgraded, Unreadable };
 // Fills the profile with the defaults, then from the file if there is one; FullBackup follows the
 // backup's note where there is one. Unreadable is one that is there
-// and can't be read, or holds nothing: the defaults stand, and nothing is written over it.
+// and can't be read: the defaults stand, and nothing is written over it. An empty one is of another length.
 ProfileState LoadProfile();
 // The same; a profile that can't be read is told and gives false.
 [[nodiscard]] bool OpenProfile(ProfileState& state);
@@ -99,8 +99,12 @@ ProfileState LoadProfile();
 [[nodiscard]] bool WriteProfile();
 // Forgets what the file held, for tests.
 void ResetProfileFile();
-// Offers to save the Archive, writes the profile, and puts the window animation back. A
-// failed write is not told to the user, as it happens while the window closes; the old settings stand then.
-bool SaveProfile();
+// Offers to save the Archive (one that couldn't be saved has its changes still), writes the profile, and puts
+// the window animation back. False, without a message, if the profile can't be written; the old settings
+// stand then.
+[[nodiscard]] bool SaveProfile();
+// The same where the user can stay: for the Archive or the profile that couldn't be saved it asks whether the
+// changes may be lost. False if not; the run goes on then.
+[[nodiscard]] bool SaveToClose();
 
 } // namespace kelvash::core

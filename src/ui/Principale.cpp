@@ -279,8 +279,15 @@ void Principale::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
-    core::SaveProfile();
-    if (isVisible()) SaveWindow(this, splitter_);
+    if (!isVisible()) { // the start has failed: there is nothing to stay for
+        static_cast<void>(core::SaveProfile());
+        return;
+    }
+    if (!core::SaveToClose()) {
+        event->ignore();
+        return;
+    }
+    SaveWindow(this, splitter_);
     event->accept();
 }
 

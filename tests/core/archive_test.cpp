@@ -290,6 +290,24 @@ TEST_F(ArchiveTest, IsSavedUnderAnotherName) {
     EXPECT_EQ(user.list_changes, 1) << "the title is refreshed";
 }
 
+// The open Archive's file, which another program has written meanwhile.
+TEST_F(ArchiveTest, IsNotSavedOverAnothersWorkAndCallsThatNoError) {
+    ASSERT_TRUE(WriteArchive("C:\\Kelvash\\test.kva"));
+    archive.ArchiveChanged = true; // else it is only read again
+    ArchiveContents other = archive;
+    other.Levels[0].Note = "of another program";
+    ASSERT_TRUE(WriteArchiveFile("C:\\Kelvash\\test.kva", other));
+    const std::string theirs = BytesOf(kva);
+    user.WillAnswer("Save current archive as ...", "C:\\Kelvash\\test.kva");
+    user.WillAnswer("Do you want to overwrite the file with what is here?", "no");
+    EXPECT_FALSE(SaveArchiveAs());
+    user.WillAnswer("Do you want to overwrite the file with what is here?", "no");
+    EXPECT_FALSE(SaveArchive());
+    EXPECT_THAT(user.Told(), IsEmpty());
+    EXPECT_EQ(BytesOf(kva), theirs);
+    EXPECT_TRUE(archive.ArchiveChanged);
+}
+
 TEST_F(ArchiveTest, KeepsItsNameWhenSaveAsIsCancelled) {
     archive.ArchiveChanged = true;
     user.WillAnswer("Save current archive as ...", "cancel");

@@ -53,6 +53,14 @@ TEST_F(NewArchiveTest, HoldsLevelZeroAlone) {
     EXPECT_FALSE(level.RecountSaves);
 }
 
+TEST_F(NewArchiveTest, IsSavedThoughTheCountingIsStopped) {
+    user.stop = true;
+    user.WillAnswer(kCaption, "C:\\Levels");
+    EXPECT_TRUE(NewArchive());
+    EXPECT_EQ(fs::file_size(home / "LevelArchive.kva"), 2180U);
+    EXPECT_FALSE(archive.ArchiveChanged);
+}
+
 TEST_F(NewArchiveTest, IsSavedUnderTheFirstFreeNameAndListed) {
     MakeFile(home / "LevelArchive.kva", "");
     user.WillAnswer(kCaption, "C:\\Levels");

@@ -4,6 +4,7 @@
 
 #include "core/archive.h"
 #include "core/start_up.h"
+#include "foundation/messages.h"
 #include "support/core_home.h"
 #include "support/record_bytes.h"
 
@@ -176,13 +177,24 @@ TEST_F(Profile, CutAnywhereLeavesTheDefaultsBehind) {
     }
 }
 
-TEST_F(Profile, WithoutAByteIsUnreadable) {
+TEST_F(Profile, WithoutAByteIsOneOfAnotherLength) {
     MakeFile(file, "");
-    EXPECT_EQ(LoadProfile(), ProfileState::Unreadable);
+    EXPECT_EQ(LoadProfile(), ProfileState::Upgraded);
     EXPECT_EQ(EncodeProfile(profile), DefaultBytes());
+    EXPECT_TRUE(WriteProfile());
+    EXPECT_EQ(BytesOf(file), DefaultBytes());
+}
+
+TEST_F(Profile, ThatHasBecomeEmptyGetsEverythingAgain) {
+    MakeFile(file, OtherBytes());
+    ASSERT_EQ(LoadProfile(), ProfileState::Current);
+    MakeFile(file, "");
     profile = Other();
-    EXPECT_FALSE(WriteProfile());
-    EXPECT_EQ(BytesOf(file), "");
+    profile.SavegamesToKeep = 12;
+    ProfileRecord expected = Other();
+    expected.SavegamesToKeep = 12;
+    EXPECT_TRUE(WriteProfile());
+    EXPECT_EQ(BytesOf(file), EncodeProfile(expected));
 }
 
 TEST_F(Profile, ThatCannotBeReadIsNeitherMissingNorEmpty) {
@@ -257,10 +269,14 @@ TEST_F(Profile, OfTwoFirstRunsKeepsBoth) {
 TEST_F(Profile, IsNotWrittenOverOneThatHasBecomeUnreadable) {
     MakeFile(file, DefaultBytes());
     ASSERT_EQ(LoadProfile(), ProfileState::Current);
-    MakeFile(file, "");
+    fs::permissions(file, fs::perms::none);
     profile.SavegamesToKeep = 12;
-    EXPECT_FALSE(WriteProfile());
-    EXPECT_EQ(BytesOf(file), "");
+    {
+        const test::OrdinaryUser ordinary;
+        EXPECT_FALSE(WriteProfile());
+    }
+    fs::permissions(file, fs::perms::owner_all);
+    EXPECT_EQ(BytesOf(file), DefaultBytes());
 }
 
 TEST_F(Profile, IsSavedWhole) {
@@ -319,6 +335,54 @@ TEST_F(Profile, PutsTheWindowAnimationBackThoughItCannotBeSaved) {
 TEST_F(Profile, LeavesTheWindowAnimationAloneWithoutAStart) {
     EXPECT_TRUE(SaveProfile());
     EXPECT_TRUE(desktop.animation);
+}
+
+// --- the end of a window ---
+
+TEST_F(Profile, IsSavedBeforeAWindowCloses) {
+    profile = Other();
+    EXPECT_TRUE(SaveToClose());
+    EXPECT_EQ(BytesOf(file), OtherBytes());
+    EXPECT_THAT(user.Asked(), IsEmpty());
+}
+
+TEST_F(Profile, KeepsTheWindowWhenTheArchiveCannotBeSaved) {
+    session.Started = true;
+    session.WindowAnimation = true;
+    desktop.animation = false;
+    profile.LastArchive = "C:\\Kelvash\\a.kva";
+    archive.ArchiveChanged = true;
+    fs::create_directory(home / "a.kva.new");
+    const std::string question =
+        "The Archive 'a.kva' couldn't be saved.\r\nClose all the same and lose the changes?";
+    user.WillAnswer(question, "no");
+    EXPECT_FALSE(SaveToClose());
+    EXPECT_TRUE(archive.ArchiveChanged);
+    EXPECT_FALSE(desktop.animation) << "the window stays";
+    user.WillAnswer(question, "yes");
+    EXPECT_TRUE(SaveToClose());
+    EXPECT_FALSE(archive.ArchiveChanged);
+    EXPECT_TRUE(desktop.animation);
+    EXPECT_EQ(fs::file_size(file), 1588U) << "the settings are saved all the same";
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Error while saving archive: C:\\Kelvash\\a.kva",
+                                         "critical: Error while saving archive: C:\\Kelvash\\a.kva"));
+}
+
+TEST_F(Profile, ThatCannotBeSavedKeepsTheWindow) {
+    fs::create_directory(home / "Kelvash.prf.new");
+    const std::string question =
+        "The settings couldn't be saved in C:\\Kelvash\\Kelvash.prf.\r\n"
+        "Close all the same and lose the changes?";
+    user.WillAnswer(question, "no");
+    EXPECT_FALSE(SaveToClose());
+    user.WillAnswer(question, "yes");
+    EXPECT_TRUE(SaveToClose());
+    EXPECT_FALSE(test::Exists(file));
+}
+
+TEST_F(Profile, IsLostOnlyByAYes) {
+    for (const MessageId id : {MessageId::kCloseUnsavedArchive, MessageId::kCloseUnsavedProfile})
+        EXPECT_EQ(HarmlessAnswer(Buttons::YesNo, LoadMessage(id, {"", ""})), Answer::No);
 }
 
 } // namespace
