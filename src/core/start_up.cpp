@@ -5,6 +5,7 @@
 #include "core/archive.h"
 #include "core/change.h"
 #include "core/level_list.h"
+#include "core/maintenance.h"
 #include "core/path_field.h"
 #include "core/profile.h"
 #include "core/sizes.h"
@@ -64,9 +65,15 @@ bool TakeProfile() {
 }
 
 // The desktop hands over native paths, which may be relative; one that no drive reaches stays as it is spelt.
-std::string ArchiveOfCommandLine(const std::string& token) {
+std::string PathOfToken(const std::string& token) {
     const std::string path = PathFromUser(token);
     return path.empty() ? token : path;
+}
+
+// The last name of a path of either kind.
+std::string LastNameOf(const std::string& token) {
+    const std::string path = PathOfToken(token);
+    return FileNameOf(path.substr(path.rfind('/') + 1));
 }
 
 // Opens the Archive of the last run. False ends the start-up; profile.LastArchive is blank if none is open
@@ -94,7 +101,7 @@ void OpenFirstArchive() {
     const std::string create = "Pul_New";
     const std::string button = TheUser().ShowForm(
         {"Dialog_NewArc", LoadMessage(MessageId::kNewArcCaption, {}), {}, {create, "Pul_Load"}});
-    if (button != create && !LoadArchiveDialog()) profile.LastArchive.clear();
+    if (button != create) static_cast<void>(LoadArchiveDialog()); // its failure has been told
 }
 
 // The original configuration: its backup and level 0000.
@@ -110,28 +117,39 @@ bool SecureOriginal() {
     return true;
 }
 
-// A TRLE folder that lacks files of its own is brought in order before another one is asked for.
-void MendTrle() {
-    static_cast<void>(swap::EndCutShort()); // what can't be ended is told, and waits
+// A TRLE folder that lacks files of its own is brought in order before another one is asked for. False, after
+// a message, if another program is at work on it: what it lacks now tells nothing.
+bool MendTrle() {
+    const bool ended =
+        swap::EndCutShort() != swap::CutShort::Refused; // what can't be ended is told, and waits
     const std::string trle = TrleFolder();
-    if (trle.empty() || !FolderExists(trle) || swap::CheckTrleFolder(trle, false)) return;
-    if (swap::OfferKeptWaves() && swap::CheckTrleFolder(trle, false)) return;
+    if (trle.empty() || !FolderExists(trle) || swap::CheckTrleFolder(trle, false)) return true;
+    if (!ended && WasLockedOut()) return false;
+    const Change change(MessageId::kDoingMendTrle, kHomeFolder | kTrleFolder);
+    if (!change) return false;
+    if (swap::CheckTrleFolder(trle, false)) return true; // the other one has ended
+    if (swap::OfferKeptWaves() && swap::CheckTrleFolder(trle, false)) return true;
     if (!swap::BackupIsValid() ||
         !AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kRestoreFirst, {kLineBreak})))
-        return;
+        return true;
     ProgressDialog progress(BarPlace::ProgressDialog, {});
     swap::FullRestore(progress.bar, false);
+    return true;
 }
 
+// False ends the start-up. An Archive that the user didn't want to make or to find leaves none open.
 bool OpenArchive() {
     if (!OpenLastArchive()) return false;
     if (profile.LastArchive.empty()) OpenFirstArchive();
     if (profile.LastArchive.empty()) {
         if (NewArchive()) return true;
         profile.LastArchive.clear();
-        return false;
+        CloseArchive();
+    } else if (archive.ArchiveLoadRefused) {
+        CloseArchive(); // it is tried again at the next start
+    } else if (session.LevelZeroCreated && LevelIndex(0) >= 0) {
+        CountLevelSize(LevelIndex(0));
     }
-    if (session.LevelZeroCreated && LevelIndex(0) >= 0) CountLevelSize(LevelIndex(0));
     return true;
 }
 
@@ -153,8 +171,8 @@ CommandLine ParseCommandLine(std::string_view text) {
         const std::string token(text.substr(open + 1, close - open - 1));
         if (token.empty()) break;
         if (EndsWithNoCase(token, LoadMessage(MessageId::kArchiveTokenExtension, {}))) found.Archive = token;
-        if (EqualNoCase(FileNameOf(token), LoadMessage(MessageId::kTrleTokenName, {})))
-            found.TrleSource = token;
+        if (EqualNoCase(LastNameOf(token), LoadMessage(MessageId::kTrleTokenName, {})))
+            found.TrleSource = PathOfToken(token);
         if (close == std::string_view::npos) break;
         text.remove_prefix(close + 1);
     }
@@ -171,7 +189,7 @@ void StartUp(std::string_view command_line) {
     TheDesktop().SetWindowAnimation(false);
     session.EndWanted = !TakeProfile();
     if (session.EndWanted) return;
-    if (!wanted.Archive.empty()) profile.LastArchive = ArchiveOfCommandLine(wanted.Archive);
+    if (!wanted.Archive.empty()) profile.LastArchive = PathOfToken(wanted.Archive);
     archive = ArchiveState();
     if (!wanted.TrleSource.empty()) {
         // TRLE can't be installed from a folder; who asks for it is told as for a failed set-up.
@@ -180,8 +198,7 @@ void StartUp(std::string_view command_line) {
         session.EndWanted = true;
         return;
     }
-    MendTrle();
-    session.EndWanted = !trle::ChooseTrleFolder();
+    session.EndWanted = !MendTrle() || !trle::ChooseTrleFolder();
     if (session.EndWanted || !SecureOriginal()) return;
     if (!OpenArchive()) {
         CloseArchive();
@@ -189,12 +206,13 @@ void StartUp(std::string_view command_line) {
     }
     RegisterAppPaths();
     swap::TellRescuedSaves();
+    TellCutShortMove();
     OfferFullRestore();
 }
 
 void CloseArchive() {
     static_cast<ArchiveContents&>(archive) = ArchiveState();
-    archive.ArchiveChanged = false;
+    DropChanges();
     RefreshLevelList();
 }
 
@@ -218,6 +236,8 @@ void OpenWishedArchive(const std::string& native) {
         RefreshArchive();
         return;
     }
+    archive.ArchiveLoadRefused = false;
+    if (!AskSaveArchive()) return; // the open one stays; why has been told
     const std::string former = profile.LastArchive;
     if (LoadArchive(path)) return;
     if (archive.ArchiveLoadRefused)

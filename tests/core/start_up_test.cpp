@@ -1,15 +1,13 @@
+// The start up to the Archive: desktop, files, profile, TRLE and its backup.
 #include "core/start_up.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 
-#include "core/archive.h"
-#include "core/level_list.h"
-#include "core/profile.h"
+#include "core/start_up_home.h"
+#include "foundation/lock.h"
 #include "foundation/registration.h"
-#include "support/test_home.h"
-#include "support/trle_sandbox.h"
 #include "swap/backup.h"
 
 namespace kelvash::core {
@@ -17,6 +15,13 @@ namespace {
 
 using test::BytesOf;
 using test::Exists;
+using test::kFindTrle;
+using test::kFull;
+using test::kLoad;
+using test::kNewArc;
+using test::kNewFolder;
+using test::kOriginal;
+using test::kUpgrade;
 using test::MakeFile;
 using testing::AllOf;
 using testing::Contains;
@@ -28,69 +33,7 @@ using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
-constexpr const char* kFindTrle = "Dialog_TrovaTrle\nFolder of Tomb Raider Level Editor\n";
-constexpr const char* kOriginal = "Kelvash needs the original Tomb Raider Level Editor files";
-constexpr const char* kFull = "Do you want a full backup?";
-constexpr const char* kNewArc = "Dialog_NewArc\n First execution: Missing last archive\n";
-constexpr const char* kNewFolder = "Select main folder for new archive";
-constexpr const char* kDifferent = "Do you want load a different archive?";
-constexpr const char* kLoad = "Load Tomb Raider Level Archive";
-constexpr const char* kUpgrade =
-    "Warning: in previous version 1.3, there was a bug in remove level files phase. Now, it should be "
-    "necessary "
-    "perform a full restore in trle folder to remove multiple files\r\nExecute now a full restore?";
-
-class StartUpTest : public test::TestHome {
-  protected:
-    StartUpTest() {
-        test::MakeTrle(trle);
-        fs::create_directories(drive / "Levels");
-        record.TrleFolder = "C:\\trle";
-        record.LastArchive = "C:\\Kelvash\\last.kva";
-    }
-
-    // The world of a later run: a profile, a backup, level 0000 and an Archive whose folders are `folder`.
-    void LiveIn(const std::string& folder = "C:\\Levels") {
-        MakeFile(home / "Kelvash.prf", EncodeProfile(record));
-        fs::copy(trle, home / "backup_trle", fs::copy_options::recursive);
-        fs::create_directories(home / "LEVEL_0000" / "FILES");
-        MakeArchive("last.kva", folder);
-    }
-    // An Archive with level 0000 and level 5.
-    void MakeArchive(const std::string& name, const std::string& folder) {
-        std::string bytes(546, '\0');
-        bytes[0] = 1;
-        bytes.replace(4, 512, std::string(512, ' '));
-        bytes.replace(4, folder.size(), folder);
-        bytes.replace(260, folder.size(), folder);
-        bytes[516] = 2;
-        for (const char code : {'\0', '\5'}) {
-            std::string level(1634, ' ');
-            level.replace(0, 6, "Level ");
-            level.replace(1360, 8, std::string(8, '\0'));
-            level[1360] = code;
-            level.replace(1624, 10, std::string(10, '\0'));
-            bytes += level;
-        }
-        MakeFile(home / name, bytes);
-    }
-    void WillMakeAFirstArchive() {
-        user.WillAnswer(kFindTrle, "C:\\trle");
-        user.WillAnswer(kOriginal, "yes");
-        user.WillAnswer(kFull, "no");
-        user.WillAnswer(kNewArc, "Pul_New");
-        user.WillAnswer(kNewFolder, "C:\\Levels");
-    }
-    void ExpectNoArchive() {
-        EXPECT_FALSE(ArchiveIsOpen());
-        EXPECT_EQ(archive.Header.LevelCount, 0);
-        EXPECT_FALSE(archive.ArchiveChanged);
-        EXPECT_TRUE(level_list.Items.empty());
-    }
-
-    fs::path trle = drive / "trle";
-    ProfileRecord record;
-};
+class StartUpTest : public test::StartUpHome {};
 
 // --- the first run ---
 
@@ -335,16 +278,25 @@ TEST_F(StartUpTest, EndsTheMakingOfABackupThatWasCutShort) {
     EXPECT_TRUE(Exists(home / "backup_trle.txt"));
 }
 
-TEST_F(StartUpTest, RefusesAnArchiveWhosePathTheProfileCannotHold) {
+// What another program is restoring at this moment is no folder that lacks files.
+TEST_F(StartUpTest, DoesNotJudgeATrleFolderThatAnotherProgramWorksOn) {
     LiveIn();
-    const std::string path = "C:\\\xCE\xBB\\last.kva";
-    fs::create_directories(drive / "\xCE\xBB");
-    fs::copy(home / "last.kva", drive / "\xCE\xBB/last.kva");
-    user.WillAnswer(kDifferent, "no");
-    StartUp("\"" + path + "\"");
-    EXPECT_THAT(user.Told(), ElementsAre(StartsWith("critical: This path has characters that the files of "
-                                                    "Kelvash can not hold")));
-    ExpectNoArchive();
+    fs::remove(trle / "script.dat");
+    fs::remove(trle / "tomb4.exe");
+    fs::create_directory(RuntimeFolder() / (FolderIdentity("C:\\trle") + ".lock"));
+    StartUp("");
+    EXPECT_THAT(user.Asked(), IsEmpty());
+    EXPECT_EQ(user.Told().size(), 1U);
+    EXPECT_TRUE(session.EndWanted);
+    EXPECT_FALSE(Exists(trle / "tomb4.exe"));
+}
+
+TEST_F(StartUpTest, NeedsNoLockForATrleFolderThatIsWhole) {
+    LiveIn();
+    fs::create_directory(RuntimeFolder() / (FolderIdentity("C:\\trle") + ".lock"));
+    StartUp("");
+    EXPECT_TRUE(ArchiveIsOpen());
+    EXPECT_THAT(user.Told(), IsEmpty());
 }
 
 TEST_F(StartUpTest, EndsWithoutLevelZero) {
@@ -369,182 +321,6 @@ TEST_F(StartUpTest, FindsTrleInTheRegistry) {
     StartUp("");
     EXPECT_EQ(profile.TrleFolder, "C:\\trle");
     EXPECT_TRUE(ArchiveIsOpen());
-}
-
-// --- the last Archive ---
-
-TEST_F(StartUpTest, OpensTheLastArchiveWithoutAQuestion) {
-    LiveIn();
-    StartUp("");
-    EXPECT_THAT(user.Asked(), IsEmpty());
-    EXPECT_THAT(user.Told(), IsEmpty());
-    EXPECT_TRUE(ArchiveIsOpen());
-    EXPECT_EQ(archive.Header.LevelCount, 2);
-    EXPECT_FALSE(session.LevelZeroCreated);
-    EXPECT_FALSE(archive.ArchiveLoadRefused);
-}
-
-TEST_F(StartUpTest, TellsAMissingLastArchiveAndEndsOnANo) {
-    record.LastArchive = "C:\\Kelvash\\gone.kva";
-    LiveIn();
-    user.WillAnswer(kDifferent, "no");
-    StartUp("");
-    EXPECT_THAT(user.Told(), ElementsAre("critical: Last archive not found: C:\\Kelvash\\gone.kva"));
-    EXPECT_EQ(profile.LastArchive, "");
-    ExpectNoArchive();
-}
-
-TEST_F(StartUpTest, TakesADifferentArchive) {
-    user.MayBeTold("Last archive not found: C:\\Kelvash\\gone.kva");
-    record.LastArchive = "C:\\Kelvash\\gone.kva";
-    LiveIn();
-    user.WillAnswer(kDifferent, "yes");
-    user.WillAnswer(kLoad, "C:\\Kelvash\\last.kva");
-    StartUp("");
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\last.kva");
-    EXPECT_TRUE(ArchiveIsOpen());
-    EXPECT_THAT(user.Asked(), ElementsAre(kDifferent, kLoad)) << "no first execution then";
-}
-
-TEST_F(StartUpTest, EndsWhenTheDifferentArchiveIsCancelled) {
-    user.MayBeTold("Last archive not found: C:\\Kelvash\\gone.kva");
-    record.LastArchive = "C:\\Kelvash\\gone.kva";
-    LiveIn();
-    user.WillAnswer(kDifferent, "yes");
-    user.WillAnswer(kLoad, "cancel");
-    StartUp("");
-    ExpectNoArchive();
-    EXPECT_EQ(profile.LastArchive, "");
-}
-
-TEST_F(StartUpTest, TellsALastArchiveThatCannotBeRead) {
-    LiveIn();
-    fs::permissions(home / "last.kva", fs::perms::none);
-    user.WillAnswer(kDifferent, "no");
-    const test::OrdinaryUser ordinary;
-    StartUp("");
-    EXPECT_THAT(user.Told(), ElementsAre("critical: Error loading last archive: C:\\Kelvash\\last.kva"));
-    EXPECT_EQ(profile.LastArchive, "");
-    ExpectNoArchive();
-}
-
-TEST_F(StartUpTest, KeepsARefusedArchiveForTheNextStart) {
-    LiveIn("X:\\Gone");
-    user.WillAnswer("Select folder: Gone", "cancel");
-    user.WillAnswer(kDifferent, "no");
-    StartUp("");
-    EXPECT_THAT(user.Told(), ElementsAre(StartsWith("exclamation: Warning: not found main folder")));
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\last.kva");
-    ExpectNoArchive();
-}
-
-TEST_F(StartUpTest, TakesADifferentArchiveForARefusedOne) {
-    user.MayBeTold("not found main folder of current archive");
-    LiveIn("X:\\Gone");
-    MakeArchive("other.kva", "C:\\Levels");
-    user.WillAnswer("Select folder: Gone", "cancel");
-    user.WillAnswer(kDifferent, "yes");
-    user.WillAnswer(kLoad, "C:\\Kelvash\\other.kva");
-    StartUp("");
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\other.kva");
-    EXPECT_FALSE(archive.ArchiveLoadRefused);
-    EXPECT_TRUE(ArchiveIsOpen());
-}
-
-// --- no last Archive ---
-
-TEST_F(StartUpTest, LoadsAFirstArchive) {
-    record.LastArchive = "";
-    LiveIn();
-    user.WillAnswer(kNewArc, "Pul_Load");
-    user.WillAnswer(kLoad, "C:\\Kelvash\\last.kva");
-    StartUp("");
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\last.kva");
-    EXPECT_TRUE(ArchiveIsOpen());
-}
-
-TEST_F(StartUpTest, LoadsAFirstArchiveAlsoWhenTheFormIsClosed) {
-    record.LastArchive = "";
-    LiveIn();
-    user.WillAnswer(kNewArc, "cancel");
-    user.WillAnswer(kLoad, "C:\\Kelvash\\last.kva");
-    StartUp("");
-    EXPECT_TRUE(ArchiveIsOpen());
-}
-
-TEST_F(StartUpTest, MakesANewArchiveWhenNoneIsLoaded) {
-    record.LastArchive = "";
-    LiveIn();
-    user.WillAnswer(kNewArc, "Pul_Load");
-    user.WillAnswer(kLoad, "cancel");
-    user.WillAnswer(kNewFolder, "C:\\Levels");
-    StartUp("");
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\LevelArchive.kva");
-    EXPECT_EQ(archive.Header.LevelCount, 1);
-}
-
-TEST_F(StartUpTest, EndsWithoutAnArchiveWhenTheNewOneIsCancelled) {
-    record.LastArchive = "";
-    LiveIn();
-    user.WillAnswer(kNewArc, "Pul_New");
-    user.WillAnswer(kNewFolder, "cancel");
-    StartUp("");
-    ExpectNoArchive();
-    EXPECT_EQ(profile.LastArchive, "");
-}
-
-TEST_F(StartUpTest, CountsAFreshLevelZeroIntoTheLastArchive) {
-    LiveIn();
-    fs::remove_all(home / "LEVEL_0000");
-    StartUp("");
-    EXPECT_TRUE(session.LevelZeroCreated);
-    EXPECT_EQ(archive.Levels[0].FilesSize, 26) << "'original manual/manual.pdf'";
-    EXPECT_EQ(archive.Levels[0].SavesSize, 17) << "'original load.bmp'";
-    EXPECT_EQ(BytesOf(home / "last.kva")[546 + 1624], 26) << "saved";
-}
-
-// --- the command line ---
-
-TEST(CommandLineText, IsReadTokenByToken) {
-    EXPECT_EQ(ParseCommandLine("").Archive, "");
-    EXPECT_EQ(ParseCommandLine("  \"archive.kva\"  ").Archive, "archive.kva");
-    EXPECT_EQ(ParseCommandLine("\"C:\\My Levels\\A.KVA\"").Archive, "C:\\My Levels\\A.KVA");
-    EXPECT_EQ(ParseCommandLine("C:\\a.kva").Archive, "") << "only tokens in quotes count";
-    EXPECT_EQ(ParseCommandLine("\"C:\\a.kva").Archive, "C:\\a.kva");
-    EXPECT_EQ(ParseCommandLine("\"C:\\a.kvas\" \"kva\"").Archive, "");
-    EXPECT_EQ(ParseCommandLine("\"C:\\x\\TRLE\"").TrleSource, "C:\\x\\TRLE");
-    EXPECT_EQ(ParseCommandLine("\"trle\"").TrleSource, "trle");
-    EXPECT_EQ(ParseCommandLine("\"C:\\mytrle\"").TrleSource, "");
-    const CommandLine both = ParseCommandLine("x \"C:\\trle\" y \"C:\\a.kva\"");
-    EXPECT_EQ(both.Archive, "C:\\a.kva");
-    EXPECT_EQ(both.TrleSource, "C:\\trle");
-    EXPECT_EQ(ParseCommandLine("\"C:\\a.kva\" \"\" \"C:\\b.kva\"").Archive, "C:\\a.kva")
-        << "an empty token ends";
-}
-
-TEST_F(StartUpTest, OpensTheArchiveOfTheCommandLineNowAndLater) {
-    LiveIn();
-    MakeArchive("other.kva", "C:\\Levels");
-    StartUp("\"C:\\Kelvash\\other.kva\"");
-    EXPECT_TRUE(ArchiveIsOpen());
-    EXPECT_TRUE(SaveProfile());
-    EXPECT_THAT(BytesOf(home / "Kelvash.prf").substr(10), StartsWith("C:\\Kelvash\\other.kva   "));
-}
-
-TEST_F(StartUpTest, OpensTheNativePathOfTheCommandLine) {
-    LiveIn();
-    MakeArchive("other.kva", "C:\\Levels");
-    StartUp("\"" + (home / "other.kva").string() + "\"");
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\other.kva");
-    EXPECT_TRUE(ArchiveIsOpen());
-}
-
-TEST_F(StartUpTest, TellsAFailedInstallationFromTheCommandLine) {
-    LiveIn();
-    StartUp("\"C:\\Kelvash\\trle\"");
-    EXPECT_THAT(user.Told(), Contains("critical: Failed trle setup from folder"));
-    EXPECT_TRUE(archive.ArchiveLoadRefused);
-    ExpectNoArchive();
 }
 
 // --- level 0000 ---
