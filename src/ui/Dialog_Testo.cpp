@@ -9,6 +9,7 @@
 #include <QTextBlock>
 #include <QVBoxLayout>
 #include <QtMath>
+#include <utility>
 
 #include "foundation/user.h"
 #include "ui/Dialog_Indice.h"
@@ -114,6 +115,7 @@ void Dialog_Testo::ImpostaValori(const std::string& caption, const std::string& 
 // Wrapping, and with it the place of a line in the view, is known only now.
 void Dialog_Testo::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
+    if (event->spontaneous() || std::exchange(shown_once_, true)) return; // coming back keeps the place
     Timer1->start(0);
 }
 

@@ -65,6 +65,7 @@ class Dialog_Testo final : public QDialog {
     std::string text_;
     QString shown_;
     int mark_ = kNoMark;
+    bool shown_once_ = false;
     TopicHighlighter* highlighter_ = nullptr;
 };
 

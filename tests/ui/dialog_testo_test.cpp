@@ -84,6 +84,19 @@ TEST_F(DialogTesto, OpensAtTheMarkOnTheTopLine) {
     EXPECT_EQ(TopText(), "line 150 #4#");
 }
 
+TEST_F(DialogTesto, ComingBackKeepsThePlace) {
+    Open(LongText({{150, "#4#"}}), 4);
+    form.Text_File->verticalScrollBar()->setValue(20);
+    QShowEvent from_the_desktop;
+    QSpontaneKeyEvent::setSpontaneous(&from_the_desktop); // as when a minimised window comes back
+    QCoreApplication::sendEvent(&form, &from_the_desktop);
+    EXPECT_FALSE(form.Timer1->isActive());
+    form.hide();
+    form.show();
+    EXPECT_FALSE(form.Timer1->isActive());
+    EXPECT_EQ(form.Text_File->verticalScrollBar()->value(), 20);
+}
+
 TEST_F(DialogTesto, AMissingMarkLeavesTheViewAtTheTop) {
     Open(LongText({{150, "#4#"}}), 5);
     EXPECT_EQ(TopLine(), 0);
