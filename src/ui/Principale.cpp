@@ -141,14 +141,11 @@ void Principale::TakeSelection() {
     AggiornaDatiLivello(false);
 }
 
-// Puts the view's selection on the level list's. The selected level stays selected while it is shown; else
-// the first that is shown takes its place, so that Play never starts a level that nobody sees.
+// Puts the view's selection on the level list's. A selected level that the filter hides stays the selected
+// one: it comes back with its row, and until then no row is selected.
 void Principale::SyncSelection() {
-    int row = levels_->RowOf(core::level_list.Selected);
-    if (row < 0 && levels_->rowCount() > 0) row = 0;
-    core::level_list.Selected = levels_->IndexAt(row);
     syncing_ = true;
-    Combo_Livelli->setCurrentIndex(levels_->index(row));
+    Combo_Livelli->setCurrentIndex(levels_->index(levels_->RowOf(core::level_list.Selected)));
     Combo_Livelli->scrollTo(Combo_Livelli->currentIndex());
     syncing_ = false;
 }
@@ -156,11 +153,16 @@ void Principale::SyncSelection() {
 void Principale::FilterLevels() {
     // Not before it is of use: the search for its icon takes a tenth of the program's start.
     Text_Search->setClearButtonEnabled(true);
-    const std::int32_t code = core::SelectedLevel();
+    const bool was_shown = SelectedIsShown();
     syncing_ = true; // the view forgets its selection with the old rows
     levels_->SetFilter(Text_Search->text());
     SyncSelection();
-    if (core::SelectedLevel() != code) AggiornaDatiLivello(false);
+    if (!was_shown || !SelectedIsShown()) AggiornaDatiLivello(false);
+}
+
+// Nothing is done with a level that nobody sees.
+bool Principale::SelectedIsShown() const {
+    return levels_->RowOf(core::level_list.Selected) >= 0;
 }
 
 bool Principale::Search() {
@@ -172,7 +174,7 @@ bool Principale::Search() {
 }
 
 void Principale::AggiornaDatiLivello(bool keep_image) {
-    const std::optional<core::LevelView> view = core::SelectedLevelView();
+    const std::optional<core::LevelView> view = SelectedIsShown() ? core::SelectedLevelView() : std::nullopt;
     const core::LevelView shown = view.value_or(core::LevelView());
     if (view) levels_->RenewThumbnail(view->Code);
     image_names_ = shown.Screenshots;
@@ -186,9 +188,9 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
     EnableCommands();
 }
 
-// A list without a selection is empty: for want of an Archive, or of a name that holds the typed text.
+// An empty list wants an Archive, or a name that holds the typed text.
 QString Principale::NoteToShow(const std::string& note) const {
-    if (core::level_list.Selected >= 0) return ShownLine(note);
+    if (levels_->rowCount() > 0) return ShownLine(note);
     return Caption(core::ArchiveIsOpen() ? MessageId::kMainNoLevelFound : MessageId::kMainNoArchiveNote);
 }
 
@@ -226,7 +228,7 @@ void Principale::ShowImages() {
 }
 
 void Principale::Play() {
-    if (core::level_list.Selected < 0) {
+    if (!SelectedIsShown()) {
         TellCritical(LoadMessage(MessageId::kNoSelectedLevel, {}));
         return;
     }
@@ -266,7 +268,7 @@ void Principale::EnableCommands() {
          {"mnu_Save", "mnu_SaveAs", "mnu_CalcolaSize", "mnu_FaiFullBackup", "mnu_AddLevel", "mnu_PrefArchive",
           "mnu_MoveArc", "mnu_ControllaUguali", "mnu_CreaInfoTr4", "mnu_Kept"})
         Command(name)->setEnabled(open);
-    const bool selected = core::level_list.Selected >= 0;
+    const bool selected = SelectedIsShown();
     for (const char* name : {"mnu_Property", "mnu_ShowAutoreInfo", "mnu_RemoveLevel", "mnu_Export"})
         Command(name)->setEnabled(open && selected);
     for (QPushButton* button : {Pul_Play, Pul_MoreInfo})

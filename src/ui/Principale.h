@@ -123,6 +123,7 @@ class Principale final : public QMainWindow {
     void SyncSelection();
     void TakeSelection();
     void FilterLevels();
+    bool SelectedIsShown() const;
     bool Search();
     void Play();
     void SetPlaying(bool playing);

@@ -88,7 +88,9 @@ bool Principale::IsFree() const {
 void Principale::OpenWish() {
     if (!IsFree()) return;
     Timer_Wish->stop();
+    const std::string former = core::profile.LastArchive;
     core::OpenWishedArchive(std::exchange(wish_, {}));
+    if (core::profile.LastArchive != former) Text_Search->clear();
     ShowLevels();
 }
 

@@ -39,10 +39,7 @@ void Principale::ConnectLevelMenu() {
 
 // A filter that hides the new level would hide it from the player who has just added it.
 void Principale::AddLevel(const std::string& zip, const std::vector<std::string>& sources) {
-    if (!intake::AddLevel(zip, NewLevelForm(user_, this, sources))) return;
-    const std::int32_t code = core::NextLevelCode() - 1; // the filter may keep it from being the selected one
-    Text_Search->clear();
-    core::SelectLevel(code);
+    if (intake::AddLevel(zip, NewLevelForm(user_, this, sources))) Text_Search->clear();
 }
 
 void Principale::TakeSources(const std::vector<std::string>& paths) {

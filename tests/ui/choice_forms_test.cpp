@@ -18,15 +18,6 @@ using testing::HasSubstr;
 
 class ChoiceForms : public UiHome<TestHome> {
   protected:
-    // Types a folder into the folder chooser and accepts it.
-    void WillChooseFolder(const std::string& caption, const std::string& folder) {
-        robot.Will(caption, [folder](QWidget* window) {
-            auto* const path = window->findChild<QLineEdit*>(QStringLiteral("Text_PathDir"));
-            ASSERT_NE(path, nullptr);
-            path->setText(QString::fromStdString(folder));
-            Press(window, "Pul_Ok");
-        });
-    }
     std::string Run(const ChoiceForm& form) { return forms.ShowForm(form); }
     static ChoiceForm NewArc() {
         return {"Dialog_NewArc", " First execution: Missing last archive", {}, {"Pul_New", "Pul_Load"}};

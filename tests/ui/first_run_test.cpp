@@ -27,17 +27,10 @@ class FirstRun : public UiHome<TestHome> {
   protected:
     FirstRun() {
         MakeTrle(trle);
-        fs::copy_file(test::Built("share/kelvash/standin-game"), trle / "tomb4.exe", fs::copy_options::overwrite_existing);
+        fs::copy_file(test::Built("share/kelvash/standin-game"), trle / "tomb4.exe",
+                      fs::copy_options::overwrite_existing);
         fs::create_directories(drive / "Levels");
         SetEnvironment("KELVASH_GAME_MS", "100");
-    }
-    void WillChooseFolder(const std::string& caption, const std::string& folder) {
-        robot.Will(caption, [folder](QWidget* window) {
-            auto* const path = window->findChild<QLineEdit*>(QStringLiteral("Text_PathDir"));
-            ASSERT_NE(path, nullptr);
-            path->setText(QString::fromStdString(folder));
-            Press(window, "Pul_Ok");
-        });
     }
     void WillFindTrle() {
         robot.WillPress("Dialog_TrovaTrle", "Pul_Sfoglia");

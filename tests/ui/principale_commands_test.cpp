@@ -6,10 +6,10 @@
 
 #include "companion/game.h"
 #include "foundation/files.h"
+#include "support/built.h"
 #include "swap/install.h"
 #include "swap/trle_state.h"
 #include "ui/principale_home.h"
-#include "support/built.h"
 
 namespace kelvash::test {
 namespace {
@@ -25,7 +25,8 @@ class PrincipaleCommands : public PrincipaleHome {
     // Puts the stand-in for the game where the game and its original are; it runs for this long.
     void PutGame(const char* milliseconds) {
         for (const fs::path& folder : {trle, backup})
-            fs::copy_file(test::Built("share/kelvash/standin-game"), folder / "tomb4.exe", fs::copy_options::overwrite_existing);
+            fs::copy_file(test::Built("share/kelvash/standin-game"), folder / "tomb4.exe",
+                          fs::copy_options::overwrite_existing);
         SetEnvironment("KELVASH_GAME_MS", milliseconds);
     }
 };
@@ -39,12 +40,14 @@ TEST_F(PrincipaleCommands, PlayPutsTheLevelInAndComesBackWhenTheGameEnds) {
     Press(&form, "Pul_Play");
     EXPECT_EQ(swap::CurrentLevelCode(), 2);
     EXPECT_TRUE(Exists(trle / "data/alpha.tr4"));
-    EXPECT_EQ(Current(), "Alpha") << "the mark moves when the game has ended";
+    EXPECT_EQ(Current(), "Alpha");
+    EXPECT_THAT(Shown(), Contains("- TRLE: Original configuration - (*)")) << "till the game has ended";
     EXPECT_FALSE(form.centralWidget()->isEnabled());
     EXPECT_EQ(form.Label_Info->text().toStdString(), "The game is running. Kelvash comes back when it ends.");
     WaitUntil([this] { return form.centralWidget()->isEnabled(); });
     EXPECT_FALSE(companion::game.WatcherActive);
     EXPECT_EQ(Current(), "Alpha (*)");
+    EXPECT_THAT(Shown(), Contains("- TRLE: Original configuration -"));
     EXPECT_EQ(form.Label_Info->text().toStdString(), "");
 }
 
@@ -139,6 +142,25 @@ TEST_F(PrincipaleCommands, LoadOpensAnotherArchive) {
     EXPECT_THAT(Shown(), ElementsAre("- TRLE: Original configuration - (*)", "City of Gold"));
 }
 
+TEST_F(PrincipaleCommands, LoadSelectsTheLevelInTrleThoughTheFilterHidIt) {
+    ASSERT_TRUE(swap::InstallLevel(1));
+    ASSERT_TRUE(core::WriteArchive("C:\\Kelvash\\test.kva"));
+    core::RefreshLevelList();
+    core::SelectLevel(2);
+    Type("alpha");
+    robot.WillChooseFile("Load Tomb Raider Level Archive", home / "test.kva");
+    Choose("mnu_Load");
+    EXPECT_EQ(Shown().size(), 4U);
+    EXPECT_EQ(Current(), "City of Gold (*)");
+}
+
+TEST_F(PrincipaleCommands, ACancelledLoadKeepsTheFilter) {
+    Type("alpha");
+    robot.Will("Load Tomb Raider Level Archive", [](QWidget* window) { window->close(); });
+    Choose("mnu_Load");
+    EXPECT_THAT(Shown(), ElementsAre("Alpha"));
+}
+
 TEST_F(PrincipaleCommands, AnArchiveThatCantBeReadIsToldAndTheOpenOneStays) {
     MakeFile(home / "locked.kva", "x");
     fs::permissions(home / "locked.kva", fs::perms::none);
@@ -187,10 +209,7 @@ TEST_F(PrincipaleCommands, TheMarkFollowsANewTrleFolder) {
     fs::copy(trle, drive / "other", fs::copy_options::recursive);
     MakeFile(drive / "other/Kelvash.txt", "#LEVEL_CODE=0002#\r\n#LEVEL_NAME=Alpha#\r\n");
     robot.WillPress("Dialog_Settings", "Pul_SfogliaPathTrle");
-    robot.Will("Select Tomb Raider Level Editor path (trle)", [](QWidget* window) {
-        window->findChild<QLineEdit*>(QStringLiteral("Text_PathDir"))->setText(QStringLiteral("C:\\other"));
-        Press(window, "Pul_Ok");
-    });
+    WillChooseFolder("Select Tomb Raider Level Editor path (trle)", "C:\\other");
     robot.WillPress("Dialog_Settings", "Pul_Ok");
     Choose("mnu_Settings");
     EXPECT_THAT(Shown(), Contains("Alpha (*)"));
@@ -198,11 +217,7 @@ TEST_F(PrincipaleCommands, TheMarkFollowsANewTrleFolder) {
 
 TEST_F(PrincipaleCommands, NewStartsAnArchiveInAnEmptyFolder) {
     fs::create_directories(drive / "Fresh");
-    robot.Will("Select main folder for new archive", [](QWidget* window) {
-        auto* const path = window->findChild<QLineEdit*>(QStringLiteral("Text_PathDir"));
-        path->setText(QStringLiteral("C:\\Fresh"));
-        Press(window, "Pul_Ok");
-    });
+    WillChooseFolder("Select main folder for new archive", "C:\\Fresh");
     Choose("mnu_New");
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 1 (LevelArchive.kva levels)");
     EXPECT_THAT(Shown(), ElementsAre("- TRLE: Original configuration - (*)"));
@@ -264,6 +279,34 @@ TEST_F(PrincipaleCommands, ExitClosesTheWindowAndKeepsTheProfile) {
     EXPECT_EQ(fs::file_size(home / "Kelvash.prf"), 1588U);
     EXPECT_THAT(BytesOf(home / "Kelvash.prf"), HasSubstr("C:\\zips"));
     EXPECT_TRUE(Exists(home / "Kelvash.ini"));
+}
+
+TEST_F(PrincipaleCommands, ExitStaysWithAnArchiveThatCannotBeSaved) {
+    core::archive.ArchiveChanged = true;
+    fs::create_directory(home / "test.kva.new");
+    const char* const question =
+        "The Archive 'test.kva' couldn't be saved.\nClose all the same and lose the changes?";
+    robot.WillPress("Error while saving archive: C:\\Kelvash\\test.kva", "OK");
+    robot.WillPress(question, "No");
+    form.close();
+    EXPECT_TRUE(form.isVisible());
+    EXPECT_TRUE(core::archive.ArchiveChanged);
+    robot.WillPress("Error while saving archive: C:\\Kelvash\\test.kva", "OK");
+    robot.WillPress(question, "Yes");
+    form.close();
+    EXPECT_FALSE(form.isVisible());
+}
+
+TEST_F(PrincipaleCommands, ExitStaysWithSettingsThatCannotBeSaved) {
+    fs::create_directory(home / "Kelvash.prf.new");
+    robot.WillPress("The settings couldn't be saved in C:\\Kelvash\\Kelvash.prf.", "No");
+    form.close();
+    EXPECT_TRUE(form.isVisible());
+    EXPECT_FALSE(Exists(home / "Kelvash.ini"));
+    fs::remove(home / "Kelvash.prf.new");
+    form.close();
+    EXPECT_FALSE(form.isVisible());
+    EXPECT_EQ(fs::file_size(home / "Kelvash.prf"), 1588U);
 }
 
 TEST_F(PrincipaleCommands, ExitOffersToSaveAChangedArchive) {

@@ -155,6 +155,21 @@ TEST_F(PrincipaleForm, HasTheWholeMenuInItsOrder) {
     EXPECT_EQ(lines, expected);
 }
 
+TEST_F(PrincipaleForm, HasTheMenusOfTheSavegamePanel) {
+    std::vector<std::string> lines;
+    for (const char* name : {"mnu_SaveGameHid", "mnu_SaveGameHid2"}) {
+        QAction* const action = form.Command(name);
+        ASSERT_NE(action, nullptr) << name;
+        Walk({action}, 0, lines);
+    }
+    EXPECT_THAT(lines, ElementsAre("mnu_SaveGameHid=SaveGamesHid1",
+                                   "  mnu_ScegliImmagine=Choose an image for current savegame",
+                                   "mnu_SaveGameHid2=SaveGamesHid2", "  mnu_PropertySavegame=Property",
+                                   "  mnu_DelSavegame=Delete", "  mnu_SalvaSavegame=Save as ...",
+                                   "  mnu_SendSavegame=Send this savegame to your friends",
+                                   "  mnu_ChangeImageSavegame=Choose/Change image for this savegames"));
+}
+
 TEST_F(PrincipaleForm, GreysTheCommandsThatCantDoAnythingYet) {
     std::vector<std::string> enabled;
     for (const QAction* action : form.findChildren<QAction*>())
@@ -266,6 +281,8 @@ TEST_F(PrincipaleForm, FindWithoutATextDoesNothing) {
 
 TEST_F(PrincipaleForm, NextAndPreviousGoFromHitToHit) {
     Type("city");
+    EXPECT_EQ(Current(), "");
+    Press(&form, "Pul_Dopo");
     EXPECT_EQ(Current(), "beta city");
     Press(&form, "Pul_Dopo");
     EXPECT_EQ(Current(), "City of Gold");
@@ -292,11 +309,41 @@ TEST_F(PrincipaleForm, NextAndPreviousStepWithoutAText) {
 TEST_F(PrincipaleForm, TypingShowsOnlyWhatHoldsTheText) {
     Type(" CITY");
     EXPECT_THAT(Shown(), ElementsAre("beta city", "City of Gold"));
-    EXPECT_EQ(Current(), "beta city") << "the hidden level gives its place up";
-    EXPECT_EQ(core::SelectedLevel(), 3);
+    EXPECT_EQ(Current(), "") << "none is chosen in the place of the hidden one";
     form.Text_Search->clear();
     EXPECT_EQ(Shown().size(), 4U);
-    EXPECT_EQ(Current(), "beta city");
+    EXPECT_EQ(Current(), "- TRLE: Original configuration - (*)");
+}
+
+TEST_F(PrincipaleForm, NothingIsDoneWithALevelThatTheFilterHides) {
+    core::SelectLevel(2);
+    EXPECT_EQ(Current(), "Alpha");
+    Type("city");
+    EXPECT_EQ(Current(), "");
+    for (const char* command : {"mnu_Property", "mnu_ShowAutoreInfo", "mnu_RemoveLevel", "mnu_Export"})
+        EXPECT_FALSE(form.Command(command)->isEnabled()) << command;
+    EXPECT_FALSE(form.Pul_Play->isEnabled());
+    EXPECT_FALSE(form.Pul_MoreInfo->isEnabled());
+    EXPECT_EQ(form.Label_InfoDir->text().toStdString(), "");
+    core::RefreshLevelList(); // as after a change of the Archive
+    EXPECT_EQ(Current(), "");
+    form.Text_Search->clear();
+    EXPECT_EQ(Current(), "Alpha");
+    EXPECT_EQ(core::SelectedLevel(), 2);
+    EXPECT_TRUE(form.Pul_Play->isEnabled());
+    EXPECT_TRUE(form.Label_InfoDir->text().startsWith(QLatin1String("Path: \"C:\\Levels\\LEVEL_0002\"")));
+}
+
+TEST_F(PrincipaleForm, NextAndPreviousGoFromTheLevelThatTheFilterHides) {
+    core::SelectLevel(3); // "beta city"
+    Type("o");
+    EXPECT_THAT(Shown(), ElementsAre("- TRLE: Original configuration - (*)", "City of Gold"));
+    EXPECT_EQ(Current(), "");
+    Press(&form, "Pul_Dopo");
+    EXPECT_EQ(Current(), "City of Gold");
+    core::SelectLevel(3);
+    Press(&form, "Pul_Prima");
+    EXPECT_EQ(Current(), "- TRLE: Original configuration - (*)");
 }
 
 TEST_F(PrincipaleForm, TheMarkCanBeSearched) {
@@ -307,7 +354,6 @@ TEST_F(PrincipaleForm, TheMarkCanBeSearched) {
 TEST_F(PrincipaleForm, AFilterThatHidesAllLeavesNothingToPlay) {
     Type("zzz");
     EXPECT_THAT(Shown(), IsEmpty());
-    EXPECT_EQ(core::SelectedLevel(), -1);
     EXPECT_EQ(form.Label_InfoLevel->text().toStdString(), "No name holds this text");
     EXPECT_FALSE(form.Pul_Play->isEnabled());
     form.Text_Search->clear();

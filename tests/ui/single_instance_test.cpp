@@ -13,8 +13,8 @@
 
 #include "companion/game.h"
 #include "core/change.h"
-#include "ui/principale_home.h"
 #include "support/built.h"
+#include "ui/principale_home.h"
 
 namespace kelvash::test {
 namespace {
@@ -74,8 +74,11 @@ TEST_F(SecondWindow, RaisesTheFirstAndEnds) {
 
 TEST_F(SecondWindow, HandsItsArchiveOver) {
     ASSERT_EQ(instance.Start(""), ui::SingleInstance::Role::First);
+    Type("alpha");
     EXPECT_EQ(RunAnother({QString::fromStdString((home / "other.kva").string())}), 0);
     WaitUntil([&] { return core::profile.LastArchive == "C:\\Kelvash\\other.kva"; });
+    EXPECT_TRUE(form.Text_Search->text().isEmpty()) << "what was sought in the former one";
+    EXPECT_EQ(Current(), "- TRLE: Original configuration - (*)");
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 2 (other.kva levels)");
     EXPECT_EQ(RunAnother({QStringLiteral("C:\\Kelvash\\test.kva")}), 0);
     WaitUntil([&] { return core::profile.LastArchive == "C:\\Kelvash\\test.kva"; });
