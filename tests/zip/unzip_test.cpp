@@ -17,7 +17,9 @@ namespace {
 using namespace std::string_literals;
 using test::MakeEntry;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 class Unzip : public test::FoundationHome {
   protected:
@@ -372,6 +374,14 @@ TEST_F(Unzip, AToolThatSaysNothingIsStopped) {
     user.stop_at_pump = 1;
     EXPECT_FALSE(UnzipWithTool("C:\\a.zip", "C:\\out", bar));
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error executing utility: Break user"));
+}
+
+TEST_F(Unzip, AToolThatCannotBeRunIsTold) {
+    test::MakeFile(home / "unzip.exe", "no program");
+    EXPECT_FALSE(UnzipWithTool("C:\\a.zip", "C:\\out", bar));
+    ASSERT_EQ(user.Told().size(), 1U);
+    EXPECT_THAT(user.Told().front(), StartsWith("critical: Error executing utility: "));
+    EXPECT_THAT(user.Told().front(), HasSubstr("unzip.exe"));
 }
 
 } // namespace
