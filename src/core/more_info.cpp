@@ -56,7 +56,7 @@ void ShowFromCd(const LevelRecord& level, const PlainName& name, const std::stri
         return;
     }
     if (!CopyInfoFile(on_cd, on_disk)) {
-        TellCritical(LoadMessage(MessageId::kMoreInfoCopyFailed, {on_cd}) + on_disk + "]");
+        TellCritical(LoadMessage(MessageId::kMoreInfoCopyFailed, {on_cd}) + on_disk);
         return;
     }
     OpenAndTell(on_disk);
