@@ -6,10 +6,10 @@
 
 #include "companion/game.h"
 #include "foundation/files.h"
+#include "support/built.h"
 #include "swap/install.h"
 #include "swap/trle_state.h"
 #include "ui/principale_home.h"
-#include "support/built.h"
 
 namespace kelvash::test {
 namespace {
@@ -25,7 +25,8 @@ class PrincipaleCommands : public PrincipaleHome {
     // Puts the stand-in for the game where the game and its original are; it runs for this long.
     void PutGame(const char* milliseconds) {
         for (const fs::path& folder : {trle, backup})
-            fs::copy_file(test::Built("share/kelvash/standin-game"), folder / "tomb4.exe", fs::copy_options::overwrite_existing);
+            fs::copy_file(test::Built("share/kelvash/standin-game"), folder / "tomb4.exe",
+                          fs::copy_options::overwrite_existing);
         SetEnvironment("KELVASH_GAME_MS", milliseconds);
     }
 };
@@ -243,6 +244,19 @@ TEST_F(PrincipaleCommands, RestoreOpensItsForm) {
     EXPECT_EQ(Shown().front(), "- TRLE: Original configuration - (*)");
     EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
     EXPECT_EQ(QApplication::focusWidget(), form.Combo_Livelli);
+}
+
+TEST_F(PrincipaleCommands, TheWatcherTakesItsIntervalFromTheSettings) {
+    for (const int tenths : {8, 2}) {
+        robot.Will("Dialog_Settings", [tenths](QWidget* window) {
+            auto* const combo = window->findChild<QComboBox*>(QStringLiteral("Combo_Decimi"));
+            ASSERT_NE(combo, nullptr);
+            combo->setCurrentIndex(tenths - 1);
+            Press(window, "Pul_Ok");
+        });
+        Choose("mnu_Settings");
+        EXPECT_EQ(form.Timer1->interval(), tenths * 100);
+    }
 }
 
 TEST_F(PrincipaleCommands, AboutTellsTheVersion) {
