@@ -187,10 +187,10 @@ void StoreLevel(NewLevel& level) {
     if (!level.OnCd) {
         DropOlderForms(level);
         if (!SortOutFiles(level)) return;
-        UpdateSavesSize(level);
     }
     level.FilesChanged = level.FilesChanged || DiffersFromSnapshot(level);
     if (!StoreFiles(level)) return;
+    if (!level.OnCd) UpdateSavesSize(level);
     CloseWorkFolder(level);
     level.State = FormState::Saved;
 }

@@ -503,6 +503,7 @@ TEST_F(StoreLevelTest, FilesThatCannotBeStoredLeaveTheDialogOpen) {
     AddLevel(2, "Last", {});
     OpenProperties(1);
     test::MakeFile(Work() / "a.tr4", "new");
+    test::MakeFile(Work() / "savegame.0", "saved");
     std::filesystem::create_directories(LevelPath(1) / "FILES_NEW/a.tr4.zl/in the way");
     test::MakeFile(LevelPath(1) / "FILES/a.tr4.zl", "in the way");
     Store();
@@ -510,6 +511,9 @@ TEST_F(StoreLevelTest, FilesThatCannotBeStoredLeaveTheDialogOpen) {
     EXPECT_THAT(user.Told(),
                 Contains("critical: Error copying level files in: C:\\Levels\\LEVEL_0001\\files"));
     EXPECT_THAT(WorkNames(), Contains("english.dat"));
+    // The dialog can still be cancelled: nothing is counted yet.
+    EXPECT_EQ(Record().SavesSize, 0);
+    EXPECT_EQ(core::archive.Header.SecondaryFolderSize, 0);
 }
 
 TEST_F(StoreLevelTest, ALevelOnCdKeepsItsFiles) {
