@@ -62,12 +62,19 @@ bool Fits(const AnswerEntry& entry, const BoxSigns& box) {
     });
 }
 
+bool IsUsedUp(AnswerEntry& entry, const BoxSigns& box) {
+    if (entry.times != 0) return entry.used >= entry.times;
+    std::string shown;
+    for (const std::string_view text : box.shown)
+        shown.append(text).push_back('\0');
+    return ++entry.given[shown] > kMostRepeats;
+}
+
 } // namespace
 
 std::optional<std::string> TakeAnswer(std::vector<AnswerEntry>& entries, const BoxSigns& box) {
     for (AnswerEntry& entry : entries) {
-        if (entry.times != 0 && entry.used >= entry.times) continue;
-        if (!Fits(entry, box)) continue;
+        if (!Fits(entry, box) || IsUsedUp(entry, box)) continue;
         ++entry.used;
         return entry.answer;
     }

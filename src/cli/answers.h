@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <initializer_list>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,6 +19,7 @@ struct AnswerEntry {
     std::string answer{};      // "yes", "no", "ok", "cancel", "abort", "retry", "ignore", a text or a path
     int times = 1;             // 0: for ever
     int used = 0;
+    std::map<std::string, int> given{}; // of one that serves for ever: how often, by what the box showed
 };
 
 // What is known of a box that asks: its message, and its texts, titles and form's name.
@@ -25,6 +27,10 @@ struct BoxSigns {
     MessageId id = kNoMessage;
     std::initializer_list<std::string_view> shown;
 };
+
+// An entry that serves for ever answers one and the same box so often: what asks again until the answer is
+// right has to end.
+inline constexpr int kMostRepeats = 10'000;
 
 // The answer of the first entry that fits a box and isn't used up; nothing if there is none.
 std::optional<std::string> TakeAnswer(std::vector<AnswerEntry>& entries, const BoxSigns& box);

@@ -30,10 +30,15 @@ constexpr std::array<Word, 7> kWords = {{{"yes", Answer::Yes},
 // What stands for a password that was given.
 constexpr const char* kHiddenPassword = "***";
 
-// Questions whose No means that what the command is for isn't done.
-constexpr std::array<MessageId, 7> kPermissions = {
-    {MessageId::kOriginalNeeded, MessageId::kBackupNoRoom, MessageId::kZipNoRoom, MessageId::kZipTooLarge,
-     MessageId::kRemoveQuestion, MessageId::kEqualQuestion, MessageId::kEqualFound}};
+// Questions whose No, and inputs whose Cancel, means that what the command is for isn't done.
+constexpr std::array<MessageId, 8> kPermissions = {{MessageId::kOriginalNeeded, MessageId::kBackupNoRoom,
+                                                    MessageId::kZipNoRoom, MessageId::kZipTooLarge,
+                                                    MessageId::kRemoveQuestion, MessageId::kEqualQuestion,
+                                                    MessageId::kEqualFound, MessageId::kLanguageInput}};
+
+bool IsPermission(MessageId id) {
+    return std::find(kPermissions.begin(), kPermissions.end(), id) != kPermissions.end();
+}
 
 // The buttons of a question, the affirming one first.
 struct ButtonSet {
@@ -183,8 +188,7 @@ void CliUser::NoteAnswer(const MessageText& question, Answer answer) {
         PrintError(LoadMessage(MessageId::kCliNoAnswer, {}) + question.text);
     }
     const bool declined = answer == Answer::No || answer == Answer::Cancel;
-    if (declined && std::find(kPermissions.begin(), kPermissions.end(), question.id) != kPermissions.end())
-        refused_ = true;
+    if (declined && IsPermission(question.id)) refused_ = true;
 }
 
 Answer CliUser::Ask(Buttons buttons, MessageStyle style, const MessageText& text) {
@@ -206,8 +210,10 @@ std::optional<std::string> CliUser::Input(const std::string& title, const Messag
     const bool password = AsksPassword(text.id);
     std::optional<std::string> answer =
         AnswerTo({{text.id, {title, text}}, title + "\n" + text + " [" + initial + "] ", password});
+    const bool nobody = !answer;
     if (answer && *answer == "cancel") answer.reset();
     if (answer && *answer == "ok") answer = initial;
+    if (!answer && IsPermission(text.id)) NoteAnswer(text, nobody ? Answer::None : Answer::Cancel);
     if (!IsPlain())
         Tell({{"event", "input"},
               {"id", IdOrNull(text)},

@@ -61,7 +61,7 @@ void ShowFromCd(const LevelRecord& level, const PlainName& name, const std::stri
     const bool copied = CopyInfoFile(on_cd, on_disk);
     change.End(); // opening it may ask
     if (!copied) {
-        TellCritical(LoadMessage(MessageId::kMoreInfoCopyFailed, {on_cd}) + on_disk + "]");
+        TellCritical(LoadMessage(MessageId::kMoreInfoCopyFailed, {on_cd}) + on_disk);
         return;
     }
     OpenAndTell(on_disk);

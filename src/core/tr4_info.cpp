@@ -56,7 +56,7 @@ bool CreateInfo(std::int32_t index) {
     std::string temp;
     if (!swap::DecompressLevelFiles(files, temp, false)) {
         TellCritical(LoadMessage(MessageId::kCreatingDecompressError, {}) +
-                     std::string(Trim(LevelAt(index).Name)) + "]");
+                     std::string(Trim(LevelAt(index).Name)));
     } else if (!temp.empty()) {
         ListTr4(temp);
         if (!Tr4List.empty()) WriteAndTell(index);
@@ -74,10 +74,10 @@ bool ListLevelTr4(std::int32_t code) {
 }
 
 bool AskGoOn(const EqualLevel& equal) {
-    const std::string name = '"' + std::string(Trim(LevelByCode(equal.Code).Name)) + '"';
-    return AskYesNo(MessageStyle::Question,
-                    LoadMessage(MessageId::kEqualFound,
-                                {'"' + std::string(Trim(equal.FileName)) + "\" ", name + kLineBreak}));
+    const std::string name(Trim(LevelByCode(equal.Code).Name));
+    return AskYesNo(
+        MessageStyle::Question,
+        LoadMessage(MessageId::kEqualFound, {std::string(Trim(equal.FileName)) + " ", name + kLineBreak}));
 }
 
 // The tr4.inf of all levels, read once and found by name and size: an Archive of thousands of levels is
@@ -153,6 +153,8 @@ void ListTr4(std::string_view folder) {
         Tr4List.push_back(
             {FileNameOf(file), DayCount(FileTime(file).value_or(0)), static_cast<std::int32_t>(size)});
     }
+    // As a tr4.inf holds them, so that a long name is the same on both sides of a comparison.
+    Tr4List = DecodeTr4Info(EncodeTr4Info(Tr4List));
 }
 
 bool WriteTr4Info(std::int32_t index) {

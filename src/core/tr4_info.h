@@ -33,7 +33,7 @@ inline constexpr std::array<Field<Tr4Info>, 3> kTr4InfoFields = {{
 std::vector<Tr4Info> DecodeTr4Info(std::string_view bytes);
 std::string EncodeTr4Info(const std::vector<Tr4Info>& list);
 
-// Fills Tr4List with the .tr4 files of a folder.
+// Fills Tr4List with the .tr4 files of a folder; names are what a record holds of them.
 void ListTr4(std::string_view folder);
 // Writes Tr4List to the tr4.inf of a level, given by its place in the table. False if it can't be written;
 // the old one stands then.

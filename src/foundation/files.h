@@ -126,7 +126,14 @@ enum class FilesFolders { Copy, Skip };
 // "1.5 Gb" from 1073741824, "1.0 Mb" from 1048576, whole kilobytes "1 Kb" from 1024, else the plain number.
 // Pattern "###.0": half a megabyte never stands here, so no leading digit is missing.
 std::string FormatSize(std::int64_t bytes);
-// Asks whether the old file may be replaced by the new one, with name, size and date of both.
+// Asks whether the old file may be replaced by the new one, with name, size and date of both. The new one
+// is a file, or what its facts say of a file that isn't there yet.
+struct FileFacts {
+    std::string Name;      // as it is shown
+    std::int64_t Size = 0; // bytes
+    std::int64_t Time = 0; // seconds since 1970, UTC
+};
 [[nodiscard]] bool AskReplaceFile(std::string_view new_path, std::string_view old_path);
+[[nodiscard]] bool AskReplaceFile(const FileFacts& new_file, std::string_view old_path);
 
 } // namespace kelvash

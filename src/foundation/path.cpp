@@ -17,8 +17,8 @@ bool IsLineEnd(char c) {
     return c == '\r' || c == '\n';
 }
 
-// `name` and `mask` are folded. Back-tracks only to the last star, so the time stays within name times mask.
-bool MatchFolded(std::string_view name, std::string_view mask) {
+// Back-tracks only to the last star, so the time stays within name times mask.
+bool MatchLetters(std::string_view name, std::string_view mask) {
     std::size_t n = 0, m = 0, star = kNone, retry = 0;
     while (n < name.size()) {
         if (m < mask.size() && mask[m] == '*') {
@@ -109,12 +109,14 @@ std::string NextLineIn(std::string_view text, std::size_t& position) {
 
 bool MatchesMask(std::string_view name, std::string_view mask) {
     if (mask == "*" || mask == "*.*") return true;
-    const std::string folded_name = FoldCase(name);
-    const std::string folded_mask = FoldCase(mask);
-    if (MatchFolded(folded_name, folded_mask)) return true;
+    return MatchesMaskWithCase(FoldCase(name), FoldCase(mask));
+}
+
+bool MatchesMaskWithCase(std::string_view name, std::string_view mask) {
+    if (mask == "*" || mask == "*.*" || MatchLetters(name, mask)) return true;
     // "name.*" means any extension, and none.
-    return folded_mask.ends_with(".*") && name.find('.') == kNone &&
-           MatchFolded(folded_name, std::string_view(folded_mask).substr(0, folded_mask.size() - 2));
+    return mask.ends_with(".*") && name.find('.') == kNone &&
+           MatchLetters(name, mask.substr(0, mask.size() - 2));
 }
 
 } // namespace kelvash

@@ -36,8 +36,9 @@ std::string NextNumberIn(std::string_view text, std::size_t& position);
 std::string NextLineIn(std::string_view text, std::size_t& position);
 
 // True for a Windows mask that matches the name: "*" any run, "?" one character, "*.*" everything, and a ".*"
-// at the end also nothing. Case doesn't matter.
+// at the end also nothing. Case doesn't matter, unless that is asked for.
 bool MatchesMask(std::string_view name, std::string_view mask);
+bool MatchesMaskWithCase(std::string_view name, std::string_view mask);
 
 // True if a path relative to a folder, with a leading "\", is a PlainPath (plain_name.h): it names something
 // inside that folder.

@@ -74,14 +74,15 @@ bool CopyTreeWith(std::string_view source, std::string_view destination, Bar* ba
     return true;
 }
 
-std::string FileDateText(std::string_view path) {
-    return FormatDate(LoadMessage(MessageId::kReplaceDatePattern, {}), FileTime(path).value_or(0));
+FileFacts FactsOf(std::string_view path) {
+    return {std::string(path), FileSize(path), FileTime(path).value_or(0)};
 }
 
 // The lines of AskReplaceFile that describe one file.
-std::string Described(std::string_view path, MessageId size_label, MessageId date_label) {
-    return std::string(path) + kLineBreak + LoadMessage(size_label, {}) + FormatSize(FileSize(path)) +
-           kLineBreak + LoadMessage(date_label, {}) + FileDateText(path) + kLineBreak;
+std::string Described(const FileFacts& file, MessageId size_label, MessageId date_label) {
+    return file.Name + kLineBreak + LoadMessage(size_label, {}) + FormatSize(file.Size) + kLineBreak +
+           LoadMessage(date_label, {}) +
+           FormatDate(LoadMessage(MessageId::kReplaceDatePattern, {}), file.Time) + kLineBreak;
 }
 
 // Tenths of a unit as digits with one decimal.
@@ -136,11 +137,16 @@ std::string FormatSize(std::int64_t bytes) {
 }
 
 bool AskReplaceFile(std::string_view new_path, std::string_view old_path) {
-    const MessageText text = LoadMessage(MessageId::kReplaceFile, {}) + kLineBreak +
-                             Described(old_path, MessageId::kReplaceOldSize, MessageId::kReplaceOldDate) +
-                             LoadMessage(MessageId::kReplaceWith, {}) + kLineBreak +
-                             Described(new_path, MessageId::kReplaceNewSize, MessageId::kReplaceNewDate) +
-                             kLineBreak + LoadMessage(MessageId::kReplaceQuestion, {});
+    return AskReplaceFile(FactsOf(new_path), old_path);
+}
+
+bool AskReplaceFile(const FileFacts& new_file, std::string_view old_path) {
+    const MessageText text =
+        LoadMessage(MessageId::kReplaceFile, {}) + kLineBreak +
+        Described(FactsOf(old_path), MessageId::kReplaceOldSize, MessageId::kReplaceOldDate) +
+        LoadMessage(MessageId::kReplaceWith, {}) + kLineBreak +
+        Described(new_file, MessageId::kReplaceNewSize, MessageId::kReplaceNewDate) + kLineBreak +
+        LoadMessage(MessageId::kReplaceQuestion, {});
     return AskYesNo(MessageStyle::Question, text);
 }
 

@@ -51,7 +51,7 @@ bool IsWanted(const Entry& entry, const std::vector<std::string>& masks, bool ca
     if (masks.empty()) return true;
     const std::string name = Join(entry.parts, "\\");
     return std::any_of(masks.begin(), masks.end(), [&](const std::string& mask) {
-        return case_sensitive ? name == mask : MatchesMask(name, mask);
+        return case_sensitive ? MatchesMaskWithCase(name, mask) : MatchesMask(name, mask);
     });
 }
 
@@ -167,7 +167,13 @@ class Extraction {
         const std::string path = job_.ExtractDir + "\\" + Join(entry.parts, "\\");
         if (!job_.OverWriteFiles) return false;
         if (job_.ExtractOnlyNewer && FileTime(path).value_or(0) >= entry.stat.mtime) return false;
-        return !job_.PromptOverwrite || AskReplaceFile(ZipNameText(entry.name), path);
+        return !job_.PromptOverwrite || AskReplaceFile(FactsOf(entry), path);
+    }
+
+    FileFacts FactsOf(const Entry& entry) const {
+        constexpr zip_uint64_t kMost = INT64_MAX;
+        return {CleanLine(entry.name), static_cast<std::int64_t>(std::min(entry.stat.size, kMost)),
+                ExactTime(zip_, entry.index).value_or(entry.stat.mtime)};
     }
 
     // Unpacks an entry to its place, with another password as long as one seems wrong and the user gives

@@ -81,6 +81,15 @@ std::string SizeText(double bytes) {
     return FormatSize(static_cast<std::int64_t>(std::min(bytes, kMost)));
 }
 
+// Leaves the entries that an extraction by these masks takes.
+void KeepWanted(const std::vector<std::string>& masks, std::vector<ZipEntry>& entries) {
+    if (masks.empty()) return;
+    std::erase_if(entries, [&](const ZipEntry& entry) {
+        return std::none_of(masks.begin(), masks.end(),
+                            [&](const std::string& mask) { return MatchesMask(entry.Name, mask); });
+    });
+}
+
 // Deletes the files of a folder but for the zip that is to be extracted.
 void WipeFolder(std::string_view folder, std::string_view archive) {
     for (const std::string& file : ListFiles(folder, "*"))
@@ -164,9 +173,10 @@ void UnzipSettings(std::string_view archive, std::string_view destination, ZipFo
 
 Unzipped UnzipToFolder(const Unzipping& job, Bar& bar) {
     std::string reason;
-    const std::optional<std::vector<ZipEntry>> listed = ListZip(job.Archive, reason);
+    std::optional<std::vector<ZipEntry>> listed = ListZip(job.Archive, reason);
     if (!listed)
         return {UnzipEnd::Failed, LoadMessage(MessageId::kZipCannotOpen, {FileNameOf(job.Archive), reason})};
+    KeepWanted(job.Entries, *listed);
     ZipBudget own;
     own.Packed = static_cast<double>(FileSize(job.Archive));
     ZipBudget& budget = job.Budget == nullptr ? own : *job.Budget;
@@ -176,6 +186,7 @@ Unzipped UnzipToFolder(const Unzipping& job, Bar& bar) {
     if (job.Wiping == Wipe::Yes) WipeFolder(job.Destination, job.Archive);
     UnzipClass unzip;
     UnzipSettings(job.Archive, job.Destination, job.Folders, unzip);
+    unzip.ExtractList = job.Entries;
     LineProgress lines{bar, static_cast<double>(listed->size()), 0, true};
     ZipWatcher watcher = Watcher(lines, GestioneUnzip);
     if (job.Progress == ZipProgress::Silent) {

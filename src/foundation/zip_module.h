@@ -52,7 +52,8 @@ struct Unzipping {
     Wipe Wiping = Wipe::No;  // the destination's files are deleted first
     ZipFolders Folders = ZipFolders::Flat;
     ZipProgress Progress = ZipProgress::Shown;
-    ZipBudget* Budget = nullptr; // that of a greater undertaking; null: the zip stands alone
+    ZipBudget* Budget = nullptr;        // that of a greater undertaking; null: the zip stands alone
+    std::vector<std::string> Entries{}; // masks of names with "\" between folders; empty: everything
 };
 // Stopped is the user's wish: the stop, a No to the size, a password that wasn't given.
 enum class UnzipEnd { Whole, Failed, Stopped };

@@ -72,6 +72,7 @@ void CopyUnderName(const std::vector<std::string>& files, const std::string& fol
 }
 
 void TellRefused(RefusedNames names) {
+    std::erase(names, std::string()); // of an entry that was added and not filled in
     std::sort(names.begin(), names.end());
     names.erase(std::unique(names.begin(), names.end()), names.end());
     if (!names.empty())
@@ -188,13 +189,17 @@ void CorrectListedSize(const std::string& target, const std::string& source) {
             LevelConfig.FileSizes[i] = static_cast<std::int32_t>(bytes);
 }
 
+void TellMissingWave(const Group& group) {
+    TellCritical(Text(MessageId::kExternMissing) + group[1] + ")");
+}
+
 void ImportWave(const std::string& folder, const Group& group, const PlainName& name, WaveSource& source,
                 RefusedNames& refused) {
     if (!source.found) {
         const Replacement replacement = FindReplacement(folder, group, source, refused);
         if (replacement == Replacement::Finished) return;
         if (replacement == Replacement::None) {
-            TellCritical(Text(MessageId::kExternMissing) + group[1] + ")");
+            TellMissingWave(group);
             return;
         }
     }
@@ -202,7 +207,7 @@ void ImportWave(const std::string& folder, const Group& group, const PlainName& 
     const std::string target = PathIn(folder, name);
     CorrectListedSize(target, source.path);
     if (!CopyFile(source.path, target))
-        TellCritical(LoadMessage(MessageId::kAddFolderError, {source.path}) + folder + "]");
+        TellCritical(LoadMessage(MessageId::kAddFolderError, {source.path}) + folder);
 }
 
 void ApplyFoundConfig(NewLevel& level) {
@@ -277,9 +282,10 @@ bool WadsInstalled(const std::string& proof, const std::string& url) {
 }
 
 void ApplyDuplications(const std::string& folder, RefusedNames& refused) {
-    const std::vector<Group> pairs = Groups(LevelConfig.Duplications, kPair);
-    if (!pairs.empty()) ShowInfo(Text(MessageId::kConfigDuplication) + pairs.front()[0]);
-    for (const Group& pair : pairs)
+    // The first item as it stands, even of a group that was never filled in.
+    const std::vector<std::string> items = ConfigItems(LevelConfig.Duplications, kPair);
+    if (!items.empty()) ShowInfo(Text(MessageId::kConfigDuplication) + std::string(Trim(items.front())));
+    for (const Group& pair : Groups(LevelConfig.Duplications, kPair))
         CopyUnderName(ListFiles(folder, pair[0]), folder, pair[1], refused);
 }
 
@@ -287,9 +293,13 @@ void ApplyExternWaves(const std::string& folder, RefusedNames& refused) {
     const std::vector<OriginalCd> cds = OriginalCds();
     WaveSource source;
     for (const Group& group : Groups(LevelConfig.ExternWaves, kFour)) {
+        ShowInfo(Text(MessageId::kExternRequest) + group[1]);
+        if (group[2].empty()) {
+            TellMissingWave(group);
+            continue;
+        }
         const std::optional<PlainName> name = NameIn(group[2], refused);
         if (!name) continue;
-        ShowInfo(Text(MessageId::kExternRequest) + group[1]);
         if (const std::string* cd = FindCdName(cds, group[0]))
             FindOnCd(group, *cd, source, refused);
         else

@@ -184,12 +184,12 @@ bool MakeZip(const std::string& out, const std::string& target, ProgressDialog& 
 
 // Makes the zip and gives its path; nothing if there is none.
 std::optional<std::string> Export(const core::LevelRecord& level) {
-    ExportFolders folders;
+    ProgressDialog progress(BarPlace::StoppableDialog, Text(MessageId::kExportCopying));
+    ExportFolders folders; // they go while the dialog still shows it
     if (!RemoveTree(folders.out) || !CreateFolder(folders.out)) {
         TellCritical(Text(MessageId::kExportCannotEmpty) + folders.out);
         return std::nullopt;
     }
-    ProgressDialog progress(BarPlace::StoppableDialog, Text(MessageId::kExportCopying));
     if (!TakeFiles(level, folders, progress.bar) || !TakeSaves(level, folders, progress.bar) ||
         !TakeScreenshots(level, folders, progress))
         return std::nullopt;

@@ -55,7 +55,7 @@ void DropLastRecord() {
 bool MakeLevelFolder(const std::string& folder) {
     if (!core::MakeWay(folder)) return false;
     if (core::CreateLevelFolders(folder)) return true;
-    TellCritical(Text(MessageId::kNewLevelCannotCreate) + folder + "]");
+    TellCritical(Text(MessageId::kNewLevelCannotCreate) + folder);
     return false;
 }
 

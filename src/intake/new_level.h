@@ -121,10 +121,11 @@ void GiveUpLevel(NewLevel& level);
 
 // How the game is to reach a level without a script of its own. False if it can't. With an empty
 // `level_name` nothing is to be done; else it is the standard level to choose. May rename the .tr4 file,
-// after a question.
+// after a question, which gives no name.
 [[nodiscard]] bool ResolveStartLevel(const std::string& folder, std::string& level_name);
 // Leaves one language file in a folder, after a question if there are several and none is the user's, and
-// completes the folder with the original script.dat. False after a message.
+// completes the folder with the original script.dat. False after a message, and if the user doesn't choose:
+// then the folder is as it was.
 [[nodiscard]] bool ChooseLanguageFile(const std::string& folder);
 // Place in the table of a level that has a .tr4 file of the same name and size as one of this folder; -1 if
 // there is none.

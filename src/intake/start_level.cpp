@@ -56,17 +56,14 @@ bool RenameLevelFile(const std::string& tr4, const std::string& name) {
     return false;
 }
 
-bool RenameAfterDocument(const std::string& tr4, const StandardLevel& level, std::string& level_name) {
+bool RenameAfterDocument(const std::string& tr4, const StandardLevel& level) {
     const std::string old = Quoted(FileNameOf(tr4));
     const MessageText question = LoadMessage(MessageId::kRenameTr4Question, {old, kLineBreak, old}) +
                                  Quoted(level.file) + Text(MessageId::kRenameTr4QuestionEnd);
-    if (!AskYesNo(MessageStyle::Question, question) || !RenameLevelFile(tr4, level.file)) return false;
-    level_name = level.name;
-    return true;
+    return AskYesNo(MessageStyle::Question, question) && RenameLevelFile(tr4, level.file);
 }
 
-bool RenameAfterNumber(const std::string& tr4, const std::vector<StandardLevel>& levels,
-                       std::string& level_name) {
+bool RenameAfterNumber(const std::string& tr4, const std::vector<StandardLevel>& levels) {
     if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kMissingDatQuestion,
                                                       {kLineBreak, kLineBreak, kLineBreak, kLineBreak})))
         return false;
@@ -78,10 +75,7 @@ bool RenameAfterNumber(const std::string& tr4, const std::vector<StandardLevel>&
         Text(MessageId::kRenameTr4Default));
     const std::optional<std::int32_t> number = WholeNumber(Trim(typed.value_or("")));
     if (!number || *number < 1 || *number > static_cast<std::int32_t>(levels.size())) return false;
-    const StandardLevel& level = levels[static_cast<std::size_t>(*number) - 1];
-    if (!RenameLevelFile(tr4, level.file)) return false;
-    level_name = level.name;
-    return true;
+    return RenameLevelFile(tr4, levels[static_cast<std::size_t>(*number) - 1].file);
 }
 
 bool IsScriptDat(const std::string& path) {
@@ -106,24 +100,30 @@ bool CompleteScript(const std::string& folder) {
     return false;
 }
 
-// The place of the language to keep; asks until one is named.
-std::size_t AskLanguage(const std::vector<std::string>& files) {
+// The place of the language to keep; asks until one is named. Nothing if the user cancels, and after a
+// message where the same wrong answer comes for ever, as one that was written down may.
+std::optional<std::size_t> AskLanguage(const std::vector<std::string>& files) {
+    constexpr int kMostRepeats = 10;
     const std::string count = std::to_string(files.size());
     MessageText text = LoadMessage(MessageId::kLanguageInput, {count}) + count + ")";
     for (std::size_t i = 0; i < files.size(); ++i)
         text += kLineBreak + std::to_string(i + 1) + "=" + FileNameOf(files[i]);
-    for (;;) {
+    std::optional<std::string> before;
+    for (int repeats = 0; repeats < kMostRepeats;) {
         const std::optional<std::string> typed =
             TheUser().Input(Text(MessageId::kLanguageTitle), text, Text(MessageId::kLanguageDefault));
-        // Nobody answers, as on a command line without answers: the proposed one.
-        if (!typed) return 0;
+        if (!typed) return std::nullopt;
         const std::int32_t number = WholeNumber(Trim(*typed)).value_or(0);
         if (number >= 1 && number <= static_cast<std::int32_t>(files.size()))
             return static_cast<std::size_t>(number) - 1;
+        repeats = typed == before ? repeats + 1 : 1;
+        before = typed;
     }
+    TellCritical(LoadMessage(MessageId::kNoSuchLanguage, {CleanLine(*before)}));
+    return std::nullopt;
 }
 
-std::size_t PickLanguage(const std::vector<std::string>& files) {
+std::optional<std::size_t> PickLanguage(const std::vector<std::string>& files) {
     const std::vector<std::string> own = LanguageFiles(core::BackupFolder());
     if (!own.empty())
         for (std::size_t i = 0; i < files.size(); ++i)
@@ -146,17 +146,17 @@ bool ResolveStartLevel(const std::string& folder, std::string& level_name) {
             return true;
         }
     const std::optional<StandardLevel> named = NamedInDocuments(folder, levels);
-    return named ? RenameAfterDocument(tr4.front(), *named, level_name)
-                 : RenameAfterNumber(tr4.front(), levels, level_name);
+    return named ? RenameAfterDocument(tr4.front(), *named) : RenameAfterNumber(tr4.front(), levels);
 }
 
 bool ChooseLanguageFile(const std::string& folder) {
-    if (!CompleteScript(folder)) return false;
     const std::vector<std::string> files = LanguageFiles(folder);
-    if (files.size() < 2) return true;
-    const std::size_t kept = PickLanguage(files);
+    std::optional<std::size_t> kept = 0;
+    if (files.size() > 1) kept = PickLanguage(files);
+    // Without a choice the folder stays as it is.
+    if (!kept || !CompleteScript(folder)) return false;
     for (std::size_t i = 0; i < files.size(); ++i)
-        if (i != kept) DeleteFile(files[i]);
+        if (i != *kept) DeleteFile(files[i]);
     return true;
 }
 

@@ -14,9 +14,7 @@
 #include "foundation/user.h"
 #include "intake/new_level.h"
 #include "intake/work_folder.h"
-#include "media/media_config.h"
 #include "swap/compression.h"
-#include "swap/trle_state.h"
 
 namespace kelvash::intake {
 
@@ -78,8 +76,8 @@ bool FindStart(NewLevel& level) {
         TellCritical(LoadMessage(MessageId::kMissingDatFile, {kLineBreak, kLineBreak}));
         return false;
     }
-    if (!name.empty() && AskYesNo(MessageStyle::Question,
-                                  LoadMessage(MessageId::kStandardNoteQuestion, {Quoted(name) + kLineBreak})))
+    if (!name.empty() &&
+        AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kStandardNoteQuestion, {name + kLineBreak})))
         level.Note = Text(MessageId::kStandardNote) + name;
     return true;
 }
@@ -113,56 +111,6 @@ bool AcceptEqual(NewLevel& level) {
     return false;
 }
 
-bool SameBytes(const std::string& a, const std::string& b) {
-    return FileSize(a) == FileSize(b) && ReadFileBytes(a) == ReadFileBytes(b);
-}
-
-// Copies a file of the level beside the player's own ones, none of which is replaced without a question.
-bool CopyBeside(const std::string& file, const std::string& folder) {
-    const std::string target = folder + "\\" + FileNameOf(file);
-    if (FileExists(target) && (SameBytes(file, target) || !AskReplaceFile(file, target))) return true;
-    return CopyFile(file, target);
-}
-
-// While a level is in TRLE its savegames live there; what is put into its stash would go with the next swap.
-bool MoveSavegames(const NewLevel& level) {
-    const std::int32_t code = RecordOf(level).Code;
-    const std::string stash = core::StashFolder(core::LevelFolder(code, false));
-    const std::string target = code != 0 && swap::CurrentLevelCode() == code ? core::TrleFolder() : stash;
-    for (const std::string& file : ListFiles(level.WorkFolder, Text(MessageId::kIntakeSavegameMask))) {
-        if (!CopyBeside(file, target)) return false;
-        DeleteFile(file);
-    }
-    return true;
-}
-
-// The game and the media events need some pictures where they are; all others are screenshots.
-bool MovePictures(const NewLevel& level) {
-    const std::string target = core::ScreenshotsFolder(core::LevelFolder(RecordOf(level).Code, false));
-    const std::vector<std::string> media = media::ListMediaFiles(level.WorkFolder);
-    const std::vector<std::string> load_screens = Split(Text(MessageId::kLoadScreens), '|');
-    for (const std::string& mask : Split(Text(MessageId::kIntakePictureMasks), '|'))
-        for (const std::string& file : ListFiles(level.WorkFolder, mask)) {
-            if (ContainsNoCase(media, FileNameOf(file))) continue;
-            if (!CopyBeside(file, target)) return false;
-            if (!ContainsNoCase(load_screens, FileNameOf(file))) DeleteFile(file);
-        }
-    return true;
-}
-
-bool SortOutFiles(const NewLevel& level) {
-    if (level.OnCd) return true;
-    if (!MoveSavegames(level) || !MovePictures(level)) {
-        TellCritical(Text(MessageId::kCannotMoveSaves) + core::LevelFolder(RecordOf(level).Code, false));
-        return false;
-    }
-    for (const std::string& name : Split(Text(MessageId::kIntakeHelpers), '|'))
-        DeleteFile(level.WorkFolder + name);
-    // One that couldn't be read is still there; a package file never enters the Archive.
-    DeleteFile(level.WorkFolder + Text(MessageId::kConfigName));
-    return true;
-}
-
 // True if the dialog works on the level's own files, as with one that is being added.
 bool WorksInPlace(const NewLevel& level) {
     return EqualNoCase(level.WorkFolder, level.LevelFilesFolder);
@@ -176,41 +124,50 @@ bool CopyPlain(const NewLevel& level) {
     return copied;
 }
 
-bool StoreCompressed(const NewLevel& level) {
-    ShowInfo(Text(MessageId::kCopyCompress));
-    if (swap::CompressLevelFiles(level.WorkFolder, level.LevelIndex)) return true;
-    TellCritical(Text(MessageId::kCopyCompressError));
-    return WorksInPlace(level) || CopyPlain(level);
-}
-
-bool StorePlain(const NewLevel& level) {
-    core::ListTr4(level.WorkFolder);
+// Stores the files as they are; `tr4` is what was listed of them before anything was packed.
+bool StorePlain(const NewLevel& level, const std::vector<core::Tr4Info>& tr4) {
     if (!WorksInPlace(level) && !CopyPlain(level)) return false;
+    core::Tr4List = tr4;
     // Without it the level only isn't compared with others.
-    if (!core::Tr4List.empty()) static_cast<void>(core::WriteTr4Info(level.LevelIndex));
+    if (!tr4.empty()) static_cast<void>(core::WriteTr4Info(level.LevelIndex));
     return true;
 }
 
+bool StoreCompressed(const NewLevel& level, const std::vector<core::Tr4Info>& tr4) {
+    ShowInfo(Text(MessageId::kCopyCompress));
+    if (swap::CompressLevelFiles(level.WorkFolder, level.LevelIndex)) return true;
+    TellCritical(Text(MessageId::kCopyCompressError));
+    return StorePlain(level, tr4);
+}
+
 // The Archive is saved once, by who has opened the dialog: each saving waits for the disk.
-void UpdateSizes(const NewLevel& level) {
+void UpdateFilesSize(const NewLevel& level) {
     core::LevelRecord& record = RecordOf(level);
     const std::string folder = core::LevelFolder(record.Code, false);
-    const std::int32_t files = core::FieldSize(static_cast<double>(core::FilesBytes(folder)));
-    const std::int32_t saves = core::FieldSize(static_cast<double>(core::SavesBytes(folder)));
-    if (level.LevelIndex > 0) {
-        core::archive.Header.MainFolderSize += static_cast<double>(files) - record.FilesSize;
-        core::archive.Header.SecondaryFolderSize += static_cast<double>(saves) - record.SavesSize;
-    }
-    record.FilesSize = files;
-    record.SavesSize = saves;
+    const std::int32_t bytes = core::FieldSize(static_cast<double>(core::FilesBytes(folder)));
+    if (level.LevelIndex > 0)
+        core::archive.Header.MainFolderSize += static_cast<double>(bytes) - record.FilesSize;
+    record.FilesSize = bytes;
+}
+
+// Savegames and pictures may have moved out of files that are otherwise as they were.
+void UpdateSavesSize(const NewLevel& level) {
+    core::LevelRecord& record = RecordOf(level);
+    const std::string folder = core::LevelFolder(record.Code, false);
+    const std::int32_t bytes = core::FieldSize(static_cast<double>(core::SavesBytes(folder)));
+    if (level.LevelIndex > 0)
+        core::archive.Header.SecondaryFolderSize += static_cast<double>(bytes) - record.SavesSize;
+    record.SavesSize = bytes;
 }
 
 bool StoreFiles(const NewLevel& level) {
     if (!level.FilesChanged || level.OnCd) return true;
+    core::ListTr4(level.WorkFolder);
+    const std::vector<core::Tr4Info> tr4 = core::Tr4List;
     const core::ArchiveHeader& header = core::archive.Header;
-    if (!(header.CompressFiles || header.EncodeWavInMp3 ? StoreCompressed(level) : StorePlain(level)))
-        return false;
-    UpdateSizes(level);
+    const bool packs = header.CompressFiles || header.EncodeWavInMp3;
+    if (!(packs ? StoreCompressed(level, tr4) : StorePlain(level, tr4))) return false;
+    UpdateFilesSize(level);
     return true;
 }
 
@@ -227,10 +184,13 @@ void StoreLevel(NewLevel& level) {
     RecordOf(level).Note = Trim(level.Note);
     if (!AcceptEqual(level)) return;
     RecordOf(level).MoreInfoFile = MoreInfoName(level);
-    if (!level.OnCd) DropOlderForms(level);
-    if (!SortOutFiles(level)) return;
+    if (!level.OnCd) {
+        DropOlderForms(level);
+        if (!SortOutFiles(level)) return;
+    }
     level.FilesChanged = level.FilesChanged || DiffersFromSnapshot(level);
     if (!StoreFiles(level)) return;
+    if (!level.OnCd) UpdateSavesSize(level);
     CloseWorkFolder(level);
     level.State = FormState::Saved;
 }

@@ -59,14 +59,6 @@ bool OpenDraft(NewLevel& level) {
     return level.UsesDraft;
 }
 
-// True if the dialog has brought or changed the file of that name.
-bool IsTheDialogs(const NewLevel& level, const std::string& target) {
-    const FileStamp* const before = FindStamp(level.Snapshot, FileNameOf(target));
-    if (!FileExists(target)) return false;
-    return before == nullptr ||
-           !SameStamp(*before, {FileNameOf(target), FileTime(target).value_or(0), FileSize(target)});
-}
-
 bool IsNewIn(const std::map<std::string, FileStamp>& before, const std::string& path) {
     const auto old = before.find(FoldCase(FileNameOf(path)));
     return old == before.end() ||
@@ -114,8 +106,8 @@ bool TakeOutsideFiles(NewLevel& level) {
         if (seen != level.Outside.end() && SameStamp(seen->second, stamp)) continue;
         const std::string target = level.WorkFolder + "\\" + stamp.Name;
         if (IsTheDialogs(level, target)) continue;
-        DeleteFile(target);
-        if (!LinkOrCopyFile(level.LevelFilesFolder + "\\" + stamp.Name, target)) {
+        // A second name of it would let whoever writes one of the two in place reach the other.
+        if (!CopyFile(level.LevelFilesFolder + "\\" + stamp.Name, target)) {
             TellCritical(Text(MessageId::kCannotTakeOutsideFile) + stamp.Name);
             return false;
         }
@@ -126,6 +118,13 @@ bool TakeOutsideFiles(NewLevel& level) {
 
 bool PartFromLevel(const NewLevel& level, const std::string& file) {
     return !level.UsesDraft || CopyFileWhole(file, file);
+}
+
+bool IsTheDialogs(const NewLevel& level, const std::string& file) {
+    const FileStamp* const before = FindStamp(level.Snapshot, FileNameOf(file));
+    if (!FileExists(file)) return false;
+    return before == nullptr ||
+           !SameStamp(*before, {FileNameOf(file), FileTime(file).value_or(0), FileSize(file)});
 }
 
 bool DiffersFromSnapshot(const NewLevel& level) {

@@ -36,10 +36,19 @@ void CloseWorkFolder(NewLevel& level);
 [[nodiscard]] bool TakeOutsideFiles(NewLevel& level);
 // Makes a file of a draft one of its own, for a program that may write it in place.
 [[nodiscard]] bool PartFromLevel(const NewLevel& level, const std::string& file);
+// True if the dialog has brought or changed that file of its folder.
+bool IsTheDialogs(const NewLevel& level, const std::string& file);
 // True if files differ in number, name, size or time from those at the beginning.
 bool DiffersFromSnapshot(const NewLevel& level);
 // Of a file and its stored form ("X" and "X.zl") one of which is new, the other goes.
 void DropOlderForms(const NewLevel& level);
+
+// --- what isn't the level's own (sort_out_files.cpp) ---
+
+// Moves savegames to where the level's savegames are and pictures to its screenshots, load screens as copies;
+// a file that has the name of one of them is rescued (swap/rescued_saves.h), which is told. Deletes the
+// helpers of a package. False after a message: what has no other place is still in the work folder.
+[[nodiscard]] bool SortOutFiles(const NewLevel& level);
 
 // --- zips and what else arrives (work_zips.cpp) ---
 

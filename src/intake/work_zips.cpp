@@ -173,7 +173,7 @@ Arrived CopyFlat(const std::vector<std::string>& files, const std::string& folde
         if (TheUser().StopRequested()) return {Arrival::Stopped};
         const Arrived arrived = ArrivedWith(!MayTake(file, target, taken) || CopyFileStoppable(file, target));
         if (arrived.How == Arrival::Failed)
-            TellCritical(LoadMessage(MessageId::kAddFolderError, {file}) + folder + "]");
+            TellCritical(LoadMessage(MessageId::kAddFolderError, {file}) + folder);
         if (arrived.How != Arrival::Whole) return arrived;
         ProgressPercent(progress.bar, ++done, static_cast<double>(files.size()));
     }

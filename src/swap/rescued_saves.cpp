@@ -53,7 +53,7 @@ bool MoveInto(const std::string& folder, const std::string& file) {
 
 } // namespace
 
-bool RescueFiles(const std::vector<std::string>& files, const std::string& from) {
+bool RescueFiles(const std::vector<std::string>& files, const std::string& from, MessageId told) {
     if (files.empty()) return true;
     const std::string folder = NewFolder();
     if (!CreateFolder(folder) || !WriteNote(folder, from, false)) return false;
@@ -62,7 +62,7 @@ bool RescueFiles(const std::vector<std::string>& files, const std::string& from)
         if (ListFiles(folder, "*").size() == 1) RemoveFolder(folder); // the note alone
         return false;
     }
-    ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kSavesRescued, {}) + folder);
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(told, {}) + folder);
     return true;
 }
 

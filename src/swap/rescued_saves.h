@@ -6,12 +6,15 @@
 #include <string>
 #include <vector>
 
+#include "foundation/messages.h"
+
 namespace kelvash::swap {
 
-// Moves files into a new rescue folder and tells where they are; `from` is where they belonged, as a person
-// may read it. True without a word for no files. False if one of them can't be put there whole: it is still
-// where it was.
-[[nodiscard]] bool RescueFiles(const std::vector<std::string>& files, const std::string& from);
+// Moves files into a new rescue folder and tells where they are, in the words of `told`; `from` is where they
+// belonged, as a person may read it. True without a word for no files. False if one of them can't be put
+// there whole: it is still where it was.
+[[nodiscard]] bool RescueFiles(const std::vector<std::string>& files, const std::string& from,
+                               MessageId told = MessageId::kSavesRescued);
 
 struct RescuedSaves {
     std::string Folder;

@@ -57,6 +57,14 @@ TEST_F(AnswersFile, ZeroTimesIsForEver) {
         ElementsAre(kFormCancelled, kNoTrle, kSaveFailed));
 }
 
+TEST_F(AnswersFile, ForEverEndsWhereTheSameBoxComesAgainAndAgain) {
+    const CliRun run = SaveWith(R"([{"when":"Dialog_TrovaTrle","answer":"C:\\none","times":0}])");
+    ASSERT_EQ(run.lines.size(), 2 * 10'000U + 3);
+    EXPECT_EQ(run.lines[19'998], kFormAnswered);
+    EXPECT_EQ(run.lines[20'000], kFormCancelled);
+    EXPECT_EQ(run.lines.back(), kSaveFailed);
+}
+
 TEST_F(AnswersFile, TheFirstEntryThatFitsIsTakenWhateverStandsBehind) {
     MakeTrle(drive / "trle");
     const CliRun run = SaveWith(R"([{"when":"nothing has this","answer":"C:\\wrong"},

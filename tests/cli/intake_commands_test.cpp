@@ -64,6 +64,57 @@ TEST_F(IntakeCommands, ALevelThatIsRefusedIsNotAdded) {
     EXPECT_EQ(Json({"add"}).status, 2);
 }
 
+// Two languages, neither of them the user's.
+class LanguageQuestion : public IntakeCommands {
+  protected:
+    LanguageQuestion() {
+        MakeFile(drive / "in/two.zip",
+                 MakeZipBytes({MakeEntry("maze.tr4", "level data"), MakeEntry("script.dat", "s"),
+                               MakeEntry("french.dat", "f"), MakeEntry("german.dat", "g")}));
+    }
+    CliRun AddTwo(const std::string& answers) {
+        return Json({"--answers", Answers(answers), "add", "C:\\in\\two.zip"});
+    }
+};
+
+TEST_F(LanguageQuestion, WithoutAnAnswerNothingIsAdded) {
+    for (const CliRun& run :
+         {Json({"add", "C:\\in\\two.zip"}), Plain({"--no-input", "add", "C:\\in\\two.zip"}),
+          Plain({"--yes", "--no-input", "add", "C:\\in\\two.zip"})}) {
+        EXPECT_EQ(run.status, 3) << run.Output();
+        EXPECT_THAT(
+            run.errors,
+            HasSubstr("This question needs an answer, and none was given: This level contains 2 language "
+                      "files (.dat). Please choose only one. (Write number you wish: 1-2)"));
+        EXPECT_FALSE(Exists(Level(1)));
+    }
+    EXPECT_THAT(Json({"status"}).Output(), HasSubstr(R"("levels":1)"));
+}
+
+TEST_F(LanguageQuestion, CancelAddsNothing) {
+    const CliRun run = AddTwo(R"([{"id": 1070, "answer": "cancel"}])");
+    EXPECT_EQ(run.status, 3);
+    EXPECT_EQ(run.errors, "");
+    EXPECT_EQ(run.lines.back(), R"({"event":"result","ok":false,"code":-1})");
+    EXPECT_FALSE(Exists(Level(1)));
+}
+
+TEST_F(LanguageQuestion, IsAnsweredByANumber) {
+    const CliRun run = AddTwo(R"([{"id": 1070, "answer": "2"}])");
+    EXPECT_EQ(run.status, 0) << run.Output();
+    EXPECT_TRUE(Exists(Level(1) / "FILES/german.dat"));
+    EXPECT_FALSE(Exists(Level(1) / "FILES/french.dat"));
+}
+
+TEST_F(LanguageQuestion, AWrongNumberForEverEnds) {
+    const CliRun run = AddTwo(R"([{"id": 1070, "answer": "3", "times": 0}])");
+    EXPECT_EQ(run.status, 1) << run.Output();
+    EXPECT_THAT(run.Output(),
+                HasSubstr(R"("id":3720,"style":"critical","text":"The level is not stored because no )"
+                          R"(language is chosen: '3' is no number of the list")"));
+    EXPECT_FALSE(Exists(Level(1)));
+}
+
 TEST_F(IntakeCommands, LevelSetChangesWhatIsGiven) {
     ASSERT_EQ(Add().status, 0);
     const CliRun run =

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "cli/cli_home.h"
+#include "swap/swap_record.h"
 
 namespace kelvash::test {
 namespace {
@@ -122,6 +123,26 @@ TEST_F(Sandbox, TakesAPlainLevelIn) {
               "#COPIED_FILES=\\english.dat|\\script.dat|\\objects.h|\\load.bmp|\\data\\gate.tr4#\r\n");
     EXPECT_EQ(BytesOf(trle / "data" / "gate.tr4"), BytesOf(levels / "LEVEL_0001" / "FILES" / "gate.tr4"));
     EXPECT_FALSE(Exists(trle / "readme.txt"));
+}
+
+TEST_F(Sandbox, TellsOfASwapThatWasCutShortUntilItIsEnded) {
+    ASSERT_EQ(Install("1").status, 0);
+    fs::path file;
+    for (const auto& entry : fs::directory_iterator(root / "demo" / "drive_c" / "Kelvash"))
+        if (entry.path().extension() == ".rec") file = entry.path();
+    std::optional<swap::SwapRecord> record = swap::DecodeSwapRecord(BytesOf(file));
+    ASSERT_TRUE(record);
+    record->Step = swap::SwapStep::Entering;
+    MakeFile(file, swap::EncodeSwapRecord(*record, "C:\\Program Files\\Core Design\\trle"));
+    const CliRun cut = InSandbox({"status"});
+    EXPECT_EQ(cut.status, 0);
+    EXPECT_THAT(cut.lines.back(),
+                HasSubstr(R"("cutShort":"The swap of The Drowned Gate has been cut short"})"));
+    EXPECT_THAT(InSandbox({"status"}).lines.back(), HasSubstr("has been cut short"))
+        << "reading ends nothing";
+    EXPECT_EQ(InSandbox({"restore", "fast"}).status, 0);
+    EXPECT_THAT(InSandbox({"status"}).lines.back(), HasSubstr(R"("installed":0,)"));
+    EXPECT_THAT(InSandbox({"status"}).lines.back(), HasSubstr(R"("cutShort":null})"));
 }
 
 TEST_F(Sandbox, TakesACompressedLevelInWithItsSaves) {

@@ -4,6 +4,7 @@
 
 #include "foundation/date_text.h"
 #include "foundation/files.h"
+#include "support/local_time.h"
 #include "support/swap_home.h"
 #include "swap/install.h"
 
@@ -76,6 +77,12 @@ TEST_F(Savegames, AreShownWithNumberTitleAndDate) {
     ASSERT_TRUE(SetFileDate("C:\\savegame.3", 1'000'000'000));
     const std::string date = FormatDate("dd/mm/yyyy  hh:nn:ss", 1'000'000'000);
     EXPECT_EQ(SavegameLine("C:\\savegame.3"), "  12 City of the Dead  (" + date + ") ");
+}
+
+TEST_F(Savegames, ThatCantBeReadAreShownWithTheirDate) {
+    test::MakeFile(drive / "savegame.3", "");
+    ASSERT_TRUE(SetFileDate("C:\\savegame.3", test::LocalSeconds(2004, 12, 31, 23, 59, 58)));
+    EXPECT_EQ(SavegameLine("C:\\savegame.3"), "   0 <NOT READABLE>  (31/12/2004  23:59:58) ");
 }
 
 TEST_F(Savegames, InTheSlotsAreTheStashUntilTheLevelIsIn) {

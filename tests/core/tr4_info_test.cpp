@@ -98,6 +98,18 @@ TEST_F(Tr4InfoTest, EqualAreNameAndSizeNotTheDate) {
     EXPECT_FALSE(CheckEqualLevels({}, 2, equal));
 }
 
+// A record holds 80 characters of a name, and its own letters alone.
+TEST_F(Tr4InfoTest, TheListHoldsNamesAsARecordDoes) {
+    AddLevel(1, "One");
+    Put(1, std::string(79, 'x') + "yz.tr4", "12");
+    Put(1, "\u0416.tr4", "123");
+    ListTr4("C:\\Levels\\LEVEL_0001\\FILES");
+    ASSERT_EQ(Tr4List.size(), 2U);
+    EXPECT_EQ(Tr4List[0].FileName, std::string(79, 'x') + "y");
+    EXPECT_EQ(Tr4List[0].FileSize, 2);
+    EXPECT_EQ(Tr4List[1].FileName, "?.tr4");
+}
+
 TEST_F(Tr4InfoTest, APairIsReportedOnceForEachDirection) {
     AddLevel(1, "One");
     AddLevel(2, "Two");
@@ -106,10 +118,10 @@ TEST_F(Tr4InfoTest, APairIsReportedOnceForEachDirection) {
     Tr4List = {{"maze.tr4", 0, 4}};
     ASSERT_TRUE(WriteTr4Info(1) && WriteTr4Info(2));
     user.WillAnswer(
-        "Warning: tr4 file \"maze.tr4\" has same name and same size of tr4 file in level: \"Two\"\r\n"
+        "Warning: tr4 file maze.tr4 has same name and same size of tr4 file in level: Two\r\n"
         "Continue scanning for equal levels?",
         "yes");
-    user.WillAnswer("in level: \"One\"\r\n", "yes");
+    user.WillAnswer("in level: One\r\n", "yes");
     EXPECT_EQ(ControllaUguali(), 2);
     EXPECT_THAT(user.Told(),
                 ElementsAre("plain: Check for equal levels terminated.\r\nThere are 2 equal levels"));
@@ -125,12 +137,9 @@ TEST_F(Tr4InfoTest, TheFirstFileOfTheFirstOtherLevelIsReported) {
     ASSERT_TRUE(WriteTr4Info(2) && WriteTr4Info(3));
     Put(1, "A.TR4", "1");
     Put(1, "B.tr4", "22");
-    user.WillAnswer("tr4 file \"b.tr4\" has same name and same size of tr4 file in level: \"Two\"\r\n",
-                    "yes");
-    user.WillAnswer("tr4 file \"b.tr4\" has same name and same size of tr4 file in level: \"Three\"\r\n",
-                    "yes");
-    user.WillAnswer("tr4 file \"b.tr4\" has same name and same size of tr4 file in level: \"Two\"\r\n",
-                    "yes");
+    user.WillAnswer("tr4 file b.tr4 has same name and same size of tr4 file in level: Two\r\n", "yes");
+    user.WillAnswer("tr4 file b.tr4 has same name and same size of tr4 file in level: Three\r\n", "yes");
+    user.WillAnswer("tr4 file b.tr4 has same name and same size of tr4 file in level: Two\r\n", "yes");
     EXPECT_EQ(ControllaUguali(), 3);
 }
 
@@ -169,7 +178,7 @@ TEST_F(Tr4InfoTest, MissingOnesAreCreatedAlsoOfStoredForms) {
     ASSERT_TRUE(WriteTr4Info(4));
     CreaInfoTr4();
     EXPECT_THAT(user.Shown(), Contains("Creating tr4.inf files in progress"));
-    EXPECT_THAT(user.Told(), Contains("critical: Error decompressing files of level [Damaged]"));
+    EXPECT_THAT(user.Told(), Contains("critical: Error decompressing files of level [Damaged"));
     ASSERT_TRUE(ReadTr4Info(1));
     EXPECT_EQ(Tr4List.at(0).FileName, "maze.tr4");
     ASSERT_TRUE(ReadTr4Info(2));

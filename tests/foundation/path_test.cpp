@@ -127,6 +127,14 @@ TEST(Mask, StarDotStarIsEverything) {
     EXPECT_TRUE(MatchesMask("noextension", "*"));
 }
 
+TEST(Mask, CaseMattersWhereItIsAskedFor) {
+    EXPECT_TRUE(MatchesMaskWithCase("Level.tr4", "L*.tr?"));
+    EXPECT_FALSE(MatchesMaskWithCase("level.tr4", "L*.tr?"));
+    EXPECT_TRUE(MatchesMaskWithCase("noextension", "*.*"));
+    EXPECT_TRUE(MatchesMaskWithCase("savegame", "savegame.*"));
+    EXPECT_FALSE(MatchesMaskWithCase("SAVEGAME", "savegame.*"));
+}
+
 TEST(Mask, AnyExtensionAtTheEndIsAlsoNone) {
     EXPECT_TRUE(MatchesMask("savegame", "savegame.*"));
     EXPECT_TRUE(MatchesMask("SAVEGAME", "save*.*"));

@@ -260,6 +260,55 @@ TEST_F(ApplyConfig, AnUnknownCdKeepsTheSourceOfTheGroupBefore) {
     EXPECT_EQ(Bytes("106.wav"), "from the disc");
 }
 
+TEST_F(ApplyConfig, AnUnknownCdKeepsThatTheGroupBeforeFoundNothing) {
+    OpenNew({{"002.wav", "the replacement"}});
+    InsertReader();
+    LevelConfig.ExternWaves =
+        List({"TR4", "098.wav", "105.wav", "002.wav", "TR9", "099.wav", "106.wav", "none.wav"});
+    user.WillAnswer("Have you this CD?", "no");
+    Apply();
+    EXPECT_EQ(Bytes("105.wav"), "the replacement");
+    EXPECT_FALSE(Has("106.wav"));
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: Kelvash.cfg error: original cd for extern wave unknown (TR9)",
+                            "critical: Kelvash.cfg error: request extern wave file is missing (099.wav)"));
+}
+
+TEST_F(ApplyConfig, NoCdIsACdOfTheTableToo) {
+    OpenNew();
+    InsertReader();
+    LevelConfig.ExternWaves = List({"<none>", "098.wav", "105.wav", ""});
+    user.WillAnswer(
+        "Current level require an extern wav file that you can find in <NONE> CD\r\nHave you this "
+        "CD?",
+        "no");
+    Apply();
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Kelvash.cfg error: request extern wave file is missing "
+                                         "(098.wav)"));
+}
+
+TEST_F(ApplyConfig, AWaveWithoutAUsableNameIsRequestedAndTold) {
+    OpenNew({{"002.wav", "the replacement"}});
+    LevelConfig.ExternWaves = List({"TR4", "098.wav", "con.wav", "002.wav", "TR4", "099.wav", "", "002.wav"});
+    Apply();
+    EXPECT_THAT(user.Shown(), Contains("Request extern wave files: 098.wav"));
+    EXPECT_THAT(user.Shown(), Contains("Request extern wave files: 099.wav"));
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: Kelvash.cfg error: request extern wave file is missing (099.wav)",
+                            "exclamation: Warning: config file of this level holds following names, that can "
+                            "not be names of level files. They have been ignored:\r\ncon.wav"));
+    EXPECT_THAT(WorkNames(), ElementsAre("002.wav"));
+}
+
+TEST_F(ApplyConfig, TheFirstDuplicationIsShownAsItStands) {
+    OpenNew({{"castle.wad", "wad"}});
+    LevelConfig.Duplications = List({"", "", "castle.*", "tower"});
+    Apply();
+    EXPECT_THAT(user.Shown(), Contains("Duplication source: "));
+    EXPECT_THAT(user.Shown(), testing::Not(Contains("Duplication source: castle.*")));
+    EXPECT_EQ(Bytes("tower.wad"), "wad");
+}
+
 TEST_F(ApplyConfig, AnUnknownCdInTheFirstGroupHasNoSource) {
     OpenNew();
     LevelConfig.ExternWaves = List({"TR9", "099.wav", "106.wav", ""});

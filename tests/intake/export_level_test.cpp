@@ -154,6 +154,31 @@ TEST_F(Export, ACancelledNameLeavesNothing) {
     EXPECT_THAT(user.Told(), IsEmpty());
 }
 
+TEST_F(Export, TellsWhileTheFoldersAreRemoved) {
+    AddLevel(1, "Maze", kMaze);
+    Select(1);
+    std::vector<std::string> ends;
+    user.on_close = [&] {
+        ends.push_back(user.Shown().back() + (NothingTemporary() ? ": gone" : ": still there"));
+    };
+    EXPECT_TRUE(ExportTo("C:\\out.zip"));
+    user.WillAnswer("Save exported level files", "cancel");
+    EXPECT_FALSE(ExportLevel());
+    EXPECT_THAT(ends,
+                ElementsAre("Removing files from temp dir: gone", "Removing files from temp dir: gone"));
+}
+
+TEST_F(Export, EmptiesAFolderThatALastExportHasLeft) {
+    AddLevel(1, "Maze", kMaze);
+    test::MakeFile(home / "out_files/of_old.wav", "x");
+    test::MakeFile(home / "out_files/deep/of_old.wav", "x");
+    Select(1);
+    EXPECT_TRUE(ExportTo("C:\\out.zip"));
+    EXPECT_THAT(NamesOf("C:\\out.zip"),
+                UnorderedElementsAre("maze.tr4", "script.dat", "english.dat", "kelvash.cfg"));
+    EXPECT_TRUE(NothingTemporary());
+}
+
 TEST_F(Export, FailuresAreToldAndLeaveNothing) {
     core::level_list = {};
     EXPECT_FALSE(ExportLevel());
@@ -171,7 +196,9 @@ TEST_F(Export, FailuresAreToldAndLeaveNothing) {
     EXPECT_TRUE(NothingTemporary() || !test::Exists(home / "out_files"));
     Select(3);
     EXPECT_FALSE(ExportTo("C:\\nowhere\\out.zip"));
-    EXPECT_THAT(user.Told().back(), testing::StartsWith("critical: Error zipping files:\r\n"));
+    EXPECT_EQ(user.Told().back(),
+              "critical: Error zipping files:\r\nFailure to create temporary file: "
+              "No such file or directory");
     EXPECT_TRUE(!test::Exists(home / "out_files"));
 }
 

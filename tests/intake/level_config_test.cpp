@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "support/platform.h"
 #include "support/test_home.h"
 
 namespace kelvash::intake {
@@ -114,6 +115,31 @@ TEST_F(LevelConfigFile, KeepsTheTailOfALongerFile) {
 TEST_F(LevelConfigFile, ThatIsMissingIsTold) {
     EXPECT_FALSE(ReadLevelConfig("C:\\Kelvash\\kelvash.cfg"));
     EXPECT_THAT(user.Told(), ElementsAre("critical: Config file 'C:\\Kelvash\\kelvash.cfg' not found"));
+}
+
+TEST_F(LevelConfigFile, ThatCantBeOpenedIsTold) {
+    MakeFile(home / "kelvash.cfg", Header("City", std::string(4, '\0')));
+    std::filesystem::permissions(home / "kelvash.cfg", std::filesystem::perms::none);
+    const test::OrdinaryUser ordinary;
+    EXPECT_FALSE(ReadLevelConfig("C:\\Kelvash\\kelvash.cfg"));
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Error opening config file: C:\\Kelvash\\kelvash.cfg"));
+}
+
+TEST_F(LevelConfigFile, ThatEndsWithinItsTrailingTextIsTold) {
+    EXPECT_FALSE(Read(Header("City", std::string(4, '\0')) + std::string("\x05\0a.tom", 6)));
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Error reading config file: C:\\Kelvash\\kelvash.cfg"));
+    EXPECT_FALSE(Read(Header("City", std::string(4, '\0')) + "\x05"));
+    EXPECT_EQ(user.Told().back(), "critical: Error reading config file: C:\\Kelvash\\kelvash.cfg");
+}
+
+// Blanks are trimmed, NULs aren't.
+TEST_F(LevelConfigFile, KeepsTheNulsAtTheEndOfAField) {
+    const std::string ada("Ada\0\0", 5);
+    EXPECT_TRUE(
+        Read(std::string(512, ' ') + Padded("  " + ada, 80) + std::string(8114, ' ') + std::string(4, '\0')));
+    EXPECT_EQ(LevelConfig.AuthorName, ada);
+    ASSERT_TRUE(WriteLevelConfig("C:\\Kelvash\\kelvash.cfg"));
+    EXPECT_EQ(BytesOf(home / "kelvash.cfg").substr(512, 80), Padded(ada, 80));
 }
 
 TEST_F(LevelConfigFile, ThatCantBeWrittenIsTold) {

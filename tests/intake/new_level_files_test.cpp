@@ -132,6 +132,7 @@ TEST_F(LevelFiles, AddFileAsksCopiesAndRemembersTheFolder) {
     user.WillAnswer("Select source file (zip or other)", "C:\\in\\maze.tr4");
     AddFile(level);
     EXPECT_EQ(user.last_start, "C:\\start");
+    EXPECT_EQ(user.last_filter, "Zip files (*.zip)|*.zip|All files (*.*)|*.*");
     EXPECT_EQ(core::profile.DownloadFolder, "C:\\in");
     EXPECT_THAT(WorkNames(), ElementsAre("maze.tr4"));
     EXPECT_THAT(user.Shown(), Contains("Copy file in progress..."));
@@ -202,7 +203,7 @@ TEST_F(LevelFiles, WhatCannotBeHadIsTold) {
     EXPECT_FALSE(AddSource(level, "C:\\in\\folder"));
     EXPECT_EQ(user.Told().back(),
               "critical: Error in copying file [C:\\in\\folder\\a.txt] in folder "
-              "[C:\\Levels\\LEVEL_0001\\files]");
+              "[C:\\Levels\\LEVEL_0001\\files");
     EXPECT_EQ(level.State, FormState::Open);
     EXPECT_THAT(WorkNames(), ElementsAre("kept.txt"));
 }

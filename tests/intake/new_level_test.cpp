@@ -10,6 +10,7 @@
 #include "foundation/drives.h"
 #include "intake/apply_config.h"
 #include "support/intake_home.h"
+#include "support/platform.h"
 
 namespace kelvash::intake {
 namespace {
@@ -62,6 +63,19 @@ TEST_F(NewLevelTest, ACancelledLevelGoesWithItsFolder) {
     EXPECT_FALSE(test::Exists(home / "test.kva"));
 }
 
+TEST_F(NewLevelTest, AFolderThatCannotBeRemovedIsTold) {
+    const std::filesystem::path stuck = levels / "LEVEL_0001/FILES/stuck";
+    const test::OrdinaryUser ordinary;
+    EXPECT_FALSE(intake::AddLevel("", [&](NewLevel& open) {
+        test::MakeFile(stuck / "in.txt", "x");
+        std::filesystem::permissions(stuck,
+                                     std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+        CancelIn(open);
+    }));
+    std::filesystem::permissions(stuck, std::filesystem::perms::owner_all);
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Error in removing folder: C:\\Levels\\LEVEL_0001"));
+}
+
 TEST_F(NewLevelTest, WhatIsLeftInTheFolderIsKeptAside) {
     test::MakeFile(levels / "LEVEL_0001/FILES/old.tr4", "old");
     test::MakeFile(levels / "LEVEL_0001/SCREENSHOTS/old.jpg", "old");
@@ -98,7 +112,7 @@ TEST_F(NewLevelTest, FoldersThatCannotBeMadeAreTold) {
     test::MakeFile(levels / "LEVEL_0001", "a file in the way");
     EXPECT_FALSE(intake::AddLevel("", [](NewLevel&) { FAIL() << "the form must not open"; }));
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error I cannot create new folders in "
-                                         "[C:\\Levels\\LEVEL_0001]"));
+                                         "[C:\\Levels\\LEVEL_0001"));
     EXPECT_EQ(Count(), 1);
 }
 

@@ -73,6 +73,20 @@ TEST_F(PropertiesTest, AFileThatIsPutIntoTheLevelByHandIsTaken) {
     EXPECT_EQ(BytesOf(Stored("english.dat")), "other words");
 }
 
+// An editor that writes in place reaches one of the two only.
+TEST_F(PropertiesTest, AFileThatWasPutInByHandIsNoSecondNameOfTheLevelsOwn) {
+    OpenGood();
+    MakeFile(Stored("by hand.txt"), "hand");
+    SetFileDate("C:\\Levels\\LEVEL_0001\\FILES\\by hand.txt", 1000000000);
+    Refresh(level);
+    EXPECT_EQ(FileTime("C:\\Levels\\LEVEL_0001\\FILES_NEW\\by hand.txt"), 1000000000);
+    EXPECT_EQ(std::filesystem::hard_link_count(Stored("by hand.txt")), 1U);
+    MakeFile(Work() / "by hand.txt", "written in place");
+    EXPECT_EQ(BytesOf(Stored("by hand.txt")), "hand");
+    CancelLevel(level);
+    EXPECT_EQ(BytesOf(Stored("by hand.txt")), "hand");
+}
+
 TEST_F(PropertiesTest, AZipPutInByHandIsUnpackedOnce) {
     OpenGood();
     std::filesystem::rename(MakeZip("in/a.zip", {{"005.wav", "wave"}}), Stored("a.zip"));

@@ -28,6 +28,16 @@ TEST_F(StartLevel, AnyDatFileIsAScript) {
     EXPECT_EQ(start, "");
 }
 
+TEST_F(StartLevel, OneLevelFileOfAnotherNameNeedsNothingBesideAnyDatFile) {
+    Put("mylevel.tr4");
+    Put("readme.txt", "Rename it to city.tr4");
+    Put("french.dat");
+    EXPECT_TRUE(Resolve());
+    EXPECT_EQ(start, "");
+    EXPECT_TRUE(Has("mylevel.tr4"));
+    EXPECT_TRUE(user.Asked().empty());
+}
+
 TEST_F(StartLevel, NoLevelFileNeedsNoScript) {
     Put("readme.txt");
     EXPECT_TRUE(Resolve());
@@ -63,7 +73,7 @@ TEST_F(StartLevel, ADocumentThatNamesAStandardLevelLeadsToTheRenameQuestion) {
         "standard .tr4 \r\nRename tr4 file from \"mylevel.tr4\" to \"city.tr4\"?",
         "yes");
     EXPECT_TRUE(Resolve());
-    EXPECT_EQ(start, "City of the Dead");
+    EXPECT_EQ(start, ""); // only a level that comes under a standard name has one
     EXPECT_EQ(test::BytesOf(drive / "w/city.tr4"), "level");
     EXPECT_FALSE(Has("mylevel.tr4"));
 }
@@ -84,7 +94,8 @@ TEST_F(StartLevel, DocumentsAreReadInTheOrderOfTheirMasksUpToTheFirstHit) {
     Put("english.txt", "catacomb.tr4");
     user.WillAnswer("to \"tut1.tr4\"?", "yes"); // the table's order, not the text's
     EXPECT_TRUE(Resolve());
-    EXPECT_EQ(start, "Playable Tutorial Level");
+    EXPECT_EQ(start, "");
+    EXPECT_TRUE(Has("tut1.tr4"));
 }
 
 TEST_F(StartLevel, WithoutADocumentTheUserTypesANumber) {
@@ -101,7 +112,7 @@ TEST_F(StartLevel, WithoutADocumentTheUserTypesANumber) {
         "the Dead, 5=Cleopatra's Palaces, 6=Coastal Ruins, 7=Temple of Karnak, 8=The Tomb of Seth",
         "8");
     EXPECT_TRUE(Resolve());
-    EXPECT_EQ(start, "The Tomb of Seth");
+    EXPECT_EQ(start, "");
     EXPECT_TRUE(Has("settomb.tr4"));
 }
 
@@ -188,12 +199,25 @@ TEST_F(LanguageChoice, AsksUntilANumberOfTheListIsGiven) {
     EXPECT_EQ(user.Asked().size(), 4U);
 }
 
-TEST_F(LanguageChoice, ACancelledChoiceTakesTheProposedOne) {
-    for (const char* file : {"script.dat", "german.dat", "french.dat"})
+TEST_F(LanguageChoice, ACancelledChoiceLeavesTheFolderAsItIs) {
+    test::MakeFile(backup / "script.dat", "the original script");
+    for (const char* file : {"german.dat", "french.dat"})
         Put(file);
     user.WillAnswer("Choose language", "cancel");
-    Choose();
-    EXPECT_THAT(NamesIn(drive / "w"), ElementsAre("french.dat", "script.dat"));
+    EXPECT_FALSE(ChooseLanguageFile("C:\\w"));
+    EXPECT_THAT(NamesIn(drive / "w"), ElementsAre("french.dat", "german.dat"));
+    EXPECT_TRUE(user.Told().empty());
+}
+
+TEST_F(LanguageChoice, TheSameWrongAnswerForEverEndsIt) {
+    for (const char* file : {"script.dat", "german.dat", "french.dat"})
+        Put(file);
+    user.MayAnswer("Choose language", "3");
+    EXPECT_FALSE(ChooseLanguageFile("C:\\w"));
+    EXPECT_EQ(user.Asked().size(), 10U);
+    EXPECT_THAT(user.Told(), ElementsAre("critical: The level is not stored because no language is chosen: "
+                                         "'3' is no number of the list"));
+    EXPECT_THAT(NamesIn(drive / "w"), ElementsAre("french.dat", "german.dat", "script.dat"));
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "core/tr4_info.h"
 #include "foundation/files.h"
 #include "intake/apply_config.h"
+#include "support/bitmaps.h"
 #include "support/intake_home.h"
 
 namespace kelvash::intake {
@@ -25,6 +26,10 @@ class StoreLevelTest : public test::IntakeHome {
         OpenNew(files);
         level.Name = "The Maze";
     }
+    // What is told when a save or a picture has made way.
+    const std::string kKept =
+        "exclamation: Savegames and screenshots that had the names of those of the level "
+        "files are now in: C:\\Kelvash\\rescued_saves_1";
     std::filesystem::path Shots() const { return LevelPath(1) / "SCREENSHOTS"; }
 };
 
@@ -121,7 +126,7 @@ TEST_F(StoreLevelTest, AStandardLevelOffersItsNameAsNote) {
     level.Name = "Another city";
     level.Note = "my note";
     user.WillAnswer(
-        "To play this level you should choose in [new game] the level named: \"City of the Dead\"\r\n"
+        "To play this level you should choose in [new game] the level named: City of the Dead\r\n"
         "Do you want insert this note in single row note to remember name level to select in future?",
         "yes");
     Store();
@@ -203,13 +208,26 @@ TEST_F(StoreLevelTest, TheSameFileIsFoundWithAnotherDateAndNotInTheLevelItself) 
         ASSERT_TRUE(core::WriteTr4Info(index));
     }
     std::string name;
+    user.percents.clear();
     EXPECT_EQ(FindSameTr4("C:\\Levels\\LEVEL_0001\\FILES", 1, name), 2);
     EXPECT_EQ(name, "Maze.TR4");
+    EXPECT_THAT(user.percents, ElementsAre(0, 50, 100, 0)); // of three places, then reset
     EXPECT_EQ(FindSameTr4("C:\\Levels\\LEVEL_0002\\FILES", 2, name), 1);
     // Without level files in the folder the saved information counts, and without that nothing does.
     EXPECT_EQ(FindSameTr4("C:\\nowhere", 1, name), 2);
     std::filesystem::remove(LevelPath(1) / "tr4.inf");
     EXPECT_EQ(FindSameTr4("C:\\nowhere", 1, name), -1);
+}
+
+TEST_F(StoreLevelTest, NamesAreComparedByTheirFirstEightyCharacters) {
+    const std::string longest(80, 'x');
+    AddLevel(1, "Long", {{longest + "1.tr4", "level data"}});
+    AddLevel(2, "Longer", {{longest + "2.tr4", "LEVEL DATA"}});
+    core::ListTr4("C:\\Levels\\LEVEL_0001\\FILES");
+    ASSERT_TRUE(core::WriteTr4Info(1));
+    std::string name;
+    EXPECT_EQ(FindSameTr4("C:\\Levels\\LEVEL_0002\\FILES", 2, name), 1);
+    EXPECT_EQ(name, longest);
 }
 
 TEST_F(StoreLevelTest, SavegamesGoIntoTheStash) {
@@ -230,11 +248,50 @@ TEST_F(StoreLevelTest, SavegamesOfALevelThatIsInTrleGoThere) {
     OpenProperties(1);
     test::MakeFile(Work() / "savegame.0", "added");
     test::MakeFile(Work() / "savegame.1", "added too");
-    user.WillAnswer("Replace file", "no");
     Store();
-    EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "in play");
+    EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "added");
     EXPECT_EQ(test::BytesOf(trle / "savegame.1"), "added too");
     EXPECT_EQ(test::BytesOf(StashPath(1) / "savegame.0"), "swapped in");
+    EXPECT_EQ(test::BytesOf(home / "rescued_saves_1/savegame.0"), "in play");
+    EXPECT_EQ(test::BytesOf(home / "rescued_saves_1/rescued_from.txt"), "From: C:\\Levels\\LEVEL_0001\r\n");
+    EXPECT_THAT(user.Told(), ElementsAre(kKept));
+    EXPECT_THAT(user.Asked(), IsEmpty());
+}
+
+TEST_F(StoreLevelTest, WhatASaveOrAPictureReplacesIsKeptAndToldOnce) {
+    AddLevel(1, "First", kGood, {{"savegame.0", "the player's"}, {"savegame.1", "the same"}});
+    AddLevel(2, "Last", {});
+    test::MakeFile(Shots() / "shot1.jpg", "the player's shot");
+    OpenProperties(1);
+    test::MakeFile(Work() / "SAVEGAME.0", "added");
+    test::MakeFile(Work() / "savegame.1", "the same");
+    test::MakeFile(Work() / "shot1.jpg", "added shot");
+    Store();
+    EXPECT_EQ(level.State, FormState::Saved);
+    EXPECT_EQ(test::BytesOf(StashPath(1) / "SAVEGAME.0"), "added");
+    EXPECT_EQ(test::BytesOf(Shots() / "shot1.jpg"), "added shot");
+    EXPECT_THAT(NamesIn(home / "rescued_saves_1"),
+                ElementsAre("SAVEGAME.0", "rescued_from.txt", "shot1.jpg"));
+    EXPECT_EQ(test::BytesOf(home / "rescued_saves_1/SAVEGAME.0"), "the player's");
+    EXPECT_EQ(test::BytesOf(home / "rescued_saves_1/shot1.jpg"), "the player's shot");
+    EXPECT_THAT(user.Told(), ElementsAre(kKept));
+    EXPECT_THAT(user.Asked(), IsEmpty());
+    EXPECT_THAT(StoredNames(), ElementsAre("english.dat", "maze.tr4", "script.dat"));
+    EXPECT_EQ(Record().SavesSize, 5 + 8 + 10);
+}
+
+TEST_F(StoreLevelTest, WhatCannotBeKeptIsNotReplaced) {
+    AddLevel(1, "First", kGood, {{"savegame.0", "the player's"}});
+    AddLevel(2, "Last", {});
+    OpenProperties(1);
+    test::MakeFile(Work() / "savegame.0", "added");
+    test::MakeFile(home / "rescued_saves_1", "no folder");
+    Store();
+    EXPECT_EQ(level.State, FormState::Open);
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: Error copying savegames or screenshots in: C:\\Levels\\LEVEL_0001"));
+    EXPECT_EQ(test::BytesOf(StashPath(1) / "savegame.0"), "the player's");
+    EXPECT_EQ(test::BytesOf(Work() / "savegame.0"), "added");
 }
 
 TEST_F(StoreLevelTest, PicturesBecomeScreenshotsButForThoseThatTheGameLoads) {
@@ -258,14 +315,77 @@ TEST_F(StoreLevelTest, PicturesOfTheMediaConfigurationStay) {
     EXPECT_THAT(StoredNames(), Contains("image.jpg"));
 }
 
-TEST_F(StoreLevelTest, APictureOfTheSameNameIsReplacedOnlyOnRequest) {
-    OpenGood({{"shot1.jpg", "from the zip"}, {"shot2.jpg", "the same"}});
-    test::MakeFile(Shots() / "shot1.jpg", "the player's");
-    test::MakeFile(Shots() / "shot2.jpg", "the same");
-    user.WillAnswer("Replace file", "no");
+TEST_F(StoreLevelTest, ALoadScreenBecomesAScreenshotOnceOnly) {
+    OpenGood({{"load.jpg", "load screen"}});
     Store();
-    EXPECT_EQ(test::BytesOf(Shots() / "shot1.jpg"), "the player's");
-    EXPECT_THAT(StoredNames(), ElementsAre("english.dat", "maze.tr4", "script.dat"));
+    EXPECT_THAT(NamesIn(Shots()), ElementsAre("load.jpg"));
+    // Properties of the last level, twice: neither an edited picture nor a deleted one is touched.
+    test::MakeFile(Shots() / "load.jpg", "drawn on");
+    OpenProperties(1);
+    Store();
+    EXPECT_EQ(test::BytesOf(Shots() / "load.jpg"), "drawn on");
+    std::filesystem::remove(Shots() / "load.jpg");
+    OpenProperties(1);
+    Store();
+    EXPECT_THAT(NamesIn(Shots()), IsEmpty());
+    EXPECT_EQ(Record().SavesSize, 0);
+    // One that comes in with an edit does.
+    OpenProperties(1);
+    std::filesystem::remove(Work() / "load.jpg");
+    test::MakeFile(Work() / "load.jpg", "another screen");
+    Store();
+    EXPECT_EQ(test::BytesOf(Shots() / "load.jpg"), "another screen");
+    EXPECT_EQ(Record().SavesSize, 14);
+    EXPECT_THAT(user.Asked(), IsEmpty());
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(StoreLevelTest, TheJpegOfACompressedLoadScreenIsNoSecondScreenshot) {
+    for (const bool no_decompress : {false, true}) {
+        core::archive.Header.CompressFiles = true;
+        core::profile.NoDecompress = no_decompress;
+        std::filesystem::remove_all(LevelPath(1));
+        core::archive.Header.LevelCount = 1;
+        OpenNew();
+        for (const auto& [name, bytes] : kGood)
+            test::MakeFile(Work() / name, bytes);
+        test::MakeFile(Work() / "load.bmp", test::MakeBitmap({}));
+        level.Name = "The Maze";
+        Store();
+        ASSERT_EQ(level.State, FormState::Saved);
+        EXPECT_THAT(StoredNames(), Contains("load.jpg"));
+        EXPECT_THAT(NamesIn(Shots()), ElementsAre("load.bmp"));
+        OpenProperties(1);
+        EXPECT_THAT(WorkNames(), Contains(no_decompress ? "load.jpg" : "load.bmp"));
+        Store();
+        EXPECT_EQ(level.State, FormState::Saved);
+        EXPECT_THAT(NamesIn(Shots()), ElementsAre("load.bmp"));
+        EXPECT_EQ(test::BytesOf(Shots() / "load.bmp"), test::MakeBitmap({}));
+        EXPECT_THAT(StoredNames(), Contains("load.jpg"));
+        EXPECT_EQ(Record().SavesSize, static_cast<std::int32_t>(test::MakeBitmap({}).size()));
+    }
+    EXPECT_THAT(user.Asked(), IsEmpty());
+}
+
+// The first OK got as far as the picture.
+TEST_F(StoreLevelTest, ALoadScreenThatAFailedOkHasPackedIsNoSecondScreenshot) {
+    OpenGood({{"load.jpg", "packed"}});
+    test::MakeFile(Shots() / "load.bmp", "load screen");
+    Store();
+    EXPECT_THAT(NamesIn(Shots()), ElementsAre("load.bmp"));
+    EXPECT_THAT(StoredNames(), Contains("load.jpg"));
+}
+
+// Nothing of what is compared with the beginning has changed then.
+TEST_F(StoreLevelTest, ASaveThatOnlyComesThroughCounts) {
+    AddLevel(1, "First", kGood);
+    AddLevel(2, "Last", {});
+    OpenProperties(1);
+    test::MakeFile(Work() / "savegame.0", "saved");
+    Store();
+    EXPECT_FALSE(level.FilesChanged);
+    EXPECT_EQ(Record().SavesSize, 5);
+    EXPECT_EQ(core::archive.Header.SecondaryFolderSize, 5);
 }
 
 TEST_F(StoreLevelTest, HelpersOfAPackageAndItsFileAreLeftOut) {
@@ -344,6 +464,36 @@ TEST_F(StoreLevelTest, AFailedCompressionStoresThePlainFiles) {
     EXPECT_THAT(user.Told(), Contains("critical: Errore copying/compressing level files"));
     EXPECT_THAT(StoredNames(), ElementsAre("105.wav", "english.dat", "maze.tr4", "script.dat"));
     EXPECT_THAT(user.Shown(), Contains("File copy in progress..."));
+    ASSERT_TRUE(core::ReadTr4Info(1));
+    ASSERT_EQ(core::Tr4List.size(), 1U);
+    EXPECT_EQ(core::Tr4List[0].FileName, "maze.tr4");
+    EXPECT_EQ(core::Tr4List[0].FileSize, 10);
+}
+
+TEST_F(StoreLevelTest, FilesThatStayPlainInTheirPlaceAreToldOfInTr4InfoToo) {
+    core::archive.Header.EncodeWavInMp3 = true; // nothing encodes
+    OpenGood({{"105.wav", "wave"}});
+    user.WillAnswer("Do you want continue in file copy?", "no");
+    Store();
+    EXPECT_EQ(level.State, FormState::Saved);
+    EXPECT_THAT(user.Told(), Contains("critical: Errore copying/compressing level files"));
+    ASSERT_TRUE(core::ReadTr4Info(1));
+    ASSERT_EQ(core::Tr4List.size(), 1U);
+    EXPECT_EQ(core::Tr4List[0].FileName, "maze.tr4");
+}
+
+TEST_F(StoreLevelTest, ACancelledLanguageLeavesTheDialogOpenAsItWas) {
+    std::filesystem::remove(backup / "english.dat");
+    OpenGood({{"french.dat", "mots"}, {"savegame.0", "saved"}});
+    user.WillAnswer("Choose language for current level", "cancel");
+    Store();
+    EXPECT_EQ(level.State, FormState::Open);
+    EXPECT_THAT(WorkNames(),
+                ElementsAre("english.dat", "french.dat", "maze.tr4", "savegame.0", "script.dat"));
+    EXPECT_FALSE(test::Exists(StashPath(1) / "savegame.0"));
+    EXPECT_FALSE(test::Exists(LevelPath(1) / "tr4.inf"));
+    CancelLevel(level);
+    EXPECT_EQ(Record().Name, "");
 }
 
 TEST_F(StoreLevelTest, FilesThatCannotBeStoredLeaveTheDialogOpen) {
@@ -353,6 +503,7 @@ TEST_F(StoreLevelTest, FilesThatCannotBeStoredLeaveTheDialogOpen) {
     AddLevel(2, "Last", {});
     OpenProperties(1);
     test::MakeFile(Work() / "a.tr4", "new");
+    test::MakeFile(Work() / "savegame.0", "saved");
     std::filesystem::create_directories(LevelPath(1) / "FILES_NEW/a.tr4.zl/in the way");
     test::MakeFile(LevelPath(1) / "FILES/a.tr4.zl", "in the way");
     Store();
@@ -360,6 +511,9 @@ TEST_F(StoreLevelTest, FilesThatCannotBeStoredLeaveTheDialogOpen) {
     EXPECT_THAT(user.Told(),
                 Contains("critical: Error copying level files in: C:\\Levels\\LEVEL_0001\\files"));
     EXPECT_THAT(WorkNames(), Contains("english.dat"));
+    // The dialog can still be cancelled: nothing is counted yet.
+    EXPECT_EQ(Record().SavesSize, 0);
+    EXPECT_EQ(core::archive.Header.SecondaryFolderSize, 0);
 }
 
 TEST_F(StoreLevelTest, ALevelOnCdKeepsItsFiles) {

@@ -100,6 +100,7 @@ std::optional<std::string> ScriptedUser::Input(const std::string& title, const M
 
 std::optional<std::string> ScriptedUser::OpenFile(const FileDialog& dialog) {
     last_start = dialog.folder;
+    last_filter = dialog.filter;
     return Take(dialog.title);
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -43,7 +44,9 @@ class ScriptedUser final : public User {
     std::optional<std::string> ChooseFolder(const MessageText& caption, const std::string& start) override;
     std::string ShowForm(const ChoiceForm& form) override;
     void OpenProgress(BarPlace dialog, const std::string& caption) override;
-    void CloseProgress(BarPlace) override {}
+    void CloseProgress(BarPlace) override {
+        if (on_close) on_close();
+    }
     void SetLabel(BarPlace place, const std::string& text) override;
     void SetBar(BarPlace, int percent) override { percents.push_back(last_percent = percent); }
     void LevelListChanged() override { ++list_changes; }
@@ -57,6 +60,8 @@ class ScriptedUser final : public User {
     std::vector<int> percents; // all that bars were set to
     int list_changes = 0;
     std::string last_start; // where the last file or folder dialog started
+    std::string last_filter;
+    std::function<void()> on_close; // called when a progress dialog is about to close
 
   private:
     std::optional<std::string> Take(const std::string& text);

@@ -155,6 +155,41 @@ TEST_F(LevelForms, FilesAreAddedRemovedAndRefreshed) {
     EXPECT_FALSE(Exists(LevelPath(4)));
 }
 
+TEST_F(LevelForms, TheFormNamesItsFields) {
+    WillWork([](Dialog_NewLevel& open) {
+        EXPECT_EQ(Plain(open.Label_Note->text()), "Single row note");
+        EXPECT_EQ(Plain(open.Label_MoreInfo->text()), "File as \"More Info\"");
+        open.close();
+    });
+    Choose("mnu_AddLevel");
+}
+
+TEST_F(LevelForms, ACancelledLanguageKeepsTheFormOpen) {
+    std::filesystem::remove(backup / "english.dat");
+    WillWork([&](Dialog_NewLevel& open) {
+        for (const char* name : {"maze.tr4", "script.dat", "french.dat", "german.dat"})
+            MakeFile(LevelPath(4) / "FILES" / name, name);
+        Press(&open, "Pul_Refresh");
+        open.Text_NameLevel->setText(QStringLiteral("The Maze"));
+        robot.Will("Choose language for current level",
+                   [](QWidget* window) { QTest::keyClick(window, Qt::Key_Escape); });
+        Press(&open, "Pul_Ok");
+        EXPECT_TRUE(open.isVisible());
+        EXPECT_THAT(Files(open), ElementsAre("french.dat", "german.dat", "maze.tr4", "script.dat"));
+        robot.Will("Choose language for current level", [](QWidget* window) {
+            auto* const field = window->findChild<QLineEdit*>();
+            ASSERT_NE(field, nullptr);
+            field->setText(QStringLiteral("2"));
+            QTest::keyClick(field, Qt::Key_Return);
+        });
+        Press(&open, "Pul_Ok");
+    });
+    Choose("mnu_AddLevel");
+    EXPECT_EQ(Count(), 5);
+    EXPECT_TRUE(Exists(LevelPath(4) / "FILES/german.dat"));
+    EXPECT_FALSE(Exists(LevelPath(4) / "FILES/french.dat"));
+}
+
 TEST_F(LevelForms, PropertiesChangeTheLevel) {
     core::SelectLevel(2);
     WillWork([](Dialog_NewLevel& open) {

@@ -260,6 +260,19 @@ TEST_F(PrincipaleCommands, RestoreOpensItsForm) {
     EXPECT_EQ(QApplication::focusWidget(), form.Combo_Livelli);
 }
 
+TEST_F(PrincipaleCommands, TheWatcherTakesItsIntervalFromTheSettings) {
+    for (const int tenths : {8, 2}) {
+        robot.Will("Dialog_Settings", [tenths](QWidget* window) {
+            auto* const combo = window->findChild<QComboBox*>(QStringLiteral("Combo_Decimi"));
+            ASSERT_NE(combo, nullptr);
+            combo->setCurrentIndex(tenths - 1);
+            Press(window, "Pul_Ok");
+        });
+        Choose("mnu_Settings");
+        EXPECT_EQ(form.Timer1->interval(), tenths * 100);
+    }
+}
+
 TEST_F(PrincipaleCommands, AboutTellsTheVersion) {
     robot.WillPress("Kelvash 1.4", "OK");
     Choose("mnu_About");

@@ -446,6 +446,36 @@ TEST_F(PrincipaleForm, ShowsTheDefaultPictureForALevelWithoutAny) {
     EXPECT_FALSE(form.Image2->isVisible());
 }
 
+TEST_F(PrincipaleForm, AClickInOneSavegameListClearsTheOther) {
+    MakeFile(LevelPath(1) / "SAVEGAMES/slot1/savegame.1", "Hall,");
+    core::SelectLevel(1);
+    Press(&form, "Pul_SaveGames");
+    const auto click = [](QListWidget* list) {
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(0)).center());
+    };
+    ASSERT_EQ(form.List_SaveGameTomb->count(), 1);
+    ASSERT_EQ(form.List_SaveGameArchiviati->count(), 1);
+    click(form.List_SaveGameTomb);
+    EXPECT_EQ(form.List_SaveGameTomb->selectedItems().size(), 1);
+    click(form.List_SaveGameArchiviati);
+    EXPECT_EQ(form.List_SaveGameArchiviati->selectedItems().size(), 1);
+    EXPECT_TRUE(form.List_SaveGameTomb->selectedItems().isEmpty());
+    click(form.List_SaveGameTomb);
+    EXPECT_EQ(form.List_SaveGameTomb->selectedItems().size(), 1);
+    EXPECT_TRUE(form.List_SaveGameArchiviati->selectedItems().isEmpty());
+}
+
+TEST_F(PrincipaleForm, ARefreshForgetsWhatWasShownOfASavegame) {
+    MakeFile(home / "default_shot.jpg", MakeBitmap({}));
+    MakeFile(drive / "other.bmp", MakeBitmap({}));
+    core::SelectLevel(1);
+    form.Text_NoteSaveGame->setPlainText(QStringLiteral("The golden key"));
+    form.Image_SaveGame->ShowFile(QString::fromStdString((drive / "other.bmp").string()), {});
+    form.AggiornaDatiLivello(true);
+    EXPECT_EQ(form.Text_NoteSaveGame->toPlainText().toStdString(), "");
+    EXPECT_EQ(form.Image_SaveGame->Path().toStdString(), (home / "default_shot.jpg").string());
+}
+
 TEST_F(PrincipaleForm, TellsAPictureThatIsNone) {
     MakeFile(LevelPath(1) / "SCREENSHOTS/broken.jpg", "no picture at all");
     core::SelectLevel(1);

@@ -9,6 +9,7 @@
 #include "foundation/zip.h"
 #include "foundation/zip_module.h"
 #include "support/foundation_home.h"
+#include "support/local_time.h"
 #include "support/zip_bytes.h"
 
 namespace kelvash {
@@ -348,6 +349,57 @@ TEST_F(Unzip, ThePropertiesOfTheClassAct) {
     user.WillAnswer("Replace file", "no");
     EXPECT_TRUE(unzip.UnZip({}));
     EXPECT_EQ(Bytes("readme.txt"), "old");
+}
+
+TEST_F(Unzip, MasksWithRegardToCaseAreMasksToo) {
+    Put({MakeEntry("DATA/a.tr4", "1"), MakeEntry("DATA/b.TR4", "2"), MakeEntry("data/c.tr4", "3"),
+         MakeEntry("DATA/plain", "4")});
+    UnzipClass unzip;
+    unzip.ZipFileName = "C:\\a.zip";
+    unzip.ExtractDir = "C:\\out";
+    unzip.CaseSensitive = true;
+    unzip.ExtractList = {"DATA\\?.tr4", "*pl*.*"};
+    EXPECT_TRUE(unzip.UnZip({}));
+    EXPECT_THAT(unzip.Written, ElementsAre("C:\\out\\DATA\\a.tr4", "C:\\out\\DATA\\plain"));
+}
+
+TEST_F(Unzip, AListOfEntriesLeavesTheOthersInTheZip) {
+    Put({MakeEntry("maze.tr4", "level"), MakeEntry("readme.txt", "Hi"), MakeEntry("DATA/deep.txt", "deep")});
+    Unzipping job{"C:\\a.zip", "C:\\out"};
+    job.Entries = {"*.TXT"};
+    ZipBudget budget;
+    job.Budget = &budget;
+    const Unzipped unzipped = UnzipToFolder(job, bar);
+    EXPECT_EQ(unzipped.End, UnzipEnd::Whole);
+    EXPECT_THAT(Tree(), ElementsAre("deep.txt", "readme.txt"));
+    EXPECT_EQ(budget.Unpacked, 6);
+}
+
+TEST_F(Unzip, TheQuestionBeforeOverwritingShowsTheEntrysOwnFacts) {
+    test::ZipBytes entry = MakeEntry("DATA/my level.tr4", std::string(2048, 'x'));
+    const std::int64_t time = test::LocalSeconds(2004, 12, 31, 23, 59, 58);
+    entry.extra = "UT\5\0\1"s; // and the modification time
+    for (int shift = 0; shift < 32; shift += 8)
+        entry.extra += static_cast<char>(time >> shift);
+    Put({entry});
+    test::MakeFile(drive / "out/DATA/my level.tr4", "12345");
+    SetFileDate("C:\\out\\DATA\\my level.tr4", test::LocalSeconds(2003, 2, 1, 4, 5, 6));
+    UnzipClass unzip;
+    unzip.ZipFileName = "C:\\a.zip";
+    unzip.ExtractDir = "C:\\out";
+    unzip.PromptOverwrite = true;
+    user.WillAnswer("Replace file", "yes");
+    EXPECT_TRUE(unzip.UnZip({}));
+    EXPECT_THAT(user.Asked(), ElementsAre("Replace file: \r\n"
+                                          "C:\\out\\DATA\\my level.tr4\r\n"
+                                          "Size: 5\r\n"
+                                          "Date: 01/02/2003 04.05.06\r\n"
+                                          "with file:\r\n"
+                                          "DATA/my level.tr4\r\n"
+                                          "Size: 2 Kb\r\n"
+                                          "Date: 31/12/2004 23.59.58\r\n"
+                                          "\r\n"
+                                          "Replace it?"));
 }
 
 TEST_F(Unzip, TheToolIsRunFromTheProgramsFolder) {

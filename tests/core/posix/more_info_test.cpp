@@ -130,7 +130,7 @@ TEST_F(MoreInfo, TellsACopyThatFails) {
     EXPECT_THAT(
         user.Told(),
         ElementsAre("critical: Error copying file from [E:\\Archive\\LEVEL_0001\\files\\readme.txt] to "
-                    "[C:\\Levels\\LEVEL_0001\\files\\readme.txt]"));
+                    "[C:\\Levels\\LEVEL_0001\\files\\readme.txt"));
 }
 
 TEST_F(MoreInfo, TellsADocumentThatNothingOpens) {
