@@ -1,6 +1,7 @@
 #include "core/change.h"
 
-#include <utility>
+#include <algorithm>
+#include <vector>
 
 #include "companion/game.h"
 #include "core/archive.h"
@@ -19,8 +20,8 @@ struct ChangeState {
     double Patience = 0; // seconds
     bool Refused = false;
     bool LockedOut = false;
-    int Swaps = 0;      // open ones
-    FolderLock Unsaved; // of the Archive's folder, while memory holds what its file doesn't
+    std::vector<std::string> SwapFolders; // TRLE folders of the open swaps
+    FolderLock Unsaved;                   // of the Archive's folder, while memory holds what its file doesn't
 };
 ChangeState state;
 
@@ -32,9 +33,12 @@ void TellRefusal(MessageId refusal, const LockHolder& holder) {
     TellCritical(LoadMessage(refusal, {holder.Program, std::to_string(holder.Process), holder.Doing}));
 }
 
-// The door of an outer swap has looked already.
+// The door of an outer swap has looked already, unless another TRLE folder has been chosen since.
 bool GameIsOut() {
-    if (state.Swaps > 0 || companion::FindGame() == 0) return true;
+    const auto& looked_at = state.SwapFolders;
+    if (std::find(looked_at.begin(), looked_at.end(), TrleFolder()) != looked_at.end() ||
+        companion::FindGame() == 0)
+        return true;
     TellCritical(LoadMessage(MessageId::kGameIsRunning, {}));
     return false;
 }
@@ -58,8 +62,7 @@ bool LevelStands(std::int32_t level) {
 Change::Change(MessageId doing, unsigned what, std::int32_t level) {
     SettleUnsaved();
     granted_ = TakeLocks(LoadMessage(doing, {}), what) && LevelStands(level);
-    swap_ = granted_ && (what & kNoGame) != 0;
-    if (swap_) ++state.Swaps;
+    if (granted_ && (what & kNoGame) != 0) state.SwapFolders.push_back(swap_folder_.emplace(TrleFolder()));
     state.Refused = state.Refused || !granted_;
     if (!granted_) End();
 }
@@ -94,8 +97,15 @@ bool Change::TakeArchive(const std::string& doing) {
     }
 }
 
+void Change::CloseSwap() {
+    if (!swap_folder_) return;
+    const auto own = std::find(state.SwapFolders.begin(), state.SwapFolders.end(), *swap_folder_);
+    if (own != state.SwapFolders.end()) state.SwapFolders.erase(own);
+    swap_folder_.reset();
+}
+
 void Change::End() {
-    if (std::exchange(swap_, false)) --state.Swaps;
+    CloseSwap();
     if (archive_.IsTaken() && archive.ArchiveChanged) KeepUnsaved();
     SettleUnsaved();
     archive_.Release();

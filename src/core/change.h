@@ -12,6 +12,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "foundation/lock.h"
@@ -46,11 +47,12 @@ class Change {
   private:
     bool TakeLocks(const std::string& doing, unsigned what);
     bool TakeArchive(const std::string& doing);
+    void CloseSwap();
     bool Take(FolderLock& lock, const std::string& folder, const std::string& doing, MessageId refusal);
 
     FolderLock home_, trle_, archive_;
     bool granted_ = false;
-    bool swap_ = false;
+    std::optional<std::string> swap_folder_; // of an open swap
 };
 
 // How long a Change waits for locks that others hold, in seconds; 0 at the start.

@@ -203,8 +203,13 @@ Answer AskForBackup(BackupState state) {
 
 // True if the old files are to go before a new backup is made; nothing if there is to be none.
 std::optional<bool> AskRemoval() {
-    if (!core::profile.FullBackup)
-        return AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kRemoveOldBackup, {}));
+    if (!core::profile.FullBackup) {
+        // No goes on as well, so a third button is what leaves all as it is.
+        const Answer answer = TheUser().Ask(Buttons::YesNoCancel, MessageStyle::Question,
+                                            LoadMessage(MessageId::kRemoveOldBackup, {}));
+        if (answer != Answer::Yes && answer != Answer::No) return std::nullopt;
+        return answer == Answer::Yes;
+    }
     if (AskYesNo(MessageStyle::Question,
                  LoadMessage(MessageId::kAlreadyFull, {kLineBreak, core::TrleFolder()})))
         return true;
@@ -244,24 +249,31 @@ BackupState StateOfBackup() {
     return note ? BackupState::Unsure : BackupState::Valid;
 }
 
-bool RequireBackup() {
+Door RequireBackup() {
     FinishBackup();
+    BackupState state = StateOfBackup();
+    if (state == BackupState::Unsure) state = AskWhoseBackup() ? BackupState::Valid : BackupState::Foreign;
+    if (state == BackupState::Valid) return Door::Open;
+    const Former former = state == BackupState::Foreign ? Former::Kept : FormerOf(Former::Merged);
+    switch (AskForBackup(state)) {
+        case Answer::Yes:
+            return MakeBackup(false, former) ? Door::Open : Door::Closed;
+        case Answer::No:
+            return Door::Elsewhere;
+        default:
+            return Door::Closed;
+    }
+}
+
+bool OnChosenFolder(MessageId doing, std::int32_t level, const std::function<Swapped()>& operation) {
     for (;;) {
-        BackupState state = StateOfBackup();
-        if (state == BackupState::Unsure)
-            state = AskWhoseBackup() ? BackupState::Valid : BackupState::Foreign;
-        if (state == BackupState::Valid) return true;
-        switch (AskForBackup(state)) {
-            case Answer::Yes:
-                return MakeBackup(false,
-                                  state == BackupState::Foreign ? Former::Kept : FormerOf(Former::Merged));
-            case Answer::No:
-                if (!trle::AskTrleFolder()) return false;
-                core::RefreshLevelList(); // another TRLE folder may hold another level
-                break;
-            default:
-                return false;
-        }
+        core::Change change(doing, core::kSwap, level);
+        if (!change) return false;
+        const Swapped result = operation();
+        if (result != Swapped::Elsewhere) return result == Swapped::Done;
+        change.End();
+        if (!trle::AskTrleFolder()) return false;
+        core::RefreshLevelList(); // another TRLE folder may hold another level
     }
 }
 

@@ -9,8 +9,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
+#include "foundation/messages.h"
 #include "foundation/user.h"
 
 namespace kelvash::swap {
@@ -27,10 +29,19 @@ inline constexpr std::int64_t kCompactBackupRoom = 94371840;
 enum class BackupState { Missing, Foreign, Unsure, Valid };
 BackupState StateOfBackup();
 
-// The door of every install and restore: true if the backup is valid and of the TRLE folder in use. Otherwise
+// The door of every install and restore: open if the backup is valid and of the TRLE folder in use. Otherwise
 // says what is missing and offers to make it, or to choose the TRLE folder anew. What can't be known is asked
-// once.
-[[nodiscard]] bool RequireBackup();
+// once. Elsewhere: the user wants another folder; whatever was begun in this one is to be ended first.
+enum class Door { Open, Closed, Elsewhere };
+[[nodiscard]] Door RequireBackup();
+
+// How an operation behind the door has ended. Elsewhere: cleanly, for another TRLE folder.
+enum class Swapped { Done, Failed, Elsewhere };
+// Runs an operation that meets the door under its own Change. Where the user wants another TRLE folder he is
+// asked for it with no lock held, and the operation begins anew there, with that folder's locks and its look
+// for a game. False after a message, or when no folder is chosen.
+[[nodiscard]] bool OnChosenFolder(MessageId doing, std::int32_t level,
+                                  const std::function<Swapped()>& operation);
 
 // Makes profile.FullBackup say what the note says, if there is one.
 void TakeKindOfBackup();

@@ -77,7 +77,10 @@ bool PackFiles(const std::string& source) {
 
 bool CompressLevelFiles(const std::string& source, std::int32_t level_index) {
     const std::int32_t code = core::archive.Levels[static_cast<std::size_t>(level_index)].Code;
-    core::ListTr4(source); // before they are packed
+    // Before they are packed, and whatever becomes of the packing: the files may come in plain then. Without
+    // it the level only isn't compared with others.
+    core::ListTr4(source);
+    if (!core::Tr4List.empty()) static_cast<void>(core::WriteTr4Info(level_index));
     const std::string folder = core::LevelFolder(code, true);
     if (core::archive.CdMissing) return false;
     if (code != 0) {
@@ -87,12 +90,8 @@ bool CompressLevelFiles(const std::string& source, std::int32_t level_index) {
             if (!PackFiles(source)) return false;
         }
     }
-    if (!ReplaceFiles(source, folder,
-                      code == 0 ? MessageId::kCompressCopying : MessageId::kFileCopyInProgress))
-        return false;
-    // Without it the level only isn't compared with others.
-    if (!core::Tr4List.empty()) static_cast<void>(core::WriteTr4Info(level_index));
-    return true;
+    return ReplaceFiles(source, folder,
+                        code == 0 ? MessageId::kCompressCopying : MessageId::kFileCopyInProgress);
 }
 
 } // namespace kelvash::swap

@@ -68,7 +68,10 @@ bool UnpackFiles(const std::vector<std::string>& packed, const std::string& fold
         TheUser().PumpEvents();
         const std::optional<std::string> target = UnpackedPath(temp, file);
         if (!target || !guard.Unpack(file, *target)) {
-            if (!guard.Refused()) TellDecompressFailure(MessageId::kDecompressFailed, FileNameOf(file));
+            if (guard.Refused())
+                RemoveFolder(temp); // the user wants none of it on his disk
+            else
+                TellDecompressFailure(MessageId::kDecompressFailed, FileNameOf(file));
             return false;
         }
         ProgressPercent(dialog.bar, ++done, static_cast<double>(packed.size()));
@@ -103,10 +106,11 @@ bool DecompressLevelFiles(const std::string& folder, std::string& temp, bool dec
     temp.clear();
     core::EndStoring(FolderOf(folder));
     const std::vector<std::string> packed = ListFiles(folder, LoadMessage(MessageId::kZlMask, {}));
-    const bool ready = (packed.empty() || UnpackFiles(packed, folder, temp)) &&
-                       (!decode_mp3 || AudioIsPlain(temp.empty() ? folder : temp)) &&
-                       UndoPicture(folder, temp);
-    if (ready) return true;
+    if (!packed.empty() && !UnpackFiles(packed, folder, temp)) {
+        temp.clear(); // what is there stays till the next use
+        return false;
+    }
+    if ((!decode_mp3 || AudioIsPlain(temp.empty() ? folder : temp)) && UndoPicture(folder, temp)) return true;
     if (!temp.empty()) RemoveFolder(temp);
     temp.clear();
     return false;

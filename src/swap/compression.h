@@ -13,7 +13,8 @@ namespace kelvash::swap {
 
 // Makes a level's files ready in a temporary folder where they are stored in smaller forms. `temp` is that
 // folder, empty if nothing had to be done. Files that come to suspiciously much are asked about. False after
-// a message or a No, with nothing left of the folder; the Archive's own files are never touched.
+// a message or a No; where a file can't be decompressed the folder stays as it is till its next use. The
+// Archive's own files are never touched.
 [[nodiscard]] bool DecompressLevelFiles(const std::string& folder, std::string& temp, bool decode_mp3);
 
 // Makes \_temp_Dec hold a copy of a folder's files and no others, and gives its path. False, with nothing

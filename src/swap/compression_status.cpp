@@ -70,16 +70,16 @@ bool PackOrUnpack(const std::string& files, bool& whole) {
     return true;
 }
 
-void ConvertPicture(const std::string& files, ProgressDialog& progress) {
+// True if the picture has the new form, or there is none to change.
+bool PictureIsConverted(const std::string& files, ProgressDialog& progress) {
     const std::string bitmap = files + LoadMessage(MessageId::kLoadBmp, {});
     const std::string jpeg = files + LoadMessage(MessageId::kLoadJpg, {});
-    if (Header().CompressFiles && FileExists(bitmap)) {
-        progress.Label(LoadMessage(MessageId::kConvertingOldBmp, {}));
-        if (BitmapToJpeg(bitmap, jpeg)) DeleteFile(bitmap);
-    } else if (!Header().CompressFiles && FileExists(jpeg)) {
-        progress.Label(LoadMessage(MessageId::kConvertingLoadJpg, {}));
-        if (JpegToBitmap(jpeg, bitmap)) DeleteFile(jpeg);
-    }
+    const bool pack = Header().CompressFiles;
+    const std::string& old_form = pack ? bitmap : jpeg;
+    if (!FileExists(old_form)) return true;
+    progress.Label(pack ? LoadMessage(MessageId::kConvertingOldBmp, {})
+                        : LoadMessage(MessageId::kConvertingLoadJpg, {}));
+    return (pack ? BitmapToJpeg(bitmap, jpeg) : JpegToBitmap(jpeg, bitmap)) && DeleteFile(old_form);
 }
 
 // False if the user stops the run.
@@ -87,7 +87,9 @@ bool ChangeLevel(const core::LevelRecord& level, ProgressDialog& progress, bool&
     progress.Label(LoadMessage(MessageId::kChangingLevel, {}) + level.Name);
     const std::string files = core::FilesFolder(core::LevelFolder(level.Code, false));
     if (!ConvertAudio(files, whole) || !PackOrUnpack(files, whole)) return false;
-    ConvertPicture(files, progress);
+    if (PictureIsConverted(files, progress)) return true;
+    whole = false;
+    TellCritical(LoadMessage(MessageId::kCannotConvertPicture, {}) + level.Name);
     return true;
 }
 

@@ -20,21 +20,32 @@
 #include "swap/kept_files.h"
 #include "swap/marker.h"
 #include "swap/remove.h"
-#include "swap/rescued_saves.h"
 #include "swap/saves.h"
+#include "swap/trle_folder.h"
 #include "swap/trle_state.h"
 
 namespace kelvash::swap {
 
 namespace {
 
+// A name that no removal would take for one of the TRLE folder must not come there.
+void AddFile(const std::string& file, const std::string& target_folder, std::vector<WorkItem>& items) {
+    const std::optional<PlainName> name = PlainName::From(FileNameOf(file));
+    if (name) items.push_back({name->Text(), target_folder + name->Text()});
+}
+
 void AddMatches(const std::string& files, MessageId mask, const std::string& target_folder,
                 std::vector<WorkItem>& items) {
-    for (const std::string& file : ListFiles(files, LoadMessage(mask, {}))) {
-        // A name that no removal would take for one of the TRLE folder must not come there.
-        const std::optional<PlainName> name = PlainName::From(FileNameOf(file));
-        if (name) items.push_back({name->Text(), target_folder + name->Text()});
-    }
+    for (const std::string& file : ListFiles(files, LoadMessage(mask, {})))
+        AddFile(file, target_folder, items);
+}
+
+// A stranger's game is no medium.
+void TellForeignGame(const std::string& files) {
+    const std::vector<std::string> media = media::ListMediaFiles(files);
+    if (std::any_of(media.begin(), media.end(),
+                    [](const std::string& name) { return IsGameProgram("\\" + name); }))
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kForeignGameLeftOut, {}));
 }
 
 bool IsScript(const std::string& name) {
@@ -84,11 +95,8 @@ bool PrepareFiles(std::int32_t code, LevelFiles& files) {
     return false;
 }
 
-// Where the level's files come from and what they replace, before anything is done.
-SwapRecord PlannedRecord(std::int32_t code, const InstallPlan& plan, const std::string& files) {
-    SwapRecord record;
-    record.Step = SwapStep::Entering;
-    record.Owner = OwnerOf(code);
+// Where the level's files come from and what they replace, the saves among it, before any is copied.
+void NotePlan(const InstallPlan& plan, const std::string& files, SwapRecord& record) {
     std::set<std::string> seen;
     for (const WorkItem& item : plan.Items)
         record.Copied.push_back({item.Target, StampOf(files + "\\" + item.Name)});
@@ -96,7 +104,6 @@ SwapRecord PlannedRecord(std::int32_t code, const InstallPlan& plan, const std::
         record.Overwritten.push_back({target, seen.insert(FoldCase(target)).second
                                                   ? StampOf(core::TrleFolder() + target)
                                                   : FileStamp()});
-    return record;
 }
 
 // What an earlier level couldn't take along leaves with this one.
@@ -108,6 +115,7 @@ void AddLeftovers(SwapRecord& record) {
     };
     add(found.Record.Copied, record.LeftCopied);
     add(found.Record.LeftCopied, record.LeftCopied);
+    add(found.Record.OverwrittenBySaves, record.LeftOverwritten);
     add(found.Record.Overwritten, record.LeftOverwritten);
     add(found.Record.LeftOverwritten, record.LeftOverwritten);
     std::erase_if(record.LeftCopied, [](const RecordedFile& file) {
@@ -121,15 +129,37 @@ bool IsLeftover(const SwapRecord& record, const std::string& target) {
     });
 }
 
-// Puts a file that is about to be overwritten aside, once for each target. False if it must stay.
-bool MakeWay(const std::string& target, SwapRecord& record, KeptFiles& kept) {
-    const auto original =
+RecordedFile* FindOriginal(SwapRecord& record, const std::string& target) {
+    const auto found =
         std::find_if(record.Overwritten.begin(), record.Overwritten.end(),
                      [&](const RecordedFile& file) { return EqualNoCase(file.Target, target); });
-    if (original == record.Overwritten.end() || !original->Kept.empty() || IsLeftover(record, target))
-        return true;
+    return found == record.Overwritten.end() ? nullptr : &*found;
+}
+
+// A file of the level that a removal took for a save: it has come with the saves already.
+bool CameWithSaves(const SwapRecord& record, const std::string& source, const std::string& target) {
+    return std::any_of(record.Saves.begin(), record.Saves.end(),
+                       [&](const RecordedFile& save) { return EqualNoCase("\\" + save.Target, target); }) &&
+           HoldSameBytes(source, core::TrleFolder() + target);
+}
+
+// Puts a file that is about to be overwritten aside, once for each target. False if it must stay.
+bool MakeWay(const std::string& target, SwapRecord& record, KeptFiles& kept) {
+    RecordedFile* const original = FindOriginal(record, target);
+    if (original == nullptr || !original->Kept.empty() || IsLeftover(record, target)) return true;
     const bool is_original = IsStill(core::TrleFolder() + target, original->Stamp);
     return !is_original || KeepFile(target, kept, original->Kept);
+}
+
+// Without the new file the old one is back in its place.
+bool CopyItem(const WorkItem& item, const std::string& files, SwapRecord& record, KeptFiles& kept) {
+    const std::string source = files + "\\" + item.Name;
+    const std::string target = core::TrleFolder() + item.Target;
+    if (!CameWithSaves(record, source, item.Target) && !MakeWay(item.Target, record, kept)) return false;
+    if (CopyFileWhole(source, target)) return true;
+    if (RecordedFile* const original = FindOriginal(record, item.Target))
+        PutBack(item.Target, kept, original->Kept);
+    return false;
 }
 
 // A file that can't be copied leaves what stands there. The marker lists it all the same; the record knows.
@@ -140,11 +170,10 @@ void CopyItems(const InstallPlan& plan, const std::string& files, SwapRecord& re
         for (std::size_t i = 0; i < plan.Items.size(); ++i) {
             const WorkItem& item = plan.Items[i];
             ProgressPercent(progress.bar, static_cast<double>(i + 1), static_cast<double>(plan.Items.size()));
-            if (MakeWay(item.Target, record, kept) &&
-                CopyFileWhole(files + "\\" + item.Name, core::TrleFolder() + item.Target))
-                continue;
-            record.Copied[i].Stamp = FileStamp();
-            failed += kLineBreak + item.Target;
+            const bool copied = CopyItem(item, files, record, kept);
+            // A file system may round the date of a copy.
+            record.Copied[i].Stamp = copied ? StampOf(core::TrleFolder() + item.Target) : FileStamp();
+            if (!copied) failed += kLineBreak + item.Target;
         }
     }
     if (const std::string language = "\\" + plan.LanguageFile;
@@ -153,11 +182,10 @@ void CopyItems(const InstallPlan& plan, const std::string& files, SwapRecord& re
     if (!failed.empty()) TellCritical(LoadMessage(MessageId::kFilesNotCopied, {}) + failed);
 }
 
-bool BringSavesBack(SwapRecord& record) {
-    const bool all_back = BringBackLevelFiles(record.Owner.Folder, record);
+bool BringSavesBack(SwapRecord& record, KeptFiles& kept) {
+    const bool all_back = BringBackLevelFiles(record.Owner.Folder, record, kept);
     if (!all_back)
-        ShowMessage(MessageStyle::Exclamation,
-                    LoadMessage(MessageId::kSavesNotBack, {core::StashFolder(record.Owner.Folder)}));
+        TellCritical(LoadMessage(MessageId::kSavesNotBack, {core::StashFolder(record.Owner.Folder)}));
     return all_back;
 }
 
@@ -169,28 +197,40 @@ bool GiveBackOriginal() {
     if (const FoundRecord found = ReadSwapRecord(); found.Record.Step == SwapStep::Original)
         record.LeftOverwritten = found.Record.LeftOverwritten;
     if (!WriteSwapRecord(record)) return false;
-    const bool all_back = BringSavesBack(record);
+    KeptFiles kept;
+    const bool all_back = BringSavesBack(record, kept);
+    TellKept(kept);
     return !all_back || FileExists(MarkerPath()) || WriteSwapRecord(record);
 }
 
-bool CopyLevel(std::int32_t code, const LevelFiles& files) {
-    const InstallPlan plan = PlanInstall(files.folder, core::TrleFolder());
-    SwapRecord record = PlannedRecord(code, plan, files.folder);
-    AddLeftovers(record);
+// The record says all that may come before it comes: first that saves do, which the plan has to know of.
+bool BringLevel(const std::string& files, SwapRecord& record, KeptFiles& kept) {
     if (!WriteSwapRecord(record)) return false;
-    BringSavesBack(record);
+    BringSavesBack(record, kept);
+    const InstallPlan plan = PlanInstall(files, core::TrleFolder());
+    NotePlan(plan, files, record);
+    if (!WriteSwapRecord(record)) return false;
     if (!WriteMarker(MarkerOf(record), false, record.MarkerHash)) {
         TellCritical(LoadMessage(MessageId::kCannotWriteMarker, {}) + MarkerPath());
         return false;
     }
-    KeptFiles kept;
-    CopyItems(plan, files.folder, record, kept);
+    CopyItems(plan, files, record, kept);
     // Where the whole marker can't be written the level's files are the proof that it is in.
     static_cast<void>(WriteMarker(MarkerOf(record), true, record.MarkerHash));
     record.Step = SwapStep::In;
-    const bool noted = WriteSwapRecord(record);
+    return WriteSwapRecord(record);
+}
+
+bool CopyLevel(std::int32_t code, const std::string& files) {
+    SwapRecord record;
+    record.Step = SwapStep::Entering;
+    record.Owner = OwnerOf(code);
+    AddLeftovers(record);
+    TellForeignGame(files);
+    KeptFiles kept;
+    const bool is_in = BringLevel(files, record, kept);
     TellKept(kept);
-    return noted;
+    return is_in;
 }
 
 } // namespace
@@ -202,11 +242,10 @@ std::vector<WorkItem> BuildWorkList(const std::string& files) {
     AddMatches(files, MessageId::kHeaderMask, root, items);
     for (const std::string& name : Split(LoadMessage(MessageId::kRootFileNames, {}), '|'))
         if (FileExists(files + "\\" + name)) items.push_back({name, root + name});
-    for (const std::string& name : media::ListMediaFiles(files)) // a stranger's game is no medium
-        if (!EqualNoCase(root + name, LoadMessage(MessageId::kGameProgram, {})))
-            items.push_back({name, root + name});
+    for (const std::string& name : media::ListMediaFiles(files))
+        if (!IsGameProgram(root + name)) items.push_back({name, root + name});
     const std::vector<std::string> configs = ListFiles(files, LoadMessage(MessageId::kMediaConfigMask, {}));
-    if (!configs.empty()) items.push_back({FileNameOf(configs.front()), root + FileNameOf(configs.front())});
+    if (!configs.empty()) AddFile(configs.front(), root, items);
     AddMatches(files, MessageId::kTr4Mask, LoadMessage(MessageId::kDataPrefix, {}), items);
     AddMatches(files, MessageId::kPakMask, LoadMessage(MessageId::kDataPrefix, {}), items);
     AddMatches(files, MessageId::kWavMask, LoadMessage(MessageId::kAudioTarget, {}), items);
@@ -229,7 +268,13 @@ namespace {
 
 // What is still in the root when another level's saves come is nobody's.
 bool ClearRoot() {
-    return RescueFiles(ListSaves(), LoadMessage(MessageId::kRescueNobodys, {core::TrleFolder()}));
+    return RescueSavesOf(LevelOwner());
+}
+
+// A marker of level 0000, which no install writes, stays as it is, with the saves in the root.
+bool HoldsMarkedOriginal() {
+    const TrleState state = LookAtTrle();
+    return state.Content == Holds::Level && state.Code == 0;
 }
 
 // A removal that failed after its message is taken for a finished one where a level is to follow. That is
@@ -237,50 +282,63 @@ bool ClearRoot() {
 bool MayGoOn(std::int32_t code, std::int32_t previous) {
     if (previous == kRemovalRefused) return false;
     if (code != 0) return true;
-    if (previous == 0) return !IsCutShort() && LookAtTrle().Content == Holds::Original;
-    return !IsCutShort() || EndCutShort() == CutShort::Ended;
+    return !IsCutShort() &&
+           (previous != 0 || LookAtTrle().Content == Holds::Original || HoldsMarkedOriginal());
 }
 
 bool InstallFiles(std::int32_t code) {
     LevelFiles files;
     if (!PrepareFiles(code, files)) return false;
     if (code == 0) DeleteFile(MarkerPath());
-    const bool installed = code == 0 ? GiveBackOriginal() : CopyLevel(code, files);
+    const bool installed = code == 0 ? GiveBackOriginal() : CopyLevel(code, files.folder);
     if (!files.temp.empty()) RemoveFolder(files.temp);
     return installed;
+}
+
+Swapped Ended(bool well) {
+    return well ? Swapped::Done : Swapped::Failed;
+}
+
+Swapped InstallHere(std::int32_t code) {
+    const std::int32_t previous = RemovePreviousLevel(code);
+    if (!MayGoOn(code, previous)) return Swapped::Failed;
+    if (previous == code && code != 0) return Swapped::Done;
+    if (code == 0 && HoldsMarkedOriginal()) return Ended(GiveBackOriginal());
+    if (!ClearRoot()) return Swapped::Failed;
+    if (code != 0) {
+        const Door door = RequireBackup();
+        if (door != Door::Open) {
+            static_cast<void>(GiveBackOriginal()); // what stays is in the stash of level 0000
+            return door == Door::Elsewhere ? Swapped::Elsewhere : Swapped::Failed;
+        }
+    }
+    return Ended(previous == code ? GiveBackOriginal() : InstallFiles(code));
 }
 
 } // namespace
 
 bool InstallLevel(std::int32_t code) {
-    const core::Change change(MessageId::kDoingInstall, core::kSwap, code);
-    if (!change) return false;
-    const std::int32_t previous = RemovePreviousLevel(code);
-    if (!MayGoOn(code, previous)) return false;
-    if (previous == code && code != 0) return true;
-    if (!ClearRoot()) return false;
-    if (code != 0 && !RequireBackup()) {
-        static_cast<void>(GiveBackOriginal()); // what stays is in the stash of level 0000
-        return false;
-    }
-    return previous == code ? GiveBackOriginal() : InstallFiles(code);
+    return OnChosenFolder(MessageId::kDoingInstall, code, [=] { return InstallHere(code); });
 }
 
 bool PlayLevel(std::int32_t code) {
     constexpr int kTenthsBeforeWatching = 20;
-    core::Change change(MessageId::kDoingPlay, core::kSwap, code);
-    if (!change) return false;
-    if (!InstallLevel(code)) {
-        TellCritical(LoadMessage(MessageId::kErrorInstalling, {}));
+    std::optional<Swapped> installed;
+    const bool started = OnChosenFolder(MessageId::kDoingPlay, code, [&] {
+        installed = InstallHere(code);
+        if (*installed != Swapped::Done || !companion::StartGame({}, false))
+            return *installed == Swapped::Done ? Swapped::Failed : *installed;
+        TheDesktop().ClearClipboard();
+        CompleteHashes();
+        return Swapped::Done;
+    });
+    if (!installed) return false; // another program is at work
+    if (!started) {
+        TellCritical(*installed == Swapped::Done ? LoadMessage(MessageId::kErrorLaunching, {})
+                                                 : LoadMessage(MessageId::kErrorInstalling, {}));
         return false;
     }
-    if (!companion::StartGame({}, false)) {
-        TellCritical(LoadMessage(MessageId::kErrorLaunching, {}));
-        return false;
-    }
-    change.End(); // the game keeps swaps out by itself
-    TheDesktop().ClearClipboard();
-    CompleteHashes();
+    // From here on the game keeps swaps out by itself.
     for (int i = 0; i < kTenthsBeforeWatching; ++i) {
         WaitTenths(1, Wait::Sleep);
         TheUser().PumpEvents();

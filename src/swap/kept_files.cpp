@@ -81,7 +81,11 @@ bool KeepFile(const std::string& target, KeptFiles& kept, std::string& place) {
     const std::string file = core::TrleFolder() + target;
     if (!FileExists(file) || IsHeldElsewhere(target)) return true;
     const std::string to = PlaceFor(target, kept);
-    if (!MoveAside(file, to)) return false;
+    if (!MoveAside(file, to)) {
+        if (std::find(kept.Failed.begin(), kept.Failed.end(), file) == kept.Failed.end())
+            kept.Failed.push_back(file);
+        return false;
+    }
     if (kept.Folder.empty()) kept.Folder = WaveFolder();
     ++kept.Count;
     place = to;
@@ -93,7 +97,17 @@ bool KeepFile(const std::string& target, KeptFiles& kept) {
     return KeepFile(target, kept, place);
 }
 
+void PutBack(const std::string& target, KeptFiles& kept, std::string& place) {
+    const std::string file = core::TrleFolder() + target;
+    if (place.empty() || FileExists(file) || !MoveAside(place, file)) return;
+    place.clear();
+    --kept.Count;
+}
+
 void TellKept(const KeptFiles& kept) {
+    if (!kept.Failed.empty())
+        TellCritical(LoadMessage(MessageId::kCannotKeepFile, {}) + kLineBreak +
+                     Join(kept.Failed, kLineBreak));
     if (kept.Count > 0)
         ShowMessage(
             MessageStyle::Exclamation,

@@ -17,6 +17,7 @@ namespace kelvash::swap {
 struct KeptFiles {
     std::string Folder = {}; // empty before the first file
     int Count = 0;
+    std::vector<std::string> Failed = {}; // full paths of those that couldn't be put aside
 };
 
 // True if the backup holds the file's bytes at the same place, or nobody needs them.
@@ -25,7 +26,10 @@ bool IsHeldElsewhere(const std::string& target);
 // empty if it stayed. False if it can't be put aside: then it must stay where it is.
 [[nodiscard]] bool KeepFile(const std::string& target, KeptFiles& kept, std::string& place);
 [[nodiscard]] bool KeepFile(const std::string& target, KeptFiles& kept);
-// Tells where an operation's files are; nothing if there are none.
+// Brings a file back that was put aside for one that then couldn't come, unless something stands there;
+// `place` is where it went, and empty once it is back.
+void PutBack(const std::string& target, KeptFiles& kept, std::string& place);
+// Tells where an operation's files are, and which couldn't be put aside; nothing if there are none.
 void TellKept(const KeptFiles& kept);
 
 // Waves that are kept and that the TRLE folder lacks, by name.

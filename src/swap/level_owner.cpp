@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -87,6 +88,8 @@ std::int32_t CodeOfFolder(std::string_view folder) {
 }
 
 bool NoteLevelMoved(std::string_view old_folder, std::string_view new_folder) {
+    const core::Change change(MessageId::kDoingOwner, core::kHomeFolder);
+    if (!change) return false;
     FoundRecord found = ReadSwapRecord();
     LevelOwner& owner = found.Record.Owner;
     if (found.State != RecordState::Good || owner.Folder.empty() || !IsSamePlace(owner.Folder, old_folder) ||
@@ -104,6 +107,8 @@ bool NoteLevelsMoved(std::string_view old_parent, std::string_view new_parent) {
 }
 
 void NoteLevelChanged(std::string_view folder) {
+    const core::Change change(MessageId::kDoingTr4Info, core::kHomeFolder);
+    if (!change) return;
     FoundRecord found = ReadSwapRecord();
     LevelOwner& owner = found.Record.Owner;
     if (found.State != RecordState::Good || !IsSamePlace(owner.Folder, folder)) return;

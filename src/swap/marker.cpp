@@ -8,6 +8,7 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "swap/file_stamp.h"
+#include "swap/trle_folder.h"
 
 namespace kelvash::swap {
 
@@ -29,11 +30,7 @@ std::string ListLine(MessageId tag, std::vector<std::string> entries) {
 }
 
 bool IsInstallTarget(const std::string& entry) {
-    if (!StaysInside(entry)) return false;
-    const std::vector<std::string> programs = Split(LoadMessage(MessageId::kKeptExtensions, {}), '|');
-    if (std::any_of(programs.begin(), programs.end(),
-                    [&](const std::string& kind) { return EndsWithNoCase(entry, kind); }))
-        return false;
+    if (!StaysInside(entry) || IsGameProgram(entry)) return false;
     const std::string folder = FolderOf(entry);
     return folder.empty() || EqualNoCase(folder, LoadMessage(MessageId::kMarkerDataFolder, {})) ||
            EqualNoCase(folder, LoadMessage(MessageId::kMarkerAudioFolder, {}));

@@ -35,7 +35,7 @@ std::string MarkerName(std::string_view name);
 std::string MarkerField(std::string_view tag, std::string_view text);
 // The pieces of a field that is a list.
 std::vector<std::string> MarkerList(std::string_view tag, std::string_view text);
-// Those of them that an install can have written: files in the root, in \data and in \audio, no programs.
+// Those of them that an install can have written: files in the root, in \data and in \audio, not the game.
 // Whatever else a hand or a stranger has put there is passed over.
 std::vector<std::string> CleanMarkerList(std::string_view tag, std::string_view text);
 

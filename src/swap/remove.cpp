@@ -14,20 +14,15 @@
 #include "foundation/user.h"
 #include "swap/backup.h"
 #include "swap/marker.h"
-#include "swap/rescued_saves.h"
 #include "swap/restore.h"
 #include "swap/saves.h"
 #include "swap/take_out.h"
+#include "swap/trle_folder.h"
 #include "swap/trle_state.h"
 
 namespace kelvash::swap {
 
 namespace {
-
-std::string OriginOf(const LevelOwner& owner) {
-    return owner.Folder.empty() ? LoadMessage(MessageId::kRescueNobodys, {core::TrleFolder()})
-                                : LoadMessage(MessageId::kRescueOwner, {owner.Name, owner.Folder});
-}
 
 // Nothing when the saves are put away; else the result of the removal. Without a folder to go to they are
 // rescued.
@@ -35,8 +30,7 @@ std::optional<std::int32_t> PutSavesAway(TrleState& state, bool knows_stash) {
     const std::string& folder = state.OwnerFolder;
     if (folder.empty()) {
         state.Record.Step = SwapStep::Leaving;
-        const bool away =
-            RescueFiles(ListSaves(), OriginOf(state.Record.Owner)) && WriteSwapRecord(state.Record);
+        const bool away = RescueSavesOf(state.Record.Owner) && WriteSwapRecord(state.Record);
         return away ? std::nullopt : std::optional(kRemovalRefused);
     }
     switch (StashLevelFiles(folder, state.Record, knows_stash)) {
@@ -96,8 +90,12 @@ bool DeleteMarker() {
 bool TakeFilesOut(const SwapRecord& record) {
     KeptFiles kept;
     DeletePartialFiles(record);
-    const bool noted = DeleteCopied(record, kept) && DeleteMarker() &&
-                       NoteOriginal(RestoreOverwritten(record, !BackupIsValid(), kept));
+    bool noted = DeleteCopied(record, kept);
+    if (noted) {
+        // The originals come first: a marker that can't be deleted keeps none of them away.
+        std::vector<RecordedFile> missing = RestoreOverwritten(record, !BackupIsValid(), kept);
+        noted = DeleteMarker() && NoteOriginal(std::move(missing));
+    }
     TellKept(kept);
     return noted;
 }
@@ -125,12 +123,16 @@ std::int32_t TakeOut(TrleState& state) {
     return state.Code;
 }
 
+void TellLevelFolderMissing(const std::string& folder) {
+    TellCritical(LoadMessage(MessageId::kLevelFolderMissing, {folder, kLineBreak}));
+}
+
 // The level's folder is gone, or no level of the Archive has the marker's code: nobody can say where its
 // saves belong. Its files stay, and go with the next level; where none is to come they go at once.
 std::int32_t LeaveIn(TrleState& state, const std::string& folder, std::int32_t code, std::int32_t wanted) {
-    TellCritical(LoadMessage(MessageId::kLevelFolderMissing, {folder, kLineBreak}));
+    TellLevelFolderMissing(folder);
     if (wanted == 0) return TakeOut(state);
-    return RescueFiles(ListSaves(), OriginOf(state.Record.Owner)) ? code : kRemovalRefused;
+    return RescueSavesOf(state.Record.Owner) ? code : kRemovalRefused;
 }
 
 std::int32_t RemoveUnknown(TrleState& state, std::int32_t wanted) {
@@ -149,13 +151,13 @@ std::int32_t RemoveUnknown(TrleState& state, std::int32_t wanted) {
 }
 
 std::int32_t RemoveLevelFound(TrleState& state, std::int32_t code) {
-    if (state.Code != 0 && state.OwnerFolder.empty())
-        return LeaveIn(state, state.Record.Owner.Folder, state.Code, code);
-    if (state.Code == code && code > 0) {
+    const bool is_homeless = state.Code != 0 && state.OwnerFolder.empty();
+    if (state.Code == code && code >= 0) {
+        if (is_homeless) TellLevelFolderMissing(state.Record.Owner.Folder);
         if (state.FromRecord) RepairMarker(state.Record);
         return code;
     }
-    return TakeOut(state);
+    return is_homeless ? LeaveIn(state, state.Record.Owner.Folder, state.Code, code) : TakeOut(state);
 }
 
 // Originals that a full disk or a locked folder kept away at the last removal. Those whose place a level
@@ -200,7 +202,7 @@ CutShort EndCutShort() {
     if (state.Content != Holds::CutShort)
         return state.Record.LeftOverwritten.empty() ? CutShort::Ended : BringMissingBack(state.Record);
     if (state.Record.Step == SwapStep::Restoring) {
-        EndFullRestore();
+        if (!EndFullRestore()) return CutShort::Refused;
     } else {
         if (const auto failure = PutSavesAway(state, true))
             return *failure == 0 ? CutShort::FilesLeft : CutShort::Refused;
@@ -213,10 +215,7 @@ CutShort EndCutShort() {
 std::int32_t RemovePreviousLevel(std::int32_t code) {
     const core::Change change(MessageId::kDoingTakeOut, core::kSwap);
     if (!change) return kRemovalRefused;
-    if (!FolderExists(core::TrleFolder())) {
-        TellCritical(LoadMessage(MessageId::kTrleUnreadable, {}) + core::TrleFolder());
-        return kRemovalRefused;
-    }
+    if (!TrleIsThere()) return kRemovalRefused;
     switch (EndCutShort()) {
         case CutShort::Ended:
             break;

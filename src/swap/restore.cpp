@@ -1,6 +1,7 @@
 #include "swap/restore.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 
 #include "core/change.h"
@@ -14,8 +15,8 @@
 #include "swap/backup.h"
 #include "swap/install.h"
 #include "swap/kept_files.h"
-#include "swap/rescued_saves.h"
 #include "swap/saves.h"
+#include "swap/trle_folder.h"
 #include "swap/trle_state.h"
 
 namespace kelvash::swap {
@@ -76,9 +77,9 @@ void ClearRootFiles(Restoring& run) {
     }
 }
 
-// Copies the files of a folder of the backup over TRLE's with the bar moving by files. A file that stands as
+// Copies the files of a folder of the backup over TRLE's; with `bar` it moves by files. A file that stands as
 // it is in the backup isn't copied again. False if one couldn't come.
-bool CopyBack(Restoring& run, const std::string& folder) {
+bool CopyBack(Restoring& run, const std::string& folder, Bar* bar) {
     const std::vector<std::string> files = ListFiles(BackupFolder() + folder, "*");
     const std::size_t missing_before = run.missing.size();
     double done = 0;
@@ -88,21 +89,28 @@ bool CopyBack(Restoring& run, const std::string& folder) {
         const bool stands = IsStill(core::TrleFolder() + target, StampOf(file));
         if (!stands && !(KeepFile(target, run.kept) && CopyFileWhole(file, core::TrleFolder() + target)))
             run.missing.push_back({target, StampOf(file)});
-        ProgressPercent(run.bar, ++done, static_cast<double>(files.size()));
+        if (bar != nullptr) ProgressPercent(*bar, ++done, static_cast<double>(files.size()));
     }
     run.whole = run.whole && run.missing.size() == missing_before;
     return run.missing.size() == missing_before;
 }
 
-void CopyCriticalBack(Restoring& run, const std::string& folder) {
-    if (!CopyBack(run, folder))
-        TellCritical(LoadMessage(MessageId::kErrorRestoringFolder, {}) + core::TrleFolder() + folder);
+// The files without which no game starts. They have a message of their own: that of a folder is for those
+// that only a full backup holds.
+void CopyCriticalBack(Restoring& run) {
+    const std::string data = LoadMessage(MessageId::kDataFolder, {});
+    const bool root_is_back = CopyBack(run, {}, nullptr);
+    if (CopyBack(run, data, &run.bar) && root_is_back) return;
+    std::string files;
+    for (const RecordedFile& file : run.missing)
+        files += kLineBreak + core::TrleFolder() + file.Target;
+    TellCritical(LoadMessage(MessageId::kOriginalsNotBack, {}) + files);
 }
 
 void RestoreFolder(Restoring& run, const std::string& folder) {
     ShowLabel(run.bar, MessageId::kRestoringFolder, folder);
     const bool emptied = ClearFolder(run, folder, "*");
-    if (!CopyBack(run, folder) || !emptied)
+    if (!CopyBack(run, folder, &run.bar) || !emptied)
         TellCritical(LoadMessage(MessageId::kErrorRestoringFolder, {}) + folder);
     run.whole = run.whole && emptied;
 }
@@ -114,20 +122,20 @@ void RestoreFiles(Restoring& run) {
     ClearFolder(run, data, LoadMessage(MessageId::kRestoreTr4Mask, {}));
     ClearFolder(run, data, LoadMessage(MessageId::kRestorePakMask, {}));
     ShowLabel(run.bar, MessageId::kRestoreCopying);
-    CopyCriticalBack(run, {});
-    CopyCriticalBack(run, data);
+    CopyCriticalBack(run);
     if (!core::profile.FullBackup) return;
     for (const std::string& folder : Split(LoadMessage(MessageId::kFullBackupFolders, {}), '|'))
         RestoreFolder(run, folder);
 }
 
 // Makes everything original; a run that is cut short here is ended at the next start, and a file of the
-// backup that couldn't come is brought then. False if one isn't in its place, or nothing could be begun.
-bool RestoreAll(Bar& bar) {
+// backup that couldn't come is brought then. Nothing if it couldn't be begun; else true if all are in their
+// place.
+std::optional<bool> RestoreAll(Bar& bar) {
     FoundRecord found = ReadSwapRecord();
     Restoring run{bar, found.State == RecordState::Good ? std::move(found.Record) : SwapRecord()};
     run.record.Step = SwapStep::Restoring;
-    if (!WriteSwapRecord(run.record)) return false;
+    if (!WriteSwapRecord(run.record)) return std::nullopt;
     RestoreFiles(run);
     TellKept(run.kept);
     // The saves of level 0000 stay in its stash; what the backup holds of them is in the root again.
@@ -135,6 +143,25 @@ bool RestoreAll(Bar& bar) {
     original.Owner = OwnerOf(0);
     original.LeftOverwritten = std::move(run.missing);
     return WriteSwapRecord(original) && run.whole;
+}
+
+Swapped RestoreHere(Bar& bar, bool show_progress) {
+    if (!TrleIsThere()) return Swapped::Failed;
+    const Door door = RequireBackup();
+    if (door != Door::Open) return door == Door::Elsewhere ? Swapped::Elsewhere : Swapped::Failed;
+    ShowLabel(bar, MessageId::kRestoreRemovingLevel);
+    // Whether the level could be taken out or not, the files below make the folder original. But saves that
+    // couldn't go home are about to be deleted.
+    if (!SwapToOriginal() && !RescueSavesOf(LevelOwner())) return Swapped::Failed;
+    if (show_progress) TheUser().OpenProgress(BarPlace::ProgressDialog, {});
+    const std::optional<bool> restored = RestoreAll(bar);
+    if (show_progress) TheUser().CloseProgress(BarPlace::ProgressDialog);
+    if (!restored) return Swapped::Failed;
+    ShowLabel(bar, MessageId::kRestoreFinished);
+    ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kRestoreDone, {}));
+    core::RefreshLevelList();
+    OfferKeptWaves();
+    return *restored ? Swapped::Done : Swapped::Failed;
 }
 
 } // namespace
@@ -158,27 +185,13 @@ bool FastRestore() {
 }
 
 bool FullRestore(Bar& bar, bool show_progress) {
-    const core::Change change(MessageId::kDoingFullRestore, core::kSwap);
-    if (!change || !RequireBackup()) return false;
-    ShowLabel(bar, MessageId::kRestoreRemovingLevel);
-    // Whether the level could be taken out or not, the files below make the folder original. But saves that
-    // couldn't go home are about to be deleted.
-    if (!SwapToOriginal() &&
-        !RescueFiles(ListSaves(), LoadMessage(MessageId::kRescueNobodys, {core::TrleFolder()})))
-        return false;
-    if (show_progress) TheUser().OpenProgress(BarPlace::ProgressDialog, {});
-    const bool restored = RestoreAll(bar);
-    if (show_progress) TheUser().CloseProgress(BarPlace::ProgressDialog);
-    ShowLabel(bar, MessageId::kRestoreFinished);
-    ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kRestoreDone, {}));
-    core::RefreshLevelList();
-    OfferKeptWaves();
-    return restored;
+    return OnChosenFolder(MessageId::kDoingFullRestore, core::kNoLevel,
+                          [&] { return RestoreHere(bar, show_progress); });
 }
 
-void EndFullRestore() {
+bool EndFullRestore() {
     Bar bar{BarPlace::ProgressDialog, -1};
-    RestoreAll(bar);
+    return RestoreAll(bar).has_value();
 }
 
 } // namespace kelvash::swap

@@ -1,15 +1,18 @@
 #include "swap/saves.h"
 
 #include <algorithm>
+#include <array>
 
 #include "core/archive.h"
 #include "core/profile.h"
 #include "core/start_up.h"
+#include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "swap/rescued_saves.h"
+#include "swap/trle_folder.h"
 
 namespace kelvash::swap {
 
@@ -29,7 +32,8 @@ const RecordedFile* FindSave(const SwapRecord& record, const std::string& name) 
 
 // How the files of a stash and those that come in make way for one another.
 struct StashPlan {
-    std::vector<std::string> incoming; // of the root, to be copied
+    std::vector<std::string> saves;    // of the root
+    std::vector<std::string> incoming; // those to be copied
     std::vector<std::string> stale;    // of the stash, to be deleted
     std::vector<std::string> losers;   // of either, to be rescued
 };
@@ -48,16 +52,16 @@ void PlanTwin(const std::string& old, const std::string& save, bool is_known, St
 
 StashPlan PlanStash(const std::string& stash, const SwapRecord& record, bool knows_stash) {
     StashPlan plan;
-    plan.incoming = ListSaves();
-    const std::vector<std::string> saves = plan.incoming;
+    plan.saves = ListSaves();
+    plan.incoming = plan.saves;
     for (const std::string& old : ListFiles(stash, "*")) {
         const std::string name = FileNameOf(old);
         const RecordedFile* brought_in = FindSave(record, name);
         const bool is_known = !knows_stash || (brought_in != nullptr && IsStill(old, brought_in->Stamp));
-        const auto twin = std::find_if(saves.begin(), saves.end(), [&](const std::string& save) {
+        const auto twin = std::find_if(plan.saves.begin(), plan.saves.end(), [&](const std::string& save) {
             return EqualNoCase(FileNameOf(save), name);
         });
-        if (twin != saves.end())
+        if (twin != plan.saves.end())
             PlanTwin(old, *twin, is_known, plan);
         else if (!knows_stash)
             plan.losers.push_back(old);
@@ -106,6 +110,37 @@ std::string ReadyStash(const std::string& level_folder) {
     return stash;
 }
 
+bool IsSave(const std::string& name) {
+    constexpr std::array kMasks = {MessageId::kSavegameMask, MessageId::kShotMask, MessageId::kNoteMask};
+    return std::any_of(kMasks.begin(), kMasks.end(),
+                       [&](MessageId mask) { return MatchesMask(name, LoadMessage(mask, {})); });
+}
+
+// The originals over which files of a stash are about to come. Those of level 0000 come to stay.
+bool NoteInTheWay(const std::vector<std::string>& files, SwapRecord& record) {
+    if (record.Step != SwapStep::Entering) return true;
+    for (const std::string& file : files) {
+        const std::string target = "\\" + FileNameOf(file);
+        if (!IsSave(FileNameOf(file)) && FileExists(core::TrleFolder() + target))
+            record.OverwrittenBySaves.push_back({target, StampOf(core::TrleFolder() + target)});
+    }
+    return record.OverwrittenBySaves.empty() || WriteSwapRecord(record);
+}
+
+bool BringBack(const std::string& file, SwapRecord& record, KeptFiles& kept) {
+    const std::string target = "\\" + FileNameOf(file);
+    const std::string place = core::TrleFolder() + target;
+    if (IsGameProgram(target) || EqualNoCase(target, LoadMessage(MessageId::kMarkerName, {}))) return false;
+    if (HoldSameBytes(file, place)) return true;
+    std::string kept_at;
+    if (!KeepFile(target, kept, kept_at)) return false;
+    const bool came = CopyFileWhole(file, place);
+    if (!came) PutBack(target, kept, kept_at);
+    for (RecordedFile& original : record.OverwrittenBySaves)
+        if (EqualNoCase(original.Target, target)) original.Kept = kept_at;
+    return came;
+}
+
 } // namespace
 
 std::vector<std::string> ListSaves() {
@@ -124,7 +159,7 @@ StashResult StashLevelFiles(const std::string& level_folder, SwapRecord& record,
     record.Step = SwapStep::Leaving;
     record.Saves.clear();
     if (!WriteSwapRecord(record)) return StashResult::CannotNote;
-    return DeleteAll(ListSaves()) ? StashResult::Done : StashResult::CannotDelete;
+    return DeleteAll(plan.saves) ? StashResult::Done : StashResult::CannotDelete;
 }
 
 bool CopySavesHome(const std::string& level_folder, SwapRecord& record) {
@@ -135,22 +170,28 @@ bool CopySavesHome(const std::string& level_folder, SwapRecord& record) {
     return WriteSwapRecord(record);
 }
 
-bool BringBackLevelFiles(const std::string& level_folder, SwapRecord& record) {
+bool BringBackLevelFiles(const std::string& level_folder, SwapRecord& record, KeptFiles& kept) {
     const std::string stash = core::StashFolder(level_folder);
     DeleteFile(stash + "\\" + std::string(kPartialFile));
     const std::vector<std::string> files = ListFiles(stash, "*");
-    const std::vector<std::string> standing = ListSaves();
-    bool all_back = true;
     record.Saves.clear();
+    if (!NoteInTheWay(files, record)) return false;
+    bool all_back = true;
     for (const std::string& file : files) {
-        const std::string target = core::TrleFolder() + "\\" + FileNameOf(file);
-        const bool is_save = std::any_of(standing.begin(), standing.end(),
-                                         [&](const std::string& save) { return EqualNoCase(save, target); });
-        const bool came = (is_save || !FileExists(target)) && CopyFileWhole(file, target);
+        const bool came = BringBack(file, record, kept);
         if (came) record.Saves.push_back({FileNameOf(file), StampOf(file)});
         all_back = all_back && came;
     }
     return all_back;
+}
+
+bool RescueSavesOf(const LevelOwner& owner) {
+    const std::string from = owner.Folder.empty()
+                                 ? LoadMessage(MessageId::kRescueNobodys, {core::TrleFolder()})
+                                 : LoadMessage(MessageId::kRescueOwner, {owner.Name, owner.Folder});
+    if (RescueFiles(ListSaves(), from)) return true;
+    TellCritical(LoadMessage(MessageId::kCannotRescue, {}) + AppFolder());
+    return false;
 }
 
 } // namespace kelvash::swap

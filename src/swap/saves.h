@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "swap/kept_files.h"
 #include "swap/swap_record.h"
 
 namespace kelvash::swap {
@@ -30,8 +31,13 @@ std::vector<std::string> ListSaves();
 // The same while the level stays in: its saves stay in the root as well.
 [[nodiscard]] bool CopySavesHome(const std::string& level_folder, SwapRecord& record);
 
-// Copies all files of a level's stash into the TRLE root, over no file but saves, and notes them in the
-// record. False if one couldn't be copied.
-[[nodiscard]] bool BringBackLevelFiles(const std::string& level_folder, SwapRecord& record);
+// Copies all files of a level's stash into the TRLE root and notes them in the record. What stands in the way
+// is kept first; originals of TRLE that give way to a level's files are noted too, before they do. False if a
+// file couldn't be copied; the game's program and the marker never are.
+[[nodiscard]] bool BringBackLevelFiles(const std::string& level_folder, SwapRecord& record, KeptFiles& kept);
+
+// Moves the saves of the TRLE root into a rescue folder: the owner has no folder they could go to, or there
+// is no owner. False after a message.
+[[nodiscard]] bool RescueSavesOf(const LevelOwner& owner);
 
 } // namespace kelvash::swap

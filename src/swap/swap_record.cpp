@@ -101,6 +101,7 @@ bool TakeField(const std::string& key, const Values& values, SwapRecord& record)
     if (key == "marker" && !values.empty()) record.MarkerHash = values[0];
     if (key == "copied") return TakeFile(values, record.Copied);
     if (key == "overwritten") return TakeFile(values, record.Overwritten);
+    if (key == "overwritten-by-save") return TakeFile(values, record.OverwrittenBySaves);
     if (key == "left-copied") return TakeFile(values, record.LeftCopied);
     if (key == "left-overwritten") return TakeFile(values, record.LeftOverwritten);
     if (key == "save") return TakeFile(values, record.Saves);
@@ -120,6 +121,7 @@ std::string EncodeSwapRecord(const SwapRecord& record, std::string_view trle) {
     AppendLine("marker", {record.MarkerHash}, bytes);
     AppendFiles("copied", record.Copied, bytes);
     AppendFiles("overwritten", record.Overwritten, bytes);
+    AppendFiles("overwritten-by-save", record.OverwrittenBySaves, bytes);
     AppendFiles("left-copied", record.LeftCopied, bytes);
     AppendFiles("left-overwritten", record.LeftOverwritten, bytes);
     AppendFiles("save", record.Saves, bytes);

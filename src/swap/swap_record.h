@@ -48,6 +48,8 @@ struct SwapRecord {
     std::string MarkerHash = {}; // of the marker's bytes as they were written; empty before
     std::vector<RecordedFile> Copied = {};
     std::vector<RecordedFile> Overwritten = {};
+    // By files of the stash that are no saves. The marker doesn't tell of them.
+    std::vector<RecordedFile> OverwrittenBySaves = {};
     // What an earlier level has left behind: files that couldn't be deleted, and originals not yet back.
     std::vector<RecordedFile> LeftCopied = {};
     std::vector<RecordedFile> LeftOverwritten = {};

@@ -29,6 +29,15 @@ std::vector<RecordedFile> Joined(const std::vector<RecordedFile>& first,
     return all;
 }
 
+// The first of a name is the original: saves come before files, and what an earlier level left comes last.
+// What came with the saves stays where there is no original to come back.
+std::vector<RecordedFile> OriginalsIn(const SwapRecord& record) {
+    std::vector<RecordedFile> under_saves = record.OverwrittenBySaves;
+    std::erase_if(under_saves,
+                  [](const RecordedFile& file) { return !FileExists(BackupFolder() + file.Target); });
+    return Joined(Joined(under_saves, record.Overwritten), record.LeftOverwritten);
+}
+
 // The originals of a record by folded target. Of a name that stands twice the first is the original.
 using Originals = std::unordered_map<std::string, const RecordedFile*>;
 Originals OriginalsOf(const std::vector<RecordedFile>& overwritten) {
@@ -61,7 +70,8 @@ bool DeleteOne(const RecordedFile& copied, const Originals& originals, KeptFiles
 bool RestoreOne(const RecordedFile& original, bool is_ours, bool from_kept, KeptFiles& kept) {
     const std::string file = TrleFolder() + original.Target;
     std::string source = BackupFolder() + original.Target;
-    if (!is_ours && (IsStill(file, original.Stamp) || !KeepFile(original.Target, kept))) return true;
+    if (!is_ours && IsStill(file, original.Stamp)) return true;
+    if (!is_ours && !KeepFile(original.Target, kept)) return false;
     if (from_kept && !FileExists(source)) source = original.Kept;
     if (!FileExists(source)) {
         DeleteFile(file);
@@ -77,7 +87,7 @@ bool RestoreOne(const RecordedFile& original, bool is_ours, bool from_kept, Kept
 bool DeleteCopied(const SwapRecord& record, KeptFiles& kept) {
     const std::vector<RecordedFile> copied = Joined(record.Copied, record.LeftCopied);
     if (copied.empty()) return true;
-    const std::vector<RecordedFile> overwritten = Joined(record.Overwritten, record.LeftOverwritten);
+    const std::vector<RecordedFile> overwritten = OriginalsIn(record);
     const Originals originals = OriginalsOf(overwritten);
     ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kRemovingFiles, {}));
     double done = 0;
@@ -91,7 +101,7 @@ bool DeleteCopied(const SwapRecord& record, KeptFiles& kept) {
 
 std::vector<RecordedFile> RestoreOverwritten(const SwapRecord& record, bool from_kept, KeptFiles& kept) {
     std::vector<RecordedFile> missing;
-    const std::vector<RecordedFile> overwritten = Joined(record.Overwritten, record.LeftOverwritten);
+    const std::vector<RecordedFile> overwritten = OriginalsIn(record);
     if (overwritten.empty()) return missing;
     const std::vector<RecordedFile> copied = Joined(record.Copied, record.LeftCopied);
     std::unordered_map<std::string, std::vector<const RecordedFile*>> ours;
@@ -115,7 +125,7 @@ std::vector<RecordedFile> RestoreOverwritten(const SwapRecord& record, bool from
 }
 
 bool CanRestoreAll(const SwapRecord& record, bool stamped) {
-    const std::vector<RecordedFile> overwritten = Joined(record.Overwritten, record.LeftOverwritten);
+    const std::vector<RecordedFile> overwritten = OriginalsIn(record);
     return std::all_of(overwritten.begin(), overwritten.end(), [=](const RecordedFile& original) {
         // Of a name that is listed twice the second was no original.
         return (stamped && original.Stamp.Size < 0) || FileExists(BackupFolder() + original.Target) ||

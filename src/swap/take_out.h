@@ -16,8 +16,8 @@ namespace kelvash::swap {
 [[nodiscard]] bool DeleteCopied(const SwapRecord& record, KeptFiles& kept);
 // Brings back from the backup what the level overwrote. A file that the backup lacks is gone after this,
 // without a word: the copy deletes its target first. That is meant; it was kept before it was overwritten.
-// `from_kept` brings such files back from there, where the backup as a whole is gone. Gives those that the
-// backup has and that couldn't be copied: they are still to come back.
+// `from_kept` brings such files back from there, where the backup as a whole is gone. Gives those that
+// couldn't be copied, or whose place holds a file that can't be kept: they are still to come back.
 std::vector<RecordedFile> RestoreOverwritten(const SwapRecord& record, bool from_kept, KeptFiles& kept);
 // True if each overwritten file stands in the backup, was kept, or is still in its place. What a marker alone
 // lists (not `stamped`) must stand in the backup.

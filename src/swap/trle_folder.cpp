@@ -1,5 +1,6 @@
 #include "swap/trle_folder.h"
 
+#include "core/profile.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
@@ -35,6 +36,16 @@ bool CheckTrleFolder(std::string_view folder, bool show_messages) {
     const std::optional<Fault> fault = FindFault(std::string(Trim(folder)));
     if (fault && show_messages) ShowMessage(fault->style, fault->text);
     return !fault;
+}
+
+bool IsGameProgram(std::string_view target) {
+    return EqualNoCase(target, LoadMessage(MessageId::kGameProgram, {}));
+}
+
+bool TrleIsThere() {
+    if (FolderExists(core::TrleFolder())) return true;
+    TellCritical(LoadMessage(MessageId::kTrleUnreadable, {}) + core::TrleFolder());
+    return false;
 }
 
 } // namespace kelvash::swap

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/archive.h"
+#include "core/change.h"
 #include "core/profile.h"
 #include "core/tr4_info.h"
 #include "foundation/files.h"
@@ -77,6 +78,23 @@ void TakeMarker(TrleState& state) {
         file.Stamp = StampOf(core::FilesFolder(state.OwnerFolder) + "\\" + FileNameOf(file.Target));
 }
 
+bool IsProgram(const RecordedFile& file) {
+    const std::vector<std::string> kinds = Split(LoadMessage(MessageId::kKeptExtensions, {}), '|');
+    return std::any_of(kinds.begin(), kinds.end(),
+                       [&](const std::string& kind) { return EndsWithNoCase(file.Target, kind); });
+}
+
+// A marker alone is no proof that a program is a level's and not TRLE's: the level must have it.
+void LeavePrograms(SwapRecord& record) {
+    auto& copied = record.Copied;
+    std::erase_if(copied, [](const RecordedFile& file) { return IsProgram(file) && file.Stamp.Size < 0; });
+    std::erase_if(record.Overwritten, [&](const RecordedFile& file) {
+        return IsProgram(file) && std::none_of(copied.begin(), copied.end(), [&](const RecordedFile& other) {
+                   return EqualNoCase(other.Target, file.Target);
+               });
+    });
+}
+
 void TakeRecord(SwapRecord record, TrleState& state) {
     state.FromRecord = true;
     state.Content = record.Step == SwapStep::In         ? Holds::Level
@@ -101,9 +119,10 @@ TrleState LookAtTrle() {
     if (good &&
         (step == SwapStep::Original ? !state.MarkerStands : step != SwapStep::In || StillHolds(found.Record)))
         TakeRecord(std::move(found.Record), state);
-    else if (state.MarkerStands)
+    else if (state.MarkerStands) {
         TakeMarker(state);
-    else if (found.State != RecordState::None)
+        LeavePrograms(state.Record);
+    } else if (found.State != RecordState::None)
         state.Content = Holds::Unknown;
     return state;
 }
@@ -132,6 +151,8 @@ bool LevelIsWhole() {
 }
 
 bool AddToRecord(const std::vector<std::string>& targets) {
+    const core::Change change(MessageId::kDoingRecord, core::kHomeFolder | core::kTrleFolder);
+    if (!change) return false;
     TrleState state = LookAtTrle();
     if (state.Content != Holds::Level || !state.FromRecord) return false;
     for (const std::string& target : targets)
@@ -141,6 +162,8 @@ bool AddToRecord(const std::vector<std::string>& targets) {
 }
 
 void CompleteHashes() {
+    const core::Change change(MessageId::kDoingHashes, core::kHomeFolder | core::kTrleFolder);
+    if (!change) return;
     TrleState state = LookAtTrle();
     if (state.Content != Holds::Level || !state.FromRecord) return;
     for (RecordedFile& file : state.Record.Copied) {

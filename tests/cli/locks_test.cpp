@@ -10,6 +10,7 @@
 #include "core/archive_file.h"
 #include "foundation/lock.h"
 #include "support/built.h"
+#include "support/swap_world.h"
 #include "support/zip_bytes.h"
 
 namespace kelvash::test {
@@ -51,7 +52,8 @@ class Locks : public CliHome {
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
         posix_spawn_file_actions_addopen(&actions, 1, run.output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-        EXPECT_EQ(posix_spawn(&run.process, program.c_str(), &actions, nullptr, arguments.data(), environ), 0);
+        EXPECT_EQ(posix_spawn(&run.process, program.c_str(), &actions, nullptr, arguments.data(), environ),
+                  0);
         posix_spawn_file_actions_destroy(&actions);
         return run;
     }
@@ -234,18 +236,39 @@ TEST_F(Locks, LetOneOfTwoFirstStartsSetTheHomeUp) {
 
 // --- a game that runs ---
 
+// A game of a TRLE folder, which sleeps.
+class Game {
+  public:
+    explicit Game(const fs::path& trle) {
+        fs::copy_file("/bin/sleep", trle / "tomb4.exe", fs::copy_options::overwrite_existing);
+        process_ = fork();
+        if (process_ == 0) {
+            if (chdir(trle.c_str()) == 0) execl("./tomb4.exe", "tomb4.exe", "60", nullptr);
+            _exit(127);
+        }
+        std::error_code error;
+        while (!fs::equivalent("/proc/" + std::to_string(process_) + "/exe", trle / "tomb4.exe", error))
+            usleep(1000);
+    }
+    ~Game() { End(); }
+    Game(const Game&) = delete;
+    Game& operator=(const Game&) = delete;
+
+    void End() {
+        if (process_ <= 0) return;
+        kill(process_, SIGKILL);
+        waitpid(process_, nullptr, 0);
+        process_ = -1;
+    }
+
+  private:
+    pid_t process_ = -1;
+};
+
 TEST_F(Locks, ARunningGameKeepsSwapsOut) {
     ASSERT_EQ(Add("maze").status, 0);
     ASSERT_EQ(Json({"install", "1"}).status, 0);
-    fs::copy_file("/bin/sleep", drive / "trle" / "tomb4.exe", fs::copy_options::overwrite_existing);
-    const pid_t game = fork();
-    if (game == 0) {
-        if (chdir((drive / "trle").c_str()) == 0) execl("./tomb4.exe", "tomb4.exe", "60", nullptr);
-        _exit(127);
-    }
-    std::error_code error;
-    while (!fs::equivalent("/proc/" + std::to_string(game) + "/exe", drive / "trle" / "tomb4.exe", error))
-        usleep(1000);
+    Game game(drive / "trle");
     const std::string marker = BytesOf(drive / "trle" / "Kelvash.txt");
     for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
              {"install", "0"}, {"install", "1"}, {"play", "1"}, {"restore", "fast"}, {"restore", "full"}}) {
@@ -260,9 +283,36 @@ TEST_F(Locks, ARunningGameKeepsSwapsOut) {
     EXPECT_TRUE(Exists(Level(1) / "FILES" / "maze.tr4"));
     EXPECT_EQ(Json({"status"}).status, 0);
     EXPECT_EQ(Json({"sizes"}).status, 0) << "what swaps nothing goes on";
-    kill(game, SIGKILL);
-    waitpid(game, nullptr, 0);
+    game.End();
     EXPECT_EQ(Json({"install", "0"}).status, 0);
+}
+
+TEST_F(Locks, AFolderChosenAtTheDoorHasItsOwnGameAndItsOwnLock) {
+    ASSERT_EQ(Add("maze").status, 0);
+    fs::copy(drive / "trle", drive / "other", fs::copy_options::recursive);
+    MakeFile(home / "backup_trle.txt", "#TRLE_FOLDER=C:\\other\r\n#TOMB4=00000000 1\r\n#KIND=full\r\n");
+    const std::string choice = Answers(
+        R"([{"id":3504,"answer":"no","times":0},{"when":"Dialog_TrovaTrle","answer":"C:\\other","times":0}])");
+    const auto choose = [&](std::vector<std::string> words) {
+        EXPECT_EQ(Json({"profile", "TrleFolder", "C:\\trle"}).status, 0);
+        words.insert(words.end(), {"--answers", choice});
+        return Json(words);
+    };
+    const FileMap before = TreeOf(drive / "other" / "data");
+    {
+        const Game game(drive / "other");
+        for (const std::vector<std::string>& words :
+             std::vector<std::vector<std::string>>{{"install", "1"}, {"play", "1"}, {"restore", "full"}}) {
+            const CliRun run = choose(words);
+            EXPECT_EQ(run.status, 1) << words.front();
+            EXPECT_THAT(run.Output(), HasSubstr("The game is running: end it first")) << words.front();
+            EXPECT_EQ(TreeOf(drive / "other" / "data"), before) << words.front();
+        }
+    }
+    Hold("C:\\other", "installing a level");
+    EXPECT_EQ(choose({"install", "1"}).status, 4);
+    EXPECT_EQ(TreeOf(drive / "other" / "data"), before);
+    EXPECT_FALSE(Exists(drive / "trle" / "Kelvash.txt"));
 }
 
 TEST_F(Locks, ARestoreThatWasKeptOutIsNotDone) {

@@ -55,6 +55,17 @@ TEST_F(Sandbox, IsAHomeThatAsksNothing) {
     EXPECT_FALSE(Exists(root / "data")) << "the sandbox is not to be registered anywhere";
 }
 
+TEST_F(Sandbox, SavesThatCannotComeBackMakeAnInstallFail) {
+    MakeFile(levels / "LEVEL_0001" / "BACKUP_SAVEGAMES" / "savegame.77", "in the stash");
+    fs::create_directory(trle / "savegame.77");
+    const CliRun run = Install("1");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.Output(), HasSubstr(R"({"event":"message","id":3026,"style":"critical")"));
+    EXPECT_THAT(run.lines.back(), R"({"event":"result","ok":false,"installed":1})");
+    EXPECT_THAT(Marker(), HasSubstr("#LEVEL_CODE=0001#"));
+    EXPECT_EQ(BytesOf(levels / "LEVEL_0001" / "BACKUP_SAVEGAMES" / "savegame.77"), "in the stash");
+}
+
 TEST_F(Sandbox, IsNotMadeInAFolderWithFiles) {
     const CliRun run = Bare({"--json", "demo", (root / "demo").string()});
     EXPECT_EQ(run.status, 1);

@@ -251,7 +251,7 @@ TEST_F(StartUpTest, EndsWhenTrleIsNotOriginal) {
     user.WillAnswer(kLoad, "C:\\Kelvash\\last.kva");
     EXPECT_TRUE(LoadArchiveDialog());
     user.WillAnswer("There is no valid backup of the original files", "cancel");
-    EXPECT_FALSE(swap::RequireBackup());
+    EXPECT_EQ(swap::RequireBackup(), swap::Door::Closed);
     EXPECT_FALSE(Exists(home / "backup_trle"));
 }
 

@@ -191,6 +191,15 @@ TEST_F(Backup, RefreshOfACompactOneMayKeepTheOldFiles) {
     EXPECT_TRUE(core::profile.FullBackup);
 }
 
+TEST_F(Backup, RefreshEndsWhereNobodySaysWhetherTheOldFilesStay) {
+    test::MakeFile(backup / "data" / "old.tr4", "old");
+    user.WillAnswer("Remove old backup files before creating new backup?", "cancel");
+    RefreshFullBackup();
+    EXPECT_THAT(user.Told(), IsEmpty());
+    EXPECT_THAT(NamesIn(backup / "data"), ElementsAre("old.tr4"));
+    EXPECT_THAT(Backups(), ElementsAre("backup_trle"));
+}
+
 TEST_F(Backup, RefreshThatFailsLeavesTheOldOne) {
     core::profile.FullBackup = true;
     test::MakeFile(backup / "data" / "old.tr4", "old");
@@ -329,7 +338,7 @@ TEST_F(Backup, OfThisFolderOpensTheDoor) {
     fs::copy(trle, backup, fs::copy_options::recursive);
     PutNote("c:\\TRLE", "other", "full");
     EXPECT_EQ(StateOfBackup(), BackupState::Valid);
-    EXPECT_TRUE(RequireBackup());
+    EXPECT_EQ(RequireBackup(), Door::Open);
     EXPECT_THAT(user.Asked(), IsEmpty());
 }
 
@@ -341,15 +350,15 @@ TEST_F(Backup, ThatIsMissingClosesTheDoor) {
         kChoices;
     EXPECT_EQ(StateOfBackup(), BackupState::Missing);
     user.WillAnswer("There is no valid backup", "cancel");
-    EXPECT_FALSE(RequireBackup());
+    EXPECT_EQ(RequireBackup(), Door::Closed);
     EXPECT_THAT(user.Asked(), ElementsAre(missing));
     user.WillAnswer("There is no valid backup", "yes");
     user.WillAnswer(kOriginal, "yes");
     user.WillAnswer(kKind, "yes");
-    EXPECT_TRUE(RequireBackup());
+    EXPECT_EQ(RequireBackup(), Door::Open);
     EXPECT_EQ(StateOfBackup(), BackupState::Valid);
     user.Forget();
-    EXPECT_TRUE(RequireBackup());
+    EXPECT_EQ(RequireBackup(), Door::Open);
     EXPECT_THAT(user.Asked(), IsEmpty());
 }
 
@@ -358,7 +367,7 @@ TEST_F(Backup, ThatIsMissingStaysSoAfterANoAtTheOriginalQuestion) {
     user.MayBeTold("You must perform a new setup");
     user.WillAnswer("There is no valid backup", "yes");
     user.WillAnswer(kOriginal, "no");
-    EXPECT_FALSE(RequireBackup());
+    EXPECT_EQ(RequireBackup(), Door::Closed);
     EXPECT_FALSE(test::Exists(backup));
 }
 
@@ -375,15 +384,9 @@ TEST_F(Backup, ThatIsMissingMayBeAMatterOfTheFolder) {
                                 kChoices;
     EXPECT_EQ(StateOfBackup(), BackupState::Foreign);
     user.WillAnswer("not of the Tomb Raider Level Editor folder C:\\trle", "no");
-    user.WillAnswer("Dialog_TrovaTrle", "C:\\other");
-    EXPECT_TRUE(RequireBackup());
-    EXPECT_EQ(user.Asked().front(), foreign);
-    EXPECT_EQ(core::profile.TrleFolder, "C:\\other");
-    core::profile.TrleFolder = "C:\\trle";
-    user.WillAnswer("not of the Tomb Raider Level Editor folder C:\\trle", "no");
-    user.WillAnswer("Dialog_TrovaTrle", "Pul_Cancel");
-    EXPECT_FALSE(RequireBackup());
-    EXPECT_EQ(core::profile.TrleFolder, "C:\\trle");
+    EXPECT_EQ(RequireBackup(), Door::Elsewhere);
+    EXPECT_THAT(user.Asked(), ElementsAre(foreign));
+    EXPECT_EQ(core::profile.TrleFolder, "C:\\trle") << "its operation has to be ended first";
 }
 
 TEST_F(Backup, OfAnotherFolderIsKeptWhenANewOneIsMade) {
@@ -394,7 +397,7 @@ TEST_F(Backup, OfAnotherFolderIsKeptWhenANewOneIsMade) {
     user.WillAnswer("not of the Tomb Raider Level Editor folder C:\\trle", "yes");
     user.WillAnswer(kOriginal, "yes");
     user.WillAnswer(kKind, "yes");
-    ASSERT_TRUE(RequireBackup());
+    ASSERT_EQ(RequireBackup(), Door::Open);
     EXPECT_FALSE(test::Exists(backup / "theirs.dat"));
     const std::vector<std::string> names = Backups();
     ASSERT_EQ(names.size(), 4U);
@@ -420,8 +423,8 @@ TEST_F(Backup, OfAMovedFolderIsAskedForOnce) {
         "The backup of original files was made of the folder C:\\trle\r\nHas that folder been "
         "moved, so that it is now C:\\moved ?",
         "yes");
-    EXPECT_TRUE(RequireBackup());
-    EXPECT_TRUE(RequireBackup());
+    EXPECT_EQ(RequireBackup(), Door::Open);
+    EXPECT_EQ(RequireBackup(), Door::Open);
     EXPECT_EQ(user.Asked().size(), 1U);
     EXPECT_TRUE(core::profile.FullBackup);
 }
@@ -432,7 +435,7 @@ TEST_F(Backup, WithoutANoteIsKnownByItsGame) {
     test::MakeFile(trle / "tomb4.exe", "another game");
     EXPECT_EQ(StateOfBackup(), BackupState::Foreign);
     user.WillAnswer("The backup of original files is of another folder than C:\\trle", "cancel");
-    EXPECT_FALSE(RequireBackup());
+    EXPECT_EQ(RequireBackup(), Door::Closed);
 }
 
 TEST_F(Backup, WithoutNoteAndGameIsAskedForOnce) {
@@ -443,10 +446,10 @@ TEST_F(Backup, WithoutNoteAndGameIsAskedForOnce) {
         "Tomb Raider Level Editor folder C:\\trle ?";
     user.WillAnswer(question, "no");
     user.WillAnswer("is of another folder than C:\\trle", "cancel");
-    EXPECT_FALSE(RequireBackup());
+    EXPECT_EQ(RequireBackup(), Door::Closed);
     user.WillAnswer(question, "yes");
-    EXPECT_TRUE(RequireBackup());
-    EXPECT_TRUE(RequireBackup());
+    EXPECT_EQ(RequireBackup(), Door::Open);
+    EXPECT_EQ(RequireBackup(), Door::Open);
     EXPECT_EQ(user.Asked().size(), 3U);
 }
 
@@ -459,7 +462,7 @@ TEST_F(Backup, ThatTheUserCallsForeignIsNeverMixedIntoTheNewOne) {
     user.WillAnswer("is of another folder than C:\\trle", "yes");
     user.WillAnswer(kOriginal, "yes");
     user.WillAnswer(kKind, "no");
-    ASSERT_TRUE(RequireBackup());
+    ASSERT_EQ(RequireBackup(), Door::Open);
     EXPECT_FALSE(test::Exists(backup / "data" / "theirs.tr4"));
     EXPECT_EQ(Backups().size(), 3U); // with its note, and the former one that never had one
 }

@@ -3,7 +3,10 @@
 #include <gmock/gmock.h>
 #include <zlib.h>
 
+#include <algorithm>
+
 #include "core/archive.h"
+#include "foundation/files.h"
 #include "support/bitmaps.h"
 #include "support/swap_home.h"
 #include "swap/picture.h"
@@ -75,6 +78,17 @@ TEST_F(Compression, ThatCannotBeUndoneIsTold) {
     EXPECT_EQ(test::BytesOf(LevelPath(1) / "FILES" / "city.tr4.zl"), "no stream");
 }
 
+TEST_F(Compression, ThatCannotBeUndoneLeavesTheTemporaryFolderTillItsNextUse) {
+    AddLevel(1, "Broken", {{"city.tr4.zl", "no stream"}, {"script.dat", "S"}});
+    AddLevel(2, "Sound", {{"coast.tr4.zl", Zl("COAST")}});
+    EXPECT_FALSE(DecompressLevelFiles(FilesOf(1), temp, true));
+    EXPECT_EQ(user.Told().size(), 1U);
+    EXPECT_EQ(temp, "");
+    EXPECT_THAT(NamesIn(temp_dec), ElementsAre("script.dat"));
+    EXPECT_TRUE(DecompressLevelFiles(FilesOf(2), temp, true));
+    EXPECT_THAT(NamesIn(temp_dec), ElementsAre("coast.tr4"));
+}
+
 TEST_F(Compression, OfALevelWithALoadJpgGoesThroughTheTemporaryFolder) {
     AddLevel(1, "Picture", {{"city.tr4", "CITY"}});
     test::MakeFile(drive / "a.bmp", test::MakeBitmap({}));
@@ -144,6 +158,28 @@ TEST_F(Compression, OfWavesThatCannotBeEncodedAsksWhetherToGoOn) {
     EXPECT_THAT(NamesIn(LevelPath(1) / "FILES"), IsEmpty());
 }
 
+TEST_F(Compression, OfWavesThatCannotBeEncodedMayGoOnPlain) {
+    AddLevel(1, "New", {});
+    core::archive.Header.EncodeWavInMp3 = true;
+    test::MakeFile(drive / "in" / "005.wav", "WAVE");
+    test::MakeFile(drive / "in" / "city.tr4", "CITY");
+    user.WillAnswer("Do you want continue in file copy?", "yes");
+    EXPECT_TRUE(CompressLevelFiles("C:\\in", 1));
+    EXPECT_THAT(user.Told(), Contains(HasSubstr("critical: Audio compression failed: ")));
+    EXPECT_THAT(NamesIn(LevelPath(1) / "FILES"), ElementsAre("005.wav", "city.tr4"));
+    EXPECT_EQ(test::BytesOf(LevelPath(1) / "FILES" / "005.wav"), "WAVE");
+}
+
+TEST_F(Compression, ThatFailsLeavesTheListOfTr4FilesForThePlainCopy) {
+    AddLevel(1, "New", {});
+    core::archive.Header.CompressFiles = true;
+    test::MakeFile(drive / "in" / "city.tr4", "CITY");
+    fs::create_directories(drive / "in" / "city.tr4.zl");
+    EXPECT_FALSE(CompressLevelFiles("C:\\in", 1));
+    EXPECT_TRUE(test::Exists(LevelPath(1) / "tr4.inf"));
+    EXPECT_EQ(test::BytesOf(drive / "in" / "city.tr4"), "CITY");
+}
+
 TEST_F(Compression, OfLevelZeroOnlyCopies) {
     core::archive.Header.CompressFiles = true;
     test::MakeFile(LevelPath(0) / "FILES" / "old.pdf", "");
@@ -155,6 +191,14 @@ TEST_F(Compression, OfLevelZeroOnlyCopies) {
 
 class CompressionSettingsOfOldLevels : public Compression {
   protected:
+    static constexpr const char* kLevelZero = "Changing level: - TRLE: Original configuration -";
+    // What was shown before the sizes were counted.
+    std::vector<std::string> StepsShown() const {
+        const std::vector<std::string>& shown = user.Shown();
+        return {shown.begin(), std::find_if(shown.begin(), shown.end(), [](const std::string& text) {
+                    return text.starts_with("Computing size of archive");
+                })};
+    }
     static constexpr const char* kQuestion =
         "Compression settings have been changed. \r\nDo you want change compress status of old level files? "
         "\r\nNote: "
@@ -193,6 +237,52 @@ TEST_F(CompressionSettingsOfOldLevels, PackAndUnpackAllLevelsOnDisk) {
                 ElementsAre("005.wav", "city.tr4", "load.bmp", "readme.txt"));
     EXPECT_EQ(test::BytesOf(LevelPath(1) / "FILES" / "city.tr4"), std::string(3000, 'c'));
     EXPECT_THAT(user.Shown(), Contains("decompression file 'city.tr4.zl' in progress"));
+}
+
+TEST_F(CompressionSettingsOfOldLevels, TellEachStepAndBothSizes) {
+    AddLevel(1, "City", {{"city.tr4", std::string(3000, 'c')}});
+    test::MakeFile(LevelPath(1) / "FILES" / "load.bmp", test::MakeBitmap({}));
+    core::archive.Header.MainFolderSize = 5000;
+    const auto size = [&](const char* name) { return fs::file_size(LevelPath(1) / "FILES" / name); };
+    user.WillAnswer(kQuestion, "yes");
+    EXPECT_TRUE(ApplyCompressionSettings({true, false}));
+    EXPECT_THAT(StepsShown(),
+                ElementsAre("Change compression status", kLevelZero, "Changing level: City", "Zipping files",
+                            "compression file 'city.tr4' in progress", "Converting load.bmp in load.jpg"));
+    ASSERT_LT(size("city.tr4.zl") + size("load.jpg"), 1024U * 10);
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre("plain: New size [files] folders = " +
+                    FormatSize(static_cast<std::int64_t>(size("city.tr4.zl") + size("load.jpg"))) +
+                    "\r\nOld size [files] folders = 4 Kb\r\nNote: levels on cd have been not changed"));
+    user.Forget();
+    user.WillAnswer(kQuestion, "yes");
+    EXPECT_TRUE(ApplyCompressionSettings({false, false}));
+    EXPECT_THAT(StepsShown(), ElementsAre("Change compression status", kLevelZero, "Changing level: City",
+                                          "Unzipping files", "decompression file 'city.tr4.zl' in progress",
+                                          "Converting load.jpg in load.bmp"));
+}
+
+TEST_F(CompressionSettingsOfOldLevels, TellAPictureThatCannotBeConverted) {
+    AddLevel(1, "City", {{"load.bmp", "no picture"}});
+    AddLevel(2, "Coast", {{"coast.tr4", "COAST"}});
+    user.WillAnswer(kQuestion, "yes");
+    EXPECT_FALSE(ApplyCompressionSettings({true, false}));
+    EXPECT_THAT(
+        user.Told(),
+        Contains("critical: The load picture of this level can't be converted. It stays as it is: City"));
+    EXPECT_THAT(NamesIn(LevelPath(1) / "FILES"), ElementsAre("load.bmp"));
+    EXPECT_EQ(test::BytesOf(LevelPath(1) / "FILES" / "load.bmp"), "no picture");
+    EXPECT_THAT(NamesIn(LevelPath(2) / "FILES"), ElementsAre("coast.tr4.zl"));
+}
+
+TEST_F(CompressionSettingsOfOldLevels, AskWhereAFileCannotBeCompressed) {
+    AddLevel(1, "City", {{"a.tr4", "A"}, {"b.tr4", "B"}});
+    fs::create_directory(LevelPath(1) / "FILES" / "a.tr4.zl");
+    user.WillAnswer(kQuestion, "yes");
+    user.WillAnswer("Error compression file: a.tr4Do you want continue?", "yes");
+    EXPECT_FALSE(ApplyCompressionSettings({true, false}));
+    EXPECT_THAT(NamesIn(LevelPath(1) / "FILES"), ElementsAre("a.tr4", "b.tr4.zl"));
 }
 
 TEST_F(CompressionSettingsOfOldLevels, StopAtAFileThatFailsWhenTheUserSaysSo) {

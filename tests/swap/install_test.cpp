@@ -167,6 +167,51 @@ TEST_F(Install, OfALevelWithAScriptOnlyLeavesTheLanguageFile) {
     EXPECT_TRUE(test::Exists(trle / "english.dat"));
 }
 
+TEST_F(Install, OfALevelWithAScriptOnlyListsItAndNothingElse) {
+    AddLevel(1, "Script", {{"c.tr4", ""}, {"script.dat", "s"}});
+    ASSERT_TRUE(InstallLevel(1));
+    EXPECT_EQ(Marker(),
+              ": Don't remove this file!\r\n: It is necessary at Kelvash \r\n"
+              ": to know current configuration in TRLE\r\n \r\n#LEVEL_CODE=0001#\r\n#LEVEL_NAME=Script#\r\n"
+              "#OVERWROTEN_FILES=\\script.dat#\r\n#COPIED_FILES=\\script.dat|\\data\\c.tr4#\r\n");
+}
+
+TEST_F(Install, DisplacesTheFirstOfTwoLanguageFiles) {
+    user.MayBeTold("made way: 1.");
+    test::MakeFile(trle / "french.dat", "fr");
+    AddLevel(1, "Citta", {{"c.tr4", ""}, {"italian.dat", "it"}});
+    ASSERT_TRUE(InstallLevel(1));
+    EXPECT_FALSE(test::Exists(trle / "english.dat"));
+    EXPECT_EQ(test::BytesOf(trle / "french.dat"), "fr");
+    ASSERT_TRUE(InstallLevel(0));
+    AddLevel(2, "Ville", {{"v.tr4", ""}, {"french.dat", "of the level"}});
+    ASSERT_TRUE(InstallLevel(2));
+    EXPECT_FALSE(test::Exists(trle / "english.dat"));
+    EXPECT_EQ(test::BytesOf(trle / "french.dat"), "of the level");
+    EXPECT_THAT(Marker(), HasSubstr("#OVERWROTEN_FILES=\\french.dat|\\english.dat#\r\n"));
+}
+
+TEST_F(Install, LeavesSubFoldersInTheArchive) {
+    AddLevel(1, "Deep", {{"c.tr4", ""}, {"sub/deep.tr4", ""}, {"sub/deep.dat", ""}, {"data/d.tr4", ""}});
+    ASSERT_TRUE(InstallLevel(1));
+    EXPECT_THAT(Marker(), HasSubstr("#COPIED_FILES=\\data\\c.tr4#\r\n"));
+    EXPECT_FALSE(test::Exists(trle / "sub"));
+    EXPECT_FALSE(test::Exists(trle / "deep.dat"));
+    EXPECT_FALSE(test::Exists(trle / "data" / "deep.tr4"));
+    EXPECT_FALSE(test::Exists(trle / "data" / "d.tr4"));
+}
+
+TEST_F(Install, ThatCannotDecompressLeavesNoMarker) {
+    AddLevel(1, "City", {{"c.tr4", ""}});
+    AddLevel(2, "Broken", {{"b.tr4.zl", "no stream"}});
+    ASSERT_TRUE(InstallLevel(1));
+    EXPECT_FALSE(InstallLevel(2));
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Errore decompressing file 'b.tr4.zl",
+                                         "critical: Error decompressing files"));
+    EXPECT_FALSE(test::Exists(trle / "Kelvash.txt"));
+    EXPECT_FALSE(test::Exists(trle / "data" / "c.tr4"));
+}
+
 TEST_F(Install, WithoutATr4AsksAndTakesNoForAnAnswer) {
     AddLevel(1, "City", {{"c.tr4", ""}});
     AddLevel(2, "Empty", {{"readme.txt", ""}});

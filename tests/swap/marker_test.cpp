@@ -72,7 +72,7 @@ TEST_F(MarkerFile, ListIsCleanedOfWhatNoInstallWrites) {
     EXPECT_THAT(CleanMarkerList("#COPIED_FILES=",
                                 "#COPIED_FILES=\\a.dat|\\tomb4.exe|\\data\\b.tr4|\\..\\c|"
                                 "\\audio\\d.wav|\\script\\script.txt|e|C:\\f||\\g.LNK#"),
-                ElementsAre("\\a.dat", "\\data\\b.tr4", "\\audio\\d.wav"));
+                ElementsAre("\\a.dat", "\\data\\b.tr4", "\\audio\\d.wav", "\\g.LNK"));
 }
 
 TEST_F(MarkerFile, MissingFieldIsEmpty) {

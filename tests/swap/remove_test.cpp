@@ -6,6 +6,7 @@
 #include "core/profile.h"
 #include "support/swap_home.h"
 #include "swap/install.h"
+#include "swap/restore.h"
 #include "swap/swap_record.h"
 #include "swap/trle_state.h"
 
@@ -90,6 +91,19 @@ TEST_F(Removal, WithACompactBackupLeavesTheLevelsWaves) {
     EXPECT_FALSE(test::Exists(trle / "data" / "song.tr4"));
 }
 
+TEST_F(Removal, KnowsTheAudioFolderInAnyCase) {
+    core::profile.FullBackup = false;
+    MarkLevelOne(
+        "#OVERWROTEN_FILES=#\r\n#COPIED_FILES=\\AUDIO\\100.wav|\\Audio\\101.wav|\\data\\city.tr4#\r\n");
+    for (const char* name : {"audio/100.wav", "audio/101.wav", "data/city.tr4"})
+        test::MakeFile(trle / name, "of the level");
+    user.MayBeTold("made way: 1.");
+    EXPECT_EQ(RemovePreviousLevel(2), 1);
+    EXPECT_EQ(test::BytesOf(trle / "audio" / "100.wav"), "of the level");
+    EXPECT_EQ(test::BytesOf(trle / "audio" / "101.wav"), "of the level");
+    EXPECT_FALSE(test::Exists(trle / "data" / "city.tr4"));
+}
+
 TEST_F(Removal, WithACompactBackupLosesAnOverwrittenWave) {
     user.MayBeTold("Files of the TRLE folder that the backup doesn't hold made way: 1.");
     core::profile.FullBackup = false;
@@ -113,6 +127,50 @@ TEST_F(Removal, TellsAMissingLevelFolderAndLeavesAll) {
             "original configuration in TRLE] and choose FULL restore"));
     EXPECT_TRUE(test::Exists(trle / "Kelvash.txt"));
     EXPECT_TRUE(test::Exists(trle / "data" / "city.tr4"));
+}
+
+TEST_F(Removal, LeavesTheWantedLevelInThoughItsFolderIsMissing) {
+    InstallOne();
+    test::MakeFile(trle / "savegame.0", "save");
+    fs::remove_all(LevelPath(1));
+    EXPECT_EQ(RemovePreviousLevel(1), 1);
+    EXPECT_THAT(user.Told(), ElementsAre(testing::StartsWith("critical: I cann't find level folder "
+                                                             "[C:\\Levels\\LEVEL_0001] relative to")));
+    EXPECT_TRUE(InstallLevel(1));
+    EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "save");
+    EXPECT_TRUE(test::Exists(trle / "Kelvash.txt"));
+    EXPECT_EQ(test::BytesOf(trle / "data" / "city.tr4"), "CITY");
+    EXPECT_THAT(user.Told().size(), 2U);
+}
+
+TEST_F(Removal, OfAMarkerWithLevelZeroDoesNothingWhereThatIsWanted) {
+    test::MakeFile(trle / "Kelvash.txt", "#LEVEL_CODE=0000#\r\n");
+    test::MakeFile(trle / "savegame.3", "save");
+    test::MakeFile(StashPath(0) / "savegame.4", "stashed");
+    EXPECT_EQ(RemovePreviousLevel(0), 0);
+    EXPECT_EQ(test::BytesOf(trle / "savegame.3"), "save");
+    EXPECT_TRUE(test::Exists(trle / "Kelvash.txt"));
+    EXPECT_TRUE(InstallLevel(0));
+    EXPECT_TRUE(test::Exists(trle / "Kelvash.txt"));
+    EXPECT_EQ(test::BytesOf(trle / "savegame.3"), "save");
+    EXPECT_EQ(test::BytesOf(trle / "savegame.4"), "stashed");
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(Removal, TellsSavesThatCannotBeRescued) {
+    user.MayBeTold("Kelvash.txt\" is damaged");
+    test::MakeFile(home / "rescued_saves_1", "in the way");
+    test::MakeFile(trle / "Kelvash.txt", "nothing of use");
+    test::MakeFile(trle / "savegame.0", "save");
+    const std::string told =
+        "critical: Nothing more is done, because savegames, screenshots and notes in the TRLE folder have no "
+        "level to go to and can't be put into the application's folder: C:\\Kelvash";
+    EXPECT_FALSE(InstallLevel(2));
+    EXPECT_EQ(user.Told().back(), told);
+    Bar bar;
+    EXPECT_FALSE(FullRestore(bar, false));
+    EXPECT_EQ(user.Told().back(), told);
+    EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "save");
 }
 
 TEST_F(Removal, TellsADamagedMarkerAndDeletesIt) {

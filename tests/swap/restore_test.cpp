@@ -106,6 +106,51 @@ TEST_F(Restore, FullTellsAFolderThatCannotBeRestored) {
     EXPECT_TRUE(test::Exists(trle / "script.dat"));
 }
 
+TEST_F(Restore, FullTellsFilesOfTheRootInAMessageOfTheirOwn) {
+    fs::remove(trle / "script.dat");
+    fs::create_directory(trle / "script.dat");
+    EXPECT_FALSE(FullRestore(bar, false));
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre("critical: These original files could not be brought back. It is tried again at the "
+                    "next start:\r\nC:\\trle\\script.dat",
+                    "plain: Restored original Tomb Raider Level Editor configuration"));
+}
+
+TEST_F(Restore, FullMovesTheBarFromTheFilesOfDataOn) {
+    core::profile.FullBackup = false;
+    EXPECT_TRUE(FullRestore(bar, false));
+    EXPECT_THAT(user.percents, ElementsAre(0, 33, 66, 100, 0));
+}
+
+TEST_F(Restore, FullMayOpenTheProgressDialog) {
+    core::profile.FullBackup = false;
+    EXPECT_TRUE(FullRestore(bar, true));
+    EXPECT_THAT(user.Shown(),
+                ElementsAre("Removing files of old level from TRLE folder", "", "",
+                            "Removing all critical files from TRLE folder",
+                            "Copying original .dat e .tr4 files in TRLE folder", "Restore finished", ""));
+}
+
+TEST_F(Restore, FullTakesWhatTheBackupLacks) {
+    user.MayBeTold("Files of the TRLE folder that the backup doesn't hold made way: 1.");
+    fs::remove(backup / "load.bmp");
+    test::MakeFile(backup / "other.bmp", "a bitmap");
+    fs::remove(backup / "script.dat");
+    EXPECT_TRUE(FullRestore(bar, false));
+    EXPECT_FALSE(test::Exists(trle / "load.bmp"));
+    EXPECT_FALSE(test::Exists(trle / "script.dat"));
+}
+
+TEST_F(Restore, FullOfAFolderThatCannotBeReadTellsItAndAsksNothing) {
+    fs::rename(trle, drive / "gone");
+    EXPECT_FALSE(FullRestore(bar, false));
+    EXPECT_THAT(user.Told(), ElementsAre("critical: The TRLE folder can't be read now. Nothing has been "
+                                         "changed: C:\\trle"));
+    EXPECT_THAT(user.Asked(), IsEmpty());
+    EXPECT_FALSE(test::Exists(trle));
+}
+
 TEST_F(Restore, FullWithoutABackupDoesNothing) {
     fs::remove_all(backup);
     const std::vector<std::string> before = NamesIn(trle);

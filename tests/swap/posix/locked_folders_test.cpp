@@ -54,7 +54,7 @@ class LockedFolders : public test::SwapHome {
         test::MakeFile(trle / "savegame.0", "city save");
     }
     ~LockedFolders() override {
-        for (const fs::path& folder : {trle, trle / "data", StashPath(0), StashPath(1), StashPath(2)}) {
+        for (const fs::path& folder : {home, trle, trle / "data", StashPath(0), StashPath(1), StashPath(2)}) {
             std::error_code error;
             fs::permissions(folder, kWritable, error);
         }
@@ -129,6 +129,47 @@ TEST_F(LockedFolders, ARootThatCannotBeWrittenKeepsTheLevelAndItsSaves) {
     EXPECT_EQ(CurrentLevelCode(), kNoLevel) << "its saves are in its stash too";
     fs::permissions(trle, kWritable);
     ExpectCitySaveAfterTheNextInstall();
+}
+
+TEST_F(LockedFolders, AMarkerThatCannotBeDeletedKeepsNoOriginalAway) {
+    user.MayBeTold("A change of the TRLE folder had been cut short");
+    EXPECT_TRUE(InstallLevel(0));
+    fs::remove(trle / "savegame.0");
+    AddLevel(3, "Song", {{"song.tr4", "SONG"}, {"000.wav", "song wave"}});
+    EXPECT_TRUE(InstallLevel(3));
+    fs::permissions(trle, kReadOnly);
+    EXPECT_EQ(AsOrdinaryUser([] { return RemovePreviousLevel(-1); }), 0);
+    EXPECT_THAT(user.Told(), ElementsAre("critical: I cann't delete file: C:\\trle\\Kelvash.txt"));
+    EXPECT_EQ(test::BytesOf(trle / "audio" / "000.wav"), "original audio/000.wav");
+    EXPECT_TRUE(test::Exists(trle / "Kelvash.txt"));
+    fs::permissions(trle, kWritable);
+    EXPECT_EQ(AsOrdinaryUser([] { return RemovePreviousLevel(-1); }), 0);
+    EXPECT_FALSE(test::Exists(trle / "Kelvash.txt"));
+    EXPECT_EQ(CurrentLevelCode(), 0);
+}
+
+TEST_F(LockedFolders, AFileThatCannotComeGivesItsPlaceBackToTheUsersOwn) {
+    AddLevel(3, "Big", {{"big.tr4", std::string(6000, 'b')}});
+    test::MakeFile(trle / "data" / "big.tr4", "my own level");
+    {
+        const FullDisk full(4096);
+        EXPECT_TRUE(InstallLevel(3));
+    }
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: These files of the level could not be copied into the TRLE "
+                            "folder:\r\n\\data\\big.tr4"));
+    EXPECT_EQ(test::BytesOf(trle / "data" / "big.tr4"), "my own level");
+}
+
+TEST_F(LockedFolders, ARestoreThatCannotBeginIsNotCalledDone) {
+    fs::remove(trle / "savegame.0");
+    fs::permissions(home, kReadOnly);
+    Bar bar;
+    EXPECT_FALSE(AsOrdinaryUser([&] { return FullRestore(bar, false); }));
+    EXPECT_THAT(user.Told(), testing::Each(StartsWith("critical: Error: I can't overwrite (or create) file: "
+                                                      "C:\\Kelvash\\Swap_")));
+    EXPECT_EQ(test::BytesOf(trle / "script.dat"), "city script");
+    fs::permissions(home, kWritable);
 }
 
 TEST_F(LockedFolders, AnApplicationFolderWithoutRoomForTheRecordStopsTheSwap) {
