@@ -145,7 +145,8 @@ void BreakingHome::MakeDecoys() const {
 void BreakingHome::SetUp() {
     MakeDecoys();
     fs::remove_all(ground / "box");
-    const ProgramStart start = {Built("bin/kelvash-cli"), {"--json", "demo", (ground / "box").string()}, {}, streams_};
+    const ProgramStart start = {
+        Built("bin/kelvash-cli"), {"--json", "demo", (ground / "box").string()}, {}, streams_};
     const Told told = Tell(start, RunProgram(start));
     ASSERT_EQ(told.status(), 0) << told.Story();
     MakeFile(drive / "Other/savegame.0", "of another program");

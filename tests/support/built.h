@@ -1,4 +1,5 @@
-// What the build made beside the tests: no test is compiled for one build alone, so a compiler cache serves several.
+// What the build made beside the tests: no test is compiled for one build alone, so a compiler cache serves
+// several.
 #pragma once
 
 #include <filesystem>

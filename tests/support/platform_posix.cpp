@@ -35,7 +35,9 @@ fs::path Built(const fs::path& program) {
     return fs::read_symlink("/proc/self/exe").parent_path().parent_path() / program;
 }
 
-int Slowness() { return dlsym(RTLD_DEFAULT, "__asan_init") == nullptr ? 1 : 5; }
+int Slowness() {
+    return dlsym(RTLD_DEFAULT, "__asan_init") == nullptr ? 1 : 5;
+}
 
 void SetEnvironment(const std::string& name, const std::string& value) {
     if (setenv(name.c_str(), value.c_str(), 1) != 0) std::abort();

@@ -27,7 +27,9 @@ fs::path Built(const fs::path& program) {
     return path.replace_extension(".exe");
 }
 
-int Slowness() { return 1; }
+int Slowness() {
+    return 1;
+}
 
 void SetEnvironment(const std::string& name, const std::string& value) {
     if (_wputenv_s(fs::path(name).c_str(), fs::path(value).c_str()) != 0) std::abort();
