@@ -6,6 +6,7 @@
 #include <set>
 
 #include "breaking/breaking_home.h"
+#include "support/built.h"
 
 namespace kelvash::test {
 namespace {
@@ -18,6 +19,13 @@ struct Changing {
     Words words;
     // True if a second command may find what it is about gone, or not to be had twice.
     bool excludes = false;
+};
+
+// What a user's hand does in a window.
+struct Hand {
+    std::string name;
+    std::string does;
+    std::string forms = {};
 };
 
 class Pairs : public BreakingHome {
@@ -44,8 +52,11 @@ class Pairs : public BreakingHome {
     }
     // Starts both at one instant.
     std::array<Told, 2> RunBoth(Words first, Words second, int wait);
+    // The command beside a window in which a hand works; see standins/hand.
+    Told RunBeside(const Hand& hand, const Words& words, int round);
+    void CheckAfter(const std::vector<Told>& told, bool removed);
     void Check(const Changing& first, const Changing& second, const std::array<Told, 2>& told, bool waited);
-    void CheckLevels(const std::array<Told, 2>& told, bool removed);
+    void CheckLevels(const std::vector<Told>& told, bool removed);
     void CheckSaves();
     void Try(const Changing& first, const Changing& second, int wait);
     void Prepare();
@@ -96,7 +107,7 @@ std::array<Told, 2> Pairs::RunBoth(Words first, Words second, int wait) {
 }
 
 // Each record has its folder, each folder its record, and what both held stands.
-void Pairs::CheckLevels(const std::array<Told, 2>& told, bool removed) {
+void Pairs::CheckLevels(const std::vector<Told>& told, bool removed) {
     const Told list = Run({"levels"});
     ASSERT_EQ(list.status(), 0) << list.Story();
     std::set<int> codes;
@@ -162,18 +173,22 @@ void Pairs::Check(const Changing& first, const Changing& second, const std::arra
                 second.name == "init")
         << "neither went through\n"
         << told[0].Story() << told[1].Story();
-    const Told status = Run({"status"});
-    EXPECT_EQ(status.status(), 0) << status.Story();
     const bool removed = (first.name == "remove" && told[0].status() == 0) ||
                          (second.name == "remove" && told[1].status() == 0);
-    CheckLevels(told, removed);
-    CheckSaves();
     const bool profiled = (first.name == "profile" && told[0].status() == 0) ||
                           (second.name == "profile" && told[1].status() == 0);
     if (profiled) {
         const Told field = Run({"profile", "SavegamesToKeep"});
         EXPECT_EQ(field.result.value("SavegamesToKeep", 0), 77) << "a setting is lost\n" << field.Story();
     }
+    CheckAfter({told[0], told[1]}, removed);
+}
+
+void Pairs::CheckAfter(const std::vector<Told>& told, bool removed) {
+    const Told status = Run({"status"});
+    EXPECT_EQ(status.status(), 0) << status.Story();
+    CheckLevels(told, removed);
+    CheckSaves();
     Succeed({"restore", "fast"});
     CheckSaves();
     const FileMap now = OriginalFiles();
@@ -183,6 +198,39 @@ void Pairs::Check(const Changing& first, const Changing& second, const std::arra
     }
     for (const auto& [name, bytes] : now)
         EXPECT_EQ(original.count(name), 1U) << name << " is left in TRLE";
+}
+
+Told Pairs::RunBeside(const Hand& hand, const Words& words, int round) {
+    constexpr int kLongestStart = 2000; // of 10 ms each
+    const fs::path ready = place / "ready";
+    const fs::path go = place / "go";
+    for (const fs::path& sign : {ready, go})
+        fs::remove(sign);
+    ProgramStart window = Command({}, Answers::None, "window");
+    window.program = Built("bin/kelvash");
+    window.words = {"--home", home.string()};
+    window.environment.insert({{"QT_QPA_PLATFORM", "offscreen"},
+                               {"QT_QPA_GENERIC_PLUGINS", "hand"},
+                               {"QT_PLUGIN_PATH", Built("tests/plugins").string()},
+                               {"DBUS_SESSION_BUS_ADDRESS", "disabled:"},
+                               {"HAND_READY", ready.string()},
+                               {"HAND_GO", go.string()},
+                               {"HAND_DOES", hand.does},
+                               {"HAND_FORMS", hand.forms}});
+    RunningProgram shown(window);
+    for (int i = 0; i < kLongestStart && !Exists(ready); ++i)
+        usleep(10'000);
+    EXPECT_TRUE(Exists(ready)) << "no window";
+    const ProgramStart start = Command(words, Answers::Yes, "1");
+    RunningProgram other(start);
+    usleep(static_cast<useconds_t>(round % 5 * 10'000)); // the command needs some time to begin
+    MakeFile(go, "");
+    const ProgramEnd end = other.Wait();
+    const ProgramEnd closed = shown.Wait();
+    EXPECT_EQ(closed.status, 0) << "the window: signal " << closed.signal << "\n" << closed.errors;
+    WaitForGame();
+    figures.Count("runs", 2);
+    return Tell(start, end);
 }
 
 void Pairs::Try(const Changing& first, const Changing& second, int wait) {
@@ -213,6 +261,41 @@ TEST_F(Pairs, ThatWaitForEachOtherBothSucceed) {
         for (std::size_t k = i; k < commands.size(); ++k)
             if (LongForm() || number++ % kEach == 0) Try(commands[i], commands[k], 20);
     EXPECT_GT(figures.Of("pairs"), 3);
+}
+
+// The rows are sorted by name: the original, levels 2, 3, 4 and 1.
+const std::vector<Hand> kHands = {{"play", "1 Pul_Play"},
+                                  {"properties", "3 mnu_Property"},
+                                  {"delete", "2 mnu_RemoveLevel"},
+                                  {"restore fast", "mnu_SetOriginale", "Dialog_Restore=Pul_Fast"},
+                                  {"restore full", "mnu_SetOriginale", "Dialog_Restore=Pul_Full"}};
+
+TEST_F(Pairs, AHandInTheWindowDoesItsWork) {
+    for (const Hand& hand : kHands) {
+        SCOPED_TRACE(hand.name);
+        Prepare();
+        RunBeside(hand, {"levels"}, 0);
+        const int in = Run({"status"}).result.value("installed", -1);
+        EXPECT_EQ(in, hand.name == "play" ? 2 : hand.name.starts_with("restore") ? 0 : 1);
+        EXPECT_EQ(Levels().contains(3), hand.name != "delete");
+    }
+}
+
+TEST_F(Pairs, OfAWindowAndACommandLoseNothing) {
+    constexpr int kEach = 11;
+    int number = 0;
+    for (const Hand& hand : kHands)
+        for (const Changing& command : Commands())
+            for (int round = 0; round < BreakingRounds(); ++round) {
+                if (command.name == "init" || (!LongForm() && number++ % kEach != 0)) continue;
+                Prepare();
+                const Told told = RunBeside(hand, command.words, round);
+                SCOPED_TRACE(hand.name + " beside " + told.Story());
+                ExpectSane(told, 40);
+                CheckAfter({told}, hand.name == "delete" || command.name == "remove");
+                figures.Count("pairs with a window");
+            }
+    EXPECT_GT(figures.Of("pairs with a window"), 5);
 }
 
 // Half of all pairs of installs lost a save of the level that was in.
