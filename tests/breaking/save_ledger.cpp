@@ -53,7 +53,6 @@ void SaveLedger::TakeStash(const fs::path& level) {
 
 void SaveLedger::Write(const fs::path& file, const std::string& owner) {
     if (fs::exists(file)) Drop(BytesOf(file));
-    fs::remove(file); // its bytes may be linked elsewhere
     const std::string bytes = WriteStamped(file, "save of " + owner);
     saves_[bytes] = {owner, file.filename().string()};
 }
@@ -109,7 +108,8 @@ std::map<std::string, std::vector<SaveLedger::Found>> SaveLedger::FindAll() cons
     std::map<std::string, std::vector<Found>> all;
     std::error_code error;
     for (fs::recursive_directory_iterator at(drive_, error), end; at != end; at.increment(error)) {
-        if (at->path() == home_ / "backup_trle") {
+        // Copies: of the original, and of a move that isn't done. Each save has to be somewhere else as well.
+        if (at->path() == home_ / "backup_trle" || at->path().filename() == "KELVASH_MOVE") {
             at.disable_recursion_pending();
             continue;
         }

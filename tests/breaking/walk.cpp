@@ -253,7 +253,9 @@ bool WalkHome::Step() {
 }
 
 void WalkHome::EndWalk() {
-    const Told fast = Run({"restore", "fast"}, Answers::Yes);
+    // A level whose folder somebody has taken away leaves with a complaint, once.
+    Told fast = Run({"restore", "fast"}, Answers::Yes);
+    if (fast.status() != 0 && fast.Warned()) fast = Run({"restore", "fast"}, Answers::Yes);
     EXPECT_EQ(fast.status(), 0) << fast.Story();
     EXPECT_EQ(ledger_->Faults(), "") << "after the last fast restore";
     EXPECT_EQ(ledger_->FaultsOfRoot(), "") << "after the last fast restore";

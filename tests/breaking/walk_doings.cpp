@@ -46,6 +46,7 @@ void WalkHome::Player() {
 
 void WalkHome::TellsNothing() {
     if (marker_damaged_ && record_damaged_) {
+        trle_damaged_ = true; // nor what was overwritten: a full restore brings that back
         ledger_->OrphanRoot();
         in_.reset();
     }

@@ -118,6 +118,7 @@ std::string WriteStamped(const fs::path& path, const std::string& text) {
     static int serial = 0;
     const std::string bytes = text + " #" + std::to_string(++serial);
     const fs::path file = KnownSpelling(path);
+    fs::remove(file); // its bytes may be linked elsewhere
     MakeFile(file, bytes);
     const auto start = fs::file_time_type::clock::now() - std::chrono::hours(24 * 365);
     fs::last_write_time(file, start + std::chrono::seconds(2 * serial));
