@@ -11,6 +11,7 @@ cmake --build --preset release --target \
     ratios intake_ratios swap_once inflate_files empty peak kelvash-cli empty_window window_bench kelvash >/dev/null
 rm -rf "$work"
 mkdir -p "$work"
+work=$(cd "$work" && pwd) # some commands run in a folder of it
 trap 'rm -rf "$work"' EXIT
 "$build/bench/ratios" "$work" "$build/bench" "$build/bin/kelvash-cli"
 mkdir "$work/intake"

@@ -1,10 +1,9 @@
 #include <dirent.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <fstream>
 #include <memory>
-#include <sstream>
 #include <system_error>
 
 #include "foundation/drives.h"
@@ -72,12 +71,16 @@ std::vector<std::string> ProcessIds() {
 }
 
 std::string BytesOfProcess(const std::string& id, const char* file) {
-    // A process that ends between the opening and the reading is an error here, which must not become an
-    // exception.
-    const std::ifstream stream(fs::path("/proc") / id / file, std::ios::binary);
-    std::ostringstream bytes;
-    bytes << stream.rdbuf();
-    return bytes.str();
+    const std::string path = "/proc/" + id + "/" + file;
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) return {};
+    std::string bytes;
+    char block[4096];
+    // A process that ends meanwhile is an error here, and the end of what can be read.
+    for (ssize_t got = 0; (got = ::read(descriptor, block, sizeof block)) > 0;)
+        bytes.append(block, static_cast<std::size_t>(got));
+    ::close(descriptor);
+    return bytes;
 }
 
 std::int64_t FindProcessOf(const NativeFile& program) {
