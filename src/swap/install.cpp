@@ -194,8 +194,10 @@ bool BringSavesBack(SwapRecord& record, KeptFiles& kept) {
 bool GiveBackOriginal() {
     SwapRecord record;
     record.Owner = OwnerOf(0);
-    if (const FoundRecord found = ReadSwapRecord(); found.Record.Step == SwapStep::Original)
-        record.LeftOverwritten = found.Record.LeftOverwritten;
+    if (FoundRecord found = ReadSwapRecord(); found.Record.Step == SwapStep::Original) {
+        record.LeftOverwritten = std::move(found.Record.LeftOverwritten);
+        record.LeftCopied = std::move(found.Record.LeftCopied);
+    }
     if (!WriteSwapRecord(record)) return false;
     KeptFiles kept;
     const bool all_back = BringSavesBack(record, kept);

@@ -160,9 +160,28 @@ std::int32_t RemoveLevelFound(TrleState& state, std::int32_t code) {
     return is_homeless ? LeaveIn(state, state.Record.Owner.Folder, state.Code, code) : TakeOut(state);
 }
 
-// Originals that a full disk or a locked folder kept away at the last removal. Those whose place a level
-// holds wait for its end.
-CutShort BringMissingBack(SwapRecord record) {
+// A level that is in takes what an earlier one left along when it goes.
+bool LeavesWork(const SwapRecord& record) {
+    return !record.LeftOverwritten.empty() ||
+           (record.Step == SwapStep::Original && !record.LeftCopied.empty());
+}
+
+// Files that a locked folder has kept at the last removal. False after a message if one still can't go.
+bool DeleteLeftovers(SwapRecord& record, KeptFiles& kept) {
+    SwapRecord left;
+    left.LeftCopied = std::move(record.LeftCopied);
+    record.LeftCopied.clear();
+    std::erase_if(left.LeftCopied, [](const RecordedFile& file) {
+        return !IsStill(core::TrleFolder() + file.Target, file.Stamp);
+    });
+    if (DeleteCopied(left, kept)) return true;
+    record.LeftCopied = std::move(left.LeftCopied);
+    return false;
+}
+
+// Ends what a full disk or a locked folder has kept from its end at the last removal. Originals whose place
+// a level holds wait until it goes.
+CutShort EndLeftovers(SwapRecord record) {
     SwapRecord missing;
     missing.LeftOverwritten = std::move(record.LeftOverwritten);
     const bool is_in = record.Step == SwapStep::In;
@@ -176,11 +195,12 @@ CutShort BringMissingBack(SwapRecord record) {
         std::erase_if(missing.LeftOverwritten, waits);
     }
     KeptFiles kept;
+    const bool deleted = is_in || DeleteLeftovers(record, kept);
     const std::vector<RecordedFile> still = RestoreOverwritten(missing, false, kept);
     record.LeftOverwritten.insert(record.LeftOverwritten.end(), still.begin(), still.end());
     TellKept(kept);
     if (!WriteSwapRecord(record)) return CutShort::Refused;
-    return is_in || still.empty() ? CutShort::Ended : CutShort::FilesLeft;
+    return is_in || (still.empty() && deleted) ? CutShort::Ended : CutShort::FilesLeft;
 }
 
 } // namespace
@@ -189,18 +209,18 @@ bool IsCutShort() {
     const FoundRecord found = ReadSwapRecord();
     const SwapStep step = found.Record.Step;
     return found.State == RecordState::Good && step != SwapStep::In &&
-           (step != SwapStep::Original || !found.Record.LeftOverwritten.empty());
+           (step != SwapStep::Original || LeavesWork(found.Record));
 }
 
 CutShort EndCutShort() {
     if (!FolderExists(core::TrleFolder())) return IsCutShort() ? CutShort::Refused : CutShort::Ended;
     TrleState state = LookAtTrle();
-    if (state.Content != Holds::CutShort && state.Record.LeftOverwritten.empty()) return CutShort::Ended;
+    if (state.Content != Holds::CutShort && !LeavesWork(state.Record)) return CutShort::Ended;
     const core::Change change(MessageId::kDoingEndSwap, core::kSwap);
     if (!change) return CutShort::Refused;
     state = LookAtTrle(); // another program may have ended it meanwhile
     if (state.Content != Holds::CutShort)
-        return state.Record.LeftOverwritten.empty() ? CutShort::Ended : BringMissingBack(state.Record);
+        return LeavesWork(state.Record) ? EndLeftovers(state.Record) : CutShort::Ended;
     if (state.Record.Step == SwapStep::Restoring) {
         if (!EndFullRestore()) return CutShort::Refused;
     } else {

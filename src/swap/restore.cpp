@@ -128,6 +128,17 @@ void RestoreFiles(Restoring& run) {
         RestoreFolder(run, folder);
 }
 
+// What of the level couldn't be deleted, for the next swap to try again.
+std::vector<RecordedFile> LeftOf(SwapRecord&& record) {
+    std::vector<RecordedFile> left = std::move(record.Copied);
+    left.insert(left.end(), record.LeftCopied.begin(), record.LeftCopied.end());
+    std::erase_if(left, [](const RecordedFile& file) {
+        return !IsStill(core::TrleFolder() + file.Target, file.Stamp) ||
+               FileExists(BackupFolder() + file.Target);
+    });
+    return left;
+}
+
 // Makes everything original; a run that is cut short here is ended at the next start, and a file of the
 // backup that couldn't come is brought then. Nothing if it couldn't be begun; else true if all are in their
 // place.
@@ -141,8 +152,9 @@ std::optional<bool> RestoreAll(Bar& bar) {
     // The saves of level 0000 stay in its stash; what the backup holds of them is in the root again.
     SwapRecord original;
     original.Owner = OwnerOf(0);
+    original.LeftCopied = LeftOf(std::move(run.record));
     original.LeftOverwritten = std::move(run.missing);
-    return WriteSwapRecord(original) && run.whole;
+    return WriteSwapRecord(original) && run.whole && original.LeftCopied.empty();
 }
 
 Swapped RestoreHere(Bar& bar, bool show_progress) {

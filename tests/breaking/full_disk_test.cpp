@@ -207,6 +207,7 @@ void VanishedDrives::TakeAway(const DiskCommand& command, const fs::path& folder
     }
     if (Exists(folder)) fs::rename(folder, drive / "made anew");
     ledger->Expect(drive / "made anew", owner);
+    fs::create_directories(folder.parent_path()); // a move may have taken it along
     fs::rename(aside, folder);
     if (command.name != "recover") ExpectRecovery();
 }

@@ -121,6 +121,18 @@ TEST_F(LockedFolders, AFileThatCannotBeDeletedMakesTheRestoreFailTillItCan) {
     ExpectCitySaveAfterTheNextInstall();
 }
 
+TEST_F(LockedFolders, AFileThatAFullRestoreCannotDeleteGoesWithTheNextSwap) {
+    Bar bar;
+    fs::permissions(trle / "data", kReadOnly);
+    EXPECT_FALSE(AsOrdinaryUser([&] { return FullRestore(bar, false); }));
+    EXPECT_EQ(user.Told().front(), "critical: I cann't delete file: C:\\trle\\data\\city.tr4");
+    EXPECT_TRUE(test::Exists(trle / "data" / "city.tr4"));
+    fs::permissions(trle / "data", kWritable);
+    EXPECT_TRUE(AsOrdinaryUser([] { return FastRestore(); }));
+    EXPECT_FALSE(test::Exists(trle / "data" / "city.tr4"));
+    EXPECT_EQ(test::BytesOf(StashPath(1) / "savegame.0"), "city save");
+}
+
 TEST_F(LockedFolders, ARootThatCannotBeWrittenKeepsTheLevelAndItsSaves) {
     fs::permissions(trle, kReadOnly);
     EXPECT_FALSE(AsOrdinaryUser([] { return InstallLevel(2); }));
