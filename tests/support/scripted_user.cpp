@@ -80,6 +80,7 @@ std::optional<std::string> ScriptedUser::Take(const std::string& text) {
 }
 
 void ScriptedUser::Message(MessageStyle style, const MessageText& text) {
+    if (when_told) when_told();
     told_.push_back(std::string(StyleName(style)) + ": " + text);
 }
 

@@ -54,6 +54,7 @@ class ScriptedUser final : public User {
     bool StopRequested() override { return stop; }
 
     bool stop = false;
+    std::function<void()> when_told; // by a message, before it is noted
     int pumps = 0;
     int stop_at_pump = 0; // counted from 1; 0 is never
     int last_percent = -1;

@@ -16,36 +16,6 @@ using testing::EndsWith;
 
 namespace fs = std::filesystem;
 
-// Does something when it is told anything.
-class MeddlingUser final : public User {
-  public:
-    MeddlingUser(const fs::path& file) : file_(file), old_(SetUser(this)) {}
-    ~MeddlingUser() override { SetUser(old_); }
-
-    void Message(MessageStyle, const MessageText&) override { test::MakeFile(file_, "late"); }
-    Answer Ask(Buttons, MessageStyle, const MessageText&) override { return Answer::None; }
-    std::optional<std::string> Input(const std::string&, const MessageText&, const std::string&) override {
-        return std::nullopt;
-    }
-    std::optional<std::string> OpenFile(const FileDialog&) override { return std::nullopt; }
-    std::optional<std::string> SaveFile(const FileDialog&) override { return std::nullopt; }
-    std::optional<std::string> ChooseFolder(const MessageText&, const std::string&) override {
-        return std::nullopt;
-    }
-    std::string ShowForm(const ChoiceForm&) override { return {}; }
-    void OpenProgress(BarPlace, const std::string&) override {}
-    void CloseProgress(BarPlace) override {}
-    void SetLabel(BarPlace, const std::string&) override {}
-    void SetBar(BarPlace, int) override {}
-    void LevelListChanged() override {}
-    void PumpEvents() override {}
-    bool StopRequested() override { return false; }
-
-  private:
-    fs::path file_;
-    User* old_;
-};
-
 class Saves : public test::SwapHome {};
 
 TEST_F(Saves, ThatComeLateAreNotDeletedWithThoseThatAreAway) {
@@ -57,10 +27,9 @@ TEST_F(Saves, ThatComeLateAreNotDeletedWithThoseThatAreAway) {
     fs::last_write_time(StashPath(1) / "savegame.0",
                         fs::file_time_type::clock::now() - std::chrono::hours(1));
     SwapRecord record = ReadSwapRecord().Record;
-    {
-        const MeddlingUser meddling(trle / "savegame.9");
-        EXPECT_EQ(StashLevelFiles("C:\\Levels\\LEVEL_0001", record, true), StashResult::Done);
-    }
+    user.when_told = [this] { test::MakeFile(trle / "savegame.9", "late"); };
+    EXPECT_EQ(StashLevelFiles("C:\\Levels\\LEVEL_0001", record, true), StashResult::Done);
+    EXPECT_EQ(user.Told().size(), 1U);
     EXPECT_EQ(test::BytesOf(trle / "savegame.9"), "late");
     EXPECT_FALSE(test::Exists(trle / "savegame.0"));
     EXPECT_EQ(test::BytesOf(StashPath(1) / "savegame.0"), "of the root");

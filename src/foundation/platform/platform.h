@@ -52,8 +52,8 @@ bool ClearReadOnly(const NativeFile& file);
 // Gives a file a second name, which doesn't exist yet, where the file system can. The two are one file then:
 // a change of the one in place changes the other.
 bool LinkFile(const NativeFile& file, const NativeFile& name);
-// Exchanges the places of two folders in one step; false where the file system can't.
-bool ExchangeFolders(const NativeFile& a, const NativeFile& b);
+// Exchanges the places of two folders, or of two files, in one step; false where the file system can't.
+bool Exchange(const NativeFile& a, const NativeFile& b);
 // Unlinks a file, a read-only one too. False for a folder and for a missing file.
 bool Unlink(const NativeFile& file);
 // Removes an empty folder, a read-only one too, or a link to a folder. False for anything else.

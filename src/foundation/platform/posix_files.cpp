@@ -147,7 +147,7 @@ bool LinkFile(const NativeFile& file, const NativeFile& name) {
     return ::link(file.c_str(), name.c_str()) == 0;
 }
 
-bool ExchangeFolders(const NativeFile& a, const NativeFile& b) {
+bool Exchange(const NativeFile& a, const NativeFile& b) {
     return ::renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
 }
 

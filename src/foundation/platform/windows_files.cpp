@@ -80,7 +80,7 @@ bool LinkFile(const NativeFile& file, const NativeFile& name) {
     return CreateHardLinkW(name.c_str(), file.c_str(), nullptr) != 0;
 }
 
-bool ExchangeFolders(const NativeFile&, const NativeFile&) {
+bool Exchange(const NativeFile&, const NativeFile&) {
     return false;
 }
 
