@@ -31,7 +31,7 @@ struct Descriptor {
 };
 
 bool CopyByBlocks(int from, int to, const GoOn& go_on) {
-    const auto block = std::make_unique<char[]>(kCopyBlock);
+    const auto block = std::make_unique_for_overwrite<char[]>(kCopyBlock);
     for (;;) {
         const ssize_t got = ::read(from, block.get(), kCopyBlock);
         if (got == 0) return true;
