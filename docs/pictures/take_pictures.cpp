@@ -5,13 +5,19 @@
 #include <filesystem>
 #include <functional>
 
+#include "cd/messages.h"
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/profile.h"
+#include "core/start_up_messages.h"
 #include "foundation/drives.h"
+#include "intake/messages.h"
 #include "intake/new_level.h"
 #include "swap/backup.h"
+#include "swap/backup_messages.h"
+#include "swap/compression_messages.h"
 #include "trle/find_trle.h"
+#include "trle/messages.h"
 #include "ui/Dialog_Autore.h"
 #include "ui/Dialog_InputTesto.h"
 #include "ui/Dialog_NewLevel.h"
@@ -20,11 +26,13 @@
 #include "ui/Dialog_Restore.h"
 #include "ui/Dialog_Settings.h"
 #include "ui/Dialog_Splash.h"
+#include "ui/Dialog_TrovaTrle_messages.h"
 #include "ui/Dialog_Wait.h"
 #include "ui/Dialog_Zip.h"
 #include "ui/Principale.h"
 #include "ui/forms_user.h"
 #include "ui/help.h"
+#include "ui/messages.h"
 #include "ui/shipped_files.h"
 #include "ui/theme.h"
 
@@ -80,33 +88,33 @@ void TakeMainForm(const Camera& camera, Principale& form) {
 
 // The questions of a first start, each answered by closing it.
 void TakeFirstStart(const Camera& camera, FormsUser& user) {
-    user.SetFirstTitle(Caption(MessageId::kBoxTitleDemo));
+    user.SetFirstTitle(Caption(msg::kBoxTitleDemo));
     const std::string trle = core::profile.TrleFolder;
     camera.TakeModal("dialog_trovatrle", [&] {
-        user.ShowForm({"Dialog_TrovaTrle", LoadMessage(MessageId::kFindTrleCaption, {}), trle, {}});
+        user.ShowForm({"Dialog_TrovaTrle", LoadMessage(msg::kFindTrleCaption), trle, {}});
     });
     camera.TakeModal("question_original", [&] {
         user.Ask(Buttons::YesNo, MessageStyle::Question,
-                 LoadMessage(MessageId::kOriginalNeeded, {}) + kLineBreak +
-                     LoadMessage(MessageId::kOriginalQuestion, {trle}) + kLineBreak +
-                     LoadMessage(MessageId::kOriginalNote, {}));
+                 LoadMessage(msg::kOriginalNeeded) + kLineBreak +
+                     LoadMessage(msg::kOriginalQuestion, {trle}) + kLineBreak +
+                     LoadMessage(msg::kOriginalNote));
     });
     camera.TakeModal("question_backup", [&] {
         user.Ask(Buttons::YesNo, MessageStyle::Question,
-                 LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak}));
+                 LoadMessage(msg::kFullBackupQuestion, {kLineBreak, kLineBreak}));
     });
     camera.TakeModal("dialog_newarc", [&] {
-        user.ShowForm({"Dialog_NewArc", LoadMessage(MessageId::kNewArcCaption, {}), {}, {}});
+        user.ShowForm({"Dialog_NewArc", LoadMessage(msg::kNewArcCaption), {}, {}});
     });
     camera.TakeModal("dialog_getdir", [&] {
-        user.ChooseFolder(LoadMessage(MessageId::kTrovaBrowseTitle, {}), core::profile.TrleFolder);
+        user.ChooseFolder(LoadMessage(msg::kTrovaBrowseTitle), core::profile.TrleFolder);
     });
     camera.TakeModal("dialog_insertcd", [&] {
         user.ShowForm({"Dialog_InsertCd",
-                       LoadMessage(MessageId::kCdRequestCaption, {}),
+                       LoadMessage(msg::kCdRequestCaption),
                        "E:",
                        {},
-                       LoadMessage(MessageId::kInsertCd, {}) + "2"});
+                       LoadMessage(msg::kInsertCd) + "2"});
     });
 }
 
@@ -116,21 +124,21 @@ void TakeSmallForms(const Camera& camera, FormsUser& user, Principale& form) {
     camera.Take(&splash, "dialog_splash");
     splash.hide();
     Dialog_Progress progress(&form);
-    progress.setWindowTitle(Caption(MessageId::kFullCaption));
-    progress.Label_Info->setText(Caption(MessageId::kFullCopying, {core::profile.TrleFolder}));
+    progress.setWindowTitle(Caption(msg::kFullCaption));
+    progress.Label_Info->setText(Caption(msg::kFullCopying, {core::profile.TrleFolder}));
     progress.ProgressBar1->setValue(42);
     progress.show();
     camera.Take(&progress, "dialog_progress");
     progress.hide();
     Dialog_Zip zip(&form);
-    zip.setWindowTitle(Caption(MessageId::kDecompressCaption));
-    zip.Label_Info->setText(Caption(MessageId::kUnzippingFile, {"harbour.tr4.zl"}));
+    zip.setWindowTitle(Caption(msg::kDecompressCaption));
+    zip.Label_Info->setText(Caption(msg::kUnzippingFile, {"harbour.tr4.zl"}));
     zip.ZlibTool1->setValue(65);
     zip.show();
     camera.Take(&zip, "dialog_zip");
     zip.hide();
     Dialog_Wait wait(&form);
-    wait.Label_Mex->setText(Caption(MessageId::kRemovingOldBackup));
+    wait.Label_Mex->setText(Caption(msg::kRemovingOldBackup));
     wait.show();
     camera.Take(&wait, "dialog_wait");
     wait.hide();
@@ -157,7 +165,7 @@ void TakeLevelForms(const Camera& camera, FormsUser& user, Principale& form) {
     camera.TakeModal("dialog_prefarc", [&] { form.Command("mnu_PrefArchive")->trigger(); });
     Dialog_Progress progress(&form);
     progress.ImpostaValori(true);
-    progress.setWindowTitle(Caption(MessageId::kAddUnzipping, {"Clockwork Pass.zip"}));
+    progress.setWindowTitle(Caption(msg::kAddUnzipping, {"Clockwork Pass.zip"}));
     progress.ProgressBar1->setValue(58);
     progress.show();
     camera.Take(&progress, "dialog_progress_stop");

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "cd/fragments.h"
+#include "cd/messages.h"
 #include "core/archive.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
@@ -19,16 +21,16 @@ void TakeReader(const std::string& drive) {
 
 bool HoldsFiles(const std::string& drive, std::int32_t code) {
     const std::string folder = core::CdLevelFolder(drive, code);
-    return !folder.empty() && AnyFile(core::FilesFolder(folder), LoadMessage(MessageId::kCdTr4Mask, {}));
+    return !folder.empty() && AnyFile(core::FilesFolder(folder), LoadFragment(fragment::kCdTr4Mask));
 }
 
 // What is wrong with a chosen drive; empty if the level's folder is there.
 MessageText FaultOf(const std::string& drive, std::int32_t code) {
     DriveRecord record;
-    if (!DriveInfo(drive, record)) return LoadMessage(MessageId::kCdDriveNotPresent, {drive});
-    if (!record.ready) return LoadMessage(MessageId::kCdDriveNotReady, {drive});
+    if (!DriveInfo(drive, record)) return LoadMessage(msg::kCdDriveNotPresent, {drive});
+    if (!record.ready) return LoadMessage(msg::kCdDriveNotReady, {drive});
     if (core::CdLevelFolder(drive, code).empty())
-        return LoadMessage(MessageId::kCdLevelMissing, {}) + core::LevelFolderName(code);
+        return LoadMessage(msg::kCdLevelMissing) + core::LevelFolderName(code);
     return {};
 }
 
@@ -39,14 +41,14 @@ bool AskForDrive(const std::string& start, std::int32_t code) {
     const std::string number = std::to_string(core::LevelByCode(code).CdNumber);
     for (;;) {
         const std::string chosen = TheUser().ShowForm({"Dialog_InsertCd",
-                                                       LoadMessage(MessageId::kCdRequestCaption, {}),
+                                                       LoadMessage(msg::kCdFolderTitle),
                                                        start,
                                                        {accept, cancel},
-                                                       LoadMessage(MessageId::kInsertCd, {}) + number});
+                                                       LoadMessage(msg::kInsertCd) + number});
         if (chosen.empty() || chosen == cancel) return false;
         const std::string drive = chosen.substr(0, 2);
         const MessageText fault =
-            chosen == accept ? LoadMessage(MessageId::kNoDriveSelected, {}) : FaultOf(drive, code);
+            chosen == accept ? LoadMessage(msg::kNoDriveSelected) : FaultOf(drive, code);
         if (fault.text.empty()) {
             TakeReader(drive);
             return true;
@@ -61,7 +63,7 @@ bool RequestCd(std::int32_t code) {
     if (core::LevelByCode(code).CdNumber == 0) return true;
     const std::vector<std::string> drives = CdDrives();
     if (drives.empty()) {
-        TellCritical(LoadMessage(MessageId::kNoCdReader, {}));
+        TellCritical(LoadMessage(msg::kNoCdReader));
         return false;
     }
     for (const std::string& drive : drives)

@@ -4,10 +4,14 @@
 #include <array>
 #include <iostream>
 
+#include "cli/messages.h"
 #include "cli/terminal.h"
+#include "core/level_messages.h"
 #include "foundation/drives.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
+#include "foundation/texts.h"
+#include "swap/backup_messages.h"
 
 namespace kelvash::cli {
 
@@ -31,10 +35,9 @@ constexpr std::array<Word, 7> kWords = {{{"yes", Answer::Yes},
 constexpr const char* kHiddenPassword = "***";
 
 // Questions whose No, and inputs whose Cancel, means that what the command is for isn't done.
-constexpr std::array<MessageId, 8> kPermissions = {{MessageId::kOriginalNeeded, MessageId::kBackupNoRoom,
-                                                    MessageId::kZipNoRoom, MessageId::kZipTooLarge,
-                                                    MessageId::kRemoveQuestion, MessageId::kEqualQuestion,
-                                                    MessageId::kEqualFound, MessageId::kLanguageInput}};
+constexpr std::array<MessageId, 8> kPermissions = {
+    {msg::kOriginalNeeded, msg::kBackupNoRoom, msg::kZipNoRoom, msg::kZipTooLarge, msg::kRemoveQuestion,
+     msg::kEqualQuestion, msg::kEqualFound, msg::kLanguageInput}};
 
 bool IsPermission(MessageId id) {
     return std::find(kPermissions.begin(), kPermissions.end(), id) != kPermissions.end();
@@ -95,7 +98,7 @@ std::string Choices(const std::vector<Answer>& offered) {
 
 // A text that is no message of the table has none.
 ordered_json IdOrNull(const MessageText& text) {
-    return text.id == kNoMessage ? ordered_json(nullptr) : ordered_json(static_cast<std::int32_t>(text.id));
+    return text.id == kNoMessage ? ordered_json(nullptr) : ordered_json(text.id.Number());
 }
 
 ordered_json OrNull(const std::optional<std::string>& text) {
@@ -136,7 +139,7 @@ bool CliUser::TellResult(const Result& result) {
     if (IsPlain()) {
         FinishBar();
         std::cout << ResultLines(result) << std::flush;
-        if (!result.ok) PrintError(LoadMessage(MessageId::kCliFailed, {}));
+        if (!result.ok) PrintError(LoadMessage(msg::kCliFailed));
     } else {
         std::cout << ResultEvent(result) << '\n' << std::flush;
     }
@@ -176,7 +179,7 @@ Answer CliUser::Decide(Buttons buttons, const MessageText& text, const Box& box)
             return EqualNoCase(WordOf(answer), Trim(*typed));
         });
         if (found != offered.end()) return *found;
-        PrintError(LoadMessage(MessageId::kCliNoSuchAnswer, {*typed, Choices(offered)}));
+        PrintError(LoadMessage(msg::kCliNoSuchAnswer, {*typed, Choices(offered)}));
         if (behaviour_.fallback == Fallback::Harmless) break;
     }
     return harmless;
@@ -185,7 +188,7 @@ Answer CliUser::Decide(Buttons buttons, const MessageText& text, const Box& box)
 void CliUser::NoteAnswer(const MessageText& question, Answer answer) {
     if (answer == Answer::None) {
         unanswered_ = true;
-        PrintError(LoadMessage(MessageId::kCliNoAnswer, {}) + question.text);
+        PrintError(LoadMessage(msg::kCliNoAnswer) + question.text);
     }
     const bool declined = answer == Answer::No || answer == Answer::Cancel;
     if (declined && IsPermission(question.id)) refused_ = true;

@@ -4,9 +4,11 @@
 #include <string_view>
 #include <utility>
 
+#include "cli/messages.h"
 #include "cli/terminal.h"
 #include "core/archive.h"
 #include "core/level_list.h"
+#include "core/level_view.h"
 #include "core/profile.h"
 #include "core/start_up.h"
 #include "foundation/drives.h"
@@ -43,15 +45,7 @@ bool OpenQuickly(Session& session) {
     core::ProfileState state{};
     if (!core::OpenProfile(state)) return false;
     const std::string path(Trim(core::profile.LastArchive));
-    if (path.empty()) return true;
-    if (!FileExists(path)) {
-        TellCritical(LoadMessage(MessageId::kLastArchiveNotFound, {}) + path);
-        return false;
-    }
-    if (core::LoadArchive(path)) return true;
-    if (!core::archive.ArchiveLoadRefused)
-        TellCritical(LoadMessage(MessageId::kErrorLoadingLastArchive, {}) + path);
-    return false;
+    return path.empty() || core::LoadLastArchive(path);
 }
 
 bool StartUpWithArchive(Session& session, const std::string& command_line) {
@@ -59,22 +53,30 @@ bool StartUpWithArchive(Session& session, const std::string& command_line) {
     core::StartUp(command_line);
     if (Interrupted()) return false;
     if (core::ArchiveIsOpen()) return true;
-    if (!session.user.HasTold()) TellCritical(LoadMessage(MessageId::kCliNoArchive, {}));
+    if (!session.user.HasTold()) TellNoArchive();
     return false;
 }
 
 bool EndSession(const Session& session) {
     if (!session.home_taken) return true;
     if (core::SaveProfile()) return !core::archive.ArchiveChanged;
-    TellCritical(LoadMessage(MessageId::kCliCannotSaveProfile, {}) + core::ProfilePath());
+    TellProfileNotSaved();
     return false;
+}
+
+void TellNoArchive() {
+    TellCritical(LoadMessage(msg::kCliNoArchive));
+}
+
+void TellProfileNotSaved() {
+    TellCritical(LoadMessage(msg::kCliCannotSaveProfile) + core::ProfilePath());
 }
 
 bool TakeCode(const std::string& typed, std::int32_t& code) {
     const std::optional<std::int32_t> number = WholeNumber(typed);
     code = number.value_or(-1);
     if (number && core::LevelIndex(code) >= 0) return true;
-    TellCritical(LoadMessage(MessageId::kUnknownLevelCode, {}) + typed);
+    core::TellUnknownLevel(typed);
     return false;
 }
 
@@ -93,14 +95,14 @@ nlohmann::ordered_json InstalledCode() {
 bool TakePath(const std::string& typed, std::string& path) {
     path = PathFromUser(typed);
     if (!path.empty()) return true;
-    TellCritical(LoadMessage(MessageId::kCliNotOnDrive, {}) + typed);
+    TellCritical(LoadMessage(msg::kCliNotOnDrive) + typed);
     return false;
 }
 
 bool TakeTarget(const Options& options, std::string& path) {
     if (!TakePath(options.path, path)) return false;
     if (options.force || !FileExists(path)) return true;
-    TellCritical(LoadMessage(MessageId::kCliTargetExists, {}) + path);
+    TellCritical(LoadMessage(msg::kCliTargetExists) + path);
     return false;
 }
 

@@ -61,6 +61,9 @@ Result Saves(Session& session);
 [[nodiscard]] bool SelectCode(const std::string& typed, std::int32_t& code);
 // The code of the level in TRLE; null while it is none of the open Archive.
 nlohmann::ordered_json InstalledCode();
+// Tell what their name says.
+void TellNoArchive();
+void TellProfileNotSaved();
 // True if the typed path can be reached by a drive, which every path of the logic must; tells otherwise.
 [[nodiscard]] bool TakePath(const std::string& typed, std::string& path);
 // The same for a file to be written: one that is there is only replaced with --force.

@@ -2,10 +2,12 @@
 
 #include "cli/commands.h"
 #include "cli/demo.h"
+#include "cli/messages.h"
 #include "foundation/drive_options.h"
 #include "foundation/drives.h"
 #include "foundation/messages.h"
 #include "foundation/registration.h"
+#include "swap/backup_messages.h"
 
 namespace kelvash::cli {
 
@@ -28,9 +30,9 @@ std::string PathForOthers(const fs::path& native) {
 Result Demo(Session& session) {
     AllowRegistration(false); // a sandbox is known nowhere
     const std::string yes = "yes";
-    session.user.Preset({{.id = MessageId::kOriginalNeeded, .answer = yes},
-                         {.id = MessageId::kFullBackupQuestion, .answer = yes},
-                         {.id = MessageId::kBackupNoRoom, .answer = yes}});
+    session.user.Preset({{.id = msg::kOriginalNeeded, .answer = yes},
+                         {.id = msg::kFullBackupQuestion, .answer = yes},
+                         {.id = msg::kBackupNoRoom, .answer = yes}});
     Result result;
     const fs::path folder = NativeFromUser(session.options.drives, session.options.path);
     std::error_code error;
@@ -51,9 +53,9 @@ Result Demo(Session& session) {
         {"home", text(sandbox.home)}, {"trle", text(sandbox.trle)}, {"zips", text(sandbox.zips)}};
     // A person goes on in a shell, which knows no drives.
     if (result.ok)
-        result.plain = LoadMessage(MessageId::kCliHome, {}) + ": " + sandbox.home.string() + "\n" +
-                       LoadMessage(MessageId::kCliTrle, {}) + ": " + sandbox.trle.string() + "\n" +
-                       LoadMessage(MessageId::kCliZips, {}) + ": " + sandbox.zips.string() + "\n";
+        result.plain = LoadMessage(msg::kCliDemoHome) + ": " + sandbox.home.string() + "\n" +
+                       LoadMessage(msg::kCliDemoTrle) + ": " + sandbox.trle.string() + "\n" +
+                       LoadMessage(msg::kCliDemoZips) + ": " + sandbox.zips.string() + "\n";
     return result;
 }
 

@@ -1,7 +1,10 @@
 // Commands on the home and the Archive as a whole.
 #include "cli/commands.h"
+#include "cli/messages.h"
 #include "core/archive.h"
+#include "core/archive_messages.h"
 #include "core/change.h"
+#include "core/fragments.h"
 #include "core/profile.h"
 #include "core/start_up.h"
 #include "foundation/drives.h"
@@ -9,6 +12,7 @@
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "swap/backup.h"
+#include "swap/backup_messages.h"
 #include "swap/trle_folder.h"
 #include "swap/trle_state.h"
 
@@ -24,14 +28,13 @@ std::string ArchivePath() {
 // without an Archive.
 std::vector<AnswerEntry> NewArchiveAnswers(const std::string& folder) {
     return {{.when = "Dialog_NewArc", .answer = "Pul_New"},
-            {.id = MessageId::kSelectArchiveFolder, .answer = folder}};
+            {.id = msg::kSelectArchiveFolder, .answer = folder}};
 }
 
 std::vector<AnswerEntry> InitAnswers(const std::string& trle, const std::string& folder, bool full) {
-    std::vector<AnswerEntry> answers = {
-        {.when = "Dialog_TrovaTrle", .answer = trle},
-        {.id = MessageId::kOriginalNeeded, .answer = "yes"},
-        {.id = MessageId::kFullBackupQuestion, .answer = full ? "yes" : "no"}};
+    std::vector<AnswerEntry> answers = {{.when = "Dialog_TrovaTrle", .answer = trle},
+                                        {.id = msg::kOriginalNeeded, .answer = "yes"},
+                                        {.id = msg::kFullBackupQuestion, .answer = full ? "yes" : "no"}};
     for (AnswerEntry& answer : NewArchiveAnswers(folder))
         answers.push_back(std::move(answer));
     return answers;
@@ -58,13 +61,13 @@ bool HomeIsTaken(const std::string& trle) {
     core::ProfileState state{};
     if (!core::OpenProfile(state)) return true;
     if (FileExists(ArchivePath())) {
-        TellCritical(LoadMessage(MessageId::kCliHomeHasArchive, {}) + ArchivePath());
+        TellCritical(LoadMessage(msg::kCliHomeHasArchive) + ArchivePath());
         return true;
     }
     if (core::TrleFolder().empty() || EqualNoCase(core::TrleFolder(), trle) ||
         !swap::CheckTrleFolder(core::TrleFolder(), false))
         return false;
-    TellCritical(LoadMessage(MessageId::kCliHomeHasTrle, {}) + core::TrleFolder());
+    TellCritical(LoadMessage(msg::kCliHomeHasTrle) + core::TrleFolder());
     return true;
 }
 
@@ -77,8 +80,8 @@ bool HomeIsReady() {
 // What a changing command would end first; empty if there is nothing.
 std::string CutShortText(const swap::TrleState& state) {
     if (state.Content != swap::Holds::CutShort) return {};
-    return LoadMessage(MessageId::kCliCutShort, {state.Record.Owner.Name.empty() ? state.Record.Owner.Folder
-                                                                                 : state.Record.Owner.Name});
+    return LoadMessage(msg::kCliCutShort, {state.Record.Owner.Name.empty() ? state.Record.Owner.Folder
+                                                                           : state.Record.Owner.Name});
 }
 
 // A run of one command ends with the Archive's file in place, whatever AutoSave says.
@@ -94,7 +97,7 @@ Result Init(Session& session) {
     if (!TakeHome(session, MissingHome::Make) || !TakePath(session.options.trle, trle) ||
         !TakePath(session.options.archive_folder, folder))
         return InitResult(false);
-    const core::Change change(MessageId::kDoingInit, core::kHomeFolder);
+    const core::Change change(msg::kDoingInit, core::kHomeFolder);
     if (!change || HomeIsTaken(trle)) return InitResult(false);
     session.user.Preset(InitAnswers(trle, folder, session.options.backup == "full"));
     const bool opened = StartUpWithArchive(session, {}) && WriteNewArchive();
@@ -128,11 +131,11 @@ Result New(Session& session) {
     session.user.Preset(NewArchiveAnswers(folder));
     core::StartUp({});
     bool created = core::ArchiveIsOpen();
-    if (!session.user.PresetUsed(MessageId::kSelectArchiveFolder)) {
+    if (!session.user.PresetUsed(msg::kSelectArchiveFolder)) {
         const std::string former = core::profile.LastArchive;
         created = HomeIsReady() && core::NewArchive();
         if (!created && !former.empty()) static_cast<void>(core::LoadArchive(former));
-        if (!created && !session.user.HasTold()) TellCritical(LoadMessage(MessageId::kCliNoArchive, {}));
+        if (!created && !session.user.HasTold()) TellNoArchive();
     }
     created = created && WriteNewArchive();
     return ArchiveResult(EndSession(session) && created);
@@ -146,9 +149,9 @@ Result Load(Session& session) {
     if (!core::OpenProfile(state)) return ArchiveResult(false);
     const std::string former = core::profile.LastArchive;
     // A name that the program's command line can't hold is none of an Archive.
-    if (!EndsWithNoCase(path, LoadMessage(MessageId::kArchiveTokenExtension, {})) ||
+    if (!EndsWithNoCase(path, LoadFragment(fragment::kArchiveTokenExtension)) ||
         path.find('"') != std::string::npos) {
-        TellCritical(LoadMessage(MessageId::kErrorLoadingLastArchive, {}) + path);
+        core::TellArchiveNotLoaded(path);
         return ArchiveResult(false);
     }
     const bool opened = StartUpWithArchive(session, "\"" + path + "\"");
@@ -166,7 +169,7 @@ Result SaveAs(Session& session) {
     std::string path;
     if (!TakeHome(session, MissingHome::Refuse) || !TakeTarget(session.options, path))
         return ArchiveResult(false);
-    session.user.Preset({{.id = MessageId::kSaveArchiveTitle, .answer = path}});
+    session.user.Preset({{.id = msg::kSaveArchiveTitle, .answer = path}});
     const bool saved = StartUpWithArchive(session, {}) && core::SaveArchiveAs();
     return ArchiveResult(EndSession(session) && saved);
 }

@@ -2,8 +2,10 @@
 #include <algorithm>
 
 #include "cli/commands.h"
+#include "cli/messages.h"
 #include "core/archive.h"
 #include "core/level_list.h"
+#include "core/level_messages.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
@@ -43,7 +45,7 @@ bool SelectDocument(NewLevel& level, const std::string& name) {
     for (std::size_t i = 1; i < level.MoreInfoChoices.size(); ++i)
         if (EqualNoCase(level.MoreInfoChoices[i], name)) level.MoreInfo = static_cast<std::int32_t>(i);
     if (level.MoreInfo != 0) return true;
-    TellCritical(LoadMessage(MessageId::kCliUnknownDocument, {}) + name);
+    TellCritical(LoadMessage(msg::kCliUnknownDocument) + name);
     return false;
 }
 
@@ -111,7 +113,7 @@ Result LevelSet(Session& session) {
     std::int32_t code = -1;
     bool set = StartUpWithArchive(session, {}) && SelectCode(options.code, code);
     if (set && !options.name && !options.note && !options.more_info) {
-        TellCritical(LoadMessage(MessageId::kCliNothingToSet, {}));
+        TellCritical(LoadMessage(msg::kCliNothingToSet));
         set = false;
     }
     if (set)
@@ -128,7 +130,7 @@ Result Export(Session& session) {
     bool exported = StartUpWithArchive(session, {}) && SelectCode(session.options.code, code) &&
                     TakeTarget(session.options, zip);
     if (exported) {
-        session.user.Preset({{.id = MessageId::kExportTitle, .answer = zip}});
+        session.user.Preset({{.id = msg::kExportTitle, .answer = zip}});
         exported = intake::ExportLevel();
     }
     Result result;

@@ -1,5 +1,6 @@
 // Commands on the levels of the open Archive.
 #include "cli/commands.h"
+#include "cli/messages.h"
 #include "cli/terminal.h"
 #include "companion/game.h"
 #include "core/archive.h"
@@ -10,6 +11,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
+#include "swap/backup_messages.h"
 #include "swap/install.h"
 #include "swap/restore.h"
 #include "swap/trle_state.h"
@@ -71,7 +73,7 @@ void AppendLine(const LevelRecord& level, bool installed, std::string& lines) {
     lines += CleanLine(Trim(level.Name));
     if (!Trim(level.Author).empty()) lines.append(", ").append(CleanLine(Trim(level.Author)));
     lines += " (" + FormatSize(level.FilesSize) + " + " + FormatSize(level.SavesSize);
-    if (level.CdNumber != 0) lines += LoadMessage(MessageId::kCliOnCd, {}) + std::to_string(level.CdNumber);
+    if (level.CdNumber != 0) lines += LoadMessage(msg::kCliOnCd) + std::to_string(level.CdNumber);
     lines += ")\n";
 }
 
@@ -102,10 +104,10 @@ Result InstalledResult(bool ok) {
 }
 
 bool InstallAndTell(const CliUser& user, std::int32_t code) {
-    const core::Change change(MessageId::kDoingInstallCommand, core::kSwap, code);
+    const core::Change change(msg::kDoingInstallCommand, core::kSwap, code);
     if (!change) return false;
     const bool installed = DoneWithoutFailure(user, [&] { return swap::InstallLevel(code); });
-    if (!installed) TellCritical(LoadMessage(MessageId::kErrorInstalling, {}));
+    if (!installed) swap::TellNotInstalled();
     core::RefreshLevelList();
     return installed;
 }
@@ -120,8 +122,8 @@ bool StartUpForRestore(Session& session) {
 // A level that couldn't be taken out is no failure: its files are gone all the same.
 bool RestoreAll(const CliUser& user) {
     Bar bar{BarPlace::CallerForm, -1};
-    return swap::FullRestore(bar, false) && user.HasTold(MessageId::kRestoreDone) &&
-           !user.HasTold(MessageId::kErrorRestoringFolder);
+    return swap::FullRestore(bar, false) && user.HasTold(msg::kRestoreDone) &&
+           !user.HasTold(msg::kErrorRestoringFolder);
 }
 
 } // namespace
@@ -131,7 +133,7 @@ Result Levels(Session& session) {
     result.large_name = "levels";
     result.ok = OpenQuickly(session);
     if (result.ok && Trim(core::profile.LastArchive).empty()) {
-        TellCritical(LoadMessage(MessageId::kCliNoArchive, {}));
+        TellNoArchive();
         result.ok = false;
     }
     ListLevels(session.user.IsPlain(), result);

@@ -3,6 +3,7 @@
 #include "core/archive.h"
 #include "core/kept_folders.h"
 #include "core/maintenance.h"
+#include "core/moving_messages.h"
 #include "core/profile.h"
 #include "core/sizes.h"
 #include "core/start_up.h"
@@ -69,11 +70,11 @@ Result Equal(Session& session) {
 }
 
 Result Recover(Session& session) {
-    return RunOnFolder(session, MessageId::kRecoverFolder, &core::RecoverArchive);
+    return RunOnFolder(session, msg::kRecoverFolder, &core::RecoverArchive);
 }
 
 Result Move(Session& session) {
-    return RunOnFolder(session, MessageId::kMoveTarget, &core::MoveArchive);
+    return RunOnFolder(session, msg::kMoveTarget, &core::MoveArchive);
 }
 
 Result Kept(Session& session) {

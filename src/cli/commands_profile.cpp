@@ -3,6 +3,7 @@
 #include <type_traits>
 
 #include "cli/commands.h"
+#include "cli/messages.h"
 #include "core/profile.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
@@ -34,14 +35,14 @@ struct Setter {
 
     bool operator()(std::string ProfileRecord::*member) const {
         if (FitText(typed, field.width) != typed)
-            return Refuse(MessageId::kCliBadText, {std::string(field.name), std::to_string(field.width)});
+            return Refuse(msg::kCliBadText, {std::string(field.name), std::to_string(field.width)});
         profile.*member = typed;
         return true;
     }
     bool operator()(bool ProfileRecord::*member) const {
         const bool yes = EqualNoCase(typed, "true");
         if (!yes && !EqualNoCase(typed, "false"))
-            return Refuse(MessageId::kCliBadBoolean, {std::string(field.name)});
+            return Refuse(msg::kCliBadBoolean, {std::string(field.name)});
         profile.*member = yes;
         return true;
     }
@@ -50,8 +51,8 @@ struct Setter {
         using Limits = std::numeric_limits<Integer>;
         const std::optional<std::int32_t> number = WholeNumber(typed);
         if (!number || *number < Limits::min() || *number > Limits::max())
-            return Refuse(MessageId::kCliBadNumber, {std::string(field.name), std::to_string(Limits::min()),
-                                                     std::to_string(Limits::max())});
+            return Refuse(msg::kCliBadNumber, {std::string(field.name), std::to_string(Limits::min()),
+                                               std::to_string(Limits::max())});
         profile.*member = static_cast<Integer>(*number);
         return true;
     }
@@ -66,7 +67,7 @@ struct Setter {
 bool SetField(const ProfileField& field, const std::string& typed) {
     if (!std::visit(Setter{field, typed}, field.member)) return false;
     if (core::WriteProfile()) return true;
-    TellCritical(LoadMessage(MessageId::kCliCannotSaveProfile, {}) + core::ProfilePath());
+    TellProfileNotSaved();
     return false;
 }
 

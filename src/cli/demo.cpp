@@ -1,12 +1,15 @@
 #include "cli/demo.h"
 
+
 #include <algorithm>
 #include <array>
 #include <fstream>
 
+#include "cli/commands.h"
 #include "cli/demo_files.h"
 #include "cli/demo_levels.h"
 #include "cli/demo_zip.h"
+#include "cli/messages.h"
 #include "core/archive.h"
 #include "core/profile.h"
 #include "core/sizes.h"
@@ -29,16 +32,16 @@ namespace fs = std::filesystem;
 namespace {
 
 bool Refuse(MessageId id, const std::string& behind) {
-    TellCritical(LoadMessage(id, {}) + behind);
+    TellCritical(LoadMessage(id) + behind);
     return false;
 }
 
 bool WriteFile(const std::string& path, const std::string& bytes) {
-    return ReplaceFileBytes(path, bytes, Flush::No) || Refuse(MessageId::kCliCannotWrite, path);
+    return ReplaceFileBytes(path, bytes, Flush::No) || Refuse(msg::kCliDemoCannotWrite, path);
 }
 
 bool MakeFolder(const std::string& path) {
-    return CreateFolder(path) || Refuse(MessageId::kCliCannotWrite, path);
+    return CreateFolder(path) || Refuse(msg::kCliDemoCannotWrite, path);
 }
 
 bool IsEmptyOrMissing(const fs::path& folder) {
@@ -49,7 +52,7 @@ bool IsEmptyOrMissing(const fs::path& folder) {
 bool MakeNativeFolder(const fs::path& folder) {
     std::error_code error;
     fs::create_directories(folder, error);
-    return !error || Refuse(MessageId::kCliCannotWrite, folder.string());
+    return !error || Refuse(msg::kCliDemoCannotWrite, folder.string());
 }
 
 // The home with its drive, so that the paths in its files hold wherever the sandbox lies.
@@ -59,7 +62,7 @@ bool TakeSandbox(const fs::path& drive, const Sandbox& sandbox) {
     drives << "C=" << drive.string() << '\n';
     drives.close();
     return (drives.good() && SetAppFolder(sandbox.home)) ||
-           Refuse(MessageId::kCliCannotWrite, sandbox.home.string());
+           Refuse(msg::kCliDemoCannotWrite, sandbox.home.string());
 }
 
 bool MakeTrle(const Sandbox& sandbox) {
@@ -71,7 +74,7 @@ bool MakeTrle(const Sandbox& sandbox) {
     std::error_code error;
     const fs::path game = sandbox.trle / "tomb4.exe";
     fs::copy_file(StandInGame(), game, error);
-    return !error || Refuse(MessageId::kCliCannotWrite, game.string());
+    return !error || Refuse(msg::kCliDemoCannotWrite, game.string());
 }
 
 // Brings a level's files into the forms that an Archive with compression keeps.
@@ -85,7 +88,7 @@ bool CompressFolder(const std::string& folder) {
 
 bool AddLevel(const DemoLevel& level) {
     const std::string folder = core::LevelFolder(level.record.Code, false);
-    if (!core::CreateLevelFolders(folder)) return Refuse(MessageId::kCliCannotWrite, folder);
+    if (!core::CreateLevelFolders(folder)) return Refuse(msg::kCliDemoCannotWrite, folder);
     for (const auto& [name, content] : level.files)
         if (!WriteFile(core::FilesFolder(folder) + "\\" + name, content)) return false;
     for (const auto& [name, content] : level.saves)
@@ -96,17 +99,14 @@ bool AddLevel(const DemoLevel& level) {
         if (!WriteFile(core::ScreenshotsFolder(folder) + "\\" + name, LandscapeBitmap(seed))) return false;
     }
     if (level.compressed && !CompressFolder(core::FilesFolder(folder)))
-        return Refuse(MessageId::kCliCannotWrite, folder);
+        return Refuse(msg::kCliDemoCannotWrite, folder);
     core::archive.Levels.insert(core::archive.Levels.end() - 1, level.record);
     ++core::archive.Header.LevelCount;
     return true;
 }
 
 core::LevelRecord LevelZero() {
-    core::LevelRecord level;
-    level.Name = LoadMessage(MessageId::kLevelZeroName, {});
-    level.Note = LoadMessage(MessageId::kLevelZeroNote, {});
-    level.Author = LoadMessage(MessageId::kLevelZeroAuthor, {});
+    core::LevelRecord level = core::LevelZero();
     level.MoreInfoFile = "manual.pdf";
     return level;
 }
@@ -128,7 +128,7 @@ bool MakeArchive(const std::string& folder) {
 bool MakeZips(const fs::path& folder) {
     for (const DemoLevel& level : ZippedLevels()) {
         const fs::path zip = folder / (level.record.Name + ".zip");
-        if (!WriteZip(zip, level.files)) return Refuse(MessageId::kCliCannotWrite, zip.string());
+        if (!WriteZip(zip, level.files)) return Refuse(msg::kCliDemoCannotWrite, zip.string());
     }
     return true;
 }
@@ -148,9 +148,8 @@ fs::path StandInGame() {
 
 bool MakeSandbox(const fs::path& folder, SandboxState state, Sandbox& sandbox) {
     std::error_code error;
-    if (!fs::is_regular_file(StandInGame(), error))
-        return Refuse(MessageId::kCliNoStandIn, StandInGame().string());
-    if (!IsEmptyOrMissing(folder)) return Refuse(MessageId::kCliFolderNotEmpty, folder.string());
+    if (!fs::is_regular_file(StandInGame(), error)) return Refuse(msg::kCliNoStandIn, StandInGame().string());
+    if (!IsEmptyOrMissing(folder)) return Refuse(msg::kCliFolderNotEmpty, folder.string());
     if (!MakeNativeFolder(folder / "drive_c")) return false;
     const fs::path drive = fs::canonical(folder / "drive_c", error);
     sandbox = {drive / "Kelvash", drive / "Program Files" / "Core Design" / "trle", drive / "zips"};
@@ -162,9 +161,11 @@ bool MakeSandbox(const fs::path& folder, SandboxState state, Sandbox& sandbox) {
     core::profile.DownloadFolder = DosPath(sandbox.zips);
     if (state == SandboxState::Untouched) return MakeArchive(DosPath(drive / "Levels"));
     if (!swap::CreateBackup(false)) return false;
-    if (!core::CreateLevelZero()) return Refuse(MessageId::kErrorCreatingLevelZero, {});
-    return MakeArchive(DosPath(drive / "Levels")) &&
-           (core::WriteProfile() || Refuse(MessageId::kCliCannotSaveProfile, core::ProfilePath()));
+    if (!core::CreateLevelZero()) return Refuse(msg::kCliDemoNoLevelZero, {});
+    if (!MakeArchive(DosPath(drive / "Levels"))) return false;
+    if (core::WriteProfile()) return true;
+    TellProfileNotSaved();
+    return false;
 }
 
 } // namespace kelvash::cli

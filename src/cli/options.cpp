@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include "core/fragments.h"
 #include "core/profile.h"
 #include "foundation/messages.h"
 
@@ -33,7 +34,7 @@ void AddGlobalOptions(CLI::App& app, Options& options) {
     app.add_flag("--no-input", options.no_input,
                  "Asks nobody: questions without an answer take the harmless one");
     app.add_flag("--quiet", options.quiet, "Tells failures and the result only; as JSON the result only");
-    app.set_version_flag("--version", "kelvash-cli " + LoadMessage(MessageId::kAboutVersion, {}));
+    app.set_version_flag("--version", "kelvash-cli " + LoadFragment(fragment::kAboutVersion));
 }
 
 CLI::App& AddPathCommand(CLI::App& app, Options& options, const std::string& name,

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "cli/messages.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
 
@@ -15,37 +16,36 @@ using nlohmann::ordered_json;
 
 // Headings of the fields that all commands share; others are shown under their own names.
 constexpr std::array<std::pair<std::string_view, MessageId>, 19> kHeadings = {{
-    {"trle", MessageId::kCliTrle},
-    {"archive", MessageId::kCliArchive},
-    {"levels", MessageId::kCliLevels},
-    {"installed", MessageId::kCliInstalled},
-    {"owner", MessageId::kCliOwner},
-    {"fullBackup", MessageId::kCliFullBackup},
-    {"backupValid", MessageId::kCliBackupValid},
-    {"cutShort", MessageId::kCliToBeEnded},
-    {"kept", MessageId::kCliKept},
-    {"home", MessageId::kCliHome},
-    {"zips", MessageId::kCliZips},
-    {"code", MessageId::kCliCode},
-    {"file", MessageId::kCliFile},
-    {"equal", MessageId::kCliEqualLevels},
-    {"mainSize", MessageId::kCliMainSize},
-    {"secondarySize", MessageId::kCliSecondarySize},
-    {"folder", MessageId::kCliFolder},
-    {"compressFiles", MessageId::kCliCompressFiles},
-    {"encodeWavInMp3", MessageId::kCliEncodeMp3},
+    {"trle", msg::kCliTrle},
+    {"archive", msg::kCliArchive},
+    {"levels", msg::kCliLevels},
+    {"installed", msg::kCliInstalled},
+    {"owner", msg::kCliOwner},
+    {"fullBackup", msg::kCliFullBackup},
+    {"backupValid", msg::kCliBackupValid},
+    {"cutShort", msg::kCliToBeEnded},
+    {"kept", msg::kCliKept},
+    {"home", msg::kCliHome},
+    {"zips", msg::kCliZips},
+    {"code", msg::kCliCode},
+    {"file", msg::kCliFile},
+    {"equal", msg::kCliEqualLevels},
+    {"mainSize", msg::kCliMainSize},
+    {"secondarySize", msg::kCliSecondarySize},
+    {"folder", msg::kCliFolder},
+    {"compressFiles", msg::kCliCompressFiles},
+    {"encodeWavInMp3", msg::kCliEncodeMp3},
 }};
 
 std::string Heading(const std::string& name) {
     const auto* const found = std::find_if(kHeadings.begin(), kHeadings.end(),
                                            [&](const auto& entry) { return entry.first == name; });
-    return found == kHeadings.end() ? name : LoadMessage(found->second, {});
+    return found == kHeadings.end() ? name : LoadMessage(found->second);
 }
 
 std::string PlainValue(const ordered_json& value) {
     if (value.is_string()) return CleanLine(value.get<std::string>());
-    if (value.is_boolean())
-        return LoadMessage(value.get<bool>() ? MessageId::kCliYes : MessageId::kCliNo, {});
+    if (value.is_boolean()) return LoadMessage(value.get<bool>() ? msg::kCliYes : msg::kCliNo);
     return JsonText(value);
 }
 

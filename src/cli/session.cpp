@@ -2,6 +2,8 @@
 
 #include <iostream>
 
+#include "cli/messages.h"
+#include "core/message_tables.h"
 #include "foundation/drive_options.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
@@ -18,16 +20,15 @@ fs::path HomeOf(const Options& options) {
 namespace {
 
 void TakeMessageTable(const std::string& table) {
-    const TableLoading loading = LoadMessageTable(table);
+    const core::TableLoading loading = core::LoadMessageTable(table);
     const std::string path = NativePath(table).string();
-    const std::string lines = RefusedLinesText(loading);
+    const std::string lines = core::RefusedLinesText(loading);
     std::string told;
     if (!loading.Taken)
-        told = LoadMessage(MessageId::kCliTableRefused, {}) + path +
-               (lines.empty() ? std::string() : LoadMessage(MessageId::kCliTableLine, {lines}).text);
+        told = LoadMessage(msg::kCliTableRefused) + path +
+               (lines.empty() ? std::string() : LoadMessage(msg::kCliTableLine, {lines}).text);
     else if (!lines.empty())
-        told = LoadMessage(MessageId::kCliTableLines,
-                           {path, std::to_string(loading.RefusedLines.size()), lines});
+        told = LoadMessage(msg::kCliTableLines, {path, std::to_string(loading.RefusedLines.size()), lines});
     if (!told.empty()) std::cerr << told << '\n';
 }
 
@@ -38,8 +39,7 @@ bool TakeHome(Session& session, MissingHome missing) {
     std::error_code error;
     const bool stands = fs::is_directory(session.home, error);
     if ((!stands && missing == MissingHome::Refuse) || !SetAppFolder(session.home)) {
-        TellCritical(LoadMessage(stands ? MessageId::kCliCannotWrite : MessageId::kCliNoHome, {}) +
-                     session.home.string());
+        TellCritical(LoadMessage(stands ? msg::kCliCannotWrite : msg::kCliNoHome) + session.home.string());
         return false;
     }
     session.home_taken = true;

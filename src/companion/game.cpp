@@ -7,6 +7,7 @@
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "foundation/waiting.h"
+#include "swap/fragments.h"
 
 namespace kelvash::companion {
 
@@ -15,7 +16,7 @@ GameState game;
 namespace {
 
 std::string GameProgram() {
-    return core::TrleFolder() + LoadMessage(MessageId::kGameProgram, {});
+    return core::TrleFolder() + LoadFragment(fragment::kGameProgram);
 }
 
 } // namespace

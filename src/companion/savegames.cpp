@@ -1,5 +1,7 @@
 #include "companion/savegames.h"
 
+#include "companion/fragments.h"
+#include "companion/messages.h"
 #include "core/archive.h"
 #include "core/profile.h"
 #include "foundation/date_text.h"
@@ -26,7 +28,7 @@ std::int32_t NumberAtEnd(std::string_view bytes) {
 } // namespace
 
 std::int32_t ReadSavegameInfo(std::string_view path, std::string& title) {
-    title = LoadMessage(MessageId::kSaveNotReadable, {});
+    title = LoadMessage(msg::kSaveNotReadable);
     const std::optional<std::string> bytes = ReadFileStart(path, kNumberEnd);
     if (!bytes || bytes->empty()) return 0;
     const std::string_view field = std::string_view(*bytes).substr(0, kTitleSize);
@@ -45,9 +47,9 @@ std::string SavegameLine(std::string_view path) {
     std::string title;
     std::string number = std::to_string(ReadSavegameInfo(path, title));
     if (number.size() < kNumberWidth) number.insert(0, kNumberWidth - number.size(), ' ');
-    return number + " " + title + LoadMessage(MessageId::kSaveLineStart, {}) +
-           FormatDate(LoadMessage(MessageId::kSaveDatePattern, {}), FileTime(path).value_or(0)) +
-           LoadMessage(MessageId::kSaveLineEnd, {});
+    return number + " " + title + LoadMessage(msg::kSaveLineStart) +
+           FormatDate(LoadFragment(fragment::kSaveDatePattern), FileTime(path).value_or(0)) +
+           LoadMessage(msg::kSaveLineEnd);
 }
 
 std::string SlotFolder(std::int32_t code) {
@@ -56,11 +58,11 @@ std::string SlotFolder(std::int32_t code) {
 }
 
 std::vector<std::string> SlotSavegames(std::int32_t code) {
-    return ListFiles(SlotFolder(code), LoadMessage(MessageId::kSaveSlotMask, {}));
+    return ListFiles(SlotFolder(code), LoadFragment(fragment::kSaveSlotMask));
 }
 
 std::vector<std::string> ArchivedSavegames(std::int32_t code) {
-    const std::string part = LoadMessage(MessageId::kSaveNamePart, {});
+    const std::string part = LoadFragment(fragment::kSaveNamePart);
     std::vector<std::string> found = ScanTree(core::SavegamesFolder(core::LevelFolder(code, false))).files;
     std::erase_if(found, [&](const std::string& path) {
         return FindNoCase(FileNameOf(path), part) == std::string::npos;

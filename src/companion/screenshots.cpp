@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "companion/fragments.h"
 #include "core/archive.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
@@ -12,7 +13,7 @@
 namespace kelvash::companion {
 
 std::vector<std::string> Screenshots(std::int32_t code) {
-    const std::vector<std::string> kinds = Split(LoadMessage(MessageId::kShotKinds, {}), '|');
+    const std::vector<std::string> kinds = Split(LoadFragment(fragment::kShotKinds), '|');
     std::vector<std::string> files = ListFiles(core::ScreenshotsFolder(core::LevelFolder(code, false)), "*");
     std::erase_if(files, [&](const std::string& file) {
         return std::none_of(kinds.begin(), kinds.end(),
@@ -34,7 +35,7 @@ std::string NewestScreenshot(std::int32_t code) {
 }
 
 std::string DefaultScreenshot() {
-    return AppFolder() + LoadMessage(MessageId::kDefaultShot, {});
+    return AppFolder() + LoadFragment(fragment::kDefaultShot);
 }
 
 } // namespace kelvash::companion

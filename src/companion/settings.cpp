@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "companion/messages.h"
 #include "core/path_field.h"
 #include "core/start_up.h"
 #include "foundation/desktop.h"
@@ -38,14 +39,14 @@ Settings BeginSettings() {
 
 void ChooseTrleFolder(Settings& settings) {
     const std::optional<std::string> chosen = TheUser().ChooseFolder(
-        LoadMessage(MessageId::kSettingsTrleTitle, {}), std::string(Trim(settings.Edited.TrleFolder)));
+        LoadMessage(msg::kSettingsTrleTitle), std::string(Trim(settings.Edited.TrleFolder)));
     if (chosen && core::CheckPath(*chosen) && swap::CheckTrleFolder(*chosen, true))
         settings.Edited.TrleFolder = *chosen;
 }
 
 void ChooseDownloadFolder(Settings& settings) {
     const std::optional<std::string> chosen = TheUser().ChooseFolder(
-        LoadMessage(MessageId::kSettingsLoadDirTitle, {}), std::string(Trim(settings.Edited.DownloadFolder)));
+        LoadMessage(msg::kSettingsLoadDirTitle), std::string(Trim(settings.Edited.DownloadFolder)));
     if (chosen && core::CheckPath(*chosen)) settings.Edited.DownloadFolder = *chosen;
 }
 
@@ -54,15 +55,15 @@ void ChooseGraphicsProgram(Settings& settings) {
     const std::string folder =
         former.empty() ? SpecialFolder(SpecialFolderId::ProgramFiles) : FolderOf(former);
     const std::optional<std::string> chosen =
-        TheUser().OpenFile({LoadMessage(MessageId::kSettingsEditorTitle, {}),
-                            LoadMessage(MessageId::kSettingsEditorFilter, {}), folder, FileNameOf(former)});
+        TheUser().OpenFile({LoadMessage(msg::kSettingsEditorTitle), LoadMessage(msg::kSettingsEditorFilter),
+                            folder, FileNameOf(former)});
     if (chosen && core::CheckPath(*chosen)) settings.Edited.GraphicsProgram = *chosen;
 }
 
 bool ApplySettings(const Settings& settings) {
     const std::optional<std::int32_t> minutes = TypedMinutes(settings);
     if (!minutes) {
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kSettingsBadMinutes, {}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kSettingsBadMinutes));
         return false;
     }
     const ProfileRecord& edited = settings.Edited;

@@ -3,7 +3,10 @@
 #include <algorithm>
 
 #include "cd/cd_access.h"
+#include "core/archive_messages.h"
 #include "core/change.h"
+#include "core/change_messages.h"
+#include "core/fragments.h"
 #include "core/level_list.h"
 #include "core/path_field.h"
 #include "core/profile.h"
@@ -43,7 +46,7 @@ Saving Save(std::string_view path) {
 }
 
 bool StartsLevelName(const std::string& folder) {
-    return StartsWithNoCase(FileNameOf(folder), LoadMessage(MessageId::kLevelNameStart, {}));
+    return StartsWithNoCase(FileNameOf(folder), LoadFragment(fragment::kLevelNameStart));
 }
 
 void RecountSaves(std::int32_t index) {
@@ -84,7 +87,7 @@ std::int32_t NextLevelCode() {
 
 std::string LevelFolderName(std::int32_t code) {
     constexpr int kCodeDigits = 4;
-    return LoadMessage(MessageId::kLevelFolderStart, {}) + ZeroPadded(code, kCodeDigits);
+    return LoadFragment(fragment::kLevelFolderStart) + ZeroPadded(code, kCodeDigits);
 }
 
 std::string LevelFolder(std::int32_t code, bool on_cd) {
@@ -122,35 +125,35 @@ std::string CdLevelFolder(std::string_view drive, std::int32_t code) {
 }
 
 std::string FilesFolder(std::string_view level_folder) {
-    return std::string(level_folder) + LoadMessage(MessageId::kFilesFolder, {});
+    return std::string(level_folder) + LoadFragment(fragment::kFilesFolder);
 }
 
 std::string SavegamesFolder(std::string_view level_folder) {
-    return std::string(level_folder) + LoadMessage(MessageId::kSavegamesFolder, {});
+    return std::string(level_folder) + LoadFragment(fragment::kSavegamesFolder);
 }
 
 std::string StashFolder(std::string_view level_folder) {
-    return std::string(level_folder) + LoadMessage(MessageId::kBackupSavegamesFolder, {});
+    return std::string(level_folder) + LoadFragment(fragment::kBackupSavegamesFolder);
 }
 
 std::string ScreenshotsFolder(std::string_view level_folder) {
-    return std::string(level_folder) + LoadMessage(MessageId::kScreenshotsFolder, {});
+    return std::string(level_folder) + LoadFragment(fragment::kScreenshotsFolder);
 }
 
 bool CreateLevelFolders(std::string_view path) {
     if (!CreateFolder(path)) return false;
-    for (const MessageId name : {MessageId::kNewSavegamesFolder, MessageId::kNewBackupSavegamesFolder,
-                                 MessageId::kNewFilesFolder, MessageId::kNewScreenshotsFolder})
-        if (!CreateFolder(std::string(path) + LoadMessage(name, {}))) return false;
+    for (const Fragment& name : {fragment::kNewSavegamesFolder, fragment::kNewBackupSavegamesFolder,
+                                 fragment::kNewFilesFolder, fragment::kNewScreenshotsFolder})
+        if (!CreateFolder(std::string(path) + LoadFragment(name))) return false;
     return true;
 }
 
 void ArchiveTouched() {
     archive.ArchiveChanged = true; // before the door, where an unchanged Archive is brought up to date
-    const Change change(MessageId::kDoingSave, kArchiveFolder);
+    const Change change(msg::kDoingSave, kArchiveFolder);
     if (!change || !profile.AutoSave) return;
     if (Save(profile.LastArchive) == Saving::Failed)
-        TellCritical(LoadMessage(MessageId::kErrorSavingArchive, {}) + profile.LastArchive);
+        TellCritical(LoadMessage(msg::kErrorSavingArchive) + profile.LastArchive);
 }
 
 void DropChanges() {
@@ -163,7 +166,7 @@ bool AskSaveArchive() {
     if (!profile.AutoSave) {
         const Answer answer = TheUser().Ask(
             Buttons::YesNo, MessageStyle::Question,
-            LoadMessage(MessageId::kArchiveChangedQuestion, {FileNameOf(profile.LastArchive), kLineBreak}));
+            LoadMessage(msg::kArchiveChangedQuestion, {FileNameOf(profile.LastArchive), kLineBreak}));
         if (answer == Answer::None) return false;
         if (answer == Answer::No) {
             DropChanges();
@@ -212,43 +215,40 @@ bool LoadArchive(std::string_view path) {
 bool LoadArchiveDialog() {
     archive.ArchiveLoadRefused = false;
     if (!AskSaveArchive()) return false;
-    const std::optional<std::string> path =
-        TheUser().OpenFile({LoadMessage(MessageId::kLoadArchiveTitle, {}),
-                            LoadMessage(MessageId::kLoadArchiveFilter, {}),
-                            AppFolder(),
-                            {}});
+    const std::optional<std::string> path = TheUser().OpenFile(
+        {LoadMessage(msg::kLoadArchiveTitle), LoadMessage(msg::kLoadArchiveFilter), AppFolder(), {}});
     if (!path || !CheckPath(*path)) return false;
     if (LoadArchive(*path)) return true;
     // Who gave a missing folder up knows why.
-    if (!archive.ArchiveLoadRefused) TellCritical(LoadMessage(MessageId::kErrorLoadingArchive, {}) + *path);
+    if (!archive.ArchiveLoadRefused) TellCritical(LoadMessage(msg::kErrorLoadingArchive) + *path);
     return false;
 }
 
 bool SaveArchiveAs() {
-    const Change change(MessageId::kDoingSaveAs, kArchiveFolder);
+    const Change change(msg::kDoingSaveAs, kArchiveFolder);
     if (!change) return false;
-    const std::optional<std::string> path = TheUser().SaveFile(
-        {LoadMessage(MessageId::kSaveArchiveTitle, {}), LoadMessage(MessageId::kSaveArchiveFilter, {}),
-         AppFolder(), FileNameOf(profile.LastArchive)});
+    const std::optional<std::string> path =
+        TheUser().SaveFile({LoadMessage(msg::kSaveArchiveTitle), LoadMessage(msg::kSaveArchiveFilter),
+                            AppFolder(), FileNameOf(profile.LastArchive)});
     if (!path) return true;
     if (!CheckPath(*path)) return false;
     const Saving saving = Save(*path);
-    if (saving == Saving::Failed) TellCritical(LoadMessage(MessageId::kErrorSavingArchiveAs, {}) + *path);
+    if (saving == Saving::Failed) TellCritical(LoadMessage(msg::kErrorSavingArchiveAs) + *path);
     TheUser().LevelListChanged();
     return saving == Saving::Done;
 }
 
 bool SaveArchive() {
-    const Change change(MessageId::kDoingSaveMenu, kArchiveFolder);
+    const Change change(msg::kDoingSaveMenu, kArchiveFolder);
     if (!change) return false;
     const Saving saving = Save(profile.LastArchive);
     if (saving == Saving::Failed)
-        TellCritical(LoadMessage(MessageId::kErrorSavingArchiveMenu, {}) + profile.LastArchive);
+        TellCritical(LoadMessage(msg::kErrorSavingArchiveMenu) + profile.LastArchive);
     return saving == Saving::Done;
 }
 
 std::string ArchiveTitle() {
-    return LoadMessage(MessageId::kArchiveTitle,
+    return LoadMessage(msg::kArchiveTitle,
                        {std::to_string(archive.Header.LevelCount) + " (" + FileNameOf(profile.LastArchive)});
 }
 

@@ -1,5 +1,6 @@
 // The check of an Archive's two folders on load, which may have moved with their disk or letter.
 #include "core/archive.h"
+#include "core/archive_messages.h"
 #include "core/path_field.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -17,7 +18,7 @@ std::optional<std::string> AskFolder(MessageId warning, MessageId caption, const
     ShowMessage(MessageStyle::Exclamation, LoadMessage(warning, {kLineBreak + missing}));
     for (;;) {
         std::optional<std::string> picked =
-            TheUser().ChooseFolder(LoadMessage(caption, {}) + FileNameOf(missing), missing);
+            TheUser().ChooseFolder(LoadMessage(caption) + FileNameOf(missing), missing);
         if (!picked || CheckPath(*picked)) return picked;
     }
 }
@@ -35,7 +36,7 @@ Outcome FindMainFolder() {
     ArchiveHeader& header = archive.Header;
     if (header.CdCount != 0 || FolderExists(header.MainFolder)) return Outcome::GoOn;
     const std::optional<std::string> picked =
-        AskFolder(MessageId::kMainFolderMissing, MessageId::kSelectMainFolder, header.MainFolder);
+        AskFolder(msg::kMainFolderMissing, msg::kSelectMainFolder, header.MainFolder);
     if (!picked) return Outcome::GivenUp;
     // A pick for the main folder alone is not taken: the secondary folder is looked at next. That is meant.
     if (!EqualNoCase(header.MainFolder, header.SecondaryFolder)) return Outcome::GoOn;
@@ -47,8 +48,8 @@ Outcome FindMainFolder() {
 Outcome FindSecondaryFolder() {
     ArchiveHeader& header = archive.Header;
     if (FolderExists(header.SecondaryFolder)) return Outcome::Found;
-    const std::optional<std::string> picked = AskFolder(
-        MessageId::kSecondaryFolderMissing, MessageId::kSelectSecondaryFolder, header.SecondaryFolder);
+    const std::optional<std::string> picked =
+        AskFolder(msg::kSecondaryFolderMissing, msg::kSelectSecondaryFolder, header.SecondaryFolder);
     if (!picked) return Outcome::GivenUp;
     TakeSecondaryFolder(*picked);
     return Outcome::Found;

@@ -5,6 +5,7 @@
 
 #include "companion/game.h"
 #include "core/archive.h"
+#include "core/change_messages.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
 #include "foundation/text.h"
@@ -39,21 +40,21 @@ bool GameIsOut() {
     if (std::find(looked_at.begin(), looked_at.end(), TrleFolder()) != looked_at.end() ||
         companion::FindGame() == 0)
         return true;
-    TellCritical(LoadMessage(MessageId::kGameIsRunning, {}));
+    TellCritical(LoadMessage(msg::kGameIsRunning));
     return false;
 }
 
 // The Archive may lie in another folder than at the door.
 void KeepUnsaved() {
     LockHolder holder;
-    const std::string doing = LoadMessage(MessageId::kDoingUnsaved, {});
+    const std::string doing = LoadMessage(msg::kDoingUnsaved);
     if (state.Unsaved.Take(ArchiveFolder(), LockKind::Change, doing, holder) == LockResult::Taken)
         state.Unsaved.Tell(doing);
 }
 
 bool LevelStands(std::int32_t level) {
     if (level <= 0 || LevelIndex(level) >= 0) return true;
-    TellCritical(LoadMessage(MessageId::kLevelIsGone, {}));
+    TellCritical(LoadMessage(msg::kLevelIsGone));
     return false;
 }
 
@@ -61,7 +62,7 @@ bool LevelStands(std::int32_t level) {
 
 Change::Change(MessageId doing, unsigned what, std::int32_t level) {
     SettleUnsaved();
-    granted_ = TakeLocks(LoadMessage(doing, {}), what) && LevelStands(level);
+    granted_ = TakeLocks(LoadMessage(doing), what) && LevelStands(level);
     if (granted_ && (what & kNoGame) != 0) state.SwapFolders.push_back(swap_folder_.emplace(TrleFolder()));
     state.Refused = state.Refused || !granted_;
     if (!granted_) End();
@@ -75,14 +76,14 @@ bool Change::Take(FolderLock& lock, const std::string& folder, const std::string
         state.LockedOut = true;
         TellRefusal(refusal, holder);
     } else if (result == LockResult::Failed) {
-        TellCritical(LoadMessage(MessageId::kCannotLock, {}));
+        TellCritical(LoadMessage(msg::kCannotLock));
     }
     return result == LockResult::Taken;
 }
 
 bool Change::TakeLocks(const std::string& doing, unsigned what) {
-    if ((what & kHomeFolder) != 0 && !Take(home_, AppFolder(), doing, MessageId::kHomeInUse)) return false;
-    if ((what & kTrleFolder) != 0 && !Take(trle_, TrleFolder(), doing, MessageId::kTrleInUse)) return false;
+    if ((what & kHomeFolder) != 0 && !Take(home_, AppFolder(), doing, msg::kHomeInUse)) return false;
+    if ((what & kTrleFolder) != 0 && !Take(trle_, TrleFolder(), doing, msg::kTrleInUse)) return false;
     if ((what & kNoGame) != 0 && !GameIsOut()) return false;
     return (what & kArchiveFolder) == 0 || TakeArchive(doing);
 }
@@ -91,7 +92,7 @@ bool Change::TakeLocks(const std::string& doing, unsigned what) {
 bool Change::TakeArchive(const std::string& doing) {
     for (;;) {
         const std::string folder = ArchiveFolder();
-        if (!Take(archive_, folder, doing, MessageId::kArchiveInUse)) return false;
+        if (!Take(archive_, folder, doing, msg::kArchiveInUse)) return false;
         if (archive_.IsTaken() && !archive_.IsOnly()) return true; // an outer Change is at work
         if (!RefreshArchive() || EqualNoCase(ArchiveFolder(), folder)) return true;
     }

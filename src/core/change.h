@@ -3,7 +3,7 @@
 //
 // An operation opens a Change before it looks at what it works on, and goes on only if that is granted:
 //
-//     const core::Change change(MessageId::kDoingAdd, core::kAll);
+//     const core::Change change(msg::kDoingWhat, core::kAll);
 //     if (!change) return false;
 //
 // The locks are taken in one order: the application's folder, TRLE, the Archive's folder. At the outermost

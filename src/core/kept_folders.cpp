@@ -6,8 +6,11 @@
 #include <optional>
 
 #include "core/archive.h"
+#include "core/archive_messages.h"
 #include "core/change.h"
+#include "core/fragments.h"
 #include "core/level_list.h"
+#include "core/moving_messages.h"
 #include "core/profile.h"
 #include "core/sizes.h"
 #include "core/tr4_info.h"
@@ -32,12 +35,12 @@ namespace {
 constexpr std::size_t kMostInfoBytes = 65536;
 
 std::string FirstLevelFile(const std::string& folder) {
-    const std::string info = folder + LoadMessage(MessageId::kTr4InfoName, {});
+    const std::string info = folder + LoadFragment(fragment::kTr4InfoName);
     if (const std::optional<std::string> bytes = ReadFileStart(info, kMostInfoBytes))
         if (const std::vector<Tr4Info> list = DecodeTr4Info(*bytes); !list.empty())
             return std::string(Trim(list.front().FileName));
-    for (const MessageId mask : {MessageId::kTr4InfoMask, MessageId::kTr4InfoZlMask}) {
-        const std::vector<std::string> files = ListFiles(FilesFolder(folder), LoadMessage(mask, {}));
+    for (const Fragment& mask : {fragment::kTr4InfoMask, fragment::kTr4InfoZlMask}) {
+        const std::vector<std::string> files = ListFiles(FilesFolder(folder), LoadFragment(mask));
         if (!files.empty()) return FileNameOf(files.front());
     }
     return {};
@@ -70,7 +73,7 @@ void AppendLevel(std::int32_t code, const std::string& name) {
 // Gives a folder that became no level its place in KEPT again, and tells where it lies.
 std::int32_t GiveBack(const std::string& folder, const std::string& kept) {
     const bool back = FolderExists(kept) || RenameFile(folder, kept);
-    TellCritical(LoadMessage(MessageId::kKeptCannotTake, {}) + (back ? kept : folder));
+    TellCritical(LoadMessage(msg::kKeptCannotTake) + (back ? kept : folder));
     return -1;
 }
 
@@ -129,18 +132,18 @@ bool MakeWay(const std::string& folder) {
     if (HoldsNoFile(folder) && RemoveFolderTree(folder, bar)) return true;
     const std::string kept = KeepFolder(folder, KeptFolder());
     if (kept.empty()) {
-        TellCritical(LoadMessage(MessageId::kKeptCannotMove, {}) + folder);
+        TellCritical(LoadMessage(msg::kKeptCannotMove) + folder);
         return false;
     }
-    ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kKeptMoved, {folder, kept, kLineBreak}));
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kKeptMoved, {folder, kept, kLineBreak}));
     return swap::NoteLevelMoved(folder, kept);
 }
 
 std::int32_t TakeKept(const std::string& folder_name) {
-    const Change change(MessageId::kDoingKept, kAll);
+    const Change change(msg::kDoingKept, kAll);
     if (!change) return -1;
     if (!IsKept(folder_name)) {
-        TellCritical(LoadMessage(MessageId::kKeptUnknown, {}) + folder_name);
+        TellCritical(LoadMessage(msg::kKeptUnknown) + folder_name);
         return -1;
     }
     const std::string kept = KeptFolder() + "\\" + folder_name;
@@ -156,22 +159,22 @@ std::int32_t TakeKept(const std::string& folder_name) {
     }
     RefreshLevelList();
     SelectLevel(code);
-    ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kKeptTaken, {}) + name);
+    ShowMessage(MessageStyle::Plain, LoadMessage(msg::kKeptTaken) + name);
     return code;
 }
 
 bool TakeKeptLevel() {
-    const Change change(MessageId::kDoingKept, kAll);
+    const Change change(msg::kDoingKept, kAll);
     if (!change) return false;
     if (ListKept().empty()) {
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kKeptNone, {}) + KeptFolder());
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kKeptNone) + KeptFolder());
         return false;
     }
     const std::optional<std::string> chosen =
-        TheUser().ChooseFolder(LoadMessage(MessageId::kKeptChoose, {}), KeptFolder());
+        TheUser().ChooseFolder(LoadMessage(msg::kKeptChoose), KeptFolder());
     if (!chosen) return false;
     if (!IsSamePlace(FolderOf(*chosen), KeptFolder())) {
-        TellCritical(LoadMessage(MessageId::kKeptUnknown, {}) + *chosen);
+        TellCritical(LoadMessage(msg::kKeptUnknown) + *chosen);
         return false;
     }
     return TakeKept(FileNameOf(*chosen)) >= 0;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/archive.h"
+#include "core/archive_messages.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
@@ -23,7 +24,7 @@ std::int32_t IndexOf(std::int32_t code) {
 
 std::vector<LevelListItem> SortedItems() {
     const std::int32_t current = swap::CurrentLevelCode();
-    const std::string mark = LoadMessage(MessageId::kInTrleMark, {});
+    const std::string mark = LoadMessage(msg::kInTrleMark);
     std::vector<std::pair<std::string, LevelListItem>> keyed; // folded text, item
     keyed.reserve(static_cast<std::size_t>(archive.Header.LevelCount));
     for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i) {

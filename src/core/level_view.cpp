@@ -3,7 +3,10 @@
 #include "companion/savegames.h"
 #include "companion/screenshots.h"
 #include "core/archive.h"
+#include "core/archive_messages.h"
+#include "core/fragments.h"
 #include "core/level_list.h"
+#include "core/start_up_messages.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
@@ -17,27 +20,31 @@ namespace {
 // For the level that is in TRLE the saves of its last stay outside count as the older ones. That is meant.
 std::size_t OlderSaves(const LevelView& view) {
     if (view.Code != swap::CurrentLevelCode()) return view.ArchivedSavegames.size();
-    return ListFiles(StashFolder(view.Folder), LoadMessage(MessageId::kSaveStashMask, {})).size();
+    return ListFiles(StashFolder(view.Folder), LoadFragment(fragment::kSaveStashMask)).size();
 }
 
 std::string PlaceOf(const LevelView& view) {
     const std::int32_t cd = LevelByCode(view.Code).CdNumber;
     std::string folder = "\"" + view.Folder + "\"";
-    if (cd != 0) folder += LoadMessage(MessageId::kMainLevelOnCd, {}) + std::to_string(cd);
-    folder += LoadMessage(MessageId::kMainLevelPlaceGap, {});
-    return LoadMessage(MessageId::kMainLevelPlace, {folder, std::to_string(view.Screenshots.size())}) +
-           std::to_string(view.SlotSavegames.size()) + LoadMessage(MessageId::kMainCounts, {}) +
+    if (cd != 0) folder += LoadMessage(msg::kMainLevelOnCd) + std::to_string(cd);
+    folder += LoadMessage(msg::kMainLevelPlaceGap);
+    return LoadMessage(msg::kMainLevelPlace, {folder, std::to_string(view.Screenshots.size())}) +
+           std::to_string(view.SlotSavegames.size()) + LoadMessage(msg::kMainCounts) +
            std::to_string(OlderSaves(view));
 }
 
 } // namespace
+
+void TellUnknownLevel(const std::string& code) {
+    TellCritical(LoadMessage(msg::kUnknownLevelCode) + code);
+}
 
 std::optional<LevelView> SelectedLevelView() {
     if (level_list.Selected < 0) return std::nullopt;
     LevelView view;
     view.Code = SelectedLevel();
     if (LevelIndex(view.Code) < 0) {
-        TellCritical(LoadMessage(MessageId::kUnknownLevelCode, {}) + std::to_string(view.Code));
+        TellUnknownLevel(std::to_string(view.Code));
         return std::nullopt;
     }
     view.Folder = LevelFolder(view.Code, false);

@@ -3,8 +3,11 @@
 #include <string>
 
 #include "core/archive.h"
+#include "core/archive_messages.h"
 #include "core/change.h"
+#include "core/fragments.h"
 #include "core/level_list.h"
+#include "core/level_messages.h"
 #include "core/level_view.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -22,11 +25,11 @@ constexpr std::size_t kLongestPage = std::size_t{8} << 20; // bytes that are sea
 
 void OpenAndTell(const std::string& document) {
     if (OpenStrangersFile(document) == Opening::Failed)
-        TellCritical(LoadMessage(MessageId::kMoreInfoOpenFailed, {}) + document);
+        TellCritical(LoadMessage(msg::kMoreInfoOpenFailed) + document);
 }
 
 bool IsPage(const std::string& document) {
-    const std::vector<std::string> kinds = Split(LoadMessage(MessageId::kMoreInfoPages, {}), '|');
+    const std::vector<std::string> kinds = Split(LoadFragment(fragment::kMoreInfoPages), '|');
     return std::any_of(kinds.begin(), kinds.end(),
                        [&](const std::string& kind) { return EndsWithNoCase(document, kind); });
 }
@@ -48,20 +51,20 @@ bool CopyInfoFile(const std::string& source, const std::string& target) {
 void ShowFromCd(const LevelRecord& level, const PlainName& name, const std::string& on_disk) {
     const std::string folder = LevelFolder(level.Code, true);
     if (archive.CdMissing) {
-        TellCritical(LoadMessage(MessageId::kMoreInfoCdMissing, {}));
+        TellCritical(LoadMessage(msg::kMoreInfoCdMissing));
         return;
     }
-    const std::string on_cd = folder + LoadMessage(MessageId::kMoreInfoFolder, {}) + name.Text();
+    const std::string on_cd = folder + LoadFragment(fragment::kMoreInfoFolder) + name.Text();
     if (!FileExists(on_cd)) {
-        TellCritical(LoadMessage(MessageId::kMoreInfoNotFound, {on_cd}));
+        TellCritical(LoadMessage(msg::kMoreInfoNotFound, {on_cd}));
         return;
     }
-    Change change(MessageId::kDoingMoreInfo, kArchiveFolder, level.Code);
+    Change change(msg::kDoingMoreInfo, kArchiveFolder, level.Code);
     if (!change) return;
     const bool copied = CopyInfoFile(on_cd, on_disk);
     change.End(); // opening it may ask
     if (!copied) {
-        TellCritical(LoadMessage(MessageId::kMoreInfoCopyFailed, {on_cd}) + on_disk);
+        TellCritical(LoadMessage(msg::kMoreInfoCopyFailed, {on_cd}) + on_disk);
         return;
     }
     OpenAndTell(on_disk);
@@ -72,22 +75,22 @@ void ShowFromCd(const LevelRecord& level, const PlainName& name, const std::stri
 void ShowMoreInfo() {
     const std::int32_t code = SelectedLevel();
     if (LevelIndex(code) < 0) {
-        TellCritical(LoadMessage(MessageId::kMoreInfoUnknownLevel, {}) + std::to_string(code));
+        TellCritical(LoadMessage(msg::kMoreInfoUnknownLevel) + std::to_string(code));
         return;
     }
     const LevelRecord& level = LevelByCode(code);
     const std::string_view document = Trim(level.MoreInfoFile);
     if (document.empty()) {
-        ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kMoreInfoNone, {kLineBreak}));
+        ShowMessage(MessageStyle::Plain, LoadMessage(msg::kMoreInfoNone, {kLineBreak}));
         return;
     }
     const std::optional<PlainName> name = PlainName::From(document);
     if (!name) {
-        TellCritical(LoadMessage(MessageId::kMoreInfoNotFound, {std::string(document)}));
+        TellCritical(LoadMessage(msg::kMoreInfoNotFound, {std::string(document)}));
         return;
     }
     const std::string on_disk =
-        LevelFolder(code, false) + LoadMessage(MessageId::kMoreInfoFolder, {}) + name->Text();
+        LevelFolder(code, false) + LoadFragment(fragment::kMoreInfoFolder) + name->Text();
     if (FileExists(on_disk))
         OpenAndTell(on_disk);
     else

@@ -7,10 +7,14 @@
 #include <filesystem>
 
 #include "core/archive.h"
+#include "core/archive_messages.h"
 #include "core/change.h"
+#include "core/change_messages.h"
+#include "core/fragments.h"
 #include "core/kept_folders.h"
 #include "core/level_list.h"
 #include "core/maintenance.h"
+#include "core/moving_messages.h"
 #include "core/path_field.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
@@ -96,10 +100,10 @@ bool ClearOldCopies(const std::vector<Move>& moves, const std::string& target) {
         if (IsCopyOf(move.to, move.from) && RemoveFolderTree(move.to, bar)) continue;
         const std::string kept = KeepFolder(move.to, target + "\\" + FileNameOf(KeptFolder()));
         if (kept.empty()) {
-            TellCritical(LoadMessage(MessageId::kKeptCannotMove, {}) + move.to);
+            TellCritical(LoadMessage(msg::kMoveCannotKeep) + move.to);
             return false;
         }
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kMoveStaleCopy, {}) + kept);
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kMoveStaleCopy) + kept);
     }
     return true;
 }
@@ -110,21 +114,21 @@ bool ClearOldCopies(const std::vector<Move>& moves, const std::string& target) {
 MessageText FaultOf(const std::string& target) {
     const std::string current(Trim(archive.Header.SecondaryFolder));
     if (MessageText fault = FaultOfPath(target); !fault.text.empty()) return fault;
-    if (!FolderExists(target)) return LoadMessage(MessageId::kMoveNoTarget, {}) + target;
-    if (IsSamePlace(target, current)) return LoadMessage(MessageId::kMoveSameFolder, {}) + current;
+    if (!FolderExists(target)) return LoadMessage(msg::kMoveNoTarget) + target;
+    if (IsSamePlace(target, current)) return LoadMessage(msg::kMoveSameFolder) + current;
     const bool ours = HoldsOurCopies(target);
     for (const Move& move : PlanMoves(target)) {
         if (FolderExists(move.from) && LiesIn(target, move.from))
-            return LoadMessage(MessageId::kMoveInside, {}) + move.from;
+            return LoadMessage(msg::kMoveInside) + move.from;
         if (FileExists(move.to) || (FolderExists(move.to) && !ours))
-            return LoadMessage(MessageId::kMoveFolderTaken, {}) + move.to;
+            return LoadMessage(msg::kMoveFolderTaken) + move.to;
     }
     if (FolderExists(KeptFolder()) && LiesIn(target, KeptFolder()))
-        return LoadMessage(MessageId::kMoveInside, {}) + KeptFolder();
+        return LoadMessage(msg::kMoveInside) + KeptFolder();
     const double needed = archive.Header.MainFolderSize + archive.Header.SecondaryFolderSize;
     const std::int64_t room = FreeSpace(target);
     if (room >= 0 && static_cast<double>(room) < needed)
-        return LoadMessage(MessageId::kMoveNoRoom,
+        return LoadMessage(msg::kMoveNoRoom,
                            {target.substr(0, 2), FormatSize(static_cast<std::int64_t>(needed)), kLineBreak});
     return {};
 }
@@ -133,7 +137,7 @@ MessageText FaultOf(const std::string& target) {
 std::optional<std::string> ChooseTarget() {
     for (;;) {
         std::optional<std::string> target =
-            TheUser().ChooseFolder(LoadMessage(MessageId::kMoveTarget, {}), archive.Header.SecondaryFolder);
+            TheUser().ChooseFolder(LoadMessage(msg::kMoveTarget), archive.Header.SecondaryFolder);
         if (!target) return std::nullopt;
         const MessageText fault = FaultOf(*target);
         if (fault.text.empty()) return target;
@@ -153,9 +157,9 @@ bool PrepareTarget(const std::vector<Move>& moves, const std::string& target) {
         return true;
     static_cast<void>(RemoveFolderTree(copies, bar)); // holds nothing, at most half a note
     if (FreeSpace(target) == 0)
-        TellCritical(LoadMessage(MessageId::kMoveFull, {}));
+        TellCritical(LoadMessage(msg::kMoveFull));
     else
-        TellCritical(LoadMessage(MessageId::kMoveReadOnly, {}) + target);
+        TellCritical(LoadMessage(msg::kMoveReadOnly) + target);
     return false;
 }
 
@@ -172,7 +176,7 @@ void RemoveCopies(const std::vector<Move>& moves, const std::string& target) {
 // Why nothing more can be copied, before the copies go.
 void TellCopyFailure(const std::vector<Move>& moves, const std::string& target) {
     if (TheUser().StopRequested()) {
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kMoveStopped, {}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kMoveStopped));
         return;
     }
     std::int64_t missing = -TreeSize(CopiesIn(target), "*");
@@ -180,7 +184,7 @@ void TellCopyFailure(const std::vector<Move>& moves, const std::string& target) 
         missing += TreeSize(move.from, "*");
     const std::int64_t room = FreeSpace(target);
     const bool full = room >= 0 && room < missing;
-    TellCritical(LoadMessage(full ? MessageId::kMoveFull : MessageId::kMoveCopyError, {}));
+    TellCritical(LoadMessage(full ? msg::kMoveFull : msg::kMoveCopyError));
 }
 
 // Makes the folders that hold no file, and compares each file's size. False also for a folder that is a link:
@@ -200,7 +204,7 @@ bool IsWhole(const Move& move) {
 }
 
 bool CopyFolders(const std::vector<Move>& moves) {
-    ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(MessageId::kMoving, {}));
+    ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(msg::kMoving));
     Bar one_folder{BarPlace::CallerForm, -1};
     double done = 0;
     for (const Move& move : moves) {
@@ -211,13 +215,13 @@ bool CopyFolders(const std::vector<Move>& moves) {
             return false;
         ProgressPercent(progress.bar, ++done, static_cast<double>(moves.size()));
     }
-    progress.Label(LoadMessage(MessageId::kMoveEmptyFolders, {}));
+    progress.Label(LoadMessage(msg::kMoveEmptyFolders));
     for (const Move& move : moves) {
         if (!move.is_level) continue;
         CreateFolder(move.copy);
-        for (const MessageId name : {MessageId::kNewScreenshotsFolder, MessageId::kNewSavegamesFolder,
-                                     MessageId::kNewBackupSavegamesFolder})
-            CreateFolder(move.copy + LoadMessage(name, {}));
+        for (const Fragment& name : {fragment::kNewScreenshotsFolder, fragment::kNewSavegamesFolder,
+                                     fragment::kNewBackupSavegamesFolder})
+            CreateFolder(move.copy + LoadFragment(name));
     }
     return true;
 }
@@ -247,12 +251,12 @@ bool SaveNewPlace(const std::string& target) {
 }
 
 void RemoveOldFolders(const std::vector<Move>& moves) {
-    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kMoveRemovingOld, {}));
+    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(msg::kMoveRemovingOld));
     Bar one_folder{BarPlace::CallerForm, -1};
     double done = 0;
     for (const Move& move : moves) {
         if (!RemoveFolderTree(move.from, one_folder))
-            TellCritical(LoadMessage(MessageId::kMoveRemoveError, {}) + move.from);
+            TellCritical(LoadMessage(msg::kMoveRemoveError) + move.from);
         ProgressPercent(progress.bar, ++done, static_cast<double>(moves.size()));
     }
 }
@@ -289,12 +293,11 @@ bool Transfer(const std::vector<Move>& moves, const std::string& target) {
 } // namespace
 
 bool MoveArchive() {
-    const Change change(MessageId::kDoingMove, kAll);
+    const Change change(msg::kDoingMove, kAll);
     if (!change) return false;
     if (archive.Header.CdCount > 0 &&
-        AskYesNo(MessageStyle::Question,
-                 LoadMessage(MessageId::kMoveOnCdQuestion, {kLineBreak, kLineBreak}))) {
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kMoveCdLater, {}));
+        AskYesNo(MessageStyle::Question, LoadMessage(msg::kMoveOnCdQuestion, {kLineBreak, kLineBreak}))) {
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kMoveCdLater));
         return false;
     }
     const std::optional<std::string> target = ChooseTarget();
@@ -305,7 +308,7 @@ bool MoveArchive() {
     RemoveOldFolders(moves);
     static_cast<void>(RemoveEmptyFolder(old_kept)); // others may keep something there
     ForgetMove(*target);
-    ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kMoveDone, {}) + *target);
+    ShowMessage(MessageStyle::Plain, LoadMessage(msg::kMoveDone) + *target);
     RefreshLevelList();
     return true;
 }
@@ -313,7 +316,7 @@ bool MoveArchive() {
 void TellCutShortMove() {
     const std::string folder(Trim(archive.Header.SecondaryFolder));
     if (folder.empty() || SourceOfMove(folder).empty()) return;
-    const Change change(MessageId::kDoingMoveRest, kArchiveFolder);
+    const Change change(msg::kDoingMoveRest, kArchiveFolder);
     if (!change) return;
     const std::string source = SourceOfMove(folder); // a move may have ended meanwhile
     if (source.empty()) return;
@@ -321,7 +324,7 @@ void TellCutShortMove() {
         return level.Code > 0 && FolderExists(source + LevelFolderName(level.Code));
     };
     if (std::any_of(archive.Levels.begin(), archive.Levels.begin() + archive.Header.LevelCount, is_left))
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kMoveOldLeft, {}) + source);
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kMoveOldLeft) + source);
     ForgetMove(folder);
 }
 

@@ -1,6 +1,9 @@
 // Starting an Archive: level 0000 and an empty folder.
 #include "core/archive.h"
+#include "core/archive_messages.h"
 #include "core/change.h"
+#include "core/change_messages.h"
+#include "core/fragments.h"
 #include "core/level_list.h"
 #include "core/path_field.h"
 #include "core/profile.h"
@@ -29,8 +32,8 @@ bool IsTaken(const std::string& path) {
 
 // The manual that TRLE's maker ships, as level 0000's document.
 std::string FirstDocument(const std::string& folder) {
-    for (const MessageId mask : {MessageId::kPdfMask, MessageId::kHtmMask, MessageId::kHtmlMask}) {
-        const std::vector<std::string> found = ListFiles(folder, LoadMessage(mask, {}));
+    for (const Fragment& mask : {fragment::kPdfMask, fragment::kHtmMask, fragment::kHtmlMask}) {
+        const std::vector<std::string> found = ListFiles(folder, LoadFragment(mask));
         if (!found.empty()) return FileNameOf(found.front());
     }
     return {};
@@ -40,11 +43,10 @@ std::string FirstDocument(const std::string& folder) {
 
 LevelRecord LevelZero() {
     LevelRecord level;
-    level.Name = LoadMessage(MessageId::kLevelZeroName, {});
-    level.Note = LoadMessage(MessageId::kLevelZeroNote, {});
-    level.Author = LoadMessage(MessageId::kLevelZeroAuthor, {});
-    level.Sites =
-        LoadMessage(MessageId::kLevelZeroSite1, {}) + '\0' + LoadMessage(MessageId::kLevelZeroSite2, {});
+    level.Name = LoadMessage(msg::kLevelZeroName);
+    level.Note = LoadMessage(msg::kLevelZeroNote);
+    level.Author = LoadMessage(msg::kLevelZeroAuthor);
+    level.Sites = LoadFragment(fragment::kLevelZeroSite1) + '\0' + LoadFragment(fragment::kLevelZeroSite2);
     level.MoreInfoFile = FirstDocument(FilesFolder(LevelFolder(0, false)));
     return level;
 }
@@ -54,7 +56,7 @@ namespace {
 std::string DefaultLevelFolder(std::string_view drive) {
     std::string folder;
     for (int n = 1; n <= kLastTwin; ++n) {
-        folder = std::string(drive.substr(0, 2)) + LoadMessage(MessageId::kDefaultLevelFolder, {}) + Twin(n);
+        folder = std::string(drive.substr(0, 2)) + LoadFragment(fragment::kDefaultLevelFolder) + Twin(n);
         if (!IsTaken(folder)) break;
     }
     return folder;
@@ -66,7 +68,7 @@ bool IsEmptyFolder(const std::string& folder) {
 
 // A free sub-folder of a folder that isn't empty.
 std::string FreeSubFolder(const std::string& folder) {
-    const std::string base = folder + LoadMessage(MessageId::kChangedLevelFolder, {});
+    const std::string base = folder + LoadFragment(fragment::kChangedLevelFolder);
     int n = 1;
     while (IsTaken(base + Twin(n)))
         ++n;
@@ -78,8 +80,8 @@ std::string FreeSubFolder(const std::string& folder) {
 std::string DefaultArchivePath() {
     std::string path;
     for (int n = 1; n <= kLastTwin; ++n) {
-        path = AppFolder() + LoadMessage(MessageId::kDefaultArchiveName, {}) + Twin(n) +
-               LoadMessage(MessageId::kArchiveExtension, {});
+        path = AppFolder() + LoadFragment(fragment::kDefaultArchiveName) + Twin(n) +
+               LoadFragment(fragment::kArchiveExtension);
         if (!IsTaken(path)) break;
     }
     return path;
@@ -90,7 +92,7 @@ std::string SelectNewArchiveFolder() {
     const std::string start = DefaultLevelFolder(BestFixedDrive(free_bytes));
     const bool made = !FolderExists(start) && CreateFolder(start);
     const std::optional<std::string> chosen =
-        TheUser().ChooseFolder(LoadMessage(MessageId::kSelectArchiveFolder, {}), start);
+        TheUser().ChooseFolder(LoadMessage(msg::kSelectArchiveFolder), start);
     // The one that was only proposed goes again, unless something has been put into it meanwhile.
     if (made && (!chosen || !EqualNoCase(*chosen, start)) && IsEmptyFolder(start)) RemoveFolder(start);
     if (!chosen) return {};
@@ -98,12 +100,12 @@ std::string SelectNewArchiveFolder() {
     if (IsEmptyFolder(*chosen)) return *chosen;
     const std::string changed = FreeSubFolder(*chosen);
     if (!CheckPath(changed)) return {};
-    ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kArchiveFolderNotEmpty, {}) + changed);
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kArchiveFolderNotEmpty) + changed);
     return changed;
 }
 
 bool NewArchive() {
-    const Change change(MessageId::kDoingNew, kHomeFolder | kArchiveFolder);
+    const Change change(msg::kDoingNew, kHomeFolder | kArchiveFolder);
     if (!change) return false;
     if (!CheckPath(DefaultArchivePath())) return false;
     if (!AskSaveArchive()) return false;
@@ -117,7 +119,7 @@ bool NewArchive() {
     archive.Header.MainFolder = folder;
     archive.Header.SecondaryFolder = folder;
     if (!CreateFolder(folder)) {
-        TellCritical(LoadMessage(MessageId::kCannotWriteArchiveFolder, {}) + folder);
+        TellCritical(LoadMessage(msg::kCannotWriteArchiveFolder) + folder);
         return false;
     }
     profile.LastArchive = DefaultArchivePath();

@@ -1,5 +1,6 @@
 #include "core/path_field.h"
 
+#include "core/change_messages.h"
 #include "foundation/messages.h"
 #include "foundation/record.h"
 #include "foundation/text.h"
@@ -15,9 +16,9 @@ MessageText FaultOfPath(std::string_view path) {
     if (CanKeepPath(path)) return {};
     const std::string text(path);
     const std::string ansi = AnsiFromUtf8(path);
-    if (Utf8FromAnsi(ansi) != path) return LoadMessage(MessageId::kPathCharacters, {text});
-    if (ansi.size() > kPathWidth) return LoadMessage(MessageId::kPathLength, {text});
-    return LoadMessage(MessageId::kPathBlanks, {text});
+    if (Utf8FromAnsi(ansi) != path) return LoadMessage(msg::kPathCharacters, {text});
+    if (ansi.size() > kPathWidth) return LoadMessage(msg::kPathLength, {text});
+    return LoadMessage(msg::kPathBlanks, {text});
 }
 
 bool CheckPath(std::string_view path) {

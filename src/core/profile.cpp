@@ -3,6 +3,9 @@
 #include <filesystem>
 
 #include "core/archive.h"
+#include "core/archive_messages.h"
+#include "core/change_messages.h"
+#include "core/fragments.h"
 #include "core/start_up.h"
 #include "foundation/desktop.h"
 #include "foundation/drives.h"
@@ -80,7 +83,7 @@ std::string TrleFolder() {
 }
 
 std::string ProfilePath() {
-    return AppFolder() + LoadMessage(MessageId::kProfileName, {});
+    return AppFolder() + LoadFragment(fragment::kProfileName);
 }
 
 ProfileState LoadProfile() {
@@ -103,7 +106,7 @@ ProfileState LoadProfile() {
 bool OpenProfile(ProfileState& state) {
     state = LoadProfile();
     if (state != ProfileState::Unreadable) return true;
-    TellCritical(LoadMessage(MessageId::kProfileUnreadable, {kLineBreak, ProfilePath()}));
+    TellCritical(LoadMessage(msg::kProfileUnreadable, {kLineBreak, ProfilePath()}));
     return false;
 }
 
@@ -144,13 +147,13 @@ void PutAnimationBack() {
 }
 
 bool MayLoseArchive() {
-    return AskYesNo(MessageStyle::Exclamation, LoadMessage(MessageId::kCloseUnsavedArchive,
-                                                           {FileNameOf(profile.LastArchive), kLineBreak}));
+    return AskYesNo(MessageStyle::Exclamation,
+                    LoadMessage(msg::kCloseUnsavedArchive, {FileNameOf(profile.LastArchive), kLineBreak}));
 }
 
 bool MayLoseProfile() {
     return AskYesNo(MessageStyle::Exclamation,
-                    LoadMessage(MessageId::kCloseUnsavedProfile, {ProfilePath(), kLineBreak}));
+                    LoadMessage(msg::kCloseUnsavedProfile, {ProfilePath(), kLineBreak}));
 }
 
 } // namespace

@@ -3,8 +3,11 @@
 
 #include "core/archive.h"
 #include "core/change.h"
+#include "core/change_messages.h"
+#include "core/fragments.h"
 #include "core/level_list.h"
 #include "core/maintenance.h"
+#include "core/moving_messages.h"
 #include "core/path_field.h"
 #include "core/profile.h"
 #include "core/sizes.h"
@@ -21,7 +24,7 @@ namespace {
 // Codes of the LEVEL_NNNN folders: exactly four characters behind the line, a number above 0.
 std::vector<std::int32_t> CodesIn(const std::string& folder) {
     constexpr std::size_t kCodeLength = 4;
-    const std::string mask = LoadMessage(MessageId::kRecoverMask, {});
+    const std::string mask = LoadFragment(fragment::kRecoverMask);
     std::vector<std::int32_t> codes;
     for (const std::string& path : ListFolders(folder)) {
         const std::string name = FileNameOf(path);
@@ -36,7 +39,7 @@ std::vector<std::int32_t> CodesIn(const std::string& folder) {
 LevelRecord RecoveredLevel(std::int32_t code) {
     LevelRecord level;
     level.Code = code;
-    level.Name = LoadMessage(MessageId::kRecoverName, {}) + std::to_string(code);
+    level.Name = LoadMessage(msg::kRecoverName) + std::to_string(code);
     return level;
 }
 
@@ -57,29 +60,28 @@ void CheckLevelFiles(const std::vector<std::int32_t>& codes) {
     std::string missing;
     for (const std::int32_t code : codes) {
         const std::string files = FilesFolder(LevelFolder(code, false));
-        if (!AnyFile(files, LoadMessage(MessageId::kTr4InfoMask, {})) &&
-            !AnyFile(files, LoadMessage(MessageId::kTr4InfoZlMask, {})))
+        if (!AnyFile(files, LoadFragment(fragment::kTr4InfoMask)) &&
+            !AnyFile(files, LoadFragment(fragment::kTr4InfoZlMask)))
             missing += kLineBreak + files;
     }
-    if (!missing.empty())
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kRecoverNoTr4, {}) + missing);
+    if (!missing.empty()) ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kRecoverNoTr4) + missing);
 }
 
 } // namespace
 
 bool RecoverArchive() {
-    const Change change(MessageId::kDoingRecover, kAll);
+    const Change change(msg::kDoingRecover, kAll);
     if (!change) return false;
-    ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kRecoverText, {}));
+    ShowMessage(MessageStyle::Plain, LoadMessage(msg::kRecoverText));
     if (!AskSaveArchive()) return false;
     const std::optional<std::string> folder =
-        TheUser().ChooseFolder(LoadMessage(MessageId::kRecoverFolder, {}), archive.Header.SecondaryFolder);
+        TheUser().ChooseFolder(LoadMessage(msg::kRecoverFolder), archive.Header.SecondaryFolder);
     if (!folder || !CheckPath(*folder) || !CheckPath(DefaultArchivePath())) return false;
-    if (AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kRecoverOnCd, {})))
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kRecoverCdLater, {}));
+    if (AskYesNo(MessageStyle::Question, LoadMessage(msg::kRecoverOnCd)))
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kRecoverCdLater));
     const std::vector<std::int32_t> codes = CodesIn(*folder);
     if (codes.empty()) { // found before the open Archive makes room
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kRecoverNoLevels, {}) + *folder);
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kRecoverNoLevels) + *folder);
         return false;
     }
     StartArchive(*folder, codes);

@@ -3,9 +3,11 @@
 #include "companion/settings.h"
 #include "core/archive.h"
 #include "core/change.h"
+#include "core/fragments.h"
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "core/start_up.h"
+#include "core/start_up_messages.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -18,31 +20,30 @@ namespace kelvash::core {
 namespace {
 
 // `name` is the key's own, under which Windows looks a program up, however its file is called here.
-void RegisterAppPath(MessageId name, const std::string& program) {
-    const std::string key = LoadMessage(MessageId::kAppPathsKey, {}) + LoadMessage(name, {});
+void RegisterAppPath(const Fragment& name, const std::string& program) {
+    const std::string key = LoadFragment(fragment::kAppPathsKey) + LoadFragment(name);
     if (!program.empty() && ReadRegistryValue(key) != program)
-        WriteRegistryValues(key, program, LoadMessage(MessageId::kAppPathsFolderValue, {}),
-                            FolderOf(program));
+        WriteRegistryValues(key, program, LoadFragment(fragment::kAppPathsFolderValue), FolderOf(program));
 }
 
 } // namespace
 
 bool RegisterArchiveType() {
-    return RegisterFileType(LoadMessage(MessageId::kRegisteredExtension, {}),
-                            LoadMessage(MessageId::kFileTypeDescription, {}),
-                            AppFolder() + LoadMessage(MessageId::kIconName, {}), ProgramPath());
+    return RegisterFileType(LoadFragment(fragment::kRegisteredExtension),
+                            LoadMessage(msg::kFileTypeDescription),
+                            AppFolder() + LoadFragment(fragment::kIconName), ProgramPath());
 }
 
 bool CreateProgramShortcut() {
-    return CreateShortcut(
-        SpecialFolderId::Programs, FolderOf(ProgramPath()), ProgramPath(),
-        LoadMessage(MessageId::kProgramCaption, {}) + LoadMessage(MessageId::kProgramVersion, {}), {});
+    return CreateShortcut(SpecialFolderId::Programs, FolderOf(ProgramPath()), ProgramPath(),
+                          LoadFragment(fragment::kProgramCaption) + LoadFragment(fragment::kProgramVersion),
+                          {});
 }
 
 void RegisterAppPaths() {
-    RegisterAppPath(MessageId::kAppPathsProgram, ProgramPath());
-    const std::string editor = TrleFolder() + LoadMessage(MessageId::kRoomEditorProgram, {});
-    if (FileExists(editor)) RegisterAppPath(MessageId::kAppPathsRoomEditor, editor);
+    RegisterAppPath(fragment::kAppPathsProgram, ProgramPath());
+    const std::string editor = TrleFolder() + LoadFragment(fragment::kRoomEditorProgram);
+    if (FileExists(editor)) RegisterAppPath(fragment::kAppPathsRoomEditor, editor);
 }
 
 void ResetProgramState() {
@@ -55,7 +56,7 @@ void ResetProgramState() {
     companion::game = companion::GameState();
     companion::joystick_rest = companion::JoystickRest();
     AllowRegistration(true);
-    ResetMessages();
+    SetTranslation({});
     ResetDrives();
 }
 

@@ -1,7 +1,10 @@
 // Taking a level out of the Archive.
 #include "core/archive.h"
+#include "core/archive_messages.h"
 #include "core/change.h"
+#include "core/change_messages.h"
 #include "core/level_list.h"
+#include "core/level_messages.h"
 #include "core/maintenance.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -16,18 +19,18 @@ namespace {
 
 bool MayRemove(std::int32_t index) {
     if (index < 0) {
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kRemoveNoLevel, {}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kRemoveNoLevel));
         return false;
     }
     if (CheckLevelOnHd(index)) return false;
     const LevelRecord& level = archive.Levels[static_cast<std::size_t>(index)];
     if (level.Code == 0) {
-        TellCritical(LoadMessage(MessageId::kRemoveLevelZero, {kLineBreak}));
+        TellCritical(LoadMessage(msg::kRemoveLevelZero, {kLineBreak}));
         return false;
     }
-    return AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kRemoveQuestion, {}) + '"' +
+    return AskYesNo(MessageStyle::Question, LoadMessage(msg::kRemoveQuestion) + '"' +
                                                 std::string(Trim(level.Name)) + '"' +
-                                                LoadMessage(MessageId::kRemoveQuestionEnd, {}));
+                                                LoadMessage(msg::kRemoveQuestionEnd));
 }
 
 // False if the level is still in TRLE: its saves would lose their place.
@@ -36,7 +39,7 @@ bool TakeOutOfTrle(std::int32_t code) {
     constexpr std::int32_t kNoLevel = -1;
     static_cast<void>(swap::RemovePreviousLevel(kNoLevel)); // what counts is where the level is now
     if (!swap::IsInTrle(code)) return true;
-    ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kRemoveNotTakenOut, {}));
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kRemoveNotTakenOut));
     return false;
 }
 
@@ -49,26 +52,26 @@ void RemoveRecord(std::int32_t index) {
 
 void RemoveFolderAndTell(const std::string& folder) {
     Bar bar{BarPlace::MainWindow, -1};
-    TheUser().SetLabel(bar.place, LoadMessage(MessageId::kRemovingLevelFolder, {}));
+    TheUser().SetLabel(bar.place, LoadMessage(msg::kRemovingLevelFolder));
     TheUser().PumpEvents();
     const bool removed = RemoveFolderTree(folder, bar);
     ClearProgress();
     if (removed)
-        ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kLevelRemoved, {}));
+        ShowMessage(MessageStyle::Plain, LoadMessage(msg::kLevelRemoved));
     else
-        TellCritical(LoadMessage(MessageId::kRemoveFolderError, {}) + folder);
+        TellCritical(LoadMessage(msg::kRemoveFolderError) + folder);
 }
 
 } // namespace
 
 bool CheckLevelOnHd(std::int32_t index) {
     if (archive.Levels[static_cast<std::size_t>(index)].CdNumber == 0) return false;
-    TellCritical(LoadMessage(MessageId::kLevelIsOnCd, {kLineBreak}));
+    TellCritical(LoadMessage(msg::kLevelIsOnCd, {kLineBreak}));
     return true;
 }
 
 bool RemoveLevel() {
-    const Change change(MessageId::kDoingRemove, kAll, SelectedLevel());
+    const Change change(msg::kDoingRemove, kAll, SelectedLevel());
     if (!change) return false;
     const std::int32_t index = LevelIndex(SelectedLevel());
     if (!MayRemove(index)) return false;
@@ -76,12 +79,12 @@ bool RemoveLevel() {
     if (!TakeOutOfTrle(level.Code)) return false;
     const std::string folder = LevelFolder(level.Code, false);
     RemoveRecord(index);
-    if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kRemoveFolderQuestion, {kLineBreak}) +
-                                              folder + LoadMessage(MessageId::kRemoveFolderQuestionEnd, {})))
+    if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kRemoveFolderQuestion, {kLineBreak}) + folder +
+                                              LoadMessage(msg::kRemoveFolderQuestionEnd)))
         return true;
     // Whatever AutoSave says: a file that still lists the level would list it without its files.
     if (archive.ArchiveChanged && !SaveArchive()) {
-        TellCritical(LoadMessage(MessageId::kRemoveNotSaved, {}) + folder);
+        TellCritical(LoadMessage(msg::kRemoveNotSaved) + folder);
         return false;
     }
     RemoveFolderAndTell(folder);

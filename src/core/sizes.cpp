@@ -7,6 +7,8 @@
 
 #include "core/archive.h"
 #include "core/change.h"
+#include "core/change_messages.h"
+#include "core/level_messages.h"
 #include "core/profile.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -21,11 +23,10 @@ namespace {
 void TellSizes() {
     const ArchiveHeader& header = archive.Header;
     const auto size = [](double bytes) { return FormatSize(static_cast<std::int64_t>(bytes)); };
-    ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kPrimarySize, {}) + size(header.MainFolderSize) +
-                                         kLineBreak + LoadMessage(MessageId::kSecondarySize, {}) +
-                                         size(header.SecondaryFolderSize) + kLineBreak +
-                                         LoadMessage(MessageId::kTotalSize, {}) +
-                                         size(header.MainFolderSize + header.SecondaryFolderSize));
+    ShowMessage(MessageStyle::Plain,
+                LoadMessage(msg::kPrimarySize) + size(header.MainFolderSize) + kLineBreak +
+                    LoadMessage(msg::kSecondarySize) + size(header.SecondaryFolderSize) + kLineBreak +
+                    LoadMessage(msg::kTotalSize) + size(header.MainFolderSize + header.SecondaryFolderSize));
 }
 
 // A level's sub-folders as the disk spells them, found with one look instead of one for each.
@@ -63,10 +64,10 @@ std::int32_t FieldSize(double bytes) {
 }
 
 void ComputeArchiveSize(Report report) {
-    const Change change(MessageId::kDoingSizes, kArchiveFolder);
+    const Change change(msg::kDoingSizes, kArchiveFolder);
     if (!change) return;
     ProgressDialog progress(BarPlace::StoppableDialog,
-                            LoadMessage(MessageId::kComputingSize, {FileNameOf(profile.LastArchive)}));
+                            LoadMessage(msg::kComputingSize, {FileNameOf(profile.LastArchive)}));
     const ArchiveContents old = archive;
     ArchiveHeader& header = archive.Header;
     header.MainFolderSize = 0;
@@ -79,7 +80,7 @@ void ComputeArchiveSize(Report report) {
         }
         LevelRecord& level = archive.Levels[static_cast<std::size_t>(i)];
         const std::string folder = LevelFolder(level.Code, false);
-        progress.Label(LoadMessage(MessageId::kScanningFolder, {}) + folder);
+        progress.Label(LoadMessage(msg::kScanningFolder) + folder);
         const SubFolders inside(folder);
         if (level.CdNumber == 0)
             level.FilesSize = FieldSize(static_cast<double>(inside.BytesOf(FilesFolder(folder))));
@@ -90,7 +91,7 @@ void ComputeArchiveSize(Report report) {
     }
     ArchiveTouched();
     if (report == Report::Shown) TellSizes();
-    progress.Label(LoadMessage(MessageId::kSizeComputed, {}));
+    progress.Label(LoadMessage(msg::kSizeComputed));
 }
 
 void CountLevelSize(std::int32_t index) {

@@ -1,5 +1,7 @@
 // The open Archive against its file, which other programs may have written.
 #include "core/archive.h"
+#include "core/change_messages.h"
+#include "core/fragments.h"
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "foundation/date_text.h"
@@ -25,10 +27,10 @@ bool AskOverwrite(const std::string& path) {
     ArchiveContents other;
     static_cast<void>(ReadArchiveFile(path, other)); // one that can't be read has no levels
     const std::string date =
-        FormatDate(LoadMessage(MessageId::kStaleDatePattern, {}), FileTime(path).value_or(0));
-    const std::string seen = FormatDate(LoadMessage(MessageId::kStaleSeenPattern, {}), archive.SeenTime);
+        FormatDate(LoadFragment(fragment::kStaleDatePattern), FileTime(path).value_or(0));
+    const std::string seen = FormatDate(LoadFragment(fragment::kStaleSeenPattern), archive.SeenTime);
     return AskYesNo(MessageStyle::Exclamation,
-                    LoadMessage(MessageId::kStaleQuestion,
+                    LoadMessage(msg::kStaleQuestion,
                                 {FileNameOf(path), kLineBreak, std::to_string(other.Header.LevelCount), date,
                                  kLineBreak, std::to_string(archive.Header.LevelCount), seen, kLineBreak}));
 }

@@ -3,12 +3,16 @@
 #include <algorithm>
 
 #include "core/archive.h"
+#include "core/archive_messages.h"
 #include "core/change.h"
+#include "core/change_messages.h"
+#include "core/fragments.h"
 #include "core/level_list.h"
 #include "core/maintenance.h"
 #include "core/path_field.h"
 #include "core/profile.h"
 #include "core/sizes.h"
+#include "core/start_up_messages.h"
 #include "foundation/desktop.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
@@ -39,11 +43,11 @@ void ProvideFile(const std::string& source, const std::string& target) {
 }
 
 void PrepareFiles() {
-    const std::string spare = AppFolder() + LoadMessage(MessageId::kGoPifSpare, {});
-    const std::string pif = AppFolder() + LoadMessage(MessageId::kGoPif, {});
+    const std::string spare = AppFolder() + LoadFragment(fragment::kGoPifSpare);
+    const std::string pif = AppFolder() + LoadFragment(fragment::kGoPif);
     if (!FileExists(pif) && FileExists(spare)) RenameFile(spare, pif);
     session.IsNtFamily = WindowsVersion() != 1;
-    const std::string library = LoadMessage(MessageId::kLibWave, {});
+    const std::string library = LoadFragment(fragment::kLibWave);
     if (session.IsNtFamily && MayRegister())
         ProvideFile(AppFolder() + library, SpecialFolder(SpecialFolderId::System) + library);
 }
@@ -81,17 +85,10 @@ std::string LastNameOf(const std::string& token) {
 bool OpenLastArchive() {
     const std::string path(Trim(profile.LastArchive));
     if (path.empty()) return true;
-    if (!FileExists(path)) {
-        TellCritical(LoadMessage(MessageId::kLastArchiveNotFound, {}) + path);
-    } else if (CheckPath(path)) { // one of the command line may not fit the profile
-        if (LoadArchive(path)) return true;
-        if (!archive.ArchiveLoadRefused)
-            TellCritical(LoadMessage(MessageId::kErrorLoadingLastArchive, {}) + path);
-    }
+    if (LoadLastArchive(path)) return true;
     // An Archive whose folders the user couldn't give is tried again at the next start.
     if (!archive.ArchiveLoadRefused) profile.LastArchive.clear();
-    if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kLoadDifferentArchive, {})) ||
-        !LoadArchiveDialog())
+    if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kLoadDifferentArchive)) || !LoadArchiveDialog())
         return false;
     archive.ArchiveLoadRefused = false;
     return true;
@@ -99,8 +96,8 @@ bool OpenLastArchive() {
 
 void OpenFirstArchive() {
     const std::string create = "Pul_New";
-    const std::string button = TheUser().ShowForm(
-        {"Dialog_NewArc", LoadMessage(MessageId::kNewArcCaption, {}), {}, {create, "Pul_Load"}});
+    const std::string button =
+        TheUser().ShowForm({"Dialog_NewArc", LoadMessage(msg::kNewArcCaption), {}, {create, "Pul_Load"}});
     if (button != create) static_cast<void>(LoadArchiveDialog()); // its failure has been told
 }
 
@@ -111,7 +108,7 @@ bool SecureOriginal() {
         return false;
     }
     if (!CreateLevelZero()) {
-        TellCritical(LoadMessage(MessageId::kErrorCreatingLevelZero, {}));
+        TellCritical(LoadMessage(msg::kErrorCreatingLevelZero));
         return false;
     }
     return true;
@@ -125,12 +122,12 @@ bool MendTrle() {
     const std::string trle = TrleFolder();
     if (trle.empty() || !FolderExists(trle) || swap::CheckTrleFolder(trle, false)) return true;
     if (!ended && WasLockedOut()) return false;
-    const Change change(MessageId::kDoingMendTrle, kHomeFolder | kTrleFolder);
+    const Change change(msg::kDoingMendTrle, kHomeFolder | kTrleFolder);
     if (!change) return false;
     if (swap::CheckTrleFolder(trle, false)) return true; // the other one has ended
     if (swap::OfferKeptWaves() && swap::CheckTrleFolder(trle, false)) return true;
     if (!swap::BackupIsValid() ||
-        !AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kRestoreFirst, {kLineBreak})))
+        !AskYesNo(MessageStyle::Question, LoadMessage(msg::kRestoreFirst, {kLineBreak})))
         return true;
     ProgressDialog progress(BarPlace::ProgressDialog, {});
     swap::FullRestore(progress.bar, false);
@@ -155,13 +152,27 @@ bool OpenArchive() {
 
 void OfferFullRestore() {
     if (!session.UpgradeWarning) return;
-    if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kUpgradeRestoreQuestion, {kLineBreak})))
-        return;
+    if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kUpgradeRestoreQuestion, {kLineBreak}))) return;
     ProgressDialog progress(BarPlace::ProgressDialog, {});
     swap::FullRestore(progress.bar, false);
 }
 
 } // namespace
+
+void TellArchiveNotLoaded(const std::string& path) {
+    TellCritical(LoadMessage(msg::kErrorLoadingLastArchive) + path);
+}
+
+bool LoadLastArchive(const std::string& path) {
+    if (!FileExists(path)) {
+        TellCritical(LoadMessage(msg::kLastArchiveNotFound) + path);
+        return false;
+    }
+    if (!CheckPath(path)) return false; // one of the command line may not fit the profile
+    if (LoadArchive(path)) return true;
+    if (!archive.ArchiveLoadRefused) TellArchiveNotLoaded(path);
+    return false;
+}
 
 CommandLine ParseCommandLine(std::string_view text) {
     CommandLine found;
@@ -170,8 +181,8 @@ CommandLine ParseCommandLine(std::string_view text) {
         const std::size_t close = text.find('"', open + 1);
         const std::string token(text.substr(open + 1, close - open - 1));
         if (token.empty()) break;
-        if (EndsWithNoCase(token, LoadMessage(MessageId::kArchiveTokenExtension, {}))) found.Archive = token;
-        if (EqualNoCase(LastNameOf(token), LoadMessage(MessageId::kTrleTokenName, {})))
+        if (EndsWithNoCase(token, LoadFragment(fragment::kArchiveTokenExtension))) found.Archive = token;
+        if (EqualNoCase(LastNameOf(token), LoadFragment(fragment::kTrleTokenName)))
             found.TrleSource = PathOfToken(token);
         if (close == std::string_view::npos) break;
         text.remove_prefix(close + 1);
@@ -193,7 +204,7 @@ void StartUp(std::string_view command_line) {
     archive = ArchiveState();
     if (!wanted.TrleSource.empty()) {
         // TRLE can't be installed from a folder; who asks for it is told as for a failed set-up.
-        TellCritical(LoadMessage(MessageId::kTrleSetupFailed, {}));
+        TellCritical(LoadMessage(msg::kTrleSetupFailed));
         archive.ArchiveLoadRefused = true;
         session.EndWanted = true;
         return;
@@ -222,14 +233,14 @@ void ReturnToArchive(const std::string& former) {
         if (former.empty()) CloseArchive();
         return;
     }
-    if (!archive.ArchiveLoadRefused) TellCritical(LoadMessage(MessageId::kErrorLoadingFormer, {}) + former);
+    if (!archive.ArchiveLoadRefused) TellCritical(LoadMessage(msg::kErrorLoadingFormer) + former);
     CloseArchive();
 }
 
 void OpenWishedArchive(const std::string& native) {
     const std::string path = PathFromUser(native);
     if (path.empty()) {
-        TellCritical(LoadMessage(MessageId::kWishNotOnDrive, {}) + native);
+        TellCritical(LoadMessage(msg::kWishNotOnDrive) + native);
         return;
     }
     if (ArchiveIsOpen() && EqualNoCase(path, profile.LastArchive)) {
@@ -243,7 +254,7 @@ void OpenWishedArchive(const std::string& native) {
     if (archive.ArchiveLoadRefused)
         ReturnToArchive(former);
     else
-        TellCritical(LoadMessage(MessageId::kWishNotLoaded, {}) + path);
+        TellCritical(LoadMessage(msg::kWishNotLoaded) + path);
 }
 
 bool ArchiveIsOpen() {
@@ -251,22 +262,21 @@ bool ArchiveIsOpen() {
 }
 
 std::string BackupFolder() {
-    return AppFolder() + LoadMessage(MessageId::kBackupFolder, {});
+    return AppFolder() + LoadFragment(fragment::kBackupFolder);
 }
 
 bool CreateLevelZero() {
     const std::string folder = LevelFolder(0, false);
     if (FolderExists(folder)) return true;
-    const Change change(MessageId::kDoingLevelZero, kHomeFolder | kTrleFolder);
+    const Change change(msg::kDoingLevelZero, kHomeFolder | kTrleFolder);
     if (!change) return false;
     if (!CreateLevelFolders(folder)) return false;
     const std::string trle = TrleFolder();
-    CopyFile(trle + LoadMessage(MessageId::kLevelZeroLoadBmp, {}),
-             folder + LoadMessage(MessageId::kLevelZeroScreenshot, {}));
+    CopyFile(trle + LoadFragment(fragment::kLevelZeroLoadBmp),
+             folder + LoadFragment(fragment::kLevelZeroScreenshot));
     CopyFiles(BackupFolder(), StashFolder(folder), Existing::Replace,
-              LoadMessage(MessageId::kSavegameMaskZero, {}));
-    CopyFiles(trle + LoadMessage(MessageId::kManualFolder, {}), FilesFolder(folder), Existing::Replace,
-              "*.*");
+              LoadFragment(fragment::kSavegameMaskZero));
+    CopyFiles(trle + LoadFragment(fragment::kManualFolder), FilesFolder(folder), Existing::Replace, "*.*");
     session.LevelZeroCreated = true;
     return true;
 }

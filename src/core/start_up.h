@@ -28,6 +28,9 @@ extern SessionState session;
 void StartUp(std::string_view command_line);
 // True while an Archive is open.
 bool ArchiveIsOpen();
+// Loads the Archive that the profile names. False after a message if it is gone or can't be loaded.
+[[nodiscard]] bool LoadLastArchive(const std::string& path);
+void TellArchiveNotLoaded(const std::string& path);
 // Leaves none open: table and list are empty.
 void CloseArchive();
 // Opens the Archive of that path again, after another one could not take its place. A path that is empty, or

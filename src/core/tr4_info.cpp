@@ -7,6 +7,9 @@
 
 #include "core/archive.h"
 #include "core/change.h"
+#include "core/change_messages.h"
+#include "core/fragments.h"
+#include "core/level_messages.h"
 #include "foundation/date_text.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -24,7 +27,7 @@ namespace {
 constexpr std::size_t kCountSize = 4;
 
 std::string PathOfInfo(std::int32_t code) {
-    return LevelFolder(code, false) + LoadMessage(MessageId::kTr4InfoName, {});
+    return LevelFolder(code, false) + LoadFragment(fragment::kTr4InfoName);
 }
 
 const LevelRecord& LevelAt(std::int32_t index) {
@@ -36,12 +39,12 @@ bool IsSame(const Tr4Info& a, const Tr4Info& b) {
 }
 
 bool HasLevelFiles(const std::string& files) {
-    return AnyFile(files, LoadMessage(MessageId::kTr4InfoMask, {}));
+    return AnyFile(files, LoadFragment(fragment::kTr4InfoMask));
 }
 
 void WriteAndTell(std::int32_t index) {
     if (!WriteTr4Info(index))
-        TellCritical(LoadMessage(MessageId::kCannotWriteTr4Info, {}) + PathOfInfo(LevelAt(index).Code));
+        TellCritical(LoadMessage(msg::kCannotWriteTr4Info) + PathOfInfo(LevelAt(index).Code));
 }
 
 // Makes the tr4.inf of one level. False if its CD isn't there.
@@ -55,8 +58,7 @@ bool CreateInfo(std::int32_t index) {
     }
     std::string temp;
     if (!swap::DecompressLevelFiles(files, temp, false)) {
-        TellCritical(LoadMessage(MessageId::kCreatingDecompressError, {}) +
-                     std::string(Trim(LevelAt(index).Name)));
+        TellCritical(LoadMessage(msg::kCreatingDecompressError) + std::string(Trim(LevelAt(index).Name)));
     } else if (!temp.empty()) {
         ListTr4(temp);
         if (!Tr4List.empty()) WriteAndTell(index);
@@ -77,7 +79,7 @@ bool AskGoOn(const EqualLevel& equal) {
     const std::string name(Trim(LevelByCode(equal.Code).Name));
     return AskYesNo(
         MessageStyle::Question,
-        LoadMessage(MessageId::kEqualFound, {std::string(Trim(equal.FileName)) + " ", name + kLineBreak}));
+        LoadMessage(msg::kEqualFound, {std::string(Trim(equal.FileName)) + " ", name + kLineBreak}));
 }
 
 // The tr4.inf of all levels, read once and found by name and size: an Archive of thousands of levels is
@@ -148,7 +150,7 @@ std::string EncodeTr4Info(const std::vector<Tr4Info>& list) {
 
 void ListTr4(std::string_view folder) {
     Tr4List.clear();
-    for (const std::string& file : ListFiles(folder, LoadMessage(MessageId::kTr4InfoMask, {}))) {
+    for (const std::string& file : ListFiles(folder, LoadFragment(fragment::kTr4InfoMask))) {
         const auto size = std::min<std::int64_t>(FileSize(file), std::numeric_limits<std::int32_t>::max());
         Tr4List.push_back(
             {FileNameOf(file), DayCount(FileTime(file).value_or(0)), static_cast<std::int32_t>(size)});
@@ -186,7 +188,7 @@ bool CheckEqualLevels(const std::vector<Tr4Info>& list, std::int32_t own_code, E
 }
 
 std::int32_t ControllaUguali() {
-    ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(MessageId::kScanningEqual, {}));
+    ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(msg::kScanningEqual));
     AllTr4 all;
     if (!ReadAllTr4(all)) return -1;
     std::int32_t count = 0;
@@ -195,7 +197,7 @@ std::int32_t ControllaUguali() {
         if (TheUser().StopRequested()) return -1;
         const auto known = all.lists.find(i);
         if (known == all.lists.end() && !ListLevelTr4(LevelAt(i).Code)) {
-            ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kEqualCdMissing, {}));
+            ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kEqualCdMissing));
             return -1;
         }
         EqualLevel equal;
@@ -205,21 +207,21 @@ std::int32_t ControllaUguali() {
         }
         ProgressPercent(progress.bar, i + 1, archive.Header.LevelCount);
     }
-    ShowMessage(MessageStyle::Plain,
-                count == 0 ? LoadMessage(MessageId::kEqualNone, {kLineBreak})
-                           : LoadMessage(MessageId::kEqualSome, {kLineBreak, std::to_string(count)}));
+    ShowMessage(MessageStyle::Plain, count == 0
+                                         ? LoadMessage(msg::kEqualNone, {kLineBreak})
+                                         : LoadMessage(msg::kEqualSome, {kLineBreak, std::to_string(count)}));
     return count;
 }
 
 void CreaInfoTr4() {
-    const Change change(MessageId::kDoingTr4Infos, kHomeFolder | kArchiveFolder);
+    const Change change(msg::kDoingTr4Infos, kHomeFolder | kArchiveFolder);
     if (!change) return;
-    ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(MessageId::kCreatingInfos, {}));
+    ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(msg::kCreatingInfos));
     for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i) {
         TheUser().PumpEvents();
         if (TheUser().StopRequested()) return;
         if (!FileExists(PathOfInfo(LevelAt(i).Code)) && !CreateInfo(i)) {
-            ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kCreatingCdMissing, {}));
+            ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kCreatingCdMissing));
             return;
         }
         ProgressPercent(progress.bar, i + 1, archive.Header.LevelCount);

@@ -4,17 +4,48 @@
 // any language.
 #pragma once
 
+#include <compare>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
 namespace kelvash {
 
-enum class MessageId : std::int32_t; // the names stand in messages.h
+// Which answers to a question can lose something that the user has, or go on for ever when nobody is there.
+// Ok and Retry count as yes; No, Cancel and Abort as no.
+enum class Harm { NothingLoses, YesLoses, NoLoses, AnyLoses };
 
-// The id of a text that is no message.
-inline constexpr MessageId kNoMessage{0};
+// An entry of the message table. Its number is opaque and never changes.
+struct Message {
+    std::int32_t id;
+    std::string_view name;         // in the code
+    std::string_view text;         // as it is without a translation
+    std::optional<Harm> harm = {}; // of a message with which a question begins
+    bool password = false;         // what is typed is neither shown nor told
+};
+
+// Names an entry: msg::kErrorSavingArchive.
+class MessageId {
+  public:
+    constexpr MessageId() = default; // of a text that is no message
+    constexpr explicit MessageId(const Message* entry) : number_(entry->id), entry_(entry) {}
+    // A number that was read somewhere, whether there is such an entry or not. It names a box and has no
+    // text.
+    constexpr explicit MessageId(std::int32_t number) : number_(number) {}
+
+    constexpr std::int32_t Number() const { return number_; }
+    constexpr const Message* Entry() const { return entry_; }
+    friend constexpr bool operator==(MessageId a, MessageId b) { return a.number_ == b.number_; }
+    friend constexpr auto operator<=>(MessageId a, MessageId b) { return a.number_ <=> b.number_; }
+
+  private:
+    std::int32_t number_ = 0;
+    const Message* entry_ = nullptr;
+};
+
+inline constexpr MessageId kNoMessage;
 
 struct MessageText {
     MessageText() = default;

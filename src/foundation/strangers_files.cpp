@@ -4,10 +4,12 @@
 #include <array>
 
 #include "foundation/files.h"
+#include "foundation/fragments.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/process.h"
 #include "foundation/text.h"
+#include "foundation/texts.h"
 #include "foundation/user.h"
 
 namespace kelvash {
@@ -18,7 +20,7 @@ bool HasProgramExtension(const std::string& path) {
     std::string name = FileNameOf(path);
     name.resize(name.find_last_not_of(". ") + 1); // Windows drops what follows
     const std::string extension = ExtensionOf(name);
-    const std::vector<std::string> programs = Split(LoadMessage(MessageId::kProgramExtensions, {}), '|');
+    const std::vector<std::string> programs = Split(LoadFragment(fragment::kProgramExtensions), '|');
     return std::any_of(programs.begin(), programs.end(),
                        [&](const std::string& program) { return EqualNoCase(extension, program); });
 }
@@ -99,7 +101,7 @@ Opening OpenStrangersFile(const std::string& path) {
     if (!FileExists(path)) return Opening::Failed;
     if (IsProgramFile(path) &&
         !AskYesNo(MessageStyle::Exclamation,
-                  LoadMessage(MessageId::kRunProgramQuestion, {kLineBreak + path, kLineBreak})))
+                  LoadMessage(msg::kRunProgramQuestion, {kLineBreak + path, kLineBreak})))
         return Opening::NotWanted;
     return OpenDocument(path, {}, Window::Normal, {}) ? Opening::Opened : Opening::Failed;
 }
@@ -111,11 +113,10 @@ Opening OpenStrangersAddress(const std::string& text) {
         return StartsWithNoCase(mail, "mailto:") && mail.find('?') != std::string::npos;
     };
     if (!address || has_fields(*address)) {
-        TellCritical(LoadMessage(MessageId::kAddressRefused, {}) + text);
+        TellCritical(LoadMessage(msg::kAddressRefused) + text);
         return Opening::NotWanted;
     }
-    if (!AskYesNo(MessageStyle::Question,
-                  LoadMessage(MessageId::kOpenAddressQuestion, {kLineBreak + *address})))
+    if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kOpenAddressQuestion, {kLineBreak + *address})))
         return Opening::NotWanted;
     return OpenDocument(*address, {}, Window::Normal, {}) ? Opening::Opened : Opening::Failed;
 }

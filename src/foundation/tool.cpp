@@ -8,6 +8,7 @@
 #include "foundation/messages.h"
 #include "foundation/platform/platform.h"
 #include "foundation/text.h"
+#include "foundation/texts.h"
 #include "foundation/user.h"
 
 namespace kelvash {
@@ -56,7 +57,7 @@ class OutputLines {
         after_return_ = byte == '\r';
         switch (byte) {
             case '\0':
-                ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kNulInOutput, {}));
+                ShowMessage(MessageStyle::Plain, LoadMessage(msg::kNulInOutput));
                 return true;
             case '\r':
                 return EndLine();
@@ -138,11 +139,11 @@ std::string SpawnError(platform::SpawnResult result, std::string_view program, c
         case platform::SpawnResult::Started:
             break;
         case platform::SpawnResult::NoPipe:
-            return LoadMessage(MessageId::kPipeFailed, {});
+            return LoadMessage(msg::kPipeFailed);
         case platform::SpawnResult::NoRedirection:
-            return LoadMessage(MessageId::kRedirectFailed, {});
+            return LoadMessage(msg::kRedirectFailed);
         case platform::SpawnResult::NotStarted:
-            return LoadMessage(MessageId::kSubprocessFailed,
+            return LoadMessage(msg::kSubprocessFailed,
                                {std::string(program), kLineBreak, Join(arguments, " ")});
     }
     return {};
@@ -171,7 +172,7 @@ Captured CaptureOutput(std::string_view program, const Arguments& arguments, con
                        LineMode mode, std::string_view input) {
     Captured captured;
     if (!FileExists(program)) {
-        captured.error = LoadMessage(MessageId::kUtilityMissing, {std::string(program)});
+        captured.error = LoadMessage(msg::kUtilityMissing, {std::string(program)});
         return captured;
     }
     Process process;
@@ -185,7 +186,7 @@ Captured CaptureOutput(std::string_view program, const Arguments& arguments, con
     captured.ok = ReadOutput(pipe, process, reader, mode, captured.output);
     if (!captured.ok) {
         platform::KillRun(process);
-        captured.error = LoadMessage(MessageId::kBreakUser, {});
+        captured.error = LoadMessage(msg::kBreakUser);
     }
     platform::ClosePipe(pipe);
     platform::WaitFor(process, kEndPatience, nullptr);

@@ -4,11 +4,13 @@
 #include "foundation/date_text.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/fragments.h"
 #include "foundation/guarded_folders.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
 #include "foundation/text.h"
+#include "foundation/texts.h"
 
 namespace kelvash {
 
@@ -31,12 +33,12 @@ bool MakeFolders(const std::string& base, const std::string& relative, std::stri
 }
 
 void TellFolderFailure(const std::string& folder) {
-    TellCritical(LoadMessage(MessageId::kCannotCreateFolder, {folder}));
+    TellCritical(LoadMessage(msg::kCannotCreateFolder, {folder}));
 }
 
 bool IsLeftOut(const std::string& path, FilesFolders skip) {
     return skip == FilesFolders::Skip &&
-           FindNoCase(path, LoadMessage(MessageId::kInsideFilesFolder, {})) != std::string::npos;
+           FindNoCase(path, LoadFragment(fragment::kInsideFilesFolder)) != std::string::npos;
 }
 
 bool CopyTreeWith(std::string_view source, std::string_view destination, Bar* bar, Existing existing,
@@ -80,9 +82,9 @@ FileFacts FactsOf(std::string_view path) {
 
 // The lines of AskReplaceFile that describe one file.
 std::string Described(const FileFacts& file, MessageId size_label, MessageId date_label) {
-    return file.Name + kLineBreak + LoadMessage(size_label, {}) + FormatSize(file.Size) + kLineBreak +
-           LoadMessage(date_label, {}) +
-           FormatDate(LoadMessage(MessageId::kReplaceDatePattern, {}), file.Time) + kLineBreak;
+    return file.Name + kLineBreak + LoadMessage(size_label) + FormatSize(file.Size) + kLineBreak +
+           LoadMessage(date_label) + FormatDate(LoadFragment(fragment::kReplaceDatePattern), file.Time) +
+           kLineBreak;
 }
 
 // Tenths of a unit as digits with one decimal.
@@ -95,15 +97,14 @@ std::string OneDecimal(std::int64_t bytes, std::int64_t unit) {
 
 bool CopyTree(std::string_view source, std::string_view destination, bool show, Existing existing,
               FilesFolders skip) {
-    if (!show)
-        return CopyTreeWith(source, destination, nullptr, existing, skip, MessageId::kErrorCopyingFileTo);
-    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kCopyTreeCaption, {}));
-    return CopyTreeWith(source, destination, &progress.bar, existing, skip, MessageId::kErrorCopyingFileTo);
+    if (!show) return CopyTreeWith(source, destination, nullptr, existing, skip, msg::kErrorCopyingFileTo);
+    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(msg::kCopyTreeCaption));
+    return CopyTreeWith(source, destination, &progress.bar, existing, skip, msg::kErrorCopyingFileTo);
 }
 
 bool CopyTreeShown(std::string_view source, std::string_view destination, Bar& bar, Existing existing,
                    FilesFolders skip) {
-    return CopyTreeWith(source, destination, &bar, existing, skip, MessageId::kErrorCopyingFileFromTo);
+    return CopyTreeWith(source, destination, &bar, existing, skip, msg::kErrorCopyingFileFromTo);
 }
 
 bool RemoveFolderTree(std::string_view root, Bar& bar) {
@@ -130,9 +131,9 @@ std::string FormatSize(std::int64_t bytes) {
     constexpr std::int64_t kKilobyte = 1024;
     constexpr std::int64_t kMegabyte = 1048576;
     constexpr std::int64_t kGigabyte = 1073741824;
-    if (bytes >= kGigabyte) return OneDecimal(bytes, kGigabyte) + LoadMessage(MessageId::kGigabytes, {});
-    if (bytes >= kMegabyte) return OneDecimal(bytes, kMegabyte) + LoadMessage(MessageId::kMegabytes, {});
-    if (bytes >= kKilobyte) return std::to_string(bytes / kKilobyte) + LoadMessage(MessageId::kKilobytes, {});
+    if (bytes >= kGigabyte) return OneDecimal(bytes, kGigabyte) + LoadMessage(msg::kGigabytes);
+    if (bytes >= kMegabyte) return OneDecimal(bytes, kMegabyte) + LoadMessage(msg::kMegabytes);
+    if (bytes >= kKilobyte) return std::to_string(bytes / kKilobyte) + LoadMessage(msg::kKilobytes);
     return std::to_string(bytes);
 }
 
@@ -141,12 +142,11 @@ bool AskReplaceFile(std::string_view new_path, std::string_view old_path) {
 }
 
 bool AskReplaceFile(const FileFacts& new_file, std::string_view old_path) {
-    const MessageText text =
-        LoadMessage(MessageId::kReplaceFile, {}) + kLineBreak +
-        Described(FactsOf(old_path), MessageId::kReplaceOldSize, MessageId::kReplaceOldDate) +
-        LoadMessage(MessageId::kReplaceWith, {}) + kLineBreak +
-        Described(new_file, MessageId::kReplaceNewSize, MessageId::kReplaceNewDate) + kLineBreak +
-        LoadMessage(MessageId::kReplaceQuestion, {});
+    const MessageText text = LoadMessage(msg::kReplaceFile) + kLineBreak +
+                             Described(FactsOf(old_path), msg::kReplaceOldSize, msg::kReplaceOldDate) +
+                             LoadMessage(msg::kReplaceWith) + kLineBreak +
+                             Described(new_file, msg::kReplaceNewSize, msg::kReplaceNewDate) + kLineBreak +
+                             LoadMessage(msg::kReplaceQuestion);
     return AskYesNo(MessageStyle::Question, text);
 }
 

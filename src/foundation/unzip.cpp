@@ -10,6 +10,7 @@
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
 #include "foundation/text.h"
+#include "foundation/texts.h"
 #include "foundation/zip.h"
 #include "foundation/zip_destination.h"
 #include "foundation/zip_library.h"
@@ -109,8 +110,7 @@ class Extraction {
         entry.index = index;
         const char* const raw = zip_get_name(zip_, index, ZIP_FL_ENC_RAW);
         if (raw == nullptr || zip_stat_index(zip_, index, 0, &entry.stat) != 0) {
-            job_.Failed.emplace_back(std::to_string(index + 1),
-                                     LoadMessage(MessageId::kZipReasonDamaged, {}));
+            job_.Failed.emplace_back(std::to_string(index + 1), LoadMessage(msg::kZipReasonDamaged));
             return;
         }
         entry.name = ZipNameText(raw);
@@ -130,7 +130,7 @@ class Extraction {
         if (!is_folder)
             Extract(entry);
         else if (!destination_.FolderOf(entry.parts, entry.parts.size()))
-            job_.Failed.emplace_back(entry.name, LoadMessage(MessageId::kZipReasonWrite, {}));
+            job_.Failed.emplace_back(entry.name, LoadMessage(msg::kZipReasonWrite));
     }
 
     // Of two entries of one name the first stays; the other is worth telling if it isn't the same file again.
@@ -150,8 +150,7 @@ class Extraction {
         const std::optional<fs::path> target =
             job_.TestZip ? std::optional<fs::path>(fs::path()) : destination_.PathOf(entry.parts);
         if (target && !job_.TestZip && !MayWrite(entry, *target)) return;
-        const std::string fault =
-            target ? Unpack(entry, *target) : LoadMessage(MessageId::kZipReasonWrite, {});
+        const std::string fault = target ? Unpack(entry, *target) : LoadMessage(msg::kZipReasonWrite);
         if (job_.Stopped) return;
         if (!fault.empty()) {
             job_.Failed.emplace_back(entry.name, fault);
@@ -181,7 +180,7 @@ class Extraction {
     std::string Unpack(const Entry& entry, const fs::path& target) {
         const std::string fault = MethodFault(entry);
         if (!fault.empty()) return fault;
-        if (IsEncrypted(entry.stat) && !password_ && !AskPassword(MessageId::kZipPassword)) return {};
+        if (IsEncrypted(entry.stat) && !password_ && !AskPassword(msg::kZipPassword)) return {};
         for (;;) {
             const Attempt attempt = UnpackOnce(entry, target);
             if (job_.Stopped || attempt.outcome == Outcome::Fault) return attempt.fault;
@@ -192,9 +191,9 @@ class Extraction {
             // Some wrong passwords are only noticed when the data turn out to be none. One that is typed
             // again then is the right one of a damaged entry.
             const std::string refused = *password_;
-            if (!AskPassword(MessageId::kZipPasswordWrong)) return {};
+            if (!AskPassword(msg::kZipPasswordWrong)) return {};
             proven_ = attempt.outcome == Outcome::DamagedOrWrongPassword && *password_ == refused;
-            if (proven_) return LoadMessage(MessageId::kZipReasonDamaged, {});
+            if (proven_) return LoadMessage(msg::kZipReasonDamaged);
         }
     }
 
@@ -203,7 +202,7 @@ class Extraction {
         Outcome outcome = Outcome::Done;
         std::string fault{};
     };
-    static Attempt FaultOf(MessageId reason) { return {Outcome::Fault, LoadMessage(reason, {})}; }
+    static Attempt FaultOf(MessageId reason) { return {Outcome::Fault, LoadMessage(reason)}; }
 
     // An old file stands until the new one is whole.
     Attempt UnpackOnce(const Entry& entry, const fs::path& target) {
@@ -221,7 +220,7 @@ class Extraction {
             platform::SetFileTime(partial, ExactTime(zip_, entry.index).value_or(entry.stat.mtime));
             if (replaces) fs::rename(partial, target, error);
             if (!replaces || !error) return {};
-            attempt = FaultOf(MessageId::kZipReasonWrite);
+            attempt = FaultOf(msg::kZipReasonWrite);
         }
         fs::remove(partial, error);
         return attempt;
@@ -229,9 +228,9 @@ class Extraction {
 
     static std::string MethodFault(const Entry& entry) {
         if (zip_compression_method_supported(entry.stat.comp_method, 0) == 0)
-            return LoadMessage(MessageId::kZipReasonMethod, {std::to_string(entry.stat.comp_method)});
+            return LoadMessage(msg::kZipReasonMethod, {std::to_string(entry.stat.comp_method)});
         if (IsEncrypted(entry.stat) && zip_encryption_method_supported(entry.stat.encryption_method, 0) == 0)
-            return LoadMessage(MessageId::kZipReasonEncrypted, {});
+            return LoadMessage(msg::kZipReasonEncrypted);
         return {};
     }
 
@@ -239,7 +238,7 @@ class Extraction {
     bool AskPassword(MessageId question) {
         std::optional<std::string> typed;
         if (passwords_asked_++ < kMostPasswords)
-            typed = TheUser().Input(LoadMessage(MessageId::kZipPasswordTitle, {}),
+            typed = TheUser().Input(LoadMessage(msg::kZipPasswordTitle),
                                     LoadMessage(question, {FileNameOf(job_.ZipFileName), kLineBreak}), {});
         job_.NoPassword = job_.Stopped = !typed.has_value();
         if (typed) password_ = std::move(typed);
@@ -248,15 +247,14 @@ class Extraction {
 
     Attempt DamageOf(const Entry& entry) const {
         const bool may_be_password = IsEncrypted(entry.stat) && !proven_;
-        return may_be_password ? Attempt{Outcome::DamagedOrWrongPassword}
-                               : FaultOf(MessageId::kZipReasonDamaged);
+        return may_be_password ? Attempt{Outcome::DamagedOrWrongPassword} : FaultOf(msg::kZipReasonDamaged);
     }
 
     Attempt CopyEntry(const Entry& entry, const fs::path& partial) {
         std::ofstream file;
         if (!job_.TestZip) {
             file.open(partial, std::ios::binary | std::ios::trunc);
-            if (!file) return FaultOf(MessageId::kZipReasonWrite);
+            if (!file) return FaultOf(msg::kZipReasonWrite);
         }
         zip_uint64_t left = entry.stat.size;
         const double before = done_;
@@ -264,10 +262,10 @@ class Extraction {
             const std::int64_t got = reader_.Read(block_.get(), kBlock);
             if (got < 0) return DamageOf(entry);
             if (got == 0) break;
-            if (static_cast<zip_uint64_t>(got) > left) return FaultOf(MessageId::kZipReasonLonger);
+            if (static_cast<zip_uint64_t>(got) > left) return FaultOf(msg::kZipReasonLonger);
             left -= static_cast<zip_uint64_t>(got);
             if (!job_.TestZip && !file.write(block_.get(), static_cast<std::streamsize>(got)))
-                return FaultOf(MessageId::kZipReasonWrite);
+                return FaultOf(msg::kZipReasonWrite);
             TellDone(before + static_cast<double>(entry.stat.size - left));
             if (clock_.Due() && watcher_.poll && watcher_.poll()) {
                 job_.Stopped = true;
@@ -276,7 +274,7 @@ class Extraction {
         }
         if (left != 0) return DamageOf(entry);
         if (!job_.TestZip) file.close();
-        return job_.TestZip || file ? Attempt{} : FaultOf(MessageId::kZipReasonWrite);
+        return job_.TestZip || file ? Attempt{} : FaultOf(msg::kZipReasonWrite);
     }
 
     UnzipClass& job_;
@@ -309,9 +307,9 @@ bool UnzipClass::UnZip(const ZipWatcher& watcher) {
     Opened = true;
     Extraction(*this, zip.get(), watcher).Run();
     if (NoPassword)
-        message_ = LoadMessage(MessageId::kZipNoPassword, {FileNameOf(ZipFileName)});
+        message_ = LoadMessage(msg::kZipNoPassword, {FileNameOf(ZipFileName)});
     else if (Stopped)
-        message_ = LoadMessage(MessageId::kZipStopped, {});
+        message_ = LoadMessage(msg::kZipStopped);
     else if (!Failed.empty())
         message_ = Failed.back().first + ": " + Failed.back().second;
     else if (!Written.empty())

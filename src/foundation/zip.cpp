@@ -8,6 +8,7 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
+#include "foundation/texts.h"
 #include "foundation/zip_library.h"
 #include "foundation/zip_names.h"
 
@@ -114,15 +115,14 @@ ZipHandle OpenTarget(const std::string& path, bool updating, std::string& messag
 // Writes everything; the message is the last line, or why it failed.
 bool Write(ZipHandle& zip, Writing& writing, std::string& message) {
     if (writing.watcher.poll && writing.watcher.poll()) {
-        message = LoadMessage(MessageId::kZipStopped, {});
+        message = LoadMessage(msg::kZipWriteStopped);
         return false;
     }
     constexpr double kPrecision = 0.005;
     zip_register_progress_callback_with_state(zip.get(), kPrecision, OnProgress, nullptr, &writing);
     zip_register_cancel_callback_with_state(zip.get(), OnCancel, nullptr, &writing);
     if (zip_close(zip.get()) != 0) {
-        message =
-            writing.stopped ? LoadMessage(MessageId::kZipStopped, {}) : std::string(zip_strerror(zip.get()));
+        message = writing.stopped ? LoadMessage(msg::kZipWriteStopped) : std::string(zip_strerror(zip.get()));
         return false;
     }
     static_cast<void>(zip.release()); // closing has freed it
@@ -158,7 +158,7 @@ bool ZipClass::MakeZipFile(const ZipWatcher& watcher) {
         const std::string name = NameInZip(file, RootDirectory);
         const zip_int64_t index = AddEntry(zip.get(), file, name);
         if (index < 0) {
-            message_ = LoadMessage(MessageId::kZipReasonRead, {file});
+            message_ = LoadMessage(msg::kZipReasonRead, {file});
             return false;
         }
         added[static_cast<zip_uint64_t>(index)] = name;

@@ -4,9 +4,11 @@
 
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/fragments.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
+#include "foundation/texts.h"
 #include "foundation/tool.h"
 #include "foundation/zip.h"
 #include "foundation/zip_library.h"
@@ -44,7 +46,7 @@ std::string Lines(const std::vector<std::string>& names) {
     for (std::size_t i = 0; i < std::min(names.size(), kNamesTold); ++i)
         list += kLineBreak + names[i];
     if (names.size() > kNamesTold)
-        list += kLineBreak + LoadMessage(MessageId::kZipMore, {std::to_string(names.size() - kNamesTold)});
+        list += kLineBreak + LoadMessage(msg::kZipMore, {std::to_string(names.size() - kNamesTold)});
     return list;
 }
 
@@ -52,20 +54,19 @@ void TellLeftOut(const UnzipClass& unzip) {
     const std::string zip = FileNameOf(unzip.ZipFileName);
     if (!unzip.Refused.empty())
         ShowMessage(MessageStyle::Exclamation,
-                    LoadMessage(MessageId::kZipEntryRefused, {zip, Lines(unzip.Refused)}));
+                    LoadMessage(msg::kZipEntryRefused, {zip, Lines(unzip.Refused)}));
     if (!unzip.Twice.empty())
-        ShowMessage(MessageStyle::Exclamation,
-                    LoadMessage(MessageId::kZipEntryTwice, {zip, Lines(unzip.Twice)}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kZipEntryTwice, {zip, Lines(unzip.Twice)}));
     if (!unzip.TooLong.empty())
         ShowMessage(MessageStyle::Exclamation,
-                    LoadMessage(MessageId::kZipEntryTooLong, {zip, Lines(unzip.TooLong)}));
+                    LoadMessage(msg::kZipEntryTooLong, {zip, Lines(unzip.TooLong)}));
 }
 
 std::string FailedEntries(const UnzipClass& unzip) {
     std::vector<std::string> failed;
     for (const auto& [name, reason] : unzip.Failed)
         failed.push_back(name + ": " + reason);
-    return LoadMessage(MessageId::kZipEntryFailed, {FileNameOf(unzip.ZipFileName), Lines(failed)});
+    return LoadMessage(msg::kZipEntryFailed, {FileNameOf(unzip.ZipFileName), Lines(failed)});
 }
 
 double SumOf(const std::vector<ZipEntry>& entries) {
@@ -102,14 +103,13 @@ bool MayFill(const Unzipping& job, double bytes, ZipBudget& budget) {
     const std::string name = FileNameOf(job.Archive);
     const std::int64_t room = FreeSpace(job.Destination);
     if (room >= 0 && bytes > static_cast<double>(room))
-        return AskYesNo(
-            MessageStyle::Exclamation,
-            LoadMessage(MessageId::kZipNoRoom,
-                        {name, SizeText(bytes), job.Destination.substr(0, 2), FormatSize(room), kLineBreak}));
+        return AskYesNo(MessageStyle::Exclamation,
+                        LoadMessage(msg::kZipNoRoom, {name, SizeText(bytes), job.Destination.substr(0, 2),
+                                                      FormatSize(room), kLineBreak}));
     const double total = budget.Unpacked + bytes;
     const double factor = total / std::max(1.0, budget.Packed);
     if (total <= budget.Unasked || factor <= kSuspiciousFactor || total <= 2 * budget.Agreed) return true;
-    const MessageId question = budget.Unpacked > 0 ? MessageId::kZipAllTooLarge : MessageId::kZipTooLarge;
+    const MessageId question = budget.Unpacked > 0 ? msg::kZipAllTooLarge : msg::kZipTooLarge;
     const std::string times = std::to_string(static_cast<std::int64_t>(factor));
     if (!AskYesNo(MessageStyle::Exclamation,
                   LoadMessage(question, {name, SizeText(total), times, kLineBreak})))
@@ -175,13 +175,13 @@ Unzipped UnzipToFolder(const Unzipping& job, Bar& bar) {
     std::string reason;
     std::optional<std::vector<ZipEntry>> listed = ListZip(job.Archive, reason);
     if (!listed)
-        return {UnzipEnd::Failed, LoadMessage(MessageId::kZipCannotOpen, {FileNameOf(job.Archive), reason})};
+        return {UnzipEnd::Failed, LoadMessage(msg::kZipCannotOpen, {FileNameOf(job.Archive), reason})};
     KeepWanted(job.Entries, *listed);
     ZipBudget own;
     own.Packed = static_cast<double>(FileSize(job.Archive));
     ZipBudget& budget = job.Budget == nullptr ? own : *job.Budget;
     const double bytes = SumOf(*listed);
-    if (!MayFill(job, bytes, budget)) return {UnzipEnd::Stopped, LoadMessage(MessageId::kZipStopped, {})};
+    if (!MayFill(job, bytes, budget)) return {UnzipEnd::Stopped, LoadMessage(msg::kZipFillStopped)};
     budget.Unpacked += bytes;
     if (job.Wiping == Wipe::Yes) WipeFolder(job.Destination, job.Archive);
     UnzipClass unzip;
@@ -202,10 +202,10 @@ Unzipped UnzipToFolder(const Unzipping& job, Bar& bar) {
 }
 
 bool UnzipWithTool(std::string_view archive, std::string_view destination, Bar& bar) {
-    const std::string tool = AppFolder() + "\\" + LoadMessage(MessageId::kUnzipTool, {});
+    const std::string tool = AppFolder() + "\\" + LoadFragment(fragment::kUnzipTool);
     if (!FileExists(tool)) {
-        TellCritical(LoadMessage(MessageId::kUnzipToolMissing, {}) + kLineBreak +
-                     LoadMessage(MessageId::kUnzipToolNeeded, {}) + AppFolder());
+        TellCritical(LoadMessage(msg::kUnzipToolMissing) + kLineBreak + LoadMessage(msg::kUnzipToolNeeded) +
+                     AppFolder());
         return false;
     }
     std::string ignored;
@@ -220,7 +220,7 @@ bool UnzipWithTool(std::string_view archive, std::string_view destination, Bar& 
         CaptureOutput(tool, {"-o", ToolPath(tool, archive), "-d", ToolPath(tool, destination)}, reader,
                       LineMode::WholeLines);
     bar = progress.bar;
-    if (!run.ok) TellCritical(LoadMessage(MessageId::kUnzipToolFailed, {}) + run.error);
+    if (!run.ok) TellCritical(LoadMessage(msg::kUnzipToolFailed) + run.error);
     return run.ok;
 }
 

@@ -1,5 +1,6 @@
 #include "foundation/zip_progress.h"
 
+#include "foundation/fragments.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
 
@@ -21,8 +22,8 @@ bool Reset(LineProgress& progress, bool reset, bool& stop) {
     return true;
 }
 
-void CountLines(LineProgress& progress, const std::string& line, MessageId word) {
-    if (line.find(LoadMessage(word, {})) == std::string::npos) return;
+void CountLines(LineProgress& progress, const std::string& line, const Fragment& word) {
+    if (line.find(LoadFragment(word)) == std::string::npos) return;
     ++progress.done;
     if (!progress.only_count) ProgressPercent(progress.bar, progress.done, progress.total);
 }
@@ -30,11 +31,11 @@ void CountLines(LineProgress& progress, const std::string& line, MessageId word)
 } // namespace
 
 void GestioneUnzip(LineProgress& progress, const std::string& line, bool reset, bool& stop) {
-    if (!Reset(progress, reset, stop)) CountLines(progress, line, MessageId::kZipInflating);
+    if (!Reset(progress, reset, stop)) CountLines(progress, line, fragment::kZipInflating);
 }
 
 void GestioneZip(LineProgress& progress, const std::string& line, bool reset, bool& stop) {
-    if (!Reset(progress, reset, stop)) CountLines(progress, line, MessageId::kZipAdding);
+    if (!Reset(progress, reset, stop)) CountLines(progress, line, fragment::kZipAdding);
 }
 
 void GestioneMadPlay(LineProgress& progress, const std::string& line, bool reset, bool& stop) {

@@ -13,6 +13,8 @@
 #include "foundation/plain_name.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "intake/fragments.h"
+#include "intake/messages.h"
 #include "intake/work_folder.h"
 
 namespace kelvash::intake {
@@ -20,10 +22,6 @@ namespace kelvash::intake {
 bool ConfigApplied = false;
 
 namespace {
-
-MessageText Text(MessageId id) {
-    return LoadMessage(id, {});
-}
 
 constexpr std::size_t kPair = 2;
 constexpr std::size_t kFour = 4;
@@ -54,7 +52,7 @@ std::optional<PlainName> NameIn(const std::string& text, RefusedNames& refused) 
 
 void CopyIfMissing(const std::string& source, const std::string& target) {
     if (!FileExists(target) && !CopyFile(source, target))
-        TellCritical(Text(MessageId::kConfigCopyFailed) + source);
+        TellCritical(LoadMessage(msg::kConfigCopyFailed) + source);
 }
 
 // Copies files of one base name as files of another, each with its own extension; what is there stays.
@@ -76,8 +74,7 @@ void TellRefused(RefusedNames names) {
     std::sort(names.begin(), names.end());
     names.erase(std::unique(names.begin(), names.end()), names.end());
     if (!names.empty())
-        ShowMessage(MessageStyle::Exclamation,
-                    LoadMessage(MessageId::kConfigNamesRefused, {CleanLines(names)}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kConfigNamesRefused, {CleanLines(names)}));
 }
 
 void TakeFields(NewLevel& level, RefusedNames& refused) {
@@ -105,9 +102,9 @@ bool HasImportedWads() {
         if (WadsInstalled(pair[0], pair[1])) continue;
         const std::string notes(Trim(LevelConfig.ImportNotes));
         ShowMessage(MessageStyle::Exclamation,
-                    LoadMessage(MessageId::kConfigWadsMissing,
+                    LoadMessage(msg::kConfigWadsMissing,
                                 {notes.empty() ? pair[0] : notes, kLineBreak, pair[1], kLineBreak}));
-        ShowMessage(MessageStyle::Exclamation, Text(MessageId::kConfigWithoutWads));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kConfigWithoutWads));
         return false;
     }
     return true;
@@ -126,8 +123,8 @@ const std::string* FindCdName(const std::vector<OriginalCd>& cds, const std::str
 }
 
 std::vector<OriginalCd> OriginalCds() {
-    const std::vector<std::string> codes = Split(Text(MessageId::kExternCdCodes), '|');
-    const std::vector<std::string> names = Split(Text(MessageId::kExternCdNames), '|');
+    const std::vector<std::string> codes = Split(LoadFragment(fragment::kExternCdCodes), '|');
+    const std::vector<std::string> names = Split(LoadFragment(fragment::kExternCdNames), '|');
     std::vector<OriginalCd> cds;
     for (std::size_t i = 0; i < std::min(codes.size(), names.size()); ++i)
         cds.push_back({codes[i], names[i]});
@@ -136,13 +133,12 @@ std::vector<OriginalCd> OriginalCds() {
 
 // Has the CD inserted until the file is there; false if the user gives up.
 bool AskForCd(const std::string& source, const std::string& file, const std::string& cd) {
-    if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kExternHaveCd, {cd, kLineBreak})))
-        return false;
+    if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kExternHaveCd, {cd, kLineBreak}))) return false;
     for (;;) {
-        const MessageText text = LoadMessage(MessageId::kExternInsertCd, {cd}) + source.substr(0, 2);
+        const MessageText text = LoadMessage(msg::kExternInsertCd, {cd}) + source.substr(0, 2);
         if (TheUser().Ask(Buttons::OkCancel, MessageStyle::Exclamation, text) == Answer::Cancel) return false;
         if (FileExists(source)) return true;
-        if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kExternRetry, {file, kLineBreak})))
+        if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kExternRetry, {file, kLineBreak})))
             return false;
     }
 }
@@ -159,7 +155,7 @@ void FindOnCd(const Group& group, const std::string& cd, WaveSource& source, Ref
     const std::optional<PlainName> name = PlainName::From(group[1]);
     if (!name) refused.push_back(group[1]);
     if (drives.empty() || !name) return;
-    source.path = drives.front() + Text(MessageId::kExternAudioFolder) + name->Text();
+    source.path = drives.front() + LoadFragment(fragment::kExternAudioFolder) + name->Text();
     source.found = FileExists(source.path) || AskForCd(source.path, name->Text(), cd);
 }
 
@@ -173,7 +169,8 @@ Replacement FindReplacement(const std::string& folder, const Group& group, WaveS
     if (!name) return Replacement::None;
     const bool same_name = EqualNoCase(group[3], group[2]);
     for (const std::string& place :
-         {PathIn(folder, *name), core::TrleFolder() + Text(MessageId::kExternTrleAudio) + name->Text()}) {
+         {PathIn(folder, *name),
+          core::TrleFolder() + LoadFragment(fragment::kExternTrleAudio) + name->Text()}) {
         if (!FileExists(place)) continue;
         source.path = place;
         return same_name ? Replacement::Finished : Replacement::Use;
@@ -190,7 +187,7 @@ void CorrectListedSize(const std::string& target, const std::string& source) {
 }
 
 void TellMissingWave(const Group& group) {
-    TellCritical(Text(MessageId::kExternMissing) + group[1] + ")");
+    TellCritical(LoadMessage(msg::kExternMissing) + group[1] + ")");
 }
 
 void ImportWave(const std::string& folder, const Group& group, const PlainName& name, WaveSource& source,
@@ -203,11 +200,10 @@ void ImportWave(const std::string& folder, const Group& group, const PlainName& 
             return;
         }
     }
-    ShowInfo(Text(MessageId::kExternImport) + group[1]);
+    ShowInfo(LoadMessage(msg::kExternImport) + group[1]);
     const std::string target = PathIn(folder, name);
     CorrectListedSize(target, source.path);
-    if (!CopyFile(source.path, target))
-        TellCritical(LoadMessage(MessageId::kAddFolderError, {source.path}) + folder);
+    if (!CopyFile(source.path, target)) TellCritical(LoadMessage(msg::kAddWaveError, {source.path}) + folder);
 }
 
 void ApplyFoundConfig(NewLevel& level) {
@@ -215,7 +211,7 @@ void ApplyFoundConfig(NewLevel& level) {
     RefusedNames refused;
     TakeFields(level, refused);
     SelectConfiguredDocument(level);
-    DeleteFile(level.WorkFolder + Text(MessageId::kConfigName));
+    DeleteFile(level.WorkFolder + LoadFragment(fragment::kConfigName));
     RefreshFileList(level);
     if (!HasImportedWads()) {
         CancelLevel(level);
@@ -225,7 +221,7 @@ void ApplyFoundConfig(NewLevel& level) {
     ApplyExternWaves(level.WorkFolder, refused);
     const std::string exe_kind(Trim(LevelConfig.ExeKind));
     if (!exe_kind.empty())
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kConfigExeLevel, {exe_kind}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kConfigExeLevel, {exe_kind}));
     ApplyUseWads(level.WorkFolder, refused);
     TellRefused(refused);
     RefreshFileList(level);
@@ -239,16 +235,15 @@ void ApplyFoundConfig(NewLevel& level) {
 // What is wrong with a file of the list; empty if it is there in its size.
 std::string ListProblem(const std::string& folder, const std::string& name, std::int32_t size) {
     const std::optional<PlainName> plain = PlainName::From(name);
-    if (!plain || !FileExists(PathIn(folder, *plain)))
-        return LoadMessage(MessageId::kConfigFileMissing, {name});
-    if (FileSize(PathIn(folder, *plain)) != size) return LoadMessage(MessageId::kConfigFileSize, {name});
+    if (!plain || !FileExists(PathIn(folder, *plain))) return LoadMessage(msg::kConfigFileMissing, {name});
+    if (FileSize(PathIn(folder, *plain)) != size) return LoadMessage(msg::kConfigFileSize, {name});
     return {};
 }
 
 } // namespace
 
 void ApplyLevelConfig(NewLevel& level) {
-    const std::string path = level.WorkFolder + Text(MessageId::kConfigName);
+    const std::string path = level.WorkFolder + LoadFragment(fragment::kConfigName);
     if (!FileExists(path)) return;
     if (ConfigApplied) {
         DeleteFile(path);
@@ -266,8 +261,7 @@ bool CheckLevelConfigFiles(const NewLevel& level, Loudness loudness) {
         const std::string problem = ListProblem(level.WorkFolder, name, LevelConfig.FileSizes[i]);
         if (problem.empty()) continue;
         if (loudness == Loudness::Quiet ||
-            !AskYesNo(MessageStyle::Question,
-                      LoadMessage(MessageId::kConfigContinue, {problem + kLineBreak})))
+            !AskYesNo(MessageStyle::Question, LoadMessage(msg::kConfigContinue, {problem + kLineBreak})))
             return false;
     }
     return true;
@@ -275,16 +269,17 @@ bool CheckLevelConfigFiles(const NewLevel& level, Loudness loudness) {
 
 bool WadsInstalled(const std::string& proof, const std::string& url) {
     constexpr std::int64_t kSmallestRevisedWad = 3000001; // only this tells the revised wads from the first
-    if (FindNoCase(UrlFileName(url), Text(MessageId::kConfigRevisedWord)) != std::string::npos)
-        return FileSize(core::BackupFolder() + Text(MessageId::kConfigRevisedWad)) >= kSmallestRevisedWad;
+    if (FindNoCase(UrlFileName(url), LoadFragment(fragment::kConfigRevisedWord)) != std::string::npos)
+        return FileSize(core::BackupFolder() + LoadFragment(fragment::kConfigRevisedWad)) >=
+               kSmallestRevisedWad;
     const std::optional<PlainName> name = PlainName::From(proof);
-    return name && FileExists(PathIn(core::TrleFolder() + Text(MessageId::kConfigWadsFolder), *name));
+    return name && FileExists(PathIn(core::TrleFolder() + LoadFragment(fragment::kConfigWadsFolder), *name));
 }
 
 void ApplyDuplications(const std::string& folder, RefusedNames& refused) {
     // The first item as it stands, even of a group that was never filled in.
     const std::vector<std::string> items = ConfigItems(LevelConfig.Duplications, kPair);
-    if (!items.empty()) ShowInfo(Text(MessageId::kConfigDuplication) + std::string(Trim(items.front())));
+    if (!items.empty()) ShowInfo(LoadMessage(msg::kConfigDuplication) + std::string(Trim(items.front())));
     for (const Group& pair : Groups(LevelConfig.Duplications, kPair))
         CopyUnderName(ListFiles(folder, pair[0]), folder, pair[1], refused);
 }
@@ -293,7 +288,7 @@ void ApplyExternWaves(const std::string& folder, RefusedNames& refused) {
     const std::vector<OriginalCd> cds = OriginalCds();
     WaveSource source;
     for (const Group& group : Groups(LevelConfig.ExternWaves, kFour)) {
-        ShowInfo(Text(MessageId::kExternRequest) + group[1]);
+        ShowInfo(LoadMessage(msg::kExternRequest) + group[1]);
         if (group[2].empty()) {
             TellMissingWave(group);
             continue;
@@ -303,13 +298,13 @@ void ApplyExternWaves(const std::string& folder, RefusedNames& refused) {
         if (const std::string* cd = FindCdName(cds, group[0]))
             FindOnCd(group, *cd, source, refused);
         else
-            TellCritical(Text(MessageId::kExternUnknownCd) + group[0] + ")");
+            TellCritical(LoadMessage(msg::kExternUnknownCd) + group[0] + ")");
         ImportWave(folder, group, *name, source, refused);
     }
 }
 
 void ApplyUseWads(const std::string& folder, RefusedNames& refused) {
-    const std::string wads = core::TrleFolder() + Text(MessageId::kConfigWadsFolder);
+    const std::string wads = core::TrleFolder() + LoadFragment(fragment::kConfigWadsFolder);
     for (const Group& pair : Groups(LevelConfig.UseWads, kPair)) {
         std::vector<std::string> sources = ListFiles(wads, pair[1]);
         if (sources.empty()) sources = ListFiles(folder, pair[1]);

@@ -8,6 +8,8 @@
 #include "foundation/strangers_files.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "intake/fragments.h"
+#include "intake/messages.h"
 
 namespace kelvash::intake {
 
@@ -26,14 +28,13 @@ std::vector<std::string> ItemsOf(const std::string& list) {
 
 bool HasItem(const std::vector<std::string>& items, std::int32_t item, MessageId otherwise) {
     if (item >= 0 && item < static_cast<std::int32_t>(items.size())) return true;
-    ShowMessage(MessageStyle::Exclamation, LoadMessage(otherwise, {}));
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(otherwise));
     return false;
 }
 
 // What was typed; nothing on cancel or for blanks.
 std::optional<std::string> AskItem(MessageId title, MessageId text, const std::string& old) {
-    const std::optional<std::string> typed =
-        TheUser().Input(LoadMessage(title, {}), LoadMessage(text, {}), old);
+    const std::optional<std::string> typed = TheUser().Input(LoadMessage(title), LoadMessage(text), old);
     if (!typed || Trim(*typed).empty()) return std::nullopt;
     return std::string(Trim(*typed));
 }
@@ -45,7 +46,7 @@ bool Add(std::vector<std::string>& items, MessageId title, MessageId text) {
 }
 
 bool Change(std::vector<std::string>& items, std::int32_t item, MessageId title, MessageId text) {
-    if (!HasItem(items, item, MessageId::kAutoreNoItem)) return false;
+    if (!HasItem(items, item, msg::kAutoreNoItem)) return false;
     std::string& old = items[static_cast<std::size_t>(item)];
     const std::optional<std::string> typed = AskItem(title, text, old);
     if (typed) old = *typed;
@@ -53,20 +54,20 @@ bool Change(std::vector<std::string>& items, std::int32_t item, MessageId title,
 }
 
 bool Delete(std::vector<std::string>& items, std::int32_t item) {
-    if (!HasItem(items, item, MessageId::kAutoreNoItem)) return false;
+    if (!HasItem(items, item, msg::kAutoreNoItem)) return false;
     items.erase(items.begin() + item);
     return true;
 }
 
 void Open(const std::string& address) {
     if (OpenStrangersAddress(address) == Opening::Failed)
-        TellCritical(LoadMessage(MessageId::kAutoreCannotOpen, {}) + address);
+        TellCritical(LoadMessage(msg::kAutoreCannotOpen) + address);
 }
 
 // Tells a text that is too long for its field.
 bool Fits(const std::string& text, std::size_t too_long, MessageId message) {
     if (AnsiFromUtf8(text).size() < too_long) return true;
-    TellCritical(LoadMessage(message, {}));
+    TellCritical(LoadMessage(message));
     return false;
 }
 
@@ -79,19 +80,19 @@ AuthorNotes BeginAuthorNotes(std::int32_t index) {
 }
 
 bool AddEmail(AuthorNotes& notes) {
-    return Add(notes.Emails, MessageId::kAutoreTitleEmail, MessageId::kAutoreInsertEmail);
+    return Add(notes.Emails, msg::kAutoreTitleEmail, msg::kAutoreInsertEmail);
 }
 
 bool AddSite(AuthorNotes& notes) {
-    return Add(notes.Sites, MessageId::kAutoreTitleUrl, MessageId::kAutoreInsertUrl);
+    return Add(notes.Sites, msg::kAutoreTitleUrl, msg::kAutoreInsertUrl);
 }
 
 bool ChangeEmail(AuthorNotes& notes, std::int32_t item) {
-    return Change(notes.Emails, item, MessageId::kAutoreTitleEmail, MessageId::kAutoreChangeCurrentEmail);
+    return Change(notes.Emails, item, msg::kAutoreTitleEmail, msg::kAutoreChangeCurrentEmail);
 }
 
 bool ChangeSite(AuthorNotes& notes, std::int32_t item) {
-    return Change(notes.Sites, item, MessageId::kAutoreTitleUrl, MessageId::kAutoreChangeUrl);
+    return Change(notes.Sites, item, msg::kAutoreTitleUrl, msg::kAutoreChangeUrl);
 }
 
 bool DeleteEmail(AuthorNotes& notes, std::int32_t item) {
@@ -103,13 +104,12 @@ bool DeleteSite(AuthorNotes& notes, std::int32_t item) {
 }
 
 void SendMail(const AuthorNotes& notes, std::int32_t item) {
-    if (HasItem(notes.Emails, item, MessageId::kAutoreNoItem))
-        Open(LoadMessage(MessageId::kAutoreMailto, {}) + notes.Emails[static_cast<std::size_t>(item)]);
+    if (HasItem(notes.Emails, item, msg::kAutoreNoItem))
+        Open(LoadFragment(fragment::kAutoreMailto) + notes.Emails[static_cast<std::size_t>(item)]);
 }
 
 void GoSite(const AuthorNotes& notes, std::int32_t item) {
-    if (HasItem(notes.Sites, item, MessageId::kAutoreNoSite))
-        Open(notes.Sites[static_cast<std::size_t>(item)]);
+    if (HasItem(notes.Sites, item, msg::kAutoreNoSite)) Open(notes.Sites[static_cast<std::size_t>(item)]);
 }
 
 bool StoreAuthorNotes(const AuthorNotes& notes) {
@@ -117,12 +117,12 @@ bool StoreAuthorNotes(const AuthorNotes& notes) {
     const std::string emails = Join(notes.Emails, separator);
     const std::string sites = Join(notes.Sites, separator);
     const std::string name(Trim(notes.Name));
-    if (!Fits(emails, kListTooLong, MessageId::kAutoreEmailsLong) ||
-        !Fits(sites, kListTooLong, MessageId::kAutoreSitesLong) ||
-        !Fits(name, kNameTooLong, MessageId::kAutoreNameLong) ||
-        !Fits(notes.Note, kListTooLong, MessageId::kAutoreNoteLong))
+    if (!Fits(emails, kListTooLong, msg::kAutoreEmailsLong) ||
+        !Fits(sites, kListTooLong, msg::kAutoreSitesLong) ||
+        !Fits(name, kNameTooLong, msg::kAutoreNameLong) ||
+        !Fits(notes.Note, kListTooLong, msg::kAutoreNoteLong))
         return false;
-    const core::Change change(MessageId::kDoingAuthor, core::kArchiveFolder, notes.Code);
+    const core::Change change(msg::kDoingAuthor, core::kArchiveFolder, notes.Code);
     const std::int32_t index = core::LevelIndex(notes.Code);
     if (!change || index < 0) return false;
     core::LevelRecord& level = core::archive.Levels[static_cast<std::size_t>(index)];

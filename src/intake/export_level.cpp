@@ -10,6 +10,7 @@
 #include "core/change.h"
 #include "core/kept_folders.h"
 #include "core/level_list.h"
+#include "core/level_messages.h"
 #include "core/path_field.h"
 #include "core/profile.h"
 #include "core/start_up.h"
@@ -24,16 +25,14 @@
 #include "foundation/user.h"
 #include "foundation/zip_module.h"
 #include "intake/apply_config.h"
+#include "intake/fragments.h"
 #include "intake/level_config.h"
+#include "intake/messages.h"
 #include "swap/compression.h"
 
 namespace kelvash::intake {
 
 namespace {
-
-MessageText Text(MessageId id) {
-    return LoadMessage(id, {});
-}
 
 bool RemoveTree(const std::string& folder) {
     Bar bar{BarPlace::CallerForm, -1};
@@ -42,7 +41,7 @@ bool RemoveTree(const std::string& folder) {
 
 // The folders of one export; they go when it ends, whichever way.
 struct ExportFolders {
-    std::string out = AppFolder() + Text(MessageId::kExportFolder);
+    std::string out = AppFolder() + LoadFragment(fragment::kExportFolder);
     std::string decompressed;          // empty if nothing had to be
     std::vector<std::string> left_out; // files whose names no zip of ours holds
 
@@ -58,8 +57,7 @@ struct ExportFolders {
 
 void TellLeftOut(const std::vector<std::string>& files) {
     if (!files.empty())
-        ShowMessage(MessageStyle::Exclamation,
-                    LoadMessage(MessageId::kExportNamesRefused, {CleanLines(files)}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kExportNamesRefused, {CleanLines(files)}));
 }
 
 // Copies files by a mask. False, after a message unless the user stopped it, if one can't be copied.
@@ -75,7 +73,7 @@ bool CopyMatching(const std::string& from, const std::string& mask, ExportFolder
             continue;
         }
         if (!CopyFileStoppable(file, PathIn(folders.out, *name))) {
-            if (!TheUser().StopRequested()) TellCritical(Text(MessageId::kExportCopyError) + file);
+            if (!TheUser().StopRequested()) TellCritical(LoadMessage(msg::kExportCopyError) + file);
             return false;
         }
         ProgressPercent(bar, ++done, static_cast<double>(files.size()));
@@ -88,40 +86,40 @@ bool CopyMatching(const std::string& from, const std::string& mask, ExportFolder
 bool TakeFiles(const core::LevelRecord& level, ExportFolders& folders, Bar& bar) {
     const std::string folder = core::LevelFolder(level.Code, true);
     if (core::archive.CdMissing) {
-        TellCritical(Text(MessageId::kExportCdMissing) +
+        TellCritical(LoadMessage(msg::kExportCdMissing) +
                      core::FilesFolder(core::LevelFolder(level.Code, false)));
         return false;
     }
     const std::string files = core::FilesFolder(folder);
     if (!AnyFile(files, "*")) {
-        TellCritical(Text(MessageId::kExportNoFiles) + files);
+        TellCritical(LoadMessage(msg::kExportNoFiles) + files);
         return false;
     }
     if (!swap::DecompressLevelFiles(files, folders.decompressed, true)) {
-        TellCritical(Text(MessageId::kExportDecompressing));
+        TellCritical(LoadMessage(msg::kExportDecompressing));
         return false;
     }
     const std::string& plain = folders.decompressed.empty() ? files : folders.decompressed;
     // The original configuration has documents only.
-    if (level.Code != 0 && !AnyFile(plain, Text(MessageId::kExportLevelMask))) {
-        TellCritical(Text(MessageId::kExportNoLevelFile) + files);
+    if (level.Code != 0 && !AnyFile(plain, LoadFragment(fragment::kExportLevelMask))) {
+        TellCritical(LoadMessage(msg::kExportNoLevelFile) + files);
         return false;
     }
     return CopyMatching(plain, "*", folders, bar);
 }
 
 bool TakeSaves(const core::LevelRecord& level, ExportFolders& folders, Bar& bar) {
-    return CopyMatching(companion::SlotFolder(level.Code), Text(MessageId::kExportSavegameMask), folders,
-                        bar);
+    return CopyMatching(companion::SlotFolder(level.Code), LoadFragment(fragment::kExportSavegameMask),
+                        folders, bar);
 }
 
 bool TakeScreenshots(const core::LevelRecord& level, ExportFolders& folders, ProgressDialog& progress) {
     const std::string source = core::ScreenshotsFolder(core::LevelFolder(level.Code, false));
-    const std::vector<std::string> masks = Split(Text(MessageId::kExportShotMasks), '|');
+    const std::vector<std::string> masks = Split(LoadFragment(fragment::kExportShotMasks), '|');
     const bool any = std::any_of(masks.begin(), masks.end(),
                                  [&](const std::string& mask) { return AnyFile(source, mask); });
-    if (!any || !AskYesNo(MessageStyle::Question, Text(MessageId::kExportShotsQuestion))) return true;
-    progress.Label(Text(MessageId::kExportShots));
+    if (!any || !AskYesNo(MessageStyle::Question, LoadMessage(msg::kExportShotsQuestion))) return true;
+    progress.Label(LoadMessage(msg::kExportShots));
     return std::all_of(masks.begin(), masks.end(), [&](const std::string& mask) {
         return CopyMatching(source, mask, folders, progress.bar);
     });
@@ -160,12 +158,12 @@ bool IsOurPlace(const std::string& target, const ExportFolders& folders) {
 
 // Nothing on cancel, or after a message.
 std::optional<std::string> AskTarget(const core::LevelRecord& level, const ExportFolders& folders) {
-    const std::string name = LoadMessage(MessageId::kExportName, {SafeFileName(CleanLine(Trim(level.Name)))});
+    const std::string name = LoadFragment(fragment::kExportName, {SafeFileName(CleanLine(Trim(level.Name)))});
     const std::optional<std::string> target =
-        TheUser().SaveFile({Text(MessageId::kExportTitle), Text(MessageId::kExportFilter),
+        TheUser().SaveFile({LoadMessage(msg::kExportTitle), LoadMessage(msg::kExportFilter),
                             std::string(Trim(core::profile.DownloadFolder)), name});
     if (target && IsOurPlace(*target, folders)) {
-        TellCritical(Text(MessageId::kExportBadTarget) + *target);
+        TellCritical(LoadMessage(msg::kExportBadTarget) + *target);
         return std::nullopt;
     }
     if (target && core::CanKeepPath(FolderOf(*target))) core::profile.DownloadFolder = FolderOf(*target);
@@ -174,20 +172,20 @@ std::optional<std::string> AskTarget(const core::LevelRecord& level, const Expor
 
 // Makes the zip of the out folder. False after a message, or without one when the user stopped it.
 bool MakeZip(const std::string& out, const std::string& target, ProgressDialog& progress) {
-    progress.Label(Text(MessageId::kExportZipping) + target);
+    progress.Label(LoadMessage(msg::kExportZipping) + target);
     std::vector<std::string> entries;
     std::string message;
     if (ZipFolder(out, target, entries, Recurse::No, progress.bar, message)) return true;
-    if (!TheUser().StopRequested()) TellCritical(Text(MessageId::kExportZipError) + kLineBreak + message);
+    if (!TheUser().StopRequested()) TellCritical(LoadMessage(msg::kExportZipError) + kLineBreak + message);
     return false;
 }
 
 // Makes the zip and gives its path; nothing if there is none.
 std::optional<std::string> Export(const core::LevelRecord& level) {
-    ProgressDialog progress(BarPlace::StoppableDialog, Text(MessageId::kExportCopying));
+    ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(msg::kExportCopying));
     ExportFolders folders; // they go while the dialog still shows it
     if (!RemoveTree(folders.out) || !CreateFolder(folders.out)) {
-        TellCritical(Text(MessageId::kExportCannotEmpty) + folders.out);
+        TellCritical(LoadMessage(msg::kExportCannotEmpty) + folders.out);
         return std::nullopt;
     }
     if (!TakeFiles(level, folders, progress.bar) || !TakeSaves(level, folders, progress.bar) ||
@@ -195,28 +193,28 @@ std::optional<std::string> Export(const core::LevelRecord& level) {
         return std::nullopt;
     TellLeftOut(folders.left_out);
     // One among the level's files is none of this zip.
-    DeleteFile(folders.out + Text(MessageId::kConfigName));
+    DeleteFile(folders.out + LoadFragment(fragment::kConfigName));
     FillConfig(level, folders.out);
-    if (!WriteLevelConfig(folders.out + Text(MessageId::kConfigName))) return std::nullopt;
+    if (!WriteLevelConfig(folders.out + LoadFragment(fragment::kConfigName))) return std::nullopt;
     ConfigApplied = false;
     const std::optional<std::string> target = AskTarget(level, folders);
     const bool made = target && MakeZip(folders.out, *target, progress);
-    progress.Label(Text(MessageId::kExportRemoving));
+    progress.Label(LoadMessage(msg::kExportRemoving));
     return made ? target : std::nullopt;
 }
 
 } // namespace
 
 bool ExportLevel() {
-    const core::Change change(MessageId::kDoingExport, core::kAll, core::SelectedLevel());
+    const core::Change change(msg::kDoingExport, core::kAll, core::SelectedLevel());
     if (!change) return false;
     const std::int32_t index = core::LevelIndex(core::SelectedLevel());
     if (index < 0) {
-        ShowMessage(MessageStyle::Exclamation, Text(MessageId::kExportNoLevel));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kExportNoLevel));
         return false;
     }
     const std::optional<std::string> zip = Export(core::archive.Levels[static_cast<std::size_t>(index)]);
-    if (zip) ShowMessage(MessageStyle::Plain, Text(MessageId::kExportDone) + *zip);
+    if (zip) ShowMessage(MessageStyle::Plain, LoadMessage(msg::kExportDone) + *zip);
     return zip.has_value();
 }
 

@@ -8,6 +8,7 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "intake/messages.h"
 
 namespace kelvash::intake {
 
@@ -55,7 +56,7 @@ void AppendText(std::string_view text, std::string& bytes) {
 }
 
 bool Tell(MessageId id, std::string_view path) {
-    TellCritical(LoadMessage(id, {}) + std::string(path));
+    TellCritical(LoadMessage(id) + std::string(path));
     return false;
 }
 
@@ -94,17 +95,17 @@ std::string EncodeLevelConfig(const LevelConfigRecord& config) {
 bool ReadLevelConfig(std::string_view path) {
     LevelConfig = LevelConfigRecord();
     if (!FileExists(path)) {
-        TellCritical(LoadMessage(MessageId::kConfigNotFound, {std::string(path)}));
+        TellCritical(LoadMessage(msg::kConfigNotFound, {std::string(path)}));
         return false;
     }
     const std::optional<std::string> bytes = ReadFileStart(path, kLongestConfig + 1);
-    if (!bytes) return Tell(MessageId::kConfigCannotOpen, path);
-    if (bytes->size() > kLongestConfig) return Tell(MessageId::kConfigTooLarge, path);
+    if (!bytes) return Tell(msg::kConfigCannotOpen, path);
+    if (bytes->size() > kLongestConfig) return Tell(msg::kConfigTooLarge, path);
     switch (DecodeLevelConfig(*bytes, LevelConfig)) {
         case ConfigFault::Header:
-            return Tell(MessageId::kConfigCannotReadHeader, path);
+            return Tell(msg::kConfigCannotReadHeader, path);
         case ConfigFault::Entry:
-            return Tell(MessageId::kConfigCannotReadEntry, path);
+            return Tell(msg::kConfigCannotReadEntry, path);
         case ConfigFault::None:
             break;
     }
@@ -122,7 +123,7 @@ bool WriteLevelConfig(std::string_view path) {
         return write(bytes);
     };
     return ReplaceFileBytes(path, write_all, Flush::No) ||
-           Tell(opened ? MessageId::kConfigCannotWriteBytes : MessageId::kConfigCannotWrite, path);
+           Tell(opened ? msg::kConfigCannotWriteBytes : msg::kConfigCannotWrite, path);
 }
 
 std::vector<std::string> ConfigItems(std::string_view list, std::size_t group) {

@@ -4,6 +4,7 @@
 
 #include "core/archive.h"
 #include "core/change.h"
+#include "core/change_messages.h"
 #include "core/kept_folders.h"
 #include "core/level_list.h"
 #include "core/start_up.h"
@@ -14,15 +15,12 @@
 #include "foundation/user.h"
 #include "foundation/zip_module.h"
 #include "intake/apply_config.h"
+#include "intake/messages.h"
 #include "intake/work_folder.h"
 
 namespace kelvash::intake {
 
 namespace {
-
-MessageText Text(MessageId id) {
-    return LoadMessage(id, {});
-}
 
 core::LevelRecord& RecordOf(const NewLevel& level) {
     return core::archive.Levels[static_cast<std::size_t>(level.LevelIndex)];
@@ -30,7 +28,7 @@ core::LevelRecord& RecordOf(const NewLevel& level) {
 
 bool RemoveTree(const std::string& folder) {
     if (!FolderExists(folder)) return true;
-    ProgressDialog progress(BarPlace::ProgressDialog, Text(MessageId::kNewLevelRemoving));
+    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(msg::kNewLevelRemoving));
     return RemoveFolderTree(folder, progress.bar);
 }
 
@@ -55,13 +53,13 @@ void DropLastRecord() {
 bool MakeLevelFolder(const std::string& folder) {
     if (!core::MakeWay(folder)) return false;
     if (core::CreateLevelFolders(folder)) return true;
-    TellCritical(Text(MessageId::kNewLevelCannotCreate) + folder);
+    TellCritical(LoadMessage(msg::kNewLevelCannotCreate) + folder);
     return false;
 }
 
 bool CanAdd() {
     if (core::ArchiveIsOpen()) return true;
-    TellCritical(Text(MessageId::kNewLevelNoArchive));
+    TellCritical(LoadMessage(msg::kNewLevelNoArchive));
     return false;
 }
 
@@ -69,22 +67,22 @@ bool CanAdd() {
 std::string FilesOf(std::int32_t code) {
     const std::string folder = core::LevelFolder(code, true);
     if (!core::archive.CdMissing) return core::FilesFolder(folder);
-    ShowMessage(MessageStyle::Exclamation, Text(MessageId::kNewLevelCdMissing));
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kNewLevelCdMissing));
     return core::FilesFolder(core::LevelFolder(code, false));
 }
 
 std::string SizeOfRecord(const core::LevelRecord& record) {
     const auto total = static_cast<std::int64_t>(record.FilesSize) + record.SavesSize;
-    return Text(MessageId::kNewLevelSize) + FormatSize(record.FilesSize) +
-           Text(MessageId::kNewLevelSizePlus) + FormatSize(record.SavesSize) +
-           Text(MessageId::kNewLevelSizeEquals) + FormatSize(total);
+    return LoadMessage(msg::kNewLevelSize) + FormatSize(record.FilesSize) +
+           LoadMessage(msg::kNewLevelSizePlus) + FormatSize(record.SavesSize) +
+           LoadMessage(msg::kNewLevelSizeEquals) + FormatSize(total);
 }
 
 void TakeFirstZip(NewLevel& level, const std::string& zip) {
     const Arrived arrived = AddFileOrZip(level, zip, level.WorkFolder, Through::Direct);
     if (arrived.How != Arrival::Whole) {
         if (arrived.How == Arrival::Failed)
-            TellCritical(Text(MessageId::kNewLevelUnzipError) + zip + ReasonLine(arrived.Reason));
+            TellCritical(LoadMessage(msg::kNewLevelUnzipError) + zip + ReasonLine(arrived.Reason));
         TellStop(arrived);
         RefreshFileList(level);
         return;
@@ -130,9 +128,9 @@ bool HasSomething(const NewLevel& level) {
 }
 
 MessageText SummaryOf(std::size_t added, std::size_t all, const std::vector<std::string>& left_out) {
-    MessageText text = LoadMessage(MessageId::kAddedSummary, {std::to_string(added), std::to_string(all)});
+    MessageText text = LoadMessage(msg::kAddedSummary, {std::to_string(added), std::to_string(all)});
     if (left_out.empty()) return text;
-    text += kLineBreak + Text(MessageId::kAddedSummaryNot);
+    text += kLineBreak + LoadMessage(msg::kAddedSummaryNot);
     for (const std::string& source : left_out)
         text += kLineBreak + source;
     return text;
@@ -156,14 +154,13 @@ void CancelLevel(NewLevel& level) {
 }
 
 void GiveUpLevel(NewLevel& level) {
-    const MessageId question = level.Adding ? MessageId::kGiveUpNewLevel : MessageId::kGiveUpChanges;
-    if (!HasSomething(level) || AskYesNo(MessageStyle::Question, LoadMessage(question, {})))
-        CancelLevel(level);
+    const MessageId question = level.Adding ? msg::kGiveUpNewLevel : msg::kGiveUpChanges;
+    if (!HasSomething(level) || AskYesNo(MessageStyle::Question, LoadMessage(question))) CancelLevel(level);
 }
 
 bool AddLevel(const std::string& zip, const LevelForm& form) {
     if (!CanAdd()) return false;
-    const core::Change change(MessageId::kDoingAdd, core::kAll);
+    const core::Change change(msg::kDoingAdd, core::kAll);
     if (!change) return false;
     const std::int32_t code = core::NextLevelCode();
     const std::string folder = core::LevelFolder(code, false);
@@ -178,16 +175,16 @@ bool AddLevel(const std::string& zip, const LevelForm& form) {
         return true;
     }
     DropLastRecord();
-    if (!RemoveTree(folder)) TellCritical(Text(MessageId::kNewLevelCannotRemove) + folder);
+    if (!RemoveTree(folder)) TellCritical(LoadMessage(msg::kNewLevelCannotRemove) + folder);
     return false;
 }
 
 void ShowProperty(const LevelForm& form) {
-    const core::Change change(MessageId::kDoingProperties, core::kAll, core::SelectedLevel());
+    const core::Change change(msg::kDoingProperties, core::kAll, core::SelectedLevel());
     if (!change) return;
     const std::int32_t index = core::LevelIndex(core::SelectedLevel());
     if (index < 0) {
-        ShowMessage(MessageStyle::Exclamation, Text(MessageId::kExportNoLevel));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kPropertyNoLevel));
         return;
     }
     NewLevel level;
@@ -212,7 +209,7 @@ void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& source
 
 void AddLevels(const std::vector<std::string>& sources) {
     if (!CanAdd()) return;
-    const core::Change change(MessageId::kDoingAddMany, core::kAll);
+    const core::Change change(msg::kDoingAddMany, core::kAll);
     if (!change) return;
     std::size_t added = 0;
     bool stopped = false; // a stop is meant for all that is left

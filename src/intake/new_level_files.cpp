@@ -13,6 +13,8 @@
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "intake/apply_config.h"
+#include "intake/fragments.h"
+#include "intake/messages.h"
 #include "intake/new_level.h"
 #include "intake/work_folder.h"
 #include "swap/compression.h"
@@ -21,14 +23,10 @@ namespace kelvash::intake {
 
 namespace {
 
-MessageText Text(MessageId id) {
-    return LoadMessage(id, {});
-}
-
 // The list of names for the document, with the one that was selected still selected.
 void FillMoreInfo(NewLevel& level) {
     const std::string selected = MoreInfoName(level);
-    level.MoreInfoChoices = {Text(MessageId::kMoreInfoChoiceNone)};
+    level.MoreInfoChoices = {LoadMessage(msg::kMoreInfoChoiceNone)};
     for (const std::string& file : level.FileList)
         level.MoreInfoChoices.push_back(FileNameOf(file));
     SelectMoreInfo(level, selected);
@@ -38,7 +36,7 @@ void FillMoreInfo(NewLevel& level) {
 std::vector<std::string> FilesToTake(const std::string& folder) {
     const bool tree =
         !ListFolders(folder).empty() &&
-        AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kAddSubFolders, {folder, kLineBreak}));
+        AskYesNo(MessageStyle::Question, LoadMessage(msg::kAddSubFolders, {folder, kLineBreak}));
     return tree ? ScanTree(folder).files : ListFiles(folder, "*");
 }
 
@@ -87,8 +85,8 @@ void RefreshFileList(NewLevel& level) {
     for (const std::string& file : level.FileList)
         bytes += FileSize(file);
     FillMoreInfo(level);
-    level.SizeText = std::to_string(level.FileList.size()) + Text(MessageId::kNewLevelFiles) +
-                     FormatSize(bytes) + Text(MessageId::kNewLevelFilesEnd);
+    level.SizeText = std::to_string(level.FileList.size()) + LoadMessage(msg::kNewLevelFiles) +
+                     FormatSize(bytes) + LoadMessage(msg::kNewLevelFilesEnd);
 }
 
 void TakeWhatArrived(NewLevel& level) {
@@ -111,7 +109,7 @@ void PickMoreInfoFile(NewLevel& level) {
     if (names.empty())
         for (const std::string& file : level.FileList)
             names.push_back(FileNameOf(file));
-    for (const std::string& word : Split(Text(MessageId::kMoreInfoWords), '|'))
+    for (const std::string& word : Split(LoadFragment(fragment::kMoreInfoWords), '|'))
         for (const std::string& name : names)
             if (FindNoCase(name, word) != std::string::npos) {
                 SelectMoreInfo(level, name);
@@ -126,9 +124,9 @@ bool AddSource(NewLevel& level, const std::string& path) {
     } else if (FileExists(path)) {
         arrived = AddFileOrZip(level, path, level.WorkFolder, Through::Direct);
         if (arrived.How == Arrival::Failed)
-            TellCritical(Text(MessageId::kAddFileError) + FileNameOf(path) + ReasonLine(arrived.Reason));
+            TellCritical(LoadMessage(msg::kAddFileError) + FileNameOf(path) + ReasonLine(arrived.Reason));
     } else {
-        TellCritical(Text(MessageId::kNotALevelSource) + path);
+        TellCritical(LoadMessage(msg::kNotALevelSource) + path);
     }
     TellStop(arrived);
     const bool whole = arrived.How == Arrival::Whole;
@@ -141,7 +139,7 @@ bool AddSource(NewLevel& level, const std::string& path) {
 
 void AddFile(NewLevel& level) {
     const std::optional<std::string> file = TheUser().OpenFile(
-        {Text(MessageId::kAddFileTitle), Text(MessageId::kAddFileFilter), StartFolder(), {}});
+        {LoadMessage(msg::kAddFileTitle), LoadMessage(msg::kAddFileFilter), StartFolder(), {}});
     if (!file) return;
     RememberFolder(FolderOf(*file));
     AddSource(level, *file);
@@ -149,7 +147,7 @@ void AddFile(NewLevel& level) {
 
 void AddFolder(NewLevel& level) {
     const std::optional<std::string> folder =
-        TheUser().ChooseFolder(Text(MessageId::kAddFolderTitle), StartFolder());
+        TheUser().ChooseFolder(LoadMessage(msg::kAddFolderTitle), StartFolder());
     if (!folder) return;
     RememberFolder(*folder);
     AddSource(level, *folder);
@@ -157,11 +155,11 @@ void AddFolder(NewLevel& level) {
 
 void RemoveFile(NewLevel& level, std::int32_t item) {
     if (item < 0 || item >= static_cast<std::int32_t>(level.FileList.size())) {
-        ShowMessage(MessageStyle::Exclamation, Text(MessageId::kNoFileSelected));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kNoFileSelected));
         return;
     }
     const std::string file = level.FileList[static_cast<std::size_t>(item)];
-    if (AskYesNo(MessageStyle::Question, Text(MessageId::kRemoveFileQuestion) + FileNameOf(file)))
+    if (AskYesNo(MessageStyle::Question, LoadMessage(msg::kRemoveFileQuestion) + FileNameOf(file)))
         DeleteFile(file);
     RefreshFileList(level);
 }
@@ -174,11 +172,11 @@ void RemoveAllFiles(NewLevel& level) {
 void OpenLevelFile(const NewLevel& level, std::int32_t item) {
     if (item < 0 || item >= static_cast<std::int32_t>(level.FileList.size())) return;
     std::string file = level.FileList[static_cast<std::size_t>(item)];
-    const bool is_stored = EndsWithNoCase(file, Text(MessageId::kIntakeZlExtension));
+    const bool is_stored = EndsWithNoCase(file, LoadFragment(fragment::kIntakeZlExtension));
     if (is_stored) file = swap::DecompressOneFile(file, true);
     if (file.empty()) return;
     if ((!is_stored && !PartFromLevel(level, file)) || OpenStrangersFile(file) == Opening::Failed)
-        TellCritical(Text(MessageId::kOpenFileFailed) + file);
+        TellCritical(LoadMessage(msg::kOpenFileFailed) + file);
 }
 
 } // namespace kelvash::intake

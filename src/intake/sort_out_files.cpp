@@ -11,6 +11,8 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "intake/fragments.h"
+#include "intake/messages.h"
 #include "intake/work_folder.h"
 #include "media/media_config.h"
 #include "swap/file_stamp.h"
@@ -20,10 +22,6 @@
 namespace kelvash::intake {
 
 namespace {
-
-MessageText Text(MessageId id) {
-    return LoadMessage(id, {});
-}
 
 // A file of the work folder and where it goes.
 struct Placing {
@@ -51,13 +49,13 @@ std::string SavesPlace(const NewLevel& level) {
 // back once the player has deleted that. In a compressing Archive load.jpg is what load.bmp has become.
 bool BecomesScreenshot(const NewLevel& level, const std::string& load_screen, const std::string& folder) {
     if (!level.Adding && !IsTheDialogs(level, load_screen)) return false;
-    const std::string bitmap = folder + "\\" + Split(Text(MessageId::kLoadScreens), '|').front();
+    const std::string bitmap = folder + "\\" + Split(LoadFragment(fragment::kLoadScreens), '|').front();
     return EqualNoCase(FileNameOf(load_screen), FileNameOf(bitmap)) || !FileExists(bitmap);
 }
 
 void PlaceSavegames(const NewLevel& level, std::vector<Placing>& placings) {
     const std::string folder = SavesPlace(level);
-    for (const std::string& file : ListFiles(level.WorkFolder, Text(MessageId::kIntakeSavegameMask)))
+    for (const std::string& file : ListFiles(level.WorkFolder, LoadFragment(fragment::kIntakeSavegameMask)))
         placings.push_back({file, folder + "\\" + FileNameOf(file)});
 }
 
@@ -65,8 +63,8 @@ void PlaceSavegames(const NewLevel& level, std::vector<Placing>& placings) {
 void PlacePictures(const NewLevel& level, std::vector<Placing>& placings) {
     const std::string folder = core::ScreenshotsFolder(OwnFolder(level));
     const std::vector<std::string> media = media::ListMediaFiles(level.WorkFolder);
-    const std::vector<std::string> load_screens = Split(Text(MessageId::kLoadScreens), '|');
-    for (const std::string& mask : Split(Text(MessageId::kIntakePictureMasks), '|'))
+    const std::vector<std::string> load_screens = Split(LoadFragment(fragment::kLoadScreens), '|');
+    for (const std::string& mask : Split(LoadFragment(fragment::kIntakePictureMasks), '|'))
         for (const std::string& file : ListFiles(level.WorkFolder, mask)) {
             if (ContainsNoCase(media, FileNameOf(file))) continue;
             const bool stays = ContainsNoCase(load_screens, FileNameOf(file));
@@ -106,15 +104,15 @@ bool SortOutFiles(const NewLevel& level) {
     std::vector<Placing> placings;
     PlaceSavegames(level, placings);
     PlacePictures(level, placings);
-    if (!swap::RescueFiles(TakeNamesakes(placings), OwnFolder(level), MessageId::kNamesakesKept) ||
+    if (!swap::RescueFiles(TakeNamesakes(placings), OwnFolder(level), msg::kNamesakesKept) ||
         !std::all_of(placings.begin(), placings.end(), Place)) {
-        TellCritical(Text(MessageId::kCannotMoveSaves) + OwnFolder(level));
+        TellCritical(LoadMessage(msg::kCannotMoveSaves) + OwnFolder(level));
         return false;
     }
-    for (const std::string& name : Split(Text(MessageId::kIntakeHelpers), '|'))
+    for (const std::string& name : Split(LoadFragment(fragment::kIntakeHelpers), '|'))
         DeleteFile(level.WorkFolder + name);
     // One that couldn't be read is still there; a package file never enters the Archive.
-    DeleteFile(level.WorkFolder + Text(MessageId::kConfigName));
+    DeleteFile(level.WorkFolder + LoadFragment(fragment::kConfigName));
     return true;
 }
 

@@ -3,21 +3,20 @@
 #include <array>
 #include <optional>
 
+#include "core/level_messages.h"
 #include "core/start_up.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "intake/fragments.h"
+#include "intake/messages.h"
 #include "intake/new_level.h"
 
 namespace kelvash::intake {
 
 namespace {
-
-MessageText Text(MessageId id) {
-    return LoadMessage(id, {});
-}
 
 std::string Quoted(const std::string& name) {
     return '"' + name + '"';
@@ -30,8 +29,8 @@ struct StandardLevel {
 };
 
 std::vector<StandardLevel> StandardLevels() {
-    const std::vector<std::string> names = Split(Text(MessageId::kStandardLevelNames), '|');
-    const std::vector<std::string> files = Split(Text(MessageId::kStandardLevelFiles), '|');
+    const std::vector<std::string> names = Split(LoadFragment(fragment::kStandardLevelNames), '|');
+    const std::vector<std::string> files = Split(LoadFragment(fragment::kStandardLevelFiles), '|');
     std::vector<StandardLevel> levels;
     for (std::size_t i = 0; i < std::min(names.size(), files.size()); ++i)
         levels.push_back({names[i], files[i]});
@@ -52,51 +51,52 @@ std::optional<StandardLevel> NamedInDocuments(const std::string& folder,
 
 bool RenameLevelFile(const std::string& tr4, const std::string& name) {
     if (RenameFile(tr4, FolderOf(tr4) + "\\" + name)) return true;
-    TellCritical(LoadMessage(MessageId::kCannotRenameTr4, {FileNameOf(tr4)}) + name + "'");
+    TellCritical(LoadMessage(msg::kCannotRenameTr4, {FileNameOf(tr4)}) + name + "'");
     return false;
 }
 
 bool RenameAfterDocument(const std::string& tr4, const StandardLevel& level) {
     const std::string old = Quoted(FileNameOf(tr4));
-    const MessageText question = LoadMessage(MessageId::kRenameTr4Question, {old, kLineBreak, old}) +
-                                 Quoted(level.file) + Text(MessageId::kRenameTr4QuestionEnd);
+    const MessageText question = LoadMessage(msg::kRenameTr4Question, {old, kLineBreak, old}) +
+                                 Quoted(level.file) + LoadMessage(msg::kRenameTr4QuestionEnd);
     return AskYesNo(MessageStyle::Question, question) && RenameLevelFile(tr4, level.file);
 }
 
 bool RenameAfterNumber(const std::string& tr4, const std::vector<StandardLevel>& levels) {
-    if (!AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kMissingDatQuestion,
-                                                      {kLineBreak, kLineBreak, kLineBreak, kLineBreak})))
+    if (!AskYesNo(MessageStyle::Question,
+                  LoadMessage(msg::kMissingDatQuestion, {kLineBreak, kLineBreak, kLineBreak, kLineBreak})))
         return false;
     std::vector<std::string> choices;
     for (std::size_t i = 0; i < levels.size(); ++i)
         choices.push_back(std::to_string(i + 1) + "=" + levels[i].name);
-    const std::optional<std::string> typed = TheUser().Input(
-        Text(MessageId::kRenameTr4Title), Text(MessageId::kRenameTr4Input) + kLineBreak + Join(choices, ", "),
-        Text(MessageId::kRenameTr4Default));
+    const std::optional<std::string> typed =
+        TheUser().Input(LoadMessage(msg::kRenameTr4Title),
+                        LoadMessage(msg::kRenameTr4Input) + kLineBreak + Join(choices, ", "),
+                        LoadFragment(fragment::kRenameTr4Default));
     const std::optional<std::int32_t> number = WholeNumber(Trim(typed.value_or("")));
     if (!number || *number < 1 || *number > static_cast<std::int32_t>(levels.size())) return false;
     return RenameLevelFile(tr4, levels[static_cast<std::size_t>(*number) - 1].file);
 }
 
 bool IsScriptDat(const std::string& path) {
-    return EqualNoCase(FileNameOf(path), Text(MessageId::kIntakeScriptDat));
+    return EqualNoCase(FileNameOf(path), LoadFragment(fragment::kIntakeScriptDat));
 }
 
 // Language files of a folder; script.dat is none.
 std::vector<std::string> LanguageFiles(const std::string& folder) {
-    std::vector<std::string> files = ListFiles(folder, Text(MessageId::kIntakeDatMask));
+    std::vector<std::string> files = ListFiles(folder, LoadFragment(fragment::kIntakeDatMask));
     std::erase_if(files, IsScriptDat);
     return files;
 }
 
 // False after a message.
 bool CompleteScript(const std::string& folder) {
-    const std::vector<std::string> files = ListFiles(folder, Text(MessageId::kIntakeDatMask));
+    const std::vector<std::string> files = ListFiles(folder, LoadFragment(fragment::kIntakeDatMask));
     if (std::any_of(files.begin(), files.end(), IsScriptDat)) return true;
-    const std::string script = Text(MessageId::kBackupScript);
+    const std::string script = LoadFragment(fragment::kBackupScript);
     if (!FileExists(core::BackupFolder() + script)) return true; // nothing to complete it with
     if (CopyFile(core::BackupFolder() + script, folder + script)) return true;
-    TellCritical(Text(MessageId::kCannotCompleteScript) + folder);
+    TellCritical(LoadMessage(msg::kCannotCompleteScript) + folder);
     return false;
 }
 
@@ -105,13 +105,13 @@ bool CompleteScript(const std::string& folder) {
 std::optional<std::size_t> AskLanguage(const std::vector<std::string>& files) {
     constexpr int kMostRepeats = 10;
     const std::string count = std::to_string(files.size());
-    MessageText text = LoadMessage(MessageId::kLanguageInput, {count}) + count + ")";
+    MessageText text = LoadMessage(msg::kLanguageInput, {count}) + count + ")";
     for (std::size_t i = 0; i < files.size(); ++i)
         text += kLineBreak + std::to_string(i + 1) + "=" + FileNameOf(files[i]);
     std::optional<std::string> before;
     for (int repeats = 0; repeats < kMostRepeats;) {
         const std::optional<std::string> typed =
-            TheUser().Input(Text(MessageId::kLanguageTitle), text, Text(MessageId::kLanguageDefault));
+            TheUser().Input(LoadMessage(msg::kLanguageTitle), text, LoadFragment(fragment::kLanguageDefault));
         if (!typed) return std::nullopt;
         const std::int32_t number = WholeNumber(Trim(*typed)).value_or(0);
         if (number >= 1 && number <= static_cast<std::int32_t>(files.size()))
@@ -119,7 +119,7 @@ std::optional<std::size_t> AskLanguage(const std::vector<std::string>& files) {
         repeats = typed == before ? repeats + 1 : 1;
         before = typed;
     }
-    TellCritical(LoadMessage(MessageId::kNoSuchLanguage, {CleanLine(*before)}));
+    TellCritical(LoadMessage(msg::kNoSuchLanguage, {CleanLine(*before)}));
     return std::nullopt;
 }
 
@@ -135,8 +135,8 @@ std::optional<std::size_t> PickLanguage(const std::vector<std::string>& files) {
 
 bool ResolveStartLevel(const std::string& folder, std::string& level_name) {
     level_name.clear();
-    if (AnyFile(folder, Text(MessageId::kIntakeDatMask))) return true;
-    const std::vector<std::string> tr4 = ListFiles(folder, Text(MessageId::kIntakeTr4Mask));
+    if (AnyFile(folder, LoadFragment(fragment::kIntakeDatMask))) return true;
+    const std::vector<std::string> tr4 = ListFiles(folder, LoadFragment(fragment::kIntakeTr4Mask));
     if (tr4.empty()) return true;
     if (tr4.size() > 1) return false;
     const std::vector<StandardLevel> levels = StandardLevels();
@@ -161,9 +161,9 @@ bool ChooseLanguageFile(const std::string& folder) {
 }
 
 std::vector<std::string> ListDocumentFiles(std::string_view folder) {
-    const std::vector<std::string> excluded = Split(Text(MessageId::kNoDocuments), '|');
+    const std::vector<std::string> excluded = Split(LoadFragment(fragment::kNoDocuments), '|');
     std::vector<std::string> documents;
-    for (const std::string& mask : Split(Text(MessageId::kDocumentMasks), '|'))
+    for (const std::string& mask : Split(LoadFragment(fragment::kDocumentMasks), '|'))
         for (const std::string& file : ListFiles(folder, mask))
             if (std::none_of(excluded.begin(), excluded.end(),
                              [&](const std::string& name) { return EqualNoCase(FileNameOf(file), name); }))
@@ -173,7 +173,7 @@ std::vector<std::string> ListDocumentFiles(std::string_view folder) {
 
 bool IsLevelSourceFile(std::string_view path) {
     const std::string extension = ExtensionOf(FileNameOf(path));
-    for (const std::string& source : Split(Text(MessageId::kSourceExtensions), '|'))
+    for (const std::string& source : Split(LoadFragment(fragment::kSourceExtensions), '|'))
         if (EqualNoCase(extension, source)) return true;
     constexpr std::array<std::string_view, 2> kBesideSources = {".tga", ".txt"};
     constexpr std::array<std::string_view, 2> kSources = {".tom", ".wad"};

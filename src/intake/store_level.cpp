@@ -4,6 +4,7 @@
 
 #include "core/archive.h"
 #include "core/level_draft.h"
+#include "core/level_messages.h"
 #include "core/profile.h"
 #include "core/sizes.h"
 #include "core/tr4_info.h"
@@ -12,6 +13,8 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "intake/fragments.h"
+#include "intake/messages.h"
 #include "intake/new_level.h"
 #include "intake/work_folder.h"
 #include "swap/compression.h"
@@ -19,10 +22,6 @@
 namespace kelvash::intake {
 
 namespace {
-
-MessageText Text(MessageId id) {
-    return LoadMessage(id, {});
-}
 
 std::string Quoted(std::string_view name) {
     return '"' + std::string(name) + '"';
@@ -32,14 +31,14 @@ core::LevelRecord& RecordOf(const NewLevel& level) {
     return core::archive.Levels[static_cast<std::size_t>(level.LevelIndex)];
 }
 
-bool Has(const NewLevel& level, MessageId mask) {
-    return AnyFile(level.WorkFolder, Text(mask));
+bool Has(const NewLevel& level, const Fragment& mask) {
+    return AnyFile(level.WorkFolder, LoadFragment(mask));
 }
 
 bool TakeName(NewLevel& level) {
     level.Name = Trim(level.Name);
     if (level.Name.empty()) {
-        TellCritical(Text(MessageId::kNameMissing));
+        TellCritical(LoadMessage(msg::kNameMissing));
         return false;
     }
     RecordOf(level).Name = level.Name;
@@ -48,37 +47,37 @@ bool TakeName(NewLevel& level) {
 
 // No decoder and no converter is built in: a level that needs one is told so, and its files stay.
 bool AudioIsReady(const NewLevel& level) {
-    if (level.OnCd || core::archive.Header.EncodeWavInMp3 || !Has(level, MessageId::kIntakeMp3Mask))
+    if (level.OnCd || core::archive.Header.EncodeWavInMp3 || !Has(level, fragment::kIntakeMp3Mask))
         return true;
-    TellCritical(LoadMessage(MessageId::kMp3NotDecoded, {kLineBreak}));
+    TellCritical(LoadMessage(msg::kMp3NotDecoded, {kLineBreak}));
     return false;
 }
 
 bool SourcesAreConverted(const NewLevel& level) {
-    if (level.OnCd || !Has(level, MessageId::kIntakeTomMask)) return true;
-    const MessageText question = LoadMessage(MessageId::kTomQuestion, {kLineBreak});
+    if (level.OnCd || !Has(level, fragment::kIntakeTomMask)) return true;
+    const MessageText question = LoadMessage(msg::kTomQuestion, {kLineBreak});
     if (TheUser().Ask(Buttons::OkCancel, MessageStyle::Question, question) == Answer::Ok)
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kTomNotConverted, {kLineBreak}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kTomNotConverted, {kLineBreak}));
     return false;
 }
 
 bool HasLevelFile(const NewLevel& level) {
-    if (level.OnCd || level.LevelIndex == 0 || Has(level, MessageId::kIntakeTr4Mask) ||
-        Has(level, MessageId::kIntakeTr4ZlMask))
+    if (level.OnCd || level.LevelIndex == 0 || Has(level, fragment::kIntakeTr4Mask) ||
+        Has(level, fragment::kIntakeTr4ZlMask))
         return true;
-    TellCritical(LoadMessage(MessageId::kMissingTr4File, {kLineBreak, kLineBreak}));
+    TellCritical(LoadMessage(msg::kMissingTr4File, {kLineBreak, kLineBreak}));
     return false;
 }
 
 bool FindStart(NewLevel& level) {
     std::string name;
     if (!level.OnCd && !ResolveStartLevel(level.WorkFolder, name)) {
-        TellCritical(LoadMessage(MessageId::kMissingDatFile, {kLineBreak, kLineBreak}));
+        TellCritical(LoadMessage(msg::kMissingDatFile, {kLineBreak, kLineBreak}));
         return false;
     }
     if (!name.empty() &&
-        AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kStandardNoteQuestion, {name + kLineBreak})))
-        level.Note = Text(MessageId::kStandardNote) + name;
+        AskYesNo(MessageStyle::Question, LoadMessage(msg::kStandardNoteQuestion, {name + kLineBreak})))
+        level.Note = LoadMessage(msg::kStandardNote) + name;
     return true;
 }
 
@@ -86,7 +85,7 @@ bool HasNewTr4(const NewLevel& level) {
     std::vector<FileStamp> before = level.Snapshot;
     std::vector<FileStamp> now = StampFiles(level.WorkFolder);
     const auto is_other = [](const FileStamp& stamp) {
-        return !MatchesMask(stamp.Name, Text(MessageId::kIntakeTr4Mask));
+        return !MatchesMask(stamp.Name, LoadFragment(fragment::kIntakeTr4Mask));
     };
     std::erase_if(before, is_other);
     std::erase_if(now, is_other);
@@ -98,14 +97,14 @@ bool HasNewTr4(const NewLevel& level) {
 bool AcceptEqual(NewLevel& level) {
     if (!core::profile.CheckEqualLevels || !level.IsNewLevel || level.OnCd) return true;
     if (!level.Adding && !HasNewTr4(level)) return true;
-    ShowInfo(Text(MessageId::kVerifyEqual));
+    ShowInfo(LoadMessage(msg::kVerifyEqual));
     std::string tr4;
     const std::int32_t equal = FindSameTr4(level.WorkFolder, level.LevelIndex, tr4);
     ShowInfo({});
     if (equal < 0) return true;
     const std::string other(Trim(core::archive.Levels[static_cast<std::size_t>(equal)].Name));
     if (AskYesNo(MessageStyle::Question,
-                 LoadMessage(MessageId::kEqualQuestion, {Quoted(tr4), Quoted(other) + kLineBreak})))
+                 LoadMessage(msg::kEqualQuestion, {Quoted(tr4), Quoted(other) + kLineBreak})))
         return true;
     if (level.Adding) CancelLevel(level);
     return false;
@@ -117,10 +116,10 @@ bool WorksInPlace(const NewLevel& level) {
 }
 
 bool CopyPlain(const NewLevel& level) {
-    ShowInfo(Text(MessageId::kPlainCopy));
+    ShowInfo(LoadMessage(msg::kPlainCopy));
     const bool copied = core::StoreLevelFiles(level.WorkFolder, FolderOf(level.LevelFilesFolder));
     ShowInfo({});
-    if (!copied) TellCritical(Text(MessageId::kCannotStoreFiles) + level.LevelFilesFolder);
+    if (!copied) TellCritical(LoadMessage(msg::kCannotStoreFiles) + level.LevelFilesFolder);
     return copied;
 }
 
@@ -134,9 +133,9 @@ bool StorePlain(const NewLevel& level, const std::vector<core::Tr4Info>& tr4) {
 }
 
 bool StoreCompressed(const NewLevel& level, const std::vector<core::Tr4Info>& tr4) {
-    ShowInfo(Text(MessageId::kCopyCompress));
+    ShowInfo(LoadMessage(msg::kCopyCompress));
     if (swap::CompressLevelFiles(level.WorkFolder, level.LevelIndex)) return true;
-    TellCritical(Text(MessageId::kCopyCompressError));
+    TellCritical(LoadMessage(msg::kCopyCompressError));
     return StorePlain(level, tr4);
 }
 

@@ -13,15 +13,13 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "intake/fragments.h"
+#include "intake/messages.h"
 #include "swap/compression.h"
 
 namespace kelvash::intake {
 
 namespace {
-
-MessageText Text(MessageId id) {
-    return LoadMessage(id, {});
-}
 
 bool SameStamp(const FileStamp& a, const FileStamp& b) {
     return EqualNoCase(a.Name, b.Name) && a.Size == b.Size && a.Time == b.Time;
@@ -46,7 +44,7 @@ bool UndoStoredForms(NewLevel& level) {
     level.UsesTempFolder = swap::DecompressLevelFiles(level.LevelFilesFolder, temp, false) &&
                            (!temp.empty() || swap::CopyToTempDec(level.LevelFilesFolder, temp));
     level.WorkFolder = temp;
-    if (!level.UsesTempFolder) TellCritical(Text(MessageId::kNewLevelDecompressing));
+    if (!level.UsesTempFolder) TellCritical(LoadMessage(msg::kNewLevelDecompressing));
     return level.UsesTempFolder;
 }
 
@@ -55,7 +53,7 @@ bool OpenDraft(NewLevel& level) {
     const std::string folder = FolderOf(level.LevelFilesFolder);
     level.WorkFolder = core::DraftFolder(folder);
     level.UsesDraft = core::MakeDraft(folder);
-    if (!level.UsesDraft) TellCritical(Text(MessageId::kPropertyNoDraft) + folder);
+    if (!level.UsesDraft) TellCritical(LoadMessage(msg::kPropertyNoDraft) + folder);
     return level.UsesDraft;
 }
 
@@ -90,7 +88,7 @@ bool OpenWorkFolder(NewLevel& level) {
 
 void CloseWorkFolder(NewLevel& level) {
     if (level.UsesTempFolder) {
-        ShowInfo(Text(MessageId::kRemovingTemp));
+        ShowInfo(LoadMessage(msg::kRemovingTemp));
         RemoveFolder(level.WorkFolder);
         ShowInfo({});
     }
@@ -108,7 +106,7 @@ bool TakeOutsideFiles(NewLevel& level) {
         if (IsTheDialogs(level, target)) continue;
         // A second name of it would let whoever writes one of the two in place reach the other.
         if (!CopyFile(level.LevelFilesFolder + "\\" + stamp.Name, target)) {
-            TellCritical(Text(MessageId::kCannotTakeOutsideFile) + stamp.Name);
+            TellCritical(LoadMessage(msg::kCannotTakeOutsideFile) + stamp.Name);
             return false;
         }
     }
@@ -133,7 +131,8 @@ bool DiffersFromSnapshot(const NewLevel& level) {
 
 void DropOlderForms(const NewLevel& level) {
     const std::map<std::string, FileStamp> before = ByName(level.Snapshot);
-    for (const std::string& stored : ListFiles(level.WorkFolder, "*" + Text(MessageId::kIntakeZlExtension))) {
+    for (const std::string& stored :
+         ListFiles(level.WorkFolder, "*" + LoadFragment(fragment::kIntakeZlExtension))) {
         const std::string plain = StripExtension(stored);
         if (!FileExists(plain)) continue;
         const bool stored_is_new = IsNewIn(before, stored);

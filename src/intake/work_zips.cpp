@@ -11,15 +11,13 @@
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "foundation/zip_module.h"
+#include "intake/fragments.h"
+#include "intake/messages.h"
 #include "intake/work_folder.h"
 
 namespace kelvash::intake {
 
 namespace {
-
-MessageText Text(MessageId id) {
-    return LoadMessage(id, {});
-}
 
 // Zips in zips are unpacked this deep, and so many in one dialog; a zip may hold itself.
 constexpr int kDeepestZip = 8;
@@ -54,7 +52,7 @@ void Leave(NewLevel& level, const std::string& zip) {
 }
 
 std::vector<std::string> ZipsIn(const std::string& folder) {
-    return ListFiles(folder, Text(MessageId::kIntakeZipMask));
+    return ListFiles(folder, LoadFragment(fragment::kIntakeZipMask));
 }
 
 bool IsTooDeep(NewLevel& level, const std::string& zip) {
@@ -67,7 +65,7 @@ UnzipEnd UnpackAndDelete(NewLevel& level, const std::string& zip) {
     const int depth = DepthOf(level, zip);
     if (depth == 0) level.Zips.Budget.Packed += static_cast<double>(FileSize(zip));
     ProgressDialog progress(BarPlace::StoppableDialog,
-                            LoadMessage(MessageId::kRefreshUnzipping, {FileNameOf(zip)}));
+                            LoadMessage(msg::kRefreshUnzipping, {FileNameOf(zip)}));
     Unzipping job{zip, level.WorkFolder};
     job.Budget = &level.Zips.Budget;
     const Unzipped unzipped = UnzipToFolder(job, progress.bar);
@@ -79,7 +77,7 @@ UnzipEnd UnpackAndDelete(NewLevel& level, const std::string& zip) {
         if (unzipped.NoPassword) TellStop({Arrival::Declined, unzipped.Message});
         return UnzipEnd::Stopped;
     }
-    TellCritical(Text(MessageId::kRefreshUnzipError) + FileNameOf(zip) +
+    TellCritical(LoadMessage(msg::kRefreshUnzipError) + FileNameOf(zip) +
                  ReasonLine(whole ? std::string() : unzipped.Message));
     return UnzipEnd::Failed;
 }
@@ -87,8 +85,7 @@ UnzipEnd UnpackAndDelete(NewLevel& level, const std::string& zip) {
 // A file of a name that not every system can hold stays behind; the others are taken.
 void TellRefused(const std::vector<std::string>& refused) {
     if (!refused.empty())
-        ShowMessage(MessageStyle::Exclamation,
-                    LoadMessage(MessageId::kAddNamesRefused, {CleanLines(refused)}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kAddNamesRefused, {CleanLines(refused)}));
 }
 
 // Of two files of one name in a tree, the first that came stays unless the user wants the other.
@@ -99,8 +96,7 @@ bool MayTake(const std::string& file, const std::string& target, std::set<std::s
 
 Arrived Unzip(NewLevel& level, const std::string& zip, const std::string& folder, ZipFolders folders) {
     level.Zips.Budget.Packed += static_cast<double>(FileSize(zip));
-    ProgressDialog progress(BarPlace::StoppableDialog,
-                            LoadMessage(MessageId::kAddUnzipping, {FileNameOf(zip)}));
+    ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(msg::kAddUnzipping, {FileNameOf(zip)}));
     Unzipping job{zip, folder};
     job.Folders = folders;
     job.Budget = &level.Zips.Budget;
@@ -116,7 +112,7 @@ Arrived Unzip(NewLevel& level, const std::string& zip, const std::string& folder
 
 void TellStop(const Arrived& arrived) {
     if (arrived.How == Arrival::Stopped || arrived.How == Arrival::Declined)
-        ShowMessage(MessageStyle::Exclamation, Text(MessageId::kAddStopped) + ReasonLine(arrived.Reason));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kAddStopped) + ReasonLine(arrived.Reason));
 }
 
 std::string ReasonLine(const std::string& reason) {
@@ -124,7 +120,7 @@ std::string ReasonLine(const std::string& reason) {
 }
 
 bool IsZip(std::string_view path) {
-    return EndsWithNoCase(path, Text(MessageId::kZipNameExtension));
+    return EndsWithNoCase(path, LoadFragment(fragment::kZipNameExtension));
 }
 
 Arrived ArrivedWith(bool whole) {
@@ -152,11 +148,11 @@ void UnpackZips(NewLevel& level) {
     if (level.Zips.Stopped)
         for (const std::string& zip : ZipsIn(level.WorkFolder))
             Leave(level, zip);
-    if (!deep.empty()) ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kZipsTooDeep, {deep}));
+    if (!deep.empty()) ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kZipsTooDeep, {deep}));
 }
 
 Arrived CopyFlat(const std::vector<std::string>& files, const std::string& folder) {
-    ProgressDialog progress(BarPlace::StoppableDialog, Text(MessageId::kAddFolderCopying));
+    ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(msg::kAddFolderCopying));
     const KnownNames names(folder);
     std::set<std::string> taken;
     std::vector<std::string> refused;
@@ -172,8 +168,7 @@ Arrived CopyFlat(const std::vector<std::string>& files, const std::string& folde
         TheUser().PumpEvents();
         if (TheUser().StopRequested()) return {Arrival::Stopped};
         const Arrived arrived = ArrivedWith(!MayTake(file, target, taken) || CopyFileStoppable(file, target));
-        if (arrived.How == Arrival::Failed)
-            TellCritical(LoadMessage(MessageId::kAddFolderError, {file}) + folder);
+        if (arrived.How == Arrival::Failed) TellCritical(LoadMessage(msg::kAddFolderError, {file}) + folder);
         if (arrived.How != Arrival::Whole) return arrived;
         ProgressPercent(progress.bar, ++done, static_cast<double>(files.size()));
     }
@@ -188,11 +183,11 @@ Arrived AddFileOrZip(NewLevel& level, const std::string& source, const std::stri
             TellRefused({source});
             return {Arrival::Refused};
         }
-        ProgressDialog progress(BarPlace::StoppableDialog, Text(MessageId::kAddCopying));
+        ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(msg::kAddCopying));
         return ArrivedWith(CopyFileStoppable(source, PathIn(target, *name)));
     }
     if (through == Through::Direct) return Unzip(level, source, target, ZipFolders::Flat);
-    const std::string temp = AppFolder() + Text(MessageId::kAddTempZip);
+    const std::string temp = AppFolder() + LoadFragment(fragment::kAddTempZip);
     Bar bar{BarPlace::CallerForm, -1};
     if ((FolderExists(temp) && !RemoveFolderTree(temp, bar)) || !CreateFolder(temp)) return {Arrival::Failed};
     Arrived arrived = Unzip(level, source, temp, ZipFolders::Kept);

@@ -9,6 +9,8 @@
 #include "foundation/plain_name.h"
 #include "foundation/record.h"
 #include "foundation/text.h"
+#include "media/fragments.h"
+#include "swap/fragments.h"
 
 namespace kelvash::media {
 
@@ -34,8 +36,8 @@ constexpr std::array<FileField, 5> kFileFields = {{
 
 // The game's saves and the marker stand where media files go, and are no part of a level.
 bool IsOfTheFolder(const std::string& name) {
-    return MatchesMask(name, LoadMessage(MessageId::kSavegameMask, {})) ||
-           EqualNoCase("\\" + name, LoadMessage(MessageId::kMarkerName, {}));
+    return MatchesMask(name, LoadFragment(fragment::kSavegameMask)) ||
+           EqualNoCase("\\" + name, LoadFragment(fragment::kMarkerName));
 }
 
 } // namespace
@@ -58,13 +60,12 @@ std::vector<std::string> MediaFileNames(std::string_view bytes) {
 }
 
 std::vector<std::string> ListMediaFiles(const std::string& folder) {
-    const std::vector<std::string> configs = ListFiles(folder, LoadMessage(MessageId::kMediaConfigMask, {}));
+    const std::vector<std::string> configs = ListFiles(folder, LoadFragment(fragment::kMediaConfigMask));
     std::vector<std::string> names;
     if (configs.empty()) return names;
     const std::string bytes = ReadFileStart(configs.front(), kLongestMediaConfig).value_or(std::string());
     for (const std::string& name : MediaFileNames(bytes))
-        if (!EndsWithNoCase(name, LoadMessage(MessageId::kWaveExtension, {})) &&
-            FileExists(folder + "\\" + name))
+        if (!EndsWithNoCase(name, LoadFragment(fragment::kWaveExtension)) && FileExists(folder + "\\" + name))
             names.push_back(name);
     return names;
 }

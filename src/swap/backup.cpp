@@ -13,8 +13,11 @@
 #include "foundation/path.h"
 #include "foundation/place.h"
 #include "foundation/text.h"
+#include "swap/backup_messages.h"
 #include "swap/backup_note.h"
+#include "swap/fragments.h"
 #include "swap/marker.h"
+#include "swap/messages.h"
 #include "swap/trle_state.h"
 #include "trle/find_trle.h"
 
@@ -28,9 +31,8 @@ enum class Kind { Full, Compact };
 
 // Nothing if nobody says.
 std::optional<Kind> AskKind() {
-    const Answer answer =
-        TheUser().Ask(Buttons::YesNo, MessageStyle::Question,
-                      LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak}));
+    const Answer answer = TheUser().Ask(Buttons::YesNo, MessageStyle::Question,
+                                        LoadMessage(msg::kFullBackupQuestion, {kLineBreak, kLineBreak}));
     if (answer == Answer::None) return std::nullopt;
     return answer == Answer::Yes ? Kind::Full : Kind::Compact;
 }
@@ -38,9 +40,9 @@ std::optional<Kind> AskKind() {
 bool EnoughRoom(std::int64_t needed) {
     const std::string drive = AppFolder().substr(0, 2);
     if (needed == 0 || FreeSpace(AppFolder()) >= needed) return true;
-    return AskYesNo(MessageStyle::Exclamation, LoadMessage(MessageId::kBackupNoRoom, {drive}) +
-                                                   FormatSize(needed) + ")" + kLineBreak + kLineBreak +
-                                                   LoadMessage(MessageId::kBackupTryAnyway, {}));
+    return AskYesNo(MessageStyle::Exclamation, LoadMessage(msg::kBackupNoRoom, {drive}) + FormatSize(needed) +
+                                                   ")" + kLineBreak + kLineBreak +
+                                                   LoadMessage(msg::kBackupTryAnyway));
 }
 
 // What becomes of the files of a backup that stands already.
@@ -52,9 +54,8 @@ bool LevelIsIn() {
 }
 
 bool HasFullKind(const std::string& folder) {
-    return AnyFile(folder + LoadMessage(MessageId::kAudioFolder, {}),
-                   LoadMessage(MessageId::kBackupWaveMask, {})) &&
-           AnyFile(folder + LoadMessage(MessageId::kScriptFolder, {}), "*.*");
+    return AnyFile(folder + LoadFragment(fragment::kAudioFolder), LoadFragment(fragment::kBackupWaveMask)) &&
+           AnyFile(folder + LoadFragment(fragment::kScriptFolder), "*.*");
 }
 
 // The application's folder and its backups, where they lie inside TRLE, are none of the original files.
@@ -67,7 +68,7 @@ bool CopyWholeTree(const std::string& trle, const std::string& target, Bar& bar)
     if (!LiesIn(AppFolder(), trle))
         return CopyTreeShown(trle, target, bar, Existing::Replace, FilesFolders::Copy);
     if (!CreateFolder(target) || !CopyFiles(trle, target, Existing::Replace, "*")) {
-        TellCritical(LoadMessage(MessageId::kBackupNotWhole, {}) + target);
+        TellCritical(LoadMessage(msg::kBackupNotWhole) + target);
         return false;
     }
     const std::vector<std::string> folders = ListFolders(trle);
@@ -81,8 +82,8 @@ bool CopyFull(const std::string& trle, bool at_start) {
     std::optional<ProgressDialog> progress;
     Bar bar{BarPlace::MainWindow, -1};
     if (at_start) {
-        progress.emplace(BarPlace::ProgressDialog, LoadMessage(MessageId::kFullCaption, {}));
-        progress->Label(LoadMessage(MessageId::kFullCopying, {trle}));
+        progress.emplace(BarPlace::ProgressDialog, LoadMessage(msg::kFullCaption));
+        progress->Label(LoadMessage(msg::kFullCopying, {trle}));
         bar.place = BarPlace::ProgressDialog;
     }
     return CopyWholeTree(trle, NewBackupFolder(), bar);
@@ -91,11 +92,11 @@ bool CopyFull(const std::string& trle, bool at_start) {
 // The folders and the root's files of a compact backup.
 bool CopyCompactRoot(const std::string& trle, ProgressDialog& progress) {
     const std::string backup = NewBackupFolder();
-    progress.Label(LoadMessage(MessageId::kCompactFolders, {}));
-    for (const std::string& folder : Split(LoadMessage(MessageId::kCompactFolderNames, {}), '|'))
+    progress.Label(LoadMessage(msg::kCompactFolders));
+    for (const std::string& folder : Split(LoadFragment(fragment::kCompactFolderNames), '|'))
         if (!CreateFolder(backup + folder)) return false;
-    progress.Label(LoadMessage(MessageId::kCompactRoot, {}));
-    const std::vector<std::string> masks = Split(LoadMessage(MessageId::kCompactRootMasks, {}), '|');
+    progress.Label(LoadMessage(msg::kCompactRoot));
+    const std::vector<std::string> masks = Split(LoadFragment(fragment::kCompactRootMasks), '|');
     return std::all_of(masks.begin(), masks.end(), [&](const std::string& mask) {
         return CopyFiles(trle, backup, Existing::Replace, mask);
     });
@@ -103,17 +104,17 @@ bool CopyCompactRoot(const std::string& trle, ProgressDialog& progress) {
 
 bool CopyCompact(const std::string& trle) {
     const std::string backup = NewBackupFolder();
-    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kCompactCaption, {}));
+    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(msg::kCompactCaption));
     if (!CopyCompactRoot(trle, progress)) {
-        TellCritical(LoadMessage(MessageId::kBackupNotWhole, {}) + backup);
+        TellCritical(LoadMessage(msg::kBackupNotWhole) + backup);
         return false;
     }
-    const std::string data = LoadMessage(MessageId::kDataFolder, {});
-    progress.Label(LoadMessage(MessageId::kCompactData, {}));
+    const std::string data = LoadFragment(fragment::kDataFolder);
+    progress.Label(LoadMessage(msg::kCompactData));
     if (!CopyTreeShown(trle + data, backup + data, progress.bar, Existing::Replace, FilesFolders::Copy))
         return false;
-    const std::string graphics = LoadMessage(MessageId::kGraphicsFolder, {});
-    progress.Label(LoadMessage(MessageId::kCompactGraphics, {}));
+    const std::string graphics = LoadFragment(fragment::kGraphicsFolder);
+    progress.Label(LoadMessage(msg::kCompactGraphics));
     return CopyTreeShown(trle + graphics, backup + graphics, progress.bar, Existing::Replace,
                          FilesFolders::Copy);
 }
@@ -123,9 +124,9 @@ bool BeginBackup(Kind kind, Former former) {
     const std::string fresh = NewBackupFolder();
     if (!RemoveHalfBackup() || FileExists(BackupFolder()) || !CreateFolder(fresh)) {
         // The message of a compact one names the Archive's folder, not the backup's. That is meant.
-        TellCritical(kind == Kind::Compact ? LoadMessage(MessageId::kCannotWriteFolder, {}) +
-                                                 core::archive.Header.SecondaryFolder
-                                           : LoadMessage(MessageId::kCannotCreateFolder, {BackupFolder()}));
+        TellCritical(kind == Kind::Compact
+                         ? LoadMessage(msg::kCannotWriteFolder) + core::archive.Header.SecondaryFolder
+                         : LoadMessage(msg::kCannotCreateBackup, {BackupFolder()}));
         return false;
     }
     if (former != Former::Merged || !FolderExists(BackupFolder())) return true;
@@ -141,7 +142,7 @@ bool TakeIntoUse(const std::string& trle, Kind kind, Former former) {
     note.KeepsFormer = former == Former::Kept;
     if (!PlaceBackup(note)) return false;
     if (former == Former::Dropped)
-        TheUser().SetLabel(BarPlace::MainWindow, LoadMessage(MessageId::kRemovingOldBackup, {}));
+        TheUser().SetLabel(BarPlace::MainWindow, LoadMessage(msg::kRemovingOldBackup));
     Bar bar{BarPlace::MainWindow, -1};
     RemoveFormerBackup(bar);
     return true;
@@ -149,7 +150,7 @@ bool TakeIntoUse(const std::string& trle, Kind kind, Former former) {
 
 bool MakeBackup(bool force_full, Former former) {
     if (LevelIsIn()) {
-        TellCritical(LoadMessage(MessageId::kBackupLevelIsIn, {core::TrleFolder(), kLineBreak}));
+        TellCritical(LoadMessage(msg::kBackupLevelIsIn, {core::TrleFolder(), kLineBreak}));
         return false;
     }
     const std::string trle = AskOriginalConfiguration();
@@ -176,10 +177,10 @@ bool AskWhoseBackup() {
     const std::string trle = core::TrleFolder();
     const std::optional<BackupNote> note = ReadBackupNote();
     const bool own =
-        note ? AskYesNo(MessageStyle::Question,
-                        LoadMessage(MessageId::kBackupMovedQuestion, {note->TrleFolder, kLineBreak, trle}))
-             : AskYesNo(MessageStyle::Question,
-                        LoadMessage(MessageId::kBackupIsOfQuestion, {BackupFolder(), trle}));
+        note
+            ? AskYesNo(MessageStyle::Question,
+                       LoadMessage(msg::kBackupMovedQuestion, {note->TrleFolder, kLineBreak, trle}))
+            : AskYesNo(MessageStyle::Question, LoadMessage(msg::kBackupIsOfQuestion, {BackupFolder(), trle}));
     // Where the note can't be written, which is told, the question comes again.
     if (own) static_cast<void>(WriteBackupNote(MakeBackupNote(trle, core::profile.FullBackup)));
     return own;
@@ -190,28 +191,27 @@ Answer AskForBackup(BackupState state) {
     const std::string trle = core::TrleFolder();
     const std::optional<BackupNote> note = ReadBackupNote();
     const std::string choices =
-        kLineBreak + LoadMessage(MessageId::kBackupChoices, {kLineBreak, kLineBreak, kLineBreak});
+        kLineBreak + LoadMessage(msg::kBackupChoices, {kLineBreak, kLineBreak, kLineBreak});
     if (state == BackupState::Missing)
         return TheUser().Ask(Buttons::YesNoCancel, MessageStyle::Exclamation,
-                             LoadMessage(MessageId::kBackupMissing, {trle}) + choices);
+                             LoadMessage(msg::kBackupMissing, {trle}) + choices);
     if (note)
         return TheUser().Ask(Buttons::YesNoCancel, MessageStyle::Exclamation,
-                             LoadMessage(MessageId::kBackupForeign, {trle, note->TrleFolder}) + choices);
+                             LoadMessage(msg::kBackupForeign, {trle, note->TrleFolder}) + choices);
     return TheUser().Ask(Buttons::YesNoCancel, MessageStyle::Exclamation,
-                         LoadMessage(MessageId::kBackupOther, {trle}) + choices);
+                         LoadMessage(msg::kBackupOther, {trle}) + choices);
 }
 
 // True if the old files are to go before a new backup is made; nothing if there is to be none.
 std::optional<bool> AskRemoval() {
     if (!core::profile.FullBackup) {
         // No goes on as well, so a third button is what leaves all as it is.
-        const Answer answer = TheUser().Ask(Buttons::YesNoCancel, MessageStyle::Question,
-                                            LoadMessage(MessageId::kRemoveOldBackup, {}));
+        const Answer answer =
+            TheUser().Ask(Buttons::YesNoCancel, MessageStyle::Question, LoadMessage(msg::kRemoveOldBackup));
         if (answer != Answer::Yes && answer != Answer::No) return std::nullopt;
         return answer == Answer::Yes;
     }
-    if (AskYesNo(MessageStyle::Question,
-                 LoadMessage(MessageId::kAlreadyFull, {kLineBreak, core::TrleFolder()})))
+    if (AskYesNo(MessageStyle::Question, LoadMessage(msg::kAlreadyFull, {kLineBreak, core::TrleFolder()})))
         return true;
     return std::nullopt;
 }
@@ -219,22 +219,22 @@ std::optional<bool> AskRemoval() {
 } // namespace
 
 bool BackupIsValid() {
-    return AnyFile(BackupFolder(), LoadMessage(MessageId::kBackupDatMask, {})) &&
-           AnyFile(BackupFolder(), LoadMessage(MessageId::kBackupBmpMask, {})) &&
-           AnyFile(BackupFolder() + LoadMessage(MessageId::kDataFolder, {}),
-                   LoadMessage(MessageId::kBackupTr4Mask, {}));
+    return AnyFile(BackupFolder(), LoadFragment(fragment::kBackupDatMask)) &&
+           AnyFile(BackupFolder(), LoadFragment(fragment::kBackupBmpMask)) &&
+           AnyFile(BackupFolder() + LoadFragment(fragment::kDataFolder),
+                   LoadFragment(fragment::kBackupTr4Mask));
 }
 
 std::string AskOriginalConfiguration() {
     const std::string trle = core::TrleFolder();
     const Answer answer = TheUser().Ask(Buttons::YesNo, MessageStyle::Question,
-                                        LoadMessage(MessageId::kOriginalNeeded, {}) + kLineBreak +
-                                            LoadMessage(MessageId::kOriginalQuestion, {trle}) + kLineBreak +
-                                            LoadMessage(MessageId::kOriginalNote, {}));
+                                        LoadMessage(msg::kOriginalNeeded) + kLineBreak +
+                                            LoadMessage(msg::kOriginalQuestion, {trle}) + kLineBreak +
+                                            LoadMessage(msg::kOriginalNote));
     if (answer == Answer::Yes) return trle;
     if (answer == Answer::None) return {};
-    TellCritical(LoadMessage(MessageId::kOriginalTips, {kLineBreak}));
-    TellCritical(LoadMessage(MessageId::kOriginalSetupAgain, {kLineBreak, kLineBreak}));
+    TellCritical(LoadMessage(msg::kOriginalTips, {kLineBreak}));
+    TellCritical(LoadMessage(msg::kOriginalSetupAgain, {kLineBreak, kLineBreak}));
     return {};
 }
 
@@ -284,28 +284,27 @@ void TakeKindOfBackup() {
 bool CreateBackup(bool force_full) {
     FinishBackup();
     if (!force_full && BackupIsValid()) return true;
-    const core::Change change(MessageId::kDoingBackup, core::kHomeFolder | core::kTrleFolder);
+    const core::Change change(msg::kDoingBackup, core::kHomeFolder | core::kTrleFolder);
     if (!change) return false;
     if (!force_full && BackupIsValid()) return true; // made meanwhile
     return MakeBackup(force_full, FormerOf(Former::Merged));
 }
 
 void RefreshFullBackup() {
-    const core::Change change(MessageId::kDoingRefreshBackup, core::kHomeFolder | core::kTrleFolder);
+    const core::Change change(msg::kDoingRefreshBackup, core::kHomeFolder | core::kTrleFolder);
     if (!change) return;
     FinishBackup();
     if (LevelIsIn()) {
         ShowMessage(MessageStyle::Exclamation,
-                    LoadMessage(MessageId::kBackupRefreshLevelIsIn, {core::TrleFolder(), kLineBreak}));
+                    LoadMessage(msg::kBackupRefreshLevelIsIn, {core::TrleFolder(), kLineBreak}));
         return;
     }
     const std::optional<bool> remove_old = AskRemoval();
     if (!remove_old) return;
-    TheUser().SetLabel(BarPlace::MainWindow, LoadMessage(MessageId::kCopyingBackup, {}));
+    TheUser().SetLabel(BarPlace::MainWindow, LoadMessage(msg::kCopyingBackup));
     if (!MakeBackup(true, FormerOf(*remove_old ? Former::Dropped : Former::Merged))) {
         core::RefreshLevelList();
-        if (!TheUser().StopRequested())
-            TellCritical(LoadMessage(MessageId::kErrorFullBackup, {}) + BackupFolder());
+        if (!TheUser().StopRequested()) TellCritical(LoadMessage(msg::kErrorFullBackup) + BackupFolder());
     }
     core::ClearProgress();
 }

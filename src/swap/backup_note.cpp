@@ -14,6 +14,8 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
+#include "swap/backup_messages.h"
+#include "swap/fragments.h"
 
 namespace kelvash::swap {
 
@@ -59,7 +61,7 @@ std::optional<BackupNote> ReadNote(const std::string& path) {
 
 bool WriteNote(const std::string& path, const BackupNote& note) {
     if (ReplaceFileBytes(path, EncodeBackupNote(note), Flush::Yes)) return true;
-    TellCritical(LoadMessage(MessageId::kBackupNoteFailed, {}) + path);
+    TellCritical(LoadMessage(msg::kBackupNoteFailed) + path);
     return false;
 }
 
@@ -76,12 +78,12 @@ std::string FreeKeptFolder() {
 bool KeepFormer() {
     const std::string kept = FreeKeptFolder();
     if (!RenameFile(BackupFolder(), kept)) {
-        TellCritical(LoadMessage(MessageId::kBackupCannotKeep, {}) + BackupFolder());
+        TellCritical(LoadMessage(msg::kBackupCannotKeep) + BackupFolder());
         return false;
     }
     // Without its note it is still known by its game program.
     if (FileExists(NoteOf(BackupFolder()))) RenameFile(NoteOf(BackupFolder()), NoteOf(kept));
-    ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kBackupKept, {}) + kept);
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kBackupKept) + kept);
     return true;
 }
 
@@ -95,7 +97,7 @@ bool MoveFormer(const BackupNote& note) {
     if (note.KeepsFormer) return KeepFormer();
     Bar bar{BarPlace::CallerForm, -1};
     if (RemoveTree(FormerFolder(), bar) && RenameFile(BackupFolder(), FormerFolder())) return true;
-    TellCritical(LoadMessage(MessageId::kBackupCannotKeep, {}) + BackupFolder());
+    TellCritical(LoadMessage(msg::kBackupCannotKeep) + BackupFolder());
     return false;
 }
 
@@ -105,13 +107,13 @@ bool Exchange(const BackupNote& note) {
     if (FolderExists(fresh)) {
         if (!MoveFormer(note)) return false;
         if (!RenameFile(fresh, BackupFolder())) {
-            TellCritical(LoadMessage(MessageId::kBackupNotWhole, {}) + fresh);
+            TellCritical(LoadMessage(msg::kBackupNoteNotWhole) + fresh);
             return false;
         }
     }
     core::profile.FullBackup = note.Full;
     if (RenameFile(NoteOf(fresh), NoteOf(BackupFolder())) && FlushDrive(AppFolder())) return true;
-    TellCritical(LoadMessage(MessageId::kBackupNoteFailed, {}) + NoteOf(BackupFolder()));
+    TellCritical(LoadMessage(msg::kBackupNoteFailed) + NoteOf(BackupFolder()));
     return false;
 }
 
@@ -158,7 +160,7 @@ BackupNote MakeBackupNote(const std::string& trle, bool full) {
 
 std::string GameHash(std::string_view folder) {
     constexpr std::size_t kMostBytes = std::size_t{1} << 25;
-    const std::string path = std::string(folder) + LoadMessage(MessageId::kGameProgram, {});
+    const std::string path = std::string(folder) + LoadFragment(fragment::kGameProgram);
     const std::optional<std::string> bytes = ReadFileStart(path, kMostBytes);
     if (!bytes) return {};
     const uLong sum = crc32_z(0, reinterpret_cast<const Bytef*>(bytes->data()), bytes->size());
@@ -178,7 +180,7 @@ bool RemoveHalfBackup() {
 
 bool PlaceBackup(const BackupNote& note) {
     if (!FlushDrive(NewBackupFolder())) {
-        TellCritical(LoadMessage(MessageId::kBackupNotWhole, {}) + NewBackupFolder());
+        TellCritical(LoadMessage(msg::kBackupNoteNotWhole) + NewBackupFolder());
         return false;
     }
     return WriteNote(NoteOf(NewBackupFolder()), note) && Exchange(note);
@@ -186,7 +188,7 @@ bool PlaceBackup(const BackupNote& note) {
 
 bool RemoveFormerBackup(Bar& bar) {
     if (RemoveTree(FormerFolder(), bar)) return true;
-    TellCritical(LoadMessage(MessageId::kErrorRemovingBackup, {}) + FormerFolder());
+    TellCritical(LoadMessage(msg::kErrorRemovingBackup) + FormerFolder());
     return false;
 }
 

@@ -11,6 +11,8 @@
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/compression.h"
+#include "swap/compression_messages.h"
+#include "swap/fragments.h"
 #include "swap/picture.h"
 #include "swap/zl_file.h"
 
@@ -26,7 +28,7 @@ void ShowLabel(const std::string& text) {
 // The level's new files take the place of the old ones. A level that already lies there stays as it is.
 bool ReplaceFiles(const std::string& source, const std::string& level_folder, MessageId label) {
     if (EqualNoCase(source, core::FilesFolder(level_folder))) return true;
-    ShowLabel(LoadMessage(label, {}));
+    ShowLabel(LoadMessage(label));
     const bool replaced = core::StoreLevelFiles(source, level_folder);
     ShowLabel({});
     return replaced;
@@ -34,17 +36,16 @@ bool ReplaceFiles(const std::string& source, const std::string& level_folder, Me
 
 // No encoder is built in: waves can only go in as they are, if the user wants that.
 bool EncodeWaves(const std::string& source) {
-    if (!AnyFile(source, LoadMessage(MessageId::kSourceWavMask, {}))) return true;
-    TellCritical(LoadMessage(MessageId::kAudioCompressionFailed, {}) +
-                 LoadMessage(MessageId::kNoMp3Encoder, {}));
-    return AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kContinueFileCopy, {}));
+    if (!AnyFile(source, LoadFragment(fragment::kSourceWavMask))) return true;
+    TellCritical(LoadMessage(msg::kAudioCompressionFailed) + LoadMessage(msg::kNoMp3Encoder));
+    return AskYesNo(MessageStyle::Question, LoadMessage(msg::kContinueFileCopy));
 }
 
 void ConvertLoadPicture(const std::string& source) {
-    const std::string bitmap = source + LoadMessage(MessageId::kLoadBmp, {});
+    const std::string bitmap = source + LoadFragment(fragment::kLoadBmp);
     if (!FileExists(bitmap)) return;
-    ShowLabel(LoadMessage(MessageId::kConvertingLoadBmp, {}));
-    if (BitmapToJpeg(bitmap, source + LoadMessage(MessageId::kLoadJpg, {}))) DeleteFile(bitmap);
+    ShowLabel(LoadMessage(msg::kConvertingLoadBmp));
+    if (BitmapToJpeg(bitmap, source + LoadFragment(fragment::kLoadJpg))) DeleteFile(bitmap);
     ShowLabel({});
 }
 
@@ -53,7 +54,7 @@ bool IsCompressible(const std::string& file) {
     constexpr std::size_t kExtensionLength = 4;
     constexpr std::size_t kLongestName = 255 - sizeof ".zl.new" + 1; // under which it is written
     if (file.size() < kExtensionLength || FileNameOf(file).size() > kLongestName) return false;
-    const std::vector<std::string> extensions = Split(LoadMessage(MessageId::kCompressedExtensions, {}), '|');
+    const std::vector<std::string> extensions = Split(LoadFragment(fragment::kCompressedExtensions), '|');
     const std::string end = file.substr(file.size() - kExtensionLength);
     return std::any_of(extensions.begin(), extensions.end(),
                        [&](const std::string& extension) { return EqualNoCase(end, extension); });
@@ -63,8 +64,8 @@ bool PackFiles(const std::string& source) {
     const KnownNames names(source);
     for (const std::string& file : ListFiles(source, "*.*")) {
         if (!IsCompressible(file)) continue;
-        ShowLabel(LoadMessage(MessageId::kCompressingFile, {FileNameOf(file)}));
-        const std::string stored = file + LoadMessage(MessageId::kZlExtension, {});
+        ShowLabel(LoadMessage(msg::kCompressingFile, {FileNameOf(file)}));
+        const std::string stored = file + LoadFragment(fragment::kZlExtension);
         if (!CompressFile(file, stored)) return false;
         if (DeleteFile(file)) continue;
         DeleteFile(stored); // the level isn't to hold both
@@ -90,8 +91,7 @@ bool CompressLevelFiles(const std::string& source, std::int32_t level_index) {
             if (!PackFiles(source)) return false;
         }
     }
-    return ReplaceFiles(source, folder,
-                        code == 0 ? MessageId::kCompressCopying : MessageId::kFileCopyInProgress);
+    return ReplaceFiles(source, folder, code == 0 ? msg::kCompressCopying : msg::kFileCopyInProgress);
 }
 
 } // namespace kelvash::swap

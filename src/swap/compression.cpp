@@ -9,6 +9,8 @@
 #include "foundation/plain_name.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "swap/compression_messages.h"
+#include "swap/fragments.h"
 #include "swap/picture.h"
 #include "swap/unpack_guard.h"
 
@@ -23,7 +25,7 @@ std::optional<std::string> UnpackedPath(const std::string& folder, const std::st
 }
 
 void TellDecompressFailure(MessageId id, const std::string& name) {
-    TellCritical(LoadMessage(id, {}) + name);
+    TellCritical(LoadMessage(id) + name);
 }
 
 // Empties a temporary folder of the application's folder, or makes it. False if files of another use stay.
@@ -32,7 +34,7 @@ bool MakeFresh(const std::string& folder) {
 }
 
 std::string TempDecFolder() {
-    return AppFolder() + LoadMessage(MessageId::kTempDecFolder, {});
+    return AppFolder() + LoadFragment(fragment::kTempDecFolder);
 }
 
 // A folder that lacks a file of the level would be taken for the whole level.
@@ -46,32 +48,32 @@ bool FillTempDec(const std::string& folder, bool (*wanted)(const std::string& na
         temp = target;
         return true;
     }
-    TellCritical(LoadMessage(MessageId::kTempDecFailed, {}) + target);
+    TellCritical(LoadMessage(msg::kTempDecFailed) + target);
     RemoveFolder(target);
     return false;
 }
 
 bool IsPlain(const std::string& name) {
-    return !MatchesMask(name, LoadMessage(MessageId::kZlMask, {}));
+    return !MatchesMask(name, LoadFragment(fragment::kZlMask));
 }
 
 // The compressed files aren't copied first: they would only be thrown away again.
 bool UnpackFiles(const std::vector<std::string>& packed, const std::string& folder, std::string& temp) {
-    ProgressDialog dialog(BarPlace::ZipDialog, LoadMessage(MessageId::kDecompressCaption, {}));
-    dialog.Label(LoadMessage(MessageId::kDecompressCopying, {}));
+    ProgressDialog dialog(BarPlace::ZipDialog, LoadMessage(msg::kDecompressCaption));
+    dialog.Label(LoadMessage(msg::kDecompressCopying));
     if (!FillTempDec(folder, IsPlain, temp)) return false;
     UnpackGuard guard(temp);
     const KnownNames names(temp);
     double done = 0;
     for (const std::string& file : packed) {
-        dialog.Label(LoadMessage(MessageId::kUnzippingFile, {FileNameOf(file)}));
+        dialog.Label(LoadMessage(msg::kUnzippingFile, {FileNameOf(file)}));
         TheUser().PumpEvents();
         const std::optional<std::string> target = UnpackedPath(temp, file);
         if (!target || !guard.Unpack(file, *target)) {
             if (guard.Refused())
                 RemoveFolder(temp); // the user wants none of it on his disk
             else
-                TellDecompressFailure(MessageId::kDecompressFailed, FileNameOf(file));
+                TellDecompressFailure(msg::kDecompressFailed, FileNameOf(file));
             return false;
         }
         ProgressPercent(dialog.bar, ++done, static_cast<double>(packed.size()));
@@ -81,17 +83,17 @@ bool UnpackFiles(const std::vector<std::string>& packed, const std::string& fold
 
 // No decoder is built in: a level with such sound stays as it is. False after a message.
 bool AudioIsPlain(const std::string& folder) {
-    if (!AnyFile(folder, LoadMessage(MessageId::kMp3Mask, {}))) return true;
-    TellCritical(LoadMessage(MessageId::kConversionFailed, {}) + LoadMessage(MessageId::kNoMp3Decoder, {}));
+    if (!AnyFile(folder, LoadFragment(fragment::kMp3Mask))) return true;
+    TellCritical(LoadMessage(msg::kConversionFailed) + LoadMessage(msg::kNoMp3Decoder));
     return false;
 }
 
 bool UndoPicture(const std::string& folder, std::string& temp) {
-    const std::string picture = LoadMessage(MessageId::kLoadJpg, {});
+    const std::string picture = LoadFragment(fragment::kLoadJpg);
     if (!FileExists(folder + picture)) return true;
     if (temp.empty() && !CopyToTempDec(folder, temp)) return false;
     // A picture that can't be converted isn't told: the game shows its own then.
-    if (JpegToBitmap(temp + picture, temp + LoadMessage(MessageId::kLoadBmp, {}))) DeleteFile(temp + picture);
+    if (JpegToBitmap(temp + picture, temp + LoadFragment(fragment::kLoadBmp))) DeleteFile(temp + picture);
     return true;
 }
 
@@ -105,7 +107,7 @@ bool CopyToTempDec(const std::string& folder, std::string& temp) {
 bool DecompressLevelFiles(const std::string& folder, std::string& temp, bool decode_mp3) {
     temp.clear();
     core::EndStoring(FolderOf(folder));
-    const std::vector<std::string> packed = ListFiles(folder, LoadMessage(MessageId::kZlMask, {}));
+    const std::vector<std::string> packed = ListFiles(folder, LoadFragment(fragment::kZlMask));
     if (!packed.empty() && !UnpackFiles(packed, folder, temp)) {
         temp.clear(); // what is there stays till the next use
         return false;
@@ -117,21 +119,21 @@ bool DecompressLevelFiles(const std::string& folder, std::string& temp, bool dec
 }
 
 std::string DecompressOneFile(const std::string& path, bool show_dialog) {
-    const std::string folder = AppFolder() + LoadMessage(MessageId::kTempFolder, {});
+    const std::string folder = AppFolder() + LoadFragment(fragment::kTempFolder);
     const std::optional<std::string> target = UnpackedPath(folder, path);
-    if (show_dialog) TheUser().OpenProgress(BarPlace::ZipDialog, LoadMessage(MessageId::kOneFileCaption, {}));
+    if (show_dialog) TheUser().OpenProgress(BarPlace::ZipDialog, LoadMessage(msg::kOneFileCaption));
     const bool made = target && MakeFresh(folder);
     UnpackGuard guard(folder);
     const bool unpacked = made && guard.Unpack(path, *target);
     if (show_dialog) TheUser().CloseProgress(BarPlace::ZipDialog);
     if (unpacked) return *target;
-    if (!guard.Refused()) TellDecompressFailure(MessageId::kOneFileFailed, FileNameOf(path));
+    if (!guard.Refused()) TellDecompressFailure(msg::kOneFileFailed, FileNameOf(path));
     RemoveTempFolder();
     return {};
 }
 
 void RemoveTempFolder() {
-    RemoveFolder(AppFolder() + LoadMessage(MessageId::kTempFolder, {}));
+    RemoveFolder(AppFolder() + LoadFragment(fragment::kTempFolder));
 }
 
 } // namespace kelvash::swap

@@ -10,6 +10,9 @@
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/compression.h"
+#include "swap/compression_messages.h"
+#include "swap/fragments.h"
+#include "swap/messages.h"
 #include "swap/picture.h"
 #include "swap/unpack_guard.h"
 #include "swap/zl_file.h"
@@ -25,18 +28,18 @@ const core::ArchiveHeader& Header() {
 // No converter is built in, so every level with audio to convert fails here; the user may go on with the
 // rest. `whole` becomes false when something keeps its old form, here and below.
 bool ConvertAudio(const std::string& files, bool& whole) {
-    const MessageId mask = Header().EncodeWavInMp3 ? MessageId::kStatusWavMask : MessageId::kMp3Mask;
-    if (!AnyFile(files, LoadMessage(mask, {}))) return true;
+    const Fragment& mask = Header().EncodeWavInMp3 ? fragment::kStatusWavMask : fragment::kMp3Mask;
+    if (!AnyFile(files, LoadFragment(mask))) return true;
     whole = false;
-    return AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kAudioStatusFailed, {kLineBreak}));
+    return AskYesNo(MessageStyle::Question, LoadMessage(msg::kAudioStatusFailed, {kLineBreak}));
 }
 
 std::vector<std::string> FilesToPack(const std::string& files) {
-    if (!Header().CompressFiles) return ListFiles(files, LoadMessage(MessageId::kStatusZlMask, {}));
+    if (!Header().CompressFiles) return ListFiles(files, LoadFragment(fragment::kStatusZlMask));
     std::vector<std::string> found;
-    for (const MessageId mask :
-         {MessageId::kStatusWavMask, MessageId::kStatusTr4Mask, MessageId::kStatusMp3Mask}) {
-        const std::vector<std::string> some = ListFiles(files, LoadMessage(mask, {}));
+    for (const Fragment& mask :
+         {fragment::kStatusWavMask, fragment::kStatusTr4Mask, fragment::kStatusMp3Mask}) {
+        const std::vector<std::string> some = ListFiles(files, LoadFragment(mask));
         found.insert(found.end(), some.begin(), some.end());
     }
     return found;
@@ -47,24 +50,22 @@ bool PackOrUnpack(const std::string& files, bool& whole) {
     const std::vector<std::string> list = FilesToPack(files);
     if (list.empty()) return true;
     const bool pack = Header().CompressFiles;
-    const std::string word =
-        LoadMessage(pack ? MessageId::kCompressionWord : MessageId::kDecompressionWord, {});
-    ProgressDialog dialog(BarPlace::ZipDialog,
-                          LoadMessage(pack ? MessageId::kZippingFiles : MessageId::kUnzippingFiles, {}));
+    const std::string word = LoadMessage(pack ? msg::kCompressionWord : msg::kDecompressionWord);
+    ProgressDialog dialog(BarPlace::ZipDialog, LoadMessage(pack ? msg::kZippingFiles : msg::kUnzippingFiles));
     UnpackGuard guard(files);
     const KnownNames names(files);
     for (const std::string& file : list) {
-        dialog.Label(word + LoadMessage(MessageId::kFileInProgress, {FileNameOf(file)}));
+        dialog.Label(word + LoadMessage(msg::kFileInProgress, {FileNameOf(file)}));
         TheUser().PumpEvents();
-        const bool done = pack ? CompressFile(file, file + LoadMessage(MessageId::kZlExtension, {}))
+        const bool done = pack ? CompressFile(file, file + LoadFragment(fragment::kZlExtension))
                                : guard.Unpack(file, StripExtension(file));
         if (done) {
             DeleteFile(file);
             continue;
         }
         whole = false;
-        if (!guard.Refused() && !AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kStatusFileFailed,
-                                                                              {word, FileNameOf(file)})))
+        if (!guard.Refused() &&
+            !AskYesNo(MessageStyle::Question, LoadMessage(msg::kStatusFileFailed, {word, FileNameOf(file)})))
             return false;
     }
     return true;
@@ -72,31 +73,30 @@ bool PackOrUnpack(const std::string& files, bool& whole) {
 
 // True if the picture has the new form, or there is none to change.
 bool PictureIsConverted(const std::string& files, ProgressDialog& progress) {
-    const std::string bitmap = files + LoadMessage(MessageId::kLoadBmp, {});
-    const std::string jpeg = files + LoadMessage(MessageId::kLoadJpg, {});
+    const std::string bitmap = files + LoadFragment(fragment::kLoadBmp);
+    const std::string jpeg = files + LoadFragment(fragment::kLoadJpg);
     const bool pack = Header().CompressFiles;
     const std::string& old_form = pack ? bitmap : jpeg;
     if (!FileExists(old_form)) return true;
-    progress.Label(pack ? LoadMessage(MessageId::kConvertingOldBmp, {})
-                        : LoadMessage(MessageId::kConvertingLoadJpg, {}));
+    progress.Label(pack ? LoadMessage(msg::kConvertingOldBmp) : LoadMessage(msg::kConvertingLoadJpg));
     return (pack ? BitmapToJpeg(bitmap, jpeg) : JpegToBitmap(jpeg, bitmap)) && DeleteFile(old_form);
 }
 
 // False if the user stops the run.
 bool ChangeLevel(const core::LevelRecord& level, ProgressDialog& progress, bool& whole) {
-    progress.Label(LoadMessage(MessageId::kChangingLevel, {}) + level.Name);
+    progress.Label(LoadMessage(msg::kChangingLevel) + level.Name);
     const std::string files = core::FilesFolder(core::LevelFolder(level.Code, false));
     if (!ConvertAudio(files, whole) || !PackOrUnpack(files, whole)) return false;
     if (PictureIsConverted(files, progress)) return true;
     whole = false;
-    TellCritical(LoadMessage(MessageId::kCannotConvertPicture, {}) + level.Name);
+    TellCritical(LoadMessage(msg::kCannotConvertPicture) + level.Name);
     return true;
 }
 
 // True if all files have the new form.
 bool ChangeLevels() {
     bool whole = true;
-    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kChangeStatusCaption, {}));
+    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(msg::kChangeStatusCaption));
     for (std::int32_t i = 0; i < Header().LevelCount; ++i) {
         const core::LevelRecord level = core::archive.Levels[static_cast<std::size_t>(i)];
         if (level.CdNumber <= 0 && !ChangeLevel(level, progress, whole)) return false;
@@ -108,13 +108,13 @@ bool ChangeLevels() {
 void TellSizes(double old_size) {
     const auto size = [](double bytes) { return FormatSize(static_cast<std::int64_t>(bytes)) + kLineBreak; };
     ShowMessage(MessageStyle::Plain,
-                LoadMessage(MessageId::kNewSizeReport, {size(Header().MainFolderSize), size(old_size)}));
+                LoadMessage(msg::kNewSizeReport, {size(Header().MainFolderSize), size(old_size)}));
 }
 
 } // namespace
 
 bool ApplyCompressionSettings(const CompressionSettings& settings) {
-    const core::Change change(MessageId::kDoingCompression, core::kHomeFolder | core::kArchiveFolder);
+    const core::Change change(msg::kDoingCompression, core::kHomeFolder | core::kArchiveFolder);
     if (!change) return false;
     core::ArchiveHeader& header = core::archive.Header;
     const bool changed =
@@ -123,7 +123,7 @@ bool ApplyCompressionSettings(const CompressionSettings& settings) {
     header.EncodeWavInMp3 = settings.EncodeWavInMp3;
     bool whole = true;
     if (changed && AskYesNo(MessageStyle::Question,
-                            LoadMessage(MessageId::kCompressionChangedQuestion, {kLineBreak, kLineBreak}))) {
+                            LoadMessage(msg::kCompressionChangedQuestion, {kLineBreak, kLineBreak}))) {
         const double old_size = header.MainFolderSize;
         whole = ChangeLevels();
         core::ComputeArchiveSize(core::Report::Silent);

@@ -17,8 +17,10 @@
 #include "media/media_config.h"
 #include "swap/backup.h"
 #include "swap/compression.h"
+#include "swap/fragments.h"
 #include "swap/kept_files.h"
 #include "swap/marker.h"
+#include "swap/messages.h"
 #include "swap/remove.h"
 #include "swap/saves.h"
 #include "swap/trle_folder.h"
@@ -34,9 +36,9 @@ void AddFile(const std::string& file, const std::string& target_folder, std::vec
     if (name) items.push_back({name->Text(), target_folder + name->Text()});
 }
 
-void AddMatches(const std::string& files, MessageId mask, const std::string& target_folder,
+void AddMatches(const std::string& files, const Fragment& mask, const std::string& target_folder,
                 std::vector<WorkItem>& items) {
-    for (const std::string& file : ListFiles(files, LoadMessage(mask, {})))
+    for (const std::string& file : ListFiles(files, LoadFragment(mask)))
         AddFile(file, target_folder, items);
 }
 
@@ -45,17 +47,17 @@ void TellForeignGame(const std::string& files) {
     const std::vector<std::string> media = media::ListMediaFiles(files);
     if (std::any_of(media.begin(), media.end(),
                     [](const std::string& name) { return IsGameProgram("\\" + name); }))
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kForeignGameLeftOut, {}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kForeignGameLeftOut));
 }
 
 bool IsScript(const std::string& name) {
-    return EqualNoCase(name, LoadMessage(MessageId::kScriptDat, {}));
+    return EqualNoCase(name, LoadFragment(fragment::kScriptDat));
 }
 
 // TRLE's language file, where the level brings one of another name.
 std::string DisplacedLanguageFile(const std::vector<WorkItem>& items, const std::string& trle) {
     std::string language;
-    for (const std::string& file : ListFiles(trle, LoadMessage(MessageId::kDatMask, {})))
+    for (const std::string& file : ListFiles(trle, LoadFragment(fragment::kDatMask)))
         if (language.empty() && !IsScript(FileNameOf(file))) language = FileNameOf(file);
     if (language.empty()) return {};
     bool brings_language = false;
@@ -63,7 +65,7 @@ std::string DisplacedLanguageFile(const std::vector<WorkItem>& items, const std:
         if (EqualNoCase(item.Name, language)) return {};
         brings_language =
             brings_language ||
-            (EndsWithNoCase(item.Name, LoadMessage(MessageId::kDatExtension, {})) && !IsScript(item.Name));
+            (EndsWithNoCase(item.Name, LoadFragment(fragment::kDatExtension)) && !IsScript(item.Name));
     }
     return brings_language ? language : std::string();
 }
@@ -78,20 +80,20 @@ struct LevelFiles {
 bool PrepareFiles(std::int32_t code, LevelFiles& files) {
     files.folder = core::FilesFolder(core::LevelFolder(code, true));
     if (core::archive.CdMissing) {
-        TellCritical(LoadMessage(MessageId::kCdNotAvailable, {}));
+        TellCritical(LoadMessage(msg::kCdNotAvailable));
         return false;
     }
     if (!DecompressLevelFiles(files.folder, files.temp, true)) {
-        TellCritical(LoadMessage(MessageId::kErrorDecompressing, {}));
+        TellCritical(LoadMessage(msg::kErrorDecompressing));
         DeleteFile(MarkerPath());
         return false;
     }
     if (!files.temp.empty()) files.folder = files.temp;
-    if (code == 0 || AnyFile(files.folder, LoadMessage(MessageId::kTr4Mask, {}))) return true;
+    if (code == 0 || AnyFile(files.folder, LoadFragment(fragment::kTr4Mask))) return true;
     DeleteFile(MarkerPath());
     if (!files.temp.empty()) RemoveFolder(files.temp);
-    if (AskYesNo(MessageStyle::Exclamation, LoadMessage(MessageId::kNoTr4Question, {kLineBreak, kLineBreak})))
-        TellCritical(LoadMessage(MessageId::kCdCorrectionMissing, {}));
+    if (AskYesNo(MessageStyle::Exclamation, LoadMessage(msg::kNoTr4Question, {kLineBreak, kLineBreak})))
+        TellCritical(LoadMessage(msg::kCdCorrectionMissing));
     return false;
 }
 
@@ -166,7 +168,7 @@ bool CopyItem(const WorkItem& item, const std::string& files, SwapRecord& record
 void CopyItems(const InstallPlan& plan, const std::string& files, SwapRecord& record, KeptFiles& kept) {
     std::string failed;
     if (!plan.Items.empty()) {
-        ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kCopyingLevel, {}));
+        ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(msg::kCopyingLevel));
         for (std::size_t i = 0; i < plan.Items.size(); ++i) {
             const WorkItem& item = plan.Items[i];
             ProgressPercent(progress.bar, static_cast<double>(i + 1), static_cast<double>(plan.Items.size()));
@@ -179,13 +181,12 @@ void CopyItems(const InstallPlan& plan, const std::string& files, SwapRecord& re
     if (const std::string language = "\\" + plan.LanguageFile;
         !plan.LanguageFile.empty() && MakeWay(language, record, kept))
         DeleteFile(core::TrleFolder() + language);
-    if (!failed.empty()) TellCritical(LoadMessage(MessageId::kFilesNotCopied, {}) + failed);
+    if (!failed.empty()) TellCritical(LoadMessage(msg::kFilesNotCopied) + failed);
 }
 
 bool BringSavesBack(SwapRecord& record, KeptFiles& kept) {
     const bool all_back = BringBackLevelFiles(record.Owner.Folder, record, kept);
-    if (!all_back)
-        TellCritical(LoadMessage(MessageId::kSavesNotBack, {core::StashFolder(record.Owner.Folder)}));
+    if (!all_back) TellCritical(LoadMessage(msg::kSavesNotBack, {core::StashFolder(record.Owner.Folder)}));
     return all_back;
 }
 
@@ -213,7 +214,7 @@ bool BringLevel(const std::string& files, SwapRecord& record, KeptFiles& kept) {
     NotePlan(plan, files, record);
     if (!WriteSwapRecord(record)) return false;
     if (!WriteMarker(MarkerOf(record), false, record.MarkerHash)) {
-        TellCritical(LoadMessage(MessageId::kCannotWriteMarker, {}) + MarkerPath());
+        TellCritical(LoadMessage(msg::kCannotWriteMarker) + MarkerPath());
         return false;
     }
     CopyItems(plan, files, record, kept);
@@ -240,17 +241,17 @@ bool CopyLevel(std::int32_t code, const std::string& files) {
 std::vector<WorkItem> BuildWorkList(const std::string& files) {
     const std::string root = "\\";
     std::vector<WorkItem> items;
-    AddMatches(files, MessageId::kDatMask, root, items);
-    AddMatches(files, MessageId::kHeaderMask, root, items);
-    for (const std::string& name : Split(LoadMessage(MessageId::kRootFileNames, {}), '|'))
+    AddMatches(files, fragment::kDatMask, root, items);
+    AddMatches(files, fragment::kHeaderMask, root, items);
+    for (const std::string& name : Split(LoadFragment(fragment::kRootFileNames), '|'))
         if (FileExists(files + "\\" + name)) items.push_back({name, root + name});
     for (const std::string& name : media::ListMediaFiles(files))
         if (!IsGameProgram(root + name)) items.push_back({name, root + name});
-    const std::vector<std::string> configs = ListFiles(files, LoadMessage(MessageId::kMediaConfigMask, {}));
+    const std::vector<std::string> configs = ListFiles(files, LoadFragment(fragment::kMediaConfigMask));
     if (!configs.empty()) AddFile(configs.front(), root, items);
-    AddMatches(files, MessageId::kTr4Mask, LoadMessage(MessageId::kDataPrefix, {}), items);
-    AddMatches(files, MessageId::kPakMask, LoadMessage(MessageId::kDataPrefix, {}), items);
-    AddMatches(files, MessageId::kWavMask, LoadMessage(MessageId::kAudioTarget, {}), items);
+    AddMatches(files, fragment::kTr4Mask, LoadFragment(fragment::kDataPrefix), items);
+    AddMatches(files, fragment::kPakMask, LoadFragment(fragment::kDataPrefix), items);
+    AddMatches(files, fragment::kWavMask, LoadFragment(fragment::kAudioTarget), items);
     return items;
 }
 
@@ -320,13 +321,17 @@ Swapped InstallHere(std::int32_t code) {
 } // namespace
 
 bool InstallLevel(std::int32_t code) {
-    return OnChosenFolder(MessageId::kDoingInstall, code, [=] { return InstallHere(code); });
+    return OnChosenFolder(msg::kDoingInstall, code, [=] { return InstallHere(code); });
+}
+
+void TellNotInstalled() {
+    TellCritical(LoadMessage(msg::kErrorInstalling));
 }
 
 bool PlayLevel(std::int32_t code) {
     constexpr int kTenthsBeforeWatching = 20;
     std::optional<Swapped> installed;
-    const bool started = OnChosenFolder(MessageId::kDoingPlay, code, [&] {
+    const bool started = OnChosenFolder(msg::kDoingPlay, code, [&] {
         installed = InstallHere(code);
         if (*installed != Swapped::Done || !companion::StartGame({}, false))
             return *installed == Swapped::Done ? Swapped::Failed : *installed;
@@ -336,8 +341,10 @@ bool PlayLevel(std::int32_t code) {
     });
     if (!installed) return false; // another program is at work
     if (!started) {
-        TellCritical(*installed == Swapped::Done ? LoadMessage(MessageId::kErrorLaunching, {})
-                                                 : LoadMessage(MessageId::kErrorInstalling, {}));
+        if (*installed == Swapped::Done)
+            TellCritical(LoadMessage(msg::kErrorLaunching));
+        else
+            TellNotInstalled();
         return false;
     }
     // From here on the game keeps swaps out by itself.

@@ -28,6 +28,9 @@ InstallPlan PlanInstall(const std::string& files, const std::string& trle);
 // if the level is ready to run. False after a message: the previous level may be out all the same.
 [[nodiscard]] bool InstallLevel(std::int32_t code);
 
+// For an install that has failed: what went wrong has been told.
+void TellNotInstalled();
+
 // Installs a level and starts the game. False after a message.
 [[nodiscard]] bool PlayLevel(std::int32_t code);
 

@@ -12,25 +12,27 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "swap/fragments.h"
+#include "swap/messages.h"
 
 namespace kelvash::swap {
 
 namespace {
 
 std::string KeptRoot() {
-    return AppFolder() + LoadMessage(MessageId::kKeptFolder, {});
+    return AppFolder() + LoadFragment(fragment::kKeptFolder);
 }
 
 std::string WaveFolder() {
-    return KeptRoot() + LoadMessage(MessageId::kKeptAudioFolder, {});
+    return KeptRoot() + LoadFragment(fragment::kKeptAudioFolder);
 }
 
 bool IsWave(const std::string& target) {
-    return EqualNoCase(FolderOf(target), LoadMessage(MessageId::kKeptAudioFolder, {}));
+    return EqualNoCase(FolderOf(target), LoadFragment(fragment::kKeptAudioFolder));
 }
 
 bool IsRewrittenByGame(const std::string& target) {
-    const std::vector<std::string> names = Split(LoadMessage(MessageId::kRootFileNames, {}), '|');
+    const std::vector<std::string> names = Split(LoadFragment(fragment::kRootFileNames), '|');
     return FolderOf(target).empty() && std::any_of(names.begin(), names.end(), [&](const std::string& name) {
                return EqualNoCase(name, FileNameOf(target));
            });
@@ -41,7 +43,7 @@ std::string DatedFolder() {
     const auto now = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
     const std::string folder =
         KeptRoot() + "\\" +
-        FormatDate(LoadMessage(MessageId::kKeptDatePattern, {}), now.time_since_epoch().count());
+        FormatDate(LoadFragment(fragment::kKeptDatePattern), now.time_since_epoch().count());
     std::string free = folder;
     for (int n = 2; FolderExists(free); ++n)
         free = folder + "_" + std::to_string(n);
@@ -71,7 +73,7 @@ bool MoveAside(const std::string& from, const std::string& to) {
 } // namespace
 
 bool IsHeldElsewhere(const std::string& target) {
-    return IsRewrittenByGame(target) || EqualNoCase(target, LoadMessage(MessageId::kMarkerName, {})) ||
+    return IsRewrittenByGame(target) || EqualNoCase(target, LoadFragment(fragment::kMarkerName)) ||
            IsStill(core::TrleFolder() + target, StampOf(core::BackupFolder() + target)) ||
            HoldSameBytes(core::BackupFolder() + target, core::TrleFolder() + target);
 }
@@ -106,29 +108,26 @@ void PutBack(const std::string& target, KeptFiles& kept, std::string& place) {
 
 void TellKept(const KeptFiles& kept) {
     if (!kept.Failed.empty())
-        TellCritical(LoadMessage(MessageId::kCannotKeepFile, {}) + kLineBreak +
-                     Join(kept.Failed, kLineBreak));
+        TellCritical(LoadMessage(msg::kCannotKeepFile) + kLineBreak + Join(kept.Failed, kLineBreak));
     if (kept.Count > 0)
-        ShowMessage(
-            MessageStyle::Exclamation,
-            LoadMessage(MessageId::kFilesKept, {std::to_string(kept.Count), kLineBreak}) + kept.Folder);
+        ShowMessage(MessageStyle::Exclamation,
+                    LoadMessage(msg::kFilesKept, {std::to_string(kept.Count), kLineBreak}) + kept.Folder);
 }
 
 std::vector<std::string> MissingKeptWaves() {
     std::vector<std::string> missing;
-    const std::string audio = core::TrleFolder() + LoadMessage(MessageId::kKeptAudioFolder, {});
-    for (const std::string& wave : ListFiles(WaveFolder(), LoadMessage(MessageId::kKeptWaveMask, {})))
+    const std::string audio = core::TrleFolder() + LoadFragment(fragment::kKeptAudioFolder);
+    for (const std::string& wave : ListFiles(WaveFolder(), LoadFragment(fragment::kKeptWaveMask)))
         if (!FileExists(audio + "\\" + FileNameOf(wave))) missing.push_back(FileNameOf(wave));
     return missing;
 }
 
 bool OfferKeptWaves() {
-    const std::string audio = core::TrleFolder() + LoadMessage(MessageId::kKeptAudioFolder, {});
+    const std::string audio = core::TrleFolder() + LoadFragment(fragment::kKeptAudioFolder);
     const std::vector<std::string> missing = MissingKeptWaves();
     if (missing.empty() || !FolderExists(core::TrleFolder())) return false;
-    if (!AskYesNo(MessageStyle::Question,
-                  LoadMessage(MessageId::kBringWavesBack,
-                              {std::to_string(missing.size()), WaveFolder(), kLineBreak})))
+    if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kBringWavesBack, {std::to_string(missing.size()),
+                                                                             WaveFolder(), kLineBreak})))
         return false;
     CreateFolder(audio);
     bool any = false;
@@ -136,7 +135,7 @@ bool OfferKeptWaves() {
         if (MoveAside(WaveFolder() + "\\" + name, audio + "\\" + name))
             any = true;
         else
-            TellCritical(LoadMessage(MessageId::kCannotBringWaveBack, {}) + name);
+            TellCritical(LoadMessage(msg::kCannotBringWaveBack) + name);
     }
     return any;
 }

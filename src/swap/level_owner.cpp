@@ -11,13 +11,15 @@
 #include "foundation/path.h"
 #include "foundation/place.h"
 #include "foundation/text.h"
+#include "swap/fragments.h"
+#include "swap/messages.h"
 
 namespace kelvash::swap {
 
 namespace {
 
 std::string Tr4InfHash(std::string_view folder) {
-    return HashOfFile(std::string(folder) + LoadMessage(MessageId::kRecordTr4Info, {}));
+    return HashOfFile(std::string(folder) + LoadFragment(fragment::kRecordTr4Info));
 }
 
 // A path from a folder on, with ".." where it climbs; empty if they share no drive.
@@ -88,7 +90,7 @@ std::int32_t CodeOfFolder(std::string_view folder) {
 }
 
 bool NoteLevelMoved(std::string_view old_folder, std::string_view new_folder) {
-    const core::Change change(MessageId::kDoingOwner, core::kHomeFolder);
+    const core::Change change(msg::kDoingOwner, core::kHomeFolder);
     if (!change) return false;
     FoundRecord found = ReadSwapRecord();
     LevelOwner& owner = found.Record.Owner;
@@ -107,7 +109,7 @@ bool NoteLevelsMoved(std::string_view old_parent, std::string_view new_parent) {
 }
 
 void NoteLevelChanged(std::string_view folder) {
-    const core::Change change(MessageId::kDoingTr4Info, core::kHomeFolder);
+    const core::Change change(msg::kDoingTr4Info, core::kHomeFolder);
     if (!change) return;
     FoundRecord found = ReadSwapRecord();
     LevelOwner& owner = found.Record.Owner;

@@ -8,6 +8,7 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "swap/file_stamp.h"
+#include "swap/fragments.h"
 #include "swap/trle_folder.h"
 
 namespace kelvash::swap {
@@ -18,11 +19,11 @@ namespace {
 constexpr std::size_t kLongestMarker = std::size_t{4} << 20;
 constexpr int kCodeDigits = 4;
 
-std::string FieldLine(MessageId tag, const std::string& value) {
-    return LoadMessage(tag, {}) + value + "#" + kLineBreak;
+std::string FieldLine(const Fragment& tag, const std::string& value) {
+    return LoadFragment(tag) + value + "#" + kLineBreak;
 }
 
-std::string ListLine(MessageId tag, std::vector<std::string> entries) {
+std::string ListLine(const Fragment& tag, std::vector<std::string> entries) {
     std::erase_if(entries, [](const std::string& entry) {
         return entry.find_first_of("#|") != std::string::npos || Utf8FromAnsi(AnsiFromUtf8(entry)) != entry;
     });
@@ -32,8 +33,8 @@ std::string ListLine(MessageId tag, std::vector<std::string> entries) {
 bool IsInstallTarget(const std::string& entry) {
     if (!StaysInside(entry) || IsGameProgram(entry)) return false;
     const std::string folder = FolderOf(entry);
-    return folder.empty() || EqualNoCase(folder, LoadMessage(MessageId::kMarkerDataFolder, {})) ||
-           EqualNoCase(folder, LoadMessage(MessageId::kMarkerAudioFolder, {}));
+    return folder.empty() || EqualNoCase(folder, LoadFragment(fragment::kMarkerDataFolder)) ||
+           EqualNoCase(folder, LoadFragment(fragment::kMarkerAudioFolder));
 }
 
 } // namespace
@@ -55,15 +56,15 @@ std::string MarkerName(std::string_view name) {
 
 std::string MarkerText(const Marker& marker, bool with_lists) {
     std::string text;
-    for (const MessageId comment :
-         {MessageId::kMarkerComment1, MessageId::kMarkerComment2, MessageId::kMarkerComment3})
-        text += LoadMessage(comment, {}) + kLineBreak;
+    for (const Fragment& comment :
+         {fragment::kMarkerComment1, fragment::kMarkerComment2, fragment::kMarkerComment3})
+        text += LoadFragment(comment) + kLineBreak;
     text += std::string(" ") + kLineBreak;
-    text += FieldLine(MessageId::kMarkerLevelCode, ZeroPadded(marker.Code, kCodeDigits));
-    text += FieldLine(MessageId::kMarkerLevelName, MarkerName(marker.Name));
+    text += FieldLine(fragment::kMarkerLevelCode, ZeroPadded(marker.Code, kCodeDigits));
+    text += FieldLine(fragment::kMarkerLevelName, MarkerName(marker.Name));
     if (!with_lists) return text;
-    text += ListLine(MessageId::kMarkerOverwritten, marker.Overwritten);
-    text += ListLine(MessageId::kMarkerCopied, marker.Copied);
+    text += ListLine(fragment::kMarkerOverwritten, marker.Overwritten);
+    text += ListLine(fragment::kMarkerCopied, marker.Copied);
     return text;
 }
 
@@ -85,7 +86,7 @@ std::vector<std::string> CleanMarkerList(std::string_view tag, std::string_view 
 }
 
 std::string MarkerPath() {
-    return core::TrleFolder() + LoadMessage(MessageId::kMarkerName, {});
+    return core::TrleFolder() + LoadFragment(fragment::kMarkerName);
 }
 
 std::string ReadMarkerBytes() {

@@ -13,7 +13,9 @@
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/backup.h"
+#include "swap/fragments.h"
 #include "swap/marker.h"
+#include "swap/messages.h"
 #include "swap/restore.h"
 #include "swap/saves.h"
 #include "swap/take_out.h"
@@ -37,15 +39,15 @@ std::optional<std::int32_t> PutSavesAway(TrleState& state, bool knows_stash) {
         case StashResult::Done:
             return std::nullopt;
         case StashResult::CannotEmpty:
-            TellCritical(LoadMessage(MessageId::kCannotEmptyStash, {folder}));
+            TellCritical(LoadMessage(msg::kCannotEmptyStash, {folder}));
             return 0;
         case StashResult::CannotCopy:
-            TellCritical(LoadMessage(MessageId::kCannotStash, {folder, kLineBreak}));
+            TellCritical(LoadMessage(msg::kCannotStash, {folder, kLineBreak}));
             return kRemovalRefused;
         case StashResult::CannotNote:
             return kRemovalRefused;
         case StashResult::CannotDelete:
-            TellCritical(LoadMessage(MessageId::kCannotDeleteSave, {}) + ListSaves().front());
+            TellCritical(LoadMessage(msg::kCannotDeleteSave) + ListSaves().front());
             return kRemovalRefused;
     }
     return std::nullopt;
@@ -82,7 +84,7 @@ void DeletePartialFiles(const SwapRecord& record) {
 // While the record is at Leaving no marker counts; one that stays behind must not count afterwards.
 bool DeleteMarker() {
     if (!FileExists(MarkerPath()) || DeleteFile(MarkerPath())) return true;
-    TellCritical(LoadMessage(MessageId::kCannotDeleteMarker, {}) + MarkerPath());
+    TellCritical(LoadMessage(msg::kCannotDeleteMarker) + MarkerPath());
     return false;
 }
 
@@ -111,8 +113,8 @@ bool MayLeave(TrleState& state) {
     if (BackupIsUsable() || CanRestoreAll(state.Record, state.FromRecord)) return true;
     const bool is_home =
         state.FromRecord && !state.OwnerFolder.empty() && CopySavesHome(state.OwnerFolder, state.Record);
-    TellCritical(LoadMessage(MessageId::kBackupGone, {}) +
-                 (is_home ? kLineBreak + LoadMessage(MessageId::kSavesAreHome, {}) : std::string()));
+    TellCritical(LoadMessage(msg::kBackupGone) +
+                 (is_home ? kLineBreak + LoadMessage(msg::kSavesAreHome) : std::string()));
     return false;
 }
 
@@ -124,7 +126,7 @@ std::int32_t TakeOut(TrleState& state) {
 }
 
 void TellLevelFolderMissing(const std::string& folder) {
-    TellCritical(LoadMessage(MessageId::kLevelFolderMissing, {folder, kLineBreak}));
+    TellCritical(LoadMessage(msg::kLevelFolderMissing, {folder, kLineBreak}));
 }
 
 // The level's folder is gone, or no level of the Archive has the marker's code: nobody can say where its
@@ -136,10 +138,10 @@ std::int32_t LeaveIn(TrleState& state, const std::string& folder, std::int32_t c
 }
 
 std::int32_t RemoveUnknown(TrleState& state, std::int32_t wanted) {
-    const std::string value = MarkerField(LoadMessage(MessageId::kMarkerLevelCode, {}), state.MarkerText);
+    const std::string value = MarkerField(LoadFragment(fragment::kMarkerLevelCode), state.MarkerText);
     if (!state.MarkerStands || value.empty()) {
         if (!state.MarkerText.empty())
-            TellCritical(LoadMessage(MessageId::kMarkerDamaged, {"\"" + MarkerPath() + "\"", kLineBreak}));
+            TellCritical(LoadMessage(msg::kMarkerDamaged, {"\"" + MarkerPath() + "\"", kLineBreak}));
         if (const auto failure = PutSavesAway(state, false)) return *failure;
         if (!DeleteMarker() || !NoteOriginal()) return kRemovalRefused;
         return state.MarkerStands ? kNoLevel : 0;
@@ -216,7 +218,7 @@ CutShort EndCutShort() {
     if (!FolderExists(core::TrleFolder())) return IsCutShort() ? CutShort::Refused : CutShort::Ended;
     TrleState state = LookAtTrle();
     if (state.Content != Holds::CutShort && !LeavesWork(state.Record)) return CutShort::Ended;
-    const core::Change change(MessageId::kDoingEndSwap, core::kSwap);
+    const core::Change change(msg::kDoingEndSwap, core::kSwap);
     if (!change) return CutShort::Refused;
     state = LookAtTrle(); // another program may have ended it meanwhile
     if (state.Content != Holds::CutShort)
@@ -228,12 +230,12 @@ CutShort EndCutShort() {
             return *failure == 0 ? CutShort::FilesLeft : CutShort::Refused;
         if (!TakeFilesOut(state.Record)) return CutShort::FilesLeft;
     }
-    ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kCutShortEnded, {}));
+    ShowMessage(MessageStyle::Plain, LoadMessage(msg::kCutShortEnded));
     return CutShort::Ended;
 }
 
 std::int32_t RemovePreviousLevel(std::int32_t code) {
-    const core::Change change(MessageId::kDoingTakeOut, core::kSwap);
+    const core::Change change(msg::kDoingTakeOut, core::kSwap);
     if (!change) return kRemovalRefused;
     if (!TrleIsThere()) return kRemovalRefused;
     switch (EndCutShort()) {

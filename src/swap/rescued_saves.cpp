@@ -8,13 +8,15 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "swap/fragments.h"
+#include "swap/messages.h"
 
 namespace kelvash::swap {
 
 namespace {
 
 std::string Base() {
-    return AppFolder() + LoadMessage(MessageId::kRescueFolder, {});
+    return AppFolder() + LoadFragment(fragment::kRescueFolder);
 }
 
 std::string NewFolder() {
@@ -25,13 +27,12 @@ std::string NewFolder() {
 }
 
 std::string NotePath(const std::string& folder) {
-    return folder + LoadMessage(MessageId::kRescueNote, {});
+    return folder + LoadFragment(fragment::kRescueNote);
 }
 
 bool WriteNote(const std::string& folder, const std::string& from, bool told) {
-    const std::string text =
-        LoadMessage(MessageId::kRescueNoteFrom, {}) + from + kLineBreak +
-        (told ? LoadMessage(MessageId::kRescueNoteTold, {}) + kLineBreak : std::string());
+    const std::string text = LoadFragment(fragment::kRescueNoteFrom) + from + kLineBreak +
+                             (told ? LoadFragment(fragment::kRescueNoteTold) + kLineBreak : std::string());
     return ReplaceFileBytes(NotePath(folder), text, Flush::No);
 }
 
@@ -62,7 +63,7 @@ bool RescueFiles(const std::vector<std::string>& files, const std::string& from,
         if (ListFiles(folder, "*").size() == 1) RemoveFolder(folder); // the note alone
         return false;
     }
-    ShowMessage(MessageStyle::Exclamation, LoadMessage(told, {}) + folder);
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(told) + folder);
     return true;
 }
 
@@ -74,7 +75,7 @@ std::vector<RescuedSaves> ListRescuedSaves() {
         std::erase_if(rescued.Files,
                       [&](const std::string& file) { return EqualNoCase(file, NotePath(folder)); });
         const std::string note = ReadWholeFile(NotePath(folder));
-        const std::string tag = LoadMessage(MessageId::kRescueNoteFrom, {});
+        const std::string tag = LoadFragment(fragment::kRescueNoteFrom);
         if (note.starts_with(tag)) {
             std::size_t at = tag.size();
             rescued.From = NextLineIn(note, at);
@@ -88,11 +89,10 @@ void TellRescuedSaves() {
     std::string folders;
     for (const RescuedSaves& rescued : ListRescuedSaves()) {
         const std::string note = ReadWholeFile(NotePath(rescued.Folder));
-        if (note.find(LoadMessage(MessageId::kRescueNoteTold, {})) != std::string::npos) continue;
+        if (note.find(LoadFragment(fragment::kRescueNoteTold)) != std::string::npos) continue;
         if (WriteNote(rescued.Folder, rescued.From, true)) folders += kLineBreak + rescued.Folder;
     }
-    if (!folders.empty())
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kSavesWait, {}) + folders);
+    if (!folders.empty()) ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kSavesWait) + folders);
 }
 
 } // namespace kelvash::swap

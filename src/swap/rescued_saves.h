@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "foundation/messages.h"
+#include "swap/messages.h"
 
 namespace kelvash::swap {
 
@@ -14,7 +15,7 @@ namespace kelvash::swap {
 // belonged, as a person may read it. True without a word for no files. False if one of them can't be put
 // there whole: it is still where it was.
 [[nodiscard]] bool RescueFiles(const std::vector<std::string>& files, const std::string& from,
-                               MessageId told = MessageId::kSavesRescued);
+                               MessageId told = msg::kSavesRescued);
 
 struct RescuedSaves {
     std::string Folder;

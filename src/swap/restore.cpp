@@ -13,8 +13,11 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "swap/backup.h"
+#include "swap/backup_messages.h"
+#include "swap/fragments.h"
 #include "swap/install.h"
 #include "swap/kept_files.h"
+#include "swap/messages.h"
 #include "swap/saves.h"
 #include "swap/trle_folder.h"
 #include "swap/trle_state.h"
@@ -35,7 +38,7 @@ struct Restoring {
 };
 
 void ShowLabel(const Bar& bar, MessageId id, const std::string& behind = {}) {
-    TheUser().SetLabel(bar.place, LoadMessage(id, {}) + behind);
+    TheUser().SetLabel(bar.place, LoadMessage(id) + behind);
     TheUser().PumpEvents();
 }
 
@@ -67,7 +70,7 @@ bool ClearFolder(Restoring& run, const std::string& folder, const std::string& m
 
 // Everything in the root goes but programs, the set-up's log and shortcuts.
 void ClearRootFiles(Restoring& run) {
-    const std::vector<std::string> staying = Split(LoadMessage(MessageId::kKeptExtensions, {}), '|');
+    const std::vector<std::string> staying = Split(LoadFragment(fragment::kKeptExtensions), '|');
     for (const std::string& file : ListFiles(core::TrleFolder(), "*")) {
         const std::string extension = ExtensionOf(FileNameOf(file));
         const bool stays = std::any_of(staying.begin(), staying.end(), [&](const std::string& other) {
@@ -98,33 +101,33 @@ bool CopyBack(Restoring& run, const std::string& folder, Bar* bar) {
 // The files without which no game starts. They have a message of their own: that of a folder is for those
 // that only a full backup holds.
 void CopyCriticalBack(Restoring& run) {
-    const std::string data = LoadMessage(MessageId::kDataFolder, {});
+    const std::string data = LoadFragment(fragment::kDataFolder);
     const bool root_is_back = CopyBack(run, {}, nullptr);
     if (CopyBack(run, data, &run.bar) && root_is_back) return;
     std::string files;
     for (const RecordedFile& file : run.missing)
         files += kLineBreak + core::TrleFolder() + file.Target;
-    TellCritical(LoadMessage(MessageId::kOriginalsNotBack, {}) + files);
+    TellCritical(LoadMessage(msg::kOriginalsNotBack) + files);
 }
 
 void RestoreFolder(Restoring& run, const std::string& folder) {
-    ShowLabel(run.bar, MessageId::kRestoringFolder, folder);
+    ShowLabel(run.bar, msg::kRestoringFolder, folder);
     const bool emptied = ClearFolder(run, folder, "*");
     if (!CopyBack(run, folder, &run.bar) || !emptied)
-        TellCritical(LoadMessage(MessageId::kErrorRestoringFolder, {}) + folder);
+        TellCritical(LoadMessage(msg::kErrorRestoringFolder) + folder);
     run.whole = run.whole && emptied;
 }
 
 void RestoreFiles(Restoring& run) {
-    const std::string data = LoadMessage(MessageId::kDataFolder, {});
-    ShowLabel(run.bar, MessageId::kRestoreRemovingCritical);
+    const std::string data = LoadFragment(fragment::kDataFolder);
+    ShowLabel(run.bar, msg::kRestoreRemovingCritical);
     ClearRootFiles(run);
-    ClearFolder(run, data, LoadMessage(MessageId::kRestoreTr4Mask, {}));
-    ClearFolder(run, data, LoadMessage(MessageId::kRestorePakMask, {}));
-    ShowLabel(run.bar, MessageId::kRestoreCopying);
+    ClearFolder(run, data, LoadFragment(fragment::kRestoreTr4Mask));
+    ClearFolder(run, data, LoadFragment(fragment::kRestorePakMask));
+    ShowLabel(run.bar, msg::kRestoreCopying);
     CopyCriticalBack(run);
     if (!core::profile.FullBackup) return;
-    for (const std::string& folder : Split(LoadMessage(MessageId::kFullBackupFolders, {}), '|'))
+    for (const std::string& folder : Split(LoadFragment(fragment::kFullBackupFolders), '|'))
         RestoreFolder(run, folder);
 }
 
@@ -161,7 +164,7 @@ Swapped RestoreHere(Bar& bar, bool show_progress) {
     if (!TrleIsThere()) return Swapped::Failed;
     const Door door = RequireBackup();
     if (door != Door::Open) return door == Door::Elsewhere ? Swapped::Elsewhere : Swapped::Failed;
-    ShowLabel(bar, MessageId::kRestoreRemovingLevel);
+    ShowLabel(bar, msg::kRestoreRemovingLevel);
     // Whether the level could be taken out or not, the files below make the folder original. But saves that
     // couldn't go home are about to be deleted.
     if (!SwapToOriginal() && !RescueSavesOf(LevelOwner())) return Swapped::Failed;
@@ -169,8 +172,8 @@ Swapped RestoreHere(Bar& bar, bool show_progress) {
     const std::optional<bool> restored = RestoreAll(bar);
     if (show_progress) TheUser().CloseProgress(BarPlace::ProgressDialog);
     if (!restored) return Swapped::Failed;
-    ShowLabel(bar, MessageId::kRestoreFinished);
-    ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kRestoreDone, {}));
+    ShowLabel(bar, msg::kRestoreFinished);
+    ShowMessage(MessageStyle::Plain, LoadMessage(msg::kRestoreDone));
     core::RefreshLevelList();
     OfferKeptWaves();
     return *restored ? Swapped::Done : Swapped::Failed;
@@ -185,19 +188,19 @@ bool SwapToOriginal() {
 }
 
 bool FastRestore() {
-    const core::Change change(MessageId::kDoingFastRestore, core::kSwap);
+    const core::Change change(msg::kDoingFastRestore, core::kSwap);
     if (!change) return false;
     if (SwapToOriginal()) {
-        ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kRestoreFastDone, {}));
+        ShowMessage(MessageStyle::Plain, LoadMessage(msg::kRestoreFastDone));
         OfferKeptWaves();
         return true;
     }
-    TellCritical(LoadMessage(MessageId::kRestoreFastFailed, {}));
+    TellCritical(LoadMessage(msg::kRestoreFastFailed));
     return false;
 }
 
 bool FullRestore(Bar& bar, bool show_progress) {
-    return OnChosenFolder(MessageId::kDoingFullRestore, core::kNoLevel,
+    return OnChosenFolder(msg::kDoingFullRestore, core::kNoLevel,
                           [&] { return RestoreHere(bar, show_progress); });
 }
 

@@ -11,6 +11,8 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
+#include "swap/fragments.h"
+#include "swap/messages.h"
 #include "swap/rescued_saves.h"
 #include "swap/trle_folder.h"
 
@@ -111,9 +113,9 @@ std::string ReadyStash(const std::string& level_folder) {
 }
 
 bool IsSave(const std::string& name) {
-    constexpr std::array kMasks = {MessageId::kSavegameMask, MessageId::kShotMask, MessageId::kNoteMask};
+    constexpr std::array kMasks = {fragment::kSavegameMask, fragment::kShotMask, fragment::kNoteMask};
     return std::any_of(kMasks.begin(), kMasks.end(),
-                       [&](MessageId mask) { return MatchesMask(name, LoadMessage(mask, {})); });
+                       [&](const Fragment& mask) { return MatchesMask(name, LoadFragment(mask)); });
 }
 
 // The originals over which files of a stash are about to come. Those of level 0000 come to stay.
@@ -130,7 +132,7 @@ bool NoteInTheWay(const std::vector<std::string>& files, SwapRecord& record) {
 bool BringBack(const std::string& file, SwapRecord& record, KeptFiles& kept) {
     const std::string target = "\\" + FileNameOf(file);
     const std::string place = core::TrleFolder() + target;
-    if (IsGameProgram(target) || EqualNoCase(target, LoadMessage(MessageId::kMarkerName, {}))) return false;
+    if (IsGameProgram(target) || EqualNoCase(target, LoadFragment(fragment::kMarkerName))) return false;
     if (HoldSameBytes(file, place)) return true;
     std::string kept_at;
     if (!KeepFile(target, kept, kept_at)) return false;
@@ -145,8 +147,8 @@ bool BringBack(const std::string& file, SwapRecord& record, KeptFiles& kept) {
 
 std::vector<std::string> ListSaves() {
     std::vector<std::string> saves;
-    for (const MessageId mask : {MessageId::kSavegameMask, MessageId::kShotMask, MessageId::kNoteMask}) {
-        const std::vector<std::string> found = ListFiles(core::TrleFolder(), LoadMessage(mask, {}));
+    for (const Fragment& mask : {fragment::kSavegameMask, fragment::kShotMask, fragment::kNoteMask}) {
+        const std::vector<std::string> found = ListFiles(core::TrleFolder(), LoadFragment(mask));
         saves.insert(saves.end(), found.begin(), found.end());
     }
     return saves;
@@ -187,10 +189,10 @@ bool BringBackLevelFiles(const std::string& level_folder, SwapRecord& record, Ke
 
 bool RescueSavesOf(const LevelOwner& owner) {
     const std::string from = owner.Folder.empty()
-                                 ? LoadMessage(MessageId::kRescueNobodys, {core::TrleFolder()})
-                                 : LoadMessage(MessageId::kRescueOwner, {owner.Name, owner.Folder});
+                                 ? LoadMessage(msg::kRescueNobodys, {core::TrleFolder()})
+                                 : LoadMessage(msg::kRescueOwner, {owner.Name, owner.Folder});
     if (RescueFiles(ListSaves(), from)) return true;
-    TellCritical(LoadMessage(MessageId::kCannotRescue, {}) + AppFolder());
+    TellCritical(LoadMessage(msg::kCannotRescue) + AppFolder());
     return false;
 }
 

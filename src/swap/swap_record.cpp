@@ -10,6 +10,8 @@
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "swap/fragments.h"
+#include "swap/messages.h"
 
 namespace kelvash::swap {
 
@@ -149,9 +151,9 @@ std::optional<SwapRecord> DecodeSwapRecord(std::string_view bytes) {
 
 std::string SwapRecordPath() {
     constexpr std::size_t kDigits = 8; // enough to tell the TRLE folders of one user apart
-    return AppFolder() + LoadMessage(MessageId::kRecordNameStart, {}) +
+    return AppFolder() + LoadFragment(fragment::kRecordNameStart) +
            HashOfBytes(FoldCase(core::TrleFolder())).substr(0, kDigits) +
-           LoadMessage(MessageId::kRecordNameEnd, {});
+           LoadFragment(fragment::kRecordNameEnd);
 }
 
 FoundRecord ReadSwapRecord() {
@@ -166,7 +168,7 @@ FoundRecord ReadSwapRecord() {
 bool WriteSwapRecord(const SwapRecord& record) {
     if (ReplaceFileBytes(SwapRecordPath(), EncodeSwapRecord(record, core::TrleFolder()), Flush::No))
         return true;
-    TellCritical(LoadMessage(MessageId::kCannotWriteRecord, {}) + SwapRecordPath());
+    TellCritical(LoadMessage(msg::kCannotWriteRecord) + SwapRecordPath());
     return false;
 }
 

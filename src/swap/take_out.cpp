@@ -10,6 +10,8 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "swap/fragments.h"
+#include "swap/messages.h"
 
 namespace kelvash::swap {
 
@@ -19,7 +21,7 @@ using core::BackupFolder;
 using core::TrleFolder;
 
 bool IsAudio(const std::string& target) {
-    return StartsWithNoCase(target, LoadMessage(MessageId::kAudioPrefix, {}));
+    return StartsWithNoCase(target, LoadFragment(fragment::kAudioPrefix));
 }
 
 std::vector<RecordedFile> Joined(const std::vector<RecordedFile>& first,
@@ -62,7 +64,7 @@ bool DeleteOne(const RecordedFile& copied, const Originals& originals, KeptFiles
     const bool is_ours = stands && IsStill(file, copied.Stamp);
     if (stands && !is_ours && IsOriginal(copied.Target, originals)) return true;
     if ((!stands || is_ours || KeepFile(copied.Target, kept)) && DeleteFile(file)) return true;
-    TellCritical(LoadMessage(MessageId::kCannotDeleteFile, {}) + file);
+    TellCritical(LoadMessage(msg::kCannotDeleteFile) + file);
     return false;
 }
 
@@ -89,7 +91,7 @@ bool DeleteCopied(const SwapRecord& record, KeptFiles& kept) {
     if (copied.empty()) return true;
     const std::vector<RecordedFile> overwritten = OriginalsIn(record);
     const Originals originals = OriginalsOf(overwritten);
-    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kRemovingFiles, {}));
+    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(msg::kRemovingFiles));
     double done = 0;
     for (const RecordedFile& file : copied) {
         const bool stays = !core::profile.FullBackup && IsAudio(file.Target);
@@ -107,7 +109,7 @@ std::vector<RecordedFile> RestoreOverwritten(const SwapRecord& record, bool from
     std::unordered_map<std::string, std::vector<const RecordedFile*>> ours;
     for (const RecordedFile& file : copied)
         ours[FoldCase(file.Target)].push_back(&file);
-    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(MessageId::kRestoringFiles, {}));
+    ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(msg::kRestoringFiles));
     double done = 0;
     for (const RecordedFile& original : overwritten) {
         if (StaysInside(original.Target)) {

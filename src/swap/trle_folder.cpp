@@ -4,6 +4,9 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
+#include "swap/backup_messages.h"
+#include "swap/fragments.h"
+#include "swap/messages.h"
 
 namespace kelvash::swap {
 
@@ -15,18 +18,17 @@ struct Fault {
 };
 
 std::optional<Fault> FindFault(const std::string& folder) {
-    if (!FileExists(folder + LoadMessage(MessageId::kGameProgram, {})))
-        return Fault{MessageStyle::Critical, LoadMessage(MessageId::kMissingTomb4, {}) + folder};
-    if (!AnyFile(folder + LoadMessage(MessageId::kDataFolder, {}), LoadMessage(MessageId::kTrleTr4Mask, {})))
-        return Fault{MessageStyle::Critical, LoadMessage(MessageId::kMissingTr4, {folder})};
-    if (!AnyFile(folder, LoadMessage(MessageId::kTrleDatMask, {})))
-        return Fault{MessageStyle::Critical, LoadMessage(MessageId::kMissingDat, {}) + folder};
+    if (!FileExists(folder + LoadFragment(fragment::kGameProgram)))
+        return Fault{MessageStyle::Critical, LoadMessage(msg::kMissingTomb4) + folder};
+    if (!AnyFile(folder + LoadFragment(fragment::kDataFolder), LoadFragment(fragment::kTrleTr4Mask)))
+        return Fault{MessageStyle::Critical, LoadMessage(msg::kMissingTr4, {folder})};
+    if (!AnyFile(folder, LoadFragment(fragment::kTrleDatMask)))
+        return Fault{MessageStyle::Critical, LoadMessage(msg::kMissingDat) + folder};
     const std::size_t waves =
-        ListFiles(folder + LoadMessage(MessageId::kAudioFolder, {}), LoadMessage(MessageId::kTrleWavMask, {}))
-            .size();
+        ListFiles(folder + LoadFragment(fragment::kAudioFolder), LoadFragment(fragment::kTrleWavMask)).size();
     if (waves < kAudioTracks)
         return Fault{MessageStyle::Plain,
-                     LoadMessage(MessageId::kMissingWaves, {std::to_string(kAudioTracks - waves)})};
+                     LoadMessage(msg::kMissingWaves, {std::to_string(kAudioTracks - waves)})};
     return std::nullopt;
 }
 
@@ -39,12 +41,12 @@ bool CheckTrleFolder(std::string_view folder, bool show_messages) {
 }
 
 bool IsGameProgram(std::string_view target) {
-    return EqualNoCase(target, LoadMessage(MessageId::kGameProgram, {}));
+    return EqualNoCase(target, LoadFragment(fragment::kGameProgram));
 }
 
 bool TrleIsThere() {
     if (FolderExists(core::TrleFolder())) return true;
-    TellCritical(LoadMessage(MessageId::kTrleUnreadable, {}) + core::TrleFolder());
+    TellCritical(LoadMessage(msg::kTrleUnreadable) + core::TrleFolder());
     return false;
 }
 

@@ -10,14 +10,16 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
+#include "swap/fragments.h"
 #include "swap/marker.h"
+#include "swap/messages.h"
 
 namespace kelvash::swap {
 
 namespace {
 
 bool IsLevelFile(const RecordedFile& file) {
-    return EndsWithNoCase(file.Target, LoadMessage(MessageId::kRecordTr4Extension, {}));
+    return EndsWithNoCase(file.Target, LoadFragment(fragment::kRecordTr4Extension));
 }
 
 bool LevelFilesStand(const SwapRecord& record) {
@@ -37,9 +39,9 @@ bool StillHolds(const SwapRecord& record) {
 // True if the .tr4 files of a level, as its tr4.inf lists them, are those in TRLE.
 bool HasItsTr4s(std::int32_t code) {
     const std::string bytes =
-        ReadWholeFile(core::LevelFolder(code, false) + LoadMessage(MessageId::kRecordTr4Info, {}));
+        ReadWholeFile(core::LevelFolder(code, false) + LoadFragment(fragment::kRecordTr4Info));
     const std::vector<core::Tr4Info> list = core::DecodeTr4Info(bytes);
-    const std::string data = core::TrleFolder() + LoadMessage(MessageId::kMarkerDataFolder, {});
+    const std::string data = core::TrleFolder() + LoadFragment(fragment::kMarkerDataFolder);
     return !list.empty() && std::all_of(list.begin(), list.end(), [&](const core::Tr4Info& info) {
         const std::string name(Trim(info.FileName));
         return StaysInside("\\" + name) && FileExists(data + "\\" + name) &&
@@ -49,23 +51,23 @@ bool HasItsTr4s(std::int32_t code) {
 
 bool IsMarkersLevel(std::int32_t code, const std::string& marker) {
     if (core::LevelIndex(code) < 0) return false;
-    const std::string name = MarkerField(LoadMessage(MessageId::kMarkerLevelName, {}), marker);
+    const std::string name = MarkerField(LoadFragment(fragment::kMarkerLevelName), marker);
     return (!name.empty() && EqualNoCase(name, MarkerName(core::LevelByCode(code).Name))) || HasItsTr4s(code);
 }
 
-std::vector<RecordedFile> ListedFiles(MessageId tag, const std::string& marker) {
+std::vector<RecordedFile> ListedFiles(const Fragment& tag, const std::string& marker) {
     std::vector<RecordedFile> files;
-    for (const std::string& target : CleanMarkerList(LoadMessage(tag, {}), marker))
+    for (const std::string& target : CleanMarkerList(LoadFragment(tag), marker))
         files.push_back({target});
     return files;
 }
 
 void TakeMarker(TrleState& state) {
     state.Record = {};
-    state.Record.Copied = ListedFiles(MessageId::kMarkerCopied, state.MarkerText);
-    state.Record.Overwritten = ListedFiles(MessageId::kMarkerOverwritten, state.MarkerText);
+    state.Record.Copied = ListedFiles(fragment::kMarkerCopied, state.MarkerText);
+    state.Record.Overwritten = ListedFiles(fragment::kMarkerOverwritten, state.MarkerText);
     state.Content = Holds::Unknown;
-    const std::string value = MarkerField(LoadMessage(MessageId::kMarkerLevelCode, {}), state.MarkerText);
+    const std::string value = MarkerField(LoadFragment(fragment::kMarkerLevelCode), state.MarkerText);
     const std::int32_t code = LeadingNumber(value);
     if (value.empty() || (code != 0 && !IsMarkersLevel(code, state.MarkerText))) return;
     state.Content = Holds::Level;
@@ -79,7 +81,7 @@ void TakeMarker(TrleState& state) {
 }
 
 bool IsProgram(const RecordedFile& file) {
-    const std::vector<std::string> kinds = Split(LoadMessage(MessageId::kKeptExtensions, {}), '|');
+    const std::vector<std::string> kinds = Split(LoadFragment(fragment::kKeptExtensions), '|');
     return std::any_of(kinds.begin(), kinds.end(),
                        [&](const std::string& kind) { return EndsWithNoCase(file.Target, kind); });
 }
@@ -132,7 +134,7 @@ std::int32_t CurrentLevelCode() {
     if (state.Content == Holds::Level) return state.Code;
     if (state.Content == Holds::CutShort) return kNoLevel;
     const std::int32_t marked =
-        LeadingNumber(MarkerField(LoadMessage(MessageId::kMarkerLevelCode, {}), state.MarkerText));
+        LeadingNumber(MarkerField(LoadFragment(fragment::kMarkerLevelCode), state.MarkerText));
     if (state.Content == Holds::Original || marked == 0) return 0;
     return core::LevelIndex(marked) >= 0 ? kNoLevel : marked;
 }
@@ -151,7 +153,7 @@ bool LevelIsWhole() {
 }
 
 bool AddToRecord(const std::vector<std::string>& targets) {
-    const core::Change change(MessageId::kDoingRecord, core::kHomeFolder | core::kTrleFolder);
+    const core::Change change(msg::kDoingRecord, core::kHomeFolder | core::kTrleFolder);
     if (!change) return false;
     TrleState state = LookAtTrle();
     if (state.Content != Holds::Level || !state.FromRecord) return false;
@@ -162,7 +164,7 @@ bool AddToRecord(const std::vector<std::string>& targets) {
 }
 
 void CompleteHashes() {
-    const core::Change change(MessageId::kDoingHashes, core::kHomeFolder | core::kTrleFolder);
+    const core::Change change(msg::kDoingHashes, core::kHomeFolder | core::kTrleFolder);
     if (!change) return;
     TrleState state = LookAtTrle();
     if (state.Content != Holds::Level || !state.FromRecord) return;

@@ -7,6 +7,7 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/user.h"
+#include "swap/compression_messages.h"
 #include "swap/zl_file.h"
 
 namespace kelvash::swap {
@@ -38,7 +39,7 @@ bool UnpackGuard::MayReach(double unpacked, const std::string& packed) {
     const auto times = static_cast<std::int64_t>(unpacked / std::max(1.0, packed_));
     const bool goes_on =
         AskYesNo(MessageStyle::Exclamation,
-                 LoadMessage(MessageId::kUnpackTooLarge,
+                 LoadMessage(msg::kUnpackTooLarge,
                              {FileNameOf(packed), FormatSize(static_cast<std::int64_t>(unpacked)),
                               std::to_string(times), drive_, FormatSize(std::max<std::int64_t>(0, room_)),
                               kLineBreak}));

@@ -8,13 +8,15 @@
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/trle_folder.h"
+#include "trle/fragments.h"
+#include "trle/messages.h"
 
 namespace kelvash::trle {
 
 using core::profile;
 
 std::string FindTrleInRegistry() {
-    const std::string program = ReadRegistryValue(LoadMessage(MessageId::kRoomEditorKey, {}));
+    const std::string program = ReadRegistryValue(LoadFragment(fragment::kRoomEditorKey));
     return EndsWithNoCase(program, ".exe") ? FolderOf(program) : std::string();
 }
 
@@ -25,7 +27,7 @@ bool AskTrleFolder() {
     const std::string cancel = "Pul_Cancel";
     for (;;) {
         std::string chosen = TheUser().ShowForm(
-            {"Dialog_TrovaTrle", LoadMessage(MessageId::kFindTrleCaption, {}), start, {accept, cancel}});
+            {"Dialog_TrovaTrle", LoadMessage(msg::kFindTrleCaption), start, {accept, cancel}});
         if (chosen.empty() || chosen == cancel) return false;
         if (chosen == accept) chosen = start;
         if (swap::CheckTrleFolder(chosen, true) && core::CheckPath(chosen)) {
@@ -37,7 +39,7 @@ bool AskTrleFolder() {
 
 bool ChooseTrleFolder() {
     if (swap::CheckTrleFolder(profile.TrleFolder, false) || AskTrleFolder()) return true;
-    TellCritical(LoadMessage(MessageId::kCannotRunWithoutTrle, {kLineBreak}));
+    TellCritical(LoadMessage(msg::kCannotRunWithoutTrle, {kLineBreak}));
     return false;
 }
 

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "ui/Dialog_Autore_messages.h"
 #include "ui/help.h"
 
 namespace kelvash::ui {
@@ -53,22 +54,22 @@ void Dialog_Autore::ConnectEdit(QPushButton* button, QComboBox* combo, Edit edit
 }
 
 void Dialog_Autore::Set_Caption_Texts() {
-    setWindowTitle(Caption(MessageId::kAutoreCaption));
-    Label_NomeAutore->setText(Caption(MessageId::kAutoreName));
-    Label_Email->setText(Caption(MessageId::kAutoreEmails));
-    Pul_NewEmail->setText(Caption(MessageId::kAutoreNewEmail));
-    Pul_ChangeEmail->setText(Caption(MessageId::kAutoreChangeEmail));
-    Pul_DelEmail->setText(Caption(MessageId::kAutoreDelEmail));
-    Pul_SendMail->setText(Caption(MessageId::kAutoreSendMail));
-    Label_Siti->setText(Caption(MessageId::kAutoreSites));
-    Pul_New_Sito->setText(Caption(MessageId::kAutoreNewSite));
-    Pul_ModSito->setText(Caption(MessageId::kAutoreModSite));
-    Pul_DelSito->setText(Caption(MessageId::kAutoreDelSite));
-    Pul_GoSito->setText(Caption(MessageId::kAutoreGoSite));
-    Label_NoteAutore->setText(Caption(MessageId::kAutoreNote));
-    Pul_Help->setText(Caption(MessageId::kAutoreHelp));
-    Pul_Ok->setText(Caption(MessageId::kAutoreOk));
-    Pul_Cancel->setText(Caption(MessageId::kAutoreCancel));
+    setWindowTitle(Caption(msg::kAutoreCaption));
+    Label_NomeAutore->setText(Caption(msg::kAutoreName));
+    Label_Email->setText(Caption(msg::kAutoreEmails));
+    Pul_NewEmail->setText(Caption(msg::kAutoreNewEmail));
+    Pul_ChangeEmail->setText(Caption(msg::kAutoreChangeEmail));
+    Pul_DelEmail->setText(Caption(msg::kAutoreDelEmail));
+    Pul_SendMail->setText(Caption(msg::kAutoreSendMail));
+    Label_Siti->setText(Caption(msg::kAutoreSites));
+    Pul_New_Sito->setText(Caption(msg::kAutoreNewSite));
+    Pul_ModSito->setText(Caption(msg::kAutoreModSite));
+    Pul_DelSito->setText(Caption(msg::kAutoreDelSite));
+    Pul_GoSito->setText(Caption(msg::kAutoreGoSite));
+    Label_NoteAutore->setText(Caption(msg::kAutoreNote));
+    Pul_Help->setText(Caption(msg::kAutoreHelp));
+    Pul_Ok->setText(Caption(msg::kAutoreOk));
+    Pul_Cancel->setText(Caption(msg::kAutoreCancel));
     Label_NomeAutore->setBuddy(Text_NomeAutore);
     Label_Email->setBuddy(Combo_Email);
     Label_Siti->setBuddy(Combo_Siti);

@@ -16,6 +16,7 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "ui/Dialog_GetDir_messages.h"
 #include "ui/help.h"
 
 namespace kelvash::ui {
@@ -114,14 +115,14 @@ Dialog_GetDir::Dialog_GetDir(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_GetDir::Set_Caption_Texts() {
-    setWindowTitle(Caption(MessageId::kGetDirCaption));
-    Label_Drive->setText(Caption(MessageId::kGetDirDrive));
-    Label_PathDir->setText(Caption(MessageId::kGetDirPath));
-    Label_Path->setText(Caption(MessageId::kGetDirNewName));
-    Pul_NuovaCartella->setText(Caption(MessageId::kGetDirNew));
-    Pul_Help->setText(Caption(MessageId::kGetDirHelp));
-    Pul_Ok->setText(Caption(MessageId::kGetDirOk));
-    Pul_Cancel->setText(Caption(MessageId::kGetDirCancel));
+    setWindowTitle(Caption(msg::kGetDirCaption));
+    Label_Drive->setText(Caption(msg::kGetDirDrive));
+    Label_PathDir->setText(Caption(msg::kGetDirPath));
+    Label_Path->setText(Caption(msg::kGetDirNewName));
+    Pul_NuovaCartella->setText(Caption(msg::kGetDirNew));
+    Pul_Help->setText(Caption(msg::kGetDirHelp));
+    Pul_Ok->setText(Caption(msg::kGetDirOk));
+    Pul_Cancel->setText(Caption(msg::kGetDirCancel));
     Label_Drive->setBuddy(Drive1);
     Label_PathDir->setBuddy(Text_PathDir);
     Label_Path->setBuddy(Text_Path);
@@ -199,7 +200,7 @@ void Dialog_GetDir::ChooseDrive() {
         Select(drive);
         return;
     }
-    ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kGetDirNotReady, {}));
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kGetDirNotReady));
     Drive1->setCurrentIndex(Drive1->findData(FromUtf8(former)));
 }
 
@@ -280,25 +281,25 @@ bool Dialog_GetDir::TakeTypedPath() {
         Select(path);
         return true;
     }
-    TellCritical(LoadMessage(MessageId::kGetDirMissing, {}) + (path.empty() ? typed : path));
+    TellCritical(LoadMessage(msg::kGetDirMissing) + (path.empty() ? typed : path));
     return false;
 }
 
 void Dialog_GetDir::NewFolder() {
     const std::string name(Trim(ToUtf8(Text_Path->text())));
     if (name.empty()) {
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kGetDirNoName, {}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kGetDirNoName));
         Text_Path->setFocus();
         return;
     }
     if (!TakeTypedPath()) return;
     const std::string path = folder_ + "\\" + name;
     if (IsFolderName(name) && FolderExists(path)) {
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kGetDirExists, {path}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kGetDirExists, {path}));
         return;
     }
     if (!IsFolderName(name) || !CreateFolder(path)) {
-        TellCritical(LoadMessage(MessageId::kGetDirCannotMake, {path}));
+        TellCritical(LoadMessage(msg::kGetDirCannotMake, {path}));
         return;
     }
     Text_Path->clear();

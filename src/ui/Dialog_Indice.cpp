@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "foundation/user.h"
+#include "ui/Dialog_Indice_messages.h"
 
 namespace kelvash::ui {
 
@@ -24,12 +25,12 @@ Dialog_Indice::Dialog_Indice(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_Indice::Set_Caption_Texts() {
-    setWindowTitle(Caption(MessageId::kIndiceCaption));
-    Opt_Main->setText(Caption(MessageId::kIndiceMain));
-    Opt_Sub->setText(Caption(MessageId::kIndiceSub));
-    Pul_Find->setText(Caption(MessageId::kIndiceFind));
-    Pul_Ok->setText(Caption(MessageId::kIndiceOk));
-    Pul_Cancel->setText(Caption(MessageId::kIndiceCancel));
+    setWindowTitle(Caption(msg::kIndiceCaption));
+    Opt_Main->setText(Caption(msg::kIndiceMain));
+    Opt_Sub->setText(Caption(msg::kIndiceSub));
+    Pul_Find->setText(Caption(msg::kIndiceFind));
+    Pul_Ok->setText(Caption(msg::kIndiceOk));
+    Pul_Cancel->setText(Caption(msg::kIndiceCancel));
     AssignMnemonics(this);
 }
 
@@ -82,7 +83,7 @@ void Dialog_Indice::ShowTopics() {
     List_Indice->clear();
     for (const HelpTopic& topic : Topics()) // one line each, whatever the title holds
         List_Indice->addItem(FromUtf8(topic.title).simplified());
-    Label_Items->setText(QString::number(Topics().size()) + Caption(MessageId::kIndiceItems));
+    Label_Items->setText(QString::number(Topics().size()) + Caption(msg::kIndiceItems));
 }
 
 int Dialog_Indice::SelectedRow() const {
@@ -100,13 +101,13 @@ void Dialog_Indice::Find() {
         List_Indice->scrollToItem(List_Indice->item(row));
         return;
     }
-    ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kIndiceNotFound, {}));
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kIndiceNotFound));
 }
 
 void Dialog_Indice::Choose() {
     const int row = SelectedRow();
     if (row < 0) {
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kIndiceNoSelection, {}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kIndiceNoSelection));
         return;
     }
     Position = Topics()[static_cast<std::size_t>(row)].position;

@@ -4,6 +4,8 @@
 #include <QTextCursor>
 #include <QVBoxLayout>
 
+#include "ui/Dialog_InputTesto_messages.h"
+
 namespace kelvash::ui {
 
 Dialog_InputTesto::Dialog_InputTesto(QWidget* parent) : QDialog(parent) {
@@ -22,10 +24,10 @@ Dialog_InputTesto::Dialog_InputTesto(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_InputTesto::Set_Caption_Texts() {
-    setWindowTitle(Caption(MessageId::kInputCaption));
-    Pul_Svuota->setText(Caption(MessageId::kInputClear));
-    Pul_Ok->setText(Caption(MessageId::kInputOk));
-    Pul_Annulla->setText(Caption(MessageId::kInputCancel));
+    setWindowTitle(Caption(msg::kInputCaption));
+    Pul_Svuota->setText(Caption(msg::kInputClear));
+    Pul_Ok->setText(Caption(msg::kInputOk));
+    Pul_Annulla->setText(Caption(msg::kInputCancel));
     AssignMnemonics(this);
 }
 

@@ -3,7 +3,9 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "core/start_up_messages.h"
 #include "foundation/drives.h"
+#include "ui/Dialog_InsertCd_messages.h"
 
 namespace kelvash::ui {
 
@@ -37,10 +39,10 @@ Dialog_InsertCd::Dialog_InsertCd(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_InsertCd::Set_Caption_Texts() {
-    setWindowTitle(Caption(MessageId::kCdRequestCaption));
-    Label_Unita->setText(Caption(MessageId::kInsertCdDrive));
-    Pul_Ok->setText(Caption(MessageId::kInsertCdOk));
-    Pul_Cancel->setText(Caption(MessageId::kInsertCdCancel));
+    setWindowTitle(Caption(msg::kCdRequestCaption));
+    Label_Unita->setText(Caption(msg::kInsertCdDrive));
+    Pul_Ok->setText(Caption(msg::kInsertCdOk));
+    Pul_Cancel->setText(Caption(msg::kInsertCdCancel));
     AssignMnemonics(this);
 }
 

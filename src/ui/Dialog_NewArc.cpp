@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "ui/Dialog_NewArc_messages.h"
 #include "ui/help.h"
 
 namespace kelvash::ui {
@@ -31,11 +32,11 @@ Dialog_NewArc::Dialog_NewArc(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_NewArc::Set_Caption_Texts() {
-    setWindowTitle(Caption(MessageId::kNewArcCaptionForm));
-    Label_Info->setText(Caption(MessageId::kNewArcText, {kLineBreak, kLineBreak}));
-    Pul_New->setText(Caption(MessageId::kNewArcNew));
-    Pul_Load->setText(Caption(MessageId::kNewArcLoad));
-    Pul_Help->setText(Caption(MessageId::kNewArcHelp));
+    setWindowTitle(Caption(msg::kNewArcCaptionForm));
+    Label_Info->setText(Caption(msg::kNewArcText, {kLineBreak, kLineBreak}));
+    Pul_New->setText(Caption(msg::kNewArcNew));
+    Pul_Load->setText(Caption(msg::kNewArcLoad));
+    Pul_Help->setText(Caption(msg::kNewArcHelp));
     AssignMnemonics(this);
 }
 

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "foundation/path.h"
+#include "ui/Dialog_NewLevel_messages.h"
 #include "ui/dropped_files.h"
 #include "ui/forms_user.h"
 #include "ui/help.h"
@@ -30,22 +31,22 @@ Dialog_NewLevel::Dialog_NewLevel(FormsUser& user, intake::NewLevel& level, QWidg
 }
 
 void Dialog_NewLevel::Set_Caption_Texts() {
-    setWindowTitle(Caption(level_.Adding ? MessageId::kNewLevelCaption : MessageId::kPropertyCaption));
-    Label_NameLevel->setText(Caption(MessageId::kNewLevelName));
-    Label_Note->setText(Caption(MessageId::kNewLevelNote));
-    Label_MoreInfo->setText(Caption(MessageId::kNewLevelMoreInfo));
-    Frame_Files->setTitle(Caption(MessageId::kNewLevelFileFrame));
-    Pul_AddFile->setText(Caption(MessageId::kNewLevelAddFile));
-    Pul_AddFolder->setText(Caption(MessageId::kNewLevelAddFolder));
-    Pul_SearchLevel->setText(Caption(MessageId::kNewLevelSearch));
-    Pul_CompileTom->setText(Caption(MessageId::kNewLevelCompile));
-    Pul_SetMyLanguage->setText(Caption(MessageId::kNewLevelLanguage));
-    Pul_Remove->setText(Caption(MessageId::kNewLevelRemove));
-    Pul_RimuoviTutti->setText(Caption(MessageId::kNewLevelRemoveAll));
-    Pul_Refresh->setText(Caption(MessageId::kNewLevelRefresh));
-    Pul_Help->setText(Caption(MessageId::kNewLevelHelp));
-    Pul_Ok->setText(Caption(MessageId::kNewLevelOk));
-    Pul_Cancel->setText(Caption(MessageId::kNewLevelCancel));
+    setWindowTitle(Caption(level_.Adding ? msg::kNewLevelCaption : msg::kPropertyCaption));
+    Label_NameLevel->setText(Caption(msg::kNewLevelName));
+    Label_Note->setText(Caption(msg::kNewLevelNote));
+    Label_MoreInfo->setText(Caption(msg::kNewLevelMoreInfo));
+    Frame_Files->setTitle(Caption(msg::kNewLevelFileFrame));
+    Pul_AddFile->setText(Caption(msg::kNewLevelAddFile));
+    Pul_AddFolder->setText(Caption(msg::kNewLevelAddFolder));
+    Pul_SearchLevel->setText(Caption(msg::kNewLevelSearch));
+    Pul_CompileTom->setText(Caption(msg::kNewLevelCompile));
+    Pul_SetMyLanguage->setText(Caption(msg::kNewLevelLanguage));
+    Pul_Remove->setText(Caption(msg::kNewLevelRemove));
+    Pul_RimuoviTutti->setText(Caption(msg::kNewLevelRemoveAll));
+    Pul_Refresh->setText(Caption(msg::kNewLevelRefresh));
+    Pul_Help->setText(Caption(msg::kNewLevelHelp));
+    Pul_Ok->setText(Caption(msg::kNewLevelOk));
+    Pul_Cancel->setText(Caption(msg::kNewLevelCancel));
     Label_NameLevel->setBuddy(Text_NameLevel);
     Label_Note->setBuddy(Text_Note);
     Label_MoreInfo->setBuddy(Combo_MoreInfo);

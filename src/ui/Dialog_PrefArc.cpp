@@ -6,6 +6,7 @@
 #include "core/archive.h"
 #include "core/profile.h"
 #include "swap/compression.h"
+#include "ui/Dialog_PrefArc_messages.h"
 #include "ui/help.h"
 
 namespace kelvash::ui {
@@ -20,15 +21,15 @@ Dialog_PrefArc::Dialog_PrefArc(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_PrefArc::Set_Caption_Texts() {
-    setWindowTitle(Caption(MessageId::kPrefArcCaption));
-    Label_Info->setText(Caption(MessageId::kPrefArcText));
-    Label_Archive->setText(Caption(MessageId::kPrefArcArchive));
-    Check_CompressFiles->setText(Caption(MessageId::kPrefArcCompress));
-    Check_EncodeWavInMp3->setText(Caption(MessageId::kPrefArcMp3));
-    Label_Mp3->setText(Caption(MessageId::kPrefArcMp3Later));
-    Pul_Help->setText(Caption(MessageId::kPrefArcHelp));
-    Pul_Ok->setText(Caption(MessageId::kPrefArcOk));
-    Pul_Cancel->setText(Caption(MessageId::kPrefArcCancel));
+    setWindowTitle(Caption(msg::kPrefArcCaption));
+    Label_Info->setText(Caption(msg::kPrefArcText));
+    Label_Archive->setText(Caption(msg::kPrefArcArchive));
+    Check_CompressFiles->setText(Caption(msg::kPrefArcCompress));
+    Check_EncodeWavInMp3->setText(Caption(msg::kPrefArcMp3));
+    Label_Mp3->setText(Caption(msg::kPrefArcMp3Later));
+    Pul_Help->setText(Caption(msg::kPrefArcHelp));
+    Pul_Ok->setText(Caption(msg::kPrefArcOk));
+    Pul_Cancel->setText(Caption(msg::kPrefArcCancel));
     AssignMnemonics(this);
 }
 

@@ -2,6 +2,8 @@
 
 #include <QVBoxLayout>
 
+#include "ui/Dialog_Progress_messages.h"
+
 namespace kelvash::ui {
 
 Dialog_Progress::Dialog_Progress(QWidget* parent) : QDialog(parent) {
@@ -24,8 +26,8 @@ Dialog_Progress::Dialog_Progress(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_Progress::Set_Caption_Texts() {
-    setWindowTitle(Caption(MessageId::kProgressCaption));
-    Pul_Stop->setText(Caption(MessageId::kNewLevelStop));
+    setWindowTitle(Caption(msg::kProgressCaption));
+    Pul_Stop->setText(Caption(msg::kNewLevelStop));
     AssignMnemonics(this);
 }
 

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "swap/restore.h"
+#include "ui/Dialog_Restore_messages.h"
 #include "ui/forms_user.h"
 #include "ui/help.h"
 
@@ -27,14 +28,14 @@ Dialog_Restore::Dialog_Restore(FormsUser& user, QWidget* parent) : QDialog(paren
 }
 
 void Dialog_Restore::Set_Caption_Texts() {
-    setWindowTitle(Caption(MessageId::kRestoreCaption));
-    Label_Choose->setText(Caption(MessageId::kRestoreChoose));
-    Pul_Fast->setText(Caption(MessageId::kRestoreFast));
-    Label_Fast->setText(Caption(MessageId::kRestoreFastText));
-    Pul_Full->setText(Caption(MessageId::kRestoreFull));
-    Label_Full->setText(Caption(MessageId::kRestoreFullText));
-    Pul_Cancel->setText(Caption(MessageId::kRestoreCancel));
-    Pul_Help->setText(Caption(MessageId::kRestoreHelp));
+    setWindowTitle(Caption(msg::kRestoreCaption));
+    Label_Choose->setText(Caption(msg::kRestoreChoose));
+    Pul_Fast->setText(Caption(msg::kRestoreFast));
+    Label_Fast->setText(Caption(msg::kRestoreFastText));
+    Pul_Full->setText(Caption(msg::kRestoreFull));
+    Label_Full->setText(Caption(msg::kRestoreFullText));
+    Pul_Cancel->setText(Caption(msg::kRestoreCancel));
+    Pul_Help->setText(Caption(msg::kRestoreHelp));
     AssignMnemonics(this);
 }
 

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "foundation/text.h"
+#include "ui/Dialog_Settings_messages.h"
 #include "ui/help.h"
 
 namespace kelvash::ui {
@@ -12,7 +13,7 @@ namespace kelvash::ui {
 namespace {
 
 QString TenthsText(int tenths) {
-    return QString::number(tenths) + Caption(MessageId::kSettingsTenths);
+    return QString::number(tenths) + Caption(msg::kSettingsTenths);
 }
 
 // Shows a number that may have no item of its own: it then stands there until another is chosen.
@@ -62,35 +63,35 @@ Dialog_Settings::Dialog_Settings(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_Settings::Set_Caption_Texts() {
-    setWindowTitle(Caption(MessageId::kSettingsCaption));
-    Frame_Folders->setTitle(Caption(MessageId::kSettingsFolders));
-    Label_TitlePathTrle->setText(Caption(MessageId::kSettingsTrle));
-    Pul_SfogliaPathTrle->setText(Caption(MessageId::kSettingsBrowseTrle));
-    Label_TitleLoadDir->setText(Caption(MessageId::kSettingsLoadDir));
-    Pul_SfogliaLoadDir->setText(Caption(MessageId::kSettingsBrowseLoadDir));
-    Label_TitleEditor->setText(Caption(MessageId::kSettingsEditor));
-    Pul_ScegliEditor->setText(Caption(MessageId::kSettingsChooseEditor));
-    Label_TitleBackup->setText(Caption(MessageId::kSettingsFullBackup));
-    Frame_Playing->setTitle(Caption(MessageId::kSettingsPlaying));
-    Opt_NonPrompt->setText(Caption(MessageId::kSettingsNonPrompt));
-    Opt_PromptCapture->setText(Caption(MessageId::kSettingsPrompt));
-    Check_VerifyImage->setText(Caption(MessageId::kSettingsVerifyImage));
-    Check_ArchiviaSavegame->setText(Caption(MessageId::kSettingsArchiveSaves));
-    Label_NSavegame->setText(Caption(MessageId::kSettingsSavegames));
-    Label_Associate->setText(Caption(MessageId::kSettingsAssociate));
-    Label_Minutes->setText(Caption(MessageId::kSettingsMinutes));
-    Label_Interval->setText(Caption(MessageId::kSettingsInterval));
-    Check_EnableJoystick->setText(Caption(MessageId::kSettingsJoystick));
-    Pul_SetJoy->setText(Caption(MessageId::kSettingsSetJoy));
-    Frame_Archive->setTitle(Caption(MessageId::kSettingsArchive));
-    Check_AutoSave->setText(Caption(MessageId::kSettingsAutoSave));
-    Check_TestCOntrollaUguali->setText(Caption(MessageId::kSettingsCheckEqual));
-    Check_NoAutoCompila->setText(Caption(MessageId::kSettingsNoAutoCompile));
-    Check_NonDecomprimere->setText(Caption(MessageId::kSettingsNoDecompress));
-    Check_AggiornamentoUrl->setText(Caption(MessageId::kSettingsUrlUpdate));
-    Pul_Help->setText(Caption(MessageId::kSettingsHelp));
-    Pul_Ok->setText(Caption(MessageId::kSettingsOk));
-    Pul_Cancel->setText(Caption(MessageId::kSettingsCancel));
+    setWindowTitle(Caption(msg::kSettingsCaption));
+    Frame_Folders->setTitle(Caption(msg::kSettingsFolders));
+    Label_TitlePathTrle->setText(Caption(msg::kSettingsTrle));
+    Pul_SfogliaPathTrle->setText(Caption(msg::kSettingsBrowseTrle));
+    Label_TitleLoadDir->setText(Caption(msg::kSettingsLoadDir));
+    Pul_SfogliaLoadDir->setText(Caption(msg::kSettingsBrowseLoadDir));
+    Label_TitleEditor->setText(Caption(msg::kSettingsEditor));
+    Pul_ScegliEditor->setText(Caption(msg::kSettingsChooseEditor));
+    Label_TitleBackup->setText(Caption(msg::kSettingsFullBackup));
+    Frame_Playing->setTitle(Caption(msg::kSettingsPlaying));
+    Opt_NonPrompt->setText(Caption(msg::kSettingsNonPrompt));
+    Opt_PromptCapture->setText(Caption(msg::kSettingsPrompt));
+    Check_VerifyImage->setText(Caption(msg::kSettingsVerifyImage));
+    Check_ArchiviaSavegame->setText(Caption(msg::kSettingsArchiveSaves));
+    Label_NSavegame->setText(Caption(msg::kSettingsSavegames));
+    Label_Associate->setText(Caption(msg::kSettingsAssociate));
+    Label_Minutes->setText(Caption(msg::kSettingsMinutes));
+    Label_Interval->setText(Caption(msg::kSettingsInterval));
+    Check_EnableJoystick->setText(Caption(msg::kSettingsJoystick));
+    Pul_SetJoy->setText(Caption(msg::kSettingsSetJoy));
+    Frame_Archive->setTitle(Caption(msg::kSettingsArchive));
+    Check_AutoSave->setText(Caption(msg::kSettingsAutoSave));
+    Check_TestCOntrollaUguali->setText(Caption(msg::kSettingsCheckEqual));
+    Check_NoAutoCompila->setText(Caption(msg::kSettingsNoAutoCompile));
+    Check_NonDecomprimere->setText(Caption(msg::kSettingsNoDecompress));
+    Check_AggiornamentoUrl->setText(Caption(msg::kSettingsUrlUpdate));
+    Pul_Help->setText(Caption(msg::kSettingsHelp));
+    Pul_Ok->setText(Caption(msg::kSettingsOk));
+    Pul_Cancel->setText(Caption(msg::kSettingsCancel));
     Label_Associate->setBuddy(Text_MinutiDifferenza);
     Label_Interval->setBuddy(Combo_Decimi);
     AssignMnemonics(this);
@@ -179,13 +180,13 @@ void Dialog_Settings::ImpostaValori() {
     ShowNumber(Combo_Decimi, profile.TimerTenths, TenthsText(profile.TimerTenths));
     Combo_NSavegame->setEnabled(profile.ArchiveSavegames);
     Text_MinutiDifferenza->setText(FromUtf8(settings_.Minutes));
-    Label_FullBackup->setText(Caption(profile.FullBackup ? MessageId::kSettingsYes : MessageId::kSettingsNo));
+    Label_FullBackup->setText(Caption(profile.FullBackup ? msg::kSettingsYes : msg::kSettingsNo));
     ShowPaths();
 }
 
 void Dialog_Settings::ShowPaths() {
     const auto show = [](PathLabel* label, const std::string& path) {
-        label->SetPath(FromUtf8(std::string(Trim(path))), Caption(MessageId::kSettingsNone));
+        label->SetPath(FromUtf8(std::string(Trim(path))), Caption(msg::kSettingsNone));
     };
     show(Label_PathTrle, settings_.Edited.TrleFolder);
     show(Label_DefaultLoadDir, settings_.Edited.DownloadFolder);

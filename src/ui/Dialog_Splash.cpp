@@ -5,6 +5,8 @@
 #include <QScreen>
 
 #include "foundation/drives.h"
+#include "ui/Dialog_Splash_messages.h"
+#include "ui/fragments.h"
 
 namespace kelvash::ui {
 
@@ -16,8 +18,7 @@ Dialog_Splash::Dialog_Splash(const QPixmap& picture) : QWidget(nullptr, Qt::Spla
     QPalette light = Label_Version->palette();
     light.setColor(QPalette::WindowText, Qt::white);
     Label_Version->setPalette(light);
-    Label_Version->setText(
-        Caption(MessageId::kSplashVersion, {LoadMessage(MessageId::kSplashVersionNumber, {})}));
+    Label_Version->setText(Caption(msg::kSplashVersion, {LoadFragment(fragment::kSplashVersionNumber)}));
     Label_Version->adjustSize();
     const int margin = fontMetrics().height();
     Label_Version->move(width() - Label_Version->width() - margin,
@@ -27,7 +28,7 @@ Dialog_Splash::Dialog_Splash(const QPixmap& picture) : QWidget(nullptr, Qt::Spla
 }
 
 QPixmap SplashPicture() {
-    const std::string path = AppFolder() + LoadMessage(MessageId::kSplashName, {});
+    const std::string path = AppFolder() + LoadFragment(fragment::kSplashName);
     const QString file = QString::fromStdU16String(NativePath(path).u16string());
     // By its name it is a JPEG: asking every picture plug-in first takes longer than reading it.
     QPixmap picture(file, "jpg");

@@ -13,6 +13,7 @@
 
 #include "foundation/user.h"
 #include "ui/Dialog_Indice.h"
+#include "ui/Dialog_Testo_messages.h"
 #include "ui/topic_highlighter.h"
 
 namespace kelvash::ui {
@@ -52,13 +53,13 @@ Dialog_Testo::Dialog_Testo(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_Testo::Set_Caption_Texts() {
-    setWindowTitle(Caption(MessageId::kTestoCaption));
-    Pul_Trova->setText(Caption(MessageId::kTestoFind));
-    Pul_Dopo->setText(Caption(MessageId::kTestoNext));
-    Pul_Prima->setText(Caption(MessageId::kTestoPrevious));
-    Check_ParolaIntera->setText(Caption(MessageId::kTestoWholeWord));
-    Pul_Index->setText(Caption(MessageId::kTestoIndex));
-    Pul_Ok->setText(Caption(MessageId::kTestoOk));
+    setWindowTitle(Caption(msg::kTestoCaption));
+    Pul_Trova->setText(Caption(msg::kTestoFind));
+    Pul_Dopo->setText(Caption(msg::kTestoNext));
+    Pul_Prima->setText(Caption(msg::kTestoPrevious));
+    Check_ParolaIntera->setText(Caption(msg::kTestoWholeWord));
+    Pul_Index->setText(Caption(msg::kTestoIndex));
+    Pul_Ok->setText(Caption(msg::kTestoOk));
     AssignMnemonics(this);
 }
 
@@ -197,7 +198,7 @@ void Dialog_Testo::FindPrevious() {
 
 void Dialog_Testo::ShowMatch(const std::optional<TextMatch>& match) {
     if (!match) {
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kTestoNotFound, {}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kTestoNotFound));
         return;
     }
     QTextCursor hit(Text_File->document());

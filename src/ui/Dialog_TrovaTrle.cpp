@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "swap/trle_folder.h"
+#include "ui/Dialog_TrovaTrle_messages.h"
 #include "ui/help.h"
 
 namespace kelvash::ui {
@@ -29,15 +30,15 @@ Dialog_TrovaTrle::Dialog_TrovaTrle(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_TrovaTrle::Set_Caption_Texts() {
-    setWindowTitle(Caption(MessageId::kTrovaCaption));
-    Label_Info->setText(Caption(MessageId::kTrovaText, {kLineBreak, kLineBreak}));
-    Label_Title->setText(Caption(MessageId::kTrovaPath));
-    Pul_Sfoglia->setText(Caption(MessageId::kTrovaBrowse));
-    Pul_InstallTrleCD->setText(Caption(MessageId::kTrovaInstallCd));
-    Pul_InstallCompresso->setText(Caption(MessageId::kTrovaInstallZips));
-    Pul_Help->setText(Caption(MessageId::kTrovaHelp));
-    Pul_Ok->setText(Caption(MessageId::kTrovaOk));
-    Pul_Cancel->setText(Caption(MessageId::kTrovaCancel));
+    setWindowTitle(Caption(msg::kTrovaCaption));
+    Label_Info->setText(Caption(msg::kTrovaText, {kLineBreak, kLineBreak}));
+    Label_Title->setText(Caption(msg::kTrovaPath));
+    Pul_Sfoglia->setText(Caption(msg::kTrovaBrowse));
+    Pul_InstallTrleCD->setText(Caption(msg::kTrovaInstallCd));
+    Pul_InstallCompresso->setText(Caption(msg::kTrovaInstallZips));
+    Pul_Help->setText(Caption(msg::kTrovaHelp));
+    Pul_Ok->setText(Caption(msg::kTrovaOk));
+    Pul_Cancel->setText(Caption(msg::kTrovaCancel));
     AssignMnemonics(this);
 }
 
@@ -73,7 +74,7 @@ void Dialog_TrovaTrle::ImpostaValori(const ChoiceForm& form) {
 }
 
 void Dialog_TrovaTrle::ShowFolder() {
-    Label_Path->setText(folder_.empty() ? Caption(MessageId::kTrovaNone) : FromUtf8(folder_));
+    Label_Path->setText(folder_.empty() ? Caption(msg::kTrovaNone) : FromUtf8(folder_));
     Pul_Ok->setEnabled(!folder_.empty());
     (folder_.empty() ? Pul_Sfoglia : Pul_Ok)->setDefault(true);
     (folder_.empty() ? Pul_Sfoglia : Pul_Ok)->setFocus();
@@ -81,7 +82,7 @@ void Dialog_TrovaTrle::ShowFolder() {
 
 void Dialog_TrovaTrle::Browse() {
     const std::optional<std::string> chosen =
-        TheUser().ChooseFolder(LoadMessage(MessageId::kTrovaBrowseTitle, {}), folder_);
+        TheUser().ChooseFolder(LoadMessage(msg::kTrovaBrowseTitle), folder_);
     if (!chosen || !swap::CheckTrleFolder(*chosen, true)) return;
     folder_ = *chosen;
     ShowFolder();

@@ -2,6 +2,8 @@
 
 #include <QVBoxLayout>
 
+#include "ui/Dialog_Wait_messages.h"
+
 namespace kelvash::ui {
 
 Dialog_Wait::Dialog_Wait(QWidget* parent) : QDialog(parent) {
@@ -17,7 +19,7 @@ Dialog_Wait::Dialog_Wait(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_Wait::Set_Caption_Texts() {
-    setWindowTitle(Caption(MessageId::kWaitCaption));
+    setWindowTitle(Caption(msg::kWaitCaption));
 }
 
 } // namespace kelvash::ui

@@ -2,6 +2,8 @@
 
 #include <QVBoxLayout>
 
+#include "ui/Dialog_Zip_messages.h"
+
 namespace kelvash::ui {
 
 Dialog_Zip::Dialog_Zip(QWidget* parent) : QDialog(parent) {
@@ -18,7 +20,7 @@ Dialog_Zip::Dialog_Zip(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_Zip::Set_Caption_Texts() {
-    setWindowTitle(Caption(MessageId::kZipCaption));
+    setWindowTitle(Caption(msg::kZipCaption));
 }
 
 } // namespace kelvash::ui

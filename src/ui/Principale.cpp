@@ -19,6 +19,7 @@
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "swap/install.h"
+#include "ui/Principale_messages.h"
 #include "ui/dropped_files.h"
 #include "ui/forms_user.h"
 #include "ui/window_state.h"
@@ -123,8 +124,7 @@ void Principale::ShowLevels() {
 }
 
 void Principale::ShowTitle() {
-    setWindowTitle(core::ArchiveIsOpen() ? ShownLine(core::ArchiveTitle())
-                                         : Caption(MessageId::kMainNoArchive));
+    setWindowTitle(core::ArchiveIsOpen() ? ShownLine(core::ArchiveTitle()) : Caption(msg::kMainNoArchive));
 }
 
 // Selects the item at a place of the level list; -1 changes nothing.
@@ -169,7 +169,7 @@ bool Principale::Search() {
     const std::int32_t found = core::FindLevel(ToUtf8(Text_Search->text()));
     Select(found);
     if (found < 0 && !Text_Search->text().trimmed().isEmpty())
-        ShowMessage(MessageStyle::Plain, LoadMessage(MessageId::kMainNotFound, {}));
+        ShowMessage(MessageStyle::Plain, LoadMessage(msg::kMainNotFound));
     return found >= 0;
 }
 
@@ -178,8 +178,7 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
     const core::LevelView shown = view.value_or(core::LevelView());
     if (view) levels_->RenewThumbnail(view->Code);
     image_names_ = shown.Screenshots;
-    image_hint_ =
-        shown.FolderMissing ? LoadMessage(MessageId::kMainLevelMissing, {}) + shown.Folder : std::string();
+    image_hint_ = shown.FolderMissing ? LoadMessage(msg::kMainLevelMissing) + shown.Folder : std::string();
     PageImages(keep_image ? first_shown_image_ : 0);
     ShowSavegames(shown.SlotSavegames, shown.ArchivedSavegames);
     Label_InfoLevel->setText(NoteToShow(shown.Note));
@@ -191,7 +190,7 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
 // An empty list wants an Archive, or a name that holds the typed text.
 QString Principale::NoteToShow(const std::string& note) const {
     if (levels_->rowCount() > 0) return ShownLine(note);
-    return Caption(core::ArchiveIsOpen() ? MessageId::kMainNoLevelFound : MessageId::kMainNoArchiveNote);
+    return Caption(core::ArchiveIsOpen() ? msg::kMainNoLevelFound : msg::kMainNoArchiveNote);
 }
 
 void Principale::ShowSavegames(const std::vector<std::string>& slots,
@@ -199,7 +198,7 @@ void Principale::ShowSavegames(const std::vector<std::string>& slots,
     FillList(List_SaveGameTomb, slots);
     FillList(List_SaveGameArchiviati, archived);
     Text_NoteSaveGame->clear();
-    Image_SaveGame->ShowFile(DefaultPicture(), Caption(MessageId::kMainNoImage));
+    Image_SaveGame->ShowFile(DefaultPicture(), Caption(msg::kMainNoImage));
 }
 
 void Principale::PageImages(std::size_t first) {
@@ -217,7 +216,7 @@ void Principale::ShowImages() {
     show(Image2, first_shown_image_ + 1);
     if (image_names_.empty())
         Image1->ShowFile(image_hint_.empty() ? DefaultPicture() : QString(),
-                         image_hint_.empty() ? Caption(MessageId::kMainNoImage) : ShownText(image_hint_));
+                         image_hint_.empty() ? Caption(msg::kMainNoImage) : ShownText(image_hint_));
     Image2->setVisible(first_shown_image_ + 1 < image_names_.size() || image_names_.size() > 2);
     const bool before = first_shown_image_ > 0;
     const bool behind = first_shown_image_ + 2 < image_names_.size();
@@ -229,7 +228,7 @@ void Principale::ShowImages() {
 
 void Principale::Play() {
     if (!SelectedIsShown()) {
-        TellCritical(LoadMessage(MessageId::kNoSelectedLevel, {}));
+        TellCritical(LoadMessage(msg::kNoSelectedLevel));
         return;
     }
     SetPlaying(true);
@@ -242,7 +241,7 @@ void Principale::Play() {
 }
 
 void Principale::ShowPlaying() {
-    Label_Info->setText(Caption(MessageId::kMainPlaying));
+    Label_Info->setText(Caption(msg::kMainPlaying));
     Timer1->start();
 }
 
@@ -277,7 +276,7 @@ void Principale::EnableCommands() {
 
 void Principale::closeEvent(QCloseEvent* event) {
     if (isVisible() && companion::GameRuns() &&
-        !AskYesNo(MessageStyle::Question, LoadMessage(MessageId::kCloseWhilePlaying, {kLineBreak}))) {
+        !AskYesNo(MessageStyle::Question, LoadMessage(msg::kCloseWhilePlaying, {kLineBreak}))) {
         event->ignore();
         return;
     }

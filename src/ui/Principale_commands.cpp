@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "core/archive.h"
+#include "core/fragments.h"
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "core/sizes.h"
@@ -15,6 +16,7 @@
 #include "ui/Dialog_Restore.h"
 #include "ui/Dialog_Settings.h"
 #include "ui/Principale.h"
+#include "ui/Principale_messages.h"
 #include "ui/forms_user.h"
 #include "ui/help.h"
 
@@ -120,10 +122,9 @@ void Principale::ShowRestore() {
 void Principale::ShowAbout() {
     QMessageBox box(this);
     box.setObjectName(QStringLiteral("About"));
-    box.setWindowTitle(Caption(MessageId::kAboutCaption));
+    box.setWindowTitle(Caption(msg::kAboutCaption));
     box.setTextFormat(Qt::PlainText);
-    box.setText(
-        Caption(MessageId::kAboutText, {LoadMessage(MessageId::kAboutVersion, {}), kLineBreak, kLineBreak}));
+    box.setText(Caption(msg::kAboutText, {LoadFragment(fragment::kAboutVersion), kLineBreak, kLineBreak}));
     box.setIconPixmap(
         QPixmap(QStringLiteral(":/kelvash/kelvash.png")).scaledToWidth(96, Qt::SmoothTransformation));
     box.exec();

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "ui/Principale.h"
+#include "ui/Principale_messages.h"
 
 namespace kelvash::ui {
 
@@ -29,34 +30,34 @@ void OpenAt(QWidget* control, QMenu* menu) {
 } // namespace
 
 void Principale::Set_Caption_Texts() {
-    setWindowTitle(Caption(MessageId::kMainNoArchive));
+    setWindowTitle(Caption(msg::kMainTitle));
     SetMenuCaptions(this);
-    Frame_Livelli->setTitle(Caption(MessageId::kMainFrameLevels));
-    Text_Search->setPlaceholderText(Caption(MessageId::kMainSearchHint));
-    Pul_Search->setText(Caption(MessageId::kMainSearch));
-    Pul_Dopo->setText(Caption(MessageId::kMainNext));
-    Pul_Prima->setText(Caption(MessageId::kMainPrevious));
-    Pul_Play->setText(Caption(MessageId::kMainPlay));
-    Pul_MoreInfo->setText(Caption(MessageId::kMainMoreInfo));
-    Pul_ScreenShots->setText(Caption(MessageId::kMainScreenShots));
-    Pul_SaveGames->setText(Caption(MessageId::kMainSaveGames));
-    Frame_ScreenShots->setTitle(Caption(MessageId::kMainFrameScreenShots));
-    Pul_PrimoShot->setText(Caption(MessageId::kMainFirstShot));
-    Pul_PrimaScreenShot->setText(Caption(MessageId::kMainPreviousShot));
-    Pul_DopoScreenShot->setText(Caption(MessageId::kMainNextShot));
-    Pul_UltimoShot->setText(Caption(MessageId::kMainLastShot));
-    Frame_SaveGames->setTitle(Caption(MessageId::kMainFrameSaveGames));
-    Label_SaveGameTomb->setText(Caption(MessageId::kMainSlots));
-    Label_SaveGameArchiviati->setText(Caption(MessageId::kMainOldSaves));
-    Label_NoteSaveGame->setText(Caption(MessageId::kMainSaveNote));
-    Pul_RestoreSaveGame->setText(Caption(MessageId::kMainRestoreSave));
-    Pul_ArchiviaSavegames->setText(Caption(MessageId::kMainArchiveSaves));
-    Pul_DeleteSavegame->setText(Caption(MessageId::kMainDeleteSave));
-    Pul_ImportSavegame->setText(Caption(MessageId::kMainImportSave));
-    Pul_ExportSaveGame->setText(Caption(MessageId::kMainExportSave));
-    Pul_ChangeScreenshot->setText(Caption(MessageId::kMainChangeShot));
-    Text_Search->setAccessibleName(Caption(MessageId::kMainSearch));
-    Combo_Livelli->setAccessibleName(Caption(MessageId::kMainFrameLevels));
+    Frame_Livelli->setTitle(Caption(msg::kMainFrameLevels));
+    Text_Search->setPlaceholderText(Caption(msg::kMainSearchHint));
+    Pul_Search->setText(Caption(msg::kMainSearch));
+    Pul_Dopo->setText(Caption(msg::kMainNext));
+    Pul_Prima->setText(Caption(msg::kMainPrevious));
+    Pul_Play->setText(Caption(msg::kMainPlay));
+    Pul_MoreInfo->setText(Caption(msg::kMainMoreInfo));
+    Pul_ScreenShots->setText(Caption(msg::kMainScreenShots));
+    Pul_SaveGames->setText(Caption(msg::kMainSaveGames));
+    Frame_ScreenShots->setTitle(Caption(msg::kMainFrameScreenShots));
+    Pul_PrimoShot->setText(Caption(msg::kMainFirstShot));
+    Pul_PrimaScreenShot->setText(Caption(msg::kMainPreviousShot));
+    Pul_DopoScreenShot->setText(Caption(msg::kMainNextShot));
+    Pul_UltimoShot->setText(Caption(msg::kMainLastShot));
+    Frame_SaveGames->setTitle(Caption(msg::kMainFrameSaveGames));
+    Label_SaveGameTomb->setText(Caption(msg::kMainSlots));
+    Label_SaveGameArchiviati->setText(Caption(msg::kMainOldSaves));
+    Label_NoteSaveGame->setText(Caption(msg::kMainSaveNote));
+    Pul_RestoreSaveGame->setText(Caption(msg::kMainRestoreSave));
+    Pul_ArchiviaSavegames->setText(Caption(msg::kMainArchiveSaves));
+    Pul_DeleteSavegame->setText(Caption(msg::kMainDeleteSave));
+    Pul_ImportSavegame->setText(Caption(msg::kMainImportSave));
+    Pul_ExportSaveGame->setText(Caption(msg::kMainExportSave));
+    Pul_ChangeScreenshot->setText(Caption(msg::kMainChangeShot));
+    Text_Search->setAccessibleName(Caption(msg::kMainSearch));
+    Combo_Livelli->setAccessibleName(Caption(msg::kMainFrameLevels));
     AssignMnemonics(this);
 }
 

@@ -25,6 +25,7 @@
 #include "ui/Dialog_Wait.h"
 #include "ui/Dialog_Zip.h"
 #include "ui/form_support.h"
+#include "ui/messages.h"
 
 namespace kelvash::ui {
 
@@ -219,7 +220,7 @@ QWidget* FormsUser::ParentOfBoxes() const {
 }
 
 QString FormsUser::TakeTitle() {
-    QString title = first_title_.isEmpty() ? Caption(MessageId::kBoxTitle) : first_title_;
+    QString title = first_title_.isEmpty() ? Caption(msg::kBoxTitle) : first_title_;
     first_title_.clear();
     return title;
 }
@@ -266,7 +267,7 @@ std::optional<std::string> FormsUser::PathOfFile(const QString& chosen) {
     const std::filesystem::path native(chosen.toStdU16String());
     std::string path = DosPath(native);
     if (!path.empty()) return path;
-    TellCritical(LoadMessage(MessageId::kFileNotOnDrive, {}) + ToUtf8(chosen));
+    TellCritical(LoadMessage(msg::kFileNotOnDrive) + ToUtf8(chosen));
     return std::nullopt;
 }
 

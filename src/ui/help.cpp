@@ -7,18 +7,20 @@
 #include "foundation/files.h"
 #include "foundation/user.h"
 #include "ui/Dialog_Testo.h"
+#include "ui/fragments.h"
+#include "ui/messages.h"
 
 namespace kelvash::ui {
 
 void ShowHelp(QWidget* parent, HelpMark mark) {
-    const std::string path = AppFolder() + LoadMessage(MessageId::kHelpName, {});
+    const std::string path = AppFolder() + LoadFragment(fragment::kHelpName);
     const std::optional<std::string> text = ReadFileBytes(path);
     if (!text) {
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(MessageId::kHelpMissing, {path}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kHelpMissing, {path}));
         return;
     }
     Dialog_Testo form(parent);
-    form.ImpostaValori(LoadMessage(MessageId::kHelpCaption, {}), *text, static_cast<int>(mark));
+    form.ImpostaValori(LoadMessage(msg::kHelpCaption), *text, static_cast<int>(mark));
     form.exec();
 }
 

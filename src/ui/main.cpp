@@ -7,6 +7,7 @@
 #include <exception>
 #include <iostream>
 
+#include "core/message_tables.h"
 #include "core/start_up.h"
 #include "foundation/drive_options.h"
 #include "foundation/drives.h"
@@ -16,6 +17,7 @@
 #include "ui/Principale.h"
 #include "ui/forms_desktop.h"
 #include "ui/forms_user.h"
+#include "ui/messages.h"
 #include "ui/shipped_files.h"
 #include "ui/single_instance.h"
 #include "ui/theme.h"
@@ -88,15 +90,15 @@ class QuitWhenShown final : public QObject {
 void TakeMessageTable() {
     const std::string table = AppFolder() + "\\messages.txt";
     if (!FileExists(table)) return;
-    const TableLoading loading = LoadMessageTable(table);
-    const std::string lines = RefusedLinesText(loading);
+    const core::TableLoading loading = core::LoadMessageTable(table);
+    const std::string lines = core::RefusedLinesText(loading);
     if (!loading.Taken)
-        TellCritical(LoadMessage(MessageId::kFormsTableRefused, {}) + table +
-                     (lines.empty() ? std::string() : LoadMessage(MessageId::kFormsTableLine, {lines})));
+        TellCritical(LoadMessage(msg::kFormsTableRefused) + table +
+                     (lines.empty() ? std::string() : LoadMessage(msg::kFormsTableLine, {lines})));
     else if (!lines.empty())
-        ShowMessage(MessageStyle::Exclamation,
-                    LoadMessage(MessageId::kFormsTableLines,
-                                {table, std::to_string(loading.RefusedLines.size()), lines}));
+        ShowMessage(
+            MessageStyle::Exclamation,
+            LoadMessage(msg::kFormsTableLines, {table, std::to_string(loading.RefusedLines.size()), lines}));
 }
 
 // The native path of the Archive that the command line names, as another process understands it; empty if it
@@ -114,7 +116,7 @@ bool IsTheWindow(SingleInstance& instance, const Options& options, int& exit_sta
     const SingleInstance::Role role = instance.Start(WishedArchive(options.command_line));
     exit_status = role == SingleInstance::Role::NoAnswer ? EXIT_FAILURE : EXIT_SUCCESS;
     if (role == SingleInstance::Role::NoAnswer)
-        TellCritical(LoadMessage(MessageId::kWindowDoesNotAnswer, {std::to_string(instance.Other())}));
+        TellCritical(LoadMessage(msg::kWindowDoesNotAnswer, {std::to_string(instance.Other())}));
     return role == SingleInstance::Role::First;
 }
 
@@ -126,10 +128,10 @@ int Run(const QApplication& application) {
     if (home.empty()) return Complain("--home " + options.home + ": no such drive");
     FormsUser user;
     if (!SetAppFolder(home)) {
-        TellCritical(LoadMessage(MessageId::kFormsCannotWrite, {}) + home.string());
+        TellCritical(LoadMessage(msg::kFormsCannotWrite) + home.string());
         return EXIT_FAILURE;
     }
-    if (options.demo) user.SetFirstTitle(Caption(MessageId::kBoxTitleDemo));
+    if (options.demo) user.SetFirstTitle(Caption(msg::kBoxTitleDemo));
     TakeMessageTable();
     SingleInstance instance;
     if (int status = 0; !IsTheWindow(instance, options, status)) return status;

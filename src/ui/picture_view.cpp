@@ -6,6 +6,7 @@
 #include <QTimer>
 
 #include "ui/form_support.h"
+#include "ui/messages.h"
 
 namespace kelvash::ui {
 
@@ -33,7 +34,7 @@ void PictureView::Load() {
     reader.setDecideFormatFromContent(true); // captures come as .jpg whatever they are
     picture_ = QPixmap::fromImage(reader.read());
     if (picture_.isNull())
-        text_ = Caption(MessageId::kMainBadImage) + QLatin1Char('\n') + QFileInfo(path_).fileName();
+        text_ = Caption(msg::kMainBadImage) + QLatin1Char('\n') + QFileInfo(path_).fileName();
     update();
 }
 

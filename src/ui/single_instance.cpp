@@ -10,6 +10,7 @@
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/waiting.h"
+#include "ui/messages.h"
 
 namespace kelvash::ui {
 
@@ -93,7 +94,7 @@ SingleInstance::SingleInstance() {
 
 SingleInstance::Role SingleInstance::Start(const std::string& archive) {
     const LockResult result =
-        lock_.Take(AppFolder(), LockKind::Window, LoadMessage(MessageId::kDoingWindow, {}), holder_);
+        lock_.Take(AppFolder(), LockKind::Window, LoadMessage(msg::kDoingWindow), holder_);
     if (result == LockResult::Held)
         return HandOver(SocketName(), archive) ? Role::HandedOver : Role::NoAnswer;
     // Without a runtime folder nothing can be changed, but all can be looked at.

@@ -5,13 +5,14 @@
 
 #include "foundation/drives.h"
 #include "ui/form_support.h"
+#include "ui/fragments.h"
 
 namespace kelvash::ui {
 
 namespace {
 
 QString SettingsFile() {
-    const std::string path = AppFolder() + LoadMessage(MessageId::kSettingsFileName, {});
+    const std::string path = AppFolder() + LoadFragment(fragment::kSettingsFileName);
     return QString::fromStdU16String(NativePath(path).u16string());
 }
 

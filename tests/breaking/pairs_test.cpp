@@ -19,13 +19,16 @@ struct Changing {
     Words words;
     // True if a second command may find what it is about gone, or not to be had twice.
     bool excludes = false;
-    // True if it makes another Archive file of the levels that it knows: one that is removed from the first
-    // at the same time stays listed there.
+    // True if it makes another Archive file of the levels that it knows: what becomes of them afterwards
+    // stands in the first.
     bool makes_file = false;
 };
 
-// What may have become of level 3.
-enum class Third { Stands, MayBeGone, MayBeListedOnly };
+// What the commands of a pair did besides their own work.
+struct Meanwhile {
+    bool removed = false;    // level 3 may be gone
+    bool other_file = false; // a second Archive file may have been made, which is the last one then
+};
 
 // What a user's hand does in a window.
 struct Hand {
@@ -60,9 +63,10 @@ class Pairs : public BreakingHome {
     std::array<Told, 2> RunBoth(Words first, Words second, int wait);
     // The command beside a window in which a hand works; see standins/hand.
     Told RunBeside(const Hand& hand, const Words& words, int round);
-    void CheckAfter(const std::vector<Told>& told, Third third);
+    void CheckAfter(const std::vector<Told>& told, const Meanwhile& meanwhile);
     void Check(const Changing& first, const Changing& second, const std::array<Told, 2>& told, bool waited);
-    void CheckLevels(const std::vector<Told>& told, Third third);
+    std::map<int, fs::path> WholeLevels(const Meanwhile& meanwhile);
+    void CheckLevels(const std::vector<Told>& told, const Meanwhile& meanwhile);
     void CheckSaves();
     void Try(const Changing& first, const Changing& second, int wait);
     void Prepare();
@@ -112,30 +116,41 @@ std::array<Told, 2> Pairs::RunBoth(Words first, Words second, int wait) {
     return {Tell(starts[0], end), Tell(starts[1], other_end)};
 }
 
-// Each record has its folder, each folder its record, and what both held stands.
-void Pairs::CheckLevels(const std::vector<Told>& told, Third third) {
-    const Told list = Run({"levels"});
-    ASSERT_EQ(list.status(), 0) << list.Story();
+// The levels of the open Archive whose folders hold what a game needs, by code.
+std::map<int, fs::path> Pairs::WholeLevels(const Meanwhile& meanwhile) {
+    std::map<int, fs::path> whole;
     std::set<int> codes;
-    std::set<fs::path> parents;
+    const Told list = Run({"levels"});
+    EXPECT_EQ(list.status(), 0) << list.Story();
     for (const Json& level : list.result.value("levels", Json::array())) {
         const int code = level.value("code", -1);
         EXPECT_TRUE(codes.insert(code).second) << "level " << code << " stands twice in the Archive";
         std::string folder = level.value("folder", "");
         std::replace(folder.begin(), folder.end(), '\\', '/');
         const fs::path native = drive / folder.substr(std::min<std::size_t>(3, folder.size()));
-        if (code == 3 && third == Third::MayBeListedOnly && !Exists(native)) continue;
-        EXPECT_TRUE(Exists(native / "FILES")) << "level " << code << " has no folder " << native;
-        if (code == 0) continue;
-        parents.insert(native.parent_path());
-        bool has_tr4 = false;
+        bool plays = code == 0 && Exists(native / "FILES");
         for (const auto& [name, bytes] : FilesIn(native / "FILES"))
-            has_tr4 = has_tr4 || name.find(".tr4") != std::string::npos;
-        EXPECT_TRUE(has_tr4) << "level " << code << " has lost its files";
+            plays = plays || name.find(".tr4") != std::string::npos;
+        if (plays) whole.emplace(code, native);
+        EXPECT_TRUE(plays || meanwhile.other_file) << "level " << code << " has lost its files in " << native;
     }
+    return whole;
+}
+
+// Each record has its folder, each folder its record, and what both held stands. Of two Archive files each
+// tells what held when it was written, and together they tell all.
+void Pairs::CheckLevels(const std::vector<Told>& told, const Meanwhile& meanwhile) {
+    std::map<int, fs::path> codes = WholeLevels(meanwhile);
+    if (meanwhile.other_file) {
+        Succeed({"load", "C:\\Kelvash\\LevelArchive.kva"});
+        codes.merge(WholeLevels(meanwhile));
+    }
+    std::set<fs::path> parents;
+    for (const auto& [code, folder] : codes)
+        if (code != 0) parents.insert(folder.parent_path());
     for (const int code : {1, 2, 4})
-        EXPECT_EQ(codes.count(code), 1U) << "level " << code << " is gone from the Archive\n" << list.Story();
-    if (third == Third::Stands) {
+        EXPECT_EQ(codes.count(code), 1U) << "level " << code << " is gone from the Archive";
+    if (!meanwhile.removed) {
         EXPECT_EQ(codes.count(3), 1U) << "level 3 is gone, though nobody removed it";
     }
     for (const Told& run : told)
@@ -188,16 +203,13 @@ void Pairs::Check(const Changing& first, const Changing& second, const std::arra
         const Told field = Run({"profile", "SavegamesToKeep"});
         EXPECT_EQ(field.result.value("SavegamesToKeep", 0), 77) << "a setting is lost\n" << field.Story();
     }
-    const bool makes_file = first.makes_file || second.makes_file;
-    CheckAfter({told[0], told[1]}, !removed     ? Third::Stands
-                                   : makes_file ? Third::MayBeListedOnly
-                                                : Third::MayBeGone);
+    CheckAfter({told[0], told[1]}, {removed, first.makes_file || second.makes_file});
 }
 
-void Pairs::CheckAfter(const std::vector<Told>& told, Third third) {
+void Pairs::CheckAfter(const std::vector<Told>& told, const Meanwhile& meanwhile) {
     const Told status = Run({"status"});
     EXPECT_EQ(status.status(), 0) << status.Story();
-    CheckLevels(told, third);
+    CheckLevels(told, meanwhile);
     CheckSaves();
     Succeed({"restore", "fast"});
     CheckSaves();
@@ -303,9 +315,7 @@ TEST_F(Pairs, OfAWindowAndACommandLoseNothing) {
                 SCOPED_TRACE(hand.name + " beside " + told.Story());
                 ExpectSane(told, 40);
                 const bool removed = hand.name == "delete" || command.name == "remove";
-                CheckAfter({told}, !removed             ? Third::Stands
-                                   : command.makes_file ? Third::MayBeListedOnly
-                                                        : Third::MayBeGone);
+                CheckAfter({told}, {removed, command.makes_file});
                 figures.Count("pairs with a window");
             }
     EXPECT_GT(figures.Of("pairs with a window"), 5);

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "core/archive.h"
+#include "core/change_messages.h"
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "core/start_up.h"
@@ -10,6 +11,7 @@
 #include "intake/author_notes.h"
 #include "intake/new_level.h"
 #include "support/core_home.h"
+#include "swap/messages.h"
 
 namespace kelvash::core {
 namespace {
@@ -58,12 +60,12 @@ class ChangeTest : public test::CoreHome {
 
 TEST_F(ChangeTest, LocksWhatItChangesAndNothingElse) {
     {
-        const Change change(MessageId::kDoingSizes, kHomeFolder | kArchiveFolder);
+        const Change change(msg::kDoingSizes, kHomeFolder | kArchiveFolder);
         EXPECT_TRUE(static_cast<bool>(change));
         EXPECT_TRUE(IsLocked("C:\\Kelvash"));
         EXPECT_TRUE(IsLocked("C:\\Levels"));
         EXPECT_FALSE(IsLocked("C:\\trle"));
-        const Change inner(MessageId::kDoingInstall, kSwap);
+        const Change inner(msg::kDoingInstall, kSwap);
         EXPECT_TRUE(static_cast<bool>(inner));
         EXPECT_TRUE(IsLocked("C:\\trle"));
     }
@@ -73,14 +75,14 @@ TEST_F(ChangeTest, LocksWhatItChangesAndNothingElse) {
 }
 
 TEST_F(ChangeTest, EndsBeforeItsScope) {
-    Change change(MessageId::kDoingPlay, kSwap);
+    Change change(msg::kDoingPlay, kSwap);
     change.End();
     EXPECT_FALSE(IsLocked("C:\\trle"));
 }
 
 TEST_F(ChangeTest, IsRefusedWithoutALock) {
     fs::create_directory(RuntimeFolder() / (FolderIdentity("C:\\trle") + ".lock"));
-    const Change change(MessageId::kDoingAdd, kAll);
+    const Change change(msg::kDoingAdd, kAll);
     EXPECT_FALSE(static_cast<bool>(change));
     EXPECT_FALSE(IsLocked("C:\\Kelvash")) << "what was taken is given back";
     EXPECT_THAT(user.Told(),
@@ -92,7 +94,7 @@ TEST_F(ChangeTest, IsRefusedWithoutALock) {
 
 TEST_F(ChangeTest, BringsTheArchiveUpToDate) {
     AddElsewhere(2, "Coast");
-    const Change change(MessageId::kDoingAdd, kAll);
+    const Change change(msg::kDoingAdd, kAll);
     EXPECT_TRUE(static_cast<bool>(change));
     EXPECT_EQ(NextLevelCode(), 3);
     EXPECT_EQ(level_list.Items.size(), 3U);
@@ -100,9 +102,9 @@ TEST_F(ChangeTest, BringsTheArchiveUpToDate) {
 }
 
 TEST_F(ChangeTest, LeavesTheArchiveAloneWithinAnother) {
-    const Change outer(MessageId::kDoingAdd, kAll);
+    const Change outer(msg::kDoingAdd, kAll);
     AddElsewhere(2, "Coast");
-    const Change inner(MessageId::kDoingSizes, kArchiveFolder);
+    const Change inner(msg::kDoingSizes, kArchiveFolder);
     EXPECT_EQ(NextLevelCode(), 2);
 }
 
@@ -116,7 +118,7 @@ TEST_F(ChangeTest, TakesAFileThatIsOnlyTouchedForTheSame) {
 
 TEST_F(ChangeTest, TakesNoDamagedFileForANewerOne) {
     test::MakeFile(kva, "");
-    const Change change(MessageId::kDoingSizes, kAll);
+    const Change change(msg::kDoingSizes, kAll);
     EXPECT_EQ(archive.Header.LevelCount, 2);
 }
 
@@ -126,7 +128,7 @@ TEST_F(ChangeTest, LocksTheFolderThatANewerFileNames) {
     ASSERT_TRUE(ReadArchiveFile(profile.LastArchive, contents));
     contents.Header.SecondaryFolder = "C:\\Moved";
     ASSERT_TRUE(WriteArchiveFile(profile.LastArchive, contents));
-    const Change change(MessageId::kDoingAdd, kAll);
+    const Change change(msg::kDoingAdd, kAll);
     EXPECT_TRUE(IsLocked("C:\\Moved"));
     EXPECT_FALSE(IsLocked("C:\\Levels"));
 }

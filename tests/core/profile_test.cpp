@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "core/archive.h"
+#include "core/archive_messages.h"
 #include "core/start_up.h"
 #include "foundation/messages.h"
 #include "support/core_home.h"
@@ -381,7 +382,7 @@ TEST_F(Profile, ThatCannotBeSavedKeepsTheWindow) {
 }
 
 TEST_F(Profile, IsLostOnlyByAYes) {
-    for (const MessageId id : {MessageId::kCloseUnsavedArchive, MessageId::kCloseUnsavedProfile})
+    for (const MessageId id : {msg::kCloseUnsavedArchive, msg::kCloseUnsavedProfile})
         EXPECT_EQ(HarmlessAnswer(Buttons::YesNo, LoadMessage(id, {"", ""})), Answer::No);
 }
 

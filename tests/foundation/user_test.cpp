@@ -2,8 +2,15 @@
 
 #include <gmock/gmock.h>
 
+#include "core/archive_messages.h"
+#include "core/level_messages.h"
+#include "core/moving_messages.h"
+#include "core/start_up_messages.h"
 #include "foundation/messages.h"
+#include "foundation/texts.h"
+#include "intake/messages.h"
 #include "support/scripted_user.h"
+#include "swap/backup_messages.h"
 
 namespace kelvash {
 namespace {
@@ -64,31 +71,31 @@ struct Answers {
 };
 
 Answers AnswersTo(Buttons buttons, MessageId question) {
-    const MessageText text = LoadMessage(question, {});
+    const MessageText text = LoadMessage(question);
     return {HarmlessAnswer(buttons, text), WillingAnswer(buttons, text)};
 }
 
 TEST(QuestionAnswers, AYesThatCanLoseSomethingIsNeverGivenForNobody) {
     const Answers no{Answer::No, Answer::No};
-    EXPECT_EQ(AnswersTo(Buttons::YesNo, MessageId::kRemoveQuestion), no);
-    EXPECT_EQ(AnswersTo(Buttons::YesNo, MessageId::kReplaceFile), no);
-    EXPECT_EQ(AnswersTo(Buttons::YesNo, MessageId::kBreakUser), no) << "no question of the table";
+    EXPECT_EQ(AnswersTo(Buttons::YesNo, msg::kRemoveQuestion), no);
+    EXPECT_EQ(AnswersTo(Buttons::YesNo, msg::kReplaceFile), no);
+    EXPECT_EQ(AnswersTo(Buttons::YesNo, msg::kBreakUser), no) << "no question of the table";
 }
 
 TEST(QuestionAnswers, ANoThatCanLoseSomethingIsNeverGivenForNobody) {
     const Answers yes{Answer::Yes, Answer::Yes};
-    EXPECT_EQ(AnswersTo(Buttons::YesNo, MessageId::kEqualQuestion), yes);
+    EXPECT_EQ(AnswersTo(Buttons::YesNo, msg::kEqualQuestion), yes);
 }
 
 TEST(QuestionAnswers, WhereNothingIsLostTheWillingOneAffirms) {
-    EXPECT_EQ(AnswersTo(Buttons::YesNo, MessageId::kAddSubFolders), (Answers{Answer::No, Answer::Yes}));
-    EXPECT_EQ(AnswersTo(Buttons::OkCancel, MessageId::kTomQuestion), (Answers{Answer::Cancel, Answer::Ok}));
+    EXPECT_EQ(AnswersTo(Buttons::YesNo, msg::kAddSubFolders), (Answers{Answer::No, Answer::Yes}));
+    EXPECT_EQ(AnswersTo(Buttons::OkCancel, msg::kTomQuestion), (Answers{Answer::Cancel, Answer::Ok}));
 }
 
 TEST(QuestionAnswers, WhereEachCanLoseSomethingThereIsNone) {
     const Answers none{Answer::None, Answer::None};
     for (const MessageId question :
-         {MessageId::kFullBackupQuestion, MessageId::kOriginalNeeded, MessageId::kArchiveChangedQuestion}) {
+         {msg::kFullBackupQuestion, msg::kOriginalNeeded, msg::kArchiveChangedQuestion}) {
         EXPECT_EQ(AnswersTo(Buttons::YesNo, question), none);
         EXPECT_EQ(AnswersTo(Buttons::YesNoCancel, question), (Answers{Answer::Cancel, Answer::Cancel}));
     }
@@ -110,23 +117,23 @@ TEST(UserPort, ShorthandsReachTheUser) {
     test::ScriptedUser user;
     user.WillAnswer("Really", "yes");
     user.WillAnswer("Sure", "no");
-    EXPECT_TRUE(AskYesNo(MessageStyle::Question, {MessageId::kRecoverOnCd, "Really?"}));
-    EXPECT_FALSE(AskYesNo(MessageStyle::Question, {MessageId::kRecoverOnCd, "Sure?"}));
+    EXPECT_TRUE(AskYesNo(MessageStyle::Question, {msg::kRecoverOnCd, "Really?"}));
+    EXPECT_FALSE(AskYesNo(MessageStyle::Question, {msg::kRecoverOnCd, "Sure?"}));
     ShowMessage(MessageStyle::Critical, MessageText("Failed"));
     EXPECT_THAT(user.Told(), ElementsAre("critical: Failed"));
 }
 
 TEST(MessageText, KeepsTheIdOfTheMessageThatItBeginsWith) {
     const std::string name = "C:\\a.kva";
-    const MessageText text = LoadMessage(MessageId::kErrorLoadingArchive, {}) + name + '!' + " " +
-                             LoadMessage(MessageId::kLoadDifferentArchive, {});
-    EXPECT_EQ(text.id, MessageId::kErrorLoadingArchive);
+    const MessageText text =
+        LoadMessage(msg::kErrorLoadingArchive) + name + '!' + " " + LoadMessage(msg::kLoadDifferentArchive);
+    EXPECT_EQ(text.id, msg::kErrorLoadingArchive);
     EXPECT_EQ(text.text, "Error loading archive: C:\\a.kva! Do you want load a different archive?");
     EXPECT_EQ(MessageText("foreign").id, kNoMessage);
 }
 
 TEST(MessageText, BehindAPlainTextItIsNone) {
-    const std::string text = "1" + LoadMessage(MessageId::kGigabytes, {});
+    const std::string text = "1" + LoadMessage(msg::kGigabytes);
     EXPECT_EQ(text, "1 Gb");
 }
 

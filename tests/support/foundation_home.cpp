@@ -14,7 +14,7 @@ namespace {
 
 void ResetFoundation() {
     ResetDrives();
-    ResetMessages();
+    SetTranslation({});
 }
 
 // A read-only file can't be removed everywhere.

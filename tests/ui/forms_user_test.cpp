@@ -11,9 +11,13 @@
 #include <QTest>
 #include <QTimer>
 
+#include "core/level_messages.h"
 #include "foundation/drives.h"
 #include "foundation/messages.h"
+#include "foundation/texts.h"
+#include "intake/messages.h"
 #include "support/ui_home.h"
+#include "swap/backup_messages.h"
 #include "ui/Dialog_Progress.h"
 #include "ui/Dialog_Wait.h"
 #include "ui/Dialog_Zip.h"
@@ -178,24 +182,24 @@ TEST_F(FormsUserPort, ABoxOfWhichEachAnswerCanLoseSomethingIsEndedByItsButtonsOn
         Press(window, "No");
     });
     EXPECT_EQ(forms.Ask(Buttons::YesNo, MessageStyle::Question,
-                        LoadMessage(MessageId::kFullBackupQuestion, {kLineBreak, kLineBreak})),
+                        LoadMessage(msg::kFullBackupQuestion, {kLineBreak, kLineBreak})),
               Answer::No);
 }
 
 TEST_F(FormsUserPort, EnterNeverGivesALosingAnswer) {
     const auto enter = [](QWidget* window) { QTest::keyClick(window, Qt::Key_Return); };
     robot.Will("Are you sure to want remove level", enter);
-    EXPECT_EQ(forms.Ask(Buttons::YesNo, MessageStyle::Question, LoadMessage(MessageId::kRemoveQuestion, {})),
+    EXPECT_EQ(forms.Ask(Buttons::YesNo, MessageStyle::Question, LoadMessage(msg::kRemoveQuestion)),
               Answer::No);
     robot.Will("also sub folders", enter);
-    EXPECT_EQ(forms.Ask(Buttons::YesNo, MessageStyle::Question, LoadMessage(MessageId::kAddSubFolders, {})),
+    EXPECT_EQ(forms.Ask(Buttons::YesNo, MessageStyle::Question, LoadMessage(msg::kAddSubFolders)),
               Answer::Yes);
 }
 
 TEST_F(FormsUserPort, EscapeNeverGivesALosingAnswer) {
     robot.Will("However, would you like add",
                [](QWidget* window) { QTest::keyClick(window, Qt::Key_Escape); });
-    EXPECT_EQ(forms.Ask(Buttons::YesNo, MessageStyle::Question, LoadMessage(MessageId::kEqualQuestion, {})),
+    EXPECT_EQ(forms.Ask(Buttons::YesNo, MessageStyle::Question, LoadMessage(msg::kEqualQuestion)),
               Answer::Yes);
 }
 
@@ -207,8 +211,7 @@ TEST_F(FormsUserPort, APasswordIsNotShown) {
         field->setText(QStringLiteral("secret"));
         qobject_cast<QDialog*>(window)->accept();
     });
-    EXPECT_EQ(forms.Input("Zip", LoadMessage(MessageId::kZipPassword, {"<b>a.zip</b>", kLineBreak}), {}),
-              "secret");
+    EXPECT_EQ(forms.Input("Zip", LoadMessage(msg::kZipPassword, {"<b>a.zip</b>", kLineBreak}), {}), "secret");
 }
 
 // --- progress ---

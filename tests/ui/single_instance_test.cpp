@@ -13,7 +13,9 @@
 
 #include "companion/game.h"
 #include "core/change.h"
+#include "intake/messages.h"
 #include "support/built.h"
+#include "ui/Principale_messages.h"
 #include "ui/principale_home.h"
 
 namespace kelvash::test {
@@ -162,7 +164,7 @@ TEST_F(SecondWindow, TellsWhoIsAtWorkAndGoesOn) {
     ASSERT_EQ(pipe(ends), 0);
     const pid_t other = fork();
     if (other == 0) {
-        const core::Change change(MessageId::kDoingExport, core::kAll);
+        const core::Change change(msg::kDoingExport, core::kAll);
         if (change && write(ends[1], "t", 1) == 1) pause();
         _exit(1);
     }
@@ -220,7 +222,7 @@ class WindowBesideAGame : public PrincipaleHome {
 TEST_F(WindowBesideAGame, KnowsTheGameOfAnEarlierRun) {
     ASSERT_TRUE(form.Load(""));
     EXPECT_FALSE(form.menuBar()->isEnabled());
-    EXPECT_EQ(form.Label_Info->text().toStdString(), LoadMessage(MessageId::kMainPlaying, {}));
+    EXPECT_EQ(form.Label_Info->text().toStdString(), LoadMessage(msg::kMainPlaying));
     EndGame();
     WaitUntil([&] { return form.menuBar()->isEnabled(); });
 }

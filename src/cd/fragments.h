@@ -1,0 +1,5 @@
+// What this folder composes.
+#pragma once
+
+#include "cd/fragments.inc"
+#include "foundation/messages.h"

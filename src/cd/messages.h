@@ -1,0 +1,5 @@
+// Texts.
+#pragma once
+
+#include "cd/messages.inc"
+#include "foundation/messages.h"

@@ -1,0 +1,5 @@
+// The texts of the companion.
+#pragma once
+
+#include "companion/messages.inc"
+#include "foundation/messages.h"

@@ -1,0 +1,5 @@
+// Texts of the Archive.
+#pragma once
+
+#include "core/archive_messages.inc"
+#include "foundation/messages.h"

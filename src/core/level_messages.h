@@ -1,0 +1,5 @@
+// Texts about a level of the Archive.
+#pragma once
+
+#include "core/level_messages.inc"
+#include "foundation/messages.h"

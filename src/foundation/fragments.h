@@ -1,0 +1,5 @@
+// What this folder composes.
+#pragma once
+
+#include "foundation/fragments.inc"
+#include "foundation/messages.h"

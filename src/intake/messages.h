@@ -1,0 +1,5 @@
+// The texts of intake and export.
+#pragma once
+
+#include "foundation/messages.h"
+#include "intake/messages.inc"

@@ -1,0 +1,5 @@
+// Texts of backup and restore.
+#pragma once
+
+#include "foundation/messages.h"
+#include "swap/backup_messages.inc"

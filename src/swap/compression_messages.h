@@ -1,0 +1,5 @@
+// Texts of compression.
+#pragma once
+
+#include "foundation/messages.h"
+#include "swap/compression_messages.inc"

@@ -1,0 +1,5 @@
+// Texts.
+#pragma once
+
+#include "foundation/messages.h"
+#include "trle/messages.inc"

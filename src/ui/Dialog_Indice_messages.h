@@ -1,0 +1,5 @@
+// The texts of Dialog_Indice.
+#pragma once
+
+#include "foundation/messages.h"
+#include "ui/Dialog_Indice_messages.inc"

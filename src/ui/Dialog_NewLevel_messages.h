@@ -1,0 +1,5 @@
+// The texts of Dialog_NewLevel.
+#pragma once
+
+#include "foundation/messages.h"
+#include "ui/Dialog_NewLevel_messages.inc"

@@ -1,0 +1,5 @@
+// The texts of the main form.
+#pragma once
+
+#include "foundation/messages.h"
+#include "ui/Principale_messages.inc"

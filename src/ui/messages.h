@@ -1,0 +1,5 @@
+// Texts of several forms.
+#pragma once
+
+#include "foundation/messages.h"
+#include "ui/messages.inc"
