@@ -1,6 +1,5 @@
 #include "cli/demo.h"
 
-
 #include <algorithm>
 #include <array>
 #include <fstream>
