@@ -114,24 +114,33 @@ bool SecureOriginal() {
     return true;
 }
 
-// A TRLE folder that lacks files of its own is brought in order before another one is asked for. False, after
-// a message, if another program is at work on it: what it lacks now tells nothing.
-bool MendTrle() {
+enum class Trle { Good, Wanting, LockedOut };
+
+// A TRLE folder that lacks files of its own is brought in order before another one is asked for. One at which
+// another program is at work isn't judged a second time: what it lacks meanwhile tells nothing.
+Trle MendTrle() {
     const bool ended =
         swap::EndCutShort() != swap::CutShort::Refused; // what can't be ended is told, and waits
     const std::string trle = TrleFolder();
-    if (trle.empty() || !FolderExists(trle) || swap::CheckTrleFolder(trle, false)) return true;
-    if (!ended && WasLockedOut()) return false;
+    if (trle.empty() || !FolderExists(trle)) return Trle::Wanting;
+    if (swap::CheckTrleFolder(trle, false)) return Trle::Good;
+    if (!ended && WasLockedOut()) return Trle::LockedOut;
     const Change change(msg::kDoingMendTrle, kHomeFolder | kTrleFolder);
-    if (!change) return false;
-    if (swap::CheckTrleFolder(trle, false)) return true; // the other one has ended
-    if (swap::OfferKeptWaves() && swap::CheckTrleFolder(trle, false)) return true;
+    if (!change) return Trle::LockedOut;
+    if (swap::CheckTrleFolder(trle, false)) return Trle::Good; // the other one has ended
+    if (swap::OfferKeptWaves() && swap::CheckTrleFolder(trle, false)) return Trle::Good;
     if (!swap::BackupIsValid() ||
         !AskYesNo(MessageStyle::Question, LoadMessage(msg::kRestoreFirst, {kLineBreak})))
-        return true;
+        return Trle::Wanting;
     ProgressDialog progress(BarPlace::ProgressDialog, {});
     swap::FullRestore(progress.bar, false);
-    return true;
+    return Trle::Wanting;
+}
+
+// False after a message if the program can't run.
+bool SecureTrle() {
+    const Trle found = MendTrle();
+    return found == Trle::Good || (found == Trle::Wanting && trle::ChooseTrleFolder());
 }
 
 // False ends the start-up. An Archive that the user didn't want to make or to find leaves none open.
@@ -209,7 +218,7 @@ void StartUp(std::string_view command_line) {
         session.EndWanted = true;
         return;
     }
-    session.EndWanted = !MendTrle() || !trle::ChooseTrleFolder();
+    session.EndWanted = !SecureTrle();
     if (session.EndWanted || !SecureOriginal()) return;
     if (!OpenArchive()) {
         CloseArchive();
