@@ -7,7 +7,7 @@
 
 #include "foundation/path.h"
 #include "foundation/text.h"
-#include "swap/marker.h"
+#include "trle_state/marker.h"
 
 namespace {
 
@@ -34,11 +34,11 @@ bool Climbs(const std::string& entry) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string bytes(reinterpret_cast<const char*>(data), size);
     const std::string text = kelvash::Utf8FromAnsi(bytes);
-    static_cast<void>(kelvash::LeadingNumber(kelvash::swap::MarkerField("#LEVEL_CODE=", text)));
+    static_cast<void>(kelvash::LeadingNumber(kelvash::trle_state::MarkerField("#LEVEL_CODE=", text)));
     for (const char* tag : {"#COPIED_FILES=", "#OVERWROTEN_FILES="}) {
-        const std::string field = kelvash::swap::MarkerField(tag, text);
+        const std::string field = kelvash::trle_state::MarkerField(tag, text);
         Require(field.find('#') == std::string::npos);
-        for (const std::string& entry : kelvash::swap::MarkerList(tag, text)) {
+        for (const std::string& entry : kelvash::trle_state::MarkerList(tag, text)) {
             Require(entry.find('|') == std::string::npos);
             Require(!kelvash::StaysInside(entry) || !Climbs(entry));
         }

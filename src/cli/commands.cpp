@@ -15,7 +15,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::cli {
 
@@ -88,8 +88,8 @@ bool SelectCode(const std::string& typed, std::int32_t& code) {
 }
 
 nlohmann::ordered_json InstalledCode() {
-    const std::int32_t code = swap::CurrentLevelCode();
-    return code == swap::kNoLevel ? nlohmann::ordered_json(nullptr) : nlohmann::ordered_json(code);
+    const std::int32_t code = trle_state::CurrentLevelCode();
+    return code == trle_state::kNoLevel ? nlohmann::ordered_json(nullptr) : nlohmann::ordered_json(code);
 }
 
 bool TakePath(const std::string& typed, std::string& path) {

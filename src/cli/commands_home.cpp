@@ -14,7 +14,7 @@
 #include "swap/backup.h"
 #include "swap/backup_messages.h"
 #include "swap/trle_folder.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::cli {
 
@@ -78,8 +78,8 @@ bool HomeIsReady() {
 }
 
 // What a changing command would end first; empty if there is nothing.
-std::string CutShortText(const swap::TrleState& state) {
-    if (state.Content != swap::Holds::CutShort) return {};
+std::string CutShortText(const trle_state::TrleState& state) {
+    if (state.Content != trle_state::Holds::CutShort) return {};
     return LoadMessage(msg::kCliCutShort, {state.Record.Owner.Name.empty() ? state.Record.Owner.Folder
                                                                            : state.Record.Owner.Name});
 }
@@ -107,7 +107,7 @@ Result Init(Session& session) {
 Result Status(Session& session) {
     Result result;
     result.ok = OpenQuickly(session);
-    const swap::TrleState state = swap::LookAtTrle();
+    const trle_state::TrleState state = trle_state::LookAtTrle();
     const std::string cut_short = CutShortText(state);
     result.fields = {{"trle", core::TrleFolder()},
                      {"archive", ArchivePath()},

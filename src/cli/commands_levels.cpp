@@ -14,7 +14,7 @@
 #include "swap/backup_messages.h"
 #include "swap/install.h"
 #include "swap/restore.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::cli {
 
@@ -79,7 +79,7 @@ void AppendLine(const LevelRecord& level, bool installed, std::string& lines) {
 
 void ListLevels(bool plain, Result& result) {
     constexpr std::size_t kUsualLength = 512; // bytes of a level as JSON
-    const std::int32_t current = swap::CurrentLevelCode();
+    const std::int32_t current = trle_state::CurrentLevelCode();
     const auto count = static_cast<std::size_t>(core::archive.Header.LevelCount);
     std::string& json = result.large_json;
     json.reserve(plain ? 0 : count * kUsualLength);
@@ -163,7 +163,7 @@ Result Restore(Session& session) {
         restored = session.options.restore_kind == "fast"
                        ? DoneWithoutFailure(session.user, &swap::FastRestore)
                        : RestoreAll(session.user);
-    restored = restored && swap::CurrentLevelCode() == 0;
+    restored = restored && trle_state::CurrentLevelCode() == 0;
     return InstalledResult(EndSession(session) && restored);
 }
 

@@ -7,7 +7,7 @@
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "foundation/waiting.h"
-#include "swap/fragments.h"
+#include "trle_state/fragments.h"
 
 namespace kelvash::companion {
 

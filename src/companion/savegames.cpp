@@ -9,7 +9,7 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::companion {
 
@@ -53,7 +53,7 @@ std::string SavegameLine(std::string_view path) {
 }
 
 std::string SlotFolder(std::int32_t code) {
-    if (code == swap::CurrentLevelCode()) return core::TrleFolder();
+    if (code == trle_state::CurrentLevelCode()) return core::TrleFolder();
     return core::StashFolder(core::LevelFolder(code, false));
 }
 

@@ -18,7 +18,7 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::core {
 
@@ -208,7 +208,7 @@ bool LoadArchive(std::string_view path) {
     for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i)
         if (archive.Levels[static_cast<std::size_t>(i)].RecountSaves) RecountSaves(i);
     RefreshLevelList();
-    SelectLevel(swap::CurrentLevelCode());
+    SelectLevel(trle_state::CurrentLevelCode());
     return true;
 }
 

@@ -1,13 +1,13 @@
 // The check of an Archive's two folders on load, which may have moved with their disk or letter.
 #include "core/archive.h"
 #include "core/archive_messages.h"
+#include "core/owner_moves.h"
 #include "core/path_field.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "swap/level_owner.h"
 
 namespace kelvash::core {
 
@@ -27,7 +27,7 @@ void TakeSecondaryFolder(const std::string& folder) {
     const std::string old(Trim(archive.Header.SecondaryFolder));
     archive.Header.SecondaryFolder = folder;
     ArchiveTouched();
-    static_cast<void>(swap::NoteLevelsMoved(old, folder)); // a failure has been told
+    static_cast<void>(NoteLevelsMoved(old, folder)); // a failure has been told
 }
 
 enum class Outcome { Found, GivenUp, GoOn };

@@ -11,6 +11,7 @@
 #include "core/fragments.h"
 #include "core/level_list.h"
 #include "core/moving_messages.h"
+#include "core/owner_moves.h"
 #include "core/profile.h"
 #include "core/sizes.h"
 #include "core/tr4_info.h"
@@ -23,7 +24,6 @@
 #include "foundation/record.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "swap/level_owner.h"
 
 namespace kelvash::core {
 
@@ -136,7 +136,7 @@ bool MakeWay(const std::string& folder) {
         return false;
     }
     ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kKeptMoved, {folder, kept, kLineBreak}));
-    return swap::NoteLevelMoved(folder, kept);
+    return NoteLevelMoved(folder, kept);
 }
 
 std::int32_t TakeKept(const std::string& folder_name) {
@@ -151,10 +151,10 @@ std::int32_t TakeKept(const std::string& folder_name) {
     const std::int32_t code = std::max(NextLevelCode(), 1);
     const std::string folder = LevelFolder(code, false);
     if (!MakeWay(folder)) return -1;
-    if (!RenameFile(kept, folder) || !CreateLevelFolders(folder) || !swap::NoteLevelMoved(kept, folder))
+    if (!RenameFile(kept, folder) || !CreateLevelFolders(folder) || !NoteLevelMoved(kept, folder))
         return GiveBack(folder, kept);
     if (!SaveLevel(code, name)) {
-        static_cast<void>(swap::NoteLevelMoved(folder, kept)); // else its tr4.inf finds the level
+        static_cast<void>(NoteLevelMoved(folder, kept)); // else its tr4.inf finds the level
         return GiveBack(folder, kept);
     }
     RefreshLevelList();

@@ -7,7 +7,7 @@
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::core {
 
@@ -23,7 +23,7 @@ std::int32_t IndexOf(std::int32_t code) {
 }
 
 std::vector<LevelListItem> SortedItems() {
-    const std::int32_t current = swap::CurrentLevelCode();
+    const std::int32_t current = trle_state::CurrentLevelCode();
     const std::string mark = LoadMessage(msg::kInTrleMark);
     std::vector<std::pair<std::string, LevelListItem>> keyed; // folded text, item
     keyed.reserve(static_cast<std::size_t>(archive.Header.LevelCount));

@@ -11,7 +11,7 @@
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::core {
 
@@ -19,7 +19,7 @@ namespace {
 
 // For the level that is in TRLE the saves of its last stay outside count as the older ones. That is meant.
 std::size_t OlderSaves(const LevelView& view) {
-    if (view.Code != swap::CurrentLevelCode()) return view.ArchivedSavegames.size();
+    if (view.Code != trle_state::CurrentLevelCode()) return view.ArchivedSavegames.size();
     return ListFiles(StashFolder(view.Folder), LoadFragment(fragment::kSaveStashMask)).size();
 }
 

@@ -132,6 +132,8 @@ const std::vector<TableEntry>& MessageTable() {
 #include "swap/messages.inc"
 #include "trle/fragments.inc"
 #include "trle/messages.inc"
+#include "trle_state/fragments.inc"
+#include "trle_state/messages.inc"
 #include "ui/Dialog_Autore_messages.inc"
 #include "ui/Dialog_GetDir_messages.inc"
 #include "ui/Dialog_Indice_messages.inc"

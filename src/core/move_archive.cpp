@@ -15,6 +15,7 @@
 #include "core/level_list.h"
 #include "core/maintenance.h"
 #include "core/moving_messages.h"
+#include "core/owner_moves.h"
 #include "core/path_field.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
@@ -24,7 +25,6 @@
 #include "foundation/place.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "swap/level_owner.h"
 
 namespace kelvash::core {
 
@@ -271,9 +271,9 @@ void ForgetMove(const std::string& target) {
 // first: its writing can be taken back as long as both places hold the folders.
 bool NameNewPlace(const std::string& target) {
     const std::string old_folder(Trim(archive.Header.SecondaryFolder));
-    if (!swap::NoteLevelsMoved(old_folder, target)) return false;
+    if (!NoteLevelsMoved(old_folder, target)) return false;
     if (SaveNewPlace(target)) return true;
-    static_cast<void>(swap::NoteLevelsMoved(target, old_folder)); // else its tr4.inf finds the level
+    static_cast<void>(NoteLevelsMoved(target, old_folder)); // else its tr4.inf finds the level
     return false;
 }
 

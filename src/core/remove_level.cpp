@@ -11,7 +11,7 @@
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/remove.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::core {
 
@@ -35,10 +35,10 @@ bool MayRemove(std::int32_t index) {
 
 // False if the level is still in TRLE: its saves would lose their place.
 bool TakeOutOfTrle(std::int32_t code) {
-    if (!swap::IsInTrle(code)) return true;
+    if (!trle_state::IsInTrle(code)) return true;
     constexpr std::int32_t kNoLevel = -1;
     static_cast<void>(swap::RemovePreviousLevel(kNoLevel)); // what counts is where the level is now
-    if (!swap::IsInTrle(code)) return true;
+    if (!trle_state::IsInTrle(code)) return true;
     ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kRemoveNotTakenOut));
     return false;
 }

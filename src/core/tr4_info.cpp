@@ -10,13 +10,13 @@
 #include "core/change_messages.h"
 #include "core/fragments.h"
 #include "core/level_messages.h"
+#include "core/owner_moves.h"
 #include "foundation/date_text.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "swap/compression.h"
-#include "swap/level_owner.h"
 
 namespace kelvash::core {
 
@@ -162,7 +162,7 @@ void ListTr4(std::string_view folder) {
 bool WriteTr4Info(std::int32_t index) {
     const std::int32_t code = LevelAt(index).Code;
     if (!ReplaceFileBytes(PathOfInfo(code), EncodeTr4Info(Tr4List), Flush::Yes)) return false;
-    swap::NoteLevelChanged(LevelFolder(code, false));
+    NoteLevelChanged(LevelFolder(code, false));
     return true;
 }
 

@@ -15,9 +15,9 @@
 #include "intake/messages.h"
 #include "intake/work_folder.h"
 #include "media/media_config.h"
-#include "swap/file_stamp.h"
 #include "swap/rescued_saves.h"
-#include "swap/trle_state.h"
+#include "trle_state/file_stamp.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::intake {
 
@@ -41,8 +41,8 @@ std::string OwnFolder(const NewLevel& level) {
 // While a level is in TRLE its savegames live there; what is put into its stash would go with the next swap.
 std::string SavesPlace(const NewLevel& level) {
     const std::int32_t code = CodeOf(level);
-    return code != 0 && swap::CurrentLevelCode() == code ? core::TrleFolder()
-                                                         : core::StashFolder(OwnFolder(level));
+    return code != 0 && trle_state::CurrentLevelCode() == code ? core::TrleFolder()
+                                                               : core::StashFolder(OwnFolder(level));
 }
 
 // A load screen is one of the level's files, and becomes a screenshot only when it comes in: it doesn't come
@@ -84,7 +84,7 @@ std::vector<std::string> TakeNamesakes(std::vector<Placing>& placings) {
         return again;
     });
     for (const Placing& placing : placings)
-        if (FileExists(placing.target) && !swap::HoldSameBytes(placing.source, placing.target))
+        if (FileExists(placing.target) && !trle_state::HoldSameBytes(placing.source, placing.target))
             namesakes.push_back(placing.target);
     return namesakes;
 }

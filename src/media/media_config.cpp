@@ -11,6 +11,7 @@
 #include "foundation/text.h"
 #include "media/fragments.h"
 #include "swap/fragments.h"
+#include "trle_state/fragments.h"
 
 namespace kelvash::media {
 

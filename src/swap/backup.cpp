@@ -16,12 +16,15 @@
 #include "swap/backup_messages.h"
 #include "swap/backup_note.h"
 #include "swap/fragments.h"
-#include "swap/marker.h"
 #include "swap/messages.h"
-#include "swap/trle_state.h"
 #include "trle/find_trle.h"
+#include "trle_state/marker.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
+
+using trle_state::CurrentLevelCode;
+using trle_state::MarkerPath;
 
 namespace {
 

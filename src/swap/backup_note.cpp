@@ -15,7 +15,7 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "swap/backup_messages.h"
-#include "swap/fragments.h"
+#include "trle_state/fragments.h"
 
 namespace kelvash::swap {
 

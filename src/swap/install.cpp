@@ -19,14 +19,36 @@
 #include "swap/compression.h"
 #include "swap/fragments.h"
 #include "swap/kept_files.h"
-#include "swap/marker.h"
 #include "swap/messages.h"
+#include "swap/record_additions.h"
 #include "swap/remove.h"
 #include "swap/saves.h"
 #include "swap/trle_folder.h"
-#include "swap/trle_state.h"
+#include "trle_state/marker.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
+
+using trle_state::FileStamp;
+using trle_state::FoundRecord;
+using trle_state::Holds;
+using trle_state::HoldSameBytes;
+using trle_state::IsGameProgram;
+using trle_state::IsStill;
+using trle_state::LevelOwner;
+using trle_state::LookAtTrle;
+using trle_state::MarkerOf;
+using trle_state::MarkerPath;
+using trle_state::OwnerOf;
+using trle_state::ReadSwapRecord;
+using trle_state::RecordedFile;
+using trle_state::RecordState;
+using trle_state::StampOf;
+using trle_state::SwapRecord;
+using trle_state::SwapStep;
+using trle_state::TrleState;
+using trle_state::WriteMarker;
+using trle_state::WriteSwapRecord;
 
 namespace {
 

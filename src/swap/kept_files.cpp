@@ -14,8 +14,13 @@
 #include "foundation/user.h"
 #include "swap/fragments.h"
 #include "swap/messages.h"
+#include "trle_state/fragments.h"
 
 namespace kelvash::swap {
+
+using trle_state::HoldSameBytes;
+using trle_state::IsStill;
+using trle_state::StampOf;
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "swap/swap_record.h"
+#include "trle_state/swap_record.h"
 
 namespace kelvash::swap {
 

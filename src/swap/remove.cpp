@@ -13,16 +13,33 @@
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/backup.h"
-#include "swap/fragments.h"
-#include "swap/marker.h"
 #include "swap/messages.h"
 #include "swap/restore.h"
 #include "swap/saves.h"
 #include "swap/take_out.h"
 #include "swap/trle_folder.h"
-#include "swap/trle_state.h"
+#include "trle_state/fragments.h"
+#include "trle_state/marker.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
+
+using trle_state::FoundRecord;
+using trle_state::Holds;
+using trle_state::IsStill;
+using trle_state::kNoLevel;
+using trle_state::LookAtTrle;
+using trle_state::MarkerField;
+using trle_state::MarkerPath;
+using trle_state::OwnerOf;
+using trle_state::ReadSwapRecord;
+using trle_state::RecordedFile;
+using trle_state::RecordState;
+using trle_state::RepairMarker;
+using trle_state::SwapRecord;
+using trle_state::SwapStep;
+using trle_state::TrleState;
+using trle_state::WriteSwapRecord;
 
 namespace {
 

@@ -20,9 +20,22 @@
 #include "swap/messages.h"
 #include "swap/saves.h"
 #include "swap/trle_folder.h"
-#include "swap/trle_state.h"
+#include "trle_state/fragments.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
+
+using trle_state::FoundRecord;
+using trle_state::IsStill;
+using trle_state::LevelOwner;
+using trle_state::OwnerOf;
+using trle_state::ReadSwapRecord;
+using trle_state::RecordedFile;
+using trle_state::RecordState;
+using trle_state::StampOf;
+using trle_state::SwapRecord;
+using trle_state::SwapStep;
+using trle_state::WriteSwapRecord;
 
 namespace {
 

@@ -15,8 +15,20 @@
 #include "swap/messages.h"
 #include "swap/rescued_saves.h"
 #include "swap/trle_folder.h"
+#include "trle_state/fragments.h"
+#include "trle_state/marker.h"
 
 namespace kelvash::swap {
+
+using trle_state::HoldSameBytes;
+using trle_state::IsGameProgram;
+using trle_state::IsStill;
+using trle_state::LevelOwner;
+using trle_state::RecordedFile;
+using trle_state::StampOf;
+using trle_state::SwapRecord;
+using trle_state::SwapStep;
+using trle_state::WriteSwapRecord;
 
 namespace {
 

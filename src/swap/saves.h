@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "swap/kept_files.h"
-#include "swap/swap_record.h"
+#include "trle_state/swap_record.h"
 
 namespace kelvash::swap {
 
@@ -26,18 +26,19 @@ std::vector<std::string> ListSaves();
 // is rescued. Without `knows_stash` (a level that a marker alone tells of) files that have no twin are
 // rescued. No save leaves the root before all of them are whole on the disk and the record, at the step
 // Leaving, says that the stash may hold what the root lacks.
-[[nodiscard]] StashResult StashLevelFiles(const std::string& level_folder, SwapRecord& record,
+[[nodiscard]] StashResult StashLevelFiles(const std::string& level_folder, trle_state::SwapRecord& record,
                                           bool knows_stash);
 // The same while the level stays in: its saves stay in the root as well.
-[[nodiscard]] bool CopySavesHome(const std::string& level_folder, SwapRecord& record);
+[[nodiscard]] bool CopySavesHome(const std::string& level_folder, trle_state::SwapRecord& record);
 
 // Copies all files of a level's stash into the TRLE root and notes them in the record. What stands in the way
 // is kept first; originals of TRLE that give way to a level's files are noted too, before they do. False if a
 // file couldn't be copied; the game's program and the marker never are.
-[[nodiscard]] bool BringBackLevelFiles(const std::string& level_folder, SwapRecord& record, KeptFiles& kept);
+[[nodiscard]] bool BringBackLevelFiles(const std::string& level_folder, trle_state::SwapRecord& record,
+                                       KeptFiles& kept);
 
 // Moves the saves of the TRLE root into a rescue folder: the owner has no folder they could go to, or there
 // is no owner. False after a message.
-[[nodiscard]] bool RescueSavesOf(const LevelOwner& owner);
+[[nodiscard]] bool RescueSavesOf(const trle_state::LevelOwner& owner);
 
 } // namespace kelvash::swap

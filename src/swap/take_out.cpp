@@ -15,6 +15,11 @@
 
 namespace kelvash::swap {
 
+using trle_state::IsStill;
+using trle_state::RecordedFile;
+using trle_state::StampOf;
+using trle_state::SwapRecord;
+
 namespace {
 
 using core::BackupFolder;

@@ -7,6 +7,7 @@
 #include "swap/backup_messages.h"
 #include "swap/fragments.h"
 #include "swap/messages.h"
+#include "trle_state/fragments.h"
 
 namespace kelvash::swap {
 
@@ -38,10 +39,6 @@ bool CheckTrleFolder(std::string_view folder, bool show_messages) {
     const std::optional<Fault> fault = FindFault(std::string(Trim(folder)));
     if (fault && show_messages) ShowMessage(fault->style, fault->text);
     return !fault;
-}
-
-bool IsGameProgram(std::string_view target) {
-    return EqualNoCase(target, LoadFragment(fragment::kGameProgram));
 }
 
 bool TrleIsThere() {

@@ -12,10 +12,6 @@ inline constexpr int kAudioTracks = 54;
 // first thing missing is told.
 [[nodiscard]] bool CheckTrleFolder(std::string_view folder, bool show_messages);
 
-// True for the target (relative, with a leading back-slash) of the game's program, which no level replaces or
-// takes away.
-bool IsGameProgram(std::string_view target);
-
 // False after a message if the TRLE folder in use can't be read: its drive isn't there, say. Nothing may be
 // decided or changed then.
 [[nodiscard]] bool TrleIsThere();

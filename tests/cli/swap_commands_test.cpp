@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "cli/cli_home.h"
-#include "swap/swap_record.h"
+#include "trle_state/swap_record.h"
 
 namespace kelvash::test {
 namespace {
@@ -141,10 +141,10 @@ TEST_F(Sandbox, TellsOfASwapThatWasCutShortUntilItIsEnded) {
     fs::path file;
     for (const auto& entry : fs::directory_iterator(root / "demo" / "drive_c" / "Kelvash"))
         if (entry.path().extension() == ".rec") file = entry.path();
-    std::optional<swap::SwapRecord> record = swap::DecodeSwapRecord(BytesOf(file));
+    std::optional<trle_state::SwapRecord> record = trle_state::DecodeSwapRecord(BytesOf(file));
     ASSERT_TRUE(record);
-    record->Step = swap::SwapStep::Entering;
-    MakeFile(file, swap::EncodeSwapRecord(*record, "C:\\Program Files\\Core Design\\trle"));
+    record->Step = trle_state::SwapStep::Entering;
+    MakeFile(file, trle_state::EncodeSwapRecord(*record, "C:\\Program Files\\Core Design\\trle"));
     const CliRun cut = InSandbox({"status"});
     EXPECT_EQ(cut.status, 0);
     EXPECT_THAT(cut.lines.back(),

@@ -13,6 +13,7 @@
 #include "intake/messages.h"
 #include "support/foundation_home.h"
 #include "swap/fragments.h"
+#include "trle_state/fragments.h"
 
 namespace kelvash::core {
 namespace {

@@ -6,9 +6,11 @@
 #include "support/swap_home.h"
 #include "swap/install.h"
 #include "swap/restore.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
+
+using trle_state::CurrentLevelCode;
 namespace {
 
 using testing::Contains;

@@ -10,12 +10,19 @@
 #include "support/swap_home.h"
 #include "support/swap_world.h"
 #include "swap/install.h"
-#include "swap/marker.h"
 #include "swap/remove.h"
 #include "swap/restore.h"
-#include "swap/trle_state.h"
+#include "trle_state/marker.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
+
+using trle_state::CurrentLevelCode;
+using trle_state::OwnerOf;
+using trle_state::SwapRecord;
+using trle_state::SwapStep;
+using trle_state::WriteMarker;
+using trle_state::WriteSwapRecord;
 namespace {
 
 using testing::Each;

@@ -6,9 +6,16 @@
 #include "core/profile.h"
 #include "foundation/drives.h"
 #include "support/swap_home.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
+
+using trle_state::CurrentLevelCode;
+using trle_state::LevelIsWhole;
+using trle_state::OwnerOf;
+using trle_state::SwapRecord;
+using trle_state::SwapStep;
+using trle_state::WriteSwapRecord;
 namespace {
 
 using testing::ElementsAre;

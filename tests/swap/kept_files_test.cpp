@@ -8,9 +8,11 @@
 #include "swap/install.h"
 #include "swap/remove.h"
 #include "swap/restore.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
+
+using trle_state::LevelIsWhole;
 namespace {
 
 using testing::ElementsAre;

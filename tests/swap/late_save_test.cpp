@@ -9,6 +9,9 @@
 #include "swap/saves.h"
 
 namespace kelvash::swap {
+
+using trle_state::ReadSwapRecord;
+using trle_state::SwapRecord;
 namespace {
 
 using testing::ElementsAre;

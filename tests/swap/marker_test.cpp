@@ -1,12 +1,21 @@
-#include "swap/marker.h"
+#include "trle_state/marker.h"
 
 #include <gmock/gmock.h>
 
 #include "core/profile.h"
 #include "support/swap_home.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
+
+using trle_state::CleanMarkerList;
+using trle_state::CurrentLevelCode;
+using trle_state::Marker;
+using trle_state::MarkerField;
+using trle_state::MarkerList;
+using trle_state::MarkerPath;
+using trle_state::MarkerText;
+using trle_state::WriteMarker;
 namespace {
 
 using testing::ElementsAre;

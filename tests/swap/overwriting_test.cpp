@@ -8,9 +8,13 @@
 #include "swap/kept_files.h"
 #include "swap/remove.h"
 #include "swap/restore.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
+
+using trle_state::CurrentLevelCode;
+using trle_state::ReadSwapRecord;
+using trle_state::SwapRecord;
 namespace {
 
 using testing::Contains;

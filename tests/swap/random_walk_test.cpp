@@ -15,7 +15,7 @@
 #include "swap/install.h"
 #include "swap/remove.h"
 #include "swap/restore.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::test {
 namespace {
@@ -247,7 +247,7 @@ void RandomWalk::CheckWorld() const {
     }
     EXPECT_EQ(trle, model->Trle());
     EXPECT_EQ(marker, model->Marker());
-    EXPECT_EQ(swap::CurrentLevelCode(), model->Current());
+    EXPECT_EQ(trle_state::CurrentLevelCode(), model->Current());
     EXPECT_EQ(FilesIn(world.StashPath(0)), model->Stash(0)) << "stash of level 0";
     for (const WorldLevel& level : levels) {
         EXPECT_EQ(FilesIn(world.StashPath(level.code)), model->Stash(level.code))

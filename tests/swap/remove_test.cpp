@@ -7,10 +7,18 @@
 #include "support/swap_home.h"
 #include "swap/install.h"
 #include "swap/restore.h"
-#include "swap/swap_record.h"
-#include "swap/trle_state.h"
+#include "trle_state/swap_record.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
+
+using trle_state::OwnerOf;
+using trle_state::ReadSwapRecord;
+using trle_state::RecordState;
+using trle_state::StampOf;
+using trle_state::SwapRecord;
+using trle_state::SwapStep;
+using trle_state::WriteSwapRecord;
 namespace {
 
 using testing::Contains;

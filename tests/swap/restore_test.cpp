@@ -5,9 +5,11 @@
 #include "core/profile.h"
 #include "support/swap_home.h"
 #include "swap/install.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
+
+using trle_state::CurrentLevelCode;
 namespace {
 
 using testing::Contains;

@@ -1,12 +1,26 @@
-#include "swap/swap_record.h"
+#include "trle_state/swap_record.h"
 
 #include <gmock/gmock.h>
 
 #include "core/profile.h"
 #include "support/swap_home.h"
-#include "swap/level_owner.h"
+#include "trle_state/level_owner.h"
 
 namespace kelvash::swap {
+
+using trle_state::CodeOfFolder;
+using trle_state::DecodeSwapRecord;
+using trle_state::EncodeSwapRecord;
+using trle_state::FindOwnerFolder;
+using trle_state::kNoLevel;
+using trle_state::LevelOwner;
+using trle_state::OwnerOf;
+using trle_state::ReadSwapRecord;
+using trle_state::RecordState;
+using trle_state::SwapRecord;
+using trle_state::SwapRecordPath;
+using trle_state::SwapStep;
+using trle_state::WriteSwapRecord;
 namespace {
 
 namespace fs = std::filesystem;

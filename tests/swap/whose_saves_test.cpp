@@ -5,6 +5,7 @@
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/maintenance.h"
+#include "core/owner_moves.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
 #include "support/swap_home.h"
@@ -12,9 +13,14 @@
 #include "swap/remove.h"
 #include "swap/rescued_saves.h"
 #include "swap/restore.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
+
+using trle_state::CurrentLevelCode;
+using trle_state::kNoLevel;
+using trle_state::LookAtTrle;
+using trle_state::SwapRecordPath;
 namespace {
 
 using testing::Contains;
@@ -219,7 +225,7 @@ TEST_F(WhoseSaves, ThatThePlayerDeletedDoNotComeBack) {
 
 TEST_F(WhoseSaves, GoHomeWhenTheLevelsMoved) {
     fs::copy(drive / "Levels", drive / "New", fs::copy_options::recursive);
-    ASSERT_TRUE(NoteLevelsMoved("C:\\Levels", "C:\\New"));
+    ASSERT_TRUE(core::NoteLevelsMoved("C:\\Levels", "C:\\New"));
     fs::remove_all(drive / "Levels");
     levels = drive / "New";
     core::archive.Header.SecondaryFolder = "C:\\New";

@@ -6,7 +6,7 @@
 #include "support/swap_home.h"
 #include "support/ui_home.h"
 #include "swap/install.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::test {
 namespace {
@@ -40,7 +40,7 @@ TEST_F(DialogRestore, FastTakesTheLevelOutAndCloses) {
     robot.WillPress("Set in Tomb Raider Level Editor, original configuration", "OK");
     Press(&form, "Pul_Fast");
     EXPECT_FALSE(form.isVisible());
-    EXPECT_EQ(swap::CurrentLevelCode(), 0);
+    EXPECT_EQ(trle_state::CurrentLevelCode(), 0);
     EXPECT_FALSE(Exists(trle / "data/city.tr4"));
     EXPECT_EQ(BytesOf(trle / "script.dat"), "original script.dat");
 }
@@ -55,7 +55,7 @@ TEST_F(DialogRestore, AFailedFastRestoreLeavesTheFormOpen) {
     robot.WillPress("Error setting original configuration in trle folder", "OK");
     Press(&form, "Pul_Fast");
     EXPECT_TRUE(form.isVisible());
-    EXPECT_EQ(swap::CurrentLevelCode(), 1);
+    EXPECT_EQ(trle_state::CurrentLevelCode(), 1);
 }
 
 TEST_F(DialogRestore, FullMakesTheFolderOriginalWithItsOwnLabelAndBar) {
@@ -78,7 +78,7 @@ TEST_F(DialogRestore, CancelChangesNothing) {
     form.show();
     Press(&form, "Pul_Cancel");
     EXPECT_FALSE(form.isVisible());
-    EXPECT_EQ(swap::CurrentLevelCode(), 1);
+    EXPECT_EQ(trle_state::CurrentLevelCode(), 1);
 }
 
 } // namespace

@@ -12,7 +12,7 @@
 #include "support/built.h"
 #include "support/trle_sandbox.h"
 #include "support/ui_home.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 #include "ui/Dialog_Splash.h"
 #include "ui/Principale.h"
 #include "ui/shipped_files.h"
@@ -78,13 +78,13 @@ TEST_F(FirstRun, GoesFromNothingToAPlayedLevelAndBack) {
         form.Timer1->setInterval(20);
         Press(&form, "Pul_Play");
         WaitUntil([&] { return form.centralWidget()->isEnabled(); });
-        EXPECT_EQ(swap::CurrentLevelCode(), 1);
+        EXPECT_EQ(trle_state::CurrentLevelCode(), 1);
         EXPECT_EQ(form.Combo_Livelli->currentIndex().data().toString().toStdString(), "City (*)");
 
         robot.WillPress("Dialog_Restore", "Pul_Fast");
         robot.WillPress("Set in Tomb Raider Level Editor, original configuration", "OK");
         form.Command("mnu_SetOriginale")->trigger();
-        EXPECT_EQ(swap::CurrentLevelCode(), 0);
+        EXPECT_EQ(trle_state::CurrentLevelCode(), 0);
         EXPECT_FALSE(Exists(trle / "data/city.tr4"));
         form.close();
     }

@@ -8,7 +8,7 @@
 #include "foundation/files.h"
 #include "support/built.h"
 #include "swap/install.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 #include "ui/principale_home.h"
 
 namespace kelvash::test {
@@ -38,7 +38,7 @@ TEST_F(PrincipaleCommands, PlayPutsTheLevelInAndComesBackWhenTheGameEnds) {
     core::SelectLevel(2);
     form.Timer1->setInterval(20);
     Press(&form, "Pul_Play");
-    EXPECT_EQ(swap::CurrentLevelCode(), 2);
+    EXPECT_EQ(trle_state::CurrentLevelCode(), 2);
     EXPECT_TRUE(Exists(trle / "data/alpha.tr4"));
     EXPECT_EQ(Current(), "Alpha");
     EXPECT_THAT(Shown(), Contains("- TRLE: Original configuration - (*)")) << "till the game has ended";
@@ -77,7 +77,7 @@ TEST_F(PrincipaleCommands, EnterInTheListPlays) {
     robot.WillPress("Warning: this level has NO .tr4 file.", "No");
     robot.WillPress("Error while installing files to play new level", "OK");
     QTest::keyClick(form.Combo_Livelli, Qt::Key_Return);
-    EXPECT_EQ(swap::CurrentLevelCode(), 0);
+    EXPECT_EQ(trle_state::CurrentLevelCode(), 0);
 }
 
 TEST_F(PrincipaleCommands, AGameThatDoesntStartIsTold) {

@@ -10,7 +10,7 @@
 
 #include "foundation/files.h"
 #include "swap/install.h"
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 #include "ui/principale_home.h"
 
 namespace kelvash::test {
@@ -367,7 +367,7 @@ TEST_F(PrincipaleForm, EnterTwiceInTheSearchFindsAndStartsNothing) {
         QTest::keyClick(form.focusWidget(), Qt::Key_Return);
     EXPECT_EQ(Current(), "beta city");
     EXPECT_EQ(form.focusWidget(), form.Text_Search);
-    EXPECT_EQ(swap::CurrentLevelCode(), 0);
+    EXPECT_EQ(trle_state::CurrentLevelCode(), 0);
 }
 
 TEST_F(PrincipaleForm, TheButtonOfTheSearchGoesToTheList) {

@@ -3,12 +3,17 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "core/owner_moves.h"
 #include "foundation/lock.h"
 #include "support/swap_home.h"
 #include "swap/install.h"
-#include "swap/trle_state.h"
+#include "swap/record_additions.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
+
+using trle_state::HashOfBytes;
+using trle_state::ReadSwapRecord;
 namespace {
 
 using testing::ElementsAre;
@@ -68,11 +73,11 @@ class LockedRecord : public test::SwapHome {
 TEST_F(LockedRecord, KeepsItsOwnerTillTheLockIsFree) {
     {
         const Holder holder;
-        EXPECT_FALSE(NoteLevelsMoved("C:\\Levels", "C:\\Moved"));
+        EXPECT_FALSE(core::NoteLevelsMoved("C:\\Levels", "C:\\Moved"));
         EXPECT_THAT(user.Told(), ElementsAre(StartsWith("critical: Another Kelvash")));
         EXPECT_EQ(OwnersFolder(), "C:\\Levels\\LEVEL_0001");
     }
-    EXPECT_TRUE(NoteLevelsMoved("C:\\Levels", "C:\\Moved"));
+    EXPECT_TRUE(core::NoteLevelsMoved("C:\\Levels", "C:\\Moved"));
     EXPECT_EQ(OwnersFolder(), "C:\\Moved\\LEVEL_0001");
 }
 

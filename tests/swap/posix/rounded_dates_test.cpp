@@ -6,9 +6,13 @@
 #include "support/refused_call.h"
 #include "support/swap_home.h"
 #include "swap/install.h"
-#include "swap/swap_record.h"
+#include "trle_state/swap_record.h"
 
 namespace kelvash::swap {
+
+using trle_state::IsStill;
+using trle_state::ReadSwapRecord;
+using trle_state::SwapRecord;
 namespace {
 
 namespace fs = std::filesystem;

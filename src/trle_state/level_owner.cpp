@@ -1,20 +1,18 @@
-#include "swap/level_owner.h"
+#include "trle_state/level_owner.h"
 
 #include <algorithm>
 #include <vector>
 
-#include "core/archive.h"
-#include "core/change.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/place.h"
 #include "foundation/text.h"
-#include "swap/fragments.h"
-#include "swap/messages.h"
+#include "trle_state/fragments.h"
+#include "trle_state/surroundings.h"
 
-namespace kelvash::swap {
+namespace kelvash::trle_state {
 
 namespace {
 
@@ -57,12 +55,17 @@ bool IsItsPlace(const std::string& folder, const LevelOwner& owner) {
 
 } // namespace
 
-LevelOwner OwnerOf(std::int32_t code) {
+LevelOwner OwnerIn(std::string_view folder) {
     LevelOwner owner;
-    owner.Folder = core::LevelFolder(code, false);
-    owner.FromHome = PathFrom(AppFolder(), owner.Folder);
-    owner.Name = Trim(core::LevelByCode(code).Name);
-    owner.Tr4InfHash = Tr4InfHash(owner.Folder);
+    owner.Folder = folder;
+    owner.FromHome = PathFrom(AppFolder(), folder);
+    owner.Tr4InfHash = Tr4InfHash(folder);
+    return owner;
+}
+
+LevelOwner OwnerOf(std::int32_t code) {
+    LevelOwner owner = OwnerIn(FolderOfLevel(code));
+    owner.Name = NameOfLevel(code);
     owner.Code = code;
     return owner;
 }
@@ -74,48 +77,16 @@ std::string FindOwnerFolder(const LevelOwner& owner) {
         !owner.FromHome.empty() && IsItsPlace(moved, owner))
         return moved;
     if (owner.Tr4InfHash.empty()) return {};
-    for (std::int32_t i = 0; i < core::archive.Header.LevelCount; ++i) {
-        const std::string folder =
-            core::LevelFolder(core::archive.Levels[static_cast<std::size_t>(i)].Code, false);
-        if (IsItsPlace(folder, owner)) return folder;
-    }
+    for (const std::int32_t code : ListedCodes())
+        if (const std::string folder = FolderOfLevel(code); IsItsPlace(folder, owner)) return folder;
     return {};
 }
 
 std::int32_t CodeOfFolder(std::string_view folder) {
     const std::string name = FileNameOf(folder);
     const std::optional<std::int32_t> code = WholeNumber(name.substr(name.rfind('_') + 1));
-    if (!code || core::LevelIndex(*code) < 0) return kNoLevel;
-    return IsSamePlace(core::LevelFolder(*code, false), folder) ? *code : kNoLevel;
+    if (!code || !IsListed(*code)) return kNoLevel;
+    return IsSamePlace(FolderOfLevel(*code), folder) ? *code : kNoLevel;
 }
 
-bool NoteLevelMoved(std::string_view old_folder, std::string_view new_folder) {
-    const core::Change change(msg::kDoingOwner, core::kHomeFolder);
-    if (!change) return false;
-    FoundRecord found = ReadSwapRecord();
-    LevelOwner& owner = found.Record.Owner;
-    if (found.State != RecordState::Good || owner.Folder.empty() || !IsSamePlace(owner.Folder, old_folder) ||
-        !FolderExists(new_folder))
-        return true;
-    owner.Folder = new_folder;
-    owner.FromHome = PathFrom(AppFolder(), new_folder);
-    return WriteSwapRecord(found.Record);
-}
-
-bool NoteLevelsMoved(std::string_view old_parent, std::string_view new_parent) {
-    const std::string name = FileNameOf(ReadSwapRecord().Record.Owner.Folder);
-    return name.empty() ||
-           NoteLevelMoved(std::string(old_parent) + "\\" + name, std::string(new_parent) + "\\" + name);
-}
-
-void NoteLevelChanged(std::string_view folder) {
-    const core::Change change(msg::kDoingTr4Info, core::kHomeFolder);
-    if (!change) return;
-    FoundRecord found = ReadSwapRecord();
-    LevelOwner& owner = found.Record.Owner;
-    if (found.State != RecordState::Good || !IsSamePlace(owner.Folder, folder)) return;
-    owner.Tr4InfHash = Tr4InfHash(folder);
-    static_cast<void>(WriteSwapRecord(found.Record)); // without it the folder's own place is the proof
-}
-
-} // namespace kelvash::swap
+} // namespace kelvash::trle_state

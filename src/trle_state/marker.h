@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "swap/swap_record.h"
+#include "trle_state/swap_record.h"
 
-namespace kelvash::swap {
+namespace kelvash::trle_state {
 
 // A marker's fields; the paths are relative to the TRLE folder, each with a leading back-slash.
 struct Marker {
@@ -19,6 +19,10 @@ struct Marker {
     std::vector<std::string> Overwritten;
     std::vector<std::string> Copied;
 };
+
+// True for the target (relative, with a leading back-slash) of the game's program, which no level replaces or
+// takes away.
+bool IsGameProgram(std::string_view target);
 
 // What the marker of a level that is in says.
 Marker MarkerOf(const SwapRecord& record);
@@ -50,4 +54,4 @@ std::string ReadMarker();
 // Writes the marker of a record anew if it is missing or another one.
 void RepairMarker(SwapRecord record);
 
-} // namespace kelvash::swap
+} // namespace kelvash::trle_state

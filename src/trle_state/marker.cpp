@@ -1,17 +1,16 @@
-#include "swap/marker.h"
+#include "trle_state/marker.h"
 
 #include <algorithm>
 
-#include "core/profile.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
-#include "swap/file_stamp.h"
-#include "swap/fragments.h"
-#include "swap/trle_folder.h"
+#include "trle_state/file_stamp.h"
+#include "trle_state/fragments.h"
+#include "trle_state/surroundings.h"
 
-namespace kelvash::swap {
+namespace kelvash::trle_state {
 
 namespace {
 
@@ -38,6 +37,10 @@ bool IsInstallTarget(const std::string& entry) {
 }
 
 } // namespace
+
+bool IsGameProgram(std::string_view target) {
+    return EqualNoCase(target, LoadFragment(fragment::kGameProgram));
+}
 
 Marker MarkerOf(const SwapRecord& record) {
     Marker marker{record.Owner.Code, record.Owner.Name, {}, {}};
@@ -86,7 +89,7 @@ std::vector<std::string> CleanMarkerList(std::string_view tag, std::string_view 
 }
 
 std::string MarkerPath() {
-    return core::TrleFolder() + LoadFragment(fragment::kMarkerName);
+    return TrleFolder() + LoadFragment(fragment::kMarkerName);
 }
 
 std::string ReadMarkerBytes() {
@@ -109,4 +112,4 @@ void RepairMarker(SwapRecord record) {
     if (WriteMarker(MarkerOf(record), true, record.MarkerHash)) static_cast<void>(WriteSwapRecord(record));
 }
 
-} // namespace kelvash::swap
+} // namespace kelvash::trle_state

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "swap/level_owner.h"
-#include "swap/swap_record.h"
+#include "trle_state/level_owner.h"
+#include "trle_state/swap_record.h"
 
-namespace kelvash::swap {
+namespace kelvash::trle_state {
 
 enum class Holds {
     Original, // no level
@@ -43,10 +43,4 @@ bool IsInTrle(std::int32_t code);
 // True if each file that the level in TRLE brought could be copied.
 bool LevelIsWhole();
 
-// Adds files that came into the TRLE folder while its level is in, given by targets. They leave with it.
-// False if no level is in, or after a message.
-[[nodiscard]] bool AddToRecord(const std::vector<std::string>& targets);
-// Reads the files of the level that is in and notes their hashes, which an install leaves out for speed.
-void CompleteHashes();
-
-} // namespace kelvash::swap
+} // namespace kelvash::trle_state

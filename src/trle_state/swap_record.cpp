@@ -1,19 +1,19 @@
-#include "swap/swap_record.h"
+#include "trle_state/swap_record.h"
 
 #include <array>
 #include <charconv>
 #include <initializer_list>
 
-#include "core/profile.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "swap/fragments.h"
-#include "swap/messages.h"
+#include "trle_state/fragments.h"
+#include "trle_state/messages.h"
+#include "trle_state/surroundings.h"
 
-namespace kelvash::swap {
+namespace kelvash::trle_state {
 
 namespace {
 
@@ -152,8 +152,7 @@ std::optional<SwapRecord> DecodeSwapRecord(std::string_view bytes) {
 std::string SwapRecordPath() {
     constexpr std::size_t kDigits = 8; // enough to tell the TRLE folders of one user apart
     return AppFolder() + LoadFragment(fragment::kRecordNameStart) +
-           HashOfBytes(FoldCase(core::TrleFolder())).substr(0, kDigits) +
-           LoadFragment(fragment::kRecordNameEnd);
+           HashOfBytes(FoldCase(TrleFolder())).substr(0, kDigits) + LoadFragment(fragment::kRecordNameEnd);
 }
 
 FoundRecord ReadSwapRecord() {
@@ -166,10 +165,9 @@ FoundRecord ReadSwapRecord() {
 }
 
 bool WriteSwapRecord(const SwapRecord& record) {
-    if (ReplaceFileBytes(SwapRecordPath(), EncodeSwapRecord(record, core::TrleFolder()), Flush::No))
-        return true;
+    if (ReplaceFileBytes(SwapRecordPath(), EncodeSwapRecord(record, TrleFolder()), Flush::No)) return true;
     TellCritical(LoadMessage(msg::kCannotWriteRecord) + SwapRecordPath());
     return false;
 }
 
-} // namespace kelvash::swap
+} // namespace kelvash::trle_state

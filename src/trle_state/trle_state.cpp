@@ -1,20 +1,16 @@
-#include "swap/trle_state.h"
+#include "trle_state/trle_state.h"
 
 #include <algorithm>
 
-#include "core/archive.h"
-#include "core/change.h"
-#include "core/profile.h"
-#include "core/tr4_info.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
-#include "swap/fragments.h"
-#include "swap/marker.h"
-#include "swap/messages.h"
+#include "trle_state/fragments.h"
+#include "trle_state/marker.h"
+#include "trle_state/surroundings.h"
 
-namespace kelvash::swap {
+namespace kelvash::trle_state {
 
 namespace {
 
@@ -26,33 +22,30 @@ bool LevelFilesStand(const SwapRecord& record) {
     const auto& files = record.Copied;
     return std::any_of(files.begin(), files.end(), IsLevelFile) &&
            std::all_of(files.begin(), files.end(), [](const RecordedFile& file) {
-               return !IsLevelFile(file) || IsStill(core::TrleFolder() + file.Target, file.Stamp);
+               return !IsLevelFile(file) || IsStill(TrleFolder() + file.Target, file.Stamp);
            });
 }
 
 bool StillHolds(const SwapRecord& record) {
-    return !FolderExists(core::TrleFolder()) ||
+    return !FolderExists(TrleFolder()) ||
            (!record.MarkerHash.empty() && HashOfBytes(ReadMarkerBytes()) == record.MarkerHash) ||
            LevelFilesStand(record);
 }
 
 // True if the .tr4 files of a level, as its tr4.inf lists them, are those in TRLE.
 bool HasItsTr4s(std::int32_t code) {
-    const std::string bytes =
-        ReadWholeFile(core::LevelFolder(code, false) + LoadFragment(fragment::kRecordTr4Info));
-    const std::vector<core::Tr4Info> list = core::DecodeTr4Info(bytes);
-    const std::string data = core::TrleFolder() + LoadFragment(fragment::kMarkerDataFolder);
-    return !list.empty() && std::all_of(list.begin(), list.end(), [&](const core::Tr4Info& info) {
-        const std::string name(Trim(info.FileName));
-        return StaysInside("\\" + name) && FileExists(data + "\\" + name) &&
-               FileSize(data + "\\" + name) == info.FileSize;
+    const std::vector<ListedTr4> list = ListedTr4s(code);
+    const std::string data = TrleFolder() + LoadFragment(fragment::kMarkerDataFolder);
+    return !list.empty() && std::all_of(list.begin(), list.end(), [&](const ListedTr4& listed) {
+        const std::string file = data + "\\" + listed.Name;
+        return StaysInside("\\" + listed.Name) && FileExists(file) && FileSize(file) == listed.Size;
     });
 }
 
 bool IsMarkersLevel(std::int32_t code, const std::string& marker) {
-    if (core::LevelIndex(code) < 0) return false;
+    if (!IsListed(code)) return false;
     const std::string name = MarkerField(LoadFragment(fragment::kMarkerLevelName), marker);
-    return (!name.empty() && EqualNoCase(name, MarkerName(core::LevelByCode(code).Name))) || HasItsTr4s(code);
+    return (!name.empty() && EqualNoCase(name, MarkerName(NameOfLevel(code)))) || HasItsTr4s(code);
 }
 
 std::vector<RecordedFile> ListedFiles(const Fragment& tag, const std::string& marker) {
@@ -77,7 +70,7 @@ void TakeMarker(TrleState& state) {
     if (code == 0 || state.OwnerFolder.empty()) return;
     // A copy has the date of the level's own file.
     for (RecordedFile& file : state.Record.Copied)
-        file.Stamp = StampOf(core::FilesFolder(state.OwnerFolder) + "\\" + FileNameOf(file.Target));
+        file.Stamp = StampOf(FilesOfLevel(state.OwnerFolder) + "\\" + FileNameOf(file.Target));
 }
 
 bool IsProgram(const RecordedFile& file) {
@@ -136,7 +129,7 @@ std::int32_t CurrentLevelCode() {
     const std::int32_t marked =
         LeadingNumber(MarkerField(LoadFragment(fragment::kMarkerLevelCode), state.MarkerText));
     if (state.Content == Holds::Original || marked == 0) return 0;
-    return core::LevelIndex(marked) >= 0 ? kNoLevel : marked;
+    return IsListed(marked) ? kNoLevel : marked;
 }
 
 bool IsInTrle(std::int32_t code) {
@@ -152,27 +145,4 @@ bool LevelIsWhole() {
                        [](const RecordedFile& file) { return file.Stamp.Size >= 0; });
 }
 
-bool AddToRecord(const std::vector<std::string>& targets) {
-    const core::Change change(msg::kDoingRecord, core::kHomeFolder | core::kTrleFolder);
-    if (!change) return false;
-    TrleState state = LookAtTrle();
-    if (state.Content != Holds::Level || !state.FromRecord) return false;
-    for (const std::string& target : targets)
-        if (StaysInside(target))
-            state.Record.Copied.push_back({target, StampOf(core::TrleFolder() + target)});
-    return WriteSwapRecord(state.Record);
-}
-
-void CompleteHashes() {
-    const core::Change change(msg::kDoingHashes, core::kHomeFolder | core::kTrleFolder);
-    if (!change) return;
-    TrleState state = LookAtTrle();
-    if (state.Content != Holds::Level || !state.FromRecord) return;
-    for (RecordedFile& file : state.Record.Copied) {
-        const std::string path = core::TrleFolder() + file.Target;
-        if (file.Stamp.Hash.empty() && IsStill(path, file.Stamp)) file.Stamp.Hash = HashOfFile(path);
-    }
-    static_cast<void>(WriteSwapRecord(state.Record)); // size and date hold until then
-}
-
-} // namespace kelvash::swap
+} // namespace kelvash::trle_state

@@ -1,4 +1,4 @@
-#include "swap/file_stamp.h"
+#include "trle_state/file_stamp.h"
 
 #include <xxhash.h>
 
@@ -11,7 +11,7 @@
 #include "foundation/drives.h"
 #include "foundation/files.h"
 
-namespace kelvash::swap {
+namespace kelvash::trle_state {
 
 namespace {
 
@@ -88,4 +88,4 @@ bool HoldSameBytes(std::string_view a, std::string_view b) {
     }
 }
 
-} // namespace kelvash::swap
+} // namespace kelvash::trle_state

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace kelvash::swap {
+namespace kelvash::trle_state {
 
 struct FileStamp {
     std::int64_t Size = -1; // bytes; below 0: nothing is known of the file, or it wasn't there
@@ -25,4 +25,4 @@ bool IsStill(std::string_view path, const FileStamp& stamp);
 // True if both files exist and hold the same bytes.
 bool HoldSameBytes(std::string_view a, std::string_view b);
 
-} // namespace kelvash::swap
+} // namespace kelvash::trle_state

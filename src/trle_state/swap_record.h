@@ -14,9 +14,9 @@
 #include <string_view>
 #include <vector>
 
-#include "swap/file_stamp.h"
+#include "trle_state/file_stamp.h"
 
-namespace kelvash::swap {
+namespace kelvash::trle_state {
 
 enum class SwapStep {
     Original, // no level is in; the saves in the root are level 0000's, and its stash is to be added to
@@ -71,4 +71,4 @@ FoundRecord ReadSwapRecord();
 [[nodiscard]] bool WriteSwapRecord(const SwapRecord& record);
 std::string SwapRecordPath();
 
-} // namespace kelvash::swap
+} // namespace kelvash::trle_state
