@@ -13,7 +13,7 @@
 #include "foundation/text.h"
 #include "swap/backup.h"
 #include "swap/backup_messages.h"
-#include "swap/trle_folder.h"
+#include "trle/trle_folder.h"
 #include "trle_state/trle_state.h"
 
 namespace kelvash::cli {
@@ -65,7 +65,7 @@ bool HomeIsTaken(const std::string& trle) {
         return true;
     }
     if (core::TrleFolder().empty() || EqualNoCase(core::TrleFolder(), trle) ||
-        !swap::CheckTrleFolder(core::TrleFolder(), false))
+        !trle::CheckTrleFolder(core::TrleFolder(), false))
         return false;
     TellCritical(LoadMessage(msg::kCliHomeHasTrle) + core::TrleFolder());
     return true;
@@ -73,7 +73,7 @@ bool HomeIsTaken(const std::string& trle) {
 
 // All that a start-up insists on but the Archive.
 bool HomeIsReady() {
-    return swap::CheckTrleFolder(core::TrleFolder(), false) && swap::BackupIsValid() &&
+    return trle::CheckTrleFolder(core::TrleFolder(), false) && swap::BackupIsValid() &&
            FolderExists(core::LevelFolder(0, false));
 }
 

@@ -12,7 +12,7 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "swap/trle_folder.h"
+#include "trle/trle_folder.h"
 
 namespace kelvash::companion {
 
@@ -40,7 +40,7 @@ Settings BeginSettings() {
 void ChooseTrleFolder(Settings& settings) {
     const std::optional<std::string> chosen = TheUser().ChooseFolder(
         LoadMessage(msg::kSettingsTrleTitle), std::string(Trim(settings.Edited.TrleFolder)));
-    if (chosen && core::CheckPath(*chosen) && swap::CheckTrleFolder(*chosen, true))
+    if (chosen && core::CheckPath(*chosen) && trle::CheckTrleFolder(*chosen, true))
         settings.Edited.TrleFolder = *chosen;
 }
 

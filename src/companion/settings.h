@@ -30,7 +30,7 @@ inline constexpr int kMostTenthsToChoose = 9;
 Settings BeginSettings();
 
 // Each asks for another path; what is refused, after a message, or not chosen leaves the old one. A TRLE
-// folder must pass swap::CheckTrleFolder; every path must fit its field of the profile's file.
+// folder must pass trle::CheckTrleFolder; every path must fit its field of the profile's file.
 void ChooseTrleFolder(Settings& settings);
 void ChooseDownloadFolder(Settings& settings);
 void ChooseGraphicsProgram(Settings& settings);

@@ -26,8 +26,8 @@
 #include "swap/remove.h"
 #include "swap/rescued_saves.h"
 #include "swap/restore.h"
-#include "swap/trle_folder.h"
 #include "trle/find_trle.h"
+#include "trle/trle_folder.h"
 
 namespace kelvash::core {
 
@@ -123,12 +123,12 @@ Trle MendTrle() {
         swap::EndCutShort() != swap::CutShort::Refused; // what can't be ended is told, and waits
     const std::string trle = TrleFolder();
     if (trle.empty() || !FolderExists(trle)) return Trle::Wanting;
-    if (swap::CheckTrleFolder(trle, false)) return Trle::Good;
+    if (trle::CheckTrleFolder(trle, false)) return Trle::Good;
     if (!ended && WasLockedOut()) return Trle::LockedOut;
     const Change change(msg::kDoingMendTrle, kHomeFolder | kTrleFolder);
     if (!change) return Trle::LockedOut;
-    if (swap::CheckTrleFolder(trle, false)) return Trle::Good; // the other one has ended
-    if (swap::OfferKeptWaves() && swap::CheckTrleFolder(trle, false)) return Trle::Good;
+    if (trle::CheckTrleFolder(trle, false)) return Trle::Good; // the other one has ended
+    if (swap::OfferKeptWaves() && trle::CheckTrleFolder(trle, false)) return Trle::Good;
     if (!swap::BackupIsValid() ||
         !AskYesNo(MessageStyle::Question, LoadMessage(msg::kRestoreFirst, {kLineBreak})))
         return Trle::Wanting;

@@ -10,7 +10,6 @@
 #include "foundation/record.h"
 #include "foundation/text.h"
 #include "media/fragments.h"
-#include "swap/fragments.h"
 #include "trle_state/fragments.h"
 
 namespace kelvash::media {

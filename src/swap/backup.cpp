@@ -18,6 +18,7 @@
 #include "swap/fragments.h"
 #include "swap/messages.h"
 #include "trle/find_trle.h"
+#include "trle/fragments.h"
 #include "trle_state/marker.h"
 #include "trle_state/trle_state.h"
 

@@ -14,6 +14,7 @@
 #include "foundation/plain_name.h"
 #include "foundation/text.h"
 #include "foundation/waiting.h"
+#include "media/fragments.h"
 #include "media/media_config.h"
 #include "swap/backup.h"
 #include "swap/compression.h"
@@ -23,7 +24,7 @@
 #include "swap/record_additions.h"
 #include "swap/remove.h"
 #include "swap/saves.h"
-#include "swap/trle_folder.h"
+#include "trle/trle_folder.h"
 #include "trle_state/marker.h"
 #include "trle_state/trle_state.h"
 

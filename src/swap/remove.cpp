@@ -17,7 +17,7 @@
 #include "swap/restore.h"
 #include "swap/saves.h"
 #include "swap/take_out.h"
-#include "swap/trle_folder.h"
+#include "trle/trle_folder.h"
 #include "trle_state/fragments.h"
 #include "trle_state/marker.h"
 #include "trle_state/trle_state.h"
@@ -254,7 +254,7 @@ CutShort EndCutShort() {
 std::int32_t RemovePreviousLevel(std::int32_t code) {
     const core::Change change(msg::kDoingTakeOut, core::kSwap);
     if (!change) return kRemovalRefused;
-    if (!TrleIsThere()) return kRemovalRefused;
+    if (!trle::TrleIsThere()) return kRemovalRefused;
     switch (EndCutShort()) {
         case CutShort::Ended:
             break;

@@ -19,7 +19,8 @@
 #include "swap/kept_files.h"
 #include "swap/messages.h"
 #include "swap/saves.h"
-#include "swap/trle_folder.h"
+#include "trle/fragments.h"
+#include "trle/trle_folder.h"
 #include "trle_state/fragments.h"
 #include "trle_state/trle_state.h"
 
@@ -174,7 +175,7 @@ std::optional<bool> RestoreAll(Bar& bar) {
 }
 
 Swapped RestoreHere(Bar& bar, bool show_progress) {
-    if (!TrleIsThere()) return Swapped::Failed;
+    if (!trle::TrleIsThere()) return Swapped::Failed;
     const Door door = RequireBackup();
     if (door != Door::Open) return door == Door::Elsewhere ? Swapped::Elsewhere : Swapped::Failed;
     ShowLabel(bar, msg::kRestoreRemovingLevel);

@@ -11,10 +11,9 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
-#include "swap/fragments.h"
 #include "swap/messages.h"
 #include "swap/rescued_saves.h"
-#include "swap/trle_folder.h"
+#include "trle/trle_folder.h"
 #include "trle_state/fragments.h"
 #include "trle_state/marker.h"
 

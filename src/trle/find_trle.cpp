@@ -7,9 +7,9 @@
 #include "foundation/registration.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "swap/trle_folder.h"
 #include "trle/fragments.h"
 #include "trle/messages.h"
+#include "trle/trle_folder.h"
 
 namespace kelvash::trle {
 
@@ -22,7 +22,7 @@ std::string FindTrleInRegistry() {
 
 bool AskTrleFolder() {
     const std::string known = FindTrleInRegistry();
-    const std::string start = swap::CheckTrleFolder(known, false) ? known : std::string();
+    const std::string start = CheckTrleFolder(known, false) ? known : std::string();
     const std::string accept = "Pul_Ok";
     const std::string cancel = "Pul_Cancel";
     for (;;) {
@@ -30,7 +30,7 @@ bool AskTrleFolder() {
             {"Dialog_TrovaTrle", LoadMessage(msg::kFindTrleCaption), start, {accept, cancel}});
         if (chosen.empty() || chosen == cancel) return false;
         if (chosen == accept) chosen = start;
-        if (swap::CheckTrleFolder(chosen, true) && core::CheckPath(chosen)) {
+        if (CheckTrleFolder(chosen, true) && core::CheckPath(chosen)) {
             profile.TrleFolder = chosen;
             return true;
         }
@@ -38,7 +38,7 @@ bool AskTrleFolder() {
 }
 
 bool ChooseTrleFolder() {
-    if (swap::CheckTrleFolder(profile.TrleFolder, false) || AskTrleFolder()) return true;
+    if (CheckTrleFolder(profile.TrleFolder, false) || AskTrleFolder()) return true;
     TellCritical(LoadMessage(msg::kCannotRunWithoutTrle, {kLineBreak}));
     return false;
 }

@@ -3,7 +3,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "swap/trle_folder.h"
+#include "trle/trle_folder.h"
 #include "ui/Dialog_TrovaTrle_messages.h"
 #include "ui/help.h"
 
@@ -83,7 +83,7 @@ void Dialog_TrovaTrle::ShowFolder() {
 void Dialog_TrovaTrle::Browse() {
     const std::optional<std::string> chosen =
         TheUser().ChooseFolder(LoadMessage(msg::kTrovaBrowseTitle), folder_);
-    if (!chosen || !swap::CheckTrleFolder(*chosen, true)) return;
+    if (!chosen || !trle::CheckTrleFolder(*chosen, true)) return;
     folder_ = *chosen;
     ShowFolder();
 }

@@ -12,7 +12,6 @@
 #include "intake/fragments.h"
 #include "intake/messages.h"
 #include "support/foundation_home.h"
-#include "swap/fragments.h"
 #include "trle_state/fragments.h"
 
 namespace kelvash::core {

@@ -8,7 +8,7 @@
 #include "core/start_up.h"
 #include "support/linked_tree.h"
 #include "swap/install.h"
-#include "swap/trle_folder.h"
+#include "trle/trle_folder.h"
 
 namespace kelvash::test {
 
@@ -101,7 +101,7 @@ void FaultHome::Prepare(const Operation& operation) {
     for (const fs::directory_entry& entry : fs::directory_iterator(drive))
         fs::remove_all(entry.path());
     MakeTrleWorld(world, operation.backup);
-    for (int track = 0; track < swap::kAudioTracks; ++track) { // a start insists on them
+    for (int track = 0; track < trle::kAudioTracks; ++track) { // a start insists on them
         const fs::path wave =
             world.trle / "audio" / ((track < 10 ? "00" : "0") + std::to_string(track) + ".wav");
         if (!fs::exists(wave)) std::ofstream(wave) << "wave " << track;

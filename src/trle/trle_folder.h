@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-namespace kelvash::swap {
+namespace kelvash::trle {
 
 // Waves of the original audio set.
 inline constexpr int kAudioTracks = 54;
@@ -16,4 +16,4 @@ inline constexpr int kAudioTracks = 54;
 // decided or changed then.
 [[nodiscard]] bool TrleIsThere();
 
-} // namespace kelvash::swap
+} // namespace kelvash::trle

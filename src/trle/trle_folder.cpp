@@ -1,15 +1,14 @@
-#include "swap/trle_folder.h"
+#include "trle/trle_folder.h"
 
 #include "core/profile.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
-#include "swap/backup_messages.h"
-#include "swap/fragments.h"
-#include "swap/messages.h"
+#include "trle/fragments.h"
+#include "trle/messages.h"
 #include "trle_state/fragments.h"
 
-namespace kelvash::swap {
+namespace kelvash::trle {
 
 namespace {
 
@@ -47,4 +46,4 @@ bool TrleIsThere() {
     return false;
 }
 
-} // namespace kelvash::swap
+} // namespace kelvash::trle
