@@ -1,17 +1,17 @@
-#include "cd/cd_access.h"
-
+// Reaching levels that lie on CDs.
 #include <string>
 
 #include "cd/fragments.h"
 #include "cd/messages.h"
 #include "core/archive.h"
+#include "core/ports.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 
-namespace kelvash::cd {
+namespace kelvash {
 
 namespace {
 
@@ -59,7 +59,7 @@ bool AskForDrive(const std::string& start, std::int32_t code) {
 
 } // namespace
 
-bool RequestCd(std::int32_t code) {
+bool core::RequestCd(std::int32_t code) {
     if (core::LevelByCode(code).CdNumber == 0) return true;
     const std::vector<std::string> drives = CdDrives();
     if (drives.empty()) {
@@ -74,4 +74,4 @@ bool RequestCd(std::int32_t code) {
     return AskForDrive(drives.front(), code);
 }
 
-} // namespace kelvash::cd
+} // namespace kelvash

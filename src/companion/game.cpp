@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "core/ports.h"
 #include "core/profile.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
@@ -31,13 +32,9 @@ bool StartGame(const Arguments& arguments, bool suspended) {
     return true;
 }
 
-std::int64_t FindGame() {
-    return core::TrleFolder().empty() ? 0 : FindProcessOf(GameProgram());
-}
-
 bool AdoptGame() {
     if (GameRuns()) return true;
-    game.GameProcess.id = FindGame();
+    game.GameProcess.id = core::FindGame();
     game.WatcherActive = game.GameProcess.id != 0;
     return game.WatcherActive;
 }
@@ -58,3 +55,7 @@ void WaitForGameEnd(bool (*given_up)()) {
 }
 
 } // namespace kelvash::companion
+
+std::int64_t kelvash::core::FindGame() {
+    return TrleFolder().empty() ? 0 : FindProcessOf(companion::GameProgram());
+}

@@ -15,8 +15,6 @@ extern GameState game;
 // game started.
 [[nodiscard]] bool StartGame(const Arguments& arguments, bool suspended);
 
-// Id of the process of a game of this TRLE folder, whoever has started it; 0 if none runs.
-std::int64_t FindGame();
 // Takes a game that runs already, started by an earlier run or by hand, for this run's own. True if one runs.
 bool AdoptGame();
 

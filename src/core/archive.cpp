@@ -2,13 +2,13 @@
 
 #include <algorithm>
 
-#include "cd/cd_access.h"
 #include "core/archive_messages.h"
 #include "core/change.h"
 #include "core/change_messages.h"
 #include "core/fragments.h"
 #include "core/level_list.h"
 #include "core/path_field.h"
+#include "core/ports.h"
 #include "core/profile.h"
 #include "core/sizes.h"
 #include "foundation/drives.h"
@@ -94,7 +94,7 @@ std::string LevelFolder(std::int32_t code, bool on_cd) {
     archive.CdMissing = false;
     if (code == 0) return AppFolder() + LevelFolderName(0);
     if (on_cd && LevelByCode(code).CdNumber != 0) {
-        if (!cd::RequestCd(code)) {
+        if (!RequestCd(code)) {
             archive.CdMissing = true;
             return {};
         }

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <vector>
 
-#include "companion/game.h"
 #include "core/archive.h"
 #include "core/change_messages.h"
+#include "core/ports.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
 #include "foundation/text.h"
@@ -37,8 +37,7 @@ void TellRefusal(MessageId refusal, const LockHolder& holder) {
 // The door of an outer swap has looked already, unless another TRLE folder has been chosen since.
 bool GameIsOut() {
     const auto& looked_at = state.SwapFolders;
-    if (std::find(looked_at.begin(), looked_at.end(), TrleFolder()) != looked_at.end() ||
-        companion::FindGame() == 0)
+    if (std::find(looked_at.begin(), looked_at.end(), TrleFolder()) != looked_at.end() || FindGame() == 0)
         return true;
     TellCritical(LoadMessage(msg::kGameIsRunning));
     return false;
@@ -60,18 +59,21 @@ bool LevelStands(std::int32_t level) {
 
 } // namespace
 
-Change::Change(MessageId doing, unsigned what, std::int32_t level) {
+Change::Change(MessageId doing, unsigned what, std::int32_t level) : untold_((what & kUntold) != 0) {
     SettleUnsaved();
     granted_ = TakeLocks(LoadMessage(doing), what) && LevelStands(level);
     if (granted_ && (what & kNoGame) != 0) state.SwapFolders.push_back(swap_folder_.emplace(TrleFolder()));
-    state.Refused = state.Refused || !granted_;
-    if (!granted_) End();
+    if (granted_) return;
+    state.Refused = state.Refused || !is_passed_over_;
+    End();
 }
 
 bool Change::Take(FolderLock& lock, const std::string& folder, const std::string& doing, MessageId refusal) {
     if (folder.empty()) return true;
     LockHolder holder;
     const LockResult result = lock.Await(folder, LockKind::Change, doing, state.Patience, holder);
+    is_passed_over_ = untold_ && result == LockResult::Held;
+    if (is_passed_over_) return false;
     if (result == LockResult::Held) {
         state.LockedOut = true;
         TellRefusal(refusal, holder);

@@ -27,6 +27,9 @@ inline constexpr unsigned kArchiveFolder = 4;
 inline constexpr unsigned kAll = kHomeFolder | kTrleFolder | kArchiveFolder;
 // All, and no game of this TRLE may run.
 inline constexpr unsigned kSwap = kAll | 8;
+// Added to these: who is locked out by another program's work isn't told of it, and nothing counts as
+// refused.
+inline constexpr unsigned kUntold = 16;
 
 inline constexpr std::int32_t kNoLevel = -1;
 
@@ -51,6 +54,8 @@ class Change {
     bool Take(FolderLock& lock, const std::string& folder, const std::string& doing, MessageId refusal);
 
     FolderLock home_, trle_, archive_;
+    bool untold_;
+    bool is_passed_over_ = false;
     bool granted_ = false;
     std::optional<std::string> swap_folder_; // of an open swap
 };

@@ -119,15 +119,14 @@ enum class Trle { Good, Wanting, LockedOut };
 // A TRLE folder that lacks files of its own is brought in order before another one is asked for. One at which
 // another program is at work isn't judged a second time: what it lacks meanwhile tells nothing.
 Trle MendTrle() {
-    const bool ended =
-        swap::EndCutShort() != swap::CutShort::Refused; // what can't be ended is told, and waits
+    static_cast<void>(swap::EndCutShort(true)); // what can't be ended is told, and waits
     const std::string trle = TrleFolder();
     if (trle.empty() || !FolderExists(trle)) return Trle::Wanting;
     if (trle::CheckTrleFolder(trle, false)) return Trle::Good;
-    if (!ended && WasLockedOut()) return Trle::LockedOut;
     const Change change(msg::kDoingMendTrle, kHomeFolder | kTrleFolder);
     if (!change) return Trle::LockedOut;
-    if (trle::CheckTrleFolder(trle, false)) return Trle::Good; // the other one has ended
+    static_cast<void>(swap::EndCutShort()); // the other one may have been killed
+    if (trle::CheckTrleFolder(trle, false)) return Trle::Good;
     if (swap::OfferKeptWaves() && trle::CheckTrleFolder(trle, false)) return Trle::Good;
     if (!swap::BackupIsValid() ||
         !AskYesNo(MessageStyle::Question, LoadMessage(msg::kRestoreFirst, {kLineBreak})))

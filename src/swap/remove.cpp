@@ -231,11 +231,11 @@ bool IsCutShort() {
            (step != SwapStep::Original || LeavesWork(found.Record));
 }
 
-CutShort EndCutShort() {
+CutShort EndCutShort(bool untold) {
     if (!FolderExists(core::TrleFolder())) return IsCutShort() ? CutShort::Refused : CutShort::Ended;
     TrleState state = LookAtTrle();
     if (state.Content != Holds::CutShort && !LeavesWork(state.Record)) return CutShort::Ended;
-    const core::Change change(msg::kDoingEndSwap, core::kSwap);
+    const core::Change change(msg::kDoingEndSwap, core::kSwap | (untold ? core::kUntold : 0U));
     if (!change) return CutShort::Refused;
     state = LookAtTrle(); // another program may have ended it meanwhile
     if (state.Content != Holds::CutShort)

@@ -21,8 +21,9 @@ enum class CutShort {
     FilesLeft, // the saves are home, but a file can't be deleted, which was told
     Refused    // nothing could be done; told, unless the TRLE folder isn't there
 };
-// Takes a swap that was cut short back to the original configuration, and tells so.
-[[nodiscard]] CutShort EndCutShort();
+// Takes a swap that was cut short back to the original configuration, and tells so. `untold`: one at which
+// another program is at work isn't cut short, and refuses without a word.
+[[nodiscard]] CutShort EndCutShort(bool untold = false);
 // True if a swap has been cut short and waits to be ended.
 bool IsCutShort();
 

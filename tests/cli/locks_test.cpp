@@ -12,12 +12,14 @@
 #include "support/built.h"
 #include "support/swap_world.h"
 #include "support/zip_bytes.h"
+#include "trle_state/swap_record.h"
 
 namespace kelvash::test {
 namespace {
 
 using testing::AnyOf;
 using testing::HasSubstr;
+using testing::Not;
 
 namespace fs = std::filesystem;
 
@@ -107,6 +109,27 @@ TEST_F(Locks, OfTrleAndOfTheArchiveDoSoToo) {
     EXPECT_EQ(remove.status, 4);
     EXPECT_THAT(remove.Output(), HasSubstr("is using this Archive: moving the Archive"));
     EXPECT_EQ(Json({"sizes"}).status, 4);
+}
+
+// What another program is at isn't cut short.
+TEST_F(Locks, LetAStartGoPastASwapUnderWay) {
+    ASSERT_EQ(Add("maze").status, 0);
+    ASSERT_EQ(Json({"install", "1"}).status, 0);
+    fs::path file;
+    for (const fs::directory_entry& entry : fs::directory_iterator(home))
+        if (entry.path().extension() == ".rec") file = entry.path();
+    std::optional<trle_state::SwapRecord> record = trle_state::DecodeSwapRecord(BytesOf(file));
+    ASSERT_TRUE(record.has_value());
+    record->Step = trle_state::SwapStep::Leaving;
+    const std::string under_way = trle_state::EncodeSwapRecord(*record, "C:\\trle");
+    MakeFile(file, under_way);
+    Hold("C:\\Kelvash", "installing a level");
+    const CliRun run = Json({"equal"});
+    EXPECT_EQ(run.status, 0) << run.Output();
+    EXPECT_THAT(run.Output(), Not(HasSubstr("Another Kelvash")));
+    EXPECT_EQ(BytesOf(file), under_way);
+    lock.Release();
+    EXPECT_THAT(Json({"equal"}).Output(), HasSubstr("had been cut short"));
 }
 
 TEST_F(Locks, KeepNoReaderOut) {

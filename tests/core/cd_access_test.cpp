@@ -1,12 +1,11 @@
-#include "cd/cd_access.h"
-
 #include <gmock/gmock.h>
 
 #include "core/archive.h"
+#include "core/ports.h"
 #include "foundation/drives.h"
 #include "support/core_home.h"
 
-namespace kelvash::cd {
+namespace kelvash::core {
 namespace {
 
 using test::MakeFile;
@@ -123,4 +122,4 @@ TEST_F(CdAccess, GivesUpWithTheUser) {
 }
 
 } // namespace
-} // namespace kelvash::cd
+} // namespace kelvash::core

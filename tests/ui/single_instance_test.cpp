@@ -13,6 +13,7 @@
 
 #include "companion/game.h"
 #include "core/change.h"
+#include "core/ports.h"
 #include "intake/messages.h"
 #include "support/built.h"
 #include "ui/Principale_messages.h"
@@ -207,7 +208,7 @@ class WindowBesideAGame : public PrincipaleHome {
             if (chdir(trle.c_str()) == 0) execl("./tomb4.exe", "tomb4.exe", "60", nullptr);
             _exit(127);
         }
-        WaitUntil([&] { return companion::FindGame() == game_; });
+        WaitUntil([&] { return core::FindGame() == game_; });
     }
     ~WindowBesideAGame() override { EndGame(); }
     void EndGame() {

@@ -1,13 +1,16 @@
-// Reaching levels that lie on CDs.
+// What the Archive and its locks ask of what stands above them, and is defined there.
 #pragma once
 
 #include <cstdint>
 
-namespace kelvash::cd {
+namespace kelvash::core {
 
 // Has the CD of a level inserted. A reader that already holds the level's files is taken without a question.
 // On success the Archive's main folder begins with the reader's drive. True for a level with no CD; false if
-// the user gives up.
+// the user gives up. In cd/.
 [[nodiscard]] bool RequestCd(std::int32_t code);
 
-} // namespace kelvash::cd
+// Id of the process of a game of the TRLE folder, whoever has started it; 0 if none runs. In companion/.
+std::int64_t FindGame();
+
+} // namespace kelvash::core
