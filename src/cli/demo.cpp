@@ -4,7 +4,7 @@
 #include <array>
 #include <fstream>
 
-#include "cli/commands.h"
+#include "cli/steps.h"
 #include "cli/demo_files.h"
 #include "cli/demo_levels.h"
 #include "cli/demo_zip.h"

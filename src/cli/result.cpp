@@ -1,9 +1,5 @@
 #include "cli/result.h"
 
-#include <algorithm>
-#include <array>
-#include <utility>
-
 #include "cli/messages.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
@@ -14,39 +10,15 @@ namespace {
 
 using nlohmann::ordered_json;
 
-// Headings of the fields that all commands share; others are shown under their own names.
-constexpr std::array<std::pair<std::string_view, MessageId>, 19> kHeadings = {{
-    {"trle", msg::kCliTrle},
-    {"archive", msg::kCliArchive},
-    {"levels", msg::kCliLevels},
-    {"installed", msg::kCliInstalled},
-    {"owner", msg::kCliOwner},
-    {"fullBackup", msg::kCliFullBackup},
-    {"backupValid", msg::kCliBackupValid},
-    {"cutShort", msg::kCliToBeEnded},
-    {"kept", msg::kCliKept},
-    {"home", msg::kCliHome},
-    {"zips", msg::kCliZips},
-    {"code", msg::kCliCode},
-    {"file", msg::kCliFile},
-    {"equal", msg::kCliEqualLevels},
-    {"mainSize", msg::kCliMainSize},
-    {"secondarySize", msg::kCliSecondarySize},
-    {"folder", msg::kCliFolder},
-    {"compressFiles", msg::kCliCompressFiles},
-    {"encodeWavInMp3", msg::kCliEncodeMp3},
-}};
-
-std::string Heading(const std::string& name) {
-    const auto* const found = std::find_if(kHeadings.begin(), kHeadings.end(),
-                                           [&](const auto& entry) { return entry.first == name; });
-    return found == kHeadings.end() ? name : LoadMessage(found->second);
-}
-
 std::string PlainValue(const ordered_json& value) {
     if (value.is_string()) return CleanLine(value.get<std::string>());
     if (value.is_boolean()) return LoadMessage(value.get<bool>() ? msg::kCliYes : msg::kCliNo);
     return JsonText(value);
+}
+
+std::string Heading(const ToldField& field) {
+    if (field.heading == kNoMessage) return field.name;
+    return LoadMessage(field.heading);
 }
 
 // The library escapes the controls of ASCII but DEL, and lets those above pass, to which terminals listen
@@ -95,23 +67,22 @@ void AppendJsonName(std::string_view name, std::string& json) {
 }
 
 std::string ResultEvent(const Result& result) {
-    ordered_json event = {{"event", "result"}, {"ok", result.ok}};
-    event.update(result.fields);
-    std::string line = JsonText(event);
-    if (result.large_name.empty()) return line;
-    line.back() = ','; // the closing brace
-    line.reserve(line.size() + result.large_json.size() + 32);
-    AppendJsonName(result.large_name, line);
-    line += result.large_json;
+    std::string line = JsonText({{"event", "result"}, {"ok", result.ok}});
+    line.pop_back(); // the closing brace
+    for (const ToldField& field : result.fields) {
+        line += ',';
+        AppendJsonName(field.name, line);
+        line += field.json.empty() ? JsonText(field.value) : field.json;
+    }
     line += '}';
     return line;
 }
 
 std::string ResultLines(const Result& result) {
-    std::string lines = result.plain;
-    if (lines.empty())
-        for (const auto& [name, value] : result.fields.items())
-            if (!value.is_null()) lines += Heading(name) + ": " + PlainValue(value) + "\n";
+    if (!result.plain.empty()) return result.plain;
+    std::string lines;
+    for (const ToldField& field : result.fields)
+        if (!field.value.is_null()) lines += Heading(field) + ": " + PlainValue(field.value) + "\n";
     return lines;
 }
 

@@ -4,17 +4,25 @@
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "foundation/message_text.h"
 
 namespace kelvash::cli {
 
+// A field as it is told.
+struct ToldField {
+    std::string name;
+    MessageId heading;            // in plain mode; without one the name stands there
+    nlohmann::ordered_json value; // plain mode leaves a null out
+    std::string json;             // in place of the value; plain mode leaves it out
+};
+
 struct Result {
     bool ok = false;
-    nlohmann::ordered_json fields = nlohmann::ordered_json::object();
-    // One more field whose JSON the command has written itself, for it can be large. Empty name: none.
-    std::string large_name = {};
-    std::string large_json = {};
-    // Lines for a person in place of the fields; empty: the fields are listed, but for those that are null.
-    std::string plain = {};
+    std::vector<ToldField> fields;
+    // Lines for a person in place of the fields; empty: the fields are listed.
+    std::string plain;
 };
 
 // A JSON value in one line. Bytes that are no UTF-8, as file names may hold, become U+FFFD.

@@ -3,7 +3,8 @@
 #include <iostream>
 
 #include "cli/answers.h"
-#include "cli/commands.h"
+#include "cli/parser.h"
+#include "cli/registry.h"
 #include "cli/terminal.h"
 #include "core/change.h"
 #include "foundation/drive_options.h"
@@ -34,8 +35,11 @@ int StatusOf(const Result& result, const CliUser& user) {
 } // namespace
 
 int Run(std::vector<std::string> words) {
+    const std::vector<Command> commands = MakeCommands();
     Options options;
-    if (const std::optional<int> status = ParseOptions(std::move(words), options)) return *status;
+    const Command* command = nullptr;
+    if (const std::optional<int> status = ParseWords(std::move(words), commands, options, command))
+        return *status;
     if (const std::string fault = SetDrives(options.drives); !fault.empty()) return Complain(fault);
     std::vector<AnswerEntry> answers;
     if (!options.answers.empty())
@@ -51,7 +55,7 @@ int Run(std::vector<std::string> words) {
     core::SetLockPatience(options.wait);
     AllowRegistration(options.home.empty() || options.register_home);
     Session session{options, user, home};
-    Result result = RunCommand(session);
+    Result result = RunCommand(*command, session);
     if (core::WasRefused() || user.IsUnanswered()) result.ok = false; // something of it was left undone
     const bool told = user.TellResult(result);
     SetUser(nullptr);

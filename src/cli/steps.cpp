@@ -1,8 +1,6 @@
-#include "cli/commands.h"
+#include "cli/steps.h"
 
-#include <array>
-#include <string_view>
-#include <utility>
+#include <optional>
 
 #include "cli/messages.h"
 #include "cli/terminal.h"
@@ -15,30 +13,8 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
-#include "trle_state/trle_state.h"
 
 namespace kelvash::cli {
-
-namespace {
-
-using CommandFunction = Result (*)(Session&);
-
-constexpr std::array<std::pair<std::string_view, CommandFunction>, 24> kCommands = {{
-    {"init", Init},       {"status", Status},  {"profile", Profile}, {"new", New},
-    {"load", Load},       {"save", Save},      {"save-as", SaveAs},  {"levels", Levels},
-    {"install", Install}, {"play", Play},      {"restore", Restore}, {"demo", Demo},
-    {"add", Add},         {"level", LevelSet}, {"export", Export},   {"config", Config},
-    {"remove", Remove},   {"sizes", Sizes},    {"equal", Equal},     {"recover", Recover},
-    {"move", Move},       {"prefs", Prefs},    {"saves", Saves},     {"kept", Kept},
-}};
-
-} // namespace
-
-Result RunCommand(Session& session) {
-    for (const auto& [name, function] : kCommands)
-        if (name == session.options.command) return function(session);
-    return {};
-}
 
 bool OpenQuickly(Session& session) {
     if (!TakeHome(session, MissingHome::Refuse)) return false;
@@ -87,21 +63,23 @@ bool SelectCode(const std::string& typed, std::int32_t& code) {
     return true;
 }
 
-nlohmann::ordered_json InstalledCode() {
-    const std::int32_t code = trle_state::CurrentLevelCode();
-    return code == trle_state::kNoLevel ? nlohmann::ordered_json(nullptr) : nlohmann::ordered_json(code);
-}
+namespace {
 
-bool TakePath(const std::string& typed, std::string& path) {
-    path = PathFromUser(typed);
+bool TakenOrTold(const std::string& typed, const std::string& path) {
     if (!path.empty()) return true;
     TellCritical(LoadMessage(msg::kCliNotOnDrive) + typed);
     return false;
 }
 
-bool TakeTarget(const Options& options, std::string& path) {
-    if (!TakePath(options.path, path)) return false;
-    if (options.force || !FileExists(path)) return true;
+} // namespace
+
+bool TakePath(const std::string& typed, std::string& path) {
+    path = PathFromUser(typed);
+    return TakenOrTold(typed, path);
+}
+
+bool MayWrite(const std::string& path, bool force) {
+    if (force || !FileExists(path)) return true;
     TellCritical(LoadMessage(msg::kCliTargetExists) + path);
     return false;
 }

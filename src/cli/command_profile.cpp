@@ -1,9 +1,12 @@
 // The profile's fields by name.
 #include <limits>
+#include <map>
+#include <memory>
 #include <type_traits>
 
-#include "cli/commands.h"
+#include "cli/command.h"
 #include "cli/messages.h"
+#include "cli/steps.h"
 #include "core/profile.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
@@ -71,29 +74,68 @@ bool SetField(const ProfileField& field, const std::string& typed) {
     return false;
 }
 
+struct ProfileRun {
+    std::string wanted;               // name of a field; empty: all
+    std::optional<std::string> value; // to be set
+    // What was shown by field; the fields that nobody asked for are missing.
+    std::map<std::string_view, nlohmann::ordered_json> shown;
+    std::string lines;
+
+    nlohmann::ordered_json Shown(std::string_view name) const {
+        const auto found = shown.find(name);
+        return found == shown.end() ? Absent() : found->second;
+    }
+};
+
+void Show(const ProfileField& field, ProfileRun& run) {
+    const nlohmann::ordered_json value = ValueOf(field);
+    run.shown.emplace(field.name, value);
+    // As it is typed: true and false, no quotes.
+    run.lines += std::string(field.name) + ": " +
+                 (value.is_string() ? value.get<std::string>() : JsonText(value)) + "\n";
+}
+
+bool ShowOrSet(Session& session, ProfileRun& run) {
+    if (!TakeHome(session, MissingHome::Refuse)) return false;
+    core::ProfileState state{};
+    if (!core::OpenProfile(state)) return false;
+    // What an older version has left is brought up to date first, with the questions that belong to it.
+    const bool upgrade = run.value && state == core::ProfileState::Upgraded;
+    bool ok = !upgrade || StartUpWithArchive(session, {});
+    for (const ProfileField& field : core::kProfileFields) {
+        if (field.name.empty() || (!run.wanted.empty() && !EqualNoCase(field.name, run.wanted))) continue;
+        if (run.value && ok) ok = SetField(field, *run.value);
+        Show(field, run);
+    }
+    if (upgrade) ok = EndSession(session) && ok;
+    return ok;
+}
+
 } // namespace
 
-Result Profile(Session& session) {
-    const Options& options = session.options;
-    Result result;
-    if (!TakeHome(session, MissingHome::Refuse)) return result;
-    core::ProfileState state{};
-    if (!core::OpenProfile(state)) return result;
-    // What an older version has left is brought up to date first, with the questions that belong to it.
-    const bool upgrade = options.value && state == core::ProfileState::Upgraded;
-    result.ok = !upgrade || StartUpWithArchive(session, {});
+Command ProfileCommand() {
+    const auto run = std::make_shared<ProfileRun>();
+    std::vector<std::string> names;
+    std::vector<ResultField> fields;
     for (const ProfileField& field : core::kProfileFields) {
-        if (field.name.empty() || (!options.field.empty() && !EqualNoCase(field.name, options.field)))
-            continue;
-        if (options.value && result.ok) result.ok = SetField(field, *options.value);
-        const nlohmann::ordered_json value = ValueOf(field);
-        result.fields[std::string(field.name)] = value;
-        // As it is typed: true and false, no quotes.
-        result.plain += std::string(field.name) + ": " +
-                        (value.is_string() ? value.get<std::string>() : JsonText(value)) + "\n";
+        if (field.name.empty()) continue;
+        names.emplace_back(field.name);
+        fields.push_back(
+            {.name = names.back(), .value = [run, name = field.name] { return run->Shown(name); }});
     }
-    if (upgrade) result.ok = EndSession(session) && result.ok;
-    return result;
+    return {.name = "profile",
+            .about = "Shows the profile or one field of it, or sets a field. Booleans are true and false",
+            .arguments = {{.name = "FIELD",
+                           .value = &run->wanted,
+                           .choices = std::move(names),
+                           .any_case = true,
+                           .type = ""},
+                          {.name = "VALUE",
+                           .value = &run->value,
+                           .about = "The new value; behind '--' if it begins with a dash"}},
+            .run = [run](Session& session) { return ShowOrSet(session, *run); },
+            .fields = std::move(fields),
+            .plain = [run] { return run->lines; }};
 }
 
 } // namespace kelvash::cli

@@ -1,0 +1,103 @@
+// Commands that put a level into TRLE or take it out.
+#include <memory>
+
+#include "cli/command.h"
+#include "cli/messages.h"
+#include "cli/steps.h"
+#include "cli/terminal.h"
+#include "companion/game.h"
+#include "core/change.h"
+#include "core/level_list.h"
+#include "core/start_up.h"
+#include "foundation/messages.h"
+#include "swap/backup_messages.h"
+#include "swap/install.h"
+#include "swap/restore.h"
+#include "trle_state/trle_state.h"
+
+namespace kelvash::cli {
+
+namespace {
+
+bool InstallAndTell(const CliUser& user, std::int32_t code) {
+    const core::Change change(msg::kDoingInstallCommand, core::kSwap, code);
+    if (!change) return false;
+    const bool installed = DoneWithoutFailure(user, [&] { return swap::InstallLevel(code); });
+    if (!installed) swap::TellNotInstalled();
+    core::RefreshLevelList();
+    return installed;
+}
+
+// Neither way back needs an Archive.
+bool StartUpForRestore(Session& session) {
+    if (!TakeHome(session, MissingHome::Refuse)) return false;
+    core::StartUp({});
+    return !core::session.EndWanted && !Interrupted();
+}
+
+// A level that couldn't be taken out is no failure: its files are gone all the same.
+bool RestoreAll(const CliUser& user) {
+    Bar bar{BarPlace::CallerForm, -1};
+    return swap::FullRestore(bar, false) && user.HasTold(msg::kRestoreDone) &&
+           !user.HasTold(msg::kErrorRestoringFolder);
+}
+
+bool Install(Session& session, const std::string& typed) {
+    std::int32_t code = -1;
+    const bool installed =
+        StartUpWithArchive(session, {}) && TakeCode(typed, code) && InstallAndTell(session.user, code);
+    return EndSession(session) && installed;
+}
+
+bool Play(Session& session, const std::string& typed) {
+    std::int32_t code = -1;
+    const bool played = StartUpWithArchive(session, {}) && TakeCode(typed, code) &&
+                        DoneWithoutFailure(session.user, [&] { return swap::PlayLevel(code); });
+    if (companion::game.WatcherActive)
+        companion::WaitForGameEnd(&Interrupted); // a signal leaves it to itself
+    return EndSession(session) && played;
+}
+
+bool Restore(Session& session, const std::string& kind) {
+    bool restored = StartUpForRestore(session);
+    if (restored)
+        restored =
+            kind == "fast" ? DoneWithoutFailure(session.user, &swap::FastRestore) : RestoreAll(session.user);
+    restored = restored && trle_state::CurrentLevelCode() == 0;
+    return EndSession(session) && restored;
+}
+
+} // namespace
+
+Command InstallCommand() {
+    const auto code = std::make_shared<std::string>();
+    return {.name = "install",
+            .about = "Puts a level into the TRLE folder; 0 takes the level out",
+            .arguments = {CodeArgument(*code)},
+            .run = [code](Session& session) { return Install(session, *code); },
+            .fields = {InstalledField()}};
+}
+
+Command PlayCommand() {
+    const auto code = std::make_shared<std::string>();
+    return {.name = "play",
+            .about = "Installs a level, starts the game and waits for its end",
+            .arguments = {CodeArgument(*code)},
+            .run = [code](Session& session) { return Play(session, *code); },
+            .fields = {InstalledField()}};
+}
+
+Command RestoreCommand() {
+    const auto kind = std::make_shared<std::string>();
+    return {.name = "restore",
+            .about = "Gives the TRLE folder its original configuration back",
+            .arguments = {{.name = "KIND",
+                           .value = kind.get(),
+                           .about = "fast: takes the level out. full: copies all original files back as well",
+                           .required = true,
+                           .choices = {"fast", "full"}}},
+            .run = [kind](Session& session) { return Restore(session, *kind); },
+            .fields = {InstalledField()}};
+}
+
+} // namespace kelvash::cli
