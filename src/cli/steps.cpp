@@ -9,6 +9,7 @@
 #include "core/level_view.h"
 #include "core/profile.h"
 #include "core/start_up.h"
+#include "foundation/drive_options.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -75,6 +76,11 @@ bool TakenOrTold(const std::string& typed, const std::string& path) {
 
 bool TakePath(const std::string& typed, std::string& path) {
     path = PathFromUser(typed);
+    return TakenOrTold(typed, path);
+}
+
+bool TakePathWithoutHome(const Session& session, const std::string& typed, std::string& path) {
+    path = PathWithoutHome(session.options.drives, typed);
     return TakenOrTold(typed, path);
 }
 

@@ -26,6 +26,8 @@ void TellNoArchive();
 void TellProfileNotSaved();
 // True if the typed path can be reached by a drive, which every path of the logic must; tells otherwise.
 [[nodiscard]] bool TakePath(const std::string& typed, std::string& path);
+// The same in a run that takes no application's folder.
+[[nodiscard]] bool TakePathWithoutHome(const Session& session, const std::string& typed, std::string& path);
 // True if a file may be written there: one that is there is only replaced by force; tells otherwise.
 [[nodiscard]] bool MayWrite(const std::string& path, bool force);
 // Runs a part of a command. True if it gives true and has told no failure.

@@ -32,6 +32,16 @@ fs::path NativeFromUser(const std::vector<std::string>& drives, std::string_view
     return fs::path("/" + rest).lexically_normal();
 }
 
+std::string PathWithoutHome(const std::vector<std::string>& drives, std::string_view typed) {
+    const fs::path native = NativeFromUser(drives, typed);
+    if (native.empty()) return {};
+    if (std::string path = PathFromUser(native.string()); !path.empty()) return path;
+    const fs::path root = fs::absolute(native).root_path();
+    const char letter = root.has_root_name() ? root.string().front() : 'Z';
+    if (NamesDrive(drives, letter) || !SetDrive(letter, root, DriveType::Fixed)) return {};
+    return PathFromUser(native.string());
+}
+
 std::string SetDrives(const std::vector<std::string>& drives) {
     for (const std::string& drive : drives) {
         const bool disc = EndsWithNoCase(drive, kDisc);

@@ -16,4 +16,8 @@ std::string SetDrives(const std::vector<std::string>& drives);
 // drive.
 std::filesystem::path NativeFromUser(const std::vector<std::string>& drives, std::string_view typed);
 
+// The path text of such a path, for a run that takes no application's folder: where none of the drives
+// reaches it, its file system gets a letter, Z: if it has none of its own. Empty if that letter is taken.
+std::string PathWithoutHome(const std::vector<std::string>& drives, std::string_view typed);
+
 } // namespace kelvash
