@@ -19,27 +19,23 @@ namespace kelvash::cli {
 
 namespace {
 
-// Makes one of the commands that ask for a folder: it runs with the folder of its argument.
-Command FolderCommand(const std::string& name, const std::string& about, MessageId question, bool (*work)()) {
-    const auto typed = std::make_shared<std::string>();
-    return {.name = name,
-            .about = about,
-            .arguments = {PathArgument("DIR", *typed)},
-            .run =
-                [typed, question, work](Session& session) {
-                    std::string folder;
-                    bool done = StartUpWithArchive(session, {}) && TakePath(*typed, folder);
-                    if (done) {
-                        session.user.Preset({{.id = question, .answer = folder}});
-                        done = DoneWithoutFailure(session.user, work);
-                    }
-                    return EndSession(session) && done;
-                },
-            .fields = {ArchiveField(),
-                       {.name = "folder",
-                        .heading = msg::kCliFolder,
-                        .value = [] { return std::string(Trim(core::archive.Header.SecondaryFolder)); }},
-                       LevelCountField()}};
+// Runs one of the commands that ask for a folder, with the folder that was typed.
+bool RunOnFolder(Session& session, const std::string& typed, MessageId question, bool (*work)()) {
+    std::string folder;
+    bool done = StartUpWithArchive(session, {}) && TakePath(typed, folder);
+    if (done) {
+        session.user.Preset({{.id = question, .answer = folder}});
+        done = DoneWithoutFailure(session.user, work);
+    }
+    return EndSession(session) && done;
+}
+
+std::vector<ResultField> PlaceFields() {
+    return {ArchiveField(),
+            {.name = "folder",
+             .heading = msg::kCliFolder,
+             .value = [] { return std::string(Trim(core::archive.Header.SecondaryFolder)); }},
+            LevelCountField()};
 }
 
 bool Remove(Session& session, const std::string& typed) {
@@ -113,12 +109,27 @@ Command EqualCommand() {
 }
 
 Command RecoverCommand() {
-    return FolderCommand("recover", "Makes a new Archive of a folder of LEVEL_NNNN folders",
-                         msg::kRecoverFolder, &core::RecoverArchive);
+    const auto typed = std::make_shared<std::string>();
+    return {.name = "recover",
+            .about = "Makes a new Archive of a folder of LEVEL_NNNN folders",
+            .arguments = {PathArgument("DIR", *typed)},
+            .run =
+                [typed](Session& session) {
+                    return RunOnFolder(session, *typed, msg::kRecoverFolder, &core::RecoverArchive);
+                },
+            .fields = PlaceFields()};
 }
 
 Command MoveCommand() {
-    return FolderCommand("move", "Moves the Archive's level folders", msg::kMoveTarget, &core::MoveArchive);
+    const auto typed = std::make_shared<std::string>();
+    return {.name = "move",
+            .about = "Moves the Archive's level folders",
+            .arguments = {PathArgument("DIR", *typed)},
+            .run =
+                [typed](Session& session) {
+                    return RunOnFolder(session, *typed, msg::kMoveTarget, &core::MoveArchive);
+                },
+            .fields = PlaceFields()};
 }
 
 Command PrefsCommand() {
