@@ -4,11 +4,11 @@
 #include <array>
 #include <fstream>
 
-#include "cli/steps.h"
 #include "cli/demo_files.h"
 #include "cli/demo_levels.h"
 #include "cli/demo_zip.h"
 #include "cli/messages.h"
+#include "cli/steps.h"
 #include "core/archive.h"
 #include "core/profile.h"
 #include "core/sizes.h"
