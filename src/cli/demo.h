@@ -1,10 +1,10 @@
 // The demo: a sandbox to try the program in, without the game and without a file of anybody else's.
 //
 // In a folder it makes
-//   drive_c\Program Files\Core Design\trle   a stand-in TRLE folder; its tomb4.exe is the stand-in game
-//   drive_c\Kelvash                          an application's folder, set up, whose drives.txt makes drive_c
-//   C: drive_c\Levels                           the folders of its Archive, with four levels of different
-//   kinds drive_c\zips                             two more levels as zips, to be added
+// - drive_c\Program Files\Core Design\trle, a stand-in TRLE folder; its tomb4.exe is the stand-in game
+// - drive_c\Kelvash, an application's folder, set up, whose drives.txt makes drive_c the drive C:
+// - drive_c\Levels, the folders of its Archive, with four levels of different kinds
+// - drive_c\zips, two more levels as zips, to be added
 #pragma once
 
 #include <filesystem>
