@@ -13,6 +13,8 @@
 #include <QPushButton>
 #include <QWindow>
 #include <algorithm>
+#include <map>
+#include <utility>
 
 #include "foundation/drives.h"
 #include "foundation/path.h"
@@ -212,7 +214,22 @@ FormsUser::~FormsUser() {
     SetUser(old_user_);
 }
 
-QWidget* FormsUser::ParentOfBoxes() const {
+void FormsUser::SetBeforeWaiting(std::function<void()> before) {
+    before_waiting_ = std::move(before);
+    since_before_.start();
+}
+
+void FormsUser::BeforeWaiting() {
+    // Taken first: what it shows may pump events.
+    if (const auto before = std::exchange(before_waiting_, {})) before();
+}
+
+QWidget* FormsUser::ParentOfBoxes() {
+    BeforeWaiting();
+    return WindowOnTop();
+}
+
+QWidget* FormsUser::WindowOnTop() const {
     QWidget* const modal = QApplication::activeModalWidget();
     if (modal != nullptr) return modal;
     // Before it is shown, the main window's place says nothing.
@@ -315,16 +332,16 @@ void FormsUser::OpenProgress(BarPlace place, const std::string& caption) {
     auto progress = std::make_unique<Progress>();
     progress->place = place;
     if (place == BarPlace::WaitDialog) {
-        auto window = std::make_unique<Dialog_Wait>(ParentOfBoxes());
+        auto window = std::make_unique<Dialog_Wait>(WindowOnTop());
         progress->label = window->Label_Mex;
         progress->window = std::move(window);
     } else if (place == BarPlace::ZipDialog) {
-        auto window = std::make_unique<Dialog_Zip>(ParentOfBoxes());
+        auto window = std::make_unique<Dialog_Zip>(WindowOnTop());
         progress->label = window->Label_Info;
         progress->bar = window->ZlibTool1;
         progress->window = std::move(window);
     } else {
-        auto window = std::make_unique<Dialog_Progress>(ParentOfBoxes());
+        auto window = std::make_unique<Dialog_Progress>(WindowOnTop());
         window->ImpostaValori(place == BarPlace::StoppableDialog);
         connect(window.get(), &Dialog_Progress::StopWanted, this, [this] { stop_requested_ = true; });
         progress->label = window->Label_Info;
@@ -369,6 +386,7 @@ void FormsUser::SetBar(BarPlace place, int percent) {
 }
 
 void FormsUser::PumpEvents() {
+    if (before_waiting_ && since_before_.elapsed() >= patience_) BeforeWaiting();
     ++pumping_;
     QCoreApplication::processEvents();
     --pumping_;

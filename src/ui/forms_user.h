@@ -5,10 +5,10 @@
 // looked at.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -35,6 +35,9 @@ class FormsUser final : public QObject, public User {
     bool IsBusy() const { return pumping_ > 0 || !open_.empty(); }
     // How long a job runs before its progress window shows, in milliseconds.
     void SetPatience(int milliseconds) { patience_ = milliseconds; }
+    // Called once, before the first window that waits for the user, or when events are pumped after the
+    // patience from now on has passed. An empty function takes it back.
+    void SetBeforeWaiting(std::function<void()> before);
 
     void Message(MessageStyle style, const MessageText& text) override;
     Answer Ask(Buttons buttons, MessageStyle style, const MessageText& text) override;
@@ -61,7 +64,9 @@ class FormsUser final : public QObject, public User {
   private:
     struct Progress; // an open progress window
     bool eventFilter(QObject* watched, QEvent* event) override;
-    QWidget* ParentOfBoxes() const;
+    QWidget* WindowOnTop() const;
+    QWidget* ParentOfBoxes(); // what is to come before the user is waited for comes now
+    void BeforeWaiting();
     QString TakeTitle();
     // What a box offers (Qt's flags), what Enter means, and closing it.
     struct BoxButtons {
@@ -78,6 +83,8 @@ class FormsUser final : public QObject, public User {
     QPointer<QWidget> main_window_;
     QString first_title_;
     int patience_;
+    std::function<void()> before_waiting_;
+    QElapsedTimer since_before_; // from SetBeforeWaiting on
     int pumping_ = 0;
     bool stop_requested_ = false;
     std::vector<std::unique_ptr<Progress>> open_; // in the order of opening

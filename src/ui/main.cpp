@@ -140,14 +140,15 @@ int Run(const QApplication& application) {
     const FormsDesktop desktop;
     const Theme theme;
     std::optional<Dialog_Splash> splash;
-    if (const QPixmap picture = SplashPicture(); !picture.isNull()) {
-        splash.emplace(picture);
-        splash->show(); // painted as soon as the start has to wait for anything
-    }
+    user.SetBeforeWaiting([&splash] {
+        // The usual start is over before anybody could read it.
+        if (const QPixmap picture = SplashPicture(); !picture.isNull()) splash.emplace(picture).show();
+    });
     Principale window(user);
     user.SetMainWindow(&window);
     QObject::connect(&instance, &SingleInstance::Wished, &window, &Principale::TakeWish);
     const bool started = window.Load(options.command_line);
+    user.SetBeforeWaiting({});
     splash.reset();
     if (!started) {
         window.close();

@@ -309,5 +309,37 @@ TEST_F(FormsUserPort, TellsTheFormsOfTheirOwnLabelsAndBars) {
     EXPECT_THAT(seen, ElementsAre("a\nb", "7"));
 }
 
+// --- what comes before the first wait ---
+
+TEST_F(FormsUserPort, ABoxIsPrecededOnceByWhatComesBeforeWaiting) {
+    int shown = 0;
+    forms.SetBeforeWaiting([&shown] { ++shown; });
+    robot.Will("first", [&shown](QWidget* window) {
+        EXPECT_EQ(shown, 1);
+        Press(window, "OK");
+    });
+    ShowMessage(MessageStyle::Plain, MessageText("first"));
+    robot.WillPress("second", "OK");
+    ShowMessage(MessageStyle::Plain, MessageText("second"));
+    EXPECT_EQ(shown, 1);
+}
+
+TEST_F(FormsUserPort, AQuickStartWaitsForNothing) {
+    int shown = 0;
+    forms.SetPatience(60000);
+    forms.SetBeforeWaiting([&shown] { ++shown; });
+    forms.PumpEvents();
+    forms.OpenProgress(BarPlace::WaitDialog, {});
+    forms.CloseProgress(BarPlace::WaitDialog);
+    EXPECT_EQ(shown, 0);
+    forms.SetPatience(0);
+    forms.PumpEvents();
+    EXPECT_EQ(shown, 1) << "it has lasted long enough to be looked at";
+    forms.SetBeforeWaiting([&shown] { ++shown; });
+    forms.SetBeforeWaiting({});
+    forms.PumpEvents();
+    EXPECT_EQ(shown, 1) << "taken back";
+}
+
 } // namespace
 } // namespace kelvash::test
