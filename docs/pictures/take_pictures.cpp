@@ -1,4 +1,5 @@
 // Opens every form on a sandbox and keeps a picture of each: take_pictures HOME FOLDER.
+#include <QAction>
 #include <QApplication>
 #include <QPixmap>
 #include <QTimer>
@@ -83,7 +84,7 @@ void TakeMainForm(const Camera& camera, Principale& form) {
     form.Pul_SaveGames->click();
     camera.Take(&form, "principale_savegames");
     form.Pul_ScreenShots->click();
-    camera.TakeModal("about", [&] { form.Command("mnu_About")->trigger(); });
+    camera.TakeModal("about", [&] { form.Command(MenuEntry::mnu_About)->trigger(); });
 }
 
 // The questions of a first start, each answered by closing it.
@@ -161,8 +162,8 @@ void TakeLevelForms(const Camera& camera, FormsUser& user, Principale& form) {
     camera.TakeModal("dialog_newlevel", [&] { intake::AddLevel("C:\\zips\\The Lantern Caves.zip", open); });
     core::SelectLevel(1);
     camera.TakeModal("dialog_newlevel_properties", [&] { intake::ShowProperty(open); });
-    camera.TakeModal("dialog_autore", [&] { form.Command("mnu_ShowAutoreInfo")->trigger(); });
-    camera.TakeModal("dialog_prefarc", [&] { form.Command("mnu_PrefArchive")->trigger(); });
+    camera.TakeModal("dialog_autore", [&] { form.Command(MenuEntry::mnu_ShowAutoreInfo)->trigger(); });
+    camera.TakeModal("dialog_prefarc", [&] { form.Command(MenuEntry::mnu_PrefArchive)->trigger(); });
     Dialog_Progress progress(&form);
     progress.ImpostaValori(true);
     progress.setWindowTitle(Caption(msg::kAddUnzipping, {"Clockwork Pass.zip"}));

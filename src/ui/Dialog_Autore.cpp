@@ -6,7 +6,7 @@
 #include <algorithm>
 
 #include "ui/Dialog_Autore_messages.h"
-#include "ui/help.h"
+#include "ui/form_kit.h"
 
 namespace kelvash::ui {
 
@@ -40,7 +40,6 @@ Dialog_Autore::Dialog_Autore(QWidget* parent) : QDialog(parent) {
     connect(Pul_GoSito, &QPushButton::clicked, this, [this] { GoSite(notes_, Combo_Siti->currentIndex()); });
     connect(Pul_Ok, &QPushButton::clicked, this, &Dialog_Autore::Accept);
     connect(Pul_Cancel, &QPushButton::clicked, this, &Dialog_Autore::reject);
-    ConnectHelp(this, Pul_Help, HelpMark::Author);
 }
 
 // A new item is selected: it is the last one then.
@@ -54,27 +53,22 @@ void Dialog_Autore::ConnectEdit(QPushButton* button, QComboBox* combo, Edit edit
 }
 
 void Dialog_Autore::Set_Caption_Texts() {
-    setWindowTitle(Caption(msg::kAutoreCaption));
-    Label_NomeAutore->setText(Caption(msg::kAutoreName));
-    Label_Email->setText(Caption(msg::kAutoreEmails));
-    Pul_NewEmail->setText(Caption(msg::kAutoreNewEmail));
-    Pul_ChangeEmail->setText(Caption(msg::kAutoreChangeEmail));
-    Pul_DelEmail->setText(Caption(msg::kAutoreDelEmail));
-    Pul_SendMail->setText(Caption(msg::kAutoreSendMail));
-    Label_Siti->setText(Caption(msg::kAutoreSites));
-    Pul_New_Sito->setText(Caption(msg::kAutoreNewSite));
-    Pul_ModSito->setText(Caption(msg::kAutoreModSite));
-    Pul_DelSito->setText(Caption(msg::kAutoreDelSite));
-    Pul_GoSito->setText(Caption(msg::kAutoreGoSite));
-    Label_NoteAutore->setText(Caption(msg::kAutoreNote));
-    Pul_Help->setText(Caption(msg::kAutoreHelp));
-    Pul_Ok->setText(Caption(msg::kAutoreOk));
-    Pul_Cancel->setText(Caption(msg::kAutoreCancel));
-    Label_NomeAutore->setBuddy(Text_NomeAutore);
-    Label_Email->setBuddy(Combo_Email);
-    Label_Siti->setBuddy(Combo_Siti);
-    Label_NoteAutore->setBuddy(Text_NoteAutore);
-    AssignMnemonics(this);
+    SetCaptions(this, {{this, msg::kAutoreCaption},
+                       {Label_NomeAutore, msg::kAutoreName, Text_NomeAutore},
+                       {Label_Email, msg::kAutoreEmails, Combo_Email},
+                       {Pul_NewEmail, msg::kAutoreNewEmail},
+                       {Pul_ChangeEmail, msg::kAutoreChangeEmail},
+                       {Pul_DelEmail, msg::kAutoreDelEmail},
+                       {Pul_SendMail, msg::kAutoreSendMail},
+                       {Label_Siti, msg::kAutoreSites, Combo_Siti},
+                       {Pul_New_Sito, msg::kAutoreNewSite},
+                       {Pul_ModSito, msg::kAutoreModSite},
+                       {Pul_DelSito, msg::kAutoreDelSite},
+                       {Pul_GoSito, msg::kAutoreGoSite},
+                       {Label_NoteAutore, msg::kAutoreNote, Text_NoteAutore},
+                       {Pul_Help, msg::kAutoreHelp},
+                       {Pul_Ok, msg::kAutoreOk},
+                       {Pul_Cancel, msg::kAutoreCancel}});
 }
 
 void Dialog_Autore::Lay() {
@@ -96,18 +90,12 @@ void Dialog_Autore::Lay() {
     grid->addWidget(Label_NoteAutore, 5, 0, Qt::AlignTop);
     grid->addWidget(Text_NoteAutore, 5, 1);
     grid->setColumnStretch(1, 1);
-    auto* const buttons = new QHBoxLayout;
-    buttons->addWidget(Pul_Help);
-    buttons->addStretch();
-    buttons->addWidget(Pul_Ok);
-    buttons->addWidget(Pul_Cancel);
     auto* const layout = new QVBoxLayout(this);
     layout->addLayout(grid);
     layout->addSpacing(fontMetrics().height() / 2);
-    layout->addLayout(buttons);
+    layout->addLayout(FootRow(this, {Pul_Help, HelpMark::Author, Pul_Ok, Pul_Cancel}));
     Text_NoteAutore->setTabChangesFocus(true);
     Text_NoteAutore->setFixedHeight(fontMetrics().lineSpacing() * 5);
-    Pul_Ok->setDefault(true);
     setMinimumWidth(fontMetrics().averageCharWidth() * 76);
 }
 

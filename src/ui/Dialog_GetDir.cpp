@@ -17,7 +17,7 @@
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "ui/Dialog_GetDir_messages.h"
-#include "ui/help.h"
+#include "ui/form_kit.h"
 
 namespace kelvash::ui {
 
@@ -111,31 +111,22 @@ Dialog_GetDir::Dialog_GetDir(QWidget* parent) : QDialog(parent) {
     connect(Pul_NuovaCartella, &QPushButton::clicked, this, &Dialog_GetDir::NewFolder);
     connect(Pul_Ok, &QPushButton::clicked, this, &Dialog_GetDir::Accept);
     connect(Pul_Cancel, &QPushButton::clicked, this, &Dialog_GetDir::reject);
-    ConnectHelp(this, Pul_Help, HelpMark::ChooseFolder);
 }
 
 void Dialog_GetDir::Set_Caption_Texts() {
-    setWindowTitle(Caption(msg::kGetDirCaption));
-    Label_Drive->setText(Caption(msg::kGetDirDrive));
-    Label_PathDir->setText(Caption(msg::kGetDirPath));
-    Label_Path->setText(Caption(msg::kGetDirNewName));
-    Pul_NuovaCartella->setText(Caption(msg::kGetDirNew));
-    Pul_Help->setText(Caption(msg::kGetDirHelp));
-    Pul_Ok->setText(Caption(msg::kGetDirOk));
-    Pul_Cancel->setText(Caption(msg::kGetDirCancel));
-    Label_Drive->setBuddy(Drive1);
-    Label_PathDir->setBuddy(Text_PathDir);
-    Label_Path->setBuddy(Text_Path);
-    AssignMnemonics(this);
+    SetCaptions(this, {{this, msg::kGetDirCaption},
+                       {Label_Drive, msg::kGetDirDrive, Drive1},
+                       {Label_PathDir, msg::kGetDirPath, Text_PathDir},
+                       {Label_Path, msg::kGetDirNewName, Text_Path},
+                       {Pul_NuovaCartella, msg::kGetDirNew},
+                       {Pul_Help, msg::kGetDirHelp},
+                       {Pul_Ok, msg::kGetDirOk},
+                       {Pul_Cancel, msg::kGetDirCancel},
+                       ControlCaption::Spoken(Dir1, msg::kGetDirFolders)});
 }
 
 void Dialog_GetDir::Lay() {
     auto* const fields = new QGridLayout(this);
-    auto* const buttons = new QHBoxLayout;
-    buttons->addWidget(Pul_Help);
-    buttons->addStretch();
-    buttons->addWidget(Pul_Ok);
-    buttons->addWidget(Pul_Cancel);
     fields->addWidget(Label_Drive, 0, 0);
     fields->addWidget(Drive1, 0, 1, 1, 2);
     fields->addWidget(Dir1, 1, 0, 1, 3);
@@ -145,7 +136,7 @@ void Dialog_GetDir::Lay() {
     fields->addWidget(Text_Path, 3, 1);
     fields->addWidget(Pul_NuovaCartella, 3, 2);
     fields->setRowMinimumHeight(4, fontMetrics().height() / 2);
-    fields->addLayout(buttons, 5, 0, 1, 3);
+    fields->addLayout(FootRow(this, {Pul_Help, HelpMark::ChooseFolder, Pul_Ok, Pul_Cancel}), 5, 0, 1, 3);
     fields->setRowStretch(1, 1);
     fields->setColumnStretch(1, 1);
     Dir1->setHeaderHidden(true);
@@ -156,7 +147,6 @@ void Dialog_GetDir::Lay() {
     for (QWidget* control : {static_cast<QWidget*>(Dir1), Dir1->viewport(),
                              static_cast<QWidget*>(Text_PathDir), static_cast<QWidget*>(Text_Path)})
         control->installEventFilter(this);
-    Pul_Ok->setDefault(true);
     Dir1->setFocus();
     const int letter = fontMetrics().averageCharWidth();
     Dir1->setMinimumSize(letter * 40, fontMetrics().lineSpacing() * 8);

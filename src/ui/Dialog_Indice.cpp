@@ -6,6 +6,7 @@
 
 #include "foundation/user.h"
 #include "ui/Dialog_Indice_messages.h"
+#include "ui/form_kit.h"
 
 namespace kelvash::ui {
 
@@ -25,13 +26,14 @@ Dialog_Indice::Dialog_Indice(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_Indice::Set_Caption_Texts() {
-    setWindowTitle(Caption(msg::kIndiceCaption));
-    Opt_Main->setText(Caption(msg::kIndiceMain));
-    Opt_Sub->setText(Caption(msg::kIndiceSub));
-    Pul_Find->setText(Caption(msg::kIndiceFind));
-    Pul_Ok->setText(Caption(msg::kIndiceOk));
-    Pul_Cancel->setText(Caption(msg::kIndiceCancel));
-    AssignMnemonics(this);
+    SetCaptions(this, {{this, msg::kIndiceCaption},
+                       {Opt_Main, msg::kIndiceMain},
+                       {Opt_Sub, msg::kIndiceSub},
+                       {Pul_Find, msg::kIndiceFind},
+                       {Pul_Ok, msg::kIndiceOk},
+                       {Pul_Cancel, msg::kIndiceCancel},
+                       ControlCaption::Spoken(Text_Find, msg::kIndiceSought),
+                       ControlCaption::Spoken(List_Indice, msg::kIndiceTopics)});
 }
 
 void Dialog_Indice::Lay() {
@@ -42,15 +44,11 @@ void Dialog_Indice::Lay() {
     auto* const search = new QHBoxLayout;
     search->addWidget(Text_Find, 1);
     search->addWidget(Pul_Find);
-    auto* const buttons = new QHBoxLayout;
-    buttons->addWidget(Label_Items, 1);
-    buttons->addWidget(Pul_Ok);
-    buttons->addWidget(Pul_Cancel);
     auto* const layout = new QVBoxLayout(this);
     layout->addLayout(kinds);
     layout->addLayout(search);
     layout->addWidget(List_Indice, 1);
-    layout->addLayout(buttons);
+    layout->addLayout(FootRow({Label_Items}, {Pul_Ok, Pul_Cancel}));
     List_Indice->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // a longer title ends in "..."
     List_Indice->setSpacing(1);
     Opt_Main->setChecked(true);

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "ui/Dialog_InputTesto_messages.h"
+#include "ui/form_kit.h"
 
 namespace kelvash::ui {
 
@@ -24,22 +25,17 @@ Dialog_InputTesto::Dialog_InputTesto(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_InputTesto::Set_Caption_Texts() {
-    setWindowTitle(Caption(msg::kInputCaption));
-    Pul_Svuota->setText(Caption(msg::kInputClear));
-    Pul_Ok->setText(Caption(msg::kInputOk));
-    Pul_Annulla->setText(Caption(msg::kInputCancel));
-    AssignMnemonics(this);
+    SetCaptions(this, {{this, msg::kInputCaption},
+                       {Pul_Svuota, msg::kInputClear},
+                       {Pul_Ok, msg::kInputOk},
+                       {Pul_Annulla, msg::kInputCancel},
+                       ControlCaption::Spoken(Text1, msg::kInputText)});
 }
 
 void Dialog_InputTesto::Lay() {
-    auto* const buttons = new QHBoxLayout;
-    buttons->addWidget(Pul_Svuota);
-    buttons->addStretch();
-    buttons->addWidget(Pul_Ok);
-    buttons->addWidget(Pul_Annulla);
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(Text1, 1);
-    layout->addLayout(buttons);
+    layout->addLayout(FootRow({Pul_Svuota}, {Pul_Ok, Pul_Annulla}));
     Text1->setTabChangesFocus(true);
     Text1->setFocus();
     Pul_Ok->setDefault(true);

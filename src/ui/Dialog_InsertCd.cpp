@@ -6,25 +6,21 @@
 #include "core/start_up_messages.h"
 #include "foundation/drives.h"
 #include "ui/Dialog_InsertCd_messages.h"
+#include "ui/form_kit.h"
 
 namespace kelvash::ui {
 
 Dialog_InsertCd::Dialog_InsertCd(QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("Dialog_InsertCd"));
-    Label_Unita->setBuddy(Combo_Unita);
     Set_Caption_Texts();
     auto* const drive = new QHBoxLayout;
     drive->addWidget(Label_Unita);
     drive->addWidget(Combo_Unita);
     drive->addStretch();
-    auto* const buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(Pul_Ok);
-    buttons->addWidget(Pul_Cancel);
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(Label_Mex);
     layout->addLayout(drive);
-    layout->addLayout(buttons);
+    layout->addLayout(FootRow({}, {Pul_Ok, Pul_Cancel}));
     layout->setSpacing(fontMetrics().height());
     Pul_Ok->setDefault(true);
     setMinimumWidth(fontMetrics().averageCharWidth() * 48);
@@ -39,11 +35,10 @@ Dialog_InsertCd::Dialog_InsertCd(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_InsertCd::Set_Caption_Texts() {
-    setWindowTitle(Caption(msg::kCdRequestCaption));
-    Label_Unita->setText(Caption(msg::kInsertCdDrive));
-    Pul_Ok->setText(Caption(msg::kInsertCdOk));
-    Pul_Cancel->setText(Caption(msg::kInsertCdCancel));
-    AssignMnemonics(this);
+    SetCaptions(this, {{this, msg::kCdRequestCaption},
+                       {Label_Unita, msg::kInsertCdDrive, Combo_Unita},
+                       {Pul_Ok, msg::kInsertCdOk},
+                       {Pul_Cancel, msg::kInsertCdCancel}});
 }
 
 void Dialog_InsertCd::ImpostaValori(const ChoiceForm& form) {

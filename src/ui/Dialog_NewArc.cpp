@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "ui/Dialog_NewArc_messages.h"
+#include "ui/form_kit.h"
 #include "ui/help.h"
 
 namespace kelvash::ui {
@@ -11,14 +12,9 @@ namespace kelvash::ui {
 Dialog_NewArc::Dialog_NewArc(QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("Dialog_NewArc"));
     Set_Caption_Texts();
-    auto* const buttons = new QHBoxLayout;
-    buttons->addWidget(Pul_New);
-    buttons->addWidget(Pul_Load);
-    buttons->addStretch();
-    buttons->addWidget(Pul_Help);
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(Label_Info);
-    layout->addLayout(buttons);
+    layout->addLayout(FootRow({Pul_New, Pul_Load}, {Pul_Help}));
     layout->setSpacing(fontMetrics().height());
     Label_Info->setWordWrap(true);
     Pul_New->setDefault(true);
@@ -32,12 +28,11 @@ Dialog_NewArc::Dialog_NewArc(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_NewArc::Set_Caption_Texts() {
-    setWindowTitle(Caption(msg::kNewArcCaptionForm));
-    Label_Info->setText(Caption(msg::kNewArcText, {kLineBreak, kLineBreak}));
-    Pul_New->setText(Caption(msg::kNewArcNew));
-    Pul_Load->setText(Caption(msg::kNewArcLoad));
-    Pul_Help->setText(Caption(msg::kNewArcHelp));
-    AssignMnemonics(this);
+    SetCaptions(this, {{this, msg::kNewArcCaptionForm},
+                       {Label_Info, msg::kNewArcText, {kLineBreak, kLineBreak}},
+                       {Pul_New, msg::kNewArcNew},
+                       {Pul_Load, msg::kNewArcLoad},
+                       {Pul_Help, msg::kNewArcHelp}});
 }
 
 } // namespace kelvash::ui

@@ -10,8 +10,8 @@
 #include "foundation/path.h"
 #include "ui/Dialog_NewLevel_messages.h"
 #include "ui/dropped_files.h"
+#include "ui/form_kit.h"
 #include "ui/forms_user.h"
-#include "ui/help.h"
 
 namespace kelvash::ui {
 
@@ -24,6 +24,7 @@ constexpr int kNameWidth = 256; // characters of the record's fields
 Dialog_NewLevel::Dialog_NewLevel(FormsUser& user, intake::NewLevel& level, QWidget* parent)
     : QDialog(parent), level_(level) {
     setObjectName(QStringLiteral("Dialog_NewLevel"));
+    NotYet({Pul_SearchLevel, Pul_CompileTom, Pul_SetMyLanguage});
     Set_Caption_Texts();
     Lay();
     Connect(user);
@@ -31,49 +32,37 @@ Dialog_NewLevel::Dialog_NewLevel(FormsUser& user, intake::NewLevel& level, QWidg
 }
 
 void Dialog_NewLevel::Set_Caption_Texts() {
-    setWindowTitle(Caption(level_.Adding ? msg::kNewLevelCaption : msg::kPropertyCaption));
-    Label_NameLevel->setText(Caption(msg::kNewLevelName));
-    Label_Note->setText(Caption(msg::kNewLevelNote));
-    Label_MoreInfo->setText(Caption(msg::kNewLevelMoreInfo));
-    Frame_Files->setTitle(Caption(msg::kNewLevelFileFrame));
-    Pul_AddFile->setText(Caption(msg::kNewLevelAddFile));
-    Pul_AddFolder->setText(Caption(msg::kNewLevelAddFolder));
-    Pul_SearchLevel->setText(Caption(msg::kNewLevelSearch));
-    Pul_CompileTom->setText(Caption(msg::kNewLevelCompile));
-    Pul_SetMyLanguage->setText(Caption(msg::kNewLevelLanguage));
-    Pul_Remove->setText(Caption(msg::kNewLevelRemove));
-    Pul_RimuoviTutti->setText(Caption(msg::kNewLevelRemoveAll));
-    Pul_Refresh->setText(Caption(msg::kNewLevelRefresh));
-    Pul_Help->setText(Caption(msg::kNewLevelHelp));
-    Pul_Ok->setText(Caption(msg::kNewLevelOk));
-    Pul_Cancel->setText(Caption(msg::kNewLevelCancel));
-    Label_NameLevel->setBuddy(Text_NameLevel);
-    Label_Note->setBuddy(Text_Note);
-    Label_MoreInfo->setBuddy(Combo_MoreInfo);
-    AssignMnemonics(this);
+    SetCaptions(this, {{this, level_.Adding ? msg::kNewLevelCaption : msg::kPropertyCaption},
+                       {Label_NameLevel, msg::kNewLevelName, Text_NameLevel},
+                       {Label_Note, msg::kNewLevelNote, Text_Note},
+                       {Label_MoreInfo, msg::kNewLevelMoreInfo, Combo_MoreInfo},
+                       {Frame_Files, msg::kNewLevelFileFrame},
+                       {Pul_AddFile, msg::kNewLevelAddFile},
+                       {Pul_AddFolder, msg::kNewLevelAddFolder},
+                       {Pul_SearchLevel, msg::kNewLevelSearch},
+                       {Pul_CompileTom, msg::kNewLevelCompile},
+                       {Pul_SetMyLanguage, msg::kNewLevelLanguage},
+                       {Pul_Remove, msg::kNewLevelRemove},
+                       {Pul_RimuoviTutti, msg::kNewLevelRemoveAll},
+                       {Pul_Refresh, msg::kNewLevelRefresh},
+                       {Pul_Help, msg::kNewLevelHelp},
+                       {Pul_Ok, msg::kNewLevelOk},
+                       {Pul_Cancel, msg::kNewLevelCancel},
+                       ControlCaption::Spoken(List_Files, msg::kNewLevelFiles)});
 }
 
 void Dialog_NewLevel::Lay() {
     LayFiles();
-    auto* const buttons = new QHBoxLayout;
-    buttons->addWidget(Pul_Help);
-    buttons->addStretch();
-    buttons->addWidget(Pul_Ok);
-    buttons->addWidget(Pul_Cancel);
     auto* const layout = new QVBoxLayout(this);
     layout->addLayout(LayFields());
     layout->addWidget(Frame_Files, 1);
     layout->addWidget(Label_Info);
     layout->addWidget(ProgressBar1);
-    layout->addLayout(buttons);
+    layout->addLayout(FootRow(this, {Pul_Help, HelpMark::AddLevel, Pul_Ok, Pul_Cancel}));
     Label_Info->setWordWrap(true);
-    ProgressBar1->setRange(0, 100);
-    ProgressBar1->setValue(0);
     QSizePolicy keeps_place = ProgressBar1->sizePolicy();
     keeps_place.setRetainSizeWhenHidden(true);
     ProgressBar1->setSizePolicy(keeps_place);
-    ProgressBar1->hide(); // it stands idle most of the time
-    Pul_Ok->setDefault(true);
     setAcceptDrops(true);
     setMinimumSize(fontMetrics().averageCharWidth() * 92, fontMetrics().height() * 34);
 }
@@ -130,15 +119,7 @@ void Dialog_NewLevel::Connect(FormsUser& user) {
         Work([item](intake::NewLevel& level) { RemoveFile(level, item); });
     });
     connect(List_Files, &QListWidget::itemDoubleClicked, this, [this] { OpenSelected(); });
-    connect(&user, &FormsUser::LabelChanged, this, [this](BarPlace place, const QString& text) {
-        if (place == BarPlace::CallerForm) Label_Info->setText(text);
-    });
-    connect(&user, &FormsUser::BarChanged, this, [this](BarPlace place, int percent) {
-        if (place != BarPlace::CallerForm) return;
-        ProgressBar1->setValue(percent);
-        ProgressBar1->setVisible(percent > 0);
-    });
-    ConnectHelp(this, Pul_Help, HelpMark::AddLevel);
+    FollowJobs(user, BarPlace::CallerForm, Label_Info, ProgressBar1, IdleBar::Hides);
 }
 
 void Dialog_NewLevel::ImpostaValori() {
@@ -157,10 +138,7 @@ void Dialog_NewLevel::ImpostaValori() {
     EnableButtons();
 }
 
-// What has no logic to stand on yet stays grey.
 void Dialog_NewLevel::EnableButtons() {
-    for (QPushButton* button : {Pul_SearchLevel, Pul_CompileTom, Pul_SetMyLanguage})
-        button->setEnabled(false);
     for (QPushButton* button : {Pul_AddFile, Pul_AddFolder, Pul_Refresh})
         button->setEnabled(!level_.OnCd);
     for (QPushButton* button : {Pul_Remove, Pul_RimuoviTutti})

@@ -7,7 +7,7 @@
 #include "core/profile.h"
 #include "swap/compression.h"
 #include "ui/Dialog_PrefArc_messages.h"
-#include "ui/help.h"
+#include "ui/form_kit.h"
 
 namespace kelvash::ui {
 
@@ -17,20 +17,18 @@ Dialog_PrefArc::Dialog_PrefArc(QWidget* parent) : QDialog(parent) {
     Lay();
     connect(Pul_Ok, &QPushButton::clicked, this, &Dialog_PrefArc::Accept);
     connect(Pul_Cancel, &QPushButton::clicked, this, &Dialog_PrefArc::reject);
-    ConnectHelp(this, Pul_Help, HelpMark::ArchivePreferences);
 }
 
 void Dialog_PrefArc::Set_Caption_Texts() {
-    setWindowTitle(Caption(msg::kPrefArcCaption));
-    Label_Info->setText(Caption(msg::kPrefArcText));
-    Label_Archive->setText(Caption(msg::kPrefArcArchive));
-    Check_CompressFiles->setText(Caption(msg::kPrefArcCompress));
-    Check_EncodeWavInMp3->setText(Caption(msg::kPrefArcMp3));
-    Label_Mp3->setText(Caption(msg::kPrefArcMp3Later));
-    Pul_Help->setText(Caption(msg::kPrefArcHelp));
-    Pul_Ok->setText(Caption(msg::kPrefArcOk));
-    Pul_Cancel->setText(Caption(msg::kPrefArcCancel));
-    AssignMnemonics(this);
+    SetCaptions(this, {{this, msg::kPrefArcCaption},
+                       {Label_Info, msg::kPrefArcText},
+                       {Label_Archive, msg::kPrefArcArchive},
+                       {Check_CompressFiles, msg::kPrefArcCompress},
+                       {Check_EncodeWavInMp3, msg::kPrefArcMp3},
+                       {Label_Mp3, msg::kPrefArcMp3Later},
+                       {Pul_Help, msg::kPrefArcHelp},
+                       {Pul_Ok, msg::kPrefArcOk},
+                       {Pul_Cancel, msg::kPrefArcCancel}});
 }
 
 void Dialog_PrefArc::Lay() {
@@ -41,11 +39,6 @@ void Dialog_PrefArc::Lay() {
     mp3->addWidget(Check_EncodeWavInMp3);
     mp3->addWidget(Label_Mp3);
     mp3->addStretch();
-    auto* const buttons = new QHBoxLayout;
-    buttons->addWidget(Pul_Help);
-    buttons->addStretch();
-    buttons->addWidget(Pul_Ok);
-    buttons->addWidget(Pul_Cancel);
     auto* const layout = new QVBoxLayout(this);
     layout->addLayout(archive);
     layout->addWidget(Label_Info);
@@ -53,9 +46,8 @@ void Dialog_PrefArc::Lay() {
     layout->addLayout(mp3);
     layout->addStretch();
     layout->addSpacing(fontMetrics().height() / 2);
-    layout->addLayout(buttons);
+    layout->addLayout(FootRow(this, {Pul_Help, HelpMark::ArchivePreferences, Pul_Ok, Pul_Cancel}));
     Label_Info->setWordWrap(true);
-    Pul_Ok->setDefault(true);
     setMinimumWidth(fontMetrics().averageCharWidth() * 76);
 }
 

@@ -3,6 +3,7 @@
 #include <QVBoxLayout>
 
 #include "ui/Dialog_Progress_messages.h"
+#include "ui/form_kit.h"
 
 namespace kelvash::ui {
 
@@ -20,15 +21,11 @@ Dialog_Progress::Dialog_Progress(QWidget* parent) : QDialog(parent) {
         Q_EMIT StopWanted();
     });
     Label_Info->setWordWrap(true);
-    ProgressBar1->setRange(0, 100);
-    ProgressBar1->setValue(0);
     setMinimumWidth(fontMetrics().averageCharWidth() * 64);
 }
 
 void Dialog_Progress::Set_Caption_Texts() {
-    setWindowTitle(Caption(msg::kProgressCaption));
-    Pul_Stop->setText(Caption(msg::kNewLevelStop));
-    AssignMnemonics(this);
+    SetCaptions(this, {{this, msg::kProgressCaption}, {Pul_Stop, msg::kNewLevelStop}});
 }
 
 } // namespace kelvash::ui

@@ -6,8 +6,8 @@
 
 #include "swap/restore.h"
 #include "ui/Dialog_Restore_messages.h"
+#include "ui/form_kit.h"
 #include "ui/forms_user.h"
-#include "ui/help.h"
 
 namespace kelvash::ui {
 
@@ -18,25 +18,18 @@ Dialog_Restore::Dialog_Restore(FormsUser& user, QWidget* parent) : QDialog(paren
     connect(Pul_Fast, &QPushButton::clicked, this, &Dialog_Restore::Fast);
     connect(Pul_Full, &QPushButton::clicked, this, &Dialog_Restore::Full);
     connect(Pul_Cancel, &QPushButton::clicked, this, &Dialog_Restore::reject);
-    connect(&user, &FormsUser::LabelChanged, this, [this](BarPlace place, const QString& text) {
-        if (place == BarPlace::CallerForm) Label_Info->setText(text);
-    });
-    connect(&user, &FormsUser::BarChanged, this, [this](BarPlace place, int percent) {
-        if (place == BarPlace::CallerForm) ProgressBar1->setValue(percent);
-    });
-    ConnectHelp(this, Pul_Help, HelpMark::Restore);
+    FollowJobs(user, BarPlace::CallerForm, Label_Info, ProgressBar1, IdleBar::Stays);
 }
 
 void Dialog_Restore::Set_Caption_Texts() {
-    setWindowTitle(Caption(msg::kRestoreCaption));
-    Label_Choose->setText(Caption(msg::kRestoreChoose));
-    Pul_Fast->setText(Caption(msg::kRestoreFast));
-    Label_Fast->setText(Caption(msg::kRestoreFastText));
-    Pul_Full->setText(Caption(msg::kRestoreFull));
-    Label_Full->setText(Caption(msg::kRestoreFullText));
-    Pul_Cancel->setText(Caption(msg::kRestoreCancel));
-    Pul_Help->setText(Caption(msg::kRestoreHelp));
-    AssignMnemonics(this);
+    SetCaptions(this, {{this, msg::kRestoreCaption},
+                       {Label_Choose, msg::kRestoreChoose},
+                       {Pul_Fast, msg::kRestoreFast},
+                       {Label_Fast, msg::kRestoreFastText},
+                       {Pul_Full, msg::kRestoreFull},
+                       {Label_Full, msg::kRestoreFullText},
+                       {Pul_Cancel, msg::kRestoreCancel},
+                       {Pul_Help, msg::kRestoreHelp}});
 }
 
 void Dialog_Restore::Lay() {
@@ -47,20 +40,14 @@ void Dialog_Restore::Lay() {
     kinds->addWidget(Label_Full, 1, 1);
     kinds->setColumnStretch(1, 1);
     kinds->setSpacing(fontMetrics().height());
-    auto* const buttons = new QHBoxLayout;
-    buttons->addWidget(Pul_Help);
-    buttons->addStretch();
-    buttons->addWidget(Pul_Cancel);
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(Label_Choose);
     layout->addLayout(kinds);
     layout->addWidget(Label_Info);
     layout->addWidget(ProgressBar1);
-    layout->addLayout(buttons);
+    layout->addLayout(FootRow(this, {Pul_Help, HelpMark::Restore, nullptr, Pul_Cancel}));
     for (QLabel* label : {Label_Fast, Label_Full, Label_Info})
         label->setWordWrap(true);
-    ProgressBar1->setRange(0, 100);
-    ProgressBar1->setValue(0);
     Pul_Fast->setDefault(true);
     setMinimumWidth(fontMetrics().averageCharWidth() * 92);
 }

@@ -6,7 +6,7 @@
 
 #include "foundation/text.h"
 #include "ui/Dialog_Settings_messages.h"
-#include "ui/help.h"
+#include "ui/form_kit.h"
 
 namespace kelvash::ui {
 
@@ -26,26 +26,17 @@ void TakeNumber(const QComboBox* combo, std::int32_t& number) {
     if (combo->currentIndex() >= 0) number = combo->currentData().toInt();
 }
 
-// Controls that make one line, with what is left over behind them.
-QHBoxLayout* Row(std::initializer_list<QWidget*> controls) {
-    auto* const row = new QHBoxLayout;
-    for (QWidget* control : controls)
-        row->addWidget(control);
-    row->addStretch();
-    return row;
-}
-
 } // namespace
 
 Dialog_Settings::Dialog_Settings(QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("Dialog_Settings"));
+    NotYet({Pul_SetJoy});
     Set_Caption_Texts();
     Lay();
     for (int number = 1; number <= companion::kMostSavegamesToChoose; ++number)
         Combo_NSavegame->addItem(QString::number(number), number);
     for (int tenths = 1; tenths <= companion::kMostTenthsToChoose; ++tenths)
         Combo_Decimi->addItem(TenthsText(tenths), tenths);
-    Pul_SetJoy->setEnabled(false); // the form that sets the joystick's buttons does not stand yet
     const auto choose = [this](QPushButton* button, void (*chooser)(companion::Settings&)) {
         connect(button, &QPushButton::clicked, this, [this, chooser] {
             chooser(settings_);
@@ -58,62 +49,56 @@ Dialog_Settings::Dialog_Settings(QWidget* parent) : QDialog(parent) {
     connect(Check_ArchiviaSavegame, &QCheckBox::toggled, Combo_NSavegame, &QComboBox::setEnabled);
     connect(Pul_Ok, &QPushButton::clicked, this, &Dialog_Settings::Accept);
     connect(Pul_Cancel, &QPushButton::clicked, this, &Dialog_Settings::reject);
-    ConnectHelp(this, Pul_Help, HelpMark::Settings);
     ImpostaValori();
 }
 
 void Dialog_Settings::Set_Caption_Texts() {
-    setWindowTitle(Caption(msg::kSettingsCaption));
-    Frame_Folders->setTitle(Caption(msg::kSettingsFolders));
-    Label_TitlePathTrle->setText(Caption(msg::kSettingsTrle));
-    Pul_SfogliaPathTrle->setText(Caption(msg::kSettingsBrowseTrle));
-    Label_TitleLoadDir->setText(Caption(msg::kSettingsLoadDir));
-    Pul_SfogliaLoadDir->setText(Caption(msg::kSettingsBrowseLoadDir));
-    Label_TitleEditor->setText(Caption(msg::kSettingsEditor));
-    Pul_ScegliEditor->setText(Caption(msg::kSettingsChooseEditor));
-    Label_TitleBackup->setText(Caption(msg::kSettingsFullBackup));
-    Frame_Playing->setTitle(Caption(msg::kSettingsPlaying));
-    Opt_NonPrompt->setText(Caption(msg::kSettingsNonPrompt));
-    Opt_PromptCapture->setText(Caption(msg::kSettingsPrompt));
-    Check_VerifyImage->setText(Caption(msg::kSettingsVerifyImage));
-    Check_ArchiviaSavegame->setText(Caption(msg::kSettingsArchiveSaves));
-    Label_NSavegame->setText(Caption(msg::kSettingsSavegames));
-    Label_Associate->setText(Caption(msg::kSettingsAssociate));
-    Label_Minutes->setText(Caption(msg::kSettingsMinutes));
-    Label_Interval->setText(Caption(msg::kSettingsInterval));
-    Check_EnableJoystick->setText(Caption(msg::kSettingsJoystick));
-    Pul_SetJoy->setText(Caption(msg::kSettingsSetJoy));
-    Frame_Archive->setTitle(Caption(msg::kSettingsArchive));
-    Check_AutoSave->setText(Caption(msg::kSettingsAutoSave));
-    Check_TestCOntrollaUguali->setText(Caption(msg::kSettingsCheckEqual));
-    Check_NoAutoCompila->setText(Caption(msg::kSettingsNoAutoCompile));
-    Check_NonDecomprimere->setText(Caption(msg::kSettingsNoDecompress));
-    Check_AggiornamentoUrl->setText(Caption(msg::kSettingsUrlUpdate));
-    Pul_Help->setText(Caption(msg::kSettingsHelp));
-    Pul_Ok->setText(Caption(msg::kSettingsOk));
-    Pul_Cancel->setText(Caption(msg::kSettingsCancel));
-    Label_Associate->setBuddy(Text_MinutiDifferenza);
-    Label_Interval->setBuddy(Combo_Decimi);
-    AssignMnemonics(this);
+    SetCaptions(this, {{this, msg::kSettingsCaption},
+                       {Frame_Folders, msg::kSettingsFolders},
+                       {Label_TitlePathTrle, msg::kSettingsTrle},
+                       {Pul_SfogliaPathTrle, msg::kSettingsBrowseTrle},
+                       {Label_TitleLoadDir, msg::kSettingsLoadDir},
+                       {Pul_SfogliaLoadDir, msg::kSettingsBrowseLoadDir},
+                       {Label_TitleEditor, msg::kSettingsEditor},
+                       {Pul_ScegliEditor, msg::kSettingsChooseEditor},
+                       {Label_TitleBackup, msg::kSettingsFullBackup},
+                       {Frame_Playing, msg::kSettingsPlaying},
+                       {Opt_NonPrompt, msg::kSettingsNonPrompt},
+                       {Opt_PromptCapture, msg::kSettingsPrompt},
+                       {Check_VerifyImage, msg::kSettingsVerifyImage},
+                       {Check_ArchiviaSavegame, msg::kSettingsArchiveSaves},
+                       {Label_NSavegame, msg::kSettingsSavegames},
+                       {Label_Associate, msg::kSettingsAssociate, Text_MinutiDifferenza},
+                       {Label_Minutes, msg::kSettingsMinutes},
+                       {Label_Interval, msg::kSettingsInterval, Combo_Decimi},
+                       {Check_EnableJoystick, msg::kSettingsJoystick},
+                       {Pul_SetJoy, msg::kSettingsSetJoy},
+                       {Frame_Archive, msg::kSettingsArchive},
+                       {Check_AutoSave, msg::kSettingsAutoSave},
+                       {Check_TestCOntrollaUguali, msg::kSettingsCheckEqual},
+                       {Check_NoAutoCompila, msg::kSettingsNoAutoCompile},
+                       {Check_NonDecomprimere, msg::kSettingsNoDecompress},
+                       {Check_AggiornamentoUrl, msg::kSettingsUrlUpdate},
+                       {Pul_Help, msg::kSettingsHelp},
+                       {Pul_Ok, msg::kSettingsOk},
+                       {Pul_Cancel, msg::kSettingsCancel},
+                       ControlCaption::Spoken(Pul_SfogliaPathTrle, msg::kSettingsSpokenTrle),
+                       ControlCaption::Spoken(Pul_SfogliaLoadDir, msg::kSettingsSpokenLoadDir),
+                       ControlCaption::Spoken(Pul_ScegliEditor, msg::kSettingsSpokenEditor),
+                       ControlCaption::Spoken(Combo_NSavegame, msg::kSettingsSpokenSaves)});
 }
 
 void Dialog_Settings::Lay() {
     LayFolders();
     LayPlaying();
     LayArchive();
-    auto* const buttons = new QHBoxLayout;
-    buttons->addWidget(Pul_Help);
-    buttons->addStretch();
-    buttons->addWidget(Pul_Ok);
-    buttons->addWidget(Pul_Cancel);
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(Frame_Folders);
     layout->addWidget(Frame_Playing);
     layout->addWidget(Frame_Archive);
     layout->addStretch();
     layout->addSpacing(fontMetrics().height() / 2);
-    layout->addLayout(buttons);
-    Pul_Ok->setDefault(true);
+    layout->addLayout(FootRow(this, {Pul_Help, HelpMark::Settings, Pul_Ok, Pul_Cancel}));
     Pul_Ok->setFocus();
 }
 
@@ -139,10 +124,10 @@ void Dialog_Settings::LayPlaying() {
     rows->addWidget(Opt_NonPrompt);
     rows->addWidget(Opt_PromptCapture);
     rows->addWidget(Check_VerifyImage);
-    rows->addLayout(Row({Check_ArchiviaSavegame, Combo_NSavegame, Label_NSavegame}));
-    rows->addLayout(Row({Label_Associate, Text_MinutiDifferenza, Label_Minutes}));
-    rows->addLayout(Row({Label_Interval, Combo_Decimi}));
-    rows->addLayout(Row({Check_EnableJoystick, Pul_SetJoy}));
+    rows->addLayout(Line({Check_ArchiviaSavegame, Combo_NSavegame, Label_NSavegame}));
+    rows->addLayout(Line({Label_Associate, Text_MinutiDifferenza, Label_Minutes}));
+    rows->addLayout(Line({Label_Interval, Combo_Decimi}));
+    rows->addLayout(Line({Check_EnableJoystick, Pul_SetJoy}));
     Combo_NSavegame->setMaxVisibleItems(companion::kMostSavegamesToChoose);
     Text_MinutiDifferenza->setFixedWidth(fontMetrics().averageCharWidth() * 10);
 }

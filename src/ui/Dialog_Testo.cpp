@@ -14,6 +14,7 @@
 #include "foundation/user.h"
 #include "ui/Dialog_Indice.h"
 #include "ui/Dialog_Testo_messages.h"
+#include "ui/form_kit.h"
 #include "ui/topic_highlighter.h"
 
 namespace kelvash::ui {
@@ -53,14 +54,15 @@ Dialog_Testo::Dialog_Testo(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_Testo::Set_Caption_Texts() {
-    setWindowTitle(Caption(msg::kTestoCaption));
-    Pul_Trova->setText(Caption(msg::kTestoFind));
-    Pul_Dopo->setText(Caption(msg::kTestoNext));
-    Pul_Prima->setText(Caption(msg::kTestoPrevious));
-    Check_ParolaIntera->setText(Caption(msg::kTestoWholeWord));
-    Pul_Index->setText(Caption(msg::kTestoIndex));
-    Pul_Ok->setText(Caption(msg::kTestoOk));
-    AssignMnemonics(this);
+    SetCaptions(this, {{this, msg::kTestoCaption},
+                       {Pul_Trova, msg::kTestoFind},
+                       {Pul_Dopo, msg::kTestoNext},
+                       {Pul_Prima, msg::kTestoPrevious},
+                       {Check_ParolaIntera, msg::kTestoWholeWord},
+                       {Pul_Index, msg::kTestoIndex},
+                       {Pul_Ok, msg::kTestoOk},
+                       ControlCaption::Spoken(Text_Trova, msg::kTestoSought),
+                       ControlCaption::Spoken(Text_File, msg::kTestoText)});
 }
 
 void Dialog_Testo::Lay() {
@@ -70,14 +72,10 @@ void Dialog_Testo::Lay() {
     search->addWidget(Pul_Dopo);
     search->addWidget(Pul_Prima);
     search->addWidget(Check_ParolaIntera);
-    auto* const buttons = new QHBoxLayout;
-    buttons->addWidget(Pul_Index);
-    buttons->addStretch();
-    buttons->addWidget(Pul_Ok);
     auto* const layout = new QVBoxLayout(this);
     layout->addLayout(search);
     layout->addWidget(Text_File, 1);
-    layout->addLayout(buttons);
+    layout->addLayout(FootRow({Pul_Index}, {Pul_Ok}));
     Text_File->setReadOnly(true);
     Text_File->setTabChangesFocus(true);
     Text_File->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));

@@ -5,17 +5,15 @@
 
 #include "trle/trle_folder.h"
 #include "ui/Dialog_TrovaTrle_messages.h"
-#include "ui/help.h"
+#include "ui/form_kit.h"
 
 namespace kelvash::ui {
 
 Dialog_TrovaTrle::Dialog_TrovaTrle(QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("Dialog_TrovaTrle"));
+    NotYet({Pul_InstallTrleCD, Pul_InstallCompresso});
     Set_Caption_Texts();
     Lay();
-    // TRLE can't be set up from a folder or from zips yet.
-    Pul_InstallTrleCD->setEnabled(false);
-    Pul_InstallCompresso->setEnabled(false);
     connect(Pul_Sfoglia, &QPushButton::clicked, this, &Dialog_TrovaTrle::Browse);
     connect(Pul_Ok, &QPushButton::clicked, this, [this] {
         Chosen = folder_;
@@ -25,21 +23,19 @@ Dialog_TrovaTrle::Dialog_TrovaTrle(QWidget* parent) : QDialog(parent) {
         Chosen = ToUtf8(Pul_Cancel->objectName());
         reject();
     });
-    ConnectHelp(this, Pul_Help, HelpMark::FindTrle);
     ShowFolder();
 }
 
 void Dialog_TrovaTrle::Set_Caption_Texts() {
-    setWindowTitle(Caption(msg::kTrovaCaption));
-    Label_Info->setText(Caption(msg::kTrovaText, {kLineBreak, kLineBreak}));
-    Label_Title->setText(Caption(msg::kTrovaPath));
-    Pul_Sfoglia->setText(Caption(msg::kTrovaBrowse));
-    Pul_InstallTrleCD->setText(Caption(msg::kTrovaInstallCd));
-    Pul_InstallCompresso->setText(Caption(msg::kTrovaInstallZips));
-    Pul_Help->setText(Caption(msg::kTrovaHelp));
-    Pul_Ok->setText(Caption(msg::kTrovaOk));
-    Pul_Cancel->setText(Caption(msg::kTrovaCancel));
-    AssignMnemonics(this);
+    SetCaptions(this, {{this, msg::kTrovaCaption},
+                       {Label_Info, msg::kTrovaText, {kLineBreak, kLineBreak}},
+                       {Label_Title, msg::kTrovaPath},
+                       {Pul_Sfoglia, msg::kTrovaBrowse},
+                       {Pul_InstallTrleCD, msg::kTrovaInstallCd},
+                       {Pul_InstallCompresso, msg::kTrovaInstallZips},
+                       {Pul_Help, msg::kTrovaHelp},
+                       {Pul_Ok, msg::kTrovaOk},
+                       {Pul_Cancel, msg::kTrovaCancel}});
 }
 
 void Dialog_TrovaTrle::Lay() {
@@ -51,16 +47,11 @@ void Dialog_TrovaTrle::Lay() {
     set_up->addWidget(Pul_InstallTrleCD);
     set_up->addWidget(Pul_InstallCompresso);
     set_up->addStretch();
-    auto* const buttons = new QHBoxLayout;
-    buttons->addWidget(Pul_Help);
-    buttons->addStretch();
-    buttons->addWidget(Pul_Ok);
-    buttons->addWidget(Pul_Cancel);
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(Label_Info);
     layout->addLayout(choice);
     layout->addLayout(set_up);
-    layout->addLayout(buttons);
+    layout->addLayout(FootRow(this, {Pul_Help, HelpMark::FindTrle, Pul_Ok, Pul_Cancel}));
     layout->setSpacing(fontMetrics().height());
     Label_Info->setWordWrap(true);
     Label_Path->setFrameShape(QFrame::StyledPanel);

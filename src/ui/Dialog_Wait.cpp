@@ -3,6 +3,7 @@
 #include <QVBoxLayout>
 
 #include "ui/Dialog_Wait_messages.h"
+#include "ui/form_kit.h"
 
 namespace kelvash::ui {
 
@@ -19,7 +20,7 @@ Dialog_Wait::Dialog_Wait(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_Wait::Set_Caption_Texts() {
-    setWindowTitle(Caption(msg::kWaitCaption));
+    SetCaptions(this, {{this, msg::kWaitCaption}});
 }
 
 } // namespace kelvash::ui

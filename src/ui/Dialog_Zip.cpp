@@ -3,6 +3,7 @@
 #include <QVBoxLayout>
 
 #include "ui/Dialog_Zip_messages.h"
+#include "ui/form_kit.h"
 
 namespace kelvash::ui {
 
@@ -14,13 +15,11 @@ Dialog_Zip::Dialog_Zip(QWidget* parent) : QDialog(parent) {
     layout->addWidget(Label_Info);
     layout->addWidget(ZlibTool1);
     Label_Info->setWordWrap(true);
-    ZlibTool1->setRange(0, 100);
-    ZlibTool1->setValue(0);
     setMinimumWidth(fontMetrics().averageCharWidth() * 64);
 }
 
 void Dialog_Zip::Set_Caption_Texts() {
-    setWindowTitle(Caption(msg::kZipCaption));
+    SetCaptions(this, {{this, msg::kZipCaption}});
 }
 
 } // namespace kelvash::ui

@@ -1,63 +1,40 @@
 #include "ui/Principale.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QItemSelectionModel>
+#include <QMenu>
 #include <QMenuBar>
 #include <QTimer>
-#include <algorithm>
+#include <utility>
 
 #include "companion/game.h"
-#include "companion/savegames.h"
-#include "companion/screenshots.h"
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/level_view.h"
 #include "core/profile.h"
 #include "core/start_up.h"
-#include "foundation/drives.h"
-#include "foundation/files.h"
 #include "swap/install.h"
 #include "ui/Principale_messages.h"
 #include "ui/dropped_files.h"
+#include "ui/form_kit.h"
 #include "ui/forms_user.h"
+#include "ui/menu_commands.h"
 #include "ui/window_state.h"
 
 namespace kelvash::ui {
 
-namespace {
-
-QString NativeText(const std::string& path) {
-    return path.empty() ? QString() : QString::fromStdU16String(NativePath(path).u16string());
-}
-
-// The picture that stands for none; empty if the user has taken it away.
-QString DefaultPicture() {
-    const std::string path = companion::DefaultScreenshot();
-    return FileExists(path) ? NativeText(path) : QString();
-}
-
-void FillList(QListWidget* list, const std::vector<std::string>& savegames) {
-    list->clear();
-    for (const std::string& path : savegames)
-        list->addItem(ShownLine(companion::SavegameLine(path)));
-}
-
-} // namespace
-
-Principale::Principale(FormsUser& user) : user_(user) {
+Principale::Principale(FormsUser& user)
+    : user_(user), menu_(menuBar(), this, MenuCommands(*this, user), [&user] { return user.IsBusy(); }) {
     setObjectName(QStringLiteral("Principale"));
     setAcceptDrops(true);
-    context_menus_ = BuildMenu(menuBar(), this);
+    NotYet({Pul_RestoreSaveGame, Pul_ArchiviaSavegames, Pul_DeleteSavegame, Pul_ImportSavegame,
+            Pul_ExportSaveGame, Pul_ChangeScreenshot});
     Set_Caption_Texts();
     Lay();
     ConnectControls(user);
-    ConnectMenu();
-}
-
-QAction* Principale::Command(const char* name) const {
-    return findChild<QAction*>(QString::fromLatin1(name));
 }
 
 bool Principale::Load(const std::string& command_line) {
@@ -74,17 +51,12 @@ bool Principale::Load(const std::string& command_line) {
 
 void Principale::ConnectControls(FormsUser& user) {
     connect(&user, &FormsUser::ListChanged, this, &Principale::ShowLevels);
-    connect(&user, &FormsUser::LabelChanged, this, [this](BarPlace place, const QString& text) {
-        if (place == BarPlace::MainWindow) Label_Info->setText(text);
-    });
-    connect(&user, &FormsUser::BarChanged, this, [this](BarPlace place, int percent) {
-        if (place != BarPlace::MainWindow) return;
-        ProgressBar1->setValue(percent);
-        ProgressBar1->setVisible(percent > 0);
-    });
+    FollowJobs(user, BarPlace::MainWindow, Label_Info, ProgressBar1, IdleBar::Hides);
     connect(Combo_Livelli->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &Principale::TakeSelection);
     connect(Combo_Livelli, &QListView::doubleClicked, this, &Principale::Play);
+    Combo_Livelli->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(Combo_Livelli, &QListView::customContextMenuRequested, this, &Principale::ShowLevelMenu);
     connect(Text_Search, &QLineEdit::textChanged, this, &Principale::FilterLevels);
     // Enter leaves the keyboard here: in the list another Enter would start the game.
     connect(Text_Search, &QLineEdit::returnPressed, this, [this] { Search(); });
@@ -173,59 +145,6 @@ bool Principale::Search() {
     return found >= 0;
 }
 
-void Principale::AggiornaDatiLivello(bool keep_image) {
-    const std::optional<core::LevelView> view = SelectedIsShown() ? core::SelectedLevelView() : std::nullopt;
-    const core::LevelView shown = view.value_or(core::LevelView());
-    if (view) levels_->RenewThumbnail(view->Code);
-    image_names_ = shown.Screenshots;
-    image_hint_ = shown.FolderMissing ? LoadMessage(msg::kMainLevelMissing) + shown.Folder : std::string();
-    PageImages(keep_image ? first_shown_image_ : 0);
-    ShowSavegames(shown.SlotSavegames, shown.ArchivedSavegames);
-    Label_InfoLevel->setText(NoteToShow(shown.Note));
-    Label_InfoDir->setText(ShownLine(shown.Place));
-    Label_InfoDir->setToolTip(ToolTipText(Label_InfoDir->text()));
-    EnableCommands();
-}
-
-// An empty list wants an Archive, or a name that holds the typed text.
-QString Principale::NoteToShow(const std::string& note) const {
-    if (levels_->rowCount() > 0) return ShownLine(note);
-    return Caption(core::ArchiveIsOpen() ? msg::kMainNoLevelFound : msg::kMainNoArchiveNote);
-}
-
-void Principale::ShowSavegames(const std::vector<std::string>& slots,
-                               const std::vector<std::string>& archived) {
-    FillList(List_SaveGameTomb, slots);
-    FillList(List_SaveGameArchiviati, archived);
-    Text_NoteSaveGame->clear();
-    Image_SaveGame->ShowFile(DefaultPicture(), Caption(msg::kMainNoImage));
-}
-
-void Principale::PageImages(std::size_t first) {
-    if (first >= image_names_.size()) first = image_names_.empty() ? 0 : (image_names_.size() - 1) / 2 * 2;
-    first_shown_image_ = first;
-    ShowImages();
-}
-
-void Principale::ShowImages() {
-    const auto show = [this](PictureView* view, std::size_t index) {
-        const bool there = index < image_names_.size();
-        view->ShowFile(there ? NativeText(image_names_[index]) : QString(), {});
-    };
-    show(Image1, first_shown_image_);
-    show(Image2, first_shown_image_ + 1);
-    if (image_names_.empty())
-        Image1->ShowFile(image_hint_.empty() ? DefaultPicture() : QString(),
-                         image_hint_.empty() ? Caption(msg::kMainNoImage) : ShownText(image_hint_));
-    Image2->setVisible(first_shown_image_ + 1 < image_names_.size() || image_names_.size() > 2);
-    const bool before = first_shown_image_ > 0;
-    const bool behind = first_shown_image_ + 2 < image_names_.size();
-    for (QPushButton* button : {Pul_PrimoShot, Pul_PrimaScreenShot})
-        button->setEnabled(before);
-    for (QPushButton* button : {Pul_DopoScreenShot, Pul_UltimoShot})
-        button->setEnabled(behind);
-}
-
 void Principale::Play() {
     if (!SelectedIsShown()) {
         TellCritical(LoadMessage(msg::kNoSelectedLevel));
@@ -246,6 +165,8 @@ void Principale::ShowPlaying() {
 }
 
 void Principale::SetPlaying(bool playing) {
+    playing_ = playing;
+    EnableCommands();
     menuBar()->setEnabled(!playing);
     centralWidget()->setEnabled(!playing);
     Label_Info->clear();
@@ -263,15 +184,51 @@ void Principale::WatchGame() {
 
 void Principale::EnableCommands() {
     const bool open = core::ArchiveIsOpen();
-    for (const char* name :
-         {"mnu_Save", "mnu_SaveAs", "mnu_CalcolaSize", "mnu_FaiFullBackup", "mnu_AddLevel", "mnu_PrefArchive",
-          "mnu_MoveArc", "mnu_ControllaUguali", "mnu_CreaInfoTr4", "mnu_Kept"})
-        Command(name)->setEnabled(open);
     const bool selected = SelectedIsShown();
-    for (const char* name : {"mnu_Property", "mnu_ShowAutoreInfo", "mnu_RemoveLevel", "mnu_Export"})
-        Command(name)->setEnabled(open && selected);
+    menu_.Update({.job_free = !playing_, .archive_open = open, .level_selected = selected});
     for (QPushButton* button : {Pul_Play, Pul_MoreInfo})
         button->setEnabled(open && selected);
+}
+
+void Principale::ShowPanel(bool screenshots) {
+    core::profile.ShowScreenShots = screenshots;
+    Frame_ScreenShots->setVisible(screenshots);
+    Frame_SaveGames->setVisible(!screenshots);
+    (screenshots ? Pul_ScreenShots : Pul_SaveGames)->setChecked(true);
+}
+
+void Principale::ShowLevelMenu(const QPoint& where) {
+    if (!Combo_Livelli->indexAt(where).isValid()) return;
+    QMenu menu(this);
+    menu.setObjectName(QStringLiteral("Menu_Level"));
+    using enum MenuEntry;
+    for (const MenuEntry entry : {mnu_Property, mnu_ShowAutoreInfo, mnu_Export, mnu_RemoveLevel})
+        menu.addAction(Command(entry));
+    menu.exec(Combo_Livelli->viewport()->mapToGlobal(where));
+}
+
+void Principale::TakeWish(const std::string& archive) {
+    constexpr int kLookMillis = 200;
+    if (isMinimized()) showNormal();
+    raise();
+    activateWindow();
+    if (archive.empty()) return;
+    wish_ = archive;
+    Timer_Wish->start(kLookMillis);
+}
+
+bool Principale::IsFree() const {
+    return isVisible() && !playing_ && !user_.IsBusy() && QApplication::activeModalWidget() == nullptr &&
+           QApplication::activePopupWidget() == nullptr;
+}
+
+void Principale::OpenWish() {
+    if (!IsFree()) return;
+    Timer_Wish->stop();
+    const std::string former = core::profile.LastArchive;
+    core::OpenWishedArchive(std::exchange(wish_, {}));
+    if (core::profile.LastArchive != former) Text_Search->clear();
+    ShowLevels();
 }
 
 void Principale::closeEvent(QCloseEvent* event) {
@@ -302,9 +259,8 @@ void Principale::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange) Combo_Livelli->viewport()->update();
 }
 
-// Not while the game runs, as with the menu.
 bool Principale::TakesDrops() const {
-    return menuBar()->isEnabled() && Command("mnu_AddLevel")->isEnabled();
+    return Command(MenuEntry::mnu_AddLevel)->isEnabled();
 }
 
 void Principale::dragEnterEvent(QDragEnterEvent* event) {
@@ -316,7 +272,7 @@ void Principale::dropEvent(QDropEvent* event) {
     const std::vector<std::string> paths = DroppedFiles(event->mimeData());
     event->acceptProposedAction();
     // The program that gave the files waits for the end of this event.
-    if (!paths.empty()) QTimer::singleShot(0, this, [this, paths] { TakeSources(paths); });
+    if (!paths.empty()) QTimer::singleShot(0, this, [this, paths] { TakeSources(*this, user_, paths); });
 }
 
 } // namespace kelvash::ui

@@ -16,7 +16,6 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QTimer>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -44,8 +43,13 @@ class Principale final : public QMainWindow {
     // Another start of the program wants this window, and the Archive of that native path in it unless it is
     // empty. The Archive waits until no command or box is at work.
     void TakeWish(const std::string& archive);
-    // A command of the menu by its name; null if there is none.
-    QAction* Command(const char* name) const;
+    QAction* Command(MenuEntry entry) const { return menu_.Action(entry); }
+
+    // Shows the level list as it is now, the selected level with it.
+    void ShowLevels();
+    void ShowTitle();
+    // The panel of the screenshots, or that of the savegames.
+    void ShowPanel(bool screenshots);
 
     QGroupBox* const Frame_Livelli = Make<QGroupBox>(this, "Frame_Livelli");
     QLineEdit* const Text_Search = Make<QLineEdit>(this, "Text_Search");
@@ -96,29 +100,14 @@ class Principale final : public QMainWindow {
     void LaySaveGames();
     void SetTabOrder();
 
-    // Principale_commands.cpp
-    void ConnectMenu();
-    void Connect(const char* command, std::function<void()> run);
-    void NewArchive();
-    void LoadArchive();
-    void ShowPanel(bool screenshots);
-    void ShowSettings();
-    void ShowRestore();
-    void ShowAbout();
+    // Principale_details.cpp
+    QString NoteToShow(const std::string& note) const;
+    void ShowSavegames(const std::vector<std::string>& slots, const std::vector<std::string>& archived);
+    void ShowImages();
+    void PageImages(std::size_t first);
 
-    // Principale_levels.cpp
-    void ConnectLevelMenu();
-    // Zips, folders or files that were dropped, as path texts: one opens the form, several are taken in one
-    // after the other.
-    void TakeSources(const std::vector<std::string>& paths);
-    void AddLevel(const std::string& zip, const std::vector<std::string>& sources);
-    void ShowAuthor();
-    void ShowPreferences();
     void ShowLevelMenu(const QPoint& where);
-
     void ConnectControls(FormsUser& user);
-    void ShowLevels();
-    void ShowTitle();
     void Select(int index);
     void SyncSelection();
     void TakeSelection();
@@ -131,10 +120,6 @@ class Principale final : public QMainWindow {
     bool IsFree() const;
     void OpenWish();
     void WatchGame();
-    QString NoteToShow(const std::string& note) const;
-    void ShowSavegames(const std::vector<std::string>& slots, const std::vector<std::string>& archived);
-    void ShowImages();
-    void PageImages(std::size_t first);
     void EnableCommands();
     bool TakesDrops() const;
 
@@ -145,13 +130,14 @@ class Principale final : public QMainWindow {
     void dropEvent(QDropEvent* event) override;
 
     FormsUser& user_;
-    ContextMenus context_menus_;
+    MainMenu menu_;
     LevelModel* const levels_ = new LevelModel(this);
     QSplitter* const splitter_ = Make<QSplitter>(this, "Splitter1");
     std::vector<std::string> image_names_;
     std::string image_hint_; // what stands in the place of the first picture; empty for the default one
     std::size_t first_shown_image_ = 0;
-    std::string wish_;     // native path of an Archive that another start wants open
+    std::string wish_; // native path of an Archive that another start wants open
+    bool playing_ = false;
     bool syncing_ = false; // the program, not the user, changes the view's selection
 };
 

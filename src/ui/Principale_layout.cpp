@@ -9,17 +9,11 @@
 
 #include "ui/Principale.h"
 #include "ui/Principale_messages.h"
+#include "ui/form_kit.h"
 
 namespace kelvash::ui {
 
 namespace {
-
-QHBoxLayout* Row(std::initializer_list<QWidget*> widgets) {
-    auto* const row = new QHBoxLayout;
-    for (QWidget* widget : widgets)
-        row->addWidget(widget);
-    return row;
-}
 
 void OpenAt(QWidget* control, QMenu* menu) {
     control->setContextMenuPolicy(Qt::CustomContextMenu);
@@ -30,35 +24,38 @@ void OpenAt(QWidget* control, QMenu* menu) {
 } // namespace
 
 void Principale::Set_Caption_Texts() {
-    setWindowTitle(Caption(msg::kMainTitle));
-    SetMenuCaptions(this);
-    Frame_Livelli->setTitle(Caption(msg::kMainFrameLevels));
-    Text_Search->setPlaceholderText(Caption(msg::kMainSearchHint));
-    Pul_Search->setText(Caption(msg::kMainSearch));
-    Pul_Dopo->setText(Caption(msg::kMainNext));
-    Pul_Prima->setText(Caption(msg::kMainPrevious));
-    Pul_Play->setText(Caption(msg::kMainPlay));
-    Pul_MoreInfo->setText(Caption(msg::kMainMoreInfo));
-    Pul_ScreenShots->setText(Caption(msg::kMainScreenShots));
-    Pul_SaveGames->setText(Caption(msg::kMainSaveGames));
-    Frame_ScreenShots->setTitle(Caption(msg::kMainFrameScreenShots));
-    Pul_PrimoShot->setText(Caption(msg::kMainFirstShot));
-    Pul_PrimaScreenShot->setText(Caption(msg::kMainPreviousShot));
-    Pul_DopoScreenShot->setText(Caption(msg::kMainNextShot));
-    Pul_UltimoShot->setText(Caption(msg::kMainLastShot));
-    Frame_SaveGames->setTitle(Caption(msg::kMainFrameSaveGames));
-    Label_SaveGameTomb->setText(Caption(msg::kMainSlots));
-    Label_SaveGameArchiviati->setText(Caption(msg::kMainOldSaves));
-    Label_NoteSaveGame->setText(Caption(msg::kMainSaveNote));
-    Pul_RestoreSaveGame->setText(Caption(msg::kMainRestoreSave));
-    Pul_ArchiviaSavegames->setText(Caption(msg::kMainArchiveSaves));
-    Pul_DeleteSavegame->setText(Caption(msg::kMainDeleteSave));
-    Pul_ImportSavegame->setText(Caption(msg::kMainImportSave));
-    Pul_ExportSaveGame->setText(Caption(msg::kMainExportSave));
-    Pul_ChangeScreenshot->setText(Caption(msg::kMainChangeShot));
-    Text_Search->setAccessibleName(Caption(msg::kMainSearch));
-    Combo_Livelli->setAccessibleName(Caption(msg::kMainFrameLevels));
-    AssignMnemonics(this);
+    menu_.SetCaptions();
+    SetCaptions(this, {{this, msg::kMainTitle},
+                       {Frame_Livelli, msg::kMainFrameLevels},
+                       ControlCaption::Hint(Text_Search, msg::kMainSearchHint),
+                       {Pul_Search, msg::kMainSearch},
+                       {Pul_Dopo, msg::kMainNext},
+                       {Pul_Prima, msg::kMainPrevious},
+                       {Pul_Play, msg::kMainPlay},
+                       {Pul_MoreInfo, msg::kMainMoreInfo},
+                       {Pul_ScreenShots, msg::kMainScreenShots},
+                       {Pul_SaveGames, msg::kMainSaveGames},
+                       {Frame_ScreenShots, msg::kMainFrameScreenShots},
+                       {Pul_PrimoShot, msg::kMainFirstShot},
+                       {Pul_PrimaScreenShot, msg::kMainPreviousShot},
+                       {Pul_DopoScreenShot, msg::kMainNextShot},
+                       {Pul_UltimoShot, msg::kMainLastShot},
+                       {Frame_SaveGames, msg::kMainFrameSaveGames},
+                       {Label_SaveGameTomb, msg::kMainSlots, List_SaveGameTomb},
+                       {Label_SaveGameArchiviati, msg::kMainOldSaves, List_SaveGameArchiviati},
+                       {Label_NoteSaveGame, msg::kMainSaveNote, Text_NoteSaveGame},
+                       {Pul_RestoreSaveGame, msg::kMainRestoreSave},
+                       {Pul_ArchiviaSavegames, msg::kMainArchiveSaves},
+                       {Pul_DeleteSavegame, msg::kMainDeleteSave},
+                       {Pul_ImportSavegame, msg::kMainImportSave},
+                       {Pul_ExportSaveGame, msg::kMainExportSave},
+                       {Pul_ChangeScreenshot, msg::kMainChangeShot},
+                       ControlCaption::Spoken(Text_Search, msg::kMainSearch),
+                       ControlCaption::Spoken(Combo_Livelli, msg::kMainFrameLevels),
+                       ControlCaption::Spoken(Pul_PrimoShot, msg::kMainSpokenFirst),
+                       ControlCaption::Spoken(Pul_PrimaScreenShot, msg::kMainSpokenPrevious),
+                       ControlCaption::Spoken(Pul_DopoScreenShot, msg::kMainSpokenNext),
+                       ControlCaption::Spoken(Pul_UltimoShot, msg::kMainSpokenLast)});
 }
 
 void Principale::Lay() {
@@ -87,9 +84,6 @@ void Principale::Lay() {
     setCentralWidget(centre);
     statusBar()->addWidget(Label_Info, 1);
     statusBar()->addPermanentWidget(ProgressBar1);
-    ProgressBar1->setRange(0, 100);
-    ProgressBar1->setValue(0);
-    ProgressBar1->hide(); // until a job moves it
     ProgressBar1->setMaximumWidth(fontMetrics().averageCharWidth() * 30);
     resize(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 44);
     SetTabOrder();
@@ -141,7 +135,7 @@ void Principale::LayScreenShots() {
     panel->addLayout(images, 1);
     panel->addLayout(pages);
     for (PictureView* image : {Image1, Image2})
-        OpenAt(image, Command("mnu_Edit")->menu());
+        OpenAt(image, Command(MenuEntry::mnu_Edit)->menu());
 }
 
 void Principale::LaySaveGames() {
@@ -161,17 +155,14 @@ void Principale::LaySaveGames() {
     const std::array<QPushButton*, 6> six = {Pul_RestoreSaveGame, Pul_ArchiviaSavegames,
                                              Pul_DeleteSavegame,  Pul_ImportSavegame,
                                              Pul_ExportSaveGame,  Pul_ChangeScreenshot};
-    for (std::size_t i = 0; i < six.size(); ++i) {
+    for (std::size_t i = 0; i < six.size(); ++i)
         buttons->addWidget(six[i], static_cast<int>(i / 3), static_cast<int>(i % 3));
-        six[i]->setEnabled(false); // what they do isn't there yet
-    }
     panel->addLayout(buttons, 4, 0, 1, 2);
     Text_NoteSaveGame->setReadOnly(true);
-    Label_SaveGameTomb->setBuddy(List_SaveGameTomb);
-    Label_SaveGameArchiviati->setBuddy(List_SaveGameArchiviati);
-    OpenAt(List_SaveGameTomb, context_menus_.mnu_SaveGameHid2);
-    OpenAt(List_SaveGameArchiviati, context_menus_.mnu_SaveGameHid2);
-    OpenAt(Image_SaveGame, context_menus_.mnu_SaveGameHid);
+    Text_NoteSaveGame->setTabChangesFocus(true);
+    OpenAt(List_SaveGameTomb, Command(MenuEntry::mnu_SaveGameHid2)->menu());
+    OpenAt(List_SaveGameArchiviati, Command(MenuEntry::mnu_SaveGameHid2)->menu());
+    OpenAt(Image_SaveGame, Command(MenuEntry::mnu_SaveGameHid)->menu());
 }
 
 void Principale::SetTabOrder() {

@@ -51,11 +51,21 @@ QString Unmarked(QString text) {
     return text;
 }
 
+QString MarkUnless(bool dead, Letters& letters, const QString& text) {
+    return dead ? Unmarked(text) : letters.Mark(Unmarked(text));
+}
+
+constexpr const char* kNotYet = "kelvash_not_yet"; // a property of controls and actions
+
+bool IsNotYet(const QObject* object) {
+    return object->property(kNotYet).toBool();
+}
+
 void MarkActions(const QList<QAction*>& actions) {
     Letters letters;
     for (QAction* action : actions) {
         if (action->isSeparator()) continue;
-        action->setText(letters.Mark(Unmarked(action->text())));
+        action->setText(MarkUnless(IsNotYet(action), letters, action->text()));
         if (action->menu() != nullptr) MarkActions(action->menu()->actions());
     }
 }
@@ -78,8 +88,16 @@ QString ToolTipText(const QString& text) {
     return Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
 }
 
-QString AsToolTip(const QString& text) {
-    return Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
+void NotYet(std::initializer_list<QWidget*> controls) {
+    for (QWidget* control : controls) {
+        control->setEnabled(false);
+        control->setProperty(kNotYet, true);
+    }
+}
+
+void NotYet(QAction* action, bool not_yet) {
+    action->setEnabled(!not_yet);
+    action->setProperty(kNotYet, not_yet);
 }
 
 void AssignMnemonics(QWidget* form) {
@@ -90,7 +108,7 @@ void AssignMnemonics(QWidget* form) {
             static_cast<void>(letters.Mark(Unmarked(action->text())));
     }
     for (QAbstractButton* button : form->findChildren<QAbstractButton*>())
-        if (!button->text().isEmpty()) button->setText(letters.Mark(Unmarked(button->text())));
+        if (!button->text().isEmpty()) button->setText(MarkUnless(IsNotYet(button), letters, button->text()));
     for (QLabel* label : form->findChildren<QLabel*>())
         if (label->buddy() != nullptr) label->setText(letters.Mark(Unmarked(label->text())));
 }

@@ -2,12 +2,16 @@
 #pragma once
 
 #include <QLabel>
+#include <QProgressBar>
 #include <QString>
 #include <QWidget>
+#include <initializer_list>
 #include <string>
 #include <type_traits>
 
 #include "foundation/messages.h"
+
+class QAction;
 
 namespace kelvash::ui {
 
@@ -27,9 +31,6 @@ QString ShownLine(const std::string& text);
 // A text as a tool tip shows it to the letter: a name may look like mark-up.
 QString ToolTipText(const QString& text);
 
-// A name in a tool tip, which takes what looks like mark-up for mark-up.
-QString AsToolTip(const QString& text);
-
 // How long pictures are put off, in milliseconds: what they belong to is painted first.
 inline constexpr int kAfterPainting = 15;
 
@@ -40,8 +41,15 @@ Control* Make(QWidget* parent, const char* name) {
     control->setObjectName(QString::fromLatin1(name));
     // Names of files and levels are no mark-up.
     if constexpr (std::is_same_v<Control, QLabel>) control->setTextFormat(Qt::PlainText);
+    // Bars go from 0 to 100; without a value one shows no number.
+    if constexpr (std::is_same_v<Control, QProgressBar>) control->setValue(0);
     return control;
 }
+
+// Greys what has no logic to stand on yet, and leaves the letters to the others. To be called before
+// Set_Caption_Texts; nothing enables it again.
+void NotYet(std::initializer_list<QWidget*> controls);
+void NotYet(QAction* action, bool not_yet);
 
 // Gives every button, check box and labelled field of a form, and every entry of a menu, a letter by which
 // the keyboard reaches it. Letters are handed out from the front of the captions, no letter twice; what finds

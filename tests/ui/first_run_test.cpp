@@ -83,7 +83,7 @@ TEST_F(FirstRun, GoesFromNothingToAPlayedLevelAndBack) {
 
         robot.WillPress("Dialog_Restore", "Pul_Fast");
         robot.WillPress("Set in Tomb Raider Level Editor, original configuration", "OK");
-        form.Command("mnu_SetOriginale")->trigger();
+        form.Command(ui::MenuEntry::mnu_SetOriginale)->trigger();
         EXPECT_EQ(trle_state::CurrentLevelCode(), 0);
         EXPECT_FALSE(Exists(trle / "data/city.tr4"));
         form.close();

@@ -42,6 +42,17 @@ TEST(Mnemonics, ReachLabelledFields) {
     EXPECT_EQ(plain.text().toStdString(), "R & D");
 }
 
+TEST(Mnemonics, GoPastWhatIsNotYetThere) {
+    QWidget form;
+    QPushButton later(QStringLiteral("Play"), &form);
+    QPushButton now(QStringLiteral("Pause"), &form);
+    NotYet({&later});
+    AssignMnemonics(&form);
+    EXPECT_FALSE(later.isEnabled());
+    EXPECT_EQ(later.text().toStdString(), "Play");
+    EXPECT_EQ(now.text().toStdString(), "&Pause");
+}
+
 TEST(Captions, ComeWithLineBreaksAsQtHasThem) {
     EXPECT_EQ(ShownText("a\r\nb").toStdString(), "a\nb");
     EXPECT_EQ(FromUtf8("Größe").size(), 5);

@@ -112,10 +112,10 @@ TEST_F(LevelForms, WithoutAnArchiveNothingCanBeDropped) {
     enter.ignore();
     QCoreApplication::sendEvent(&form, &enter);
     EXPECT_FALSE(enter.isAccepted());
-    for (const char* name :
-         {"mnu_AddLevel", "mnu_Property", "mnu_RemoveLevel", "mnu_Export", "mnu_PrefArchive"})
-        EXPECT_FALSE(form.Command(name)->isEnabled()) << name;
-    EXPECT_TRUE(form.Command("mnu_Recover")->isEnabled());
+    for (const Entry entry : {Entry::mnu_AddLevel, Entry::mnu_Property, Entry::mnu_RemoveLevel,
+                              Entry::mnu_Export, Entry::mnu_PrefArchive})
+        EXPECT_FALSE(form.Command(entry)->isEnabled()) << form.Command(entry)->objectName().toStdString();
+    EXPECT_TRUE(form.Command(Entry::mnu_Recover)->isEnabled());
 }
 
 TEST_F(LevelForms, FilesAreAddedRemovedAndRefreshed) {
@@ -150,7 +150,7 @@ TEST_F(LevelForms, FilesAreAddedRemovedAndRefreshed) {
         robot.WillPress("Do you want give up the new level?", "Yes");
         open.close();
     });
-    Choose("mnu_AddLevel");
+    Choose(Entry::mnu_AddLevel);
     EXPECT_EQ(Count(), 4);
     EXPECT_FALSE(Exists(LevelPath(4)));
 }
@@ -161,7 +161,7 @@ TEST_F(LevelForms, TheFormNamesItsFields) {
         EXPECT_EQ(Plain(open.Label_MoreInfo->text()), "File as \"More Info\"");
         open.close();
     });
-    Choose("mnu_AddLevel");
+    Choose(Entry::mnu_AddLevel);
 }
 
 TEST_F(LevelForms, ACancelledLanguageKeepsTheFormOpen) {
@@ -184,7 +184,7 @@ TEST_F(LevelForms, ACancelledLanguageKeepsTheFormOpen) {
         });
         Press(&open, "Pul_Ok");
     });
-    Choose("mnu_AddLevel");
+    Choose(Entry::mnu_AddLevel);
     EXPECT_EQ(Count(), 5);
     EXPECT_TRUE(Exists(LevelPath(4) / "FILES/german.dat"));
     EXPECT_FALSE(Exists(LevelPath(4) / "FILES/french.dat"));
@@ -199,14 +199,14 @@ TEST_F(LevelForms, PropertiesChangeTheLevel) {
         open.Text_NameLevel->setText(QStringLiteral("Omega"));
         Press(&open, "Pul_Cancel");
     });
-    Choose("mnu_Property");
+    Choose(Entry::mnu_Property);
     EXPECT_EQ(core::archive.Levels[2].Name, "Alpha");
     WillWork([&](Dialog_NewLevel& open) {
         open.Text_NameLevel->setText(QStringLiteral("Omega"));
         MakeFile(LevelPath(2) / "FILES/script.dat", "s");
         Press(&open, "Pul_Ok");
     });
-    Choose("mnu_Property");
+    Choose(Entry::mnu_Property);
     EXPECT_EQ(core::archive.Levels[2].Name, "Omega");
     EXPECT_EQ(Current(), "Omega");
 }
@@ -215,12 +215,12 @@ TEST_F(LevelForms, RemovalAndExportWorkOnTheSelectedLevel) {
     core::SelectLevel(1);
     robot.WillChooseFile("Save exported level files", drive / "out.zip");
     robot.WillPress("All files of current level saved in C:\\out.zip", "OK");
-    Choose("mnu_Export");
+    Choose(Entry::mnu_Export);
     EXPECT_TRUE(Exists(drive / "out.zip"));
     robot.WillPress("Are you sure to want remove level \"City of Gold\" ?", "Yes");
     robot.WillPress("Do you want remove all sub-folders of level?", "Yes");
     robot.WillPress("Level has been removed", "OK");
-    Choose("mnu_RemoveLevel");
+    Choose(Entry::mnu_RemoveLevel);
     EXPECT_EQ(Count(), 3);
     EXPECT_FALSE(Exists(LevelPath(1)));
     EXPECT_THAT(Shown(), testing::Not(testing::Contains("City of Gold")));
@@ -228,17 +228,17 @@ TEST_F(LevelForms, RemovalAndExportWorkOnTheSelectedLevel) {
 }
 
 TEST_F(LevelForms, MaintenanceCommandsWork) {
-    Choose("mnu_CreaInfoTr4");
+    Choose(Entry::mnu_CreaInfoTr4);
     EXPECT_TRUE(Exists(LevelPath(1) / "tr4.inf"));
     robot.WillPress("There is no equal level.", "OK");
-    Choose("mnu_ControllaUguali");
+    Choose(Entry::mnu_ControllaUguali);
     std::filesystem::create_directories(drive / "new");
     robot.Will("Select target folder", [](QWidget* window) {
         window->findChild<QLineEdit*>(QStringLiteral("Text_PathDir"))->setText(QStringLiteral("C:\\new"));
         Press(window, "Pul_Ok");
     });
     robot.WillPress("Folder archive moved in C:\\new", "OK");
-    Choose("mnu_MoveArc");
+    Choose(Entry::mnu_MoveArc);
     EXPECT_TRUE(Exists(drive / "new/LEVEL_0001/FILES/gold.tr4"));
     EXPECT_THAT(form.Label_InfoDir->text().toStdString(), HasSubstr("Path: \""));
 }
@@ -290,7 +290,7 @@ TEST_F(AuthorForm, ShowsAndChangesWhoMadeTheLevel) {
         open.Text_NomeAutore->setText(QString(79, QChar(0xE9))); // bytes of the file count, not of memory
         Press(&open, "Pul_Ok");
     });
-    Choose("mnu_ShowAutoreInfo");
+    Choose(Entry::mnu_ShowAutoreInfo);
     EXPECT_EQ(core::archive.Levels[1].Emails, std::string("z@x.org\0c@x.org", 15));
     EXPECT_EQ(core::archive.Levels[1].Sites, "http://x.org");
     EXPECT_EQ(core::archive.Levels[1].Author.size(), 158U);
@@ -313,7 +313,7 @@ TEST_F(AuthorForm, TextsThatDoNotFitAreTold) {
         Press(&open, "Pul_Ok");
         Press(&open, "Pul_Cancel");
     });
-    Choose("mnu_ShowAutoreInfo");
+    Choose(Entry::mnu_ShowAutoreInfo);
     EXPECT_EQ(core::archive.Levels[1].AuthorNote, "Hello");
 }
 
@@ -326,7 +326,7 @@ TEST_F(PreferencesForm, UnchangedSettingsAskNothing) {
         EXPECT_FALSE(open.Check_EncodeWavInMp3->isEnabled());
         Press(&open, "Pul_Ok");
     });
-    Choose("mnu_PrefArchive");
+    Choose(Entry::mnu_PrefArchive);
     EXPECT_TRUE(Exists(LevelPath(1) / "FILES/gold.tr4"));
 }
 
@@ -338,7 +338,7 @@ TEST_F(PreferencesForm, ChangedSettingsBringOldLevelsIntoTheNewForm) {
     });
     robot.WillPress("Compression settings have been changed.", "Yes");
     robot.WillPress("New size [files] folders = ", "OK");
-    Choose("mnu_PrefArchive");
+    Choose(Entry::mnu_PrefArchive);
     EXPECT_TRUE(core::archive.Header.CompressFiles);
     EXPECT_TRUE(Exists(LevelPath(1) / "FILES/gold.tr4.zl"));
 }

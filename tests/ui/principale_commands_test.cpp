@@ -111,19 +111,19 @@ TEST_F(PrincipaleCommands, AMissingLevelFolderIsTold) {
 // --- Archive ---
 
 TEST_F(PrincipaleCommands, SaveWritesTheArchive) {
-    Choose("mnu_Save");
+    Choose(Entry::mnu_Save);
     EXPECT_EQ(fs::file_size(home / "test.kva"), 546U + 4 * 1634U);
 }
 
 TEST_F(PrincipaleCommands, AFailedSaveIsTold) {
     core::profile.LastArchive = "C:\\none\\test.kva";
     robot.WillPress("Error while saving archive: C:\\none\\test.kva", "OK");
-    Choose("mnu_Save");
+    Choose(Entry::mnu_Save);
 }
 
 TEST_F(PrincipaleCommands, SaveAsTakesTheNewNameIntoTheTitle) {
     robot.WillChooseFile("Save current archive as ...", home / "second.kva");
-    Choose("mnu_SaveAs");
+    Choose(Entry::mnu_SaveAs);
     EXPECT_TRUE(Exists(home / "second.kva"));
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 4 (second.kva levels)");
 }
@@ -136,7 +136,7 @@ TEST_F(PrincipaleCommands, LoadOpensAnotherArchive) {
     ASSERT_TRUE(core::LoadArchive("C:\\Kelvash\\test.kva"));
     robot.WillChooseFile("Load Tomb Raider Level Archive", home / "two.kva");
     Type("alpha");
-    Choose("mnu_Load");
+    Choose(Entry::mnu_Load);
     EXPECT_TRUE(form.Text_Search->text().isEmpty()) << "what was sought in the former one";
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 2 (two.kva levels)");
     EXPECT_THAT(Shown(), ElementsAre("- TRLE: Original configuration - (*)", "City of Gold"));
@@ -149,7 +149,7 @@ TEST_F(PrincipaleCommands, LoadSelectsTheLevelInTrleThoughTheFilterHidIt) {
     core::SelectLevel(2);
     Type("alpha");
     robot.WillChooseFile("Load Tomb Raider Level Archive", home / "test.kva");
-    Choose("mnu_Load");
+    Choose(Entry::mnu_Load);
     EXPECT_EQ(Shown().size(), 4U);
     EXPECT_EQ(Current(), "City of Gold (*)");
 }
@@ -157,7 +157,7 @@ TEST_F(PrincipaleCommands, LoadSelectsTheLevelInTrleThoughTheFilterHidIt) {
 TEST_F(PrincipaleCommands, ACancelledLoadKeepsTheFilter) {
     Type("alpha");
     robot.Will("Load Tomb Raider Level Archive", [](QWidget* window) { window->close(); });
-    Choose("mnu_Load");
+    Choose(Entry::mnu_Load);
     EXPECT_THAT(Shown(), ElementsAre("Alpha"));
 }
 
@@ -167,7 +167,7 @@ TEST_F(PrincipaleCommands, AnArchiveThatCantBeReadIsToldAndTheOpenOneStays) {
     const OrdinaryUser ordinary;
     robot.WillChooseFile("Load Tomb Raider Level Archive", home / "locked.kva");
     robot.WillPress("Error loading archive: C:\\Kelvash\\locked.kva", "OK");
-    Choose("mnu_Load");
+    Choose(Entry::mnu_Load);
     EXPECT_EQ(Shown().size(), 4U);
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 4 (test.kva levels)");
 }
@@ -176,7 +176,7 @@ TEST_F(PrincipaleCommands, AnArchiveThatHasLostItsContentsIsToldAndTheOpenOneSta
     MakeFile(home / "cut.kva", "TRLE");
     robot.WillChooseFile("Load Tomb Raider Level Archive", home / "cut.kva");
     robot.WillPress("Error loading archive: C:\\Kelvash\\cut.kva", "OK");
-    Choose("mnu_Load");
+    Choose(Entry::mnu_Load);
     EXPECT_EQ(Shown().size(), 4U);
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 4 (test.kva levels)");
 }
@@ -190,7 +190,7 @@ TEST_F(PrincipaleCommands, AnArchiveWhoseFolderIsGivenUpGivesTheFormerOneBack) {
     robot.WillChooseFile("Load Tomb Raider Level Archive", home / "moved.kva");
     robot.WillPress("Warning: not found main folder of current archive: ", "OK");
     robot.WillPress("Select folder: gone", "Pul_Cancel");
-    Choose("mnu_Load");
+    Choose(Entry::mnu_Load);
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 4 (test.kva levels)");
     EXPECT_THAT(Shown(), Contains("City of Gold"));
     EXPECT_EQ(core::archive.Header.MainFolder, "C:\\Levels");
@@ -199,7 +199,7 @@ TEST_F(PrincipaleCommands, AnArchiveWhoseFolderIsGivenUpGivesTheFormerOneBack) {
 TEST_F(PrincipaleCommands, ACancelledNewWithoutAFormerFileLeavesNoneOpen) {
     robot.WillPress("Select main folder for new archive", "Pul_Cancel");
     robot.WillPress("Error loading archive: C:\\Kelvash\\test.kva", "OK");
-    Choose("mnu_New");
+    Choose(Entry::mnu_New);
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash");
     EXPECT_TRUE(Shown().empty());
     EXPECT_FALSE(form.Pul_Play->isEnabled());
@@ -211,14 +211,14 @@ TEST_F(PrincipaleCommands, TheMarkFollowsANewTrleFolder) {
     robot.WillPress("Dialog_Settings", "Pul_SfogliaPathTrle");
     WillChooseFolder("Select Tomb Raider Level Editor path (trle)", "C:\\other");
     robot.WillPress("Dialog_Settings", "Pul_Ok");
-    Choose("mnu_Settings");
+    Choose(Entry::mnu_Settings);
     EXPECT_THAT(Shown(), Contains("Alpha (*)"));
 }
 
 TEST_F(PrincipaleCommands, NewStartsAnArchiveInAnEmptyFolder) {
     fs::create_directories(drive / "Fresh");
     WillChooseFolder("Select main folder for new archive", "C:\\Fresh");
-    Choose("mnu_New");
+    Choose(Entry::mnu_New);
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 1 (LevelArchive.kva levels)");
     EXPECT_THAT(Shown(), ElementsAre("- TRLE: Original configuration - (*)"));
 }
@@ -226,14 +226,14 @@ TEST_F(PrincipaleCommands, NewStartsAnArchiveInAnEmptyFolder) {
 TEST_F(PrincipaleCommands, ACancelledNewLeavesTheFormerArchiveOpen) {
     ASSERT_TRUE(core::WriteArchive("C:\\Kelvash\\test.kva"));
     robot.WillPress("Select main folder for new archive", "Pul_Cancel");
-    Choose("mnu_New");
+    Choose(Entry::mnu_New);
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 4 (test.kva levels)");
     EXPECT_EQ(fs::file_size(home / "test.kva"), 546U + 4 * 1634U);
 }
 
 TEST_F(PrincipaleCommands, SizesAreReported) {
     robot.WillPress("Primary (only read) folder size = 13", "OK");
-    Choose("mnu_CalcolaSize");
+    Choose(Entry::mnu_CalcolaSize);
     EXPECT_EQ(core::archive.Levels[1].FilesSize, 4);
 }
 
@@ -242,7 +242,7 @@ TEST_F(PrincipaleCommands, AFullBackupIsRefreshed) {
     robot.WillPress("Current backup is already FULL", "Yes");
     robot.WillPress("Current installed configuration of Tomb Raider Level Editor in C:\\trle is original?",
                     "Yes");
-    Choose("mnu_FaiFullBackup");
+    Choose(Entry::mnu_FaiFullBackup);
     EXPECT_TRUE(Exists(backup / "data/new.tr4"));
     EXPECT_FALSE(form.ProgressBar1->isVisible());
 }
@@ -254,7 +254,7 @@ TEST_F(PrincipaleCommands, RestoreOpensItsForm) {
     core::RefreshLevelList();
     robot.WillPress("Dialog_Restore", "Pul_Fast");
     robot.WillPress("Set in Tomb Raider Level Editor, original configuration", "OK");
-    Choose("mnu_SetOriginale");
+    Choose(Entry::mnu_SetOriginale);
     EXPECT_EQ(Shown().front(), "- TRLE: Original configuration - (*)");
     EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
     EXPECT_EQ(QApplication::focusWidget(), form.Combo_Livelli);
@@ -268,14 +268,14 @@ TEST_F(PrincipaleCommands, TheWatcherTakesItsIntervalFromTheSettings) {
             combo->setCurrentIndex(tenths - 1);
             Press(window, "Pul_Ok");
         });
-        Choose("mnu_Settings");
+        Choose(Entry::mnu_Settings);
         EXPECT_EQ(form.Timer1->interval(), tenths * 100);
     }
 }
 
 TEST_F(PrincipaleCommands, AboutTellsTheVersion) {
     robot.WillPress("Kelvash 1.4", "OK");
-    Choose("mnu_About");
+    Choose(Entry::mnu_About);
     EXPECT_TRUE(robot.HasSeen("About\nAbout Kelvash\nKelvash 1.4\n\nKeeps custom levels"));
 }
 
@@ -287,7 +287,7 @@ TEST_F(PrincipaleCommands, MoreInfoTellsALevelWithoutADocument) {
 
 TEST_F(PrincipaleCommands, ExitClosesTheWindowAndKeepsTheProfile) {
     core::profile.DownloadFolder = "C:\\zips";
-    Choose("Mnu_Exit");
+    Choose(Entry::Mnu_Exit);
     EXPECT_FALSE(form.isVisible());
     EXPECT_EQ(fs::file_size(home / "Kelvash.prf"), 1588U);
     EXPECT_THAT(BytesOf(home / "Kelvash.prf"), HasSubstr("C:\\zips"));

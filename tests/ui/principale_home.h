@@ -1,6 +1,7 @@
 // The main form over an open Archive with three levels.
 #pragma once
 
+#include <QAction>
 #include <QTest>
 
 #include "core/archive.h"
@@ -18,6 +19,8 @@ namespace kelvash::test {
 // The list: "- TRLE: Original configuration - (*)", "Alpha", "beta city", "City of Gold".
 class PrincipaleHome : public UiHome<SwapHome> {
   protected:
+    using Entry = ui::MenuEntry;
+
     PrincipaleHome() {
         AddLevel(1, "City of Gold", {{"gold.tr4", "gold"}}, {{"savegame.0", "Gate,"}});
         AddLevel(2, "Alpha", {{"alpha.tr4", "alpha"}});
@@ -44,9 +47,10 @@ class PrincipaleHome : public UiHome<SwapHome> {
         form.Text_Search->clear();
         QTest::keyClicks(form.Text_Search, QString::fromStdString(text));
     }
-    void Choose(const char* command) {
-        ASSERT_TRUE(form.Command(command)->isEnabled()) << command;
-        form.Command(command)->trigger();
+    void Choose(ui::MenuEntry entry) {
+        QAction* const command = form.Command(entry);
+        ASSERT_TRUE(command->isEnabled()) << command->objectName().toStdString();
+        command->trigger();
     }
 };
 

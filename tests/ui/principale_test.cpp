@@ -157,11 +157,8 @@ TEST_F(PrincipaleForm, HasTheWholeMenuInItsOrder) {
 
 TEST_F(PrincipaleForm, HasTheMenusOfTheSavegamePanel) {
     std::vector<std::string> lines;
-    for (const char* name : {"mnu_SaveGameHid", "mnu_SaveGameHid2"}) {
-        QAction* const action = form.Command(name);
-        ASSERT_NE(action, nullptr) << name;
-        Walk({action}, 0, lines);
-    }
+    for (const Entry entry : {Entry::mnu_SaveGameHid, Entry::mnu_SaveGameHid2})
+        Walk({form.Command(entry)}, 0, lines);
     EXPECT_THAT(lines, ElementsAre("mnu_SaveGameHid=SaveGamesHid1",
                                    "  mnu_ScegliImmagine=Choose an image for current savegame",
                                    "mnu_SaveGameHid2=SaveGamesHid2", "  mnu_PropertySavegame=Property",
@@ -185,11 +182,46 @@ TEST_F(PrincipaleForm, GreysTheCommandsThatCantDoAnythingYet) {
                              "mnu_ControllaUguali", "mnu_CreaInfoTr4", "mnu_Kept"));
 }
 
+TEST_F(PrincipaleForm, GreysAMenuInWhichNothingCanBeDone) {
+    const auto greyed = [&] {
+        std::vector<std::string> names;
+        for (const QAction* action : form.findChildren<QAction*>())
+            if (!action->isEnabled() && action->menu() != nullptr)
+                names.push_back(action->objectName().toStdString());
+        return names;
+    };
+    EXPECT_THAT(greyed(),
+                testing::UnorderedElementsAre("mnu_Language", "mnu_ImpSavegames", "mnu_SearchSavegame",
+                                              "mnu_MandaSavegameEmail", "mnu_InstallTrle", "mnu_ConvertAudio",
+                                              "mnu_SaveGameHid", "mnu_SaveGameHid2"));
+    core::CloseArchive();
+    EXPECT_THAT(greyed(), testing::Contains("mnu_Level")) << "each of its commands needs an Archive";
+    EXPECT_TRUE(form.Command(Entry::mnu_Manutenzione)->isEnabled()) << "an Archive can be recovered";
+}
+
+TEST_F(PrincipaleForm, BeginsNoCommandWhileTheLogicWorks) {
+    forms.SetPatience(60000);
+    forms.OpenProgress(BarPlace::ProgressDialog, {});
+    form.Command(Entry::mnu_Settings)->trigger(); // a window would fail the test
+    robot.WillPress("About", "OK");
+    form.Command(Entry::mnu_About)->trigger();
+    EXPECT_TRUE(robot.HasSeen("About Kelvash"));
+    forms.CloseProgress(BarPlace::ProgressDialog);
+    robot.WillPress("Dialog_Settings", "Pul_Cancel");
+    form.Command(Entry::mnu_Settings)->trigger();
+}
+
+TEST_F(PrincipaleForm, LeavesTheLettersToWhatCanBeDone) {
+    EXPECT_FALSE(form.Pul_DeleteSavegame->text().contains(QLatin1Char('&')));
+    EXPECT_FALSE(form.Command(Entry::mnu_SearchLivelli)->text().contains(QLatin1Char('&')));
+    EXPECT_EQ(form.Command(Entry::mnu_RemoveLevel)->text().toStdString(), "&Delete current level");
+}
+
 TEST_F(PrincipaleForm, HasKeysForTheNoteSearchAndTheHelp) {
-    EXPECT_EQ(form.Command("mnu_FindSavegameNote")->shortcut().toString().toStdString(), "Ctrl+F");
-    EXPECT_EQ(form.Command("mnu_FineNextSavegame")->shortcut().toString().toStdString(), "Ctrl+N");
-    EXPECT_EQ(form.Command("mnu_FindPreviousSavegame")->shortcut().toString().toStdString(), "Ctrl+P");
-    EXPECT_EQ(form.Command("mnu_FindHelp")->shortcut().toString().toStdString(), "F1");
+    EXPECT_EQ(form.Command(Entry::mnu_FindSavegameNote)->shortcut().toString().toStdString(), "Ctrl+F");
+    EXPECT_EQ(form.Command(Entry::mnu_FineNextSavegame)->shortcut().toString().toStdString(), "Ctrl+N");
+    EXPECT_EQ(form.Command(Entry::mnu_FindPreviousSavegame)->shortcut().toString().toStdString(), "Ctrl+P");
+    EXPECT_EQ(form.Command(Entry::mnu_FindHelp)->shortcut().toString().toStdString(), "F1");
 }
 
 TEST_F(PrincipaleForm, GivesEachButtonALetterOfItsOwn) {
@@ -246,8 +278,8 @@ TEST_F(PrincipaleForm, IsUsableWithoutAnArchive) {
     EXPECT_THAT(Shown(), IsEmpty());
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash");
     EXPECT_FALSE(form.Pul_Play->isEnabled());
-    EXPECT_FALSE(form.Command("mnu_Save")->isEnabled());
-    EXPECT_TRUE(form.Command("mnu_SetOriginale")->isEnabled()) << "the way back needs no Archive";
+    EXPECT_FALSE(form.Command(Entry::mnu_Save)->isEnabled());
+    EXPECT_TRUE(form.Command(Entry::mnu_SetOriginale)->isEnabled()) << "the way back needs no Archive";
     Press(&form, "Pul_Dopo");
     Press(&form, "Pul_Prima");
     form.AggiornaDatiLivello(false);
@@ -320,8 +352,9 @@ TEST_F(PrincipaleForm, NothingIsDoneWithALevelThatTheFilterHides) {
     EXPECT_EQ(Current(), "Alpha");
     Type("city");
     EXPECT_EQ(Current(), "");
-    for (const char* command : {"mnu_Property", "mnu_ShowAutoreInfo", "mnu_RemoveLevel", "mnu_Export"})
-        EXPECT_FALSE(form.Command(command)->isEnabled()) << command;
+    for (const Entry entry :
+         {Entry::mnu_Property, Entry::mnu_ShowAutoreInfo, Entry::mnu_RemoveLevel, Entry::mnu_Export})
+        EXPECT_FALSE(form.Command(entry)->isEnabled()) << form.Command(entry)->objectName().toStdString();
     EXPECT_FALSE(form.Pul_Play->isEnabled());
     EXPECT_FALSE(form.Pul_MoreInfo->isEnabled());
     EXPECT_EQ(form.Label_InfoDir->text().toStdString(), "");
@@ -393,11 +426,11 @@ TEST_F(PrincipaleForm, SwitchesBetweenTheTwoPanels) {
     EXPECT_TRUE(form.Frame_SaveGames->isVisible());
     EXPECT_FALSE(form.Frame_ScreenShots->isVisible());
     EXPECT_FALSE(core::profile.ShowScreenShots);
-    Choose("mnu_ShowScreenShot");
+    Choose(Entry::mnu_ShowScreenShot);
     EXPECT_TRUE(form.Frame_ScreenShots->isVisible());
     EXPECT_FALSE(form.Frame_SaveGames->isVisible());
     EXPECT_TRUE(core::profile.ShowScreenShots);
-    Choose("mnu_ShowSavegames");
+    Choose(Entry::mnu_ShowSavegames);
     EXPECT_TRUE(form.Pul_SaveGames->isChecked());
     Press(&form, "Pul_ScreenShots");
     EXPECT_TRUE(core::profile.ShowScreenShots);

@@ -174,7 +174,7 @@ TEST_F(SecondWindow, TellsWhoIsAtWorkAndGoesOn) {
     robot.WillPress("Another Kelvash (ui_tests, process " + std::to_string(other) +
                         ") is using this application's folder: exporting a level",
                     "OK");
-    Choose("mnu_AddLevel");
+    Choose(Entry::mnu_AddLevel);
     EXPECT_FALSE(Exists(levels / "LEVEL_0004"));
     kill(other, SIGKILL);
     waitpid(other, nullptr, 0);
@@ -191,7 +191,7 @@ TEST_F(SecondWindow, AddsAndCancelsBesideALevelThatAnotherProgramAdded) {
     ASSERT_TRUE(core::WriteArchiveFile("C:\\Kelvash\\test.kva", newer));
     MakeFile(levels / "LEVEL_0004" / "FILES" / "delta.tr4", "delta");
     robot.WillPress("Dialog_NewLevel", "Pul_Cancel");
-    Choose("mnu_AddLevel");
+    Choose(Entry::mnu_AddLevel);
     EXPECT_EQ(BytesOf(levels / "LEVEL_0004" / "FILES" / "delta.tr4"), "delta");
     EXPECT_FALSE(Exists(levels / "LEVEL_0005"));
     EXPECT_THAT(Shown(), testing::Contains("Delta"));

@@ -1,0 +1,87 @@
+// What the main form shows of the selected level: its note, its pictures, its savegames.
+#include "companion/savegames.h"
+#include "companion/screenshots.h"
+#include "core/archive.h"
+#include "core/level_view.h"
+#include "core/start_up.h"
+#include "foundation/drives.h"
+#include "foundation/files.h"
+#include "ui/Principale.h"
+#include "ui/Principale_messages.h"
+
+namespace kelvash::ui {
+
+namespace {
+
+QString NativeText(const std::string& path) {
+    return path.empty() ? QString() : QString::fromStdU16String(NativePath(path).u16string());
+}
+
+// The picture that stands for none; empty if the user has taken it away.
+QString DefaultPicture() {
+    const std::string path = companion::DefaultScreenshot();
+    return FileExists(path) ? NativeText(path) : QString();
+}
+
+void FillList(QListWidget* list, const std::vector<std::string>& savegames) {
+    list->clear();
+    for (const std::string& path : savegames)
+        list->addItem(ShownLine(companion::SavegameLine(path)));
+}
+
+} // namespace
+
+void Principale::AggiornaDatiLivello(bool keep_image) {
+    const std::optional<core::LevelView> view = SelectedIsShown() ? core::SelectedLevelView() : std::nullopt;
+    const core::LevelView shown = view.value_or(core::LevelView());
+    if (view) levels_->RenewThumbnail(view->Code);
+    image_names_ = shown.Screenshots;
+    image_hint_ = shown.FolderMissing ? LoadMessage(msg::kMainLevelMissing) + shown.Folder : std::string();
+    PageImages(keep_image ? first_shown_image_ : 0);
+    ShowSavegames(shown.SlotSavegames, shown.ArchivedSavegames);
+    Label_InfoLevel->setText(NoteToShow(shown.Note));
+    Label_InfoDir->setText(ShownLine(shown.Place));
+    Label_InfoDir->setToolTip(ToolTipText(Label_InfoDir->text()));
+    EnableCommands();
+}
+
+// An empty list wants an Archive, or a name that holds the typed text.
+QString Principale::NoteToShow(const std::string& note) const {
+    if (levels_->rowCount() > 0) return ShownLine(note);
+    return Caption(core::ArchiveIsOpen() ? msg::kMainNoLevelFound : msg::kMainNoArchiveNote);
+}
+
+void Principale::ShowSavegames(const std::vector<std::string>& slots,
+                               const std::vector<std::string>& archived) {
+    FillList(List_SaveGameTomb, slots);
+    FillList(List_SaveGameArchiviati, archived);
+    Text_NoteSaveGame->clear();
+    Image_SaveGame->ShowFile(DefaultPicture(), Caption(msg::kMainNoImage));
+}
+
+void Principale::PageImages(std::size_t first) {
+    if (first >= image_names_.size()) first = image_names_.empty() ? 0 : (image_names_.size() - 1) / 2 * 2;
+    first_shown_image_ = first;
+    ShowImages();
+}
+
+void Principale::ShowImages() {
+    const auto show = [this](PictureView* view, std::size_t index) {
+        const bool there = index < image_names_.size();
+        view->ShowFile(there ? NativeText(image_names_[index]) : QString(), {});
+    };
+    show(Image1, first_shown_image_);
+    show(Image2, first_shown_image_ + 1);
+    if (image_names_.empty())
+        Image1->ShowFile(image_hint_.empty() ? DefaultPicture() : QString(),
+                         image_hint_.empty() ? Caption(msg::kMainNoImage) : ShownText(image_hint_));
+    Image2->setVisible(first_shown_image_ + 1 < image_names_.size() || image_names_.size() > 2);
+    const bool before = first_shown_image_ > 0;
+    const bool behind = first_shown_image_ + 2 < image_names_.size();
+    for (QPushButton* button : {Pul_PrimoShot, Pul_PrimaScreenShot})
+        button->setEnabled(before);
+    for (QPushButton* button : {Pul_DopoScreenShot, Pul_UltimoShot})
+        button->setEnabled(behind);
+}
+
+} // namespace kelvash::ui

@@ -1,0 +1,122 @@
+#include "ui/form_kit.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QDialog>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QProgressBar>
+#include <QPushButton>
+#include <utility>
+
+#include "ui/form_support.h"
+#include "ui/forms_user.h"
+
+namespace kelvash::ui {
+
+namespace {
+
+void SetTitle(QWidget* form, const QString& text) {
+    form->setWindowTitle(text);
+}
+
+template <class Control>
+void SetText(QWidget* control, const QString& text) {
+    static_cast<Control*>(control)->setText(text);
+}
+
+} // namespace
+
+ControlCaption::ControlCaption(QWidget* control, MessageId text, Setter set)
+    : control_(control), text_(text), set_(set) {}
+
+ControlCaption::ControlCaption(QDialog* form, MessageId title) : ControlCaption(form, title, &SetTitle) {}
+
+ControlCaption::ControlCaption(QMainWindow* form, MessageId title) : ControlCaption(form, title, &SetTitle) {}
+
+ControlCaption::ControlCaption(QGroupBox* frame, MessageId title)
+    : ControlCaption(frame, title, [](QWidget* control, const QString& text) {
+          static_cast<QGroupBox*>(control)->setTitle(text);
+      }) {}
+
+ControlCaption::ControlCaption(QAbstractButton* button, MessageId text)
+    : ControlCaption(button, text, &SetText<QAbstractButton>) {}
+
+ControlCaption::ControlCaption(QLabel* label, MessageId text, MessageArgs args)
+    : ControlCaption(label, text, &SetText<QLabel>) {
+    args_ = std::move(args);
+}
+
+ControlCaption::ControlCaption(QLabel* label, MessageId text, QWidget* field)
+    : ControlCaption(label, text, &SetText<QLabel>) {
+    field_ = field;
+}
+
+ControlCaption ControlCaption::Hint(QLineEdit* field, MessageId text) {
+    return {field, text, [](QWidget* control, const QString& hint) {
+                static_cast<QLineEdit*>(control)->setPlaceholderText(hint);
+            }};
+}
+
+ControlCaption ControlCaption::Spoken(QWidget* control, MessageId text) {
+    return {control, text, [](QWidget* spoken, const QString& name) { spoken->setAccessibleName(name); }};
+}
+
+void ControlCaption::Set() const {
+    const QString text = Caption(text_, args_);
+    set_(control_, text);
+    if (field_ == nullptr) return;
+    static_cast<QLabel*>(control_)->setBuddy(field_);
+    // Screen readers are told the label of a field by Qt, but not that of a list.
+    if (qobject_cast<QAbstractItemView*>(field_) != nullptr) field_->setAccessibleName(text);
+}
+
+void SetCaptions(QWidget* form, std::initializer_list<ControlCaption> captions) {
+    for (const ControlCaption& caption : captions)
+        caption.Set();
+    AssignMnemonics(form);
+}
+
+QHBoxLayout* Row(std::initializer_list<QWidget*> controls) {
+    auto* const row = new QHBoxLayout;
+    for (QWidget* control : controls)
+        row->addWidget(control);
+    return row;
+}
+
+QHBoxLayout* Line(std::initializer_list<QWidget*> controls) {
+    QHBoxLayout* const line = Row(controls);
+    line->addStretch();
+    return line;
+}
+
+QHBoxLayout* FootRow(std::initializer_list<QWidget*> left, std::initializer_list<QWidget*> right) {
+    QHBoxLayout* const row = Line(left);
+    for (QWidget* control : right)
+        row->addWidget(control);
+    return row;
+}
+
+QHBoxLayout* FootRow(QDialog* form, const FootButtons& buttons) {
+    ConnectHelp(form, buttons.help, buttons.page);
+    if (buttons.ok == nullptr) return FootRow({buttons.help}, {buttons.cancel});
+    buttons.ok->setDefault(true);
+    return FootRow({buttons.help}, {buttons.ok, buttons.cancel});
+}
+
+void FollowJobs(FormsUser& user, BarPlace place, QLabel* label, QProgressBar* bar, IdleBar idle) {
+    QObject::connect(&user, &FormsUser::LabelChanged, label,
+                     [place, label](BarPlace told, const QString& text) {
+                         if (told == place) label->setText(text);
+                     });
+    QObject::connect(&user, &FormsUser::BarChanged, bar, [place, bar, idle](BarPlace told, int percent) {
+        if (told != place) return;
+        bar->setValue(percent);
+        if (idle == IdleBar::Hides) bar->setVisible(percent > 0);
+    });
+    if (idle == IdleBar::Hides) bar->hide();
+}
+
+} // namespace kelvash::ui

@@ -1,0 +1,80 @@
+// What forms are put together from, so that all of them read and work alike: the table of their captions, the
+// row of buttons at their foot, the label and the bar that follow a job.
+#pragma once
+
+#include <QBoxLayout>
+#include <initializer_list>
+
+#include "foundation/messages.h"
+#include "foundation/user.h"
+#include "ui/help.h"
+
+class QAbstractButton;
+class QDialog;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QMainWindow;
+class QObject;
+class QProgressBar;
+class QPushButton;
+class QWidget;
+
+namespace kelvash::ui {
+
+class FormsUser;
+
+// A line of a form's captions: a control, and the message that it shows.
+class ControlCaption {
+  public:
+    ControlCaption(QDialog* form, MessageId title);
+    ControlCaption(QMainWindow* form, MessageId title);
+    ControlCaption(QGroupBox* frame, MessageId title);
+    ControlCaption(QAbstractButton* button, MessageId text);
+    ControlCaption(QLabel* label, MessageId text, MessageArgs args);
+    // The label of a field or a list: its letter leads there, and a screen reader says it there.
+    ControlCaption(QLabel* label, MessageId text, QWidget* field = nullptr);
+
+    // What a field shows as long as it is empty.
+    static ControlCaption Hint(QLineEdit* field, MessageId text);
+    // What a screen reader says of a control that has no caption, or one that tells too little by itself.
+    static ControlCaption Spoken(QWidget* control, MessageId text);
+
+    void Set() const;
+
+  private:
+    using Setter = void (*)(QWidget* control, const QString& text);
+    ControlCaption(QWidget* control, MessageId text, Setter set);
+
+    QWidget* control_;
+    MessageId text_;
+    MessageArgs args_;
+    QWidget* field_ = nullptr;
+    Setter set_;
+};
+
+// Sets the captions of a form and gives them their letters. A form's Set_Caption_Texts is this one call.
+void SetCaptions(QWidget* form, std::initializer_list<ControlCaption> captions);
+
+// Controls side by side; in a line what room is left stays behind them.
+QHBoxLayout* Row(std::initializer_list<QWidget*> controls);
+QHBoxLayout* Line(std::initializer_list<QWidget*> controls);
+
+// The row at the foot of a form: some controls at the left, others at the right.
+QHBoxLayout* FootRow(std::initializer_list<QWidget*> left, std::initializer_list<QWidget*> right);
+
+struct FootButtons {
+    QPushButton* help;
+    HelpMark page;
+    QPushButton* ok; // null in a form that only closes
+    QPushButton* cancel;
+};
+// The usual one: "Help" at the left, "OK" and "Cancel" at the right. Help and F1 open the page, Enter means
+// OK; what OK and Cancel do is the form's own.
+QHBoxLayout* FootRow(QDialog* form, const FootButtons& buttons);
+
+enum class IdleBar { Stays, Hides };
+// Has a label and a bar follow what the jobs tell at a place, for as long as both live.
+void FollowJobs(FormsUser& user, BarPlace place, QLabel* label, QProgressBar* bar, IdleBar idle);
+
+} // namespace kelvash::ui

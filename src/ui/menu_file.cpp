@@ -1,0 +1,48 @@
+// The menu "File".
+#include "core/archive.h"
+#include "core/profile.h"
+#include "core/start_up.h"
+#include "ui/Principale.h"
+#include "ui/menu_commands.h"
+
+namespace kelvash::ui {
+
+namespace {
+
+// An Archive that isn't made leaves none open: the former one comes back. One that couldn't even be begun has
+// left it open.
+void NewArchive(Principale& window) {
+    const std::string former = core::profile.LastArchive;
+    if (core::NewArchive())
+        window.Text_Search->clear();
+    else if (core::profile.LastArchive != former || !core::ArchiveIsOpen())
+        core::ReturnToArchive(former);
+    window.ShowLevels();
+}
+
+// So does one whose missing folder was given up: its table is loaded by then.
+void LoadArchive(Principale& window) {
+    const std::string former = core::profile.LastArchive;
+    if (core::LoadArchiveDialog())
+        window.Text_Search->clear(); // what was sought in the former one
+    else if (core::archive.ArchiveLoadRefused)
+        core::ReturnToArchive(former);
+    window.ShowLevels();
+}
+
+void SaveArchiveAs(Principale& window) {
+    static_cast<void>(core::SaveArchiveAs()); // tells its own failure
+    window.ShowTitle();
+}
+
+} // namespace
+
+std::vector<MenuCommand> FileCommands(Principale& window) {
+    return {{MenuEntry::mnu_New, EnabledWhen::JobFree, [&window] { NewArchive(window); }},
+            {MenuEntry::mnu_Load, EnabledWhen::JobFree, [&window] { LoadArchive(window); }},
+            {MenuEntry::mnu_Save, EnabledWhen::ArchiveOpen, [] { core::SaveArchive(); }},
+            {MenuEntry::mnu_SaveAs, EnabledWhen::ArchiveOpen, [&window] { SaveArchiveAs(window); }},
+            {MenuEntry::Mnu_Exit, EnabledWhen::JobFree, [&window] { window.close(); }}};
+}
+
+} // namespace kelvash::ui

@@ -1,0 +1,36 @@
+// The menu "Help".
+#include <QMessageBox>
+#include <QPixmap>
+
+#include "core/fragments.h"
+#include "ui/Principale.h"
+#include "ui/Principale_messages.h"
+#include "ui/help.h"
+#include "ui/menu_commands.h"
+
+namespace kelvash::ui {
+
+namespace {
+
+void ShowAbout(QWidget* window) {
+    QMessageBox box(window);
+    box.setObjectName(QStringLiteral("About"));
+    box.setWindowTitle(Caption(msg::kAboutCaption));
+    box.setTextFormat(Qt::PlainText);
+    box.setText(Caption(msg::kAboutText, {LoadFragment(fragment::kAboutVersion), kLineBreak, kLineBreak}));
+    box.setIconPixmap(
+        QPixmap(QStringLiteral(":/kelvash/kelvash.png")).scaledToWidth(96, Qt::SmoothTransformation));
+    box.exec();
+}
+
+} // namespace
+
+std::vector<MenuCommand> HelpCommands(Principale& window) {
+    const auto help = [&window](HelpMark mark) { return [&window, mark] { ShowHelp(&window, mark); }; };
+    return {{MenuEntry::mnu_About, EnabledWhen::Always, [&window] { ShowAbout(&window); }},
+            {MenuEntry::mnu_FindHelp, EnabledWhen::Always, help(HelpMark::MainWindow)},
+            {MenuEntry::mnu_HelpSaveGameMan, EnabledWhen::Always, help(HelpMark::Savegames)},
+            {MenuEntry::mnu_HelpFaq, EnabledWhen::Always, help(HelpMark::Questions)}};
+}
+
+} // namespace kelvash::ui

@@ -1,0 +1,28 @@
+// The menu "Tools".
+#include "core/archive.h"
+#include "core/kept_folders.h"
+#include "core/maintenance.h"
+#include "core/sizes.h"
+#include "core/tr4_info.h"
+#include "swap/backup.h"
+#include "ui/Principale.h"
+#include "ui/menu_commands.h"
+
+namespace kelvash::ui {
+
+std::vector<MenuCommand> ToolCommands(Principale& window) {
+    using enum MenuEntry;
+    return {
+        {mnu_CalcolaSize, EnabledWhen::ArchiveOpen, [] { core::ComputeArchiveSize(core::Report::Shown); }},
+        {mnu_MoveArc, EnabledWhen::ArchiveOpen, [] { core::MoveArchive(); }},
+        {mnu_ControllaUguali, EnabledWhen::ArchiveOpen, [] { core::ControllaUguali(); }},
+        {mnu_CreaInfoTr4, EnabledWhen::ArchiveOpen, [] { core::CreaInfoTr4(); }},
+        {mnu_FaiFullBackup, EnabledWhen::ArchiveOpen, [] { swap::RefreshFullBackup(); }},
+        {mnu_Recover, EnabledWhen::JobFree,
+         [&window] {
+             if (core::RecoverArchive()) window.Text_Search->clear();
+         }},
+        {mnu_Kept, EnabledWhen::ArchiveOpen, [] { core::TakeKeptLevel(); }}};
+}
+
+} // namespace kelvash::ui
