@@ -68,7 +68,13 @@ void Dialog_Autore::Set_Caption_Texts() {
                        {Label_NoteAutore, msg::kAutoreNote, Text_NoteAutore},
                        {Pul_Help, msg::kAutoreHelp},
                        {Pul_Ok, msg::kAutoreOk},
-                       {Pul_Cancel, msg::kAutoreCancel}});
+                       {Pul_Cancel, msg::kAutoreCancel},
+                       ControlCaption::Spoken(Pul_NewEmail, msg::kAutoreSpokenNewEmail),
+                       ControlCaption::Spoken(Pul_ChangeEmail, msg::kAutoreSpokenChangeEmail),
+                       ControlCaption::Spoken(Pul_DelEmail, msg::kAutoreSpokenDelEmail),
+                       ControlCaption::Spoken(Pul_New_Sito, msg::kAutoreSpokenNewSite),
+                       ControlCaption::Spoken(Pul_ModSito, msg::kAutoreSpokenModSite),
+                       ControlCaption::Spoken(Pul_DelSito, msg::kAutoreSpokenDelSite)});
 }
 
 void Dialog_Autore::Lay() {

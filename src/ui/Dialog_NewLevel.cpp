@@ -48,7 +48,7 @@ void Dialog_NewLevel::Set_Caption_Texts() {
                        {Pul_Help, msg::kNewLevelHelp},
                        {Pul_Ok, msg::kNewLevelOk},
                        {Pul_Cancel, msg::kNewLevelCancel},
-                       ControlCaption::Spoken(List_Files, msg::kNewLevelFiles)});
+                       ControlCaption::Spoken(List_Files, msg::kNewLevelSpokenFiles)});
 }
 
 void Dialog_NewLevel::Lay() {
