@@ -41,6 +41,7 @@ bool CreateProgramShortcut() {
 }
 
 void RegisterAppPaths() {
+    if (!MayRegister()) return; // the registry is a file of Wine's, long to read
     RegisterAppPath(fragment::kAppPathsProgram, ProgramPath());
     const std::string editor = TrleFolder() + LoadFragment(fragment::kRoomEditorProgram);
     if (FileExists(editor)) RegisterAppPath(fragment::kAppPathsRoomEditor, editor);
