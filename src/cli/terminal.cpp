@@ -4,13 +4,17 @@
 #include <iostream>
 
 #include "foundation/platform/platform.h"
+#include "foundation/state.h"
 #include "foundation/text.h"
 
 namespace kelvash::cli {
 
 namespace {
 
-bool bar_shown = false;
+struct TerminalState {
+    bool BarShown = false;
+};
+constinit bool& bar_shown = State<TerminalState>::Get().BarShown;
 
 std::string WithoutCarriageReturns(std::string text) {
     std::erase(text, '\r');

@@ -5,6 +5,7 @@
 #include "core/ports.h"
 #include "core/profile.h"
 #include "foundation/messages.h"
+#include "foundation/state.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "foundation/waiting.h"
@@ -12,7 +13,7 @@
 
 namespace kelvash::companion {
 
-GameState game;
+constinit GameState& game = State<GameState>::Get();
 
 namespace {
 

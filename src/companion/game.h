@@ -9,7 +9,7 @@ struct GameState {
     Process GameProcess; // id 0 when no game runs
     bool WatcherActive = false;
 };
-extern GameState game;
+extern GameState& game;
 
 // Starts tomb4.exe in the TRLE folder. A suspended start begins stopped and is resumed at once. True if the
 // game started.

@@ -10,13 +10,14 @@
 #include "foundation/drives.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/state.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "trle/trle_folder.h"
 
 namespace kelvash::companion {
 
-JoystickRest joystick_rest;
+constinit JoystickRest& joystick_rest = State<JoystickRest>::Get();
 
 namespace {
 

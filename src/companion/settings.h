@@ -14,7 +14,7 @@ struct JoystickRest {
     int X = 32767;
     int Y = 32767;
 };
-extern JoystickRest joystick_rest;
+extern JoystickRest& joystick_rest;
 
 // Settings while they are being changed.
 struct Settings {

@@ -16,13 +16,14 @@
 #include "foundation/guarded_folders.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/state.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "trle_state/trle_state.h"
 
 namespace kelvash::core {
 
-ArchiveState archive;
+constinit ArchiveState& archive = State<ArchiveState>::Get();
 
 namespace {
 

@@ -22,7 +22,7 @@ struct ArchiveState : ArchiveContents {
     std::int64_t SeenTime = 0; // its date, as FileTime
     ArchiveState() { Levels.resize(1); }
 };
-extern ArchiveState archive;
+extern ArchiveState& archive;
 
 // Table index of the level with that code; -1 if no level has it.
 std::int32_t LevelIndex(std::int32_t code);

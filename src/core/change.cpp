@@ -8,6 +8,7 @@
 #include "core/ports.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
+#include "foundation/state.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 
@@ -24,7 +25,7 @@ struct ChangeState {
     std::vector<std::string> SwapFolders; // TRLE folders of the open swaps
     FolderLock Unsaved;                   // of the Archive's folder, while memory holds what its file doesn't
 };
-ChangeState state;
+constinit ChangeState& state = State<ChangeState>::Get();
 
 std::string ArchiveFolder() {
     return std::string(Trim(archive.Header.SecondaryFolder));
@@ -130,10 +131,6 @@ bool WasLockedOut() {
 
 void SettleUnsaved() {
     if (!archive.ArchiveChanged) state.Unsaved.Release();
-}
-
-void ResetChanges() {
-    state = ChangeState();
 }
 
 } // namespace kelvash::core

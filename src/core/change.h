@@ -67,7 +67,5 @@ bool WasRefused();
 bool WasLockedOut();
 // Gives the lock of unsaved changes back once there are none. To be called where they are dropped.
 void SettleUnsaved();
-// The state of a fresh start.
-void ResetChanges();
 
 } // namespace kelvash::core

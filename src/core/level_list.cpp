@@ -5,13 +5,14 @@
 #include "core/archive.h"
 #include "core/archive_messages.h"
 #include "foundation/messages.h"
+#include "foundation/state.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "trle_state/trle_state.h"
 
 namespace kelvash::core {
 
-LevelList level_list;
+constinit LevelList& level_list = State<LevelList>::Get();
 
 namespace {
 

@@ -18,7 +18,7 @@ struct LevelList {
     std::vector<LevelListItem> Items;
     std::int32_t Selected = -1;
 };
-extern LevelList level_list;
+extern LevelList& level_list;
 
 // Empties the main window's label and bar.
 void ClearProgress();

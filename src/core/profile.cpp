@@ -14,6 +14,7 @@
 #include "foundation/lock.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/state.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/backup.h"
@@ -22,7 +23,7 @@ namespace kelvash::core {
 
 namespace fs = std::filesystem;
 
-ProfileRecord profile;
+constinit ProfileRecord& profile = State<ProfileRecord>::Get();
 
 namespace {
 
@@ -32,7 +33,7 @@ struct FileState {
     bool current = false; // it was of this version
     bool unreadable = false;
 };
-FileState file_state;
+constinit FileState& file_state = State<FileState>::Get();
 
 // False too for what can't be looked at.
 bool IsMissing(const std::string& path) {
@@ -129,10 +130,6 @@ bool WriteProfile() {
     file_state.seen = bytes;
     file_state.current = true;
     return true;
-}
-
-void ResetProfileFile() {
-    file_state = FileState();
 }
 
 namespace {

@@ -43,7 +43,7 @@ struct ProfileRecord {
     std::int16_t JoystickId = 0;
     std::int16_t Reserved2 = 0;
 };
-extern ProfileRecord profile;
+extern ProfileRecord& profile;
 
 inline constexpr std::size_t kProfileSize = 1588;
 inline constexpr std::array<Field<ProfileRecord>, 27> kProfileFields = {{
@@ -97,8 +97,6 @@ ProfileState LoadProfile();
 // Brings what this run has changed into the file, over what other programs have written since; the profile is
 // what the file holds then. False if it can't be written; the old settings stand then.
 [[nodiscard]] bool WriteProfile();
-// Forgets what the file held, for tests.
-void ResetProfileFile();
 // Offers to save the Archive (one that couldn't be saved has its changes still), writes the profile, and puts
 // the window animation back. False, without a message, if the profile can't be written; the old settings
 // stand then.

@@ -1,10 +1,5 @@
-// The program's entries in the desktop and the registry, and the reset of all state.
-#include "companion/game.h"
-#include "companion/settings.h"
-#include "core/archive.h"
-#include "core/change.h"
+// The program's entries in the desktop and the registry.
 #include "core/fragments.h"
-#include "core/level_list.h"
 #include "core/profile.h"
 #include "core/start_up.h"
 #include "core/start_up_messages.h"
@@ -45,20 +40,6 @@ void RegisterAppPaths() {
     RegisterAppPath(fragment::kAppPathsProgram, ProgramPath());
     const std::string editor = TrleFolder() + LoadFragment(fragment::kRoomEditorProgram);
     if (FileExists(editor)) RegisterAppPath(fragment::kAppPathsRoomEditor, editor);
-}
-
-void ResetProgramState() {
-    archive = ArchiveState();
-    level_list = LevelList();
-    profile = ProfileRecord();
-    session = SessionState();
-    ResetProfileFile();
-    ResetChanges();
-    companion::game = companion::GameState();
-    companion::joystick_rest = companion::JoystickRest();
-    AllowRegistration(true);
-    SetTranslation({});
-    ResetDrives();
 }
 
 } // namespace kelvash::core

@@ -19,6 +19,7 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/registration.h"
+#include "foundation/state.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/backup.h"
@@ -31,7 +32,7 @@
 
 namespace kelvash::core {
 
-SessionState session;
+constinit SessionState& session = State<SessionState>::Get();
 
 namespace {
 

@@ -21,7 +21,7 @@ struct SessionState {
     bool LevelZeroCreated = false;
     bool EndWanted = false; // there is no TRLE to work on: the program is to end
 };
-extern SessionState session;
+extern SessionState& session;
 
 // Runs once; a second call does nothing. The command line holds tokens in double quotes: a .kva path is the
 // Archive to open, a folder called "trle" a source to install TRLE from.
@@ -60,8 +60,5 @@ bool RegisterArchiveType();
 bool CreateProgramShortcut();
 // Makes the App Paths keys of the program, and of winroomedit.exe where TRLE has it, point to where they are.
 void RegisterAppPaths();
-
-// Puts all state of the program back to that of a fresh start, for tests.
-void ResetProgramState();
 
 } // namespace kelvash::core

@@ -15,12 +15,21 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/state.h"
 #include "foundation/text.h"
 #include "swap/compression.h"
 
 namespace kelvash::core {
 
-std::vector<Tr4Info> Tr4List;
+namespace {
+
+struct Tr4State {
+    std::vector<Tr4Info> List;
+};
+
+} // namespace
+
+constinit std::vector<Tr4Info>& Tr4List = State<Tr4State>::Get().List;
 
 namespace {
 

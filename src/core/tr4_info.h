@@ -20,7 +20,7 @@ struct Tr4Info {
     std::int32_t FileSize = 0;
 };
 // The table in use, filled by ListTr4 and ReadTr4Info.
-extern std::vector<Tr4Info> Tr4List;
+extern std::vector<Tr4Info>& Tr4List;
 
 inline constexpr std::size_t kTr4InfoSize = 92;
 inline constexpr std::array<Field<Tr4Info>, 3> kTr4InfoFields = {{

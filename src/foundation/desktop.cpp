@@ -4,15 +4,19 @@
 #include <utility>
 
 #include "foundation/platform/platform.h"
+#include "foundation/state.h"
 #include "foundation/user.h"
 
 namespace kelvash {
 
 namespace {
 
+struct DesktopPort {
+    Desktop* InUse = nullptr;
+};
+
 Desktop*& CurrentDesktop() {
-    static Desktop* desktop = nullptr;
-    return desktop;
+    return Lifelong<DesktopPort>::Get().InUse;
 }
 
 } // namespace

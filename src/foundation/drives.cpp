@@ -6,6 +6,7 @@
 
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
+#include "foundation/state.h"
 #include "foundation/text.h"
 
 namespace kelvash {
@@ -25,8 +26,7 @@ struct DriveTable {
 };
 
 DriveTable& Drives() {
-    static DriveTable table;
-    return table;
+    return State<DriveTable>::Get();
 }
 
 char LetterOf(std::string_view text) {

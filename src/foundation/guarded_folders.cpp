@@ -5,6 +5,7 @@
 
 #include "foundation/drives.h"
 #include "foundation/platform/platform.h"
+#include "foundation/state.h"
 #include "foundation/text.h"
 
 namespace kelvash {
@@ -13,9 +14,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
+struct GuardSources {
+    std::vector<GuardedFolders> List;
+};
+
 std::vector<GuardedFolders>& Sources() {
-    static std::vector<GuardedFolders> sources;
-    return sources;
+    return Lifelong<GuardSources>::Get().List;
 }
 
 struct Place {

@@ -6,6 +6,7 @@
 
 #include "foundation/drives.h"
 #include "foundation/platform/platform.h"
+#include "foundation/state.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "foundation/waiting.h"
@@ -43,9 +44,12 @@ struct LockedFile {
 };
 
 // Those of this process by name: the system would give it a second lock on a second descriptor, or none.
+struct LockedFiles {
+    std::map<std::string, std::weak_ptr<LockedFile>> ByName;
+};
+
 std::map<std::string, std::weak_ptr<LockedFile>>& OwnLocks() {
-    static std::map<std::string, std::weak_ptr<LockedFile>> locks;
-    return locks;
+    return Lifelong<LockedFiles>::Get().ByName;
 }
 
 std::string OneLine(std::string_view text) {

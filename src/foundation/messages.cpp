@@ -1,12 +1,17 @@
 #include "foundation/messages.h"
 
+#include "foundation/state.h"
+
 namespace kelvash {
 
 namespace {
 
+struct Texts {
+    Translation Translated;
+};
+
 Translation& Translated() {
-    static Translation translation;
-    return translation;
+    return State<Texts>::Get().Translated;
 }
 
 } // namespace

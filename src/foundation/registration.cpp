@@ -2,13 +2,17 @@
 
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
+#include "foundation/state.h"
 #include "foundation/text.h"
 
 namespace kelvash {
 
 namespace {
 
-bool may_register = true;
+struct Registration {
+    bool Allowed = true;
+};
+constinit bool& may_register = State<Registration>::Get().Allowed;
 
 } // namespace
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "foundation/messages.h"
+#include "foundation/state.h"
 
 namespace kelvash {
 
@@ -60,16 +61,18 @@ Answer DecliningOf(Buttons buttons) {
     return Answer::None;
 }
 
+struct UserPort {
+    User* InUse = nullptr;
+};
+
 User*& CurrentUser() {
-    static User* user = nullptr;
-    return user;
+    return Lifelong<UserPort>::Get().InUse;
 }
 
 } // namespace
 
 User& TheUser() {
-    static AbsentUser absent;
-    return CurrentUser() != nullptr ? *CurrentUser() : absent;
+    return CurrentUser() != nullptr ? *CurrentUser() : Lifelong<AbsentUser>::Get();
 }
 
 User* SetUser(User* user) {

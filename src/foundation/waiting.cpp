@@ -3,6 +3,7 @@
 #include <random>
 
 #include "foundation/platform/platform.h"
+#include "foundation/state.h"
 
 namespace kelvash {
 
@@ -21,9 +22,16 @@ void WaitMillis(int milliseconds, Wait how) {
     WaitSeconds(milliseconds / 1000.0, how);
 }
 
+namespace {
+
+struct Dice {
+    std::mt19937 Generator{std::random_device{}()};
+};
+
+} // namespace
+
 int RandomBelow(int n) {
-    static std::mt19937 generator{std::random_device{}()};
-    return n < 1 ? 0 : std::uniform_int_distribution<int>(0, n - 1)(generator);
+    return n < 1 ? 0 : std::uniform_int_distribution<int>(0, n - 1)(Lifelong<Dice>::Get().Generator);
 }
 
 } // namespace kelvash

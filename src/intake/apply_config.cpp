@@ -11,6 +11,7 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/plain_name.h"
+#include "foundation/state.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "intake/fragments.h"
@@ -19,7 +20,15 @@
 
 namespace kelvash::intake {
 
-bool ConfigApplied = false;
+namespace {
+
+struct ApplyState {
+    bool Applied = false;
+};
+
+} // namespace
+
+constinit bool& ConfigApplied = State<ApplyState>::Get().Applied;
 
 namespace {
 

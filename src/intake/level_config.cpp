@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "foundation/state.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
@@ -12,7 +13,7 @@
 
 namespace kelvash::intake {
 
-LevelConfigRecord LevelConfig;
+constinit LevelConfigRecord& LevelConfig = State<LevelConfigRecord>::Get();
 
 namespace {
 

@@ -36,7 +36,7 @@ struct LevelConfigRecord {
     std::string UseWads;                 // groups of two: base name of a .tom, mask of its wad's files
 };
 // The record in use; reader and writer both work on it.
-extern LevelConfigRecord LevelConfig;
+extern LevelConfigRecord& LevelConfig;
 
 inline constexpr std::size_t kConfigHeaderSize = 8710;
 inline constexpr std::array<Field<LevelConfigRecord>, 13> kConfigFields = {{

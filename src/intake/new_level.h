@@ -69,7 +69,7 @@ struct NewLevel {
     bool OnCd = false; // the files can't be changed
 };
 // A package file has been applied in the open dialog: another one is deleted unread.
-extern bool ConfigApplied;
+extern bool& ConfigApplied;
 
 // The form over a level, shown modally; it returns when State isn't Open any more.
 using LevelForm = std::function<void(NewLevel&)>;

@@ -4,6 +4,7 @@
 
 #include "core/archive.h"
 #include "core/start_up.h"
+#include "foundation/state.h"
 #include "support/swap_home.h"
 
 namespace kelvash::test {
@@ -148,7 +149,7 @@ TEST_F(SettingsLogic, ReadTheRestPositionOfAnEnabledJoystick) {
     EXPECT_TRUE(ApplySettings(settings));
     EXPECT_EQ(companion::joystick_rest.X, 30000);
     EXPECT_EQ(companion::joystick_rest.Y, 35000);
-    core::ResetProgramState();
+    ResetProgramState();
     EXPECT_EQ(companion::joystick_rest.X, 32767);
     EXPECT_EQ(companion::joystick_rest.Y, 32767);
 }

@@ -6,6 +6,7 @@
 #include "core/archive.h"
 #include "core/profile.h"
 #include "core/start_up.h"
+#include "foundation/state.h"
 #include "support/linked_tree.h"
 #include "swap/install.h"
 #include "trle/trle_folder.h"
@@ -75,7 +76,7 @@ FaultHome::~FaultHome() {
 }
 
 void FaultHome::StartProgram() {
-    core::ResetProgramState();
+    ResetProgramState();
     MapDrives();
     if (whole_start) {
         core::StartUp({});

@@ -5,17 +5,13 @@
 
 #include "foundation/drives.h"
 #include "foundation/messages.h"
+#include "foundation/state.h"
 
 namespace kelvash::test {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-void ResetFoundation() {
-    ResetDrives();
-    SetTranslation({});
-}
 
 // A read-only file can't be removed everywhere.
 void RemoveAll(const fs::path& root) {
@@ -35,12 +31,12 @@ FoundationHome::FoundationHome() : root(MakeTemporaryFolder()), drive(root / "c"
     SetEnvironment("XDG_DATA_HOME", (root / "data").string());
     SetEnvironment("XDG_RUNTIME_DIR", (root / "run").string());
     SetEnvironment("WINEPREFIX", (root / "no-prefix").string());
-    ResetFoundation();
+    ResetProgramState();
     MapDrives();
 }
 
 FoundationHome::~FoundationHome() {
-    ResetFoundation();
+    ResetProgramState();
     RemoveAll(root);
 }
 

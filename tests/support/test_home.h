@@ -5,10 +5,6 @@
 
 namespace kelvash::test {
 
-class TestHome : public FoundationHome {
-  protected:
-    TestHome();
-    ~TestHome() override;
-};
+using TestHome = FoundationHome;
 
 } // namespace kelvash::test

@@ -7,8 +7,8 @@
 
 #include "core/archive.h"
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/drives.h"
+#include "foundation/state.h"
 #include "support/swap_model.h"
 #include "support/swap_world.h"
 #include "support/test_home.h"
@@ -187,7 +187,7 @@ void RandomWalk::RepairLevel() {
 }
 
 void RandomWalk::Restart() {
-    core::ResetProgramState();
+    ResetProgramState();
     MapDrives();
     EXPECT_EQ(core::LoadProfile(), core::ProfileState::Current);
     EXPECT_TRUE(core::LoadArchive(core::profile.LastArchive));

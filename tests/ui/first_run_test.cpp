@@ -8,7 +8,7 @@
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/profile.h"
-#include "core/start_up.h"
+#include "foundation/state.h"
 #include "support/built.h"
 #include "support/trle_sandbox.h"
 #include "support/ui_home.h"
@@ -50,7 +50,7 @@ class FirstRun : public UiHome<TestHome> {
     }
     // The program's state as in a process of its own.
     void EndProgram() {
-        core::ResetProgramState();
+        ResetProgramState();
         MapDrives();
     }
 
