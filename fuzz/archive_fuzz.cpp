@@ -25,13 +25,11 @@ ArchiveContents Decode(std::string_view bytes, std::size_t& largest) {
 }
 
 std::string Encode(const ArchiveContents& contents) {
-    std::string bytes(kelvash::core::kHeaderSize, '\0');
-    kelvash::EncodeRecord(kelvash::core::kHeaderFields, contents.Header, std::span<char>(bytes));
-    for (std::size_t i = 0; i + 1 < contents.Levels.size(); ++i) {
-        std::string record(kelvash::core::kLevelSize, '\0');
-        kelvash::EncodeRecord(kelvash::core::kLevelFields, contents.Levels[i], std::span<char>(record));
-        bytes += record;
-    }
+    std::string bytes;
+    Require(kelvash::core::EncodeArchive(contents, [&](std::string_view piece) {
+        bytes += piece;
+        return true;
+    }));
     return bytes;
 }
 

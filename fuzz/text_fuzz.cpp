@@ -6,9 +6,9 @@
 #include <cstdlib>
 #include <string>
 
+#include "foundation/bytes.h"
 #include "foundation/path.h"
 #include "foundation/plain_name.h"
-#include "foundation/record.h"
 #include "foundation/text.h"
 
 namespace {
@@ -35,9 +35,11 @@ void CheckNames(const std::string& a, const std::string& b) {
 void CheckAnsi(const std::string& bytes) {
     Require(AnsiFromUtf8(Utf8FromAnsi(bytes)) == bytes);
     for (const std::size_t width : {0U, 1U, 7U, 256U}) {
-        std::string field(width, '\0');
-        WriteText(Utf8FromAnsi(bytes), std::span<char>(field));
-        Require(ReadText(field) == FitText(Utf8FromAnsi(bytes), width));
+        ByteWriter writer;
+        writer.Text(Utf8FromAnsi(bytes), width);
+        const std::string field = writer.Take();
+        Require(field.size() == width);
+        Require(ByteReader(field).Text(width) == FitText(Utf8FromAnsi(bytes), width));
     }
 }
 

@@ -4,6 +4,7 @@
 #include "companion/messages.h"
 #include "core/archive.h"
 #include "core/profile.h"
+#include "foundation/bytes.h"
 #include "foundation/date_text.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -16,14 +17,7 @@ namespace kelvash::companion {
 namespace {
 
 constexpr std::size_t kTitleSize = 75;
-constexpr std::size_t kNumberEnd = kTitleSize + 2;
-
-std::int32_t NumberAtEnd(std::string_view bytes) {
-    if (bytes.size() < kNumberEnd) return 0;
-    const auto low = static_cast<unsigned char>(bytes[kTitleSize]);
-    const auto high = static_cast<unsigned char>(bytes[kTitleSize + 1]);
-    return static_cast<std::int16_t>(low | high << 8);
-}
+constexpr std::size_t kNumberEnd = kTitleSize + sizeof(std::int16_t);
 
 } // namespace
 
@@ -34,7 +28,9 @@ std::int32_t ReadSavegameInfo(std::string_view path, std::string& title) {
     const std::string_view field = std::string_view(*bytes).substr(0, kTitleSize);
     const std::size_t end = field.find_first_of(std::string_view(",\r\n\0", 4));
     title = Utf8FromAnsi(Trim(field.substr(0, end)));
-    return NumberAtEnd(*bytes);
+    ByteReader reader(*bytes);
+    reader.Skip(kTitleSize);
+    return reader.Get<std::int16_t>();
 }
 
 std::int32_t SavegameSlotNumber(std::string_view path) {

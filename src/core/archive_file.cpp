@@ -51,23 +51,9 @@ bool CopyTail(std::string_view path, std::size_t offset, const WritePiece& write
 // What is written has this layout, whatever number the file that was loaded bore.
 std::string EncodeHeader(ArchiveHeader header) {
     header.Version = kArchiveVersion;
-    std::string bytes(kHeaderSize, '\0');
-    EncodeRecord(kHeaderFields, header, std::span<char>(bytes));
-    return bytes;
-}
-
-bool EncodeArchive(const ArchiveContents& contents, const WritePiece& write) {
-    if (!write(EncodeHeader(contents.Header))) return false;
-    const auto count = static_cast<std::size_t>(contents.Header.LevelCount);
-    std::string block(kBlockRecords * kLevelSize, '\0');
-    for (std::size_t first = 0; first < count; first += kBlockRecords) {
-        const std::size_t in_block = std::min(kBlockRecords, count - first);
-        for (std::size_t i = 0; i < in_block; ++i)
-            EncodeRecord(kLevelFields, contents.Levels[first + i],
-                         std::span<char>(block).subspan(i * kLevelSize, kLevelSize));
-        if (!write(std::string_view(block).substr(0, in_block * kLevelSize))) return false;
-    }
-    return true;
+    ByteWriter bytes;
+    EncodeRecord(kHeaderFields, header, bytes);
+    return bytes.Take();
 }
 
 // A write-protected file can be replaced where its folder is writable, but its owner has said no.
@@ -93,6 +79,18 @@ ArchiveContents DecodeArchive(const ByteSource& source) {
     contents.Header.LevelCount = static_cast<std::int32_t>(contents.Levels.size());
     contents.Levels.emplace_back();
     return contents;
+}
+
+bool EncodeArchive(const ArchiveContents& contents, const WritePiece& write) {
+    if (!write(EncodeHeader(contents.Header))) return false;
+    const auto count = static_cast<std::size_t>(contents.Header.LevelCount);
+    for (std::size_t first = 0; first < count; first += kBlockRecords) {
+        ByteWriter block;
+        for (std::size_t i = first; i < std::min(first + kBlockRecords, count); ++i)
+            EncodeRecord(kLevelFields, contents.Levels[i], block);
+        if (!write(block.Take())) return false;
+    }
+    return true;
 }
 
 std::optional<ArchiveStamp> StampOf(std::string_view path) {

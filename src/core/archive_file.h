@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "core/records.h"
+#include "foundation/files.h"
 
 namespace kelvash::core {
 
@@ -35,6 +36,8 @@ std::optional<ArchiveStamp> StampOf(std::string_view path);
 using ByteSource = std::function<std::string_view(std::size_t size)>;
 // Reads an Archive from its bytes, block by block.
 ArchiveContents DecodeArchive(const ByteSource& source);
+// Gives the bytes of an Archive block by block, the header first; false as soon as `write` refuses one.
+[[nodiscard]] bool EncodeArchive(const ArchiveContents& contents, const WritePiece& write);
 
 // False if the file can't be opened; `contents` is untouched then. `stamp` is that of the bytes read.
 [[nodiscard]] bool ReadArchiveFile(std::string_view path, ArchiveContents& contents,

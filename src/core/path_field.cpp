@@ -1,8 +1,8 @@
 #include "core/path_field.h"
 
 #include "core/change_messages.h"
+#include "foundation/bytes.h"
 #include "foundation/messages.h"
-#include "foundation/record.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 

@@ -74,9 +74,9 @@ bool DecodeProfile(std::string_view bytes, ProfileRecord& record) {
 }
 
 std::string EncodeProfile(const ProfileRecord& record) {
-    std::string bytes(kProfileSize, '\0');
-    EncodeRecord(kProfileFields, record, std::span<char>(bytes));
-    return bytes;
+    ByteWriter bytes;
+    EncodeRecord(kProfileFields, record, bytes);
+    return bytes.Take();
 }
 
 std::string TrleFolder() {

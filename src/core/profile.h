@@ -75,6 +75,7 @@ inline constexpr std::array<Field<ProfileRecord>, 27> kProfileFields = {{
     {"JoystickId", 1584, 2, &ProfileRecord::JoystickId},
     {"", 1586, 2, &ProfileRecord::Reserved2},
 }};
+static_assert(IsLayout(kProfileFields, kProfileSize));
 // From this field to the end an old file is not trusted.
 inline constexpr std::size_t kUpgradeOffset = 1296;
 

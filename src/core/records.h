@@ -40,6 +40,7 @@ inline constexpr std::array<Field<ArchiveHeader>, 10> kHeaderFields = {{
     {"MainFolderSize", 530, 8, &ArchiveHeader::MainFolderSize},
     {"SecondaryFolderSize", 538, 8, &ArchiveHeader::SecondaryFolderSize},
 }};
+static_assert(IsLayout(kHeaderFields, kHeaderSize));
 
 // One level.
 struct LevelRecord {
@@ -72,5 +73,6 @@ inline constexpr std::array<Field<LevelRecord>, 12> kLevelFields = {{
     {"SavesSize", 1628, 4, &LevelRecord::SavesSize},
     {"RecountSaves", 1632, 2, &LevelRecord::RecountSaves},
 }};
+static_assert(IsLayout(kLevelFields, kLevelSize));
 
 } // namespace kelvash::core

@@ -33,8 +33,6 @@ constinit std::vector<Tr4Info>& Tr4List = State<Tr4State>::Get().List;
 
 namespace {
 
-constexpr std::size_t kCountSize = 4;
-
 std::string PathOfInfo(std::int32_t code) {
     return LevelFolder(code, false) + LoadFragment(fragment::kTr4InfoName);
 }
@@ -135,26 +133,20 @@ bool FindEqual(const AllTr4& all, const std::vector<Tr4Info>& list, std::int32_t
 } // namespace
 
 std::vector<Tr4Info> DecodeTr4Info(std::string_view bytes) {
-    std::vector<Tr4Info> list;
-    if (bytes.size() < kCountSize) return list;
-    const std::int64_t stated = ReadInteger(bytes.substr(0, kCountSize));
-    const auto held = static_cast<std::int64_t>((bytes.size() - kCountSize) / kTr4InfoSize);
-    for (std::int64_t i = 0; i < std::min(stated, held); ++i) {
-        Tr4Info info;
-        const std::size_t at = kCountSize + static_cast<std::size_t>(i) * kTr4InfoSize;
-        DecodeRecord(kTr4InfoFields, bytes.substr(at, kTr4InfoSize), info);
-        list.push_back(std::move(info));
-    }
+    ByteReader reader(bytes);
+    const auto stated = reader.Get<std::int32_t>();
+    std::vector<Tr4Info> list(reader.Held(stated, kTr4InfoSize));
+    for (Tr4Info& info : list)
+        DecodeRecord(kTr4InfoFields, reader.Bytes(kTr4InfoSize), info);
     return list;
 }
 
 std::string EncodeTr4Info(const std::vector<Tr4Info>& list) {
-    std::string bytes(kCountSize + list.size() * kTr4InfoSize, '\0');
-    const std::span<char> whole(bytes);
-    WriteInteger(static_cast<std::int64_t>(list.size()), whole.first(kCountSize));
-    for (std::size_t i = 0; i < list.size(); ++i)
-        EncodeRecord(kTr4InfoFields, list[i], whole.subspan(kCountSize + i * kTr4InfoSize, kTr4InfoSize));
-    return bytes;
+    ByteWriter bytes;
+    bytes.Put<std::int32_t>(static_cast<std::int32_t>(list.size()));
+    for (const Tr4Info& info : list)
+        EncodeRecord(kTr4InfoFields, info, bytes);
+    return bytes.Take();
 }
 
 void ListTr4(std::string_view folder) {

@@ -28,6 +28,7 @@ inline constexpr std::array<Field<Tr4Info>, 3> kTr4InfoFields = {{
     {"FileDate", 80, 8, &Tr4Info::FileDate},
     {"FileSize", 88, 4, &Tr4Info::FileSize},
 }};
+static_assert(IsLayout(kTr4InfoFields, kTr4InfoSize));
 
 // The records that the bytes of a file hold; a count that states more of them than are there is corrected.
 std::vector<Tr4Info> DecodeTr4Info(std::string_view bytes);

@@ -1,16 +1,17 @@
 // Fixed-layout binary records: one table per record says offset, width, type and default of each field, and
 // codec, defaults and the field-by-name access all read it.
 //
-// Encodings: texts are Windows-1252, blank padded, cut at the width; booleans are 16 bits, -1 and 0; integers
-// are little-endian and signed; doubles IEEE 754 in 64 bits.
+// Encodings are those of foundation/bytes.h: texts are blank padded and cut at the width, booleans are 16
+// bits.
 #pragma once
 
 #include <array>
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
+
+#include "foundation/bytes.h"
 
 namespace kelvash {
 
@@ -30,44 +31,45 @@ struct Field {
     FieldMember<Record> member;
 };
 
-// Reading and writing of single values. `bytes` must hold what is asked for.
-std::string ReadText(std::string_view bytes);
-void WriteText(std::string_view text, std::span<char> field);
-bool ReadBoolean(std::string_view bytes);
-void WriteBoolean(bool value, std::span<char> field);
-std::int64_t ReadInteger(std::string_view bytes);
-void WriteInteger(std::int64_t value, std::span<char> field);
-double ReadDouble(std::string_view bytes);
-void WriteDouble(double value, std::span<char> field);
-
-// The text as a field of that width gives it back: cut at the width (counted in Windows-1252) and trimmed.
-std::string FitText(std::string_view text, std::size_t width);
+// True if the fields of a table follow each other without a gap, each as wide as its type, up to `size`: to
+// be asserted beside the table.
+template <class Record, std::size_t Count>
+constexpr bool IsLayout(const std::array<Field<Record>, Count>& table, std::size_t size) {
+    constexpr std::array<std::size_t, 5> kWidths = {0, 2, 2, 4, 8}; // 0: any
+    std::size_t end = 0;
+    for (const Field<Record>& field : table) {
+        const std::size_t width = kWidths[field.member.index()];
+        if (field.offset != end || (width != 0 && width != field.width)) return false;
+        end += field.width;
+    }
+    return end == size;
+}
 
 namespace record_detail {
 template <class Record>
 struct Decoder {
-    std::string_view bytes;
+    ByteReader field;
+    std::size_t width;
     Record& record;
-    void operator()(std::string Record::*member) const { record.*member = ReadText(bytes); }
-    void operator()(bool Record::*member) const { record.*member = ReadBoolean(bytes); }
-    void operator()(std::int16_t Record::*member) const {
-        record.*member = static_cast<std::int16_t>(ReadInteger(bytes));
+    void operator()(std::string Record::*member) { record.*member = field.Text(width); }
+    void operator()(bool Record::*member) { record.*member = field.Boolean(); }
+    template <ByteNumber Number>
+    void operator()(Number Record::*member) {
+        record.*member = field.Get<Number>();
     }
-    void operator()(std::int32_t Record::*member) const {
-        record.*member = static_cast<std::int32_t>(ReadInteger(bytes));
-    }
-    void operator()(double Record::*member) const { record.*member = ReadDouble(bytes); }
 };
 
 template <class Record>
 struct Encoder {
-    std::span<char> bytes;
+    ByteWriter& bytes;
+    std::size_t width;
     const Record& record;
-    void operator()(std::string Record::*member) const { WriteText(record.*member, bytes); }
-    void operator()(bool Record::*member) const { WriteBoolean(record.*member, bytes); }
-    void operator()(std::int16_t Record::*member) const { WriteInteger(record.*member, bytes); }
-    void operator()(std::int32_t Record::*member) const { WriteInteger(record.*member, bytes); }
-    void operator()(double Record::*member) const { WriteDouble(record.*member, bytes); }
+    void operator()(std::string Record::*member) const { bytes.Text(record.*member, width); }
+    void operator()(bool Record::*member) const { bytes.Boolean(record.*member); }
+    template <ByteNumber Number>
+    void operator()(Number Record::*member) const {
+        bytes.Put<Number>(record.*member);
+    }
 };
 } // namespace record_detail
 
@@ -77,17 +79,16 @@ template <class Record, std::size_t Count>
 void DecodeRecord(const std::array<Field<Record>, Count>& table, std::string_view bytes, Record& record) {
     for (const Field<Record>& field : table)
         if (field.offset + field.width <= bytes.size())
-            std::visit(record_detail::Decoder<Record>{bytes.substr(field.offset, field.width), record},
+            std::visit(record_detail::Decoder<Record>{ByteReader(bytes.substr(field.offset, field.width)),
+                                                      field.width, record},
                        field.member);
 }
 
-// Writes every field of the record into its bytes; `bytes` must be as long as the record.
+// Puts every field of the record behind what the writer holds.
 template <class Record, std::size_t Count>
-void EncodeRecord(const std::array<Field<Record>, Count>& table, const Record& record,
-                  std::span<char> bytes) {
+void EncodeRecord(const std::array<Field<Record>, Count>& table, const Record& record, ByteWriter& bytes) {
     for (const Field<Record>& field : table)
-        std::visit(record_detail::Encoder<Record>{bytes.subspan(field.offset, field.width), record},
-                   field.member);
+        std::visit(record_detail::Encoder<Record>{bytes, field.width, record}, field.member);
 }
 
 } // namespace kelvash

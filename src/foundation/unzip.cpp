@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 
+#include "foundation/bytes.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
@@ -61,15 +62,14 @@ bool IsWanted(const Entry& entry, const std::vector<std::string>& masks, bool ca
 // in four bytes.
 std::optional<time_t> ExactTime(zip_t* zip, zip_uint64_t index) {
     constexpr zip_uint16_t kExtendedTimestamp = 0x5455;
-    constexpr zip_uint16_t kShortest = 5;
     zip_uint16_t length = 0;
     const zip_uint8_t* const field =
         zip_file_extra_field_get_by_id(zip, index, kExtendedTimestamp, 0, &length, ZIP_FL_CENTRAL);
-    if (field == nullptr || length < kShortest || (field[0] & 1) == 0) return std::nullopt;
-    std::uint32_t seconds = 0;
-    for (int i = 4; i > 0; --i)
-        seconds = (seconds << 8) | field[i];
-    return static_cast<std::int32_t>(seconds);
+    if (field == nullptr) return std::nullopt;
+    ByteReader reader({reinterpret_cast<const char*>(field), length});
+    const bool has_time = (reader.Get<std::uint8_t>() & 1) != 0;
+    const auto seconds = reader.Get<std::int32_t>();
+    return has_time && !reader.Failed() ? std::optional<time_t>(seconds) : std::nullopt;
 }
 
 // The share of an entry in the work: an empty one counts too.

@@ -1,12 +1,9 @@
 #include "intake/level_config.h"
 
-#include <algorithm>
-#include <limits>
-
-#include "foundation/state.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/state.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "intake/messages.h"
@@ -16,45 +13,6 @@ namespace kelvash::intake {
 constinit LevelConfigRecord& LevelConfig = State<LevelConfigRecord>::Get();
 
 namespace {
-
-// Takes values from the front of a text of bytes; what it lacks makes it fail for good.
-class Reader {
-  public:
-    explicit Reader(std::string_view bytes) : bytes_(bytes) {}
-
-    bool AtEnd() const { return bytes_.empty(); }
-    bool Integer(std::size_t width, std::int64_t& value) {
-        if (bytes_.size() < width) return false;
-        value = ReadInteger(bytes_.substr(0, width));
-        bytes_.remove_prefix(width);
-        return true;
-    }
-    // A text behind its length in 16 bits.
-    bool Text(std::string& text) {
-        std::int64_t length = 0;
-        if (!Integer(2, length) || length < 0 || bytes_.size() < static_cast<std::size_t>(length))
-            return false;
-        text = Utf8FromAnsi(bytes_.substr(0, static_cast<std::size_t>(length)));
-        bytes_.remove_prefix(static_cast<std::size_t>(length));
-        return true;
-    }
-
-  private:
-    std::string_view bytes_;
-};
-
-void AppendInteger(std::int64_t value, std::size_t width, std::string& bytes) {
-    std::string field(width, '\0');
-    WriteInteger(value, field);
-    bytes += field;
-}
-
-void AppendText(std::string_view text, std::string& bytes) {
-    std::string ansi = AnsiFromUtf8(text);
-    ansi.resize(std::min<std::size_t>(ansi.size(), std::numeric_limits<std::int16_t>::max()));
-    AppendInteger(static_cast<std::int64_t>(ansi.size()), 2, bytes);
-    bytes += ansi;
-}
 
 bool Tell(MessageId id, std::string_view path) {
     TellCritical(LoadMessage(id) + std::string(path));
@@ -67,30 +25,30 @@ ConfigFault DecodeLevelConfig(std::string_view bytes, LevelConfigRecord& config)
     config = LevelConfigRecord();
     DecodeRecord(kConfigFields, bytes, config);
     if (bytes.size() < kConfigHeaderSize) return ConfigFault::Header;
-    Reader reader(bytes.substr(kConfigHeaderSize));
+    ByteReader reader(bytes.substr(kConfigHeaderSize));
     for (std::int32_t i = 0; i < config.FileCount; ++i) {
-        std::string name;
-        std::int64_t size = 0;
-        if (!reader.Text(name) || !reader.Integer(4, size)) return ConfigFault::Entry;
+        std::string name = reader.CountedText();
+        const auto size = reader.Get<std::int32_t>();
+        if (reader.Failed()) return ConfigFault::Entry;
         config.FileNames.push_back(std::move(name));
-        config.FileSizes.push_back(static_cast<std::int32_t>(size));
+        config.FileSizes.push_back(size);
     }
     config.FileCount = static_cast<std::int32_t>(config.FileNames.size());
-    if (!reader.AtEnd() && !reader.Text(config.UseWads)) return ConfigFault::Entry;
-    return ConfigFault::None;
+    if (reader.Left() > 0) config.UseWads = reader.CountedText();
+    return reader.Failed() ? ConfigFault::Entry : ConfigFault::None;
 }
 
 std::string EncodeLevelConfig(const LevelConfigRecord& config) {
-    std::string bytes(kConfigHeaderSize, '\0');
+    ByteWriter bytes;
     LevelConfigRecord counted = config;
     counted.FileCount = static_cast<std::int32_t>(config.FileNames.size());
-    EncodeRecord(kConfigFields, counted, std::span<char>(bytes));
+    EncodeRecord(kConfigFields, counted, bytes);
     for (std::size_t i = 0; i < config.FileNames.size(); ++i) {
-        AppendText(FileNameOf(config.FileNames[i]), bytes);
-        AppendInteger(config.FileSizes[i], 4, bytes);
+        bytes.CountedText(FileNameOf(config.FileNames[i]));
+        bytes.Put<std::int32_t>(config.FileSizes[i]);
     }
-    AppendText(config.UseWads, bytes);
-    return bytes;
+    bytes.CountedText(config.UseWads);
+    return bytes.Take();
 }
 
 bool ReadLevelConfig(std::string_view path) {

@@ -54,6 +54,7 @@ inline constexpr std::array<Field<LevelConfigRecord>, 13> kConfigFields = {{
     {"ExeKind", 8696, 10, &LevelConfigRecord::ExeKind},
     {"FileCount", 8706, 4, &LevelConfigRecord::FileCount},
 }};
+static_assert(IsLayout(kConfigFields, kConfigHeaderSize));
 
 // What the bytes of a file say. False if they end within the header or within the list; the record is filled
 // as far as they go.

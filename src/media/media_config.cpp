@@ -3,11 +3,11 @@
 #include <array>
 #include <cstdint>
 
+#include "foundation/bytes.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/plain_name.h"
-#include "foundation/record.h"
 #include "foundation/text.h"
 #include "media/fragments.h"
 #include "trle_state/fragments.h"
@@ -44,14 +44,15 @@ bool IsOfTheFolder(const std::string& name) {
 
 std::vector<std::string> MediaFileNames(std::string_view bytes) {
     std::vector<std::string> names;
-    if (bytes.size() < kHeaderSize) return names;
-    const std::int64_t count = ReadInteger(bytes.substr(0, 4));
-    bytes.remove_prefix(kHeaderSize);
-    if (count < 0 || static_cast<std::uint64_t>(count) > bytes.size() / kEventSize) return names;
-    for (std::int64_t i = 0; i < count; ++i, bytes.remove_prefix(kEventSize)) {
-        const auto flags = static_cast<std::uint32_t>(ReadInteger(bytes.substr(kFlagsOffset, 4)));
+    ByteReader reader(bytes);
+    const auto count = reader.Get<std::int32_t>();
+    reader.Skip(kHeaderSize - sizeof(count));
+    if (reader.Failed() || !reader.Holds(count, kEventSize)) return names;
+    for (std::int32_t i = 0; i < count; ++i) {
+        const std::string_view event = reader.Bytes(kEventSize);
+        const auto flags = ByteReader(event.substr(kFlagsOffset)).Get<std::uint32_t>();
         for (const FileField& field : kFileFields) {
-            const std::string name = FileNameOf(ReadText(bytes.substr(field.offset, kNameSize)));
+            const std::string name = FileNameOf(ByteReader(event.substr(field.offset)).Text(kNameSize));
             if ((flags & field.flags) != 0 && PlainName::From(name) && !IsOfTheFolder(name))
                 names.push_back(name);
         }

@@ -4,7 +4,7 @@
 #include <array>
 #include <bit>
 
-#include "foundation/record.h"
+#include "foundation/bytes.h"
 
 namespace kelvash::swap {
 
@@ -18,6 +18,10 @@ constexpr std::size_t kOs2Head = 64;
 constexpr std::array<std::size_t, 7> kHeadSizes = {kCoreHead, kInfoHead, kMasksInHead, 56,
                                                    kOs2Head,  108,       124};
 constexpr std::size_t kPaletteEntry = 4;
+// Bytes of heads that say nothing about the pixels.
+constexpr std::size_t kFileSizeAndReserve = 8;
+constexpr std::size_t kPlanes = 2;
+constexpr std::size_t kPixelSizeAndResolution = 12;
 
 enum class Packing : std::uint32_t { Rgb = 0, Rle8 = 1, Rle4 = 2, BitFields = 3, AlphaBitFields = 6 };
 
@@ -33,19 +37,6 @@ struct Head {
     std::size_t palette_entry = kPaletteEntry;
     std::size_t palette_count = 0; // entries that are in the file
 };
-
-std::uint32_t U16At(std::string_view bytes, std::size_t at) {
-    return static_cast<std::uint16_t>(ReadInteger(bytes.substr(at, 2)));
-}
-
-std::uint32_t U32At(std::string_view bytes, std::size_t at) {
-    return static_cast<std::uint32_t>(ReadInteger(bytes.substr(at, 4)));
-}
-
-void Put(std::string& bytes, std::uint32_t value, std::size_t width) {
-    for (std::size_t i = 0; i < width; ++i)
-        bytes.push_back(static_cast<char>(value >> (8 * i) & 0xFF));
-}
 
 bool IsRunLength(const Head& head) {
     return head.packing == Packing::Rle8 || head.packing == Packing::Rle4;
@@ -79,9 +70,10 @@ bool ReadMasks(std::string_view bytes, std::size_t head_size, Head& head) {
     const std::size_t count = head.packing == Packing::AlphaBitFields ? 4 : 3;
     const std::size_t end = kFileHead + kInfoHead + count * 4;
     if (end > bytes.size()) return false;
-    for (std::size_t i = 0; i < head.masks.size(); ++i) {
-        head.masks[i] = U32At(bytes, kFileHead + kInfoHead + i * 4);
-        if (head.bits == 16) head.masks[i] &= 0xFFFF;
+    ByteReader reader(bytes.substr(kFileHead + kInfoHead));
+    for (std::uint32_t& mask : head.masks) {
+        mask = reader.Get<std::uint32_t>();
+        if (head.bits == 16) mask &= 0xFFFF;
     }
     if (head_size == kInfoHead) head.palette = end;
     return (head.masks[0] | head.masks[1] | head.masks[2]) != 0;
@@ -104,31 +96,41 @@ bool PixelsAreThere(const Head& head, std::size_t file_size) {
     return IsRunLength(head) ? left > 0 : BitmapStride(head.width, head.bits) * head.height <= left;
 }
 
+// Sizes, depth and packing; gives the number of colours that the head states.
+std::size_t ReadKind(ByteReader& reader, std::size_t head_size, Head& head) {
+    if (head_size == kCoreHead) {
+        head.width = reader.Get<std::uint16_t>();
+        head.height = reader.Get<std::uint16_t>();
+        reader.Skip(kPlanes);
+        head.bits = reader.Get<std::uint16_t>();
+        head.palette_entry = 3;
+        return 0;
+    }
+    head.width = reader.Get<std::uint32_t>();
+    head.height = reader.Get<std::uint32_t>();
+    head.top_down = head.height > 0x7FFF'FFFF;
+    if (head.top_down) head.height = 0U - head.height;
+    reader.Skip(kPlanes);
+    head.bits = reader.Get<std::uint16_t>();
+    head.packing = Packing{reader.Get<std::uint32_t>()};
+    reader.Skip(kPixelSizeAndResolution);
+    return reader.Get<std::uint32_t>();
+}
+
 std::optional<Head> ReadHead(std::string_view bytes) {
-    if (bytes.size() < kFileHead + kCoreHead || bytes.substr(0, 2) != "BM") return std::nullopt;
-    const std::size_t head_size = U32At(bytes, kFileHead);
+    ByteReader reader(bytes);
+    if (reader.Bytes(2) != "BM") return std::nullopt;
+    reader.Skip(kFileSizeAndReserve);
+    const std::size_t offset = reader.Get<std::uint32_t>();
+    const std::size_t head_size = reader.Get<std::uint32_t>();
     if (std::find(kHeadSizes.begin(), kHeadSizes.end(), head_size) == kHeadSizes.end()) return std::nullopt;
-    if (bytes.size() < kFileHead + head_size) return std::nullopt;
+    if (reader.Failed() || bytes.size() < kFileHead + head_size) return std::nullopt;
     Head head;
     head.palette = kFileHead + head_size;
-    std::size_t colours = 0;
-    if (head_size == kCoreHead) {
-        head.width = U16At(bytes, 18);
-        head.height = U16At(bytes, 20);
-        head.bits = U16At(bytes, 24);
-        head.palette_entry = 3;
-    } else {
-        head.width = U32At(bytes, 18);
-        head.height = U32At(bytes, 22);
-        head.top_down = head.height > 0x7FFF'FFFF;
-        if (head.top_down) head.height = 0U - head.height;
-        head.bits = U16At(bytes, 28);
-        head.packing = Packing{U32At(bytes, 30)};
-        colours = U32At(bytes, 46);
-    }
+    const std::size_t colours = ReadKind(reader, head_size, head);
     if (!IsPossible(head, head_size)) return std::nullopt;
     if (HasMasks(head) && !ReadMasks(bytes, head_size, head)) return std::nullopt;
-    FindPixels(bytes.size(), U32At(bytes, 10), colours, head);
+    FindPixels(bytes.size(), offset, colours, head);
     if (!PixelsAreThere(head, bytes.size())) return std::nullopt;
     return head;
 }
@@ -136,19 +138,20 @@ std::optional<Head> ReadHead(std::string_view bytes) {
 std::string NewHead(const Head& head, unsigned bits, Packing packing, std::size_t colours,
                     std::size_t pixel_bytes) {
     const std::size_t offset = kFileHead + kInfoHead + colours * kPaletteEntry;
-    std::string text = "BM";
-    Put(text, static_cast<std::uint32_t>(offset + pixel_bytes), 4);
-    Put(text, 0, 4);
-    Put(text, static_cast<std::uint32_t>(offset), 4);
-    Put(text, kInfoHead, 4);
-    Put(text, head.width, 4);
-    Put(text, head.top_down ? 0U - head.height : head.height, 4);
-    Put(text, 1, 2); // planes
-    Put(text, bits, 2);
-    Put(text, static_cast<std::uint32_t>(packing), 4);
-    Put(text, static_cast<std::uint32_t>(pixel_bytes), 4);
-    text.append(16, '\0'); // resolution and numbers of colours: not stated
-    return text;
+    ByteWriter bytes;
+    bytes.Bytes("BM");
+    bytes.Put<std::uint32_t>(static_cast<std::uint32_t>(offset + pixel_bytes));
+    bytes.Zeros(4);
+    bytes.Put<std::uint32_t>(static_cast<std::uint32_t>(offset));
+    bytes.Put<std::uint32_t>(kInfoHead);
+    bytes.Put<std::uint32_t>(head.width);
+    bytes.Put<std::uint32_t>(head.top_down ? 0U - head.height : head.height);
+    bytes.Put<std::uint16_t>(1); // planes
+    bytes.Put<std::uint16_t>(static_cast<std::uint16_t>(bits));
+    bytes.Put<std::uint32_t>(static_cast<std::uint32_t>(packing));
+    bytes.Put<std::uint32_t>(static_cast<std::uint32_t>(pixel_bytes));
+    bytes.Zeros(16); // resolution and numbers of colours: not stated
+    return bytes.Take();
 }
 
 // The palette at its full length, black where the file has none.
@@ -174,9 +177,10 @@ void AddUnmasked(std::string_view bytes, const Head& head, std::string& plain) {
     const std::size_t stride = BitmapStride(head.width, head.bits);
     const std::size_t pixel_bytes = head.bits / 8;
     for (std::size_t y = 0; y < head.height; ++y) {
+        ByteReader row(bytes.substr(head.pixels + y * stride));
         for (std::size_t x = 0; x < head.width; ++x) {
-            const std::size_t at = head.pixels + y * stride + x * pixel_bytes;
-            const std::uint32_t pixel = pixel_bytes == 2 ? U16At(bytes, at) : U32At(bytes, at);
+            const std::uint32_t pixel =
+                pixel_bytes == 2 ? row.Get<std::uint16_t>() : row.Get<std::uint32_t>();
             for (const std::size_t channel : {2U, 1U, 0U})
                 plain.push_back(MaskedByte(pixel, head.masks[channel]));
             plain.push_back('\0');

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "support/format_test.h"
 #include "support/record_bytes.h"
 #include "support/test_home.h"
 
@@ -290,6 +291,30 @@ TEST_F(ArchiveFile, TruncatedAtAnyLengthLeavesTheRestBlank) {
         ASSERT_EQ(contents.Levels[0].Code, first ? 12 : 0) << length;
         ASSERT_EQ(contents.Levels[0].RecountSaves, length >= 2180) << length;
     }
+}
+
+TEST(ArchiveFormat, WithstandsCutsAndLies) {
+    test::ExpectFormat<ArchiveContents>(
+        {.bytes = TwoLevelBytes(),
+         .decode = [](std::string_view bytes) -> std::optional<ArchiveContents> {
+             return DecodeArchive([&](std::size_t size) {
+                 const std::string_view piece = bytes.substr(0, size);
+                 bytes.remove_prefix(piece.size());
+                 return piece;
+             });
+         },
+         .encode =
+             [](const ArchiveContents& contents) {
+                 std::string bytes;
+                 EXPECT_TRUE(EncodeArchive(contents, [&](std::string_view piece) {
+                     bytes += piece;
+                     return true;
+                 }));
+                 return bytes;
+             },
+         .takes_cut = [](std::size_t) { return true; },
+         .counts = {{516, 4, [](const ArchiveContents& contents) { return contents.Levels.size() - 1; },
+                     2}}});
 }
 
 TEST_F(ArchiveFile, OfNoBytesHasNoLevels) {

@@ -7,6 +7,7 @@
 #include "core/start_up.h"
 #include "foundation/messages.h"
 #include "support/core_home.h"
+#include "support/format_test.h"
 #include "support/record_bytes.h"
 
 namespace kelvash::core {
@@ -176,6 +177,17 @@ TEST_F(Profile, CutAnywhereLeavesTheDefaultsBehind) {
         ASSERT_EQ(record.ConverterName, length < 778 ? "tom2pc.exe" : "conv.exe") << length;
         ASSERT_EQ(record.SavegamesToKeep, 5) << length;
     }
+}
+
+TEST(ProfileFormat, WithstandsCuts) {
+    test::ExpectFormat<ProfileRecord>({.bytes = OtherBytes(),
+                                       .decode = [](std::string_view bytes) -> std::optional<ProfileRecord> {
+                                           ProfileRecord record;
+                                           DecodeProfile(bytes, record);
+                                           return record;
+                                       },
+                                       .encode = EncodeProfile,
+                                       .takes_cut = [](std::size_t) { return true; }});
 }
 
 TEST_F(Profile, WithoutAByteIsOneOfAnotherLength) {

@@ -6,6 +6,7 @@
 #include "core/archive.h"
 #include "foundation/files.h"
 #include "support/core_home.h"
+#include "support/format_test.h"
 #include "support/local_time.h"
 #include "support/swap_world.h"
 
@@ -61,6 +62,18 @@ TEST_F(Tr4InfoTest, TruncatedAtEveryLengthItGivesWholeRecords) {
     for (std::size_t length = 0; length < whole.size(); ++length)
         EXPECT_EQ(DecodeTr4Info(whole.substr(0, length)).size(), length < 96 ? 0U : 1U) << length;
     EXPECT_EQ(DecodeTr4Info(whole + "more").size(), 2U);
+}
+
+TEST(Tr4InfoFormat, WithstandsCutsAndLies) {
+    using List = std::vector<Tr4Info>;
+    const std::string blanks(70, ' ');
+    test::ExpectFormat<List>(
+        {.bytes = "\2\0\0\0"s + "level1.tr4" + blanks + "\0\0\0\0\0\0\4\x40\xE8\3\0\0"s + "level2.TR4" +
+                  blanks + "\0\0\0\0\0\0\xF0\xBF\x78\x56\x34\x12"s,
+         .decode = [](std::string_view bytes) -> std::optional<List> { return DecodeTr4Info(bytes); },
+         .encode = EncodeTr4Info,
+         .takes_cut = [](std::size_t) { return true; },
+         .counts = {{0, 4, &List::size, 2}}});
 }
 
 TEST_F(Tr4InfoTest, ACountThatLiesIsCorrected) {

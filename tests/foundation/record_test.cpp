@@ -2,69 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <functional>
-#include <limits>
-
 namespace kelvash {
 namespace {
 
 using namespace std::string_view_literals;
-
-std::string Written(std::size_t width, const std::function<void(std::span<char>)>& write) {
-    std::string bytes(width, '#');
-    write({bytes.data(), bytes.size()});
-    return bytes;
-}
-
-TEST(RecordValue, TextsArePaddedWithBlanks) {
-    EXPECT_EQ(Written(5, [](std::span<char> field) { WriteText("ab", field); }), "ab   ");
-    EXPECT_EQ(Written(3, [](std::span<char> field) { WriteText("abcde", field); }), "abc");
-    EXPECT_EQ(Written(2, [](std::span<char> field) { WriteText("", field); }), "  ");
-}
-
-TEST(RecordValue, TextsAreWindows1252) {
-    EXPECT_EQ(Written(4, [](std::span<char> field) { WriteText("è€ж", field); }), "\xE8\x80? ");
-    EXPECT_EQ(ReadText("caff\xE8  "), "caffè");
-}
-
-TEST(RecordValue, ReadingATextTrimsIt) {
-    EXPECT_EQ(ReadText("  a b  "), "a b");
-    EXPECT_EQ(ReadText("    "), "");
-    EXPECT_EQ(ReadText("a\0b "sv), "a\0b"sv);
-}
-
-TEST(RecordValue, BooleansAreSixteenBits) {
-    EXPECT_EQ(Written(2, [](std::span<char> field) { WriteBoolean(true, field); }), "\xFF\xFF");
-    EXPECT_EQ(Written(2, [](std::span<char> field) { WriteBoolean(false, field); }), "\0\0"sv);
-    EXPECT_TRUE(ReadBoolean("\xFF\xFF"sv));
-    EXPECT_TRUE(ReadBoolean("\0\1"sv)); // anything but 0
-    EXPECT_FALSE(ReadBoolean("\0\0"sv));
-}
-
-TEST(RecordValue, IntegersAreLittleEndianAndSigned) {
-    EXPECT_EQ(Written(4, [](std::span<char> field) { WriteInteger(0x01020304, field); }), "\4\3\2\1");
-    EXPECT_EQ(Written(2, [](std::span<char> field) { WriteInteger(-2, field); }), "\xFE\xFF");
-    EXPECT_EQ(ReadInteger("\4\3\2\1"sv), 0x01020304);
-    EXPECT_EQ(ReadInteger("\xFE\xFF"sv), -2);
-    EXPECT_EQ(ReadInteger("\x00\x80"sv), -32768);
-    EXPECT_EQ(ReadInteger("\xFF\xFF\xFF\x7F"sv), 2147483647);
-    EXPECT_EQ(ReadInteger("\0\0\0\0\0\0\0\x80"sv), std::numeric_limits<std::int64_t>::min());
-}
-
-TEST(RecordValue, DoublesAreIeee) {
-    EXPECT_EQ(Written(8, [](std::span<char> field) { WriteDouble(1.5, field); }), "\0\0\0\0\0\0\xF8\x3F"sv);
-    EXPECT_EQ(ReadDouble("\0\0\0\0\0\0\xF8\x3F"sv), 1.5);
-    EXPECT_EQ(ReadDouble("\0\0\0\0\0\0\0\xC0"sv), -2.0);
-    EXPECT_TRUE(std::isnan(ReadDouble("\0\0\0\0\0\0\xF8\x7F"sv)));
-}
-
-TEST(RecordValue, FitTextIsWhatTheFieldGivesBack) {
-    EXPECT_EQ(FitText("abcdef", 3), "abc");
-    EXPECT_EQ(FitText("èèèè", 3), "èèè"); // one byte each in the file
-    EXPECT_EQ(FitText(" ab cd", 4), "ab");
-    EXPECT_EQ(FitText("ж", 5), "?");
-}
 
 struct Sample {
     std::string name = "old";
@@ -82,9 +23,21 @@ constexpr std::array<Field<Sample>, 5> kSample = {{{"Name", 0, 4, &Sample::name}
 constexpr std::string_view kSampleBytes = "ab  \xFF\xFF\xFE\xFF\x10\0\0\0\0\0\0\0\0\0\xF8\x3F"sv;
 
 TEST(RecordTable, EncodesEveryField) {
-    std::string bytes(20, '#');
-    EncodeRecord(kSample, Sample{"ab", true, -2, 16, 1.5}, {bytes.data(), bytes.size()});
-    EXPECT_EQ(bytes, kSampleBytes);
+    ByteWriter bytes;
+    bytes.Bytes("in front");
+    EncodeRecord(kSample, Sample{"ab", true, -2, 16, 1.5}, bytes);
+    EXPECT_EQ(bytes.Take(), "in front" + std::string(kSampleBytes));
+}
+
+TEST(RecordTable, IsALayoutWithoutGapsAndOfTheTypesWidths) {
+    EXPECT_TRUE(IsLayout(kSample, 20));
+    EXPECT_FALSE(IsLayout(kSample, 21)) << "a byte that no field has";
+    auto gap = kSample;
+    gap[2].offset = 7;
+    EXPECT_FALSE(IsLayout(gap, 20));
+    auto wide = kSample;
+    wide[4].width = 9;
+    EXPECT_FALSE(IsLayout(wide, 21)) << "a double has 8 bytes";
 }
 
 TEST(RecordTable, DecodesEveryField) {

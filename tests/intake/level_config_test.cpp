@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "support/format_test.h"
 #include "support/platform.h"
 #include "support/test_home.h"
 
@@ -163,6 +164,25 @@ TEST_F(LevelConfigFile, CutAtAnyLengthIsToldOrReadsWhatIsThere) {
         }
     }
     EXPECT_TRUE(Read(whole));
+}
+
+TEST(LevelConfigFormat, WithstandsCutsAndLies) {
+    const std::string whole = Header("City", std::string("\x02\0\0\0", 4)) +
+                              std::string("\x03\0a.b\x05\0\0\0", 9) + std::string("\x01\0c\x06\0\0\0", 7) +
+                              std::string("\x03\0u\0v", 5);
+    const auto files = [](const LevelConfigRecord& config) { return config.FileNames.size(); };
+    test::ExpectFormat<LevelConfigRecord>(
+        {.bytes = whole,
+         .decode = [](std::string_view bytes) -> std::optional<LevelConfigRecord> {
+             LevelConfigRecord config;
+             if (DecodeLevelConfig(bytes, config) != ConfigFault::None) return std::nullopt;
+             return config;
+         },
+         .encode = EncodeLevelConfig,
+         .takes_cut = [&](std::size_t length) { return length == whole.size() - 5; }, // the trailing text
+         .counts = {{8706, 4, files, 2},
+                    {8710, 2, files, 3},
+                    {8726, 2, [](const LevelConfigRecord& config) { return config.UseWads.size(); }, 3}}});
 }
 
 TEST_F(LevelConfigFile, LiesAboutItsCountsInVain) {

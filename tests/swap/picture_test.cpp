@@ -11,7 +11,9 @@
 #include "foundation/files.h"
 #include "support/bitmaps.h"
 #include "support/child_process.h"
+#include "support/format_test.h"
 #include "support/test_home.h"
+#include "swap/bitmap_file.h"
 
 namespace kelvash::swap {
 namespace {
@@ -223,6 +225,22 @@ TEST(Picture, RefusesABitmapCutAtAnyLength) {
         SCOPED_TRACE(Describe(kind));
         for (std::size_t length = 0; length < bitmap.size(); ++length)
             ASSERT_FALSE(JpegFromBitmap(bitmap.substr(0, length)).has_value()) << length;
+    }
+}
+
+// Any bitmap that is taken comes out in one plain form, which comes out as it is.
+TEST(PlainBitmapFormat, WithstandsCutsAndLies) {
+    for (const BitmapKind& kind : {BitmapKind{}, BitmapKind{.bits = 8}}) {
+        SCOPED_TRACE(Describe(kind));
+        const std::optional<std::string> plain = PlainBitmap(MakeBitmap(kind));
+        ASSERT_TRUE(plain.has_value());
+        const auto pixels = [](const std::string& bitmap) { return bitmap.size(); };
+        test::ExpectFormat<std::string>({.bytes = *plain,
+                                         .decode = PlainBitmap,
+                                         .encode = [](const std::string& bitmap) { return bitmap; },
+                                         .counts = {{18, 4, pixels, plain->size()},
+                                                    {22, 4, pixels, plain->size()},
+                                                    {46, 4, pixels, plain->size()}}});
     }
 }
 

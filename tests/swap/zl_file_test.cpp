@@ -9,6 +9,7 @@
 
 #include "foundation/drives.h"
 #include "support/child_process.h"
+#include "support/format_test.h"
 #include "support/test_home.h"
 
 namespace kelvash::swap {
@@ -186,6 +187,21 @@ TEST_F(ZlFile, RefusesAStreamCutAtAnyLength) {
         SCOPED_TRACE(length);
         ExpectRefused(packed.substr(0, length));
     }
+}
+
+TEST(ZlFormat, WithstandsCuts) {
+    const auto converted = [](bool (*convert)(std::string_view, const WritePiece&), std::string_view bytes) {
+        std::string result;
+        const bool done = convert(bytes, [&](std::string_view piece) {
+            result += piece;
+            return true;
+        });
+        return done ? std::optional<std::string>(result) : std::nullopt;
+    };
+    test::ExpectFormat<std::string>(
+        {.bytes = converted(DeflateTo, Records(600)).value(),
+         .decode = [&](std::string_view bytes) { return converted(InflateTo, bytes); },
+         .encode = [&](const std::string& bytes) { return converted(DeflateTo, bytes).value(); }});
 }
 
 TEST_F(ZlFile, RefusesALongStreamCutShort) {
