@@ -17,7 +17,7 @@ below[ui]="${below[intake]} intake cd"
 below[cli]="${below[ui]}"
 
 # They command what is above their folder, and are to move above it.
-commanders='^src/core/(start_up|registering|remove_level|level_view|tr4_info|profile)\.cpp |^src/swap/install\.cpp companion'
+commanders='^src/core/(start_up|remove_level|level_view|tr4_info|profile)\.cpp |^src/swap/install\.cpp companion'
 # It puts all tables together.
 tables='^src/core/message_tables\.cpp '
 
