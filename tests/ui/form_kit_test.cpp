@@ -12,7 +12,6 @@
 #include "support/ui_home.h"
 #include "ui/Dialog_GetDir_messages.h"
 #include "ui/Dialog_Settings_messages.h"
-#include "ui/Dialog_TrovaTrle_messages.h"
 
 namespace kelvash::test {
 namespace {
