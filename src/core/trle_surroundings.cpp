@@ -26,6 +26,7 @@ std::string NameOfLevel(std::int32_t code) {
 
 std::vector<std::int32_t> ListedCodes() {
     std::vector<std::int32_t> codes;
+    codes.reserve(static_cast<std::size_t>(core::archive.Header.LevelCount));
     for (std::int32_t i = 0; i < core::archive.Header.LevelCount; ++i)
         codes.push_back(core::archive.Levels[static_cast<std::size_t>(i)].Code);
     return codes;
