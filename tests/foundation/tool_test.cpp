@@ -226,9 +226,13 @@ TEST_F(Tools, WhileOneIsSilentTheInterfaceWorks) {
 }
 
 TEST_F(Tools, AStopReachesASilentOne) {
-    user.stop_at_pump = 2;
     const auto start = std::chrono::steady_clock::now();
-    const Captured captured = Capture({"deaf", "say", "one\\n", "sleep", "60000"}, LineMode::WholeLines);
+    const auto stop_behind_a_line = [this](const std::string&, bool at_start) {
+        if (!at_start) user.stop_at_pump = user.pumps + 2;
+        return false;
+    };
+    const Captured captured = CaptureOutput(kTool, {"deaf", "say", "one\\n", "sleep", "60000"},
+                                            stop_behind_a_line, LineMode::WholeLines);
     EXPECT_FALSE(captured.ok);
     EXPECT_EQ(captured.error, "Break user");
     EXPECT_EQ(captured.output, "one\r\n");
