@@ -27,7 +27,7 @@ void TakeSecondaryFolder(const std::string& folder) {
     const std::string old(Trim(archive.Header.SecondaryFolder));
     archive.Header.SecondaryFolder = folder;
     ArchiveTouched();
-    static_cast<void>(NoteLevelsMoved(old, folder)); // a failure has been told
+    if (NoteLevelsMoved(old, folder)) NoteMoveEnded(); // a failure has been told
 }
 
 enum class Outcome { Found, GivenUp, GoOn };

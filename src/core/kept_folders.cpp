@@ -136,7 +136,9 @@ bool MakeWay(const std::string& folder) {
         return false;
     }
     ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kKeptMoved, {folder, kept, kLineBreak}));
-    return NoteLevelMoved(folder, kept);
+    if (!NoteLevelMoved(folder, kept)) return false;
+    NoteMoveEnded();
+    return true;
 }
 
 std::int32_t TakeKept(const std::string& folder_name) {
@@ -154,9 +156,10 @@ std::int32_t TakeKept(const std::string& folder_name) {
     if (!RenameFile(kept, folder) || !CreateLevelFolders(folder) || !NoteLevelMoved(kept, folder))
         return GiveBack(folder, kept);
     if (!SaveLevel(code, name)) {
-        static_cast<void>(NoteLevelMoved(folder, kept)); // else its tr4.inf finds the level
+        static_cast<void>(NoteLevelMoved(folder, kept)); // else the former place counts
         return GiveBack(folder, kept);
     }
+    NoteMoveEnded();
     RefreshLevelList();
     SelectLevel(code);
     ShowMessage(MessageStyle::Plain, LoadMessage(msg::kKeptTaken) + name);

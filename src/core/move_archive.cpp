@@ -273,7 +273,7 @@ bool NameNewPlace(const std::string& target) {
     const std::string old_folder(Trim(archive.Header.SecondaryFolder));
     if (!NoteLevelsMoved(old_folder, target)) return false;
     if (SaveNewPlace(target)) return true;
-    static_cast<void>(NoteLevelsMoved(target, old_folder)); // else its tr4.inf finds the level
+    static_cast<void>(NoteLevelsMoved(target, old_folder)); // else the former place counts
     return false;
 }
 
@@ -307,6 +307,7 @@ bool MoveArchive() {
     if (!Transfer(moves, *target)) return false;
     RemoveOldFolders(moves);
     static_cast<void>(RemoveEmptyFolder(old_kept)); // others may keep something there
+    NoteMoveEnded();
     ForgetMove(*target);
     ShowMessage(MessageStyle::Plain, LoadMessage(msg::kMoveDone) + *target);
     RefreshLevelList();

@@ -29,6 +29,7 @@ bool NoteLevelMoved(std::string_view old_folder, std::string_view new_folder) {
         !FolderExists(new_folder))
         return true;
     const LevelOwner moved = OwnerIn(new_folder);
+    owner.Former = owner.Folder;
     owner.Folder = moved.Folder;
     owner.FromHome = moved.FromHome;
     return WriteSwapRecord(found.Record);
@@ -38,6 +39,15 @@ bool NoteLevelsMoved(std::string_view old_parent, std::string_view new_parent) {
     const std::string name = FileNameOf(ReadSwapRecord().Record.Owner.Folder);
     return name.empty() ||
            NoteLevelMoved(std::string(old_parent) + "\\" + name, std::string(new_parent) + "\\" + name);
+}
+
+void NoteMoveEnded() {
+    const Change change(msg::kDoingOwner, kHomeFolder);
+    if (!change) return;
+    FoundRecord found = ReadSwapRecord();
+    if (found.State != RecordState::Good || found.Record.Owner.Former.empty()) return;
+    found.Record.Owner.Former.clear();
+    static_cast<void>(WriteSwapRecord(found.Record)); // the new place stands, and comes first
 }
 
 void NoteLevelChanged(std::string_view folder) {

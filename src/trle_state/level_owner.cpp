@@ -50,7 +50,8 @@ bool IsItsPlace(const std::string& folder, const LevelOwner& owner) {
     if (folder.empty() || !FolderExists(folder)) return false;
     const std::string hash = Tr4InfHash(folder);
     if (!hash.empty() && hash == owner.Tr4InfHash) return true;
-    return EqualNoCase(folder, owner.Folder) && (hash.empty() || owner.Tr4InfHash.empty());
+    return (EqualNoCase(folder, owner.Folder) || EqualNoCase(folder, owner.Former)) &&
+           (hash.empty() || owner.Tr4InfHash.empty());
 }
 
 } // namespace
@@ -76,6 +77,7 @@ std::string FindOwnerFolder(const LevelOwner& owner) {
     if (const std::string moved = FollowFrom(AppFolder(), owner.FromHome);
         !owner.FromHome.empty() && IsItsPlace(moved, owner))
         return moved;
+    if (IsItsPlace(owner.Former, owner)) return owner.Former;
     if (owner.Tr4InfHash.empty()) return {};
     for (const std::int32_t code : ListedCodes())
         if (const std::string folder = FolderOfLevel(code); IsItsPlace(folder, owner)) return folder;

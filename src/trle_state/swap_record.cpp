@@ -100,6 +100,7 @@ bool TakeStep(const Values& values, SwapStep& step) {
 bool TakeField(const std::string& key, const Values& values, SwapRecord& record) {
     if (key == "step") return TakeStep(values, record.Step);
     if (key == "owner") return TakeOwner(values, record.Owner);
+    if (key == "former" && !values.empty()) record.Owner.Former = values[0];
     if (key == "marker" && !values.empty()) record.MarkerHash = values[0];
     if (key == "copied") return TakeFile(values, record.Copied);
     if (key == "overwritten") return TakeFile(values, record.Overwritten);
@@ -120,6 +121,7 @@ std::string EncodeSwapRecord(const SwapRecord& record, std::string_view trle) {
                {record.Owner.Folder, record.Owner.FromHome, record.Owner.Name, record.Owner.Tr4InfHash,
                 std::to_string(record.Owner.Code)},
                bytes);
+    if (!record.Owner.Former.empty()) AppendLine("former", {record.Owner.Former}, bytes);
     AppendLine("marker", {record.MarkerHash}, bytes);
     AppendFiles("copied", record.Copied, bytes);
     AppendFiles("overwritten", record.Overwritten, bytes);

@@ -35,11 +35,12 @@ struct RecordedFile {
 
 // The level whose saves lie in the root: its folder, whatever Archive names it.
 struct LevelOwner {
-    std::string Folder;     // as a path text
-    std::string FromHome;   // the same from the application's folder on, if it lies below its parent
-    std::string Name;       // as the Archive has it
-    std::string Tr4InfHash; // of the level's tr4.inf when it went in; empty if it had none
-    std::int32_t Code = 0;  // of the Archive that was open
+    std::string Folder;      // as a path text
+    std::string FromHome;    // the same from the application's folder on, if it lies below its parent
+    std::string Name;        // as the Archive has it
+    std::string Tr4InfHash;  // of the level's tr4.inf when it went in; empty if it had none
+    std::int32_t Code = 0;   // of the Archive that was open
+    std::string Former = {}; // where it comes from while a move is under way
 };
 
 struct SwapRecord {

@@ -60,12 +60,14 @@ void DiskHome::ExpectWhole(const SaveLedger& saves, const fs::path& drive_c) con
             << name << " is left in TRLE";
 }
 
-// The marker is made of the record, which counts; it may wait for the next start.
+// The marker is made of the record, which counts; it may wait for the next start. Half a copy that couldn't
+// be deleted is taken for none, and goes with the next swap.
 FileMap DiskHome::Outcome() const {
     FileMap files;
     for (const auto& folder : {trle, levels, drive / "Moved"})
         for (const auto& [name, bytes] : TreeOf(folder))
-            if (!name.ends_with("tr4.inf") && !name.ends_with("savegame.1") && !name.ends_with("kelvash.txt"))
+            if (!name.ends_with("tr4.inf") && !name.ends_with("savegame.1") &&
+                !name.ends_with("kelvash.txt") && !name.ends_with("kelvash.tmp"))
                 files[folder.filename().string() + "/" + name] = bytes;
     return files;
 }

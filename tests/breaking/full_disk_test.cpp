@@ -42,6 +42,8 @@ void FailingCallsOfPrograms::FailAt(const DiskCommand& command, const FaultPlan&
     figures.Count("failed calls");
     ExpectSane(told);
     if (told.status() == 0 && !told.Warned()) {
+        // What a passing want of room has kept from its place waits in the record for the next start.
+        Succeed({"profile", "SavegamesToKeep", "77"}, Answers::None);
         EXPECT_EQ(DifferencesOf(outcome, Outcome()), "") << "said to be done, but something is missing\n"
                                                          << told.Story();
     }

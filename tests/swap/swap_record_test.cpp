@@ -107,6 +107,15 @@ TEST_F(SwapRecordFile, ThatIsDamagedIsToldFromNone) {
     EXPECT_EQ(ReadSwapRecord().State, RecordState::Damaged);
 }
 
+TEST_F(SwapRecordFile, NamesTheFormerPlaceOnlyDuringAMove) {
+    SwapRecord record = Example();
+    record.Owner.Former = "C:\\Old\\LEVEL_0012";
+    const std::string bytes = EncodeSwapRecord(record, "C:\\trle");
+    EXPECT_THAT(bytes, testing::HasSubstr(",2:12,\nformer 17:C:\\Old\\LEVEL_0012,\n"));
+    EXPECT_EQ(DecodeSwapRecord(bytes)->Owner.Former, "C:\\Old\\LEVEL_0012");
+    EXPECT_EQ(DecodeSwapRecord(EncodeSwapRecord(Example(), "C:\\trle"))->Owner.Former, "");
+}
+
 class Owner : public test::SwapHome {
   protected:
     Owner() {

@@ -234,6 +234,33 @@ TEST_F(WhoseSaves, GoHomeWhenTheLevelsMoved) {
     EXPECT_EQ(test::BytesOf(StashPath(1) / "savegame.0"), "city save");
 }
 
+// A disk that is full lets a move neither finish nor take its note of the new place back.
+TEST_F(WhoseSaves, GoHomeWhereAMoveDidNotEnd) {
+    fs::remove(LevelPath(1) / "tr4.inf");
+    ASSERT_TRUE(InstallLevel(2));
+    ASSERT_TRUE(InstallLevel(1));
+    fs::copy(drive / "Levels", drive / "New", fs::copy_options::recursive);
+    ASSERT_TRUE(core::NoteLevelsMoved("C:\\Levels", "C:\\New"));
+    fs::remove_all(drive / "New");
+    ASSERT_TRUE(InstallLevel(2));
+    EXPECT_EQ(test::BytesOf(StashPath(1) / "savegame.0"), "city save");
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(WhoseSaves, DoNotGoToTheFormerPlaceAfterAMove) {
+    fs::remove(LevelPath(1) / "tr4.inf");
+    ASSERT_TRUE(InstallLevel(2));
+    ASSERT_TRUE(InstallLevel(1));
+    fs::copy(drive / "Levels", drive / "New", fs::copy_options::recursive);
+    ASSERT_TRUE(core::NoteLevelsMoved("C:\\Levels", "C:\\New"));
+    core::NoteMoveEnded();
+    fs::remove_all(drive / "New");
+    user.MayBeTold("I cann't find level folder");
+    user.MayBeTold("Savegames, screenshots and notes");
+    ASSERT_TRUE(InstallLevel(2));
+    EXPECT_EQ(Rescued(1), "city save");
+}
+
 TEST_F(WhoseSaves, StayWhereTheyAreWhileTrleCannotBeRead) {
     fs::rename(trle, drive / "unplugged");
     EXPECT_FALSE(InstallLevel(2));
