@@ -57,11 +57,10 @@ bool PackOrUnpack(const std::string& files, bool& whole) {
     for (const std::string& file : list) {
         dialog.Label(word + LoadMessage(msg::kFileInProgress, {FileNameOf(file)}));
         TheUser().PumpEvents();
-        const bool done = pack ? CompressFile(file, file + LoadFragment(fragment::kZlExtension))
-                               : guard.Unpack(file, StripExtension(file));
-        if (done) {
-            DeleteFile(file);
-            continue;
+        const std::string changed = pack ? file + LoadFragment(fragment::kZlExtension) : StripExtension(file);
+        if (pack ? CompressFile(file, changed) : guard.Unpack(file, changed)) {
+            if (DeleteFile(file)) continue;
+            DeleteFile(changed); // the level isn't to hold both
         }
         whole = false;
         if (!guard.Refused() &&

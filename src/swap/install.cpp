@@ -24,6 +24,7 @@
 #include "swap/record_additions.h"
 #include "swap/remove.h"
 #include "swap/saves.h"
+#include "swap/take_out.h"
 #include "trle/trle_folder.h"
 #include "trle_state/marker.h"
 #include "trle_state/trle_state.h"
@@ -202,8 +203,9 @@ void CopyItems(const InstallPlan& plan, const std::string& files, SwapRecord& re
         }
     }
     if (const std::string language = "\\" + plan.LanguageFile;
-        !plan.LanguageFile.empty() && MakeWay(language, record, kept))
-        DeleteFile(core::TrleFolder() + language);
+        !plan.LanguageFile.empty() &&
+        !(MakeWay(language, record, kept) && DeleteFile(core::TrleFolder() + language)))
+        TellCannotDelete(core::TrleFolder() + language);
     if (!failed.empty()) TellCritical(LoadMessage(msg::kFilesNotCopied) + failed);
 }
 

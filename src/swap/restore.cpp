@@ -90,7 +90,7 @@ void ClearRootFiles(Restoring& run) {
         const bool stays = std::any_of(staying.begin(), staying.end(), [&](const std::string& other) {
             return EqualNoCase(extension, other);
         });
-        if (!stays) Clear(run, file);
+        run.whole = (stays || Clear(run, file)) && run.whole;
     }
 }
 
@@ -136,8 +136,8 @@ void RestoreFiles(Restoring& run) {
     const std::string data = LoadFragment(fragment::kDataFolder);
     ShowLabel(run.bar, msg::kRestoreRemovingCritical);
     ClearRootFiles(run);
-    ClearFolder(run, data, LoadFragment(fragment::kRestoreTr4Mask));
-    ClearFolder(run, data, LoadFragment(fragment::kRestorePakMask));
+    for (const Fragment& mask : {fragment::kRestoreTr4Mask, fragment::kRestorePakMask})
+        run.whole = ClearFolder(run, data, LoadFragment(mask)) && run.whole;
     ShowLabel(run.bar, msg::kRestoreCopying);
     CopyCriticalBack(run);
     if (!core::profile.FullBackup) return;

@@ -69,7 +69,7 @@ bool DeleteOne(const RecordedFile& copied, const Originals& originals, KeptFiles
     const bool is_ours = stands && IsStill(file, copied.Stamp);
     if (stands && !is_ours && IsOriginal(copied.Target, originals)) return true;
     if ((!stands || is_ours || KeepFile(copied.Target, kept)) && DeleteFile(file)) return true;
-    TellCritical(LoadMessage(msg::kCannotDeleteFile) + file);
+    TellCannotDelete(file);
     return false;
 }
 
@@ -90,6 +90,10 @@ bool RestoreOne(const RecordedFile& original, bool is_ours, bool from_kept, Kept
 }
 
 } // namespace
+
+void TellCannotDelete(const std::string& file) {
+    TellCritical(LoadMessage(msg::kCannotDeleteFile) + file);
+}
 
 bool DeleteCopied(const SwapRecord& record, KeptFiles& kept) {
     const std::vector<RecordedFile> copied = Joined(record.Copied, record.LeftCopied);

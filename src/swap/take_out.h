@@ -4,6 +4,7 @@
 // is left alone.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "swap/kept_files.h"
@@ -20,6 +21,8 @@ namespace kelvash::swap {
 // couldn't be copied, or whose place holds a file that can't be kept: they are still to come back.
 std::vector<trle_state::RecordedFile> RestoreOverwritten(const trle_state::SwapRecord& record, bool from_kept,
                                                          KeptFiles& kept);
+// Tells of a file of the TRLE folder that couldn't be deleted.
+void TellCannotDelete(const std::string& file);
 // True if each overwritten file stands in the backup, was kept, or is still in its place. What a marker alone
 // lists (not `stamped`) must stand in the backup.
 bool CanRestoreAll(const trle_state::SwapRecord& record, bool stamped);

@@ -43,7 +43,7 @@ void FailingCallsOfPrograms::FailAt(const DiskCommand& command, const FaultPlan&
     ExpectSane(told);
     if (told.status() == 0 && !told.Warned()) {
         // What a passing want of room has kept from its place waits in the record for the next start.
-        Succeed({"profile", "SavegamesToKeep", "77"}, Answers::None);
+        Succeed({"level", "set", "4", "--note", "a new note"}, Answers::None);
         EXPECT_EQ(DifferencesOf(outcome, Outcome()), "") << "said to be done, but something is missing\n"
                                                          << told.Story();
     }

@@ -8,6 +8,7 @@
 #include "core/archive.h"
 #include "core/profile.h"
 #include "support/fault_home.h"
+#include "swap/compression.h"
 #include "swap/install.h"
 #include "swap/remove.h"
 #include "swap/restore.h"
@@ -69,6 +70,49 @@ TEST_F(FailingCalls, OfASwapLoseNothing) {
 
 TEST_F(FailingCalls, OfAFastRestoreLoseNothing) {
     FailAll({"fast_restore", 1, Backup::Compact, [] { return Ended(swap::FastRestore()); }});
+}
+
+// What can't be deleted doesn't stay beside its new form.
+TEST_F(FailingCalls, OfAChangeOfTheCompressionLeaveNoFileInTwoForms) {
+    const Operation operation{
+        "compression", 0, Backup::Full, [this] {
+            user.MayAnswer("Do you want change compress status", "yes");
+            user.MayAnswer("Do you want continue", "yes");
+            swap::ApplyCompressionSettings({true, false}); // pictures of the levels are none
+            return 0;
+        }};
+    Prepare(operation);
+    const int points = CountCalls(operation);
+    ASSERT_GT(points, 0);
+    for (int at = 1; at <= points; ++at) {
+        SCOPED_TRACE("call " + std::to_string(at) + " of " + std::to_string(points));
+        static_cast<void>(RunWith(operation, {Fault::Fail, at, EACCES, false}));
+        bool twice = false;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(world.drive / "Levels")) {
+            std::filesystem::path plain = entry.path();
+            twice = twice || (plain.extension() == ".zl" && Exists(plain.replace_extension()));
+        }
+        EXPECT_FALSE(twice);
+    }
+}
+
+// What a full restore leaves behind makes it fail.
+TEST_F(FailingCalls, OfAFullRestoreAreNotCalledSuccess) {
+    const Operation operation{"full_restore", 1, Backup::Full, [] {
+                                  Bar bar{BarPlace::ProgressDialog, -1};
+                                  return Ended(swap::FullRestore(bar, false));
+                              }};
+    Prepare(operation);
+    const int points = CountCalls(operation);
+    const FileMap whole = TreeOf(world.trle);
+    constexpr int kStep = 5; // each file takes some calls
+    for (int at = 1; at <= points; at += kStep) {
+        SCOPED_TRACE("call " + std::to_string(at) + " of " + std::to_string(points));
+        const TracedRun run = RunWith(operation, {Fault::Fail, at, EACCES, false});
+        if (run.exit_code == 0) {
+            EXPECT_EQ(TreeOf(world.trle), whole);
+        }
+    }
 }
 
 // A failed write leaves the old file, and the program knows that it failed.
