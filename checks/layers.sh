@@ -13,20 +13,15 @@ below[trle]="${below[core]} core"
 below[companion]="${below[trle]} trle"
 below[swap]="${below[core]} core media trle"
 below[intake]="${below[swap]} swap companion"
-below[ui]="${below[intake]} intake cd"
+below[program]="${below[intake]} intake cd"
+below[ui]="${below[program]} program"
 below[cli]="${below[ui]}"
-
-# They command what is above their folder, and are to move above it.
-commanders='^src/core/(start_up|remove_level|level_view|tr4_info|profile)\.cpp |^src/swap/install\.cpp companion'
-# It puts all tables together.
-tables='^src/core/message_tables\.cpp '
 
 status=0
 while read -r file folder; do
     from=${file#src/}
     from=${from%%/*}
     [[ $folder == "$from" || " ${below[$from]} " == *" $folder "* ]] && continue
-    [[ "$file $folder" =~ $commanders || "$file $folder" =~ $tables ]] && continue
     echo "$file may not include what is in $folder"
     status=1
 done < <(grep -rnoE '^#include "[a-z_]+/' src --include='*.cpp' --include='*.h' |

@@ -11,6 +11,7 @@
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/texts.h"
+#include "program/messages.h"
 #include "swap/backup_messages.h"
 
 namespace kelvash::cli {

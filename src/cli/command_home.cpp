@@ -7,13 +7,13 @@
 #include "core/archive.h"
 #include "core/archive_messages.h"
 #include "core/change.h"
-#include "core/fragments.h"
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
+#include "program/fragments.h"
+#include "program/start_up.h"
 #include "swap/backup.h"
 #include "swap/backup_messages.h"
 #include "trle/trle_folder.h"
@@ -110,7 +110,7 @@ bool New(Session& session, const std::string& typed) {
     std::string folder;
     if (!TakeHome(session, MissingHome::Make) || !TakePath(typed, folder)) return false;
     session.user.Preset(NewArchiveAnswers(folder));
-    core::StartUp({});
+    program::StartUp({});
     bool created = core::ArchiveIsOpen();
     if (!session.user.PresetUsed(msg::kSelectArchiveFolder)) {
         const std::string former = core::profile.LastArchive;
@@ -131,7 +131,7 @@ bool Load(Session& session, const std::string& typed) {
     // A name that the program's command line can't hold is none of an Archive.
     if (!EndsWithNoCase(path, LoadFragment(fragment::kArchiveTokenExtension)) ||
         path.find('"') != std::string::npos) {
-        core::TellArchiveNotLoaded(path);
+        program::TellArchiveNotLoaded(path);
         return false;
     }
     const bool opened = StartUpWithArchive(session, "\"" + path + "\"");

@@ -13,7 +13,6 @@
 #include "core/level_messages.h"
 #include "core/path_field.h"
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/known_names.h"
@@ -28,6 +27,7 @@
 #include "intake/fragments.h"
 #include "intake/level_config.h"
 #include "intake/messages.h"
+#include "swap/backup.h"
 #include "swap/compression.h"
 
 namespace kelvash::intake {
@@ -144,7 +144,7 @@ void FillConfig(const core::LevelRecord& level, const std::string& out) {
 
 // True if a zip there would replace a file that isn't an export's, or vanish with its folder.
 bool IsOurPlace(const std::string& target, const ExportFolders& folders) {
-    std::vector<std::string> forbidden = {folders.out, core::BackupFolder()};
+    std::vector<std::string> forbidden = {folders.out, swap::BackupFolder()};
     if (!folders.decompressed.empty()) forbidden.push_back(folders.decompressed);
     if (!core::TrleFolder().empty()) forbidden.push_back(core::TrleFolder());
     for (std::int32_t i = 0; i < core::archive.Header.LevelCount; ++i)

@@ -7,7 +7,6 @@
 #include "core/change_messages.h"
 #include "core/kept_folders.h"
 #include "core/level_list.h"
-#include "core/start_up.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"

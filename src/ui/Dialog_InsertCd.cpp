@@ -3,7 +3,6 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "core/start_up_messages.h"
 #include "foundation/drives.h"
 #include "ui/Dialog_InsertCd_messages.h"
 #include "ui/form_kit.h"

@@ -13,10 +13,12 @@
 #include "companion/game.h"
 #include "core/archive.h"
 #include "core/level_list.h"
-#include "core/level_view.h"
 #include "core/profile.h"
-#include "core/start_up.h"
-#include "swap/install.h"
+#include "core/session.h"
+#include "program/end.h"
+#include "program/level_view.h"
+#include "program/play.h"
+#include "program/start_up.h"
 #include "ui/Principale_messages.h"
 #include "ui/dropped_files.h"
 #include "ui/form_kit.h"
@@ -38,7 +40,7 @@ Principale::Principale(FormsUser& user)
 }
 
 bool Principale::Load(const std::string& command_line) {
-    core::StartUp(command_line);
+    program::StartUp(command_line);
     Timer1->setInterval(core::session.TimerInterval);
     RestoreWindow(this, splitter_);
     ShowPanel(core::profile.ShowScreenShots);
@@ -68,7 +70,7 @@ void Principale::ConnectControls(FormsUser& user) {
     connect(Pul_Prima, &QPushButton::clicked, this,
             [this] { Select(core::FindPreviousLevel(ToUtf8(Text_Search->text()))); });
     connect(Pul_Play, &QPushButton::clicked, this, &Principale::Play);
-    connect(Pul_MoreInfo, &QPushButton::clicked, this, [] { core::ShowMoreInfo(); });
+    connect(Pul_MoreInfo, &QPushButton::clicked, this, [] { program::ShowMoreInfo(); });
     connect(Pul_ScreenShots, &QPushButton::clicked, this, [this] { ShowPanel(true); });
     connect(Pul_SaveGames, &QPushButton::clicked, this, [this] { ShowPanel(false); });
     connect(Pul_PrimoShot, &QPushButton::clicked, this, [this] { PageImages(0); });
@@ -151,7 +153,7 @@ void Principale::Play() {
         return;
     }
     SetPlaying(true);
-    if (swap::PlayLevel(core::SelectedLevel())) {
+    if (program::PlayLevel(core::SelectedLevel())) {
         ShowPlaying();
         return;
     }
@@ -226,7 +228,7 @@ void Principale::OpenWish() {
     if (!IsFree()) return;
     Timer_Wish->stop();
     const std::string former = core::profile.LastArchive;
-    core::OpenWishedArchive(std::exchange(wish_, {}));
+    program::OpenWishedArchive(std::exchange(wish_, {}));
     if (core::profile.LastArchive != former) Text_Search->clear();
     ShowLevels();
 }
@@ -238,10 +240,10 @@ void Principale::closeEvent(QCloseEvent* event) {
         return;
     }
     if (!isVisible()) { // the start has failed: there is nothing to stay for
-        static_cast<void>(core::SaveProfile());
+        static_cast<void>(program::SaveProfile());
         return;
     }
-    if (!core::SaveToClose()) {
+    if (!program::SaveToClose()) {
         event->ignore();
         return;
     }

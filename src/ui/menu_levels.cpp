@@ -1,11 +1,11 @@
 // The menu "Levels", and levels that are dropped on the window.
 #include "core/archive.h"
 #include "core/level_list.h"
-#include "core/maintenance.h"
 #include "foundation/files.h"
 #include "foundation/text.h"
 #include "intake/export_level.h"
 #include "intake/new_level.h"
+#include "program/remove_level.h"
 #include "ui/Dialog_Autore.h"
 #include "ui/Dialog_NewLevel.h"
 #include "ui/Principale.h"
@@ -36,7 +36,7 @@ std::vector<MenuCommand> LevelCommands(Principale& window, FormsUser& user) {
             {mnu_Property, EnabledWhen::LevelSelected,
              [&window, &user] { intake::ShowProperty(NewLevelForm(user, &window)); }},
             {mnu_ShowAutoreInfo, EnabledWhen::LevelSelected, [&window] { ShowAuthor(window); }},
-            {mnu_RemoveLevel, EnabledWhen::LevelSelected, [] { core::RemoveLevel(); }},
+            {mnu_RemoveLevel, EnabledWhen::LevelSelected, [] { program::RemoveLevel(); }},
             {mnu_Export, EnabledWhen::LevelSelected, [] { intake::ExportLevel(); }}};
 }
 

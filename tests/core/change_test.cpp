@@ -6,7 +6,6 @@
 #include "core/change_messages.h"
 #include "core/level_list.h"
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/drives.h"
 #include "intake/author_notes.h"
 #include "intake/new_level.h"
@@ -75,7 +74,7 @@ TEST_F(ChangeTest, LocksWhatItChangesAndNothingElse) {
 }
 
 TEST_F(ChangeTest, EndsBeforeItsScope) {
-    Change change(msg::kDoingPlay, kSwap);
+    Change change(msg::kDoingInstall, kSwap);
     change.End();
     EXPECT_FALSE(IsLocked("C:\\trle"));
 }
@@ -219,16 +218,6 @@ TEST_F(ChangeTest, AddsALevelBesideThatOfAnotherProgram) {
     EXPECT_EQ(test::BytesOf(levels / "LEVEL_0002" / "FILES" / "coast.tr4"), "coast");
     EXPECT_THAT(Entries(levels), ElementsAre("LEVEL_0002\\"));
     EXPECT_THAT(NamesInFile(), ElementsAre(zero_, "City", "Coast"));
-}
-
-// --- settings that can't be read ---
-
-TEST_F(ChangeTest, TheStartEndsWithSettingsThatCannotBeRead) {
-    fs::create_directory(home / "Kelvash.prf");
-    StartUp("");
-    EXPECT_TRUE(session.EndWanted);
-    EXPECT_THAT(user.Told(), ElementsAre(HasSubstr("The settings can't be read")));
-    EXPECT_TRUE(SaveProfile());
 }
 
 } // namespace

@@ -5,10 +5,10 @@
 #include "core/archive_messages.h"
 #include "core/level_messages.h"
 #include "core/moving_messages.h"
-#include "core/start_up_messages.h"
 #include "foundation/messages.h"
 #include "foundation/texts.h"
 #include "intake/messages.h"
+#include "program/messages.h"
 #include "support/scripted_user.h"
 #include "swap/backup_messages.h"
 

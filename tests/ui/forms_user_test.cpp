@@ -16,6 +16,7 @@
 #include "foundation/messages.h"
 #include "foundation/texts.h"
 #include "intake/messages.h"
+#include "program/messages.h"
 #include "support/ui_home.h"
 #include "swap/backup_messages.h"
 #include "ui/Dialog_Progress.h"

@@ -6,7 +6,7 @@
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/profile.h"
-#include "core/start_up.h"
+#include "core/session.h"
 #include "support/test_home.h"
 #include "support/trle_sandbox.h"
 

@@ -1,30 +1,30 @@
-#include "core/level_view.h"
+
+#include "program/level_view.h"
 
 #include "companion/savegames.h"
 #include "companion/screenshots.h"
 #include "core/archive.h"
-#include "core/archive_messages.h"
-#include "core/fragments.h"
 #include "core/level_list.h"
-#include "core/start_up_messages.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "program/fragments.h"
+#include "program/messages.h"
 #include "trle_state/trle_state.h"
 
-namespace kelvash::core {
+namespace kelvash::program {
 
 namespace {
 
 // For the level that is in TRLE the saves of its last stay outside count as the older ones. That is meant.
 std::size_t OlderSaves(const LevelView& view) {
     if (view.Code != trle_state::CurrentLevelCode()) return view.ArchivedSavegames.size();
-    return ListFiles(StashFolder(view.Folder), LoadFragment(fragment::kSaveStashMask)).size();
+    return ListFiles(core::StashFolder(view.Folder), LoadFragment(fragment::kSaveStashMask)).size();
 }
 
 std::string PlaceOf(const LevelView& view) {
-    const std::int32_t cd = LevelByCode(view.Code).CdNumber;
+    const std::int32_t cd = core::LevelByCode(view.Code).CdNumber;
     std::string folder = "\"" + view.Folder + "\"";
     if (cd != 0) folder += LoadMessage(msg::kMainLevelOnCd) + std::to_string(cd);
     folder += LoadMessage(msg::kMainLevelPlaceGap);
@@ -40,16 +40,16 @@ void TellUnknownLevel(const std::string& code) {
 }
 
 std::optional<LevelView> SelectedLevelView() {
-    if (level_list.Selected < 0) return std::nullopt;
+    if (core::level_list.Selected < 0) return std::nullopt;
     LevelView view;
-    view.Code = SelectedLevel();
-    if (LevelIndex(view.Code) < 0) {
+    view.Code = core::SelectedLevel();
+    if (core::LevelIndex(view.Code) < 0) {
         TellUnknownLevel(std::to_string(view.Code));
         return std::nullopt;
     }
-    view.Folder = LevelFolder(view.Code, false);
+    view.Folder = core::LevelFolder(view.Code, false);
     view.FolderMissing = !FolderExists(view.Folder);
-    view.Note = Trim(LevelByCode(view.Code).Note);
+    view.Note = Trim(core::LevelByCode(view.Code).Note);
     view.Screenshots = companion::Screenshots(view.Code);
     view.SlotSavegames = companion::SlotSavegames(view.Code);
     view.ArchivedSavegames = companion::ArchivedSavegames(view.Code);
@@ -57,4 +57,4 @@ std::optional<LevelView> SelectedLevelView() {
     return view;
 }
 
-} // namespace kelvash::core
+} // namespace kelvash::program

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace kelvash::core {
+namespace kelvash::program {
 
 struct LevelView {
     std::int32_t Code = 0;
@@ -29,4 +29,4 @@ void TellUnknownLevel(const std::string& code);
 // copied to disk first, with the files that a page refers to. A document that can't be had is told.
 void ShowMoreInfo();
 
-} // namespace kelvash::core
+} // namespace kelvash::program

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace kelvash::core {
+namespace kelvash::program {
 
 struct TableEntry {
     std::int32_t id;
@@ -36,4 +36,4 @@ std::string ExportedMessages();
 // The numbers of refused lines for a message, the first of them if they are many.
 std::string RefusedLinesText(const TableLoading& loading);
 
-} // namespace kelvash::core
+} // namespace kelvash::program

@@ -1,38 +1,20 @@
-// From the launch to the ready main window, and back.
+// From the launch to the ready main window.
 //
 // StartUp insists on a TRLE folder with a backup of its original files and on an open Archive. Each question
 // goes through the user port; each failure ends the start-up with no Archive open.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
-namespace kelvash::core {
-
-// What a run knows beside the profile and the Archive.
-struct SessionState {
-    bool Started = false; // StartUp has run; it runs once
-    bool IsNtFamily = false;
-    bool WindowAnimation = false;   // the system's setting, put back at the end
-    std::int32_t TimerInterval = 0; // of the watcher, milliseconds
-    bool RunTestMovie = false;      // a first run or an upgrade
-    bool UpgradeWarning = false;
-    bool LevelZeroCreated = false;
-    bool EndWanted = false; // there is no TRLE to work on: the program is to end
-};
-extern SessionState& session;
+namespace kelvash::program {
 
 // Runs once; a second call does nothing. The command line holds tokens in double quotes: a .kva path is the
 // Archive to open, a folder called "trle" a source to install TRLE from.
 void StartUp(std::string_view command_line);
-// True while an Archive is open.
-bool ArchiveIsOpen();
 // Loads the Archive that the profile names. False after a message if it is gone or can't be loaded.
 [[nodiscard]] bool LoadLastArchive(const std::string& path);
 void TellArchiveNotLoaded(const std::string& path);
-// Leaves none open: table and list are empty.
-void CloseArchive();
 // Opens the Archive of that path again, after another one could not take its place. A path that is empty, or
 // an Archive that can't be opened (which is told), leaves none open.
 void ReturnToArchive(const std::string& former);
@@ -52,13 +34,4 @@ CommandLine ParseCommandLine(std::string_view text);
 // it was there already.
 [[nodiscard]] bool CreateLevelZero();
 
-// BackupFolder: backup_trle in the application's folder.
-std::string BackupFolder();
-
-// Ties the .kva extension to the program; false at the first write that fails.
-bool RegisterArchiveType();
-bool CreateProgramShortcut();
-// Makes the App Paths keys of the program, and of winroomedit.exe where TRLE has it, point to where they are.
-void RegisterAppPaths();
-
-} // namespace kelvash::core
+} // namespace kelvash::program

@@ -1,16 +1,17 @@
 // The program's entries in the desktop and the registry.
-#include "core/fragments.h"
+#include "program/registering.h"
+
 #include "core/profile.h"
-#include "core/start_up.h"
-#include "core/start_up_messages.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/registration.h"
 #include "foundation/text.h"
+#include "program/fragments.h"
+#include "program/messages.h"
 
-namespace kelvash::core {
+namespace kelvash::program {
 
 namespace {
 
@@ -38,8 +39,8 @@ bool CreateProgramShortcut() {
 void RegisterAppPaths() {
     if (!MayRegister()) return; // the registry is a file of Wine's, long to read
     RegisterAppPath(fragment::kAppPathsProgram, ProgramPath());
-    const std::string editor = TrleFolder() + LoadFragment(fragment::kRoomEditorProgram);
+    const std::string editor = core::TrleFolder() + LoadFragment(fragment::kRoomEditorProgram);
     if (FileExists(editor)) RegisterAppPath(fragment::kAppPathsRoomEditor, editor);
 }
 
-} // namespace kelvash::core
+} // namespace kelvash::program

@@ -1,21 +1,26 @@
-// Taking a level out of the Archive.
+#include "program/remove_level.h"
+
 #include "core/archive.h"
-#include "core/archive_messages.h"
 #include "core/change.h"
-#include "core/change_messages.h"
 #include "core/level_list.h"
-#include "core/level_messages.h"
-#include "core/maintenance.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "program/messages.h"
 #include "swap/remove.h"
 #include "trle_state/trle_state.h"
 
-namespace kelvash::core {
+namespace kelvash::program {
 
 namespace {
+
+// True, after a message, for a level on CD: its files can't be changed.
+bool CheckLevelOnHd(std::int32_t index) {
+    if (core::archive.Levels[static_cast<std::size_t>(index)].CdNumber == 0) return false;
+    TellCritical(LoadMessage(msg::kLevelIsOnCd, {kLineBreak}));
+    return true;
+}
 
 bool MayRemove(std::int32_t index) {
     if (index < 0) {
@@ -23,7 +28,7 @@ bool MayRemove(std::int32_t index) {
         return false;
     }
     if (CheckLevelOnHd(index)) return false;
-    const LevelRecord& level = archive.Levels[static_cast<std::size_t>(index)];
+    const core::LevelRecord& level = core::archive.Levels[static_cast<std::size_t>(index)];
     if (level.Code == 0) {
         TellCritical(LoadMessage(msg::kRemoveLevelZero, {kLineBreak}));
         return false;
@@ -44,10 +49,10 @@ bool TakeOutOfTrle(std::int32_t code) {
 }
 
 void RemoveRecord(std::int32_t index) {
-    archive.Levels.erase(archive.Levels.begin() + index);
-    --archive.Header.LevelCount;
-    ArchiveTouched();
-    RefreshLevelList();
+    core::archive.Levels.erase(core::archive.Levels.begin() + index);
+    --core::archive.Header.LevelCount;
+    core::ArchiveTouched();
+    core::RefreshLevelList();
 }
 
 void RemoveFolderAndTell(const std::string& folder) {
@@ -55,7 +60,7 @@ void RemoveFolderAndTell(const std::string& folder) {
     TheUser().SetLabel(bar.place, LoadMessage(msg::kRemovingLevelFolder));
     TheUser().PumpEvents();
     const bool removed = RemoveFolderTree(folder, bar);
-    ClearProgress();
+    core::ClearProgress();
     if (removed)
         ShowMessage(MessageStyle::Plain, LoadMessage(msg::kLevelRemoved));
     else
@@ -64,34 +69,28 @@ void RemoveFolderAndTell(const std::string& folder) {
 
 } // namespace
 
-bool CheckLevelOnHd(std::int32_t index) {
-    if (archive.Levels[static_cast<std::size_t>(index)].CdNumber == 0) return false;
-    TellCritical(LoadMessage(msg::kLevelIsOnCd, {kLineBreak}));
-    return true;
-}
-
 bool RemoveLevel() {
-    const Change change(msg::kDoingRemove, kAll, SelectedLevel());
+    const core::Change change(msg::kDoingRemove, core::kAll, core::SelectedLevel());
     if (!change) return false;
-    const std::int32_t index = LevelIndex(SelectedLevel());
+    const std::int32_t index = core::LevelIndex(core::SelectedLevel());
     if (!MayRemove(index)) return false;
-    const LevelRecord level = archive.Levels[static_cast<std::size_t>(index)];
+    const core::LevelRecord level = core::archive.Levels[static_cast<std::size_t>(index)];
     if (!TakeOutOfTrle(level.Code)) return false;
-    const std::string folder = LevelFolder(level.Code, false);
+    const std::string folder = core::LevelFolder(level.Code, false);
     RemoveRecord(index);
     if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kRemoveFolderQuestion, {kLineBreak}) + folder +
                                               LoadMessage(msg::kRemoveFolderQuestionEnd)))
         return true;
     // Whatever AutoSave says: a file that still lists the level would list it without its files.
-    if (archive.ArchiveChanged && !SaveArchive()) {
+    if (core::archive.ArchiveChanged && !core::SaveArchive()) {
         TellCritical(LoadMessage(msg::kRemoveNotSaved) + folder);
         return false;
     }
     RemoveFolderAndTell(folder);
-    archive.Header.MainFolderSize -= level.FilesSize;
-    archive.Header.SecondaryFolderSize -= level.SavesSize;
-    ArchiveTouched();
+    core::archive.Header.MainFolderSize -= level.FilesSize;
+    core::archive.Header.SecondaryFolderSize -= level.SavesSize;
+    core::ArchiveTouched();
     return true;
 }
 
-} // namespace kelvash::core
+} // namespace kelvash::program

@@ -1,27 +1,26 @@
-#include "core/start_up.h"
+#include "program/start_up.h"
 
 #include <algorithm>
 
 #include "core/archive.h"
-#include "core/archive_messages.h"
 #include "core/change.h"
-#include "core/change_messages.h"
-#include "core/fragments.h"
 #include "core/level_list.h"
 #include "core/maintenance.h"
 #include "core/path_field.h"
 #include "core/profile.h"
+#include "core/session.h"
 #include "core/sizes.h"
-#include "core/start_up_messages.h"
 #include "foundation/desktop.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/registration.h"
-#include "foundation/state.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "program/fragments.h"
+#include "program/messages.h"
+#include "program/registering.h"
 #include "swap/backup.h"
 #include "swap/kept_files.h"
 #include "swap/remove.h"
@@ -30,9 +29,7 @@
 #include "trle/find_trle.h"
 #include "trle/trle_folder.h"
 
-namespace kelvash::core {
-
-constinit SessionState& session = State<SessionState>::Get();
+namespace kelvash::program {
 
 namespace {
 
@@ -47,25 +44,25 @@ void PrepareFiles() {
     const std::string spare = AppFolder() + LoadFragment(fragment::kGoPifSpare);
     const std::string pif = AppFolder() + LoadFragment(fragment::kGoPif);
     if (!FileExists(pif) && FileExists(spare)) RenameFile(spare, pif);
-    session.IsNtFamily = WindowsVersion() != 1;
+    core::session.IsNtFamily = WindowsVersion() != 1;
     const std::string library = LoadFragment(fragment::kLibWave);
-    if (session.IsNtFamily && MayRegister())
+    if (core::session.IsNtFamily && MayRegister())
         ProvideFile(AppFolder() + library, SpecialFolder(SpecialFolderId::System) + library);
 }
 
 // False after a message for settings that can't be read.
 bool TakeProfile() {
-    ProfileState state{};
-    if (!OpenProfile(state)) return false;
-    session.UpgradeWarning = state == ProfileState::Upgraded;
-    session.RunTestMovie = state != ProfileState::Current;
-    if (state == ProfileState::FirstRun) RegisterArchiveType();
-    if (state != ProfileState::Current) CreateProgramShortcut();
-    profile.TimerTenths = std::clamp(profile.TimerTenths, 1, kMostTimerTenths);
-    session.TimerInterval = profile.TimerTenths * 100;
+    core::ProfileState state{};
+    if (!core::OpenProfile(state)) return false;
+    core::session.UpgradeWarning = state == core::ProfileState::Upgraded;
+    core::session.RunTestMovie = state != core::ProfileState::Current;
+    if (state == core::ProfileState::FirstRun) RegisterArchiveType();
+    if (state != core::ProfileState::Current) CreateProgramShortcut();
+    core::profile.TimerTenths = std::clamp(core::profile.TimerTenths, 1, kMostTimerTenths);
+    core::session.TimerInterval = core::profile.TimerTenths * 100;
     JoystickState joystick;
-    if (profile.EnableJoystick && !TheDesktop().ReadJoystick(profile.JoystickId, joystick))
-        profile.EnableJoystick = false;
+    if (core::profile.EnableJoystick && !TheDesktop().ReadJoystick(core::profile.JoystickId, joystick))
+        core::profile.EnableJoystick = false;
     return true;
 }
 
@@ -84,14 +81,15 @@ std::string LastNameOf(const std::string& token) {
 // Opens the Archive of the last run. False ends the start-up; profile.LastArchive is blank if none is open
 // yet.
 bool OpenLastArchive() {
-    const std::string path(Trim(profile.LastArchive));
+    const std::string path(Trim(core::profile.LastArchive));
     if (path.empty()) return true;
     if (LoadLastArchive(path)) return true;
     // An Archive whose folders the user couldn't give is tried again at the next start.
-    if (!archive.ArchiveLoadRefused) profile.LastArchive.clear();
-    if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kLoadDifferentArchive)) || !LoadArchiveDialog())
+    if (!core::archive.ArchiveLoadRefused) core::profile.LastArchive.clear();
+    if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kLoadDifferentArchive)) ||
+        !core::LoadArchiveDialog())
         return false;
-    archive.ArchiveLoadRefused = false;
+    core::archive.ArchiveLoadRefused = false;
     return true;
 }
 
@@ -99,13 +97,13 @@ void OpenFirstArchive() {
     const std::string create = "Pul_New";
     const std::string button =
         TheUser().ShowForm({"Dialog_NewArc", LoadMessage(msg::kNewArcCaption), {}, {create, "Pul_Load"}});
-    if (button != create) static_cast<void>(LoadArchiveDialog()); // its failure has been told
+    if (button != create) static_cast<void>(core::LoadArchiveDialog()); // its failure has been told
 }
 
 // The original configuration: its backup and level 0000.
 bool SecureOriginal() {
     if (!swap::CreateBackup(false)) {
-        archive.ArchiveChanged = false;
+        core::archive.ArchiveChanged = false;
         return false;
     }
     if (!CreateLevelZero()) {
@@ -121,10 +119,10 @@ enum class Trle { Good, Wanting, LockedOut };
 // another program is at work isn't judged a second time: what it lacks meanwhile tells nothing.
 Trle MendTrle() {
     static_cast<void>(swap::EndCutShort(true)); // what can't be ended is told, and waits
-    const std::string trle = TrleFolder();
+    const std::string trle = core::TrleFolder();
     if (trle.empty() || !FolderExists(trle)) return Trle::Wanting;
     if (trle::CheckTrleFolder(trle, false)) return Trle::Good;
-    const Change change(msg::kDoingMendTrle, kHomeFolder | kTrleFolder);
+    const core::Change change(msg::kDoingMendTrle, core::kHomeFolder | core::kTrleFolder);
     if (!change) return Trle::LockedOut;
     static_cast<void>(swap::EndCutShort()); // the other one may have been killed
     if (trle::CheckTrleFolder(trle, false)) return Trle::Good;
@@ -146,21 +144,21 @@ bool SecureTrle() {
 // False ends the start-up. An Archive that the user didn't want to make or to find leaves none open.
 bool OpenArchive() {
     if (!OpenLastArchive()) return false;
-    if (profile.LastArchive.empty()) OpenFirstArchive();
-    if (profile.LastArchive.empty()) {
-        if (NewArchive()) return true;
-        profile.LastArchive.clear();
-        CloseArchive();
-    } else if (archive.ArchiveLoadRefused) {
-        CloseArchive(); // it is tried again at the next start
-    } else if (session.LevelZeroCreated && LevelIndex(0) >= 0) {
-        CountLevelSize(LevelIndex(0));
+    if (core::profile.LastArchive.empty()) OpenFirstArchive();
+    if (core::profile.LastArchive.empty()) {
+        if (core::NewArchive()) return true;
+        core::profile.LastArchive.clear();
+        core::CloseArchive();
+    } else if (core::archive.ArchiveLoadRefused) {
+        core::CloseArchive(); // it is tried again at the next start
+    } else if (core::session.LevelZeroCreated && core::LevelIndex(0) >= 0) {
+        core::CountLevelSize(core::LevelIndex(0));
     }
     return true;
 }
 
 void OfferFullRestore() {
-    if (!session.UpgradeWarning) return;
+    if (!core::session.UpgradeWarning) return;
     if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kUpgradeRestoreQuestion, {kLineBreak}))) return;
     ProgressDialog progress(BarPlace::ProgressDialog, {});
     swap::FullRestore(progress.bar, false);
@@ -177,9 +175,9 @@ bool LoadLastArchive(const std::string& path) {
         TellCritical(LoadMessage(msg::kLastArchiveNotFound) + path);
         return false;
     }
-    if (!CheckPath(path)) return false; // one of the command line may not fit the profile
-    if (LoadArchive(path)) return true;
-    if (!archive.ArchiveLoadRefused) TellArchiveNotLoaded(path);
+    if (!core::CheckPath(path)) return false; // one of the command line may not fit the profile
+    if (core::LoadArchive(path)) return true;
+    if (!core::archive.ArchiveLoadRefused) TellArchiveNotLoaded(path);
     return false;
 }
 
@@ -200,50 +198,44 @@ CommandLine ParseCommandLine(std::string_view text) {
 }
 
 void StartUp(std::string_view command_line) {
-    if (session.Started) return;
-    session.Started = true;
+    if (core::session.Started) return;
+    core::session.Started = true;
     PrepareFiles();
-    archive.ArchiveLoadRefused = false;
+    core::archive.ArchiveLoadRefused = false;
     const CommandLine wanted = ParseCommandLine(command_line);
-    session.WindowAnimation = TheDesktop().WindowAnimation();
+    core::session.WindowAnimation = TheDesktop().WindowAnimation();
     TheDesktop().SetWindowAnimation(false);
-    session.EndWanted = !TakeProfile();
-    if (session.EndWanted) return;
-    if (!wanted.Archive.empty()) profile.LastArchive = PathOfToken(wanted.Archive);
-    archive = ArchiveState();
+    core::session.EndWanted = !TakeProfile();
+    if (core::session.EndWanted) return;
+    if (!wanted.Archive.empty()) core::profile.LastArchive = PathOfToken(wanted.Archive);
+    core::archive = core::ArchiveState();
     if (!wanted.TrleSource.empty()) {
         // TRLE can't be installed from a folder; who asks for it is told as for a failed set-up.
         TellCritical(LoadMessage(msg::kTrleSetupFailed));
-        archive.ArchiveLoadRefused = true;
-        session.EndWanted = true;
+        core::archive.ArchiveLoadRefused = true;
+        core::session.EndWanted = true;
         return;
     }
-    session.EndWanted = !SecureTrle();
-    if (session.EndWanted || !SecureOriginal()) return;
+    core::session.EndWanted = !SecureTrle();
+    if (core::session.EndWanted || !SecureOriginal()) return;
     if (!OpenArchive()) {
-        CloseArchive();
+        core::CloseArchive();
         return;
     }
     RegisterAppPaths();
     swap::TellRescuedSaves();
-    TellCutShortMove();
+    core::TellCutShortMove();
     OfferFullRestore();
 }
 
-void CloseArchive() {
-    static_cast<ArchiveContents&>(archive) = ArchiveState();
-    DropChanges();
-    RefreshLevelList();
-}
-
 void ReturnToArchive(const std::string& former) {
-    archive.ArchiveLoadRefused = false;
-    if (former.empty() || LoadArchive(former)) {
-        if (former.empty()) CloseArchive();
+    core::archive.ArchiveLoadRefused = false;
+    if (former.empty() || core::LoadArchive(former)) {
+        if (former.empty()) core::CloseArchive();
         return;
     }
-    if (!archive.ArchiveLoadRefused) TellCritical(LoadMessage(msg::kErrorLoadingFormer) + former);
-    CloseArchive();
+    if (!core::archive.ArchiveLoadRefused) TellCritical(LoadMessage(msg::kErrorLoadingFormer) + former);
+    core::CloseArchive();
 }
 
 void OpenWishedArchive(const std::string& native) {
@@ -252,42 +244,35 @@ void OpenWishedArchive(const std::string& native) {
         TellCritical(LoadMessage(msg::kWishNotOnDrive) + native);
         return;
     }
-    if (ArchiveIsOpen() && EqualNoCase(path, profile.LastArchive)) {
-        RefreshArchive();
+    if (core::ArchiveIsOpen() && EqualNoCase(path, core::profile.LastArchive)) {
+        core::RefreshArchive();
         return;
     }
-    archive.ArchiveLoadRefused = false;
-    if (!AskSaveArchive()) return; // the open one stays; why has been told
-    const std::string former = profile.LastArchive;
-    if (LoadArchive(path)) return;
-    if (archive.ArchiveLoadRefused)
+    core::archive.ArchiveLoadRefused = false;
+    if (!core::AskSaveArchive()) return; // the open one stays; why has been told
+    const std::string former = core::profile.LastArchive;
+    if (core::LoadArchive(path)) return;
+    if (core::archive.ArchiveLoadRefused)
         ReturnToArchive(former);
     else
         TellCritical(LoadMessage(msg::kWishNotLoaded) + path);
 }
 
-bool ArchiveIsOpen() {
-    return !Trim(profile.LastArchive).empty() && archive.Header.LevelCount > 0;
-}
-
-std::string BackupFolder() {
-    return AppFolder() + LoadFragment(fragment::kBackupFolder);
-}
-
 bool CreateLevelZero() {
-    const std::string folder = LevelFolder(0, false);
+    const std::string folder = core::LevelFolder(0, false);
     if (FolderExists(folder)) return true;
-    const Change change(msg::kDoingLevelZero, kHomeFolder | kTrleFolder);
+    const core::Change change(msg::kDoingLevelZero, core::kHomeFolder | core::kTrleFolder);
     if (!change) return false;
-    if (!CreateLevelFolders(folder)) return false;
-    const std::string trle = TrleFolder();
+    if (!core::CreateLevelFolders(folder)) return false;
+    const std::string trle = core::TrleFolder();
     CopyFile(trle + LoadFragment(fragment::kLevelZeroLoadBmp),
              folder + LoadFragment(fragment::kLevelZeroScreenshot));
-    CopyFiles(BackupFolder(), StashFolder(folder), Existing::Replace,
+    CopyFiles(swap::BackupFolder(), core::StashFolder(folder), Existing::Replace,
               LoadFragment(fragment::kSavegameMaskZero));
-    CopyFiles(trle + LoadFragment(fragment::kManualFolder), FilesFolder(folder), Existing::Replace, "*.*");
-    session.LevelZeroCreated = true;
+    CopyFiles(trle + LoadFragment(fragment::kManualFolder), core::FilesFolder(folder), Existing::Replace,
+              "*.*");
+    core::session.LevelZeroCreated = true;
     return true;
 }
 
-} // namespace kelvash::core
+} // namespace kelvash::program

@@ -1,11 +1,12 @@
 // The Archive that the start opens: the last one, a first one, that of the command line.
 #include <gmock/gmock.h>
 
-#include "core/start_up.h"
-#include "core/start_up_home.h"
 #include "foundation/registration.h"
+#include "program/end.h"
+#include "program/start_up.h"
+#include "program/start_up_home.h"
 
-namespace kelvash::core {
+namespace kelvash::program {
 namespace {
 
 using test::BytesOf;
@@ -31,10 +32,10 @@ TEST_F(StartUpArchive, OpensTheLastArchiveWithoutAQuestion) {
     StartUp("");
     EXPECT_THAT(user.Asked(), IsEmpty());
     EXPECT_THAT(user.Told(), IsEmpty());
-    EXPECT_TRUE(ArchiveIsOpen());
-    EXPECT_EQ(archive.Header.LevelCount, 2);
-    EXPECT_FALSE(session.LevelZeroCreated);
-    EXPECT_FALSE(archive.ArchiveLoadRefused);
+    EXPECT_TRUE(core::ArchiveIsOpen());
+    EXPECT_EQ(core::archive.Header.LevelCount, 2);
+    EXPECT_FALSE(core::session.LevelZeroCreated);
+    EXPECT_FALSE(core::archive.ArchiveLoadRefused);
 }
 
 TEST_F(StartUpArchive, TellsAMissingLastArchiveAndEndsOnANo) {
@@ -43,7 +44,7 @@ TEST_F(StartUpArchive, TellsAMissingLastArchiveAndEndsOnANo) {
     user.WillAnswer(kDifferent, "no");
     StartUp("");
     EXPECT_THAT(user.Told(), ElementsAre("critical: Last archive not found: C:\\Kelvash\\gone.kva"));
-    EXPECT_EQ(profile.LastArchive, "");
+    EXPECT_EQ(core::profile.LastArchive, "");
     ExpectNoArchive();
 }
 
@@ -54,8 +55,8 @@ TEST_F(StartUpArchive, TakesADifferentArchive) {
     user.WillAnswer(kDifferent, "yes");
     user.WillAnswer(kLoad, "C:\\Kelvash\\last.kva");
     StartUp("");
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\last.kva");
-    EXPECT_TRUE(ArchiveIsOpen());
+    EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\last.kva");
+    EXPECT_TRUE(core::ArchiveIsOpen());
     EXPECT_THAT(user.Asked(), ElementsAre(kDifferent, kLoad)) << "no first execution then";
 }
 
@@ -67,7 +68,7 @@ TEST_F(StartUpArchive, EndsWhenTheDifferentArchiveIsCancelled) {
     user.WillAnswer(kLoad, "cancel");
     StartUp("");
     ExpectNoArchive();
-    EXPECT_EQ(profile.LastArchive, "");
+    EXPECT_EQ(core::profile.LastArchive, "");
 }
 
 TEST_F(StartUpArchive, TellsALastArchiveThatCannotBeRead) {
@@ -77,7 +78,7 @@ TEST_F(StartUpArchive, TellsALastArchiveThatCannotBeRead) {
     const test::OrdinaryUser ordinary;
     StartUp("");
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error loading last archive: C:\\Kelvash\\last.kva"));
-    EXPECT_EQ(profile.LastArchive, "");
+    EXPECT_EQ(core::profile.LastArchive, "");
     ExpectNoArchive();
 }
 
@@ -87,7 +88,7 @@ TEST_F(StartUpArchive, KeepsARefusedArchiveForTheNextStart) {
     user.WillAnswer(kDifferent, "no");
     StartUp("");
     EXPECT_THAT(user.Told(), ElementsAre(StartsWith("exclamation: Warning: not found main folder")));
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\last.kva");
+    EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\last.kva");
     ExpectNoArchive();
 }
 
@@ -99,9 +100,9 @@ TEST_F(StartUpArchive, TakesADifferentArchiveForARefusedOne) {
     user.WillAnswer(kDifferent, "yes");
     user.WillAnswer(kLoad, "C:\\Kelvash\\other.kva");
     StartUp("");
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\other.kva");
-    EXPECT_FALSE(archive.ArchiveLoadRefused);
-    EXPECT_TRUE(ArchiveIsOpen());
+    EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\other.kva");
+    EXPECT_FALSE(core::archive.ArchiveLoadRefused);
+    EXPECT_TRUE(core::ArchiveIsOpen());
 }
 
 TEST_F(StartUpArchive, RefusesAnArchiveWhosePathTheProfileCannotHold) {
@@ -124,8 +125,8 @@ TEST_F(StartUpArchive, LoadsAFirstArchive) {
     user.WillAnswer(kNewArc, "Pul_Load");
     user.WillAnswer(kLoad, "C:\\Kelvash\\last.kva");
     StartUp("");
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\last.kva");
-    EXPECT_TRUE(ArchiveIsOpen());
+    EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\last.kva");
+    EXPECT_TRUE(core::ArchiveIsOpen());
 }
 
 TEST_F(StartUpArchive, LoadsAFirstArchiveAlsoWhenTheFormIsClosed) {
@@ -134,7 +135,7 @@ TEST_F(StartUpArchive, LoadsAFirstArchiveAlsoWhenTheFormIsClosed) {
     user.WillAnswer(kNewArc, "cancel");
     user.WillAnswer(kLoad, "C:\\Kelvash\\last.kva");
     StartUp("");
-    EXPECT_TRUE(ArchiveIsOpen());
+    EXPECT_TRUE(core::ArchiveIsOpen());
 }
 
 TEST_F(StartUpArchive, MakesANewArchiveWhenNoneIsLoaded) {
@@ -144,14 +145,14 @@ TEST_F(StartUpArchive, MakesANewArchiveWhenNoneIsLoaded) {
     user.WillAnswer(kLoad, "cancel");
     user.WillAnswer(kNewFolder, "C:\\Levels");
     StartUp("");
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\LevelArchive.kva");
-    EXPECT_EQ(archive.Header.LevelCount, 1);
+    EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\LevelArchive.kva");
+    EXPECT_EQ(core::archive.Header.LevelCount, 1);
 }
 
 TEST_F(StartUpArchive, GoesOnWithoutAnArchiveWhenTheNewOneIsCancelled) {
     record.LastArchive = "";
     LiveIn();
-    MakeFile(home / "Kelvash.prf", EncodeProfile(record).substr(0, 1587));
+    MakeFile(home / "Kelvash.prf", core::EncodeProfile(record).substr(0, 1587));
     test::SetEnvironment("WINEPREFIX", (root / "prefix").string());
     MakeFile(root / "prefix" / "system.reg", "WINE REGISTRY Version 2\n");
     user.WillAnswer(kNewArc, "Pul_New");
@@ -159,7 +160,7 @@ TEST_F(StartUpArchive, GoesOnWithoutAnArchiveWhenTheNewOneIsCancelled) {
     user.WillAnswer(kUpgrade, "no");
     StartUp("");
     ExpectNoArchive();
-    EXPECT_EQ(profile.LastArchive, "");
+    EXPECT_EQ(core::profile.LastArchive, "");
     EXPECT_EQ(ReadRegistryValue("SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\winroomedit.exe"),
               "C:\\trle\\winroomedit.exe");
 }
@@ -174,16 +175,16 @@ TEST_F(StartUpArchive, MakesNoNewOneInThePlaceOfAFirstOneWhoseFolderIsGivenUp) {
     StartUp("");
     EXPECT_THAT(user.Asked(), ElementsAre(StartsWith(kNewArc), kLoad, "Select folder: Gone"));
     ExpectNoArchive();
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\last.kva") << "it is tried again at the next start";
+    EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\last.kva") << "it is tried again at the next start";
 }
 
 TEST_F(StartUpArchive, CountsAFreshLevelZeroIntoTheLastArchive) {
     LiveIn();
     fs::remove_all(home / "LEVEL_0000");
     StartUp("");
-    EXPECT_TRUE(session.LevelZeroCreated);
-    EXPECT_EQ(archive.Levels[0].FilesSize, 26) << "'original manual/manual.pdf'";
-    EXPECT_EQ(archive.Levels[0].SavesSize, 17) << "'original load.bmp'";
+    EXPECT_TRUE(core::session.LevelZeroCreated);
+    EXPECT_EQ(core::archive.Levels[0].FilesSize, 26) << "'original manual/manual.pdf'";
+    EXPECT_EQ(core::archive.Levels[0].SavesSize, 17) << "'original load.bmp'";
     EXPECT_EQ(BytesOf(home / "last.kva")[546 + 1624], 26) << "saved";
 }
 
@@ -211,7 +212,7 @@ TEST_F(StartUpArchive, OpensTheArchiveOfTheCommandLineNowAndLater) {
     LiveIn();
     MakeArchive("other.kva", "C:\\Levels");
     StartUp("\"C:\\Kelvash\\other.kva\"");
-    EXPECT_TRUE(ArchiveIsOpen());
+    EXPECT_TRUE(core::ArchiveIsOpen());
     EXPECT_TRUE(SaveProfile());
     EXPECT_THAT(BytesOf(home / "Kelvash.prf").substr(10), StartsWith("C:\\Kelvash\\other.kva   "));
 }
@@ -220,15 +221,15 @@ TEST_F(StartUpArchive, OpensTheNativePathOfTheCommandLine) {
     LiveIn();
     MakeArchive("other.kva", "C:\\Levels");
     StartUp("\"" + (home / "other.kva").string() + "\"");
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\other.kva");
-    EXPECT_TRUE(ArchiveIsOpen());
+    EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\other.kva");
+    EXPECT_TRUE(core::ArchiveIsOpen());
 }
 
 TEST_F(StartUpArchive, TellsAFailedInstallationFromTheCommandLine) {
     LiveIn();
     StartUp("\"C:\\Kelvash\\trle\"");
     EXPECT_THAT(user.Told(), Contains("critical: Failed trle setup from folder"));
-    EXPECT_TRUE(archive.ArchiveLoadRefused);
+    EXPECT_TRUE(core::archive.ArchiveLoadRefused);
     ExpectNoArchive();
 }
 
@@ -237,7 +238,7 @@ TEST_F(StartUpArchive, TakesTheNativePathOfATrleSource) {
     LiveIn();
     StartUp('"' + trle.string() + '"');
     EXPECT_THAT(user.Told(), ElementsAre("critical: Failed trle setup from folder"));
-    EXPECT_TRUE(session.EndWanted);
+    EXPECT_TRUE(core::session.EndWanted);
 }
 
 // --- the Archive that another start wishes ---
@@ -245,24 +246,24 @@ TEST_F(StartUpArchive, TakesTheNativePathOfATrleSource) {
 TEST_F(StartUpArchive, WishedOneThatIsNoneIsTold) {
     LiveIn();
     StartUp("");
-    archive.ArchiveLoadRefused = true; // of an Archive before
+    core::archive.ArchiveLoadRefused = true; // of an Archive before
     OpenWishedArchive((home / "gone.kva").string());
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error loading archive: C:\\Kelvash\\gone.kva"));
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\last.kva");
-    EXPECT_TRUE(ArchiveIsOpen());
+    EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\last.kva");
+    EXPECT_TRUE(core::ArchiveIsOpen());
 }
 
 TEST_F(StartUpArchive, WishedOneWaitsForTheOpenOneToBeSaved) {
     LiveIn();
     MakeArchive("other.kva", "C:\\Levels");
     StartUp("");
-    archive.ArchiveChanged = true;
+    core::archive.ArchiveChanged = true;
     fs::create_directory(home / "last.kva.new");
     OpenWishedArchive((home / "other.kva").string());
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error while saving archive: C:\\Kelvash\\last.kva"));
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\last.kva");
-    EXPECT_TRUE(archive.ArchiveChanged);
+    EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\last.kva");
+    EXPECT_TRUE(core::archive.ArchiveChanged);
 }
 
 } // namespace
-} // namespace kelvash::core
+} // namespace kelvash::program

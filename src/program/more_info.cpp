@@ -3,12 +3,8 @@
 #include <string>
 
 #include "core/archive.h"
-#include "core/archive_messages.h"
 #include "core/change.h"
-#include "core/fragments.h"
 #include "core/level_list.h"
-#include "core/level_messages.h"
-#include "core/level_view.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
@@ -16,8 +12,11 @@
 #include "foundation/strangers_files.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "program/fragments.h"
+#include "program/level_view.h"
+#include "program/messages.h"
 
-namespace kelvash::core {
+namespace kelvash::program {
 
 namespace {
 
@@ -48,9 +47,9 @@ bool CopyInfoFile(const std::string& source, const std::string& target) {
     return true;
 }
 
-void ShowFromCd(const LevelRecord& level, const PlainName& name, const std::string& on_disk) {
-    const std::string folder = LevelFolder(level.Code, true);
-    if (archive.CdMissing) {
+void ShowFromCd(const core::LevelRecord& level, const PlainName& name, const std::string& on_disk) {
+    const std::string folder = core::LevelFolder(level.Code, true);
+    if (core::archive.CdMissing) {
         TellCritical(LoadMessage(msg::kMoreInfoCdMissing));
         return;
     }
@@ -59,7 +58,7 @@ void ShowFromCd(const LevelRecord& level, const PlainName& name, const std::stri
         TellCritical(LoadMessage(msg::kMoreInfoNotFound, {on_cd}));
         return;
     }
-    Change change(msg::kDoingMoreInfo, kArchiveFolder, level.Code);
+    core::Change change(msg::kDoingMoreInfo, core::kArchiveFolder, level.Code);
     if (!change) return;
     const bool copied = CopyInfoFile(on_cd, on_disk);
     change.End(); // opening it may ask
@@ -73,12 +72,12 @@ void ShowFromCd(const LevelRecord& level, const PlainName& name, const std::stri
 } // namespace
 
 void ShowMoreInfo() {
-    const std::int32_t code = SelectedLevel();
-    if (LevelIndex(code) < 0) {
+    const std::int32_t code = core::SelectedLevel();
+    if (core::LevelIndex(code) < 0) {
         TellCritical(LoadMessage(msg::kMoreInfoUnknownLevel) + std::to_string(code));
         return;
     }
-    const LevelRecord& level = LevelByCode(code);
+    const core::LevelRecord& level = core::LevelByCode(code);
     const std::string_view document = Trim(level.MoreInfoFile);
     if (document.empty()) {
         ShowMessage(MessageStyle::Plain, LoadMessage(msg::kMoreInfoNone, {kLineBreak}));
@@ -90,11 +89,11 @@ void ShowMoreInfo() {
         return;
     }
     const std::string on_disk =
-        LevelFolder(code, false) + LoadFragment(fragment::kMoreInfoFolder) + name->Text();
+        core::LevelFolder(code, false) + LoadFragment(fragment::kMoreInfoFolder) + name->Text();
     if (FileExists(on_disk))
         OpenAndTell(on_disk);
     else
         ShowFromCd(level, *name, on_disk);
 }
 
-} // namespace kelvash::core
+} // namespace kelvash::program

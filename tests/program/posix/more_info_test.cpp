@@ -2,12 +2,12 @@
 
 #include "core/archive.h"
 #include "core/level_list.h"
-#include "core/level_view.h"
 #include "foundation/drives.h"
 #include "foundation/lock.h"
+#include "program/level_view.h"
 #include "support/swap_home.h"
 
-namespace kelvash::core {
+namespace kelvash::program {
 namespace {
 
 using test::BytesOf;
@@ -24,9 +24,9 @@ class MoreInfo : public test::SwapHome {
   protected:
     MoreInfo() {
         AddLevel(1, "City", {{"city.tr4", "city"}});
-        archive.Levels[1].MoreInfoFile = "readme.txt ";
-        RefreshLevelList();
-        SelectLevel(1);
+        core::archive.Levels[1].MoreInfoFile = "readme.txt ";
+        core::RefreshLevelList();
+        core::SelectLevel(1);
         SetOpener("echo \"$1\" > " + (root / "opened").string() + "\n");
     }
     void SetOpener(const std::string& script) {
@@ -39,8 +39,8 @@ class MoreInfo : public test::SwapHome {
         const fs::path disc = root / "disc";
         fs::create_directories(disc);
         EXPECT_TRUE(SetDrive('E', disc, DriveType::CdRom));
-        archive.Levels[1].CdNumber = 2;
-        archive.Header.CdCount = 2;
+        core::archive.Levels[1].CdNumber = 2;
+        core::archive.Header.CdCount = 2;
         MakeFile(disc / "Archive/LEVEL_0001/FILES/city.tr4", "city");
         return disc / "Archive/LEVEL_0001/FILES";
     }
@@ -58,7 +58,7 @@ TEST_F(MoreInfo, OpensTheDocumentOnDisk) {
 }
 
 TEST_F(MoreInfo, ExplainsItselfWhenThereIsNoDocument) {
-    archive.Levels[1].MoreInfoFile = "   ";
+    core::archive.Levels[1].MoreInfoFile = "   ";
     ShowMoreInfo();
     EXPECT_THAT(
         user.Told(),
@@ -68,7 +68,7 @@ TEST_F(MoreInfo, ExplainsItselfWhenThereIsNoDocument) {
 }
 
 TEST_F(MoreInfo, TellsAnUnknownLevel) {
-    level_list.Items[static_cast<std::size_t>(level_list.Selected)].Code = 44;
+    core::level_list.Items[static_cast<std::size_t>(core::level_list.Selected)].Code = 44;
     ShowMoreInfo();
     EXPECT_THAT(user.Told(), ElementsAre("critical: Internal error: unknown level code: 44"));
 }
@@ -88,7 +88,7 @@ TEST_F(MoreInfo, TellsADocumentThatIsNowhere) {
 }
 
 TEST_F(MoreInfo, TellsARefusedDisc) {
-    archive.Levels[1].CdNumber = 2;
+    core::archive.Levels[1].CdNumber = 2;
     ShowMoreInfo();
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error: no cd reader available in this pc",
                                          "critical: Cd not available"));
@@ -114,7 +114,7 @@ TEST_F(MoreInfo, CopiesADocumentFromTheDiscAndFindsItThereNextTime) {
 
 TEST_F(MoreInfo, CopiesAPageWithTheFilesThatItNames) {
     const fs::path disc = InsertDisc();
-    archive.Levels[1].MoreInfoFile = "page.htm";
+    core::archive.Levels[1].MoreInfoFile = "page.htm";
     MakeFile(disc / "page.htm", "<img src=\"PICTURE.gif\">");
     MakeFile(disc / "picture.gif", "a picture");
     ShowMoreInfo();
@@ -148,7 +148,7 @@ TEST_F(MoreInfo, NothingOutsideTheLevelIsOpened) {
          {"../../../../secret.txt"s, "..\\..\\LEVEL_0000\\files\\load.bmp"s, "C:\\trle\\tomb4.exe"s,
           (root / "secret.txt").string(), "city.tr4:x"s, "city.tr4."s, "a\0b"s}) {
         user.Forget();
-        archive.Levels[1].MoreInfoFile = name;
+        core::archive.Levels[1].MoreInfoFile = name;
         ShowMoreInfo();
         EXPECT_THAT(user.Told(), ElementsAre("critical: Error, file '" + name + "' not found")) << name;
     }
@@ -164,4 +164,4 @@ TEST_F(MoreInfo, AProgramIsNotOpenedWithoutAYes) {
 }
 
 } // namespace
-} // namespace kelvash::core
+} // namespace kelvash::program

@@ -6,16 +6,16 @@
 #include "companion/game.h"
 #include "companion/settings.h"
 #include "core/archive.h"
-#include "core/archive_messages.h"
 #include "core/change.h"
 #include "core/level_list.h"
 #include "core/profile.h"
-#include "core/start_up.h"
+#include "core/session.h"
 #include "core/tr4_info.h"
 #include "foundation/drives.h"
 #include "foundation/registration.h"
 #include "intake/level_config.h"
 #include "intake/new_level.h"
+#include "program/messages.h"
 #include "support/test_home.h"
 
 namespace kelvash {

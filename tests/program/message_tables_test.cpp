@@ -1,7 +1,8 @@
-#include "core/message_tables.h"
+#include "program/message_tables.h"
 
 #include <gmock/gmock.h>
 
+#include <map>
 #include <set>
 
 #include "core/archive_messages.h"
@@ -14,7 +15,7 @@
 #include "support/foundation_home.h"
 #include "trle_state/fragments.h"
 
-namespace kelvash::core {
+namespace kelvash::program {
 namespace {
 
 using testing::HasSubstr;
@@ -31,6 +32,21 @@ std::set<int> MarksOf(std::string_view text) {
     }
     return marks;
 }
+
+// The window's texts are in the command line's table and the other way round, with those of all folders
+// between.
+TEST(MessageTable, HoldsTheTextsOfEveryFolderAndForm) {
+    std::map<std::int32_t, std::string_view> texts;
+    for (const TableEntry& entry : MessageTable())
+        texts.emplace(entry.id, entry.text);
+    EXPECT_EQ(texts[114], " Gb");                                            // foundation
+    EXPECT_EQ(texts[1000], "inflating");                                     // zip
+    EXPECT_EQ(texts[225], "Internal error: unknown level code: ");           // program
+    EXPECT_EQ(texts[417], "Error while installing files to play new level"); // swap
+    EXPECT_EQ(texts[342], " Cd Request");                                    // a form
+    EXPECT_EQ(texts[2900], "No Archive is open");                            // command line
+}
+
 TEST(MessageTable, EveryIdIsUnique) {
     std::set<std::int32_t> ids;
     for (const TableEntry& entry : MessageTable())
@@ -256,4 +272,4 @@ TEST_F(MessageFile, ACheckTakesNothing) {
 }
 
 } // namespace
-} // namespace kelvash::core
+} // namespace kelvash::program

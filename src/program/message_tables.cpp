@@ -1,4 +1,4 @@
-#include "core/message_tables.h"
+#include "program/message_tables.h"
 
 #include <algorithm>
 #include <unordered_map>
@@ -7,7 +7,7 @@
 #include "foundation/messages.h"
 #include "foundation/text.h"
 
-namespace kelvash::core {
+namespace kelvash::program {
 
 namespace {
 
@@ -110,50 +110,8 @@ const std::vector<TableEntry>& MessageTable() {
 #define KELVASH_PASSWORD(name, id, text) {id, #name, text, false},
 #define KELVASH_FRAGMENT(name, id, text) {id, #name, text, true},
 
-#include "cd/fragments.inc"
-#include "cd/messages.inc"
-#include "cli/messages.inc"
-#include "companion/fragments.inc"
-#include "companion/messages.inc"
-#include "core/archive_messages.inc"
-#include "core/change_messages.inc"
-#include "core/fragments.inc"
-#include "core/level_messages.inc"
-#include "core/moving_messages.inc"
-#include "core/start_up_messages.inc"
-#include "foundation/fragments.inc"
-#include "foundation/messages.inc"
-#include "intake/fragments.inc"
-#include "intake/messages.inc"
-#include "media/fragments.inc"
-#include "swap/backup_messages.inc"
-#include "swap/compression_messages.inc"
-#include "swap/fragments.inc"
-#include "swap/messages.inc"
-#include "trle/fragments.inc"
-#include "trle/messages.inc"
-#include "trle_state/fragments.inc"
-#include "trle_state/messages.inc"
-#include "ui/Dialog_Autore_messages.inc"
-#include "ui/Dialog_GetDir_messages.inc"
-#include "ui/Dialog_Indice_messages.inc"
-#include "ui/Dialog_InputTesto_messages.inc"
-#include "ui/Dialog_InsertCd_messages.inc"
-#include "ui/Dialog_NewArc_messages.inc"
-#include "ui/Dialog_NewLevel_messages.inc"
-#include "ui/Dialog_PrefArc_messages.inc"
-#include "ui/Dialog_Progress_messages.inc"
-#include "ui/Dialog_Restore_messages.inc"
-#include "ui/Dialog_Settings_messages.inc"
-#include "ui/Dialog_Splash_messages.inc"
-#include "ui/Dialog_Testo_messages.inc"
-#include "ui/Dialog_TrovaTrle_messages.inc"
-#include "ui/Dialog_Wait_messages.inc"
-#include "ui/Dialog_Zip_messages.inc"
-#include "ui/Principale_messages.inc"
-#include "ui/fragments.inc"
-#include "ui/messages.inc"
-#include "ui/principale_menu_messages.inc"
+// Of all folders and forms: src/CMakeLists.txt makes it.
+#include "all_tables.inc"
 
 #undef KELVASH_MESSAGE
 #undef KELVASH_QUESTION
@@ -195,4 +153,4 @@ std::string RefusedLinesText(const TableLoading& loading) {
     return Join(numbers, ", ") + (loading.RefusedLines.size() > kMostNumbers ? ", ..." : "");
 }
 
-} // namespace kelvash::core
+} // namespace kelvash::program

@@ -1,4 +1,4 @@
-#include "core/level_view.h"
+#include "program/level_view.h"
 
 #include <gmock/gmock.h>
 
@@ -7,7 +7,7 @@
 #include "support/swap_home.h"
 #include "swap/install.h"
 
-namespace kelvash::core {
+namespace kelvash::program {
 namespace {
 
 using test::MakeFile;
@@ -21,9 +21,9 @@ class LevelViewOf : public test::SwapHome {
         AddLevel(1, "City", {{"city.tr4", "city"}}, {{"savegame.0", "a"}, {"savegame.1", "b"}});
         MakeFile(LevelPath(1) / "SAVEGAMES/slot1/savegame.0", "c");
         MakeFile(LevelPath(1) / "SCREENSHOTS/1) City.jpg", "d");
-        archive.Levels[1].Note = "  Choose the second entry ";
-        RefreshLevelList();
-        SelectLevel(1);
+        core::archive.Levels[1].Note = "  Choose the second entry ";
+        core::RefreshLevelList();
+        core::SelectLevel(1);
         user.Forget();
     }
 };
@@ -49,7 +49,7 @@ TEST_F(LevelViewOf, TheLevelInTrleCountsItsStashAsTheOlderSaves) {
 }
 
 TEST_F(LevelViewOf, ALevelOnCdSaysItsDisc) {
-    archive.Levels[1].CdNumber = 3;
+    core::archive.Levels[1].CdNumber = 3;
     EXPECT_EQ(SelectedLevelView()->Place,
               "Path: \"C:\\Levels\\LEVEL_0001\" - CD# 3  -  Screenshots: 1 - Savegames: 2 + 1");
 }
@@ -61,17 +61,17 @@ TEST_F(LevelViewOf, AMissingFolderIsNoticed) {
 }
 
 TEST_F(LevelViewOf, NothingIsNothing) {
-    archive = ArchiveState();
-    RefreshLevelList();
+    core::archive = core::ArchiveState();
+    core::RefreshLevelList();
     EXPECT_FALSE(SelectedLevelView());
     EXPECT_THAT(user.Told(), IsEmpty());
 }
 
 TEST_F(LevelViewOf, AnUnknownCodeIsTold) {
-    level_list.Items[static_cast<std::size_t>(level_list.Selected)].Code = 44;
+    core::level_list.Items[static_cast<std::size_t>(core::level_list.Selected)].Code = 44;
     EXPECT_FALSE(SelectedLevelView());
     EXPECT_THAT(user.Told(), ElementsAre("critical: Internal error: unknown level code: 44"));
 }
 
 } // namespace
-} // namespace kelvash::core
+} // namespace kelvash::program

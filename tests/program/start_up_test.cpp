@@ -1,16 +1,17 @@
 // The start up to the Archive: desktop, files, profile, TRLE and its backup.
-#include "core/start_up.h"
+#include "program/start_up.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 
-#include "core/start_up_home.h"
 #include "foundation/lock.h"
 #include "foundation/registration.h"
+#include "program/end.h"
+#include "program/start_up_home.h"
 #include "swap/backup.h"
 
-namespace kelvash::core {
+namespace kelvash::program {
 namespace {
 
 using test::BytesOf;
@@ -43,18 +44,18 @@ TEST_F(StartUpTest, AsksForEverythingInOrderAtAFirstRun) {
     EXPECT_THAT(user.Asked(), ElementsAre(StartsWith(kFindTrle), StartsWith(kOriginal), StartsWith(kFull),
                                           StartsWith(kNewArc), kNewFolder));
     EXPECT_THAT(user.Told(), IsEmpty());
-    EXPECT_TRUE(ArchiveIsOpen());
-    EXPECT_EQ(profile.TrleFolder, "C:\\trle");
-    EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\LevelArchive.kva");
+    EXPECT_TRUE(core::ArchiveIsOpen());
+    EXPECT_EQ(core::profile.TrleFolder, "C:\\trle");
+    EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\LevelArchive.kva");
     EXPECT_EQ(fs::file_size(home / "LevelArchive.kva"), 2180U);
     EXPECT_TRUE(Exists(home / "backup_trle" / "DATA" / "title.tr4"));
     EXPECT_TRUE(fs::is_directory(home / "LEVEL_0000" / "FILES"));
-    EXPECT_EQ(archive.Levels[0].MoreInfoFile, "manual.pdf");
-    EXPECT_EQ(archive.Levels[0].FilesSize, 26) << "the manual: 'original manual/manual.pdf'";
-    EXPECT_TRUE(session.RunTestMovie);
-    EXPECT_FALSE(session.UpgradeWarning);
-    EXPECT_TRUE(session.IsNtFamily);
-    EXPECT_EQ(session.TimerInterval, 500);
+    EXPECT_EQ(core::archive.Levels[0].MoreInfoFile, "manual.pdf");
+    EXPECT_EQ(core::archive.Levels[0].FilesSize, 26) << "the manual: 'original manual/manual.pdf'";
+    EXPECT_TRUE(core::session.RunTestMovie);
+    EXPECT_FALSE(core::session.UpgradeWarning);
+    EXPECT_TRUE(core::session.IsNtFamily);
+    EXPECT_EQ(core::session.TimerInterval, 500);
     EXPECT_FALSE(Exists(home / "Kelvash.prf")) << "the profile is only written at the end";
 }
 
@@ -69,17 +70,17 @@ TEST_F(StartUpTest, LeavesTheDesktopAloneAtALaterRun) {
     LiveIn();
     StartUp("");
     EXPECT_FALSE(Exists(root / "data" / "applications"));
-    EXPECT_FALSE(session.RunTestMovie);
-    EXPECT_FALSE(session.UpgradeWarning);
+    EXPECT_FALSE(core::session.RunTestMovie);
+    EXPECT_FALSE(core::session.UpgradeWarning);
 }
 
 TEST_F(StartUpTest, RunsOnce) {
     LiveIn();
     StartUp("");
-    profile.LastArchive = "unchanged";
+    core::profile.LastArchive = "unchanged";
     desktop.animation = true;
     StartUp("\"C:\\Kelvash\\other.kva\"");
-    EXPECT_EQ(profile.LastArchive, "unchanged");
+    EXPECT_EQ(core::profile.LastArchive, "unchanged");
     EXPECT_TRUE(desktop.animation);
     EXPECT_THAT(user.Asked(), IsEmpty());
 }
@@ -142,23 +143,23 @@ TEST_F(StartUpTest, LimitsTheTimerToTenTenths) {
     record.TimerTenths = 11;
     LiveIn();
     StartUp("");
-    EXPECT_EQ(profile.TimerTenths, 10);
-    EXPECT_EQ(session.TimerInterval, 1000);
+    EXPECT_EQ(core::profile.TimerTenths, 10);
+    EXPECT_EQ(core::session.TimerInterval, 1000);
 }
 
 TEST_F(StartUpTest, KeepsATimerBelowTheLimit) {
     record.TimerTenths = 3;
     LiveIn();
     StartUp("");
-    EXPECT_EQ(profile.TimerTenths, 3);
-    EXPECT_EQ(session.TimerInterval, 300);
+    EXPECT_EQ(core::profile.TimerTenths, 3);
+    EXPECT_EQ(core::session.TimerInterval, 300);
 }
 
 TEST_F(StartUpTest, NeverStopsTheTimer) {
     record.TimerTenths = -4;
     LiveIn();
     StartUp("");
-    EXPECT_EQ(session.TimerInterval, 100);
+    EXPECT_EQ(core::session.TimerInterval, 100);
 }
 
 TEST_F(StartUpTest, SwitchesAMissingJoystickOffForGood) {
@@ -166,7 +167,7 @@ TEST_F(StartUpTest, SwitchesAMissingJoystickOffForGood) {
     LiveIn();
     desktop.joysticks[0] = {};
     StartUp("");
-    EXPECT_FALSE(profile.EnableJoystick);
+    EXPECT_FALSE(core::profile.EnableJoystick);
     EXPECT_TRUE(SaveProfile());
     EXPECT_EQ(BytesOf(home / "Kelvash.prf").substr(1570, 2), std::string(2, '\0'));
 }
@@ -176,7 +177,7 @@ TEST_F(StartUpTest, KeepsAJoystickThatIsThere) {
     LiveIn();
     desktop.joysticks[1] = {};
     StartUp("");
-    EXPECT_TRUE(profile.EnableJoystick);
+    EXPECT_TRUE(core::profile.EnableJoystick);
 }
 
 TEST_F(StartUpTest, DoesNotSwitchAJoystickOn) {
@@ -184,28 +185,28 @@ TEST_F(StartUpTest, DoesNotSwitchAJoystickOn) {
     LiveIn();
     desktop.joysticks[0] = {};
     StartUp("");
-    EXPECT_FALSE(profile.EnableJoystick);
+    EXPECT_FALSE(core::profile.EnableJoystick);
 }
 
 // --- an upgrade ---
 
 TEST_F(StartUpTest, AsksForAFullRestoreAfterAnUpgrade) {
     LiveIn();
-    MakeFile(home / "Kelvash.prf", EncodeProfile(record).substr(0, 1587));
+    MakeFile(home / "Kelvash.prf", core::EncodeProfile(record).substr(0, 1587));
     user.WillAnswer(kUpgrade, "no");
     StartUp("");
     EXPECT_THAT(user.Asked(), ElementsAre(kUpgrade));
     EXPECT_THAT(user.Shown(), testing::Not(Contains("Restore finished")));
-    EXPECT_TRUE(session.UpgradeWarning);
-    EXPECT_TRUE(session.RunTestMovie);
+    EXPECT_TRUE(core::session.UpgradeWarning);
+    EXPECT_TRUE(core::session.RunTestMovie);
     EXPECT_TRUE(Exists(root / "data" / "applications" / "Kelvash 1.4.desktop"));
     EXPECT_FALSE(Exists(root / "data" / "applications" / "kelvash-kva.desktop"));
-    EXPECT_TRUE(ArchiveIsOpen());
+    EXPECT_TRUE(core::ArchiveIsOpen());
 }
 
 TEST_F(StartUpTest, RestoresFullyAfterAnUpgradeOnAYes) {
     LiveIn();
-    MakeFile(home / "Kelvash.prf", EncodeProfile(record) + "x");
+    MakeFile(home / "Kelvash.prf", core::EncodeProfile(record) + "x");
     MakeFile(trle / "foreign.dat", "of a level");
     MakeFile(trle / "script.dat", "of a level");
     user.WillAnswer(kUpgrade, "yes");
@@ -249,7 +250,7 @@ TEST_F(StartUpTest, EndsWhenTrleIsNotOriginal) {
     ExpectNoArchive();
     // Whatever is opened then, the door to install and restore stays shut.
     user.WillAnswer(kLoad, "C:\\Kelvash\\last.kva");
-    EXPECT_TRUE(LoadArchiveDialog());
+    EXPECT_TRUE(core::LoadArchiveDialog());
     user.WillAnswer("There is no valid backup of the original files", "cancel");
     EXPECT_EQ(swap::RequireBackup(), swap::Door::Closed);
     EXPECT_FALSE(Exists(home / "backup_trle"));
@@ -272,7 +273,7 @@ TEST_F(StartUpTest, EndsTheMakingOfABackupThatWasCutShort) {
     fs::rename(home / "backup_trle", home / "backup_trle_new");
     MakeFile(home / "backup_trle_new.txt", "#TRLE_FOLDER=C:\\trle\r\n#KIND=full\r\n");
     StartUp("");
-    EXPECT_TRUE(ArchiveIsOpen());
+    EXPECT_TRUE(core::ArchiveIsOpen());
     EXPECT_TRUE(Exists(home / "backup_trle/tomb4.exe"));
     EXPECT_FALSE(Exists(home / "backup_trle_new.txt"));
     EXPECT_TRUE(Exists(home / "backup_trle.txt"));
@@ -287,7 +288,7 @@ TEST_F(StartUpTest, DoesNotJudgeATrleFolderThatAnotherProgramWorksOn) {
     StartUp("");
     EXPECT_THAT(user.Asked(), IsEmpty());
     EXPECT_EQ(user.Told().size(), 1U);
-    EXPECT_TRUE(session.EndWanted);
+    EXPECT_TRUE(core::session.EndWanted);
     EXPECT_FALSE(Exists(trle / "tomb4.exe"));
 }
 
@@ -295,7 +296,7 @@ TEST_F(StartUpTest, NeedsNoLockForATrleFolderThatIsWhole) {
     LiveIn();
     fs::create_directory(RuntimeFolder() / (FolderIdentity("C:\\trle") + ".lock"));
     StartUp("");
-    EXPECT_TRUE(ArchiveIsOpen());
+    EXPECT_TRUE(core::ArchiveIsOpen());
     EXPECT_THAT(user.Told(), IsEmpty());
 }
 
@@ -319,20 +320,20 @@ TEST_F(StartUpTest, FindsTrleInTheRegistry) {
         "@=\"C:\\\\trle\\\\winroomedit.exe\"\n");
     user.WillAnswer(kFindTrle, "Pul_Ok");
     StartUp("");
-    EXPECT_EQ(profile.TrleFolder, "C:\\trle");
-    EXPECT_TRUE(ArchiveIsOpen());
+    EXPECT_EQ(core::profile.TrleFolder, "C:\\trle");
+    EXPECT_TRUE(core::ArchiveIsOpen());
 }
 
 // --- level 0000 ---
 
 TEST_F(StartUpTest, FillsLevelZero) {
-    profile.TrleFolder = "C:\\trle";
+    core::profile.TrleFolder = "C:\\trle";
     MakeFile(home / "backup_trle" / "SAVEGAME.3", "saved");
     MakeFile(home / "backup_trle" / "script.dat", "not this");
     MakeFile(trle / "manual" / "readme", "no extension");
     MakeFile(trle / "manual" / "deep" / "not.this", "");
     EXPECT_TRUE(CreateLevelZero());
-    EXPECT_TRUE(session.LevelZeroCreated);
+    EXPECT_TRUE(core::session.LevelZeroCreated);
     const fs::path folder = home / "LEVEL_0000";
     std::vector<std::string> made;
     for (const auto& entry : fs::recursive_directory_iterator(folder))
@@ -347,15 +348,15 @@ TEST_F(StartUpTest, FillsLevelZero) {
 }
 
 TEST_F(StartUpTest, LeavesALevelZeroThatIsThere) {
-    profile.TrleFolder = "C:\\trle";
+    core::profile.TrleFolder = "C:\\trle";
     fs::create_directory(home / "LEVEL_0000");
     EXPECT_TRUE(CreateLevelZero());
     EXPECT_TRUE(fs::is_empty(home / "LEVEL_0000"));
-    EXPECT_FALSE(session.LevelZeroCreated);
+    EXPECT_FALSE(core::session.LevelZeroCreated);
 }
 
 TEST_F(StartUpTest, MakesLevelZeroOfATrleWithoutManualAndPicture) {
-    profile.TrleFolder = "C:\\trle";
+    core::profile.TrleFolder = "C:\\trle";
     fs::remove_all(trle / "manual");
     fs::remove(trle / "load.bmp");
     EXPECT_TRUE(CreateLevelZero());
@@ -370,11 +371,12 @@ TEST_F(StartUpTest, RegistersWhereTheProgramsAre) {
     MakeFile(root / "prefix" / "system.reg", "WINE REGISTRY Version 2\n");
     StartUp("");
     const std::string key = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\";
-    EXPECT_THAT(ReadRegistryValue(key + "Kelvash.exe"), AllOf(StartsWith("Z:\\"), EndsWith("\\core_tests")));
+    EXPECT_THAT(ReadRegistryValue(key + "Kelvash.exe"),
+                AllOf(StartsWith("Z:\\"), EndsWith("\\program_tests")));
     EXPECT_EQ(ReadRegistryValue(key + "winroomedit.exe"), "C:\\trle\\winroomedit.exe");
     EXPECT_THAT(BytesOf(root / "prefix" / "system.reg"),
                 AllOf(HasSubstr("@=\"C:\\\\trle\\\\winroomedit.exe\"\n\"Path\"=\"C:\\\\trle\"\n"),
-                      HasSubstr("\\\\core_tests\"\n\"Path\"=\"Z:\\\\")));
+                      HasSubstr("\\\\program_tests\"\n\"Path\"=\"Z:\\\\")));
 }
 
 TEST_F(StartUpTest, DoesNotRegisterARoomEditorThatIsNotThere) {
@@ -386,9 +388,13 @@ TEST_F(StartUpTest, DoesNotRegisterARoomEditorThatIsNotThere) {
     EXPECT_THAT(BytesOf(root / "prefix" / "system.reg"), testing::Not(HasSubstr("winroomedit")));
 }
 
-TEST_F(StartUpTest, PutsTheBackupIntoTheApplicationsFolder) {
-    EXPECT_EQ(BackupFolder(), "C:\\Kelvash\\backup_trle");
+TEST_F(StartUpTest, EndsWithSettingsThatCannotBeRead) {
+    fs::create_directory(home / "Kelvash.prf");
+    StartUp("");
+    EXPECT_TRUE(core::session.EndWanted);
+    EXPECT_THAT(user.Told(), ElementsAre(HasSubstr("The settings can't be read")));
+    EXPECT_TRUE(SaveProfile());
 }
 
 } // namespace
-} // namespace kelvash::core
+} // namespace kelvash::program
