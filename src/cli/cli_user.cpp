@@ -10,9 +10,9 @@
 #include "foundation/drives.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
-#include "foundation/texts.h"
 #include "program/messages.h"
 #include "swap/backup_messages.h"
+#include "zip/messages.h"
 
 namespace kelvash::cli {
 

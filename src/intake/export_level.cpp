@@ -22,13 +22,13 @@
 #include "foundation/plain_name.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "foundation/zip_module.h"
 #include "intake/apply_config.h"
 #include "intake/fragments.h"
 #include "intake/level_config.h"
 #include "intake/messages.h"
 #include "swap/backup.h"
 #include "swap/compression.h"
+#include "zip/zip_module.h"
 
 namespace kelvash::intake {
 
@@ -175,7 +175,7 @@ bool MakeZip(const std::string& out, const std::string& target, ProgressDialog& 
     progress.Label(LoadMessage(msg::kExportZipping) + target);
     std::vector<std::string> entries;
     std::string message;
-    if (ZipFolder(out, target, entries, Recurse::No, progress.bar, message)) return true;
+    if (zip::ZipFolder(out, target, entries, zip::Recurse::No, progress.bar, message)) return true;
     if (!TheUser().StopRequested()) TellCritical(LoadMessage(msg::kExportZipError) + kLineBreak + message);
     return false;
 }

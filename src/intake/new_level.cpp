@@ -12,10 +12,10 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "foundation/zip_module.h"
 #include "intake/apply_config.h"
 #include "intake/messages.h"
 #include "intake/work_folder.h"
+#include "zip/zip_module.h"
 
 namespace kelvash::intake {
 

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "core/records.h"
-#include "foundation/zip_module.h"
+#include "zip/zip_module.h"
 
 namespace kelvash::intake {
 
@@ -28,7 +28,7 @@ enum class FormState { Open, Saved, Cancelled };
 
 // The zips of one open dialog, those that come out of zips included.
 struct ZipsAtWork {
-    ZipBudget Budget;
+    zip::ZipBudget Budget;
     std::map<std::string, int> Depths;     // of zips that came out of another one, by folded name
     std::map<std::string, FileStamp> Left; // not to be tried again as they are, by folded name
     int Inner = 0;                         // zips that came out of another one and were unpacked

@@ -14,6 +14,7 @@
 #include "intake/messages.h"
 #include "support/foundation_home.h"
 #include "trle_state/fragments.h"
+#include "zip/messages.h"
 
 namespace kelvash::program {
 namespace {

@@ -1,8 +1,8 @@
-#include "foundation/zip_destination.h"
+#include "zip/zip_destination.h"
 
 #include "foundation/text.h"
 
-namespace kelvash {
+namespace kelvash::zip {
 
 namespace fs = std::filesystem;
 
@@ -51,4 +51,4 @@ std::string ZipDestination::Spelling(const fs::path& folder, const std::string& 
     return found == known->second.end() ? name : found->second;
 }
 
-} // namespace kelvash
+} // namespace kelvash::zip

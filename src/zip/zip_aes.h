@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-namespace kelvash {
+namespace kelvash::zip {
 
 class AesEntries {
   public:
@@ -38,4 +38,4 @@ class AesEntries {
     std::unique_ptr<Reader> reader_;
 };
 
-} // namespace kelvash
+} // namespace kelvash::zip

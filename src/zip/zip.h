@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-namespace kelvash {
+namespace kelvash::zip {
 
 // What a job tells while it runs: one line an entry ("  inflating: name", "  adding: name"), and a look at
 // the user's wish several times a second, within an entry too. Either answers true to stop.
@@ -77,4 +77,4 @@ class UnzipClass {
     std::string message_;
 };
 
-} // namespace kelvash
+} // namespace kelvash::zip

@@ -1,6 +1,6 @@
-#include "foundation/zip_reader.h"
+#include "zip/zip_reader.h"
 
-namespace kelvash {
+namespace kelvash::zip {
 
 namespace {
 
@@ -46,4 +46,4 @@ bool ZipEntryReader::Close() {
     return sound;
 }
 
-} // namespace kelvash
+} // namespace kelvash::zip

@@ -13,7 +13,7 @@
 
 #include "foundation/user.h"
 
-namespace kelvash {
+namespace kelvash::zip {
 
 // One file of a zip. Folders are no entries.
 struct ZipEntry {
@@ -78,4 +78,4 @@ void UnzipSettings(std::string_view archive, std::string_view destination, ZipFo
 // tool and its failure are told.
 [[nodiscard]] bool UnzipWithTool(std::string_view archive, std::string_view destination, Bar& bar);
 
-} // namespace kelvash
+} // namespace kelvash::zip

@@ -1,4 +1,4 @@
-#include "foundation/zip.h"
+#include "zip/zip.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -8,11 +8,11 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
-#include "foundation/texts.h"
-#include "foundation/zip_library.h"
-#include "foundation/zip_names.h"
+#include "zip/messages.h"
+#include "zip/zip_library.h"
+#include "zip/zip_names.h"
 
-namespace kelvash {
+namespace kelvash::zip {
 
 namespace fs = std::filesystem;
 
@@ -173,4 +173,4 @@ bool ZipClass::MakeZipFile(const ZipWatcher& watcher) {
     return Write(zip, writing, message_);
 }
 
-} // namespace kelvash
+} // namespace kelvash::zip

@@ -1,4 +1,4 @@
-#include "foundation/zip_aes.h"
+#include "zip/zip_aes.h"
 
 #include <archive.h>
 #include <archive_entry.h>
@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace kelvash {
+namespace kelvash::zip {
 
 namespace {
 
@@ -94,4 +94,4 @@ std::int64_t AesEntries::Read(char* block, std::size_t size) {
     return -1;
 }
 
-} // namespace kelvash
+} // namespace kelvash::zip

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace kelvash {
+namespace kelvash::zip {
 
 // The text of an entry's name. Bytes that are UTF-8 are taken as such, whether the entry says so or not.
 // Others are of the DOS code page 437 where all of them are letters there, else of Windows-1252 where they
@@ -21,4 +21,4 @@ std::optional<std::vector<std::string>> ZipNameParts(std::string_view name);
 // True for a name that has no parts because one of them is longer than a file's name can be.
 bool IsZipNameTooLong(std::string_view name);
 
-} // namespace kelvash
+} // namespace kelvash::zip

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace kelvash {
+namespace kelvash::zip {
 
 // The names in the folders of a destination, read once each, so that a zip of a hundred thousand entries
 // needs no search per entry.
@@ -29,4 +29,4 @@ class ZipDestination {
     std::map<std::filesystem::path, std::map<std::string, std::string>> names_; // spellings by folded name
 };
 
-} // namespace kelvash
+} // namespace kelvash::zip

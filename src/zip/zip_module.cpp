@@ -1,21 +1,21 @@
-#include "foundation/zip_module.h"
+#include "zip/zip_module.h"
 
 #include <algorithm>
 
 #include "foundation/drives.h"
 #include "foundation/files.h"
-#include "foundation/fragments.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
-#include "foundation/texts.h"
 #include "foundation/tool.h"
-#include "foundation/zip.h"
-#include "foundation/zip_library.h"
-#include "foundation/zip_names.h"
-#include "foundation/zip_progress.h"
+#include "zip/fragments.h"
+#include "zip/messages.h"
+#include "zip/zip.h"
+#include "zip/zip_library.h"
+#include "zip/zip_names.h"
+#include "zip/zip_progress.h"
 
-namespace kelvash {
+namespace kelvash::zip {
 
 namespace {
 
@@ -224,4 +224,4 @@ bool UnzipWithTool(std::string_view archive, std::string_view destination, Bar& 
     return run.ok;
 }
 
-} // namespace kelvash
+} // namespace kelvash::zip

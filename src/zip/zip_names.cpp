@@ -1,4 +1,4 @@
-#include "foundation/zip_names.h"
+#include "zip/zip_names.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 #include "foundation/plain_name.h"
 #include "foundation/text.h"
 
-namespace kelvash {
+namespace kelvash::zip {
 
 namespace {
 
@@ -100,4 +100,4 @@ bool IsZipNameTooLong(std::string_view name) {
                        [](const std::string& part) { return part.size() > kLongestFileName; });
 }
 
-} // namespace kelvash
+} // namespace kelvash::zip

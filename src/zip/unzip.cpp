@@ -11,14 +11,14 @@
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
 #include "foundation/text.h"
-#include "foundation/texts.h"
-#include "foundation/zip.h"
-#include "foundation/zip_destination.h"
-#include "foundation/zip_library.h"
-#include "foundation/zip_names.h"
-#include "foundation/zip_reader.h"
+#include "zip/messages.h"
+#include "zip/zip.h"
+#include "zip/zip_destination.h"
+#include "zip/zip_library.h"
+#include "zip/zip_names.h"
+#include "zip/zip_reader.h"
 
-namespace kelvash {
+namespace kelvash::zip {
 
 namespace fs = std::filesystem;
 
@@ -317,4 +317,4 @@ bool UnzipClass::UnZip(const ZipWatcher& watcher) {
     return !Stopped && Failed.empty();
 }
 
-} // namespace kelvash
+} // namespace kelvash::zip

@@ -7,9 +7,9 @@
 #include <filesystem>
 #include <string>
 
-#include "foundation/zip_aes.h"
+#include "zip/zip_aes.h"
 
-namespace kelvash {
+namespace kelvash::zip {
 
 class ZipEntryReader {
   public:
@@ -36,4 +36,4 @@ class ZipEntryReader {
 // An encrypted entry that can be read with its password.
 bool IsEncrypted(const zip_stat_t& stat);
 
-} // namespace kelvash
+} // namespace kelvash::zip

@@ -11,7 +11,7 @@
 #include "foundation/drives.h"
 #include "foundation/files.h"
 
-namespace kelvash {
+namespace kelvash::zip {
 
 struct ZipDiscard {
     void operator()(zip_t* zip) const { zip_discard(zip); }
@@ -53,4 +53,4 @@ class PollClock {
     std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
 };
 
-} // namespace kelvash
+} // namespace kelvash::zip
