@@ -10,6 +10,7 @@
 #include "foundation/drives.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
+#include "intake/messages.h"
 #include "program/messages.h"
 #include "swap/backup_messages.h"
 #include "zip/messages.h"

@@ -5,11 +5,11 @@
 #include "cli/messages.h"
 #include "cli/steps.h"
 #include "core/level_list.h"
-#include "core/level_messages.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "intake/export_level.h"
+#include "intake/messages.h"
 #include "intake/new_level.h"
 
 namespace kelvash::cli {

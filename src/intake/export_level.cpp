@@ -10,7 +10,6 @@
 #include "core/change.h"
 #include "core/kept_folders.h"
 #include "core/level_list.h"
-#include "core/level_messages.h"
 #include "core/path_field.h"
 #include "core/profile.h"
 #include "foundation/drives.h"

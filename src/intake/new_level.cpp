@@ -4,7 +4,6 @@
 
 #include "core/archive.h"
 #include "core/change.h"
-#include "core/change_messages.h"
 #include "core/kept_folders.h"
 #include "core/level_list.h"
 #include "foundation/files.h"

@@ -3,7 +3,6 @@
 #include <array>
 #include <optional>
 
-#include "core/level_messages.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"

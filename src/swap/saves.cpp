@@ -11,6 +11,7 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "swap/backup.h"
+#include "swap/fragments.h"
 #include "swap/messages.h"
 #include "swap/rescued_saves.h"
 #include "trle/trle_folder.h"

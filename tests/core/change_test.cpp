@@ -8,6 +8,7 @@
 #include "core/profile.h"
 #include "foundation/drives.h"
 #include "intake/author_notes.h"
+#include "intake/messages.h"
 #include "intake/new_level.h"
 #include "support/core_home.h"
 #include "swap/messages.h"

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include "core/archive_messages.h"
-#include "core/level_messages.h"
 #include "core/moving_messages.h"
 #include "foundation/messages.h"
 #include "foundation/texts.h"

@@ -6,7 +6,6 @@
 #include <set>
 
 #include "core/archive_messages.h"
-#include "core/level_messages.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/texts.h"

@@ -11,7 +11,6 @@
 #include <QTest>
 #include <QTimer>
 
-#include "core/level_messages.h"
 #include "foundation/drives.h"
 #include "foundation/messages.h"
 #include "intake/messages.h"

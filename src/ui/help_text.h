@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-namespace kelvash {
+namespace kelvash::ui {
 
 // The bytes of a text file as a text to show: UTF-8 if they are that throughout, else taken for Windows-1252,
 // with LF as the only line end and without a byte order mark. A text that has been through this stays as it
@@ -49,4 +49,4 @@ struct TextMatch {
 std::optional<TextMatch> FindText(std::string_view text, std::string_view what, std::size_t from,
                                   SearchDirection direction, SearchUnit unit);
 
-} // namespace kelvash
+} // namespace kelvash::ui

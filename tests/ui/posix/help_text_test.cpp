@@ -1,10 +1,10 @@
-#include "foundation/help_text.h"
+#include "ui/help_text.h"
 
 #include <gtest/gtest.h>
 
 #include "foundation/text.h"
 
-namespace kelvash {
+namespace kelvash::ui {
 namespace {
 
 std::optional<std::size_t> Place(std::string_view what, std::size_t from, SearchDirection direction) {
@@ -25,4 +25,4 @@ TEST(HelpText, APositionHoldsBehindLettersWhoseCapitalHasAnotherLength) {
 }
 
 } // namespace
-} // namespace kelvash
+} // namespace kelvash::ui

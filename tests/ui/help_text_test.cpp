@@ -1,8 +1,8 @@
-#include "foundation/help_text.h"
+#include "ui/help_text.h"
 
 #include <gmock/gmock.h>
 
-namespace kelvash {
+namespace kelvash::ui {
 
 static bool operator==(const HelpTopic& a, const HelpTopic& b) {
     return a.title == b.title && a.position == b.position;
@@ -186,4 +186,4 @@ TEST(TextToShow, LeavesTheByteOrderMarkOut) {
 }
 
 } // namespace
-} // namespace kelvash
+} // namespace kelvash::ui

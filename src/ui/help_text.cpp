@@ -1,10 +1,10 @@
-#include "foundation/help_text.h"
+#include "ui/help_text.h"
 
 #include <algorithm>
 
 #include "foundation/text.h"
 
-namespace kelvash {
+namespace kelvash::ui {
 
 namespace {
 
@@ -120,4 +120,4 @@ std::optional<TextMatch> FindText(std::string_view text, std::string_view what, 
     return std::nullopt;
 }
 
-} // namespace kelvash
+} // namespace kelvash::ui
