@@ -6,16 +6,7 @@
 #include "support/swap_home.h"
 #include "trle_state/trle_state.h"
 
-namespace kelvash::swap {
-
-using trle_state::CleanMarkerList;
-using trle_state::CurrentLevelCode;
-using trle_state::Marker;
-using trle_state::MarkerField;
-using trle_state::MarkerList;
-using trle_state::MarkerPath;
-using trle_state::MarkerText;
-using trle_state::WriteMarker;
+namespace kelvash::trle_state {
 namespace {
 
 using testing::ElementsAre;
@@ -129,4 +120,4 @@ TEST_F(MarkerFile, PathIsInTheTrimmedTrleFolder) {
 }
 
 } // namespace
-} // namespace kelvash::swap
+} // namespace kelvash::trle_state

@@ -6,21 +6,7 @@
 #include "support/swap_home.h"
 #include "trle_state/level_owner.h"
 
-namespace kelvash::swap {
-
-using trle_state::CodeOfFolder;
-using trle_state::DecodeSwapRecord;
-using trle_state::EncodeSwapRecord;
-using trle_state::FindOwnerFolder;
-using trle_state::kNoLevel;
-using trle_state::LevelOwner;
-using trle_state::OwnerOf;
-using trle_state::ReadSwapRecord;
-using trle_state::RecordState;
-using trle_state::SwapRecord;
-using trle_state::SwapRecordPath;
-using trle_state::SwapStep;
-using trle_state::WriteSwapRecord;
+namespace kelvash::trle_state {
 namespace {
 
 namespace fs = std::filesystem;
@@ -157,4 +143,4 @@ TEST_F(Owner, IsNotAnotherLevelInItsPlace) {
 }
 
 } // namespace
-} // namespace kelvash::swap
+} // namespace kelvash::trle_state
