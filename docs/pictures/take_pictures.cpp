@@ -1,4 +1,5 @@
 // Opens every form on a sandbox and keeps a picture of each: take_pictures HOME FOLDER.
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QMessageBox>
@@ -60,7 +61,7 @@ class Camera {
             QWidget* const window = QApplication::activeModalWidget();
             if (window == nullptr) std::exit(EXIT_FAILURE);
             Take(window, name);
-            window->close();
+            Close(window);
             // A question without a harmless answer is ended by its buttons alone.
             if (auto* const box = qobject_cast<QMessageBox*>(window); box != nullptr && box->isVisible())
                 box->done(QMessageBox::NoButton);
@@ -69,6 +70,18 @@ class Camera {
     }
 
   private:
+    // Some forms ask before they close, in a loop of their own.
+    static void Close(QWidget* window) {
+        QTimer while_asked;
+        while_asked.setSingleShot(true);
+        QObject::connect(&while_asked, &QTimer::timeout, [] {
+            const auto* const question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            QAbstractButton* const yes = question != nullptr ? question->button(QMessageBox::Yes) : nullptr;
+            if (yes != nullptr) yes->click();
+        });
+        while_asked.start(kSettle);
+        window->close();
+    }
     static void Wait() {
         QEventLoop loop;
         QTimer::singleShot(kSettle, &loop, &QEventLoop::quit);
