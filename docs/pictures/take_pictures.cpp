@@ -8,10 +8,12 @@
 #include <filesystem>
 #include <functional>
 
+#include "cd/cd_access.h"
 #include "cd/messages.h"
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/profile.h"
+#include "core/start_up.h"
 #include "core/start_up_messages.h"
 #include "foundation/drives.h"
 #include "intake/messages.h"
@@ -109,7 +111,8 @@ void TakeFirstStart(const Camera& camera, FormsUser& user) {
     user.SetFirstTitle(Caption(msg::kBoxTitleDemo));
     const std::string trle = core::profile.TrleFolder;
     camera.TakeModal("dialog_trovatrle", [&] {
-        user.ShowForm({"Dialog_TrovaTrle", LoadMessage(msg::kFindTrleCaption), trle, {}});
+        trle::TrleFolderChoice choice{LoadMessage(msg::kFindTrleCaption), trle};
+        static_cast<void>(ShowForm(choice));
     });
     camera.TakeModal("question_original", [&] {
         user.Ask(Buttons::YesNo, MessageStyle::Question,
@@ -122,17 +125,16 @@ void TakeFirstStart(const Camera& camera, FormsUser& user) {
                  LoadMessage(msg::kFullBackupQuestion, {kLineBreak, kLineBreak}));
     });
     camera.TakeModal("dialog_newarc", [&] {
-        user.ShowForm({"Dialog_NewArc", LoadMessage(msg::kNewArcCaption), {}, {}});
+        core::FirstArchiveChoice choice{LoadMessage(msg::kNewArcCaption)};
+        static_cast<void>(ShowForm(choice));
     });
     camera.TakeModal("dialog_getdir", [&] {
         user.ChooseFolder(LoadMessage(msg::kTrovaBrowseTitle), core::profile.TrleFolder);
     });
     camera.TakeModal("dialog_insertcd", [&] {
-        user.ShowForm({"Dialog_InsertCd",
-                       LoadMessage(msg::kCdRequestCaption),
-                       "E:",
-                       {},
-                       LoadMessage(msg::kInsertCd) + "2"});
+        cd::CdDriveChoice choice{LoadMessage(msg::kCdRequestCaption), LoadMessage(msg::kInsertCd) + "2",
+                                 "E:"};
+        static_cast<void>(ShowForm(choice));
     });
 }
 
