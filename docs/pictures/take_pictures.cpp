@@ -25,7 +25,6 @@
 #include "trle/messages.h"
 #include "ui/Dialog_Autore.h"
 #include "ui/Dialog_InputTesto.h"
-#include "ui/Dialog_NewLevel.h"
 #include "ui/Dialog_PrefArc.h"
 #include "ui/Dialog_Progress.h"
 #include "ui/Dialog_Restore.h"
@@ -176,11 +175,10 @@ void TakeSmallForms(const Camera& camera, FormsUser& user, Principale& form) {
     });
 }
 
-void TakeLevelForms(const Camera& camera, FormsUser& user, Principale& form) {
-    const intake::LevelForm open = NewLevelForm(user, &form);
-    camera.TakeModal("dialog_newlevel", [&] { intake::AddLevel("C:\\zips\\The Lantern Caves.zip", open); });
+void TakeLevelForms(const Camera& camera, Principale& form) {
+    camera.TakeModal("dialog_newlevel", [] { intake::AddLevel("C:\\zips\\The Lantern Caves.zip"); });
     core::SelectLevel(1);
-    camera.TakeModal("dialog_newlevel_properties", [&] { intake::ShowProperty(open); });
+    camera.TakeModal("dialog_newlevel_properties", [] { intake::ShowProperty(); });
     camera.TakeModal("dialog_autore", [&] { form.Command(MenuEntry::mnu_ShowAutoreInfo)->trigger(); });
     camera.TakeModal("dialog_prefarc", [&] { form.Command(MenuEntry::mnu_PrefArchive)->trigger(); });
     Dialog_Progress progress(&form);
@@ -222,7 +220,7 @@ int main(int argc, char** argv) {
     TakeMainForm(camera, form);
     TakeFirstStart(camera, user);
     TakeSmallForms(camera, user, form);
-    TakeLevelForms(camera, user, form);
+    TakeLevelForms(camera, form);
     TakeHelp(camera, form);
     return 0;
 }

@@ -2,9 +2,11 @@
 
 #include "cd/cd_access.h"
 #include "core/start_up.h"
+#include "intake/new_level.h"
 #include "trle/find_trle.h"
 #include "ui/Dialog_InsertCd.h"
 #include "ui/Dialog_NewArc.h"
+#include "ui/Dialog_NewLevel.h"
 #include "ui/Dialog_TrovaTrle.h"
 #include "ui/forms_user.h"
 
@@ -34,6 +36,10 @@ void AddFormRunners(FormsUser& user) {
         user, [](const auto& form, auto& choice) { choice.MakeNew = form.MakeNew; });
     Add<cd::CdDriveChoice, Dialog_InsertCd>(
         user, [](const auto& form, auto& choice) { choice.Drive = ToUtf8(form.Combo_Unita->currentText()); });
+    // This one works on its record while it is open.
+    user.forms.Add<intake::NewLevel>([&user](intake::NewLevel& level) {
+        return Dialog_NewLevel(user, level, user.ParentOfBoxes()).exec() == QDialog::Accepted;
+    });
 }
 
 } // namespace kelvash::ui
