@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "cli/command.h"
+#include "cli/form_runners.h"
 #include "cli/messages.h"
 #include "cli/steps.h"
 #include "core/archive.h"
@@ -16,6 +17,7 @@
 #include "program/start_up.h"
 #include "swap/backup.h"
 #include "swap/backup_messages.h"
+#include "trle/find_trle.h"
 #include "trle/trle_folder.h"
 #include "trle_state/trle_state.h"
 
@@ -30,12 +32,12 @@ std::string ArchivePath() {
 // The answers to the question for a new Archive's folder, and to the form that comes before it on a start
 // without an Archive.
 std::vector<AnswerEntry> NewArchiveAnswers(const std::string& folder) {
-    return {{.when = "Dialog_NewArc", .answer = "Pul_New"},
+    return {{.when = program::FirstArchiveChoice::kForm, .answer = kNewArchiveButton},
             {.id = msg::kSelectArchiveFolder, .answer = folder}};
 }
 
 std::vector<AnswerEntry> InitAnswers(const std::string& trle, const std::string& folder, bool full) {
-    std::vector<AnswerEntry> answers = {{.when = "Dialog_TrovaTrle", .answer = trle},
+    std::vector<AnswerEntry> answers = {{.when = trle::TrleFolderChoice::kForm, .answer = trle},
                                         {.id = msg::kOriginalNeeded, .answer = "yes"},
                                         {.id = msg::kFullBackupQuestion, .answer = full ? "yes" : "no"}};
     for (AnswerEntry& answer : NewArchiveAnswers(folder))

@@ -94,10 +94,9 @@ bool OpenLastArchive() {
 }
 
 void OpenFirstArchive() {
-    const std::string create = "Pul_New";
-    const std::string button =
-        TheUser().ShowForm({"Dialog_NewArc", LoadMessage(msg::kNewArcCaption), {}, {create, "Pul_Load"}});
-    if (button != create) static_cast<void>(core::LoadArchiveDialog()); // its failure has been told
+    FirstArchiveChoice choice{LoadMessage(msg::kNewArcCaption)};
+    if (!ShowForm(choice) || !choice.MakeNew)
+        static_cast<void>(core::LoadArchiveDialog()); // its failure has been told
 }
 
 // The original configuration: its backup and level 0000.

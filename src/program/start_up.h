@@ -9,6 +9,13 @@
 
 namespace kelvash::program {
 
+// The form that asks at the first start for an Archive.
+struct FirstArchiveChoice {
+    static constexpr const char* kForm = "Dialog_NewArc";
+    std::string Title;
+    bool MakeNew = false; // chosen: a new one, not one that stands somewhere
+};
+
 // Runs once; a second call does nothing. The command line holds tokens in double quotes: a .kva path is the
 // Archive to open, a folder called "trle" a source to install TRLE from.
 void StartUp(std::string_view command_line);

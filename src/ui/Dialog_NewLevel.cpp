@@ -204,12 +204,4 @@ void Dialog_NewLevel::dropEvent(QDropEvent* event) {
     QTimer::singleShot(0, this, [this, paths] { Take(paths); });
 }
 
-intake::LevelForm NewLevelForm(FormsUser& user, QWidget* parent, std::vector<std::string> sources) {
-    return [&user, parent, sources = std::move(sources)](intake::NewLevel& level) {
-        for (const std::string& source : sources)
-            if (level.State == intake::FormState::Open) AddSource(level, source);
-        if (level.State == intake::FormState::Open) Dialog_NewLevel(user, level, parent).exec();
-    };
-}
-
 } // namespace kelvash::ui

@@ -74,7 +74,4 @@ class Dialog_NewLevel final : public QDialog {
     bool working_ = false;
 };
 
-// The form as the logic asks for it. With `sources` these are taken in before it opens.
-intake::LevelForm NewLevelForm(FormsUser& user, QWidget* parent, std::vector<std::string> sources = {});
-
 } // namespace kelvash::ui

@@ -274,7 +274,7 @@ void Principale::dropEvent(QDropEvent* event) {
     const std::vector<std::string> paths = DroppedFiles(event->mimeData());
     event->acceptProposedAction();
     // The program that gave the files waits for the end of this event.
-    if (!paths.empty()) QTimer::singleShot(0, this, [this, paths] { TakeSources(*this, user_, paths); });
+    if (!paths.empty()) QTimer::singleShot(0, this, [this, paths] { TakeSources(*this, paths); });
 }
 
 } // namespace kelvash::ui

@@ -13,19 +13,16 @@
 #include <QPushButton>
 #include <QWindow>
 #include <algorithm>
-#include <map>
 #include <utility>
 
 #include "foundation/drives.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "ui/Dialog_GetDir.h"
-#include "ui/Dialog_InsertCd.h"
-#include "ui/Dialog_NewArc.h"
 #include "ui/Dialog_Progress.h"
-#include "ui/Dialog_TrovaTrle.h"
 #include "ui/Dialog_Wait.h"
 #include "ui/Dialog_Zip.h"
+#include "ui/form_runners.h"
 #include "ui/form_support.h"
 #include "ui/messages.h"
 
@@ -166,15 +163,6 @@ QString NativeStart(const FileDialog& dialog) {
     return QString::fromStdU16String(NativePath(dialog.folder + name).u16string());
 }
 
-// Runs a form that only chooses and gives its outcome.
-template <class Form>
-std::string Choose(const ChoiceForm& form, QWidget* parent) {
-    Form window(parent);
-    if constexpr (requires { window.ImpostaValori(form); }) window.ImpostaValori(form);
-    window.exec();
-    return window.Chosen;
-}
-
 } // namespace
 
 struct FormsUser::Progress {
@@ -208,6 +196,7 @@ QString QtFilter(const std::string& pipe_form) {
 
 FormsUser::FormsUser() : old_user_(SetUser(this)), patience_(kPatience) {
     qApp->installEventFilter(this);
+    AddFormRunners(*this);
 }
 
 FormsUser::~FormsUser() {
@@ -312,14 +301,6 @@ std::optional<std::string> FormsUser::ChooseFolder(const MessageText& caption, c
     dialog.ImpostaValori(caption, start);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return dialog.Folder;
-}
-
-std::string FormsUser::ShowForm(const ChoiceForm& form) {
-    using Runner = std::string (*)(const ChoiceForm&, QWidget*);
-    static const std::map<std::string, Runner> runners = {{"Dialog_NewArc", &Choose<Dialog_NewArc>},
-                                                          {"Dialog_TrovaTrle", &Choose<Dialog_TrovaTrle>},
-                                                          {"Dialog_InsertCd", &Choose<Dialog_InsertCd>}};
-    return runners.at(form.name)(form, ParentOfBoxes());
 }
 
 FormsUser::Progress* FormsUser::Find(BarPlace place) {

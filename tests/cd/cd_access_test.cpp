@@ -1,3 +1,5 @@
+#include "cd/cd_access.h"
+
 #include <gmock/gmock.h>
 
 #include "core/archive.h"
@@ -17,6 +19,15 @@ namespace fs = std::filesystem;
 class CdAccess : public test::CoreHome {
   protected:
     CdAccess() { AddRecord(12, "Twelve", 3); }
+    void WillChoose(const std::string& chosen) {
+        user.WillFill<cd::CdDriveChoice>([chosen](cd::CdDriveChoice& choice) {
+            EXPECT_EQ(choice.Title, " Cd Request");
+            EXPECT_EQ(choice.Text, "Please, insert CD # 3");
+            EXPECT_EQ(choice.Drive, "E:");
+            choice.Drive = chosen;
+            return true;
+        });
+    }
     // An empty disc in a reader.
     fs::path InsertDisc(char letter) {
         const fs::path disc = root / (std::string("disc_") + letter);
@@ -91,7 +102,7 @@ TEST_F(CdAccess, TakesADiscThatIsInSilently) {
 TEST_F(CdAccess, AsksThoughTheFolderIsInWhenItHasNoPlainLevel) {
     const fs::path disc = InsertDisc('E');
     MakeFile(disc / "A" / "LEVEL_0012" / "FILES" / "game.tr4.zl", "");
-    user.WillAnswer("Dialog_InsertCd\n Cd Request\nPlease, insert CD # 3", "E:");
+    WillChoose("E:");
     EXPECT_TRUE(RequestCd(12));
     EXPECT_EQ(core::archive.Header.MainFolder, "E:\\Levels");
 }
@@ -101,8 +112,8 @@ TEST_F(CdAccess, TellsEachWrongChoiceAndAsksAgain) {
     const fs::path second = InsertDisc('F');
     const fs::path empty = InsertDisc('G');
     fs::remove(empty);
-    for (const char* choice : {"Pul_Ok", "X:", "G:", "E:", "F: [TOMB]"})
-        user.WillAnswer("Please, insert CD # 3", choice);
+    for (const char* chosen : {"", "X:", "G:", "E:", "F: [TOMB]"})
+        WillChoose(chosen);
     MakeFile(second / "A" / "LEVEL_0012" / "x", "");
     EXPECT_TRUE(RequestCd(12));
     EXPECT_THAT(user.Told(),
@@ -114,9 +125,7 @@ TEST_F(CdAccess, TellsEachWrongChoiceAndAsksAgain) {
 
 TEST_F(CdAccess, GivesUpWithTheUser) {
     InsertDisc('E');
-    user.WillAnswer("Please, insert CD # 3", "cancel");
-    EXPECT_FALSE(RequestCd(12));
-    user.WillAnswer("Please, insert CD # 3", "Pul_Cancel");
+    user.WillGiveUp<cd::CdDriveChoice>();
     EXPECT_FALSE(RequestCd(12));
     EXPECT_EQ(core::archive.Header.MainFolder, "C:\\Levels");
 }

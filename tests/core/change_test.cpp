@@ -140,9 +140,7 @@ TEST_F(ChangeTest, IsRefusedForALevelThatAnotherProgramHasRemoved) {
     --contents.Header.LevelCount;
     ASSERT_TRUE(WriteArchiveFile(profile.LastArchive, contents));
     SelectLevel(1);
-    bool opened = false;
-    intake::ShowProperty([&](intake::NewLevel&) { opened = true; });
-    EXPECT_FALSE(opened) << "another level would be shown";
+    EXPECT_FALSE(intake::ShowProperty()) << "another level would be shown";
     EXPECT_THAT(user.Told(),
                 ElementsAre("critical: The level is no longer in the Archive: another Kelvash has "
                             "removed it"));
@@ -215,7 +213,8 @@ TEST_F(ChangeTest, WritesOverAFileThatIsGone) {
 TEST_F(ChangeTest, AddsALevelBesideThatOfAnotherProgram) {
     AddElsewhere(2, "Coast");
     test::MakeFile(levels / "LEVEL_0002" / "FILES" / "coast.tr4", "coast");
-    EXPECT_FALSE(intake::AddLevel({}, [](intake::NewLevel& level) { intake::CancelLevel(level); }));
+    user.WillGiveUp<intake::NewLevel>();
+    EXPECT_FALSE(intake::AddLevel());
     EXPECT_EQ(test::BytesOf(levels / "LEVEL_0002" / "FILES" / "coast.tr4"), "coast");
     EXPECT_THAT(Entries(levels), ElementsAre("LEVEL_0002\\"));
     EXPECT_THAT(NamesInFile(), ElementsAre(zero_, "City", "Coast"));

@@ -29,7 +29,6 @@ class BarUser final : public User {
     std::optional<std::string> OpenFile(const FileDialog&) override { return "x"; }
     std::optional<std::string> SaveFile(const FileDialog&) override { return "x"; }
     std::optional<std::string> ChooseFolder(const MessageText&, const std::string&) override { return "x"; }
-    std::string ShowForm(const ChoiceForm&) override { return "x"; }
     void OpenProgress(BarPlace place, const std::string& caption) override {
         events.push_back("open " + std::to_string(static_cast<int>(place)) + " " + caption);
     }
@@ -49,6 +48,10 @@ class BarUser final : public User {
     User* old_;
 };
 
+struct AnyForm {
+    static constexpr const char* kForm = "Dialog_Any";
+};
+
 TEST(AbsentUser, TakesTheHarmlessWay) {
     User& user = TheUser();
     EXPECT_EQ(user.Ask(Buttons::YesNo, MessageStyle::Question, MessageText("?")), Answer::No);
@@ -59,7 +62,8 @@ TEST(AbsentUser, TakesTheHarmlessWay) {
     EXPECT_EQ(user.OpenFile({}), std::nullopt);
     EXPECT_EQ(user.SaveFile({}), std::nullopt);
     EXPECT_EQ(user.ChooseFolder(MessageText(""), ""), std::nullopt);
-    EXPECT_EQ(user.ShowForm({}), "");
+    AnyForm form;
+    EXPECT_FALSE(ShowForm(form)) << "nobody shows it";
     EXPECT_FALSE(user.StopRequested());
 }
 

@@ -12,7 +12,6 @@ namespace {
 using test::BytesOf;
 using test::kDifferent;
 using test::kLoad;
-using test::kNewArc;
 using test::kNewFolder;
 using test::kUpgrade;
 using test::MakeFile;
@@ -122,7 +121,7 @@ TEST_F(StartUpArchive, RefusesAnArchiveWhosePathTheProfileCannotHold) {
 TEST_F(StartUpArchive, LoadsAFirstArchive) {
     record.LastArchive = "";
     LiveIn();
-    user.WillAnswer(kNewArc, "Pul_Load");
+    WillChooseToMakeOne(false);
     user.WillAnswer(kLoad, "C:\\Kelvash\\last.kva");
     StartUp("");
     EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\last.kva");
@@ -132,7 +131,7 @@ TEST_F(StartUpArchive, LoadsAFirstArchive) {
 TEST_F(StartUpArchive, LoadsAFirstArchiveAlsoWhenTheFormIsClosed) {
     record.LastArchive = "";
     LiveIn();
-    user.WillAnswer(kNewArc, "cancel");
+    user.WillGiveUp<FirstArchiveChoice>();
     user.WillAnswer(kLoad, "C:\\Kelvash\\last.kva");
     StartUp("");
     EXPECT_TRUE(core::ArchiveIsOpen());
@@ -141,7 +140,7 @@ TEST_F(StartUpArchive, LoadsAFirstArchiveAlsoWhenTheFormIsClosed) {
 TEST_F(StartUpArchive, MakesANewArchiveWhenNoneIsLoaded) {
     record.LastArchive = "";
     LiveIn();
-    user.WillAnswer(kNewArc, "Pul_Load");
+    WillChooseToMakeOne(false);
     user.WillAnswer(kLoad, "cancel");
     user.WillAnswer(kNewFolder, "C:\\Levels");
     StartUp("");
@@ -155,7 +154,7 @@ TEST_F(StartUpArchive, GoesOnWithoutAnArchiveWhenTheNewOneIsCancelled) {
     MakeFile(home / "Kelvash.prf", core::EncodeProfile(record).substr(0, 1587));
     test::SetEnvironment("WINEPREFIX", (root / "prefix").string());
     MakeFile(root / "prefix" / "system.reg", "WINE REGISTRY Version 2\n");
-    user.WillAnswer(kNewArc, "Pul_New");
+    WillChooseToMakeOne(true);
     user.WillAnswer(kNewFolder, "cancel");
     user.WillAnswer(kUpgrade, "no");
     StartUp("");
@@ -169,11 +168,11 @@ TEST_F(StartUpArchive, MakesNoNewOneInThePlaceOfAFirstOneWhoseFolderIsGivenUp) {
     user.MayBeTold("not found main folder of current archive");
     record.LastArchive = "";
     LiveIn("X:\\Gone");
-    user.WillAnswer(kNewArc, "Pul_Load");
+    WillChooseToMakeOne(false);
     user.WillAnswer(kLoad, "C:\\Kelvash\\last.kva");
     user.WillAnswer("Select folder: Gone", "cancel");
     StartUp("");
-    EXPECT_THAT(user.Asked(), ElementsAre(StartsWith(kNewArc), kLoad, "Select folder: Gone"));
+    EXPECT_THAT(user.Asked(), ElementsAre("Dialog_NewArc", kLoad, "Select folder: Gone"));
     ExpectNoArchive();
     EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\last.kva") << "it is tried again at the next start";
 }

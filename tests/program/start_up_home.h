@@ -9,13 +9,12 @@
 #include "core/session.h"
 #include "support/test_home.h"
 #include "support/trle_sandbox.h"
+#include "trle/find_trle.h"
 
 namespace kelvash::test {
 
-inline constexpr const char* kFindTrle = "Dialog_TrovaTrle\nFolder of Tomb Raider Level Editor\n";
 inline constexpr const char* kOriginal = "Kelvash needs the original Tomb Raider Level Editor files";
 inline constexpr const char* kFull = "Do you want a full backup?";
-inline constexpr const char* kNewArc = "Dialog_NewArc\n First execution: Missing last archive\n";
 inline constexpr const char* kNewFolder = "Select main folder for new archive";
 inline constexpr const char* kDifferent = "Do you want load a different archive?";
 inline constexpr const char* kLoad = "Load Tomb Raider Level Archive";
@@ -58,11 +57,26 @@ class StartUpHome : public TestHome {
         }
         MakeFile(home / name, bytes);
     }
+    void WillFindTrle() {
+        user.WillFill<trle::TrleFolderChoice>([](trle::TrleFolderChoice& choice) {
+            EXPECT_EQ(choice.Title, "Folder of Tomb Raider Level Editor");
+            choice.Folder = "C:\\trle";
+            return true;
+        });
+    }
+    // The form of a start without an Archive.
+    void WillChooseToMakeOne(bool make) {
+        user.WillFill<program::FirstArchiveChoice>([make](program::FirstArchiveChoice& choice) {
+            EXPECT_EQ(choice.Title, " First execution: Missing last archive");
+            choice.MakeNew = make;
+            return true;
+        });
+    }
     void WillMakeAFirstArchive() {
-        user.WillAnswer(kFindTrle, "C:\\trle");
+        WillFindTrle();
         user.WillAnswer(kOriginal, "yes");
         user.WillAnswer(kFull, "no");
-        user.WillAnswer(kNewArc, "Pul_New");
+        WillChooseToMakeOne(true);
         user.WillAnswer(kNewFolder, "C:\\Levels");
     }
     void ExpectNoArchive() {

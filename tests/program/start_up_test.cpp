@@ -16,10 +16,8 @@ namespace {
 
 using test::BytesOf;
 using test::Exists;
-using test::kFindTrle;
 using test::kFull;
 using test::kLoad;
-using test::kNewArc;
 using test::kNewFolder;
 using test::kOriginal;
 using test::kUpgrade;
@@ -41,8 +39,8 @@ class StartUpTest : public test::StartUpHome {};
 TEST_F(StartUpTest, AsksForEverythingInOrderAtAFirstRun) {
     WillMakeAFirstArchive();
     StartUp("");
-    EXPECT_THAT(user.Asked(), ElementsAre(StartsWith(kFindTrle), StartsWith(kOriginal), StartsWith(kFull),
-                                          StartsWith(kNewArc), kNewFolder));
+    EXPECT_THAT(user.Asked(), ElementsAre("Dialog_TrovaTrle", StartsWith(kOriginal), StartsWith(kFull),
+                                          "Dialog_NewArc", kNewFolder));
     EXPECT_THAT(user.Told(), IsEmpty());
     EXPECT_TRUE(core::ArchiveIsOpen());
     EXPECT_EQ(core::profile.TrleFolder, "C:\\trle");
@@ -231,7 +229,7 @@ TEST_F(StartUpTest, RestoresFullyAfterAnUpgradeOnAYes) {
 TEST_F(StartUpTest, EndsWithoutTrle) {
     record.TrleFolder = "C:\\gone";
     LiveIn();
-    user.WillAnswer(kFindTrle, "cancel");
+    user.WillGiveUp<trle::TrleFolderChoice>();
     StartUp("");
     EXPECT_THAT(user.Told(), ElementsAre("critical: This program cann't run without Tomb Raider Level "
                                          "Editor\r\nNow, Kelvash ends"));
@@ -318,7 +316,7 @@ TEST_F(StartUpTest, FindsTrleInTheRegistry) {
         "WINE REGISTRY Version 2\n\n"
         "[Software\\\\Microsoft\\\\Windows\\\\CurrentVersion\\\\App Paths\\\\winroomedit.exe] 1700000000\n"
         "@=\"C:\\\\trle\\\\winroomedit.exe\"\n");
-    user.WillAnswer(kFindTrle, "Pul_Ok");
+    user.WillFill<trle::TrleFolderChoice>([](trle::TrleFolderChoice&) { return true; }); // as it stands
     StartUp("");
     EXPECT_EQ(core::profile.TrleFolder, "C:\\trle");
     EXPECT_TRUE(core::ArchiveIsOpen());

@@ -15,11 +15,20 @@ using testing::IsEmpty;
 
 namespace fs = std::filesystem;
 
-constexpr const char* kForm = "Dialog_TrovaTrle";
-
 class FindTrle : public test::TestHome {
   protected:
     FindTrle() { test::MakeTrle(drive / "Games" / "trle"); }
+    void WillChoose(const std::string& folder) {
+        user.WillFill<TrleFolderChoice>([folder](TrleFolderChoice& choice) {
+            EXPECT_EQ(choice.Title, "Folder of Tomb Raider Level Editor");
+            choice.Folder = folder;
+            return true;
+        });
+    }
+    // The form is left as it is.
+    void WillAccept() {
+        user.WillFill<TrleFolderChoice>([](TrleFolderChoice&) { return true; });
+    }
     // A registry that names the room editor.
     void Register(const std::string& escaped_program) {
         test::SetEnvironment("WINEPREFIX", (root / "prefix").string());
@@ -39,15 +48,15 @@ TEST_F(FindTrle, TakesAValidFolderOfTheProfile) {
 
 TEST_F(FindTrle, AsksForAFolder) {
     profile.TrleFolder = "C:\\gone";
-    user.WillAnswer(kForm, "C:\\Games\\trle");
+    WillChoose("C:\\Games\\trle");
     EXPECT_TRUE(ChooseTrleFolder());
     EXPECT_EQ(profile.TrleFolder, "C:\\Games\\trle");
     EXPECT_THAT(user.Told(), IsEmpty());
 }
 
 TEST_F(FindTrle, AsksAgainAfterAWrongFolder) {
-    user.WillAnswer(kForm, "C:\\Kelvash");
-    user.WillAnswer(kForm, "C:\\Games\\trle");
+    WillChoose("C:\\Kelvash");
+    WillChoose("C:\\Games\\trle");
     EXPECT_TRUE(ChooseTrleFolder());
     EXPECT_THAT(user.Told(),
                 ElementsAre("critical: Not right folder: Missing file 'tomb4.exe' in folder: C:\\Kelvash"));
@@ -56,19 +65,17 @@ TEST_F(FindTrle, AsksAgainAfterAWrongFolder) {
 TEST_F(FindTrle, EndsWhenTheUserGivesUp) {
     user.MayBeTold("This program cann't run without Tomb Raider Level Editor");
     profile.TrleFolder = "C:\\gone";
-    user.WillAnswer(kForm, "cancel");
+    user.WillGiveUp<TrleFolderChoice>();
     EXPECT_FALSE(ChooseTrleFolder());
     EXPECT_THAT(user.Told(), ElementsAre("critical: This program cann't run without Tomb Raider Level "
                                          "Editor\r\nNow, Kelvash ends"));
     EXPECT_EQ(profile.TrleFolder, "C:\\gone");
-    user.WillAnswer(kForm, "Pul_Cancel");
-    EXPECT_FALSE(ChooseTrleFolder());
 }
 
 TEST_F(FindTrle, AcceptsWhatTheRegistryKnows) {
     Register("C:\\\\Games\\\\trle\\\\winroomedit.exe");
     EXPECT_EQ(FindTrleInRegistry(), "C:\\Games\\trle");
-    user.WillAnswer(kForm, "Pul_Ok");
+    WillAccept();
     EXPECT_TRUE(ChooseTrleFolder());
     EXPECT_EQ(profile.TrleFolder, "C:\\Games\\trle");
 }
@@ -76,8 +83,8 @@ TEST_F(FindTrle, AcceptsWhatTheRegistryKnows) {
 TEST_F(FindTrle, DoesNotProposeAWrongFolderOfTheRegistry) {
     Register("C:\\\\Kelvash\\\\winroomedit.exe");
     EXPECT_EQ(FindTrleInRegistry(), "C:\\Kelvash");
-    user.WillAnswer(kForm, "Pul_Ok");
-    user.WillAnswer(kForm, "cancel");
+    WillAccept();
+    user.WillGiveUp<TrleFolderChoice>();
     EXPECT_FALSE(ChooseTrleFolder());
     EXPECT_EQ(user.Told().front(), "critical: Not right folder: Missing file 'tomb4.exe' in folder: ");
 }
