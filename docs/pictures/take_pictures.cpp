@@ -25,6 +25,7 @@
 #include "trle/messages.h"
 #include "ui/Dialog_Autore.h"
 #include "ui/Dialog_InputTesto.h"
+#include "ui/Dialog_InsertCd_messages.h"
 #include "ui/Dialog_PrefArc.h"
 #include "ui/Dialog_Progress.h"
 #include "ui/Dialog_Restore.h"
