@@ -279,16 +279,14 @@ std::string CliUser::ShowForm(const ChoiceForm& form) {
     return chosen.value_or(std::string());
 }
 
-void CliUser::OpenProgress(BarPlace dialog, const std::string& caption) {
-    if (dialog == BarPlace::StoppableDialog) ++stoppable_;
+void CliUser::OpenProgress(BarPlace, const std::string& caption) {
     if (!IsPlain())
         Tell({{"event", "progress"}, {"caption", caption}});
     else if (!caption.empty())
         Print(caption);
 }
 
-void CliUser::CloseProgress(BarPlace dialog) {
-    if (dialog == BarPlace::StoppableDialog && stoppable_ > 0) --stoppable_;
+void CliUser::CloseProgress(BarPlace) {
     if (IsPlain()) FinishBar();
 }
 
@@ -301,7 +299,7 @@ void CliUser::SetBar(BarPlace, int percent) {
 }
 
 bool CliUser::StopRequested() {
-    return stoppable_ > 0 && Interrupted();
+    return JobCanStop() && Interrupted();
 }
 
 } // namespace kelvash::cli

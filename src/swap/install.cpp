@@ -12,8 +12,8 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/plain_name.h"
+#include "foundation/pumping.h"
 #include "foundation/text.h"
-#include "foundation/waiting.h"
 #include "media/fragments.h"
 #include "media/media_config.h"
 #include "swap/backup.h"
@@ -354,7 +354,7 @@ void TellNotInstalled() {
 }
 
 bool PlayLevel(std::int32_t code) {
-    constexpr int kTenthsBeforeWatching = 20;
+    constexpr double kSecondsBeforeWatching = 2;
     std::optional<Swapped> installed;
     const bool started = OnChosenFolder(msg::kDoingPlay, code, [&] {
         installed = InstallHere(code);
@@ -373,10 +373,7 @@ bool PlayLevel(std::int32_t code) {
         return false;
     }
     // From here on the game keeps swaps out by itself.
-    for (int i = 0; i < kTenthsBeforeWatching; ++i) {
-        WaitTenths(1, Wait::Sleep);
-        TheUser().PumpEvents();
-    }
+    WaitPumping(kSecondsBeforeWatching);
     companion::game.WatcherActive = true;
     return true;
 }
