@@ -11,6 +11,7 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QThread>
 #include <QWindow>
 #include <algorithm>
 #include <map>
@@ -358,7 +359,6 @@ void FormsUser::CloseProgress(BarPlace place) {
     const auto found = std::find_if(open_.rbegin(), open_.rend(),
                                     [place](const auto& progress) { return progress->place == place; });
     if (found != open_.rend()) open_.erase(std::next(found).base());
-    if (open_.empty()) stop_requested_ = false;
 }
 
 void FormsUser::Show(Progress& progress) {
@@ -374,7 +374,7 @@ void FormsUser::SetLabel(BarPlace place, const std::string& text) {
         progress->label->setText(ShownText(text));
         Show(*progress);
     }
-    Q_EMIT LabelChanged(place, ShownText(text));
+    if (const Display* const display = FindDisplay(place)) display->label->setText(ShownText(text));
 }
 
 void FormsUser::SetBar(BarPlace place, int percent) {
@@ -382,7 +382,36 @@ void FormsUser::SetBar(BarPlace place, int percent) {
         if (progress->bar != nullptr) progress->bar->setValue(percent);
         Show(*progress);
     }
-    Q_EMIT BarChanged(place, percent);
+    if (const Display* const display = FindDisplay(place)) display->set_bar(percent);
+}
+
+const FormsUser::Display* FormsUser::FindDisplay(BarPlace place) const {
+    const auto found = std::find_if(displays_.rbegin(), displays_.rend(),
+                                    [place](const Display& display) { return display.place == place; });
+    return found == displays_.rend() ? nullptr : &*found;
+}
+
+void FormsUser::AddDisplay(Display display) {
+    displays_.push_back(std::move(display));
+}
+
+void FormsUser::RemoveDisplay(const QObject* label) {
+    std::erase_if(displays_, [label](const Display& display) { return display.label == label; });
+}
+
+void FormsUser::JobBegan() {
+    job_loops_.push_back(QThread::currentThread()->loopLevel());
+    if (!JobCanStop()) stop_requested_ = false;
+}
+
+void FormsUser::JobEnded() {
+    if (!job_loops_.empty()) job_loops_.pop_back(); // it may have begun under another user
+    if (!JobCanStop()) stop_requested_ = false;
+}
+
+// A window that waits for the user runs a loop of its own within that of its job.
+bool FormsUser::JobWaits() {
+    return !job_loops_.empty() && QThread::currentThread()->loopLevel() > job_loops_.back();
 }
 
 void FormsUser::PumpEvents() {
