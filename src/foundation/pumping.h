@@ -18,7 +18,7 @@ void PumpNowAndThen();
 void WaitPumping(double seconds);
 
 // The longest that PumpNowAndThen lets pass between two pumps, as far as it is called.
-inline constexpr std::chrono::milliseconds kPumpInterval{20};
+inline constexpr std::chrono::milliseconds kPumpInterval{15};
 
 // What tells PumpNowAndThen the time; a test's own clock in place of the system's.
 using PumpClock = std::chrono::steady_clock::time_point (*)();

@@ -24,7 +24,7 @@ constexpr std::size_t kBlock = std::size_t{1} << 20;
 constexpr std::size_t kUsualGrowth = 8;
 constexpr std::size_t kGuessStep = 4;
 constexpr int kZlibOrGzipHead = MAX_WBITS + 32;
-constexpr std::size_t kReadAtOnce = std::size_t{1} << 23;
+constexpr std::size_t kReadAtOnce = std::size_t{1} << 21;
 // Bytes that are packed or unpacked in little more time than a thread needs to start.
 constexpr std::size_t kLittle = std::size_t{1} << 20;
 // What is made ahead: some 200 MB in all.
