@@ -14,6 +14,7 @@
 #include "foundation/messages.h"
 #include "foundation/parallel.h"
 #include "foundation/path.h"
+#include "foundation/pumping.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 
@@ -88,8 +89,10 @@ void ComputeArchiveSize(Report report) {
     header.MainFolderSize = 0;
     header.SecondaryFolderSize = 0;
     std::vector<std::string> folders;
-    for (std::int32_t i = 0; i < header.LevelCount; ++i)
+    for (std::int32_t i = 0; i < header.LevelCount; ++i) {
         folders.push_back(LevelFolder(archive.Levels[static_cast<std::size_t>(i)].Code, false));
+        PumpNowAndThen();
+    }
     const auto count = [&folders](std::size_t i) { return CountLevel(folders[i]); };
     const auto note = [&](std::size_t i, const std::optional<LevelBytes>& counted) {
         LevelRecord& level = archive.Levels[i];
