@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 
 #include <QDropEvent>
-#include <QElapsedTimer>
 #include <QMimeData>
 #include <QTimer>
 
@@ -11,6 +10,7 @@
 #include "ui/Dialog_NewLevel.h"
 #include "ui/job_door.h"
 #include "ui/principale_home.h"
+#include "ui/thumbnails.h"
 
 namespace kelvash::test {
 namespace {
@@ -109,6 +109,19 @@ TEST_F(WindowAtWork, AWishOfAnotherStartWaits) {
     });
     EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\test.kva");
     WaitUntil([] { return core::profile.LastArchive == "C:\\Kelvash\\other.kva"; });
+}
+
+TEST_F(WindowAtWork, ReadsThumbnailsBehindTheJob) {
+    ui::Thumbnails thumbnails(&form);
+    int loaded = 0;
+    QObject::connect(&thumbnails, &ui::Thumbnails::Loaded, &form, [&loaded] { ++loaded; });
+    {
+        const JobScope job;
+        thumbnails.Of(1);
+        QTest::qWait(150);
+        EXPECT_EQ(loaded, 0);
+    }
+    WaitUntil([&] { return loaded == 1; });
 }
 
 TEST_F(WindowAtWork, StaysOpen) {
