@@ -42,7 +42,6 @@ class Watch final : public User {
     std::optional<std::string> ChooseFolder(const MessageText&, const std::string&) override {
         return chosen;
     }
-    std::string ShowForm(const ChoiceForm&) override { return {}; }
     void OpenProgress(BarPlace, const std::string&) override {}
     void CloseProgress(BarPlace) override {}
     void SetLabel(BarPlace, const std::string&) override {}

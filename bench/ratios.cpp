@@ -101,7 +101,7 @@ fs::path MakeManyLevels(const World& world) {
     }
     core::archive.Header.LevelCount = kManyLevels;
     core::archive.Levels.emplace_back();
-    if (!core::WriteArchive("H:\\many.kva") || !core::SaveProfile()) Die("no Archive");
+    if (!core::WriteArchive("H:\\many.kva") || !core::WriteProfile()) Die("no Archive");
     return home;
 }
 
@@ -159,7 +159,7 @@ int main(int argc, char** argv) {
     const World world(fs::absolute(argv[1]));
     const std::string bin = argv[2], cli = argv[3];
     world.Make();
-    if (!core::SaveProfile()) Die("no profile");
+    if (!core::WriteProfile()) Die("no profile");
     PrintHead();
     PrintRatio("swap of a plain level of 60 MB : rm, cp, cp", MeasureSwap(world, bin, 1, 2), 1.15);
     PrintRatio("swap of a packed level : rm, cp, inflate, cp, rm", MeasureSwap(world, bin, 3, 4), 1.10);

@@ -6,27 +6,24 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 declare -A below
 below[foundation]=""
 below[trle_state]="foundation"
-below[core]="foundation trle_state"
+below[zip]="foundation"
+below[core]="foundation zip trle_state"
 below[cd]="${below[core]} core"
 below[media]="${below[core]} core"
+below[audio]="${below[core]} core"
 below[trle]="${below[core]} core"
 below[companion]="${below[trle]} trle"
-below[swap]="${below[core]} core media trle"
+below[swap]="${below[core]} core audio media trle"
 below[intake]="${below[swap]} swap companion"
-below[ui]="${below[intake]} intake cd"
+below[program]="${below[intake]} intake cd"
+below[ui]="${below[program]} program"
 below[cli]="${below[ui]}"
-
-# They command what is above their folder, and are to move above it.
-commanders='^src/core/(start_up|remove_level|level_view|tr4_info|profile)\.cpp |^src/swap/install\.cpp companion'
-# It puts all tables together.
-tables='^src/core/message_tables\.cpp '
 
 status=0
 while read -r file folder; do
     from=${file#src/}
     from=${from%%/*}
     [[ $folder == "$from" || " ${below[$from]} " == *" $folder "* ]] && continue
-    [[ "$file $folder" =~ $commanders || "$file $folder" =~ $tables ]] && continue
     echo "$file may not include what is in $folder"
     status=1
 done < <(grep -rnoE '^#include "[a-z_]+/' src --include='*.cpp' --include='*.h' |

@@ -7,9 +7,9 @@
 #include <string>
 
 #include "foundation/drives.h"
-#include "foundation/zip.h"
-#include "foundation/zip_module.h"
-#include "foundation/zip_names.h"
+#include "zip/zip.h"
+#include "zip/zip_module.h"
+#include "zip/zip_names.h"
 
 namespace {
 
@@ -43,18 +43,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         std::ofstream file(drive / "a.zip", std::ios::binary | std::ios::trunc);
         file.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
     }
-    static_cast<void>(ZipNameParts(ZipNameText({reinterpret_cast<const char*>(data), size})));
+    static_cast<void>(zip::ZipNameParts(zip::ZipNameText({reinterpret_cast<const char*>(data), size})));
     const std::size_t before = CountIn(drive);
     std::string message;
-    const auto listed = ListZip("C:\\a.zip", message);
+    const auto listed = zip::ListZip("C:\\a.zip", message);
     std::int64_t bytes = 0;
     if (listed)
-        for (const ZipEntry& entry : *listed)
+        for (const zip::ZipEntry& entry : *listed)
             bytes += entry.Size < 1 << 20 ? entry.Size : 1 << 20;
     if (!listed || bytes > 1 << 20) return 0; // large ones take the fuzzer's time
-    UnzipClass unzip;
-    for (const ZipFolders folders : {ZipFolders::Kept, ZipFolders::Flat}) {
-        UnzipSettings("C:\\a.zip", "C:\\out", folders, unzip);
+    zip::UnzipClass unzip;
+    for (const zip::ZipFolders folders : {zip::ZipFolders::Kept, zip::ZipFolders::Flat}) {
+        zip::UnzipSettings("C:\\a.zip", "C:\\out", folders, unzip);
         static_cast<void>(unzip.UnZip({}));
     }
     if (CountIn(drive) != before) std::abort();

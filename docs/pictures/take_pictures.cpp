@@ -1,4 +1,5 @@
 // Opens every form on a sandbox and keeps a picture of each: take_pictures HOME FOLDER.
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QMessageBox>
@@ -7,14 +8,16 @@
 #include <filesystem>
 #include <functional>
 
+#include "cd/cd_access.h"
 #include "cd/messages.h"
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/profile.h"
-#include "core/start_up_messages.h"
 #include "foundation/drives.h"
 #include "intake/messages.h"
 #include "intake/new_level.h"
+#include "program/messages.h"
+#include "program/start_up.h"
 #include "swap/backup.h"
 #include "swap/backup_messages.h"
 #include "swap/compression_messages.h"
@@ -22,7 +25,6 @@
 #include "trle/messages.h"
 #include "ui/Dialog_Autore.h"
 #include "ui/Dialog_InputTesto.h"
-#include "ui/Dialog_NewLevel.h"
 #include "ui/Dialog_PrefArc.h"
 #include "ui/Dialog_Progress.h"
 #include "ui/Dialog_Restore.h"
@@ -60,7 +62,7 @@ class Camera {
             QWidget* const window = QApplication::activeModalWidget();
             if (window == nullptr) std::exit(EXIT_FAILURE);
             Take(window, name);
-            window->close();
+            Close(window);
             // A question without a harmless answer is ended by its buttons alone.
             if (auto* const box = qobject_cast<QMessageBox*>(window); box != nullptr && box->isVisible())
                 box->done(QMessageBox::NoButton);
@@ -69,6 +71,18 @@ class Camera {
     }
 
   private:
+    // Some forms ask before they close, in a loop of their own.
+    static void Close(QWidget* window) {
+        QTimer while_asked;
+        while_asked.setSingleShot(true);
+        QObject::connect(&while_asked, &QTimer::timeout, [] {
+            const auto* const question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            QAbstractButton* const yes = question != nullptr ? question->button(QMessageBox::Yes) : nullptr;
+            if (yes != nullptr) yes->click();
+        });
+        while_asked.start(kSettle);
+        window->close();
+    }
     static void Wait() {
         QEventLoop loop;
         QTimer::singleShot(kSettle, &loop, &QEventLoop::quit);
@@ -96,7 +110,8 @@ void TakeFirstStart(const Camera& camera, FormsUser& user) {
     user.SetFirstTitle(Caption(msg::kBoxTitleDemo));
     const std::string trle = core::profile.TrleFolder;
     camera.TakeModal("dialog_trovatrle", [&] {
-        user.ShowForm({"Dialog_TrovaTrle", LoadMessage(msg::kFindTrleCaption), trle, {}});
+        trle::TrleFolderChoice choice{LoadMessage(msg::kFindTrleCaption), trle};
+        static_cast<void>(ShowForm(choice));
     });
     camera.TakeModal("question_original", [&] {
         user.Ask(Buttons::YesNo, MessageStyle::Question,
@@ -109,17 +124,16 @@ void TakeFirstStart(const Camera& camera, FormsUser& user) {
                  LoadMessage(msg::kFullBackupQuestion, {kLineBreak, kLineBreak}));
     });
     camera.TakeModal("dialog_newarc", [&] {
-        user.ShowForm({"Dialog_NewArc", LoadMessage(msg::kNewArcCaption), {}, {}});
+        program::FirstArchiveChoice choice{LoadMessage(msg::kNewArcCaption)};
+        static_cast<void>(ShowForm(choice));
     });
     camera.TakeModal("dialog_getdir", [&] {
         user.ChooseFolder(LoadMessage(msg::kTrovaBrowseTitle), core::profile.TrleFolder);
     });
     camera.TakeModal("dialog_insertcd", [&] {
-        user.ShowForm({"Dialog_InsertCd",
-                       LoadMessage(msg::kCdRequestCaption),
-                       "E:",
-                       {},
-                       LoadMessage(msg::kInsertCd) + "2"});
+        cd::CdDriveChoice choice{LoadMessage(msg::kCdRequestCaption), LoadMessage(msg::kInsertCd) + "2",
+                                 "E:"};
+        static_cast<void>(ShowForm(choice));
     });
 }
 
@@ -161,11 +175,10 @@ void TakeSmallForms(const Camera& camera, FormsUser& user, Principale& form) {
     });
 }
 
-void TakeLevelForms(const Camera& camera, FormsUser& user, Principale& form) {
-    const intake::LevelForm open = NewLevelForm(user, &form);
-    camera.TakeModal("dialog_newlevel", [&] { intake::AddLevel("C:\\zips\\The Lantern Caves.zip", open); });
+void TakeLevelForms(const Camera& camera, Principale& form) {
+    camera.TakeModal("dialog_newlevel", [] { intake::AddLevel("C:\\zips\\The Lantern Caves.zip"); });
     core::SelectLevel(1);
-    camera.TakeModal("dialog_newlevel_properties", [&] { intake::ShowProperty(open); });
+    camera.TakeModal("dialog_newlevel_properties", [] { intake::ShowProperty(); });
     camera.TakeModal("dialog_autore", [&] { form.Command(MenuEntry::mnu_ShowAutoreInfo)->trigger(); });
     camera.TakeModal("dialog_prefarc", [&] { form.Command(MenuEntry::mnu_PrefArchive)->trigger(); });
     Dialog_Progress progress(&form);
@@ -207,7 +220,7 @@ int main(int argc, char** argv) {
     TakeMainForm(camera, form);
     TakeFirstStart(camera, user);
     TakeSmallForms(camera, user, form);
-    TakeLevelForms(camera, user, form);
+    TakeLevelForms(camera, form);
     TakeHelp(camera, form);
     return 0;
 }

@@ -1,5 +1,6 @@
-// Reaching levels that lie on CDs.
-#include <string>
+#include "cd/cd_access.h"
+
+#include <vector>
 
 #include "cd/fragments.h"
 #include "cd/messages.h"
@@ -36,19 +37,13 @@ MessageText FaultOf(const std::string& drive, std::int32_t code) {
 
 // Has a drive chosen until it holds the level; false if the user gives up.
 bool AskForDrive(const std::string& start, std::int32_t code) {
-    const std::string accept = "Pul_Ok";
-    const std::string cancel = "Pul_Cancel";
     const std::string number = std::to_string(core::LevelByCode(code).CdNumber);
     for (;;) {
-        const std::string chosen = TheUser().ShowForm({"Dialog_InsertCd",
-                                                       LoadMessage(msg::kCdFolderTitle),
-                                                       start,
-                                                       {accept, cancel},
-                                                       LoadMessage(msg::kInsertCd) + number});
-        if (chosen.empty() || chosen == cancel) return false;
-        const std::string drive = chosen.substr(0, 2);
-        const MessageText fault =
-            chosen == accept ? LoadMessage(msg::kNoDriveSelected) : FaultOf(drive, code);
+        cd::CdDriveChoice choice{LoadMessage(msg::kCdFolderTitle), LoadMessage(msg::kInsertCd) + number,
+                                 start};
+        if (!ShowForm(choice)) return false;
+        const std::string drive = choice.Drive.substr(0, 2);
+        const MessageText fault = drive.empty() ? LoadMessage(msg::kNoDriveSelected) : FaultOf(drive, code);
         if (fault.text.empty()) {
             TakeReader(drive);
             return true;

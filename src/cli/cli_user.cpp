@@ -4,14 +4,17 @@
 #include <array>
 #include <iostream>
 
+#include "cli/form_runners.h"
 #include "cli/messages.h"
 #include "cli/terminal.h"
 #include "core/level_messages.h"
 #include "foundation/drives.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
-#include "foundation/texts.h"
+#include "intake/messages.h"
+#include "program/messages.h"
 #include "swap/backup_messages.h"
+#include "zip/messages.h"
 
 namespace kelvash::cli {
 
@@ -116,7 +119,9 @@ std::optional<std::string> PathOf(const std::optional<std::string>& answer, cons
 } // namespace
 
 CliUser::CliUser(const Behaviour& behaviour, std::vector<AnswerEntry> answers)
-    : behaviour_(behaviour), answers_(std::move(answers)) {}
+    : behaviour_(behaviour), answers_(std::move(answers)) {
+    AddFormRunners(*this);
+}
 
 void CliUser::Preset(std::vector<AnswerEntry> entries) {
     presets_ = std::move(entries);
@@ -258,15 +263,14 @@ std::optional<std::string> CliUser::ChooseFolder(const MessageText& caption, con
     return AskFile("folder", {caption, {}, start, {}});
 }
 
-std::string CliUser::ShowForm(const ChoiceForm& form) {
+std::optional<std::string> CliUser::AnswerForm(const FormPrompt& form) {
     const std::optional<std::string> typed = AnswerTo(
-        {{kNoMessage, {form.name, form.caption}},
-         form.caption + " (" + form.name + ")\n[" + Join(form.buttons, "/") + "] " + form.start + " "});
+        {{kNoMessage, {form.name, form.title}},
+         form.title + " (" + form.name + ")\n[" + Join(form.buttons, "/") + "] " + form.start + " "});
+    // By the last button the form is given up, though the event names it.
     const auto& buttons = form.buttons;
     const bool button = typed && std::find(buttons.begin(), buttons.end(), *typed) != buttons.end();
-    // The logic knows the harmless button, which is the last, as a form that was closed; and the one that
-    // takes what the form shows as what it shows.
-    const bool takes_start = typed == "ok" || typed == "Pul_Ok";
+    const bool takes_start = typed == "ok" || typed == kOkButton;
     std::optional<std::string> chosen;
     if (takes_start)
         chosen = form.start;
@@ -276,7 +280,7 @@ std::string CliUser::ShowForm(const ChoiceForm& form) {
         chosen = typed;
     if (!IsPlain())
         Tell({{"event", "form"}, {"name", form.name}, {"answer", OrNull(button ? typed : chosen)}});
-    return chosen.value_or(std::string());
+    return chosen && chosen->empty() ? std::nullopt : chosen;
 }
 
 void CliUser::OpenProgress(BarPlace, const std::string& caption) {

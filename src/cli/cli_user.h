@@ -27,6 +27,15 @@ struct Behaviour {
     bool quiet = false; // tells failures and the result alone
 };
 
+// A form as it stands in the terminal: what it is called, its title, what it starts from, and the names of
+// the buttons that can end it, the harmless one last.
+struct FormPrompt {
+    std::string name;
+    std::string title;
+    std::string start;
+    std::vector<std::string> buttons;
+};
+
 class CliUser final : public User {
   public:
     CliUser(const Behaviour& behaviour, std::vector<AnswerEntry> answers);
@@ -45,6 +54,9 @@ class CliUser final : public User {
     // True if that was so, or if an answer forbade what the command is for.
     bool IsRefused() const { return unanswered_ || refused_; }
     bool IsPlain() const { return behaviour_.mode == OutputMode::Plain; }
+    // The button or the path that ends a form; what it starts from for the button OK. Nothing if it is given
+    // up, by the last of its buttons too.
+    std::optional<std::string> AnswerForm(const FormPrompt& form);
     // The event "result". False if not all of the output could be written.
     bool TellResult(const Result& result);
 
@@ -55,7 +67,6 @@ class CliUser final : public User {
     std::optional<std::string> OpenFile(const FileDialog& dialog) override;
     std::optional<std::string> SaveFile(const FileDialog& dialog) override;
     std::optional<std::string> ChooseFolder(const MessageText& caption, const std::string& start) override;
-    std::string ShowForm(const ChoiceForm& form) override;
     void OpenProgress(BarPlace dialog, const std::string& caption) override;
     void CloseProgress(BarPlace dialog) override;
     void SetLabel(BarPlace place, const std::string& text) override;

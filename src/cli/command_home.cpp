@@ -2,20 +2,22 @@
 #include <memory>
 
 #include "cli/command.h"
+#include "cli/form_runners.h"
 #include "cli/messages.h"
 #include "cli/steps.h"
 #include "core/archive.h"
 #include "core/archive_messages.h"
 #include "core/change.h"
-#include "core/fragments.h"
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
+#include "program/fragments.h"
+#include "program/start_up.h"
 #include "swap/backup.h"
 #include "swap/backup_messages.h"
+#include "trle/find_trle.h"
 #include "trle/trle_folder.h"
 #include "trle_state/trle_state.h"
 
@@ -30,12 +32,12 @@ std::string ArchivePath() {
 // The answers to the question for a new Archive's folder, and to the form that comes before it on a start
 // without an Archive.
 std::vector<AnswerEntry> NewArchiveAnswers(const std::string& folder) {
-    return {{.when = "Dialog_NewArc", .answer = "Pul_New"},
+    return {{.when = program::FirstArchiveChoice::kForm, .answer = kNewArchiveButton},
             {.id = msg::kSelectArchiveFolder, .answer = folder}};
 }
 
 std::vector<AnswerEntry> InitAnswers(const std::string& trle, const std::string& folder, bool full) {
-    std::vector<AnswerEntry> answers = {{.when = "Dialog_TrovaTrle", .answer = trle},
+    std::vector<AnswerEntry> answers = {{.when = trle::TrleFolderChoice::kForm, .answer = trle},
                                         {.id = msg::kOriginalNeeded, .answer = "yes"},
                                         {.id = msg::kFullBackupQuestion, .answer = full ? "yes" : "no"}};
     for (AnswerEntry& answer : NewArchiveAnswers(folder))
@@ -110,7 +112,7 @@ bool New(Session& session, const std::string& typed) {
     std::string folder;
     if (!TakeHome(session, MissingHome::Make) || !TakePath(typed, folder)) return false;
     session.user.Preset(NewArchiveAnswers(folder));
-    core::StartUp({});
+    program::StartUp({});
     bool created = core::ArchiveIsOpen();
     if (!session.user.PresetUsed(msg::kSelectArchiveFolder)) {
         const std::string former = core::profile.LastArchive;
@@ -131,7 +133,7 @@ bool Load(Session& session, const std::string& typed) {
     // A name that the program's command line can't hold is none of an Archive.
     if (!EndsWithNoCase(path, LoadFragment(fragment::kArchiveTokenExtension)) ||
         path.find('"') != std::string::npos) {
-        core::TellArchiveNotLoaded(path);
+        program::TellArchiveNotLoaded(path);
         return false;
     }
     const bool opened = StartUpWithArchive(session, "\"" + path + "\"");

@@ -4,8 +4,8 @@
 #include "cli/command.h"
 #include "cli/messages.h"
 #include "cli/steps.h"
+#include "core/archive.h"
 #include "core/kept_folders.h"
-#include "core/start_up.h"
 
 namespace kelvash::cli {
 

@@ -5,11 +5,11 @@
 #include "cli/messages.h"
 #include "cli/steps.h"
 #include "core/level_list.h"
-#include "core/level_messages.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "intake/export_level.h"
+#include "intake/messages.h"
 #include "intake/new_level.h"
 
 namespace kelvash::cli {
@@ -49,9 +49,7 @@ struct AddRun {
 bool Add(Session& session, AddRun& add) {
     std::vector<std::string> sources;
     const bool added = StartUpWithArchive(session, {}) && TakeSources(add.sources, sources) &&
-                       intake::AddLevel({}, [&](NewLevel& level) {
-                           TakeSourcesAndStore(level, sources, add.name.value_or(std::string()));
-                       });
+                       intake::AddLevelOf(sources, add.name.value_or(std::string()));
     if (added) add.code = core::SelectedLevel();
     return EndSession(session) && added;
 }
@@ -64,12 +62,12 @@ struct LevelSetRun {
     std::int32_t code = -1;
 };
 
-// The work of the form when the options are typed into it and OK is pressed.
-void SetProperties(NewLevel& level, const LevelSetRun& wanted) {
+// What the form does when the options are typed into it and OK is pressed.
+bool SetProperties(NewLevel& level, const LevelSetRun& wanted) {
     if (wanted.name) level.Name = *wanted.name;
     if (wanted.note) level.Note = *wanted.note;
     if (!wanted.more_info || SelectDocument(level, *wanted.more_info)) StoreLevel(level);
-    if (level.State == FormState::Open) CancelLevel(level);
+    return level.State == FormState::Saved;
 }
 
 bool LevelSet(Session& session, LevelSetRun& wanted) {
@@ -78,11 +76,11 @@ bool LevelSet(Session& session, LevelSetRun& wanted) {
         TellCritical(LoadMessage(msg::kCliNothingToSet));
         set = false;
     }
-    if (set)
-        intake::ShowProperty([&](NewLevel& level) {
-            SetProperties(level, wanted);
-            set = level.State == FormState::Saved;
-        });
+    if (set) {
+        const FormScope<NewLevel> form(session.user.forms,
+                                       [&](NewLevel& level) { return SetProperties(level, wanted); });
+        set = intake::ShowProperty();
+    }
     return EndSession(session) && set;
 }
 

@@ -13,6 +13,7 @@
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "program/remove_level.h"
 #include "swap/compression.h"
 
 namespace kelvash::cli {
@@ -41,7 +42,7 @@ std::vector<ResultField> PlaceFields() {
 bool Remove(Session& session, const std::string& typed) {
     std::int32_t code = -1;
     const bool removed = StartUpWithArchive(session, {}) && SelectCode(typed, code) &&
-                         DoneWithoutFailure(session.user, [] { return core::RemoveLevel(); });
+                         DoneWithoutFailure(session.user, [] { return program::RemoveLevel(); });
     return EndSession(session) && removed;
 }
 

@@ -4,9 +4,9 @@
 #include "cli/command.h"
 #include "cli/messages.h"
 #include "cli/steps.h"
-#include "core/message_tables.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
+#include "program/message_tables.h"
 
 namespace kelvash::cli {
 
@@ -20,13 +20,13 @@ struct ExportRun {
     std::string file; // path text
 
     ordered_json File() const { return typed ? ordered_json(file) : Absent(); }
-    ordered_json Table() const { return typed ? Absent() : ordered_json(core::ExportedMessages()); }
+    ordered_json Table() const { return typed ? Absent() : ordered_json(program::ExportedMessages()); }
 };
 
 bool ExportTable(Session& session, ExportRun& run) {
     if (!run.typed) return true;
     if (!TakePathWithoutHome(session, *run.typed, run.file) || !MayWrite(run.file, run.force)) return false;
-    if (ReplaceFileBytes(run.file, core::ExportedMessages(), Flush::Yes)) return true;
+    if (ReplaceFileBytes(run.file, program::ExportedMessages(), Flush::Yes)) return true;
     TellCritical(LoadMessage(msg::kCliTableNotWritten) + run.file);
     return false;
 }
@@ -40,19 +40,19 @@ Command ExportTableCommand() {
             .run = [run](Session& session) { return ExportTable(session, *run); },
             .fields = {FileField([run] { return run->File(); }),
                        {.name = "table", .value = [run] { return run->Table(); }}},
-            .plain = [run] { return run->typed ? std::string() : core::ExportedMessages(); }};
+            .plain = [run] { return run->typed ? std::string() : program::ExportedMessages(); }};
 }
 
 struct CheckRun {
     std::string typed;
-    core::TableLoading found;
+    program::TableLoading found;
 };
 
 // Messages that the file lacks keep their text, so that a translation can be checked while it grows.
 bool CheckTable(Session& session, CheckRun& run) {
     std::string path;
     if (!TakePathWithoutHome(session, run.typed, path)) return false;
-    run.found = core::CheckMessageTable(path);
+    run.found = program::CheckMessageTable(path);
     if (run.found.Taken) return run.found.RefusedLines.empty();
     if (run.found.RefusedLines.empty())
         TellCritical(LoadMessage(msg::kCliTableNotRead) + path);

@@ -8,8 +8,10 @@
 #include "companion/game.h"
 #include "core/change.h"
 #include "core/level_list.h"
-#include "core/start_up.h"
+#include "core/session.h"
 #include "foundation/messages.h"
+#include "program/play.h"
+#include "program/start_up.h"
 #include "swap/backup_messages.h"
 #include "swap/install.h"
 #include "swap/restore.h"
@@ -31,7 +33,7 @@ bool InstallAndTell(const CliUser& user, std::int32_t code) {
 // Neither way back needs an Archive.
 bool StartUpForRestore(Session& session) {
     if (!TakeHome(session, MissingHome::Refuse)) return false;
-    core::StartUp({});
+    program::StartUp({});
     return !core::session.EndWanted && !Interrupted();
 }
 
@@ -52,7 +54,7 @@ bool Install(Session& session, const std::string& typed) {
 bool Play(Session& session, const std::string& typed) {
     std::int32_t code = -1;
     const bool played = StartUpWithArchive(session, {}) && TakeCode(typed, code) &&
-                        DoneWithoutFailure(session.user, [&] { return swap::PlayLevel(code); });
+                        DoneWithoutFailure(session.user, [&] { return program::PlayLevel(code); });
     if (companion::game.WatcherActive)
         companion::WaitForGameEnd(&Interrupted); // a signal leaves it to itself
     return EndSession(session) && played;

@@ -12,7 +12,6 @@
 #include "core/archive.h"
 #include "core/profile.h"
 #include "core/sizes.h"
-#include "core/start_up.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -20,6 +19,7 @@
 #include "foundation/platform/platform.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "program/start_up.h"
 #include "swap/backup.h"
 #include "swap/picture.h"
 #include "swap/zl_file.h"
@@ -160,7 +160,7 @@ bool MakeSandbox(const fs::path& folder, SandboxState state, Sandbox& sandbox) {
     core::profile.DownloadFolder = DosPath(sandbox.zips);
     if (state == SandboxState::Untouched) return MakeArchive(DosPath(drive / "Levels"));
     if (!swap::CreateBackup(false)) return false;
-    if (!core::CreateLevelZero()) return Refuse(msg::kCliDemoNoLevelZero, {});
+    if (!program::CreateLevelZero()) return Refuse(msg::kCliDemoNoLevelZero, {});
     if (!MakeArchive(DosPath(drive / "Levels"))) return false;
     if (core::WriteProfile()) return true;
     TellProfileNotSaved();

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "cli/demo_bytes.h"
+#include "foundation/bytes.h"
 
 namespace kelvash::cli {
 
@@ -20,7 +20,7 @@ constexpr int kAverageBytes = 44359; // a second, as the usual encoder states it
 constexpr double kLoudness = 7000;
 
 // Coefficients and step table of the format.
-constexpr std::array<std::array<int, 2>, 7> kCoefficients = {
+constexpr std::array<std::array<std::int16_t, 2>, 7> kCoefficients = {
     {{256, 0}, {512, -256}, {0, 0}, {192, 64}, {240, 0}, {460, -208}, {392, -232}}};
 constexpr int kPredictor = 1; // follows a slow tone best
 constexpr std::array<int, 16> kAdaption = {230, 230, 230, 230, 307, 409, 512, 614,
@@ -62,30 +62,27 @@ struct Stereo {
         return ToneAt(frame, frames, kTrackRate, channel == 0 ? hertz : hertz * 1.5);
     }
 
-    void AppendBlock(int first_frame, std::string& bytes) {
+    void PutBlock(int first_frame, ByteWriter& bytes) {
         for (std::size_t channel = 0; channel < kChannels; ++channel) {
             encoders[channel].before_last = Sample(channel, first_frame);
             encoders[channel].last = Sample(channel, first_frame + 1);
-            AppendByte(kPredictor, bytes);
+            bytes.Put<std::uint8_t>(kPredictor);
         }
-        for (const Encoder& encoder : encoders)
-            AppendWord(encoder.step, bytes);
-        for (const Encoder& encoder : encoders)
-            AppendWord(encoder.last, bytes);
-        for (const Encoder& encoder : encoders)
-            AppendWord(encoder.before_last, bytes);
+        for (int Encoder::*const value : {&Encoder::step, &Encoder::last, &Encoder::before_last})
+            for (const Encoder& encoder : encoders)
+                bytes.Put<std::int16_t>(static_cast<std::int16_t>(encoder.*value));
         for (int frame = first_frame + 2; frame < first_frame + kFramesPerBlock; ++frame) {
             const int left = encoders[0].Encode(Sample(0, frame));
             const int right = encoders[1].Encode(Sample(1, frame));
-            AppendByte(left * 16 + right, bytes);
+            bytes.Put<std::uint8_t>(static_cast<std::uint8_t>(left * 16 + right));
         }
     }
 };
 
-void AppendRiffHead(std::int64_t length, std::string& bytes) {
-    bytes += "RIFF";
-    AppendLong(length - 8, bytes);
-    bytes += "WAVEfmt ";
+void PutRiffHead(int length, ByteWriter& bytes) {
+    bytes.Bytes("RIFF");
+    bytes.Put<std::int32_t>(length - 8);
+    bytes.Bytes("WAVEfmt ");
 }
 
 } // namespace
@@ -94,50 +91,50 @@ std::string TrackWave(double hertz, double seconds) {
     constexpr int kHeadSize = 90;
     const int blocks = std::max(1, static_cast<int>(seconds * kTrackRate / kFramesPerBlock));
     const int frames = blocks * kFramesPerBlock;
-    std::string bytes;
-    AppendRiffHead(kHeadSize + std::int64_t{blocks} * kBlockSize, bytes);
-    AppendLong(50, bytes);
-    AppendWord(2, bytes); // Microsoft ADPCM
-    AppendWord(kChannels, bytes);
-    AppendLong(kTrackRate, bytes);
-    AppendLong(kAverageBytes, bytes);
-    AppendWord(kBlockSize, bytes);
-    AppendWord(4, bytes); // bits
-    AppendWord(32, bytes);
-    AppendWord(kFramesPerBlock, bytes);
-    AppendWord(static_cast<std::int64_t>(kCoefficients.size()), bytes);
+    ByteWriter bytes;
+    PutRiffHead(kHeadSize + blocks * kBlockSize, bytes);
+    bytes.Put<std::int32_t>(50);
+    bytes.Put<std::int16_t>(2); // Microsoft ADPCM
+    bytes.Put<std::int16_t>(kChannels);
+    bytes.Put<std::int32_t>(kTrackRate);
+    bytes.Put<std::int32_t>(kAverageBytes);
+    bytes.Put<std::int16_t>(kBlockSize);
+    bytes.Put<std::int16_t>(4); // bits
+    bytes.Put<std::int16_t>(32);
+    bytes.Put<std::int16_t>(kFramesPerBlock);
+    bytes.Put<std::int16_t>(kCoefficients.size());
     for (const auto& [c1, c2] : kCoefficients) {
-        AppendWord(c1, bytes);
-        AppendWord(c2, bytes);
+        bytes.Put<std::int16_t>(c1);
+        bytes.Put<std::int16_t>(c2);
     }
-    bytes += "fact";
-    AppendLong(4, bytes);
-    AppendLong(frames, bytes);
-    bytes += "data";
-    AppendLong(std::int64_t{blocks} * kBlockSize, bytes);
+    bytes.Bytes("fact");
+    bytes.Put<std::int32_t>(4);
+    bytes.Put<std::int32_t>(frames);
+    bytes.Bytes("data");
+    bytes.Put<std::int32_t>(blocks * kBlockSize);
     Stereo stereo{{}, hertz, frames};
     for (int block = 0; block < blocks; ++block)
-        stereo.AppendBlock(block * kFramesPerBlock, bytes);
-    return bytes;
+        stereo.PutBlock(block * kFramesPerBlock, bytes);
+    return bytes.Take();
 }
 
 std::string SampleWave(double hertz, double seconds) {
     constexpr int kHeadSize = 44;
     const int frames = static_cast<int>(seconds * kSampleRate);
-    std::string bytes;
-    AppendRiffHead(kHeadSize + 2 * std::int64_t{frames}, bytes);
-    AppendLong(16, bytes);
-    AppendWord(1, bytes); // PCM
-    AppendWord(1, bytes);
-    AppendLong(kSampleRate, bytes);
-    AppendLong(2 * kSampleRate, bytes);
-    AppendWord(2, bytes);
-    AppendWord(16, bytes);
-    bytes += "data";
-    AppendLong(2 * std::int64_t{frames}, bytes);
+    ByteWriter bytes;
+    PutRiffHead(kHeadSize + 2 * frames, bytes);
+    bytes.Put<std::int32_t>(16);
+    bytes.Put<std::int16_t>(1); // PCM
+    bytes.Put<std::int16_t>(1);
+    bytes.Put<std::int32_t>(kSampleRate);
+    bytes.Put<std::int32_t>(2 * kSampleRate);
+    bytes.Put<std::int16_t>(2);
+    bytes.Put<std::int16_t>(16);
+    bytes.Bytes("data");
+    bytes.Put<std::int32_t>(2 * frames);
     for (int frame = 0; frame < frames; ++frame)
-        AppendWord(ToneAt(frame, frames, kSampleRate, hertz), bytes);
-    return bytes;
+        bytes.Put<std::int16_t>(static_cast<std::int16_t>(ToneAt(frame, frames, kSampleRate, hertz)));
+    return bytes.Take();
 }
 
 } // namespace kelvash::cli

@@ -2,11 +2,10 @@
 
 #include <zlib.h>
 
-#include <algorithm>
 #include <numeric>
 
 #include "cli/demo_audio.h"
-#include "cli/demo_bytes.h"
+#include "foundation/bytes.h"
 
 namespace kelvash::cli {
 
@@ -36,11 +35,26 @@ std::string Packed(const std::string& bytes) {
     return packed;
 }
 
-void AppendBlock(const std::string& content, std::string& bytes) {
+void PutSize(std::size_t size, ByteWriter& bytes) {
+    bytes.Put<std::uint32_t>(static_cast<std::uint32_t>(size));
+}
+
+void PutShortSize(std::size_t size, ByteWriter& bytes) {
+    bytes.Put<std::uint16_t>(static_cast<std::uint16_t>(size));
+}
+
+void PutPacked(const std::string& content, ByteWriter& bytes) {
     const std::string packed = Packed(content);
-    AppendLong(static_cast<std::int64_t>(content.size()), bytes);
-    AppendLong(static_cast<std::int64_t>(packed.size()), bytes);
-    bytes += packed;
+    PutSize(content.size(), bytes);
+    PutSize(packed.size(), bytes);
+    bytes.Bytes(packed);
+}
+
+// A text that NULs fill up to its width.
+void PutFixed(std::string_view text, std::size_t width, ByteWriter& bytes) {
+    text = text.substr(0, width);
+    bytes.Bytes(text);
+    bytes.Zeros(width - text.size());
 }
 
 // A list of texts that end in NUL, as offsets and as one run of bytes.
@@ -49,89 +63,108 @@ struct TextRun {
     std::string bytes;
 
     explicit TextRun(const std::vector<std::string>& texts) {
+        ByteWriter starts;
         for (const std::string& text : texts) {
-            AppendWord(static_cast<std::int64_t>(bytes.size()), offsets);
+            PutShortSize(bytes.size(), starts);
             bytes += text + '\0';
         }
+        offsets = starts.Take();
     }
 };
-
-void AppendFixed(std::string_view text, std::size_t width, std::string& bytes) {
-    bytes += text.substr(0, width);
-    bytes.append(width - std::min(width, text.size()), '\0');
-}
 
 } // namespace
 
 std::string LevelData(unsigned seed) {
-    std::string bytes("TR4\0", 4);
-    AppendWord(1, bytes); // texture pages of rooms, objects and bump maps
-    AppendWord(0, bytes);
-    AppendWord(0, bytes);
-    AppendBlock(Squares(kPageSize, seed), bytes);
-    AppendBlock(Squares(kPageSize / 2, seed), bytes);
-    AppendBlock(Squares(kMiscSize, seed + 1), bytes);
-    AppendBlock("A level that nobody can walk in, number " + std::to_string(seed), bytes);
+    ByteWriter bytes;
+    bytes.Bytes({"TR4\0", 4});
+    bytes.Put<std::int16_t>(1); // texture pages of rooms, objects and bump maps
+    bytes.Zeros(4);
+    PutPacked(Squares(kPageSize, seed), bytes);
+    PutPacked(Squares(kPageSize / 2, seed), bytes);
+    PutPacked(Squares(kMiscSize, seed + 1), bytes);
+    PutPacked("A level that nobody can walk in, number " + std::to_string(seed), bytes);
     const std::string sample = SampleWave(200 + 10.0 * seed, 0.1);
-    AppendLong(1, bytes);
-    AppendLong(static_cast<std::int64_t>(sample.size()), bytes);
-    AppendLong(static_cast<std::int64_t>(sample.size()), bytes);
-    return bytes + sample;
+    bytes.Put<std::int32_t>(1);
+    PutSize(sample.size(), bytes);
+    PutSize(sample.size(), bytes);
+    bytes.Bytes(sample);
+    return bytes.Take();
 }
 
 std::string LogoData(unsigned seed) {
-    std::string bytes;
-    AppendLong(static_cast<std::int64_t>(kLogoSize), bytes);
-    return bytes + Packed(Squares(kLogoSize, seed));
+    ByteWriter bytes;
+    PutSize(kLogoSize, bytes);
+    bytes.Bytes(Packed(Squares(kLogoSize, seed)));
+    return bytes.Take();
 }
 
+namespace {
+
+// The script's commands of its levels, and where those of each begin.
+struct LevelCode {
+    std::string offsets;
+    std::string bytes;
+
+    explicit LevelCode(const std::vector<ScriptLevel>& levels) {
+        constexpr std::uint8_t kLevelCommand = 0x81;
+        constexpr std::uint8_t kEndOfLevel = 0x83;
+        ByteWriter starts;
+        ByteWriter code;
+        for (std::size_t i = 0; i < levels.size(); ++i) {
+            PutShortSize(code.Size(), starts);
+            code.Put<std::uint8_t>(kLevelCommand);
+            code.Put<std::uint8_t>(static_cast<std::uint8_t>(i)); // string: the title
+            code.Put<std::int16_t>(0);                            // options
+            code.Put<std::uint8_t>(static_cast<std::uint8_t>(i)); // file
+            code.Put<std::uint8_t>(static_cast<std::uint8_t>(levels[i].track));
+            code.Put<std::uint8_t>(kEndOfLevel);
+        }
+        offsets = starts.Take();
+        bytes = code.Take();
+    }
+};
+
+} // namespace
+
 std::string ScriptData(const std::vector<ScriptLevel>& levels, const std::vector<std::string>& languages) {
-    constexpr int kLevelCommand = 0x81;
-    constexpr int kEndOfLevel = 0x83;
     constexpr std::size_t kExtensionsSize = 40;
     std::vector<std::string> names;
-    std::string offsets;
-    std::string code;
-    for (std::size_t i = 0; i < levels.size(); ++i) {
-        names.push_back("DATA\\" + levels[i].file);
-        AppendWord(static_cast<std::int64_t>(code.size()), offsets);
-        AppendByte(kLevelCommand, code);
-        AppendByte(static_cast<std::int64_t>(i), code); // string: the title
-        AppendWord(0, code);                            // options
-        AppendByte(static_cast<std::int64_t>(i), code); // file
-        AppendByte(levels[i].track, code);
-        AppendByte(kEndOfLevel, code);
-    }
+    names.reserve(levels.size());
+    for (const ScriptLevel& level : levels)
+        names.push_back("DATA\\" + level.file);
     const TextRun files(names);
-    std::string bytes;
-    AppendLong(1, bytes); // options: any level may be played
-    AppendLong(0, bytes); // time-out
-    AppendByte(0, bytes); // security
-    AppendByte(static_cast<std::int64_t>(levels.size()), bytes);
-    AppendWord(static_cast<std::int64_t>(names.size()), bytes);
-    AppendWord(static_cast<std::int64_t>(files.bytes.size()), bytes);
-    AppendWord(static_cast<std::int64_t>(code.size()), bytes);
+    const LevelCode code(levels);
+    ByteWriter bytes;
+    bytes.Put<std::int32_t>(1); // options: any level may be played
+    bytes.Put<std::int32_t>(0); // time-out
+    bytes.Put<std::uint8_t>(0); // security
+    bytes.Put<std::uint8_t>(static_cast<std::uint8_t>(levels.size()));
+    PutShortSize(names.size(), bytes);
+    PutShortSize(files.bytes.size(), bytes);
+    PutShortSize(code.bytes.size(), bytes);
     std::string extensions;
     for (int i = 0; i < 8; ++i)
         extensions += std::string(".TR4\0", 5);
-    AppendFixed(extensions, kExtensionsSize, bytes);
-    return bytes + files.offsets + files.bytes + offsets + code + TextRun(languages).bytes;
+    PutFixed(extensions, kExtensionsSize, bytes);
+    for (const std::string& part :
+         {files.offsets, files.bytes, code.offsets, code.bytes, TextRun(languages).bytes})
+        bytes.Bytes(part);
+    return bytes.Take();
 }
 
 std::string LanguageData(const std::vector<std::string>& strings) {
     constexpr char kMask = '\xA5';
-    const TextRun run(strings);
-    std::string bytes;
-    AppendWord(static_cast<std::int64_t>(strings.size()), bytes); // common, console and PC strings
-    AppendWord(0, bytes);
-    AppendWord(0, bytes);
-    AppendWord(static_cast<std::int64_t>(run.bytes.size()), bytes);
-    AppendWord(0, bytes);
-    AppendWord(0, bytes);
-    bytes += run.offsets;
-    for (const char c : run.bytes)
-        bytes += static_cast<char>(c ^ kMask);
-    return bytes;
+    TextRun run(strings);
+    ByteWriter bytes;
+    PutShortSize(strings.size(), bytes); // common, console and PC strings
+    bytes.Zeros(4);
+    PutShortSize(run.bytes.size(), bytes);
+    bytes.Zeros(4);
+    bytes.Bytes(run.offsets);
+    for (char& c : run.bytes)
+        c = static_cast<char>(c ^ kMask);
+    bytes.Bytes(run.bytes);
+    return bytes.Take();
 }
 
 std::vector<std::string> StringsOf(const std::vector<ScriptLevel>& levels,
@@ -163,19 +196,19 @@ std::string LanguageText(const std::vector<std::string>& strings) {
 std::string SavegameData(std::string_view title, std::int32_t number, int minutes) {
     constexpr std::size_t kTitleSize = 75;
     constexpr std::size_t kSize = 15954;
-    std::string bytes;
-    AppendFixed(title, kTitleSize, bytes);
-    AppendLong(number, bytes);
-    AppendWord(0, bytes); // days
-    AppendWord(minutes / 60, bytes);
-    AppendWord(minutes % 60, bytes);
-    AppendWord(0, bytes); // seconds
-    const std::size_t state = bytes.size();
-    for (std::size_t i = state; i + 1 < kSize; ++i)
-        bytes += static_cast<char>((i / 61 * static_cast<std::size_t>(number)) & 0x3F);
-    const int sum = std::accumulate(bytes.begin() + static_cast<std::ptrdiff_t>(state), bytes.end(), 0);
-    AppendByte(-sum, bytes);
-    return bytes;
+    ByteWriter bytes;
+    PutFixed(title, kTitleSize, bytes);
+    bytes.Put<std::int32_t>(number);
+    bytes.Put<std::int16_t>(0); // days
+    bytes.Put<std::int16_t>(static_cast<std::int16_t>(minutes / 60));
+    bytes.Put<std::int16_t>(static_cast<std::int16_t>(minutes % 60));
+    bytes.Put<std::int16_t>(0); // seconds
+    std::string state;
+    for (std::size_t i = bytes.Size(); i + 1 < kSize; ++i)
+        state += static_cast<char>((i / 61 * static_cast<std::size_t>(number)) & 0x3F);
+    bytes.Bytes(state);
+    bytes.Put<std::uint8_t>(static_cast<std::uint8_t>(-std::accumulate(state.begin(), state.end(), 0)));
+    return bytes.Take();
 }
 
 } // namespace kelvash::cli

@@ -2,8 +2,8 @@
 #include <array>
 #include <cmath>
 
-#include "cli/demo_bytes.h"
 #include "cli/demo_files.h"
+#include "foundation/bytes.h"
 #include "swap/bitmap_file.h"
 
 namespace kelvash::cli {
@@ -49,36 +49,34 @@ std::string LandscapeBitmap(unsigned seed) {
     for (int y = 0; y < kHeight; ++y) // rows from bottom to top, of a width that needs no padding
         for (int x = 0; x < kWidth; ++x) {
             const Colour colour = PointOf(x, y, seed);
-            AppendByte(colour.blue, bytes);
-            AppendByte(colour.green, bytes);
-            AppendByte(colour.red, bytes);
+            for (const int value : {colour.blue, colour.green, colour.red})
+                bytes += static_cast<char>(value);
         }
     return bytes;
 }
 
 std::string GridPcx() {
-    constexpr int kSide = 32;
-    constexpr int kRunMark = 0xC0; // with the length of a run in its low bits
+    constexpr std::int16_t kSide = 32;
+    constexpr std::uint8_t kRunMark = 0xC0; // with the length of a run in its low bits
     constexpr std::size_t kHeadSize = 128;
-    std::string bytes;
-    for (const int value : {10, 5, 1, 8}) // maker, version, run-length packed, bits
-        AppendByte(value, bytes);
-    for (const int value : {0, 0, kSide - 1, kSide - 1, 72, 72})
-        AppendWord(value, bytes);
-    bytes.append(48 + 1, '\0');
-    AppendByte(1, bytes); // planes
-    AppendWord(kSide, bytes);
-    AppendWord(1, bytes);
-    bytes.resize(kHeadSize);
+    ByteWriter bytes;
+    bytes.Bytes("\x0A\x05\x01\x08"); // maker, version, run-length packed, bits
+    for (const std::int16_t value : std::array<std::int16_t, 6>{0, 0, kSide - 1, kSide - 1, 72, 72})
+        bytes.Put<std::int16_t>(value);
+    bytes.Zeros(48 + 1);
+    bytes.Put<std::uint8_t>(1); // planes
+    bytes.Put<std::int16_t>(kSide);
+    bytes.Put<std::int16_t>(1);
+    bytes.Zeros(kHeadSize - bytes.Size());
     for (int y = 0; y < kSide; ++y)
         for (int x = 0; x < kSide; x += 8) {
-            AppendByte(kRunMark + 8, bytes);
-            AppendByte((x / 8 + y / 8) % 2, bytes);
+            bytes.Put<std::uint8_t>(kRunMark + 8);
+            bytes.Put<std::uint8_t>((x / 8 + y / 8) % 2 == 0 ? 0 : 1);
         }
-    AppendByte(12, bytes); // a palette follows
-    bytes += std::string(3, '\x20') + std::string(3, '\xE0');
-    bytes.append(254 * 3, '\0');
-    return bytes;
+    bytes.Put<std::uint8_t>(12); // a palette follows
+    bytes.Bytes(std::string(3, '\x20') + std::string(3, '\xE0'));
+    bytes.Zeros(std::size_t{254} * 3);
+    return bytes.Take();
 }
 
 std::string PagePdf(const std::vector<std::string>& lines) {

@@ -3,11 +3,11 @@
 #include <iostream>
 
 #include "cli/messages.h"
-#include "core/message_tables.h"
 #include "foundation/drive_options.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
+#include "program/message_tables.h"
 
 namespace kelvash::cli {
 
@@ -20,9 +20,9 @@ fs::path HomeOf(const Options& options) {
 namespace {
 
 void TakeMessageTable(const std::string& table) {
-    const core::TableLoading loading = core::LoadMessageTable(table);
+    const program::TableLoading loading = program::LoadMessageTable(table);
     const std::string path = NativePath(table).string();
-    const std::string lines = core::RefusedLinesText(loading);
+    const std::string lines = program::RefusedLinesText(loading);
     std::string told;
     if (!loading.Taken)
         told = LoadMessage(msg::kCliTableRefused) + path +

@@ -6,14 +6,15 @@
 #include "cli/terminal.h"
 #include "core/archive.h"
 #include "core/level_list.h"
-#include "core/level_view.h"
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/drive_options.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
+#include "program/end.h"
+#include "program/level_view.h"
+#include "program/start_up.h"
 
 namespace kelvash::cli {
 
@@ -22,12 +23,12 @@ bool OpenQuickly(Session& session) {
     core::ProfileState state{};
     if (!core::OpenProfile(state)) return false;
     const std::string path(Trim(core::profile.LastArchive));
-    return path.empty() || core::LoadLastArchive(path);
+    return path.empty() || program::LoadLastArchive(path);
 }
 
 bool StartUpWithArchive(Session& session, const std::string& command_line) {
     if (!TakeHome(session, MissingHome::Refuse)) return false;
-    core::StartUp(command_line);
+    program::StartUp(command_line);
     if (Interrupted()) return false;
     if (core::ArchiveIsOpen()) return true;
     if (!session.user.HasTold()) TellNoArchive();
@@ -36,7 +37,7 @@ bool StartUpWithArchive(Session& session, const std::string& command_line) {
 
 bool EndSession(const Session& session) {
     if (!session.home_taken) return true;
-    if (core::SaveProfile()) return !core::archive.ArchiveChanged;
+    if (program::SaveProfile()) return !core::archive.ArchiveChanged;
     TellProfileNotSaved();
     return false;
 }
@@ -53,7 +54,7 @@ bool TakeCode(const std::string& typed, std::int32_t& code) {
     const std::optional<std::int32_t> number = WholeNumber(typed);
     code = number.value_or(-1);
     if (number && core::LevelIndex(code) >= 0) return true;
-    core::TellUnknownLevel(typed);
+    program::TellUnknownLevel(typed);
     return false;
 }
 

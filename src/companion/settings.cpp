@@ -5,7 +5,7 @@
 
 #include "companion/messages.h"
 #include "core/path_field.h"
-#include "core/start_up.h"
+#include "core/session.h"
 #include "foundation/desktop.h"
 #include "foundation/drives.h"
 #include "foundation/messages.h"

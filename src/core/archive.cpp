@@ -253,4 +253,14 @@ std::string ArchiveTitle() {
                        {std::to_string(archive.Header.LevelCount) + " (" + FileNameOf(profile.LastArchive)});
 }
 
+bool ArchiveIsOpen() {
+    return !Trim(profile.LastArchive).empty() && archive.Header.LevelCount > 0;
+}
+
+void CloseArchive() {
+    static_cast<ArchiveContents&>(archive) = ArchiveState();
+    DropChanges();
+    RefreshLevelList();
+}
+
 } // namespace kelvash::core

@@ -24,6 +24,10 @@ struct ArchiveState : ArchiveContents {
 };
 extern ArchiveState& archive;
 
+bool ArchiveIsOpen();
+// Leaves none open: table and list are empty.
+void CloseArchive();
+
 // Table index of the level with that code; -1 if no level has it.
 std::int32_t LevelIndex(std::int32_t code);
 // The record of that level; the spare one behind the table if no level has the code.

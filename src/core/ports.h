@@ -1,7 +1,8 @@
-// What the Archive and its locks ask of what stands above them, and is defined there.
+// What the Archive, the profile and the locks ask of what stands above them, and is defined there.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 namespace kelvash::core {
 
@@ -12,5 +13,8 @@ namespace kelvash::core {
 
 // Id of the process of a game of the TRLE folder, whoever has started it; 0 if none runs. In companion/.
 std::int64_t FindGame();
+
+// Whether the backup is a full one, as its note says; nothing without a note. In swap/.
+std::optional<bool> BackupIsFull();
 
 } // namespace kelvash::core

@@ -2,12 +2,9 @@
 
 #include <filesystem>
 
-#include "core/archive.h"
-#include "core/archive_messages.h"
 #include "core/change_messages.h"
 #include "core/fragments.h"
-#include "core/start_up.h"
-#include "foundation/desktop.h"
+#include "core/ports.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/guarded_folders.h"
@@ -17,7 +14,6 @@
 #include "foundation/state.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "swap/backup.h"
 
 namespace kelvash::core {
 
@@ -60,6 +56,10 @@ std::string MergedBytes(const std::optional<std::string>& old) {
     return merged;
 }
 
+void TakeKindOfBackup() {
+    profile.FullBackup = BackupIsFull().value_or(profile.FullBackup);
+}
+
 std::vector<GuardedFolder> GuardedTrle() {
     return {{TrleFolder(), Guard::AllButFiles}};
 }
@@ -92,7 +92,7 @@ ProfileState LoadProfile() {
     file_state = FileState();
     file_state.seen = EncodeProfile(profile);
     if (IsMissing(ProfilePath())) {
-        swap::TakeKindOfBackup();
+        TakeKindOfBackup();
         return ProfileState::FirstRun;
     }
     const std::optional<std::string> bytes = ReadProfileFile();
@@ -100,7 +100,7 @@ ProfileState LoadProfile() {
     if (!bytes) return ProfileState::Unreadable;
     file_state.current = DecodeProfile(*bytes, profile);
     file_state.seen = EncodeProfile(profile);
-    swap::TakeKindOfBackup(); // a run that crashed after the backup was made has kept nothing else
+    TakeKindOfBackup(); // a run that crashed after the backup was made has kept nothing else
     return file_state.current ? ProfileState::Current : ProfileState::Upgraded;
 }
 
@@ -132,44 +132,8 @@ bool WriteProfile() {
     return true;
 }
 
-namespace {
-
-// Of one that wasn't read nothing was changed.
 bool ProfileStands() {
     return file_state.unreadable || WriteProfile();
-}
-
-void PutAnimationBack() {
-    if (session.Started) TheDesktop().SetWindowAnimation(session.WindowAnimation);
-}
-
-bool MayLoseArchive() {
-    return AskYesNo(MessageStyle::Exclamation,
-                    LoadMessage(msg::kCloseUnsavedArchive, {FileNameOf(profile.LastArchive), kLineBreak}));
-}
-
-bool MayLoseProfile() {
-    return AskYesNo(MessageStyle::Exclamation,
-                    LoadMessage(msg::kCloseUnsavedProfile, {ProfilePath(), kLineBreak}));
-}
-
-} // namespace
-
-bool SaveProfile() {
-    static_cast<void>(AskSaveArchive()); // archive.ArchiveChanged tells
-    const bool stands = ProfileStands();
-    PutAnimationBack();
-    return stands;
-}
-
-bool SaveToClose() {
-    if (!AskSaveArchive()) {
-        if (!MayLoseArchive()) return false;
-        DropChanges();
-    }
-    if (!ProfileStands() && !MayLoseProfile()) return false;
-    PutAnimationBack();
-    return true;
 }
 
 } // namespace kelvash::core

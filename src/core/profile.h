@@ -98,12 +98,8 @@ ProfileState LoadProfile();
 // Brings what this run has changed into the file, over what other programs have written since; the profile is
 // what the file holds then. False if it can't be written; the old settings stand then.
 [[nodiscard]] bool WriteProfile();
-// Offers to save the Archive (one that couldn't be saved has its changes still), writes the profile, and puts
-// the window animation back. False, without a message, if the profile can't be written; the old settings
-// stand then.
-[[nodiscard]] bool SaveProfile();
-// The same where the user can stay: for the Archive or the profile that couldn't be saved it asks whether the
-// changes may be lost. False if not; the run goes on then.
-[[nodiscard]] bool SaveToClose();
+// True if nothing of this run is missing in the file: written now, or never read, so that nothing was
+// changed.
+[[nodiscard]] bool ProfileStands();
 
 } // namespace kelvash::core

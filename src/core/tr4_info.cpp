@@ -6,8 +6,6 @@
 #include <optional>
 
 #include "core/archive.h"
-#include "core/change.h"
-#include "core/change_messages.h"
 #include "core/fragments.h"
 #include "core/level_messages.h"
 #include "core/owner_moves.h"
@@ -17,7 +15,6 @@
 #include "foundation/path.h"
 #include "foundation/state.h"
 #include "foundation/text.h"
-#include "swap/compression.h"
 
 namespace kelvash::core {
 
@@ -33,45 +30,12 @@ constinit std::vector<Tr4Info>& Tr4List = State<Tr4State>::Get().List;
 
 namespace {
 
-std::string PathOfInfo(std::int32_t code) {
-    return LevelFolder(code, false) + LoadFragment(fragment::kTr4InfoName);
-}
-
 const LevelRecord& LevelAt(std::int32_t index) {
     return archive.Levels[static_cast<std::size_t>(index)];
 }
 
 bool IsSame(const Tr4Info& a, const Tr4Info& b) {
     return a.FileSize == b.FileSize && EqualNoCase(Trim(a.FileName), Trim(b.FileName));
-}
-
-bool HasLevelFiles(const std::string& files) {
-    return AnyFile(files, LoadFragment(fragment::kTr4InfoMask));
-}
-
-void WriteAndTell(std::int32_t index) {
-    if (!WriteTr4Info(index))
-        TellCritical(LoadMessage(msg::kCannotWriteTr4Info) + PathOfInfo(LevelAt(index).Code));
-}
-
-// Makes the tr4.inf of one level. False if its CD isn't there.
-bool CreateInfo(std::int32_t index) {
-    const std::string files = FilesFolder(LevelFolder(LevelAt(index).Code, true));
-    if (archive.CdMissing) return false;
-    if (HasLevelFiles(files)) {
-        ListTr4(files);
-        WriteAndTell(index);
-        return true;
-    }
-    std::string temp;
-    if (!swap::DecompressLevelFiles(files, temp, false)) {
-        TellCritical(LoadMessage(msg::kCreatingDecompressError) + std::string(Trim(LevelAt(index).Name)));
-    } else if (!temp.empty()) {
-        ListTr4(temp);
-        if (!Tr4List.empty()) WriteAndTell(index);
-    }
-    if (!temp.empty()) RemoveFolder(temp);
-    return true;
 }
 
 // Fills Tr4List with the files of a level without a tr4.inf. False if they are on a CD that isn't there.
@@ -149,6 +113,10 @@ std::string EncodeTr4Info(const std::vector<Tr4Info>& list) {
     return bytes.Take();
 }
 
+std::string Tr4InfoPath(std::int32_t code) {
+    return LevelFolder(code, false) + LoadFragment(fragment::kTr4InfoName);
+}
+
 void ListTr4(std::string_view folder) {
     Tr4List.clear();
     for (const std::string& file : ListFiles(folder, LoadFragment(fragment::kTr4InfoMask))) {
@@ -162,13 +130,13 @@ void ListTr4(std::string_view folder) {
 
 bool WriteTr4Info(std::int32_t index) {
     const std::int32_t code = LevelAt(index).Code;
-    if (!ReplaceFileBytes(PathOfInfo(code), EncodeTr4Info(Tr4List), Flush::Yes)) return false;
+    if (!ReplaceFileBytes(Tr4InfoPath(code), EncodeTr4Info(Tr4List), Flush::Yes)) return false;
     NoteLevelChanged(LevelFolder(code, false));
     return true;
 }
 
 bool ReadTr4Info(std::int32_t code) {
-    const std::optional<std::string> bytes = ReadFileBytes(PathOfInfo(code));
+    const std::optional<std::string> bytes = ReadFileBytes(Tr4InfoPath(code));
     Tr4List = bytes ? DecodeTr4Info(*bytes) : std::vector<Tr4Info>();
     return bytes.has_value();
 }
@@ -212,21 +180,6 @@ std::int32_t ControllaUguali() {
                                          ? LoadMessage(msg::kEqualNone, {kLineBreak})
                                          : LoadMessage(msg::kEqualSome, {kLineBreak, std::to_string(count)}));
     return count;
-}
-
-void CreaInfoTr4() {
-    const Change change(msg::kDoingTr4Infos, kHomeFolder | kArchiveFolder);
-    if (!change) return;
-    ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(msg::kCreatingInfos));
-    for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i) {
-        TheUser().PumpEvents();
-        if (TheUser().StopRequested()) return;
-        if (!FileExists(PathOfInfo(LevelAt(i).Code)) && !CreateInfo(i)) {
-            ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kCreatingCdMissing));
-            return;
-        }
-        ProgressPercent(progress.bar, i + 1, archive.Header.LevelCount);
-    }
 }
 
 } // namespace kelvash::core

@@ -34,6 +34,8 @@ static_assert(IsLayout(kTr4InfoFields, kTr4InfoSize));
 std::vector<Tr4Info> DecodeTr4Info(std::string_view bytes);
 std::string EncodeTr4Info(const std::vector<Tr4Info>& list);
 
+std::string Tr4InfoPath(std::int32_t code);
+
 // Fills Tr4List with the .tr4 files of a folder; names are what a record holds of them.
 void ListTr4(std::string_view folder);
 // Writes Tr4List to the tr4.inf of a level, given by its place in the table. False if it can't be written;
@@ -52,9 +54,7 @@ struct EqualLevel {
 [[nodiscard]] bool CheckEqualLevels(const std::vector<Tr4Info>& list, std::int32_t own_code,
                                     EqualLevel& equal, Bar* bar = nullptr);
 
-// The commands "Check for equal levels in archive" and "Create all [info tr4 files]". ControllaUguali gives
-// the number of equal levels found, -1 if it was broken off.
+// The command "Check for equal levels in archive": the number of equal levels found, -1 if it was broken off.
 std::int32_t ControllaUguali();
-void CreaInfoTr4();
 
 } // namespace kelvash::core

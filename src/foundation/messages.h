@@ -51,7 +51,7 @@ bool AsksPassword(MessageId id);
 
 // Texts by the ids of the messages whose place they take.
 using Translation = std::unordered_map<std::int32_t, std::string>;
-// Takes the place of the translation before; see core/message_tables.h for what may stand in one.
+// Takes the place of the translation before; see program/message_tables.h for what may stand in one.
 void SetTranslation(Translation translation);
 
 } // namespace kelvash

@@ -26,7 +26,6 @@ class AbsentUser final : public User {
     std::optional<std::string> ChooseFolder(const MessageText&, const std::string&) override {
         return std::nullopt;
     }
-    std::string ShowForm(const ChoiceForm&) override { return {}; }
     void OpenProgress(BarPlace, const std::string&) override {}
     void CloseProgress(BarPlace) override {}
     void SetLabel(BarPlace, const std::string&) override {}

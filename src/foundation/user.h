@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "foundation/form.h"
 #include "foundation/message_text.h"
 
 namespace kelvash {
@@ -29,16 +29,6 @@ struct FileDialog {
     std::string name;
 };
 
-// A form that only chooses: what it is called, the caption it opens with, what it starts from (a path, a
-// list index, empty), the names of the buttons that can end it, the harmless one last, and what it says.
-struct ChoiceForm {
-    std::string name;
-    std::string caption;
-    std::string start;
-    std::vector<std::string> buttons;
-    std::string text{};
-};
-
 // Where a label and a bar stand. StoppableDialog is the progress dialog of a job that heeds StopRequested;
 // CallerForm the form on top that has a label and a bar for its jobs, nowhere if none is open.
 enum class BarPlace { ProgressDialog, StoppableDialog, ZipDialog, WaitDialog, MainWindow, CallerForm };
@@ -56,6 +46,9 @@ class User {
     User& operator=(const User&) = delete;
     virtual ~User() = default;
 
+    // How the forms that the logic opens are shown.
+    FormRunners forms;
+
     virtual void Message(MessageStyle style, const MessageText& text) = 0;
     // One of the answers that the buttons offer, or None. The text begins with a question of the message
     // table.
@@ -67,9 +60,6 @@ class User {
     virtual std::optional<std::string> OpenFile(const FileDialog& dialog) = 0;
     virtual std::optional<std::string> SaveFile(const FileDialog& dialog) = 0;
     virtual std::optional<std::string> ChooseFolder(const MessageText& caption, const std::string& start) = 0;
-    // The name of the button that ended the form, or the path that was chosen in it; empty when it was
-    // closed. The accepting button's name, where a path is to be chosen, means that none was.
-    virtual std::string ShowForm(const ChoiceForm& form) = 0;
 
     // The progress, zip and wait dialogs. They nest in the order of opening; closing one that isn't open is
     // harmless.
@@ -111,6 +101,11 @@ Answer WillingAnswer(Buttons buttons, const MessageText& question);
 void ShowMessage(MessageStyle style, const MessageText& text);
 void TellCritical(const MessageText& text);
 bool AskYesNo(MessageStyle style, const MessageText& text);
+// Shows a form of form.h; false if it was given up.
+template <FormRecord Record>
+[[nodiscard]] bool ShowForm(Record& record) {
+    return TheUser().forms.Run(record);
+}
 
 // Sets a bar to the whole percentage of done in total, and looks after the interface. A total of 0 counts as
 // 1, done above total as total. The bar is only redrawn on a change.

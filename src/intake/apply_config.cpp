@@ -5,7 +5,6 @@
 
 #include "core/archive.h"
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -17,6 +16,7 @@
 #include "intake/fragments.h"
 #include "intake/messages.h"
 #include "intake/work_folder.h"
+#include "swap/backup.h"
 
 namespace kelvash::intake {
 
@@ -279,7 +279,7 @@ bool CheckLevelConfigFiles(const NewLevel& level, Loudness loudness) {
 bool WadsInstalled(const std::string& proof, const std::string& url) {
     constexpr std::int64_t kSmallestRevisedWad = 3000001; // only this tells the revised wads from the first
     if (FindNoCase(UrlFileName(url), LoadFragment(fragment::kConfigRevisedWord)) != std::string::npos)
-        return FileSize(core::BackupFolder() + LoadFragment(fragment::kConfigRevisedWad)) >=
+        return FileSize(swap::BackupFolder() + LoadFragment(fragment::kConfigRevisedWad)) >=
                kSmallestRevisedWad;
     const std::optional<PlainName> name = PlainName::From(proof);
     return name && FileExists(PathIn(core::TrleFolder() + LoadFragment(fragment::kConfigWadsFolder), *name));

@@ -10,10 +10,8 @@
 #include "core/change.h"
 #include "core/kept_folders.h"
 #include "core/level_list.h"
-#include "core/level_messages.h"
 #include "core/path_field.h"
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/known_names.h"
@@ -23,12 +21,13 @@
 #include "foundation/plain_name.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "foundation/zip_module.h"
 #include "intake/apply_config.h"
 #include "intake/fragments.h"
 #include "intake/level_config.h"
 #include "intake/messages.h"
+#include "swap/backup.h"
 #include "swap/compression.h"
+#include "zip/zip_module.h"
 
 namespace kelvash::intake {
 
@@ -144,7 +143,7 @@ void FillConfig(const core::LevelRecord& level, const std::string& out) {
 
 // True if a zip there would replace a file that isn't an export's, or vanish with its folder.
 bool IsOurPlace(const std::string& target, const ExportFolders& folders) {
-    std::vector<std::string> forbidden = {folders.out, core::BackupFolder()};
+    std::vector<std::string> forbidden = {folders.out, swap::BackupFolder()};
     if (!folders.decompressed.empty()) forbidden.push_back(folders.decompressed);
     if (!core::TrleFolder().empty()) forbidden.push_back(core::TrleFolder());
     for (std::int32_t i = 0; i < core::archive.Header.LevelCount; ++i)
@@ -175,7 +174,7 @@ bool MakeZip(const std::string& out, const std::string& target, ProgressDialog& 
     progress.Label(LoadMessage(msg::kExportZipping) + target);
     std::vector<std::string> entries;
     std::string message;
-    if (ZipFolder(out, target, entries, Recurse::No, progress.bar, message)) return true;
+    if (zip::ZipFolder(out, target, entries, zip::Recurse::No, progress.bar, message)) return true;
     if (!TheUser().StopRequested()) TellCritical(LoadMessage(msg::kExportZipError) + kLineBreak + message);
     return false;
 }

@@ -1,22 +1,21 @@
 #include "intake/new_level.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "core/archive.h"
 #include "core/change.h"
-#include "core/change_messages.h"
 #include "core/kept_folders.h"
 #include "core/level_list.h"
-#include "core/start_up.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "foundation/zip_module.h"
 #include "intake/apply_config.h"
 #include "intake/messages.h"
 #include "intake/work_folder.h"
+#include "zip/zip_module.h"
 
 namespace kelvash::intake {
 
@@ -127,6 +126,34 @@ bool HasSomething(const NewLevel& level) {
            (!level.OnCd && DiffersFromSnapshot(level));
 }
 
+// A form that nobody shows gives the level up.
+void OpenForm(NewLevel& level) {
+    if (level.State == FormState::Open && !ShowForm(level) && level.State == FormState::Open)
+        CancelLevel(level);
+}
+
+// Makes record and folders, lets `work` fill them, and takes both away again unless the level was saved.
+bool AddBy(const std::string& zip, const std::function<void(NewLevel&)>& work) {
+    if (!CanAdd()) return false;
+    const core::Change change(msg::kDoingAdd, core::kAll);
+    if (!change) return false;
+    const std::int32_t code = core::NextLevelCode();
+    const std::string folder = core::LevelFolder(code, false);
+    if (!MakeLevelFolder(folder)) return false;
+    NewLevel level;
+    BeginNewLevel(level, AppendRecord(code), zip);
+    if (level.State == FormState::Open) work(level);
+    if (level.State == FormState::Saved) {
+        core::ArchiveTouched();
+        core::RefreshLevelList();
+        core::SelectLevel(code);
+        return true;
+    }
+    DropLastRecord();
+    if (!RemoveTree(folder)) TellCritical(LoadMessage(msg::kNewLevelCannotRemove) + folder);
+    return false;
+}
+
 MessageText SummaryOf(std::size_t added, std::size_t all, const std::vector<std::string>& left_out) {
     MessageText text = LoadMessage(msg::kAddedSummary, {std::to_string(added), std::to_string(all)});
     if (left_out.empty()) return text;
@@ -158,40 +185,33 @@ void GiveUpLevel(NewLevel& level) {
     if (!HasSomething(level) || AskYesNo(MessageStyle::Question, LoadMessage(question))) CancelLevel(level);
 }
 
-bool AddLevel(const std::string& zip, const LevelForm& form) {
-    if (!CanAdd()) return false;
-    const core::Change change(msg::kDoingAdd, core::kAll);
-    if (!change) return false;
-    const std::int32_t code = core::NextLevelCode();
-    const std::string folder = core::LevelFolder(code, false);
-    if (!MakeLevelFolder(folder)) return false;
-    NewLevel level;
-    BeginNewLevel(level, AppendRecord(code), zip);
-    if (level.State == FormState::Open) form(level);
-    if (level.State == FormState::Saved) {
-        core::ArchiveTouched();
-        core::RefreshLevelList();
-        core::SelectLevel(code);
-        return true;
-    }
-    DropLastRecord();
-    if (!RemoveTree(folder)) TellCritical(LoadMessage(msg::kNewLevelCannotRemove) + folder);
-    return false;
+bool AddLevel(const std::string& source) {
+    // A zip gives the new level its name too.
+    const bool zip = EndsWithNoCase(source, ".zip") && FileExists(source);
+    return AddBy(zip ? source : std::string(), [&](NewLevel& level) {
+        if (!zip && !source.empty()) AddSource(level, source);
+        OpenForm(level);
+    });
 }
 
-void ShowProperty(const LevelForm& form) {
+bool ShowProperty() {
     const core::Change change(msg::kDoingProperties, core::kAll, core::SelectedLevel());
-    if (!change) return;
+    if (!change) return false;
     const std::int32_t index = core::LevelIndex(core::SelectedLevel());
     if (index < 0) {
         ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kPropertyNoLevel));
-        return;
+        return false;
     }
     NewLevel level;
     BeginLevel(level, index);
-    if (level.State == FormState::Open) form(level);
+    OpenForm(level);
     core::ArchiveTouched();
     core::RefreshLevelList();
+    return level.State == FormState::Saved;
+}
+
+bool AddLevelOf(const std::vector<std::string>& sources, const std::string& name) {
+    return AddBy({}, [&](NewLevel& level) { TakeSourcesAndStore(level, sources, name); });
 }
 
 void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& sources, const std::string& name) {
@@ -215,7 +235,7 @@ void AddLevels(const std::vector<std::string>& sources) {
     bool stopped = false; // a stop is meant for all that is left
     std::vector<std::string> left_out;
     for (const std::string& source : sources) {
-        const bool taken = !stopped && AddLevel({}, [&](NewLevel& level) {
+        const bool taken = !stopped && AddBy({}, [&](NewLevel& level) {
             TakeSourcesAndStore(level, {source});
             stopped = level.Stopped;
         });

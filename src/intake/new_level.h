@@ -1,19 +1,18 @@
 // Adding a level and changing its properties: the one door through which files become a level of the Archive.
 //
 // The files are gathered flat in one work folder, recognised, repaired where something is missing, and stored
-// in the level's FILES folder. NewLevel is the state of one open Dialog_NewLevel; the form shows its fields
-// and calls these procedures, and so does the command line without a form.
+// in the level's FILES folder. NewLevel is the state of one open Dialog_NewLevel; the form that is opened
+// with it (foundation/form.h) shows its fields and calls these procedures until it isn't Open any more.
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "core/records.h"
-#include "foundation/zip_module.h"
+#include "zip/zip_module.h"
 
 namespace kelvash::intake {
 
@@ -28,7 +27,7 @@ enum class FormState { Open, Saved, Cancelled };
 
 // The zips of one open dialog, those that come out of zips included.
 struct ZipsAtWork {
-    ZipBudget Budget;
+    zip::ZipBudget Budget;
     std::map<std::string, int> Depths;     // of zips that came out of another one, by folded name
     std::map<std::string, FileStamp> Left; // not to be tried again as they are, by folded name
     int Inner = 0;                         // zips that came out of another one and were unpacked
@@ -36,6 +35,7 @@ struct ZipsAtWork {
 };
 
 struct NewLevel {
+    static constexpr const char* kForm = "Dialog_NewLevel";
     std::int32_t LevelIndex = -1; // place in the level table
     bool Adding = false;          // the level is only being added, and goes again unless it is stored
     std::string WorkFolder;       // whose files are shown and worked on
@@ -71,22 +71,17 @@ struct NewLevel {
 // A package file has been applied in the open dialog: another one is deleted unread.
 extern bool& ConfigApplied;
 
-// The form over a level, shown modally; it returns when State isn't Open any more.
-using LevelForm = std::function<void(NewLevel&)>;
-
-// The command "Add new level": adds a record and its folders and opens the form, with the files of a zip if
-// one is given. A level that isn't saved goes again with its folder. True, with the level selected, if it was
-// saved.
-bool AddLevel(const std::string& zip, const LevelForm& form);
-// The command "Properties of current level" on the selected level.
-void ShowProperty(const LevelForm& form);
-// Adds each source (a zip, a folder or a file) as a level of its own without a form, questions apart, and
-// tells a summary at the end.
-void AddLevels(const std::vector<std::string>& sources);
-// What AddLevels does with the sources of one level: the form's part of a whole dialog. A name that is given
+// The command "Add new level": adds a record and its folders and opens the form, with what is given (a zip, a
+// folder or a file) already taken in. A level that isn't saved goes again with its folder. True, with the
+// level selected, if it was saved.
+bool AddLevel(const std::string& source = {});
+// The command "Properties of current level" on the selected level. True if they were saved.
+bool ShowProperty();
+// The same as AddLevel without the form, questions apart, of all sources of one level. A name that is given
 // goes before all others.
-void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& sources,
-                         const std::string& name = {});
+bool AddLevelOf(const std::vector<std::string>& sources, const std::string& name = {});
+// Adds each source as a level of its own in that way, and tells a summary at the end.
+void AddLevels(const std::vector<std::string>& sources);
 
 // Prepares the dialog for the properties of a level, or for a level that is being added (ImpostaValori).
 // State is Cancelled if the dialog must not open.
@@ -96,6 +91,9 @@ void BeginNewLevel(NewLevel& level, std::int32_t index, const std::string& zip);
 void RefreshFileList(NewLevel& level);
 // Pul_Refresh: the same, then the package file.
 void Refresh(NewLevel& level);
+// Takes sources in and stores the level without a form, or gives it up.
+void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& sources,
+                         const std::string& name = {});
 // Selects a document by the usual names of readme files, if none is selected.
 void PickMoreInfoFile(NewLevel& level);
 

@@ -3,8 +3,6 @@
 #include <array>
 #include <optional>
 
-#include "core/level_messages.h"
-#include "core/start_up.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
@@ -13,6 +11,7 @@
 #include "intake/fragments.h"
 #include "intake/messages.h"
 #include "intake/new_level.h"
+#include "swap/backup.h"
 
 namespace kelvash::intake {
 
@@ -94,8 +93,8 @@ bool CompleteScript(const std::string& folder) {
     const std::vector<std::string> files = ListFiles(folder, LoadFragment(fragment::kIntakeDatMask));
     if (std::any_of(files.begin(), files.end(), IsScriptDat)) return true;
     const std::string script = LoadFragment(fragment::kBackupScript);
-    if (!FileExists(core::BackupFolder() + script)) return true; // nothing to complete it with
-    if (CopyFile(core::BackupFolder() + script, folder + script)) return true;
+    if (!FileExists(swap::BackupFolder() + script)) return true; // nothing to complete it with
+    if (CopyFile(swap::BackupFolder() + script, folder + script)) return true;
     TellCritical(LoadMessage(msg::kCannotCompleteScript) + folder);
     return false;
 }
@@ -124,7 +123,7 @@ std::optional<std::size_t> AskLanguage(const std::vector<std::string>& files) {
 }
 
 std::optional<std::size_t> PickLanguage(const std::vector<std::string>& files) {
-    const std::vector<std::string> own = LanguageFiles(core::BackupFolder());
+    const std::vector<std::string> own = LanguageFiles(swap::BackupFolder());
     if (!own.empty())
         for (std::size_t i = 0; i < files.size(); ++i)
             if (EqualNoCase(FileNameOf(files[i]), FileNameOf(own.front()))) return i;

@@ -4,7 +4,6 @@
 
 #include "core/archive.h"
 #include "core/level_draft.h"
-#include "core/level_messages.h"
 #include "core/profile.h"
 #include "core/sizes.h"
 #include "core/tr4_info.h"

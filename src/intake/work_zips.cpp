@@ -10,10 +10,10 @@
 #include "foundation/plain_name.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "foundation/zip_module.h"
 #include "intake/fragments.h"
 #include "intake/messages.h"
 #include "intake/work_folder.h"
+#include "zip/zip_module.h"
 
 namespace kelvash::intake {
 
@@ -61,25 +61,25 @@ bool IsTooDeep(NewLevel& level, const std::string& zip) {
 }
 
 // A zip that has an entry of its own name is left alone after that: it has been replaced.
-UnzipEnd UnpackAndDelete(NewLevel& level, const std::string& zip) {
+zip::UnzipEnd UnpackAndDelete(NewLevel& level, const std::string& zip) {
     const int depth = DepthOf(level, zip);
     if (depth == 0) level.Zips.Budget.Packed += static_cast<double>(FileSize(zip));
     ProgressDialog progress(BarPlace::StoppableDialog,
                             LoadMessage(msg::kRefreshUnzipping, {FileNameOf(zip)}));
-    Unzipping job{zip, level.WorkFolder};
+    zip::Unzipping job{zip, level.WorkFolder};
     job.Budget = &level.Zips.Budget;
-    const Unzipped unzipped = UnzipToFolder(job, progress.bar);
+    const zip::Unzipped unzipped = zip::UnzipToFolder(job, progress.bar);
     NoteInnerZips(level, unzipped.Written, depth + 1);
-    const bool whole = unzipped.End == UnzipEnd::Whole;
-    if (whole && !ContainsNoCase(unzipped.Written, zip) && DeleteFile(zip)) return UnzipEnd::Whole;
+    const bool whole = unzipped.End == zip::UnzipEnd::Whole;
+    if (whole && !ContainsNoCase(unzipped.Written, zip) && DeleteFile(zip)) return zip::UnzipEnd::Whole;
     Leave(level, zip);
-    if (unzipped.End == UnzipEnd::Stopped) {
+    if (unzipped.End == zip::UnzipEnd::Stopped) {
         if (unzipped.NoPassword) TellStop({Arrival::Declined, unzipped.Message});
-        return UnzipEnd::Stopped;
+        return zip::UnzipEnd::Stopped;
     }
     TellCritical(LoadMessage(msg::kRefreshUnzipError) + FileNameOf(zip) +
                  ReasonLine(whole ? std::string() : unzipped.Message));
-    return UnzipEnd::Failed;
+    return zip::UnzipEnd::Failed;
 }
 
 // A file of a name that not every system can hold stays behind; the others are taken.
@@ -94,16 +94,16 @@ bool MayTake(const std::string& file, const std::string& target, std::set<std::s
     return ReadFileBytes(file) != ReadFileBytes(target) && AskReplaceFile(file, target);
 }
 
-Arrived Unzip(NewLevel& level, const std::string& zip, const std::string& folder, ZipFolders folders) {
+Arrived Unzip(NewLevel& level, const std::string& zip, const std::string& folder, zip::ZipFolders folders) {
     level.Zips.Budget.Packed += static_cast<double>(FileSize(zip));
     ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(msg::kAddUnzipping, {FileNameOf(zip)}));
-    Unzipping job{zip, folder};
+    zip::Unzipping job{zip, folder};
     job.Folders = folders;
     job.Budget = &level.Zips.Budget;
-    Unzipped unzipped = UnzipToFolder(job, progress.bar);
+    zip::Unzipped unzipped = zip::UnzipToFolder(job, progress.bar);
     NoteInnerZips(level, unzipped.Written, 1);
-    if (unzipped.End == UnzipEnd::Whole) return {Arrival::Whole};
-    if (unzipped.End == UnzipEnd::Failed) return {Arrival::Failed, std::move(unzipped.Message)};
+    if (unzipped.End == zip::UnzipEnd::Whole) return {Arrival::Whole};
+    if (unzipped.End == zip::UnzipEnd::Failed) return {Arrival::Failed, std::move(unzipped.Message)};
     if (TheUser().StopRequested()) return {Arrival::Stopped};
     return {Arrival::Declined, unzipped.NoPassword ? std::move(unzipped.Message) : std::string()};
 }
@@ -140,7 +140,7 @@ void UnpackZips(NewLevel& level) {
                 deep += kLineBreak + FileNameOf(zip);
                 continue;
             }
-            level.Zips.Stopped = UnpackAndDelete(level, zip) == UnzipEnd::Stopped;
+            level.Zips.Stopped = UnpackAndDelete(level, zip) == zip::UnzipEnd::Stopped;
             more = true;
         }
     }
@@ -186,11 +186,11 @@ Arrived AddFileOrZip(NewLevel& level, const std::string& source, const std::stri
         ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(msg::kAddCopying));
         return ArrivedWith(CopyFileStoppable(source, PathIn(target, *name)));
     }
-    if (through == Through::Direct) return Unzip(level, source, target, ZipFolders::Flat);
+    if (through == Through::Direct) return Unzip(level, source, target, zip::ZipFolders::Flat);
     const std::string temp = AppFolder() + LoadFragment(fragment::kAddTempZip);
     Bar bar{BarPlace::CallerForm, -1};
     if ((FolderExists(temp) && !RemoveFolderTree(temp, bar)) || !CreateFolder(temp)) return {Arrival::Failed};
-    Arrived arrived = Unzip(level, source, temp, ZipFolders::Kept);
+    Arrived arrived = Unzip(level, source, temp, zip::ZipFolders::Kept);
     if (arrived.How == Arrival::Whole) arrived = CopyFlat(ScanTree(temp).files, target);
     static_cast<void>(RemoveFolderTree(temp, bar)); // what is left goes at the next use
     return arrived;

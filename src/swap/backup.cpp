@@ -5,8 +5,8 @@
 #include "core/archive.h"
 #include "core/change.h"
 #include "core/level_list.h"
+#include "core/ports.h"
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -28,8 +28,6 @@ using trle_state::CurrentLevelCode;
 using trle_state::MarkerPath;
 
 namespace {
-
-using core::BackupFolder;
 
 enum class Kind { Full, Compact };
 
@@ -222,6 +220,10 @@ std::optional<bool> AskRemoval() {
 
 } // namespace
 
+std::string BackupFolder() {
+    return AppFolder() + LoadFragment(fragment::kBackupFolder);
+}
+
 bool BackupIsValid() {
     return AnyFile(BackupFolder(), LoadFragment(fragment::kBackupDatMask)) &&
            AnyFile(BackupFolder(), LoadFragment(fragment::kBackupBmpMask)) &&
@@ -281,10 +283,6 @@ bool OnChosenFolder(MessageId doing, std::int32_t level, const std::function<Swa
     }
 }
 
-void TakeKindOfBackup() {
-    if (const std::optional<BackupNote> note = ReadBackupNote()) core::profile.FullBackup = note->Full;
-}
-
 bool CreateBackup(bool force_full) {
     FinishBackup();
     if (!force_full && BackupIsValid()) return true;
@@ -314,3 +312,8 @@ void RefreshFullBackup() {
 }
 
 } // namespace kelvash::swap
+
+std::optional<bool> kelvash::core::BackupIsFull() {
+    const std::optional<swap::BackupNote> note = swap::ReadBackupNote();
+    return note ? std::optional<bool>(note->Full) : std::nullopt;
+}

@@ -21,6 +21,9 @@ namespace kelvash::swap {
 inline constexpr std::int64_t kFullBackupRoom = 251658240;
 inline constexpr std::int64_t kCompactBackupRoom = 94371840;
 
+// The folder backup_trle of the application's folder.
+std::string BackupFolder();
+
 // True if the backup has a .dat and a .bmp file in its root and a level.
 [[nodiscard]] bool BackupIsValid();
 
@@ -42,9 +45,6 @@ enum class Swapped { Done, Failed, Elsewhere };
 // for a game. False after a message, or when no folder is chosen.
 [[nodiscard]] bool OnChosenFolder(MessageId doing, std::int32_t level,
                                   const std::function<Swapped()>& operation);
-
-// Makes profile.FullBackup say what the note says, if there is one.
-void TakeKindOfBackup();
 
 // Asks whether TRLE holds its original configuration; its folder if so. Otherwise the user is told to set
 // TRLE up again, and the result is empty.

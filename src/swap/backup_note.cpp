@@ -7,21 +7,19 @@
 #include <cstdio>
 
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/date_text.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
+#include "swap/backup.h"
 #include "swap/backup_messages.h"
 #include "trle_state/fragments.h"
 
 namespace kelvash::swap {
 
 namespace {
-
-using core::BackupFolder;
 
 constexpr std::string_view kComment =
     ": Don't remove this file! It tells which folder the backup beside it is of.";

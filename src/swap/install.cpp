@@ -3,16 +3,13 @@
 #include <algorithm>
 #include <set>
 
-#include "companion/game.h"
 #include "core/archive.h"
 #include "core/change.h"
 #include "core/profile.h"
-#include "foundation/desktop.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/plain_name.h"
-#include "foundation/pumping.h"
 #include "foundation/text.h"
 #include "media/fragments.h"
 #include "media/media_config.h"
@@ -21,7 +18,6 @@
 #include "swap/fragments.h"
 #include "swap/kept_files.h"
 #include "swap/messages.h"
-#include "swap/record_additions.h"
 #include "swap/remove.h"
 #include "swap/saves.h"
 #include "swap/take_out.h"
@@ -327,6 +323,8 @@ Swapped Ended(bool well) {
     return well ? Swapped::Done : Swapped::Failed;
 }
 
+} // namespace
+
 Swapped InstallHere(std::int32_t code) {
     const std::int32_t previous = RemovePreviousLevel(code);
     if (!MayGoOn(code, previous)) return Swapped::Failed;
@@ -343,39 +341,12 @@ Swapped InstallHere(std::int32_t code) {
     return Ended(previous == code ? GiveBackOriginal() : InstallFiles(code));
 }
 
-} // namespace
-
 bool InstallLevel(std::int32_t code) {
     return OnChosenFolder(msg::kDoingInstall, code, [=] { return InstallHere(code); });
 }
 
 void TellNotInstalled() {
     TellCritical(LoadMessage(msg::kErrorInstalling));
-}
-
-bool PlayLevel(std::int32_t code) {
-    constexpr double kSecondsBeforeWatching = 2;
-    std::optional<Swapped> installed;
-    const bool started = OnChosenFolder(msg::kDoingPlay, code, [&] {
-        installed = InstallHere(code);
-        if (*installed != Swapped::Done || !companion::StartGame({}, false))
-            return *installed == Swapped::Done ? Swapped::Failed : *installed;
-        TheDesktop().ClearClipboard();
-        CompleteHashes();
-        return Swapped::Done;
-    });
-    if (!installed) return false; // another program is at work
-    if (!started) {
-        if (*installed == Swapped::Done)
-            TellCritical(LoadMessage(msg::kErrorLaunching));
-        else
-            TellNotInstalled();
-        return false;
-    }
-    // From here on the game keeps swaps out by itself.
-    WaitPumping(kSecondsBeforeWatching);
-    companion::game.WatcherActive = true;
-    return true;
 }
 
 } // namespace kelvash::swap

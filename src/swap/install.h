@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "swap/backup.h"
+
 namespace kelvash::swap {
 
 // One file of a level and its place relative to the TRLE folder, with a leading back-slash.
@@ -27,11 +29,10 @@ InstallPlan PlanInstall(const std::string& files, const std::string& trle);
 // Takes the previous level out and this one in, with its saves; 0 gives the original configuration back. True
 // if the level is ready to run. False after a message: the previous level may be out all the same.
 [[nodiscard]] bool InstallLevel(std::int32_t code);
+// The same as a part of an operation that OnChosenFolder runs.
+Swapped InstallHere(std::int32_t code);
 
 // For an install that has failed: what went wrong has been told.
 void TellNotInstalled();
-
-// Installs a level and starts the game. False after a message.
-[[nodiscard]] bool PlayLevel(std::int32_t code);
 
 } // namespace kelvash::swap

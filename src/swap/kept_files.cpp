@@ -4,7 +4,6 @@
 #include <chrono>
 
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/date_text.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
@@ -12,6 +11,7 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "swap/backup.h"
 #include "swap/fragments.h"
 #include "swap/messages.h"
 #include "trle_state/fragments.h"
@@ -79,8 +79,8 @@ bool MoveAside(const std::string& from, const std::string& to) {
 
 bool IsHeldElsewhere(const std::string& target) {
     return IsRewrittenByGame(target) || EqualNoCase(target, LoadFragment(fragment::kMarkerName)) ||
-           IsStill(core::TrleFolder() + target, StampOf(core::BackupFolder() + target)) ||
-           HoldSameBytes(core::BackupFolder() + target, core::TrleFolder() + target);
+           IsStill(core::TrleFolder() + target, StampOf(BackupFolder() + target)) ||
+           HoldSameBytes(BackupFolder() + target, core::TrleFolder() + target);
 }
 
 bool KeepFile(const std::string& target, KeptFiles& kept, std::string& place) {

@@ -7,7 +7,6 @@
 #include "core/change.h"
 #include "core/level_list.h"
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
@@ -39,8 +38,6 @@ using trle_state::SwapStep;
 using trle_state::WriteSwapRecord;
 
 namespace {
-
-using core::BackupFolder;
 
 // One run of the restore: what is told, what was put aside, what went wrong.
 struct Restoring {

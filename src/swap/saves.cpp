@@ -5,12 +5,13 @@
 
 #include "core/archive.h"
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
+#include "swap/backup.h"
+#include "swap/fragments.h"
 #include "swap/messages.h"
 #include "swap/rescued_saves.h"
 #include "trle/trle_folder.h"
@@ -52,7 +53,7 @@ struct StashPlan {
 };
 
 bool BackupHolds(const std::string& save) {
-    return HoldSameBytes(core::BackupFolder() + "\\" + FileNameOf(save), save);
+    return HoldSameBytes(BackupFolder() + "\\" + FileNameOf(save), save);
 }
 
 void PlanTwin(const std::string& old, const std::string& save, bool is_known, StashPlan& plan) {

@@ -4,12 +4,12 @@
 #include <unordered_map>
 
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "swap/backup.h"
 #include "swap/fragments.h"
 #include "swap/messages.h"
 
@@ -22,7 +22,6 @@ using trle_state::SwapRecord;
 
 namespace {
 
-using core::BackupFolder;
 using core::TrleFolder;
 
 bool IsAudio(const std::string& target) {

@@ -23,15 +23,11 @@ std::string FindTrleInRegistry() {
 bool AskTrleFolder() {
     const std::string known = FindTrleInRegistry();
     const std::string start = CheckTrleFolder(known, false) ? known : std::string();
-    const std::string accept = "Pul_Ok";
-    const std::string cancel = "Pul_Cancel";
     for (;;) {
-        std::string chosen = TheUser().ShowForm(
-            {"Dialog_TrovaTrle", LoadMessage(msg::kFindTrleCaption), start, {accept, cancel}});
-        if (chosen.empty() || chosen == cancel) return false;
-        if (chosen == accept) chosen = start;
-        if (CheckTrleFolder(chosen, true) && core::CheckPath(chosen)) {
-            profile.TrleFolder = chosen;
+        TrleFolderChoice choice{LoadMessage(msg::kFindTrleCaption), start};
+        if (!ShowForm(choice)) return false;
+        if (CheckTrleFolder(choice.Folder, true) && core::CheckPath(choice.Folder)) {
+            profile.TrleFolder = choice.Folder;
             return true;
         }
     }

@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "foundation/help_text.h"
 #include "ui/form_support.h"
+#include "ui/help_text.h"
 
 namespace kelvash::ui {
 

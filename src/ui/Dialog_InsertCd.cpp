@@ -3,7 +3,6 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include "core/start_up_messages.h"
 #include "foundation/drives.h"
 #include "ui/Dialog_InsertCd_messages.h"
 #include "ui/form_kit.h"
@@ -24,14 +23,8 @@ Dialog_InsertCd::Dialog_InsertCd(QWidget* parent) : QDialog(parent) {
     layout->setSpacing(fontMetrics().height());
     Pul_Ok->setDefault(true);
     setMinimumWidth(fontMetrics().averageCharWidth() * 48);
-    connect(Pul_Ok, &QPushButton::clicked, this, [this] {
-        Chosen = ToUtf8(Combo_Unita->currentIndex() < 0 ? Pul_Ok->objectName() : Combo_Unita->currentText());
-        accept();
-    });
-    connect(Pul_Cancel, &QPushButton::clicked, this, [this] {
-        Chosen = ToUtf8(Pul_Cancel->objectName());
-        reject();
-    });
+    connect(Pul_Ok, &QPushButton::clicked, this, &QDialog::accept);
+    connect(Pul_Cancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 void Dialog_InsertCd::Set_Caption_Texts() {
@@ -41,13 +34,13 @@ void Dialog_InsertCd::Set_Caption_Texts() {
                        {Pul_Cancel, msg::kInsertCdCancel}});
 }
 
-void Dialog_InsertCd::ImpostaValori(const ChoiceForm& form) {
-    setWindowTitle(ShownLine(form.caption));
-    Label_Mex->setText(ShownText(form.text));
+void Dialog_InsertCd::ImpostaValori(const cd::CdDriveChoice& choice) {
+    setWindowTitle(ShownLine(choice.Title));
+    Label_Mex->setText(ShownText(choice.Text));
     Combo_Unita->clear();
     for (const std::string& drive : CdDrives())
         Combo_Unita->addItem(FromUtf8(drive));
-    Combo_Unita->setCurrentIndex(Combo_Unita->findText(FromUtf8(form.start.substr(0, 2))));
+    Combo_Unita->setCurrentIndex(Combo_Unita->findText(FromUtf8(choice.Drive.substr(0, 2))));
 }
 
 } // namespace kelvash::ui

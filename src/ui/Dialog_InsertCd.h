@@ -5,9 +5,8 @@
 #include <QDialog>
 #include <QLabel>
 #include <QPushButton>
-#include <string>
 
-#include "foundation/user.h"
+#include "cd/cd_access.h"
 #include "ui/form_support.h"
 
 namespace kelvash::ui {
@@ -18,11 +17,7 @@ class Dialog_InsertCd final : public QDialog {
   public:
     explicit Dialog_InsertCd(QWidget* parent);
     void Set_Caption_Texts();
-    // Caption, text and the drive to start from.
-    void ImpostaValori(const ChoiceForm& form);
-
-    // The chosen drive ("X:"); "Pul_Cancel" or empty when the user gave up.
-    std::string Chosen;
+    void ImpostaValori(const cd::CdDriveChoice& choice);
 
     QLabel* const Label_Mex = Make<QLabel>(this, "Label_Mex");
     QLabel* const Label_Unita = Make<QLabel>(this, "Label_Unita");

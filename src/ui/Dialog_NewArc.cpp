@@ -21,7 +21,7 @@ Dialog_NewArc::Dialog_NewArc(QWidget* parent) : QDialog(parent) {
     setMinimumWidth(fontMetrics().averageCharWidth() * 70);
     for (QPushButton* button : {Pul_New, Pul_Load})
         connect(button, &QPushButton::clicked, this, [this, button] {
-            Chosen = ToUtf8(button->objectName());
+            MakeNew = button == Pul_New;
             accept();
         });
     ConnectHelp(this, Pul_Help, HelpMark::Archive);

@@ -4,7 +4,6 @@
 #include <QDialog>
 #include <QLabel>
 #include <QPushButton>
-#include <string>
 
 #include "ui/form_support.h"
 
@@ -17,8 +16,7 @@ class Dialog_NewArc final : public QDialog {
     explicit Dialog_NewArc(QWidget* parent);
     void Set_Caption_Texts();
 
-    // Name of the button that ended the form; empty when it was closed.
-    std::string Chosen;
+    bool MakeNew = false; // which button has ended the form
 
     QLabel* const Label_Info = Make<QLabel>(this, "Label_Info");
     QPushButton* const Pul_New = Make<QPushButton>(this, "Pul_New");

@@ -206,11 +206,4 @@ void Dialog_NewLevel::dropEvent(QDropEvent* event) {
         [this, paths] { WorkNow([&paths](intake::NewLevel& level) { AddSources(level, paths); }); });
 }
 
-intake::LevelForm NewLevelForm(FormsUser& user, QWidget* parent, std::vector<std::string> sources) {
-    return [&user, parent, sources = std::move(sources)](intake::NewLevel& level) {
-        AddSources(level, sources);
-        if (level.State == intake::FormState::Open) Dialog_NewLevel(user, level, parent).exec();
-    };
-}
-
 } // namespace kelvash::ui

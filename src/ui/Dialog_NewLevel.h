@@ -75,7 +75,4 @@ class Dialog_NewLevel final : public QDialog {
     JobDoor door_{this};
 };
 
-// The form as the logic asks for it. With `sources` these are taken in before it opens.
-intake::LevelForm NewLevelForm(FormsUser& user, QWidget* parent, std::vector<std::string> sources = {});
-
 } // namespace kelvash::ui

@@ -10,8 +10,8 @@
 #include <optional>
 #include <string>
 
-#include "foundation/help_text.h"
 #include "ui/form_support.h"
+#include "ui/help_text.h"
 
 namespace kelvash::ui {
 

@@ -15,14 +15,8 @@ Dialog_TrovaTrle::Dialog_TrovaTrle(QWidget* parent) : QDialog(parent) {
     Set_Caption_Texts();
     Lay();
     connect(Pul_Sfoglia, &QPushButton::clicked, this, &Dialog_TrovaTrle::Browse);
-    connect(Pul_Ok, &QPushButton::clicked, this, [this] {
-        Chosen = folder_;
-        accept();
-    });
-    connect(Pul_Cancel, &QPushButton::clicked, this, [this] {
-        Chosen = ToUtf8(Pul_Cancel->objectName());
-        reject();
-    });
+    connect(Pul_Ok, &QPushButton::clicked, this, &QDialog::accept);
+    connect(Pul_Cancel, &QPushButton::clicked, this, &QDialog::reject);
     ShowFolder();
 }
 
@@ -59,23 +53,23 @@ void Dialog_TrovaTrle::Lay() {
     setMinimumWidth(fontMetrics().averageCharWidth() * 84);
 }
 
-void Dialog_TrovaTrle::ImpostaValori(const ChoiceForm& form) {
-    folder_ = form.start;
+void Dialog_TrovaTrle::ImpostaValori(const trle::TrleFolderChoice& choice) {
+    Folder = choice.Folder;
     ShowFolder();
 }
 
 void Dialog_TrovaTrle::ShowFolder() {
-    Label_Path->setText(folder_.empty() ? Caption(msg::kTrovaNone) : FromUtf8(folder_));
-    Pul_Ok->setEnabled(!folder_.empty());
-    (folder_.empty() ? Pul_Sfoglia : Pul_Ok)->setDefault(true);
-    (folder_.empty() ? Pul_Sfoglia : Pul_Ok)->setFocus();
+    Label_Path->setText(Folder.empty() ? Caption(msg::kTrovaNone) : FromUtf8(Folder));
+    Pul_Ok->setEnabled(!Folder.empty());
+    (Folder.empty() ? Pul_Sfoglia : Pul_Ok)->setDefault(true);
+    (Folder.empty() ? Pul_Sfoglia : Pul_Ok)->setFocus();
 }
 
 void Dialog_TrovaTrle::Browse() {
     const std::optional<std::string> chosen =
-        TheUser().ChooseFolder(LoadMessage(msg::kTrovaBrowseTitle), folder_);
+        TheUser().ChooseFolder(LoadMessage(msg::kTrovaBrowseTitle), Folder);
     if (!chosen || !trle::CheckTrleFolder(*chosen, true)) return;
-    folder_ = *chosen;
+    Folder = *chosen;
     ShowFolder();
 }
 

@@ -6,7 +6,7 @@
 #include <QPushButton>
 #include <string>
 
-#include "foundation/user.h"
+#include "trle/find_trle.h"
 #include "ui/form_support.h"
 
 namespace kelvash::ui {
@@ -17,11 +17,9 @@ class Dialog_TrovaTrle final : public QDialog {
   public:
     explicit Dialog_TrovaTrle(QWidget* parent);
     void Set_Caption_Texts();
-    // Starts from the folder that the form names; it may be empty.
-    void ImpostaValori(const ChoiceForm& form);
+    void ImpostaValori(const trle::TrleFolderChoice& choice);
 
-    // The accepted folder; "Pul_Cancel" or empty when the user gave up.
-    std::string Chosen;
+    std::string Folder; // shown; the chosen one once the form has been accepted
 
     QLabel* const Label_Info = Make<QLabel>(this, "Label_Info");
     QLabel* const Label_Title = Make<QLabel>(this, "Label_Title");
@@ -37,8 +35,6 @@ class Dialog_TrovaTrle final : public QDialog {
     void Lay();
     void ShowFolder();
     void Browse();
-
-    std::string folder_;
 };
 
 } // namespace kelvash::ui

@@ -13,10 +13,12 @@
 #include "companion/game.h"
 #include "core/archive.h"
 #include "core/level_list.h"
-#include "core/level_view.h"
 #include "core/profile.h"
-#include "core/start_up.h"
-#include "swap/install.h"
+#include "core/session.h"
+#include "program/end.h"
+#include "program/level_view.h"
+#include "program/play.h"
+#include "program/start_up.h"
 #include "ui/Principale_messages.h"
 #include "ui/dropped_files.h"
 #include "ui/form_kit.h"
@@ -26,8 +28,7 @@
 
 namespace kelvash::ui {
 
-Principale::Principale(FormsUser& user)
-    : user_(user), menu_(menuBar(), this, MenuCommands(*this, user), door_) {
+Principale::Principale(FormsUser& user) : menu_(menuBar(), this, MenuCommands(*this, user), door_) {
     setObjectName(QStringLiteral("Principale"));
     setAcceptDrops(true);
     NotYet({Pul_RestoreSaveGame, Pul_ArchiviaSavegames, Pul_DeleteSavegame, Pul_ImportSavegame,
@@ -39,7 +40,7 @@ Principale::Principale(FormsUser& user)
 
 bool Principale::Load(const std::string& command_line) {
     const JobScope job;
-    core::StartUp(command_line);
+    program::StartUp(command_line);
     Timer1->setInterval(core::session.TimerInterval);
     RestoreWindow(this, splitter_);
     ShowPanel(core::profile.ShowScreenShots);
@@ -70,7 +71,8 @@ void Principale::ConnectControls(FormsUser& user) {
     connect(Pul_Prima, &QPushButton::clicked, this,
             [this] { Select(core::FindPreviousLevel(ToUtf8(Text_Search->text()))); });
     connect(Pul_Play, &QPushButton::clicked, this, play);
-    connect(Pul_MoreInfo, &QPushButton::clicked, this, [this] { door_.Try([] { core::ShowMoreInfo(); }); });
+    connect(Pul_MoreInfo, &QPushButton::clicked, this,
+            [this] { door_.Try([] { program::ShowMoreInfo(); }); });
     connect(Pul_ScreenShots, &QPushButton::clicked, this, [this] { ShowPanel(true); });
     connect(Pul_SaveGames, &QPushButton::clicked, this, [this] { ShowPanel(false); });
     connect(Pul_PrimoShot, &QPushButton::clicked, this, [this] { PageImages(0); });
@@ -152,7 +154,7 @@ void Principale::Play() {
         return;
     }
     SetPlaying(true);
-    if (swap::PlayLevel(core::SelectedLevel())) {
+    if (program::PlayLevel(core::SelectedLevel())) {
         ShowPlaying();
         return;
     }
@@ -223,20 +225,20 @@ void Principale::TakeWish(const std::string& archive) {
 
 void Principale::OpenWish() {
     const std::string former = core::profile.LastArchive;
-    core::OpenWishedArchive(std::exchange(wish_, {}));
+    program::OpenWishedArchive(std::exchange(wish_, {}));
     if (core::profile.LastArchive != former) Text_Search->clear();
     ShowLevels();
 }
 
 bool Principale::MayClose() {
     if (!isVisible()) { // the start has failed: there is nothing to stay for
-        static_cast<void>(core::SaveProfile());
+        static_cast<void>(program::SaveProfile());
         return true;
     }
     if (companion::GameRuns() &&
         !AskYesNo(MessageStyle::Question, LoadMessage(msg::kCloseWhilePlaying, {kLineBreak})))
         return false;
-    if (!core::SaveToClose()) return false;
+    if (!program::SaveToClose()) return false;
     SaveWindow(this, splitter_);
     return true;
 }
@@ -270,7 +272,7 @@ void Principale::dropEvent(QDropEvent* event) {
     const std::vector<std::string> paths = DroppedFiles(event->mimeData());
     event->acceptProposedAction();
     // The program that gave the files waits for the end of this event.
-    if (!paths.empty()) door_.WhenFree([this, paths] { TakeSources(*this, user_, paths); });
+    if (!paths.empty()) door_.WhenFree([this, paths] { TakeSources(*this, paths); });
 }
 
 } // namespace kelvash::ui

@@ -129,7 +129,6 @@ class Principale final : public QMainWindow {
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
-    FormsUser& user_;
     JobDoor door_{this, [this] { return isVisible() && !playing_; }};
     MainMenu menu_;
     LevelModel* const levels_ = new LevelModel(this);

@@ -2,10 +2,9 @@
 #include "companion/savegames.h"
 #include "companion/screenshots.h"
 #include "core/archive.h"
-#include "core/level_view.h"
-#include "core/start_up.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "program/level_view.h"
 #include "ui/Principale.h"
 #include "ui/Principale_messages.h"
 
@@ -32,8 +31,9 @@ void FillList(QListWidget* list, const std::vector<std::string>& savegames) {
 } // namespace
 
 void Principale::AggiornaDatiLivello(bool keep_image) {
-    const std::optional<core::LevelView> view = SelectedIsShown() ? core::SelectedLevelView() : std::nullopt;
-    const core::LevelView shown = view.value_or(core::LevelView());
+    const std::optional<program::LevelView> view =
+        SelectedIsShown() ? program::SelectedLevelView() : std::nullopt;
+    const program::LevelView shown = view.value_or(program::LevelView());
     if (view) levels_->RenewThumbnail(view->Code);
     image_names_ = shown.Screenshots;
     image_hint_ = shown.FolderMissing ? LoadMessage(msg::kMainLevelMissing) + shown.Folder : std::string();

@@ -9,16 +9,13 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <algorithm>
-#include <map>
 #include <utility>
 
 #include "foundation/drives.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "ui/Dialog_GetDir.h"
-#include "ui/Dialog_InsertCd.h"
-#include "ui/Dialog_NewArc.h"
-#include "ui/Dialog_TrovaTrle.h"
+#include "ui/form_runners.h"
 #include "ui/form_support.h"
 #include "ui/messages.h"
 
@@ -136,15 +133,6 @@ QString NativeStart(const FileDialog& dialog) {
     return QString::fromStdU16String(NativePath(dialog.folder + name).u16string());
 }
 
-// Runs a form that only chooses and gives its outcome.
-template <class Form>
-std::string Choose(const ChoiceForm& form, QWidget* parent) {
-    Form window(parent);
-    if constexpr (requires { window.ImpostaValori(form); }) window.ImpostaValori(form);
-    window.exec();
-    return window.Chosen;
-}
-
 } // namespace
 
 QString QtFilter(const std::string& pipe_form) {
@@ -257,14 +245,6 @@ std::optional<std::string> FormsUser::ChooseFolder(const MessageText& caption, c
     dialog.ImpostaValori(caption, start);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return dialog.Folder;
-}
-
-std::string FormsUser::ShowForm(const ChoiceForm& form) {
-    using Runner = std::string (*)(const ChoiceForm&, QWidget*);
-    static const std::map<std::string, Runner> runners = {{"Dialog_NewArc", &Choose<Dialog_NewArc>},
-                                                          {"Dialog_TrovaTrle", &Choose<Dialog_TrovaTrle>},
-                                                          {"Dialog_InsertCd", &Choose<Dialog_InsertCd>}};
-    return runners.at(form.name)(form, ParentOfBoxes());
 }
 
 } // namespace kelvash::ui

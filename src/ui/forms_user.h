@@ -37,6 +37,8 @@ class FormsUser final : public QObject, public User {
     // Called once, before the first window that waits for the user, or when events are pumped after the
     // patience from now on has passed. An empty function takes it back.
     void SetBeforeWaiting(std::function<void()> before);
+    // What boxes and forms that wait for the user stand above. What is to come before them comes now.
+    QWidget* ParentOfBoxes();
 
     void Message(MessageStyle style, const MessageText& text) override;
     Answer Ask(Buttons buttons, MessageStyle style, const MessageText& text) override;
@@ -45,7 +47,6 @@ class FormsUser final : public QObject, public User {
     std::optional<std::string> OpenFile(const FileDialog& dialog) override;
     std::optional<std::string> SaveFile(const FileDialog& dialog) override;
     std::optional<std::string> ChooseFolder(const MessageText& caption, const std::string& start) override;
-    std::string ShowForm(const ChoiceForm& form) override;
     void OpenProgress(BarPlace dialog, const std::string& caption) override;
     void CloseProgress(BarPlace dialog) override;
     void SetLabel(BarPlace place, const std::string& text) override;
@@ -74,7 +75,6 @@ class FormsUser final : public QObject, public User {
     struct Progress; // an open progress window
     bool eventFilter(QObject* watched, QEvent* event) override;
     QWidget* WindowOnTop() const;
-    QWidget* ParentOfBoxes(); // what is to come before the user is waited for comes now
     void BeforeWaiting();
     QString TakeTitle();
     // What a box offers (Qt's flags), what Enter means, and closing it.

@@ -11,6 +11,7 @@
 #include "ui/Dialog_Progress.h"
 #include "ui/Dialog_Wait.h"
 #include "ui/Dialog_Zip.h"
+#include "ui/form_runners.h"
 #include "ui/form_support.h"
 #include "ui/forms_user.h"
 
@@ -54,6 +55,7 @@ struct FormsUser::Progress {
 
 FormsUser::FormsUser() : old_user_(SetUser(this)), patience_(kPatience) {
     qApp->installEventFilter(this);
+    AddFormRunners(*this);
 }
 
 FormsUser::~FormsUser() {

@@ -7,12 +7,12 @@
 #include <exception>
 #include <iostream>
 
-#include "core/message_tables.h"
-#include "core/start_up.h"
 #include "foundation/drive_options.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/registration.h"
+#include "program/message_tables.h"
+#include "program/start_up.h"
 #include "ui/Dialog_Splash.h"
 #include "ui/Principale.h"
 #include "ui/forms_desktop.h"
@@ -90,8 +90,8 @@ class QuitWhenShown final : public QObject {
 void TakeMessageTable() {
     const std::string table = AppFolder() + "\\messages.txt";
     if (!FileExists(table)) return;
-    const core::TableLoading loading = core::LoadMessageTable(table);
-    const std::string lines = core::RefusedLinesText(loading);
+    const program::TableLoading loading = program::LoadMessageTable(table);
+    const std::string lines = program::RefusedLinesText(loading);
     if (!loading.Taken)
         TellCritical(LoadMessage(msg::kFormsTableRefused) + table +
                      (lines.empty() ? std::string() : LoadMessage(msg::kFormsTableLine, {lines})));
@@ -104,7 +104,7 @@ void TakeMessageTable() {
 // The native path of the Archive that the command line names, as another process understands it; empty if it
 // names none.
 std::string WishedArchive(const std::string& command_line) {
-    const std::string typed = core::ParseCommandLine(command_line).Archive;
+    const std::string typed = program::ParseCommandLine(command_line).Archive;
     if (typed.empty()) return {};
     const std::string path = PathFromUser(typed);
     std::error_code error;

@@ -12,7 +12,7 @@ class FormsUser;
 class Principale;
 
 std::vector<MenuCommand> FileCommands(Principale& window);
-std::vector<MenuCommand> LevelCommands(Principale& window, FormsUser& user);
+std::vector<MenuCommand> LevelCommands(Principale& window);
 std::vector<MenuCommand> SavegameCommands(Principale& window);
 std::vector<MenuCommand> ScreenshotCommands(Principale& window);
 std::vector<MenuCommand> LevelEditorCommands(Principale& window, FormsUser& user);
@@ -25,6 +25,6 @@ std::vector<MenuCommand> MenuCommands(Principale& window, FormsUser& user);
 
 // Zips, folders or files that were dropped, as path texts: one opens the form, several are taken in one after
 // the other.
-void TakeSources(Principale& window, FormsUser& user, const std::vector<std::string>& paths);
+void TakeSources(Principale& window, const std::vector<std::string>& paths);
 
 } // namespace kelvash::ui

@@ -1,7 +1,7 @@
 // The menu "File".
 #include "core/archive.h"
 #include "core/profile.h"
-#include "core/start_up.h"
+#include "program/start_up.h"
 #include "ui/Principale.h"
 #include "ui/menu_commands.h"
 
@@ -16,7 +16,7 @@ void NewArchive(Principale& window) {
     if (core::NewArchive())
         window.Text_Search->clear();
     else if (core::profile.LastArchive != former || !core::ArchiveIsOpen())
-        core::ReturnToArchive(former);
+        program::ReturnToArchive(former);
     window.ShowLevels();
 }
 
@@ -26,7 +26,7 @@ void LoadArchive(Principale& window) {
     if (core::LoadArchiveDialog())
         window.Text_Search->clear(); // what was sought in the former one
     else if (core::archive.ArchiveLoadRefused)
-        core::ReturnToArchive(former);
+        program::ReturnToArchive(former);
     window.ShowLevels();
 }
 

@@ -1,6 +1,6 @@
 // The menu "Preferences".
 #include "core/level_list.h"
-#include "core/start_up.h"
+#include "core/session.h"
 #include "ui/Dialog_PrefArc.h"
 #include "ui/Dialog_Settings.h"
 #include "ui/Principale.h"

@@ -4,6 +4,7 @@
 #include "core/maintenance.h"
 #include "core/sizes.h"
 #include "core/tr4_info.h"
+#include "program/create_tr4_infos.h"
 #include "swap/backup.h"
 #include "ui/Principale.h"
 #include "ui/menu_commands.h"
@@ -16,7 +17,7 @@ std::vector<MenuCommand> ToolCommands(Principale& window) {
         {mnu_CalcolaSize, EnabledWhen::ArchiveOpen, [] { core::ComputeArchiveSize(core::Report::Shown); }},
         {mnu_MoveArc, EnabledWhen::ArchiveOpen, [] { core::MoveArchive(); }},
         {mnu_ControllaUguali, EnabledWhen::ArchiveOpen, [] { core::ControllaUguali(); }},
-        {mnu_CreaInfoTr4, EnabledWhen::ArchiveOpen, [] { core::CreaInfoTr4(); }},
+        {mnu_CreaInfoTr4, EnabledWhen::ArchiveOpen, [] { program::CreaInfoTr4(); }},
         {mnu_FaiFullBackup, EnabledWhen::ArchiveOpen, [] { swap::RefreshFullBackup(); }},
         {mnu_Recover, EnabledWhen::JobFree,
          [&window] {

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "core/archive.h"
-#include "core/start_up.h"
+#include "core/session.h"
 #include "foundation/state.h"
 #include "support/swap_home.h"
 

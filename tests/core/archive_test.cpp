@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "cd/cd_access.h"
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
@@ -135,7 +136,10 @@ TEST_F(ArchiveTest, GivesNoFolderForARefusedCd) {
     AddRecord(12, "Twelve", 2);
     fs::create_directories(root / "disc");
     ASSERT_TRUE(SetDrive('E', root / "disc", DriveType::CdRom));
-    user.WillAnswer("Please, insert CD # 2", "cancel");
+    user.WillFill<cd::CdDriveChoice>([](cd::CdDriveChoice& choice) {
+        EXPECT_EQ(choice.Text, "Please, insert CD # 2");
+        return false;
+    });
     EXPECT_EQ(LevelFolder(12, true), "");
     EXPECT_TRUE(archive.CdMissing);
     EXPECT_EQ(archive.Header.MainFolder, "C:\\Levels");

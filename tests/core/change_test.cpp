@@ -6,9 +6,9 @@
 #include "core/change_messages.h"
 #include "core/level_list.h"
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/drives.h"
 #include "intake/author_notes.h"
+#include "intake/messages.h"
 #include "intake/new_level.h"
 #include "support/core_home.h"
 #include "swap/messages.h"
@@ -75,7 +75,7 @@ TEST_F(ChangeTest, LocksWhatItChangesAndNothingElse) {
 }
 
 TEST_F(ChangeTest, EndsBeforeItsScope) {
-    Change change(msg::kDoingPlay, kSwap);
+    Change change(msg::kDoingInstall, kSwap);
     change.End();
     EXPECT_FALSE(IsLocked("C:\\trle"));
 }
@@ -140,9 +140,7 @@ TEST_F(ChangeTest, IsRefusedForALevelThatAnotherProgramHasRemoved) {
     --contents.Header.LevelCount;
     ASSERT_TRUE(WriteArchiveFile(profile.LastArchive, contents));
     SelectLevel(1);
-    bool opened = false;
-    intake::ShowProperty([&](intake::NewLevel&) { opened = true; });
-    EXPECT_FALSE(opened) << "another level would be shown";
+    EXPECT_FALSE(intake::ShowProperty()) << "another level would be shown";
     EXPECT_THAT(user.Told(),
                 ElementsAre("critical: The level is no longer in the Archive: another Kelvash has "
                             "removed it"));
@@ -215,20 +213,11 @@ TEST_F(ChangeTest, WritesOverAFileThatIsGone) {
 TEST_F(ChangeTest, AddsALevelBesideThatOfAnotherProgram) {
     AddElsewhere(2, "Coast");
     test::MakeFile(levels / "LEVEL_0002" / "FILES" / "coast.tr4", "coast");
-    EXPECT_FALSE(intake::AddLevel({}, [](intake::NewLevel& level) { intake::CancelLevel(level); }));
+    user.WillGiveUp<intake::NewLevel>();
+    EXPECT_FALSE(intake::AddLevel());
     EXPECT_EQ(test::BytesOf(levels / "LEVEL_0002" / "FILES" / "coast.tr4"), "coast");
     EXPECT_THAT(Entries(levels), ElementsAre("LEVEL_0002\\"));
     EXPECT_THAT(NamesInFile(), ElementsAre(zero_, "City", "Coast"));
-}
-
-// --- settings that can't be read ---
-
-TEST_F(ChangeTest, TheStartEndsWithSettingsThatCannotBeRead) {
-    fs::create_directory(home / "Kelvash.prf");
-    StartUp("");
-    EXPECT_TRUE(session.EndWanted);
-    EXPECT_THAT(user.Told(), ElementsAre(HasSubstr("The settings can't be read")));
-    EXPECT_TRUE(SaveProfile());
 }
 
 } // namespace

@@ -4,9 +4,9 @@
 #include "core/archive.h"
 #include "core/kept_folders.h"
 #include "core/maintenance.h"
-#include "core/maintenance_home.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
+#include "support/maintenance_home.h"
 
 namespace kelvash::core {
 namespace {

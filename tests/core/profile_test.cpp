@@ -2,10 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "core/archive.h"
-#include "core/archive_messages.h"
-#include "core/start_up.h"
-#include "foundation/messages.h"
 #include "support/core_home.h"
 #include "support/format_test.h"
 #include "support/record_bytes.h"
@@ -242,7 +238,7 @@ TEST_F(Profile, InAFolderThatCannotBeEnteredIsUnreadable) {
 TEST_F(Profile, WithAFolderInItsPlaceIsUnreadable) {
     fs::create_directory(file);
     EXPECT_EQ(LoadProfile(), ProfileState::Unreadable);
-    EXPECT_TRUE(SaveProfile()) << "there is nothing to save";
+    EXPECT_TRUE(ProfileStands()) << "there is nothing to save";
     EXPECT_TRUE(fs::is_directory(file));
 }
 
@@ -264,7 +260,7 @@ TEST_F(Profile, WithoutAChangeOfItsOwnLeavesANewerFileAlone) {
     MakeFile(file, DefaultBytes());
     ASSERT_EQ(LoadProfile(), ProfileState::Current);
     MakeFile(file, OtherBytes());
-    EXPECT_TRUE(SaveProfile());
+    EXPECT_TRUE(WriteProfile());
     EXPECT_EQ(BytesOf(file), OtherBytes());
 }
 
@@ -295,7 +291,7 @@ TEST_F(Profile, IsNotWrittenOverOneThatHasBecomeUnreadable) {
 TEST_F(Profile, IsSavedWhole) {
     profile = Other();
     MakeFile(file, std::string(3000, 'x'));
-    EXPECT_TRUE(SaveProfile());
+    EXPECT_TRUE(WriteProfile());
     EXPECT_EQ(BytesOf(file), OtherBytes()) << "no tail of the old file";
 }
 
@@ -304,7 +300,7 @@ TEST_F(Profile, IsSavedWithoutAWordWhenItCannotBe) {
     fs::permissions(home, fs::perms::owner_read | fs::perms::owner_exec);
     {
         const test::OrdinaryUser ordinary;
-        EXPECT_FALSE(SaveProfile());
+        EXPECT_FALSE(WriteProfile());
     }
     EXPECT_EQ(BytesOf(file), "old");
     EXPECT_THAT(user.Told(), IsEmpty());
@@ -314,88 +310,8 @@ TEST_F(Profile, ThatIsWriteProtectedIsReplaced) {
     MakeFile(file, "old");
     fs::permissions(file, fs::perms::owner_read);
     const test::OrdinaryUser ordinary;
-    EXPECT_TRUE(SaveProfile()) << "the old file goes before the new one is made";
+    EXPECT_TRUE(WriteProfile()) << "the old file goes before the new one is made";
     EXPECT_EQ(BytesOf(file), DefaultBytes());
-}
-
-TEST_F(Profile, AsksToSaveTheArchiveFirst) {
-    profile.AutoSave = false;
-    profile.LastArchive = "C:\\Kelvash\\a.kva";
-    archive.ArchiveChanged = true;
-    user.WillAnswer("Current archive 'a.kva' has been changed.\r\nDo you want save it?", "yes");
-    EXPECT_TRUE(SaveProfile());
-    EXPECT_EQ(fs::file_size(home / "a.kva"), 546U);
-    EXPECT_EQ(fs::file_size(file), 1588U);
-}
-
-TEST_F(Profile, PutsTheWindowAnimationBack) {
-    session.Started = true;
-    session.WindowAnimation = true;
-    desktop.animation = false;
-    EXPECT_TRUE(SaveProfile());
-    EXPECT_TRUE(desktop.animation);
-}
-
-TEST_F(Profile, PutsTheWindowAnimationBackThoughItCannotBeSaved) {
-    session.Started = true;
-    session.WindowAnimation = true;
-    desktop.animation = false;
-    fs::create_directory(file);
-    EXPECT_FALSE(SaveProfile());
-    EXPECT_TRUE(desktop.animation);
-}
-
-TEST_F(Profile, LeavesTheWindowAnimationAloneWithoutAStart) {
-    EXPECT_TRUE(SaveProfile());
-    EXPECT_TRUE(desktop.animation);
-}
-
-// --- the end of a window ---
-
-TEST_F(Profile, IsSavedBeforeAWindowCloses) {
-    profile = Other();
-    EXPECT_TRUE(SaveToClose());
-    EXPECT_EQ(BytesOf(file), OtherBytes());
-    EXPECT_THAT(user.Asked(), IsEmpty());
-}
-
-TEST_F(Profile, KeepsTheWindowWhenTheArchiveCannotBeSaved) {
-    session.Started = true;
-    session.WindowAnimation = true;
-    desktop.animation = false;
-    profile.LastArchive = "C:\\Kelvash\\a.kva";
-    archive.ArchiveChanged = true;
-    fs::create_directory(home / "a.kva.new");
-    const std::string question =
-        "The Archive 'a.kva' couldn't be saved.\r\nClose all the same and lose the changes?";
-    user.WillAnswer(question, "no");
-    EXPECT_FALSE(SaveToClose());
-    EXPECT_TRUE(archive.ArchiveChanged);
-    EXPECT_FALSE(desktop.animation) << "the window stays";
-    user.WillAnswer(question, "yes");
-    EXPECT_TRUE(SaveToClose());
-    EXPECT_FALSE(archive.ArchiveChanged);
-    EXPECT_TRUE(desktop.animation);
-    EXPECT_EQ(fs::file_size(file), 1588U) << "the settings are saved all the same";
-    EXPECT_THAT(user.Told(), ElementsAre("critical: Error while saving archive: C:\\Kelvash\\a.kva",
-                                         "critical: Error while saving archive: C:\\Kelvash\\a.kva"));
-}
-
-TEST_F(Profile, ThatCannotBeSavedKeepsTheWindow) {
-    fs::create_directory(home / "Kelvash.prf.new");
-    const std::string question =
-        "The settings couldn't be saved in C:\\Kelvash\\Kelvash.prf.\r\n"
-        "Close all the same and lose the changes?";
-    user.WillAnswer(question, "no");
-    EXPECT_FALSE(SaveToClose());
-    user.WillAnswer(question, "yes");
-    EXPECT_TRUE(SaveToClose());
-    EXPECT_FALSE(test::Exists(file));
-}
-
-TEST_F(Profile, IsLostOnlyByAYes) {
-    for (const MessageId id : {msg::kCloseUnsavedArchive, msg::kCloseUnsavedProfile})
-        EXPECT_EQ(HarmlessAnswer(Buttons::YesNo, LoadMessage(id, {"", ""})), Answer::No);
 }
 
 } // namespace

@@ -8,7 +8,6 @@
 #include "support/core_home.h"
 #include "support/format_test.h"
 #include "support/local_time.h"
-#include "support/swap_world.h"
 
 namespace kelvash::core {
 namespace {
@@ -30,7 +29,6 @@ class Tr4InfoTest : public test::CoreHome {
     void Put(std::int32_t code, const std::string& name, const std::string& bytes) {
         test::MakeFile(Folder(code) / "FILES" / name, bytes);
     }
-    bool HasInfo(std::int32_t code) const { return test::Exists(Folder(code) / "tr4.inf"); }
     static std::string Name(const std::string& name) { return name + std::string(80 - name.size(), ' '); }
 };
 
@@ -174,33 +172,6 @@ TEST_F(Tr4InfoTest, WithoutACdTheScanEnds) {
     AddRecord(1, "On CD", 1);
     EXPECT_EQ(ControllaUguali(), -1);
     EXPECT_THAT(user.Told().back(), "exclamation: Cd not available: control for equal level aborted");
-    CreaInfoTr4();
-    EXPECT_THAT(user.Told().back(), "exclamation: Missing cd. Creating tr4.inf files aborted");
-}
-
-TEST_F(Tr4InfoTest, MissingOnesAreCreatedAlsoOfStoredForms) {
-    AddLevel(1, "Plain");
-    AddLevel(2, "Packed");
-    AddLevel(3, "Damaged");
-    AddLevel(4, "Has one");
-    Put(1, "maze.tr4", "level");
-    Put(2, "pass.tr4.zl", test::ZlibStream("unpacked"));
-    Put(3, "bad.tr4.zl", "no stream");
-    Put(4, "new.tr4", "x");
-    Tr4List = {{"kept.tr4", 0, 4}};
-    ASSERT_TRUE(WriteTr4Info(4));
-    CreaInfoTr4();
-    EXPECT_THAT(user.Shown(), Contains("Creating tr4.inf files in progress"));
-    EXPECT_THAT(user.Told(), Contains("critical: Error decompressing files of level [Damaged"));
-    ASSERT_TRUE(ReadTr4Info(1));
-    EXPECT_EQ(Tr4List.at(0).FileName, "maze.tr4");
-    ASSERT_TRUE(ReadTr4Info(2));
-    EXPECT_EQ(Tr4List.at(0).FileName, "pass.tr4");
-    EXPECT_EQ(Tr4List.at(0).FileSize, 8);
-    EXPECT_FALSE(HasInfo(3));
-    ASSERT_TRUE(ReadTr4Info(4));
-    EXPECT_EQ(Tr4List.at(0).FileName, "kept.tr4");
-    EXPECT_THAT(Entries(home / "_temp_Dec"), IsEmpty()) << "after a failure it stays till its next use";
 }
 
 } // namespace

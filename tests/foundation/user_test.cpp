@@ -3,12 +3,11 @@
 #include <gmock/gmock.h>
 
 #include "core/archive_messages.h"
-#include "core/level_messages.h"
 #include "core/moving_messages.h"
-#include "core/start_up_messages.h"
 #include "foundation/messages.h"
 #include "foundation/texts.h"
 #include "intake/messages.h"
+#include "program/messages.h"
 #include "support/scripted_user.h"
 #include "swap/backup_messages.h"
 
@@ -30,7 +29,6 @@ class BarUser final : public User {
     std::optional<std::string> OpenFile(const FileDialog&) override { return "x"; }
     std::optional<std::string> SaveFile(const FileDialog&) override { return "x"; }
     std::optional<std::string> ChooseFolder(const MessageText&, const std::string&) override { return "x"; }
-    std::string ShowForm(const ChoiceForm&) override { return "x"; }
     void OpenProgress(BarPlace place, const std::string& caption) override {
         events.push_back("open " + std::to_string(static_cast<int>(place)) + " " + caption);
     }
@@ -55,6 +53,10 @@ class BarUser final : public User {
     User* old_;
 };
 
+struct AnyForm {
+    static constexpr const char* kForm = "Dialog_Any";
+};
+
 TEST(AbsentUser, TakesTheHarmlessWay) {
     User& user = TheUser();
     EXPECT_EQ(user.Ask(Buttons::YesNo, MessageStyle::Question, MessageText("?")), Answer::No);
@@ -65,7 +67,8 @@ TEST(AbsentUser, TakesTheHarmlessWay) {
     EXPECT_EQ(user.OpenFile({}), std::nullopt);
     EXPECT_EQ(user.SaveFile({}), std::nullopt);
     EXPECT_EQ(user.ChooseFolder(MessageText(""), ""), std::nullopt);
-    EXPECT_EQ(user.ShowForm({}), "");
+    AnyForm form;
+    EXPECT_FALSE(ShowForm(form)) << "nobody shows it";
     EXPECT_FALSE(user.StopRequested());
 }
 

@@ -6,10 +6,10 @@
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/profile.h"
-#include "foundation/zip_module.h"
 #include "intake/apply_config.h"
 #include "support/intake_home.h"
 #include "support/swap_world.h"
+#include "zip/zip_module.h"
 
 namespace kelvash::intake {
 namespace {
@@ -34,9 +34,9 @@ class Export : public test::IntakeHome {
     std::vector<std::string> NamesOf(const std::string& zip) const {
         std::string message;
         std::vector<std::string> names;
-        const auto listed = ListZip(zip, message);
+        const auto listed = zip::ListZip(zip, message);
         if (listed)
-            for (const ZipEntry& entry : *listed)
+            for (const zip::ZipEntry& entry : *listed)
                 names.push_back(entry.Name);
         return names;
     }
@@ -44,7 +44,7 @@ class Export : public test::IntakeHome {
     std::string ConfigOf(const std::string& zip) {
         std::filesystem::create_directories(drive / "x");
         Bar bar;
-        EXPECT_EQ(UnzipToFolder({zip, "C:\\x", Wipe::Yes}, bar).End, UnzipEnd::Whole);
+        EXPECT_EQ(zip::UnzipToFolder({zip, "C:\\x", zip::Wipe::Yes}, bar).End, zip::UnzipEnd::Whole);
         return test::BytesOf(drive / "x/kelvash.cfg");
     }
     bool NothingTemporary() const {

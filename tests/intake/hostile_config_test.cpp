@@ -241,7 +241,8 @@ TEST_F(HostileConfig, ItsLevelIsAddedAllTheSame) {
             {{"maze.tr4", "x"}, {"english.dat", "e"}, {"script.dat", "s"}, {"kelvash.cfg", config}});
     AddLevel(0, "Zero", {});
     const auto before = Outside();
-    ASSERT_TRUE(intake::AddLevel("C:\\in\\hostile.zip", [](NewLevel& open) { StoreLevel(open); }));
+    WillWork(&StoreLevel);
+    ASSERT_TRUE(intake::AddLevel("C:\\in\\hostile.zip"));
     EXPECT_EQ(test::BytesOf(root / ".bashrc"), "the user's own");
     for (const auto& [path, bytes] : Outside())
         EXPECT_TRUE(path.find("/LEVEL_") != std::string::npos || path.ends_with(".kva") ||

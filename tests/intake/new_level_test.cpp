@@ -29,7 +29,7 @@ class NewLevelTest : public test::IntakeHome {
 
 TEST_F(NewLevelTest, AddingMakesRecordAndFoldersAndSelectsTheLevel) {
     core::profile.AutoSave = true;
-    EXPECT_TRUE(intake::AddLevel("", [&](NewLevel& open) {
+    WillWork([&](NewLevel& open) {
         EXPECT_EQ(open.LevelIndex, 1);
         EXPECT_TRUE(open.IsNewLevel);
         EXPECT_TRUE(open.FilesChanged);
@@ -42,7 +42,8 @@ TEST_F(NewLevelTest, AddingMakesRecordAndFoldersAndSelectsTheLevel) {
             test::MakeFile(levels / "LEVEL_0001/FILES" / name, bytes);
         open.Name = "The Maze";
         StoreLevel(open);
-    }));
+    });
+    EXPECT_TRUE(intake::AddLevel());
     EXPECT_EQ(Count(), 2);
     EXPECT_EQ(core::archive.Levels[1].Name, "The Maze");
     EXPECT_EQ(core::archive.Levels[1].Code, 1);
@@ -53,10 +54,11 @@ TEST_F(NewLevelTest, AddingMakesRecordAndFoldersAndSelectsTheLevel) {
 }
 
 TEST_F(NewLevelTest, ACancelledLevelGoesWithItsFolder) {
-    EXPECT_FALSE(intake::AddLevel("", [&](NewLevel& open) {
+    WillWork([&](NewLevel& open) {
         test::MakeFile(levels / "LEVEL_0001/FILES/maze.tr4", "x");
         CancelIn(open);
-    }));
+    });
+    EXPECT_FALSE(intake::AddLevel());
     EXPECT_EQ(Count(), 1);
     EXPECT_FALSE(test::Exists(levels / "LEVEL_0001"));
     EXPECT_THAT(user.Shown(), Contains("Removing level folder in progress"));
@@ -66,12 +68,13 @@ TEST_F(NewLevelTest, ACancelledLevelGoesWithItsFolder) {
 TEST_F(NewLevelTest, AFolderThatCannotBeRemovedIsTold) {
     const std::filesystem::path stuck = levels / "LEVEL_0001/FILES/stuck";
     const test::OrdinaryUser ordinary;
-    EXPECT_FALSE(intake::AddLevel("", [&](NewLevel& open) {
+    WillWork([&](NewLevel& open) {
         test::MakeFile(stuck / "in.txt", "x");
         std::filesystem::permissions(stuck,
                                      std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
         CancelIn(open);
-    }));
+    });
+    EXPECT_FALSE(intake::AddLevel());
     std::filesystem::permissions(stuck, std::filesystem::perms::owner_all);
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error in removing folder: C:\\Levels\\LEVEL_0001"));
 }
@@ -79,11 +82,12 @@ TEST_F(NewLevelTest, AFolderThatCannotBeRemovedIsTold) {
 TEST_F(NewLevelTest, WhatIsLeftInTheFolderIsKeptAside) {
     test::MakeFile(levels / "LEVEL_0001/FILES/old.tr4", "old");
     test::MakeFile(levels / "LEVEL_0001/SCREENSHOTS/old.jpg", "old");
-    EXPECT_FALSE(intake::AddLevel("", [&](NewLevel& open) {
+    WillWork([&](NewLevel& open) {
         EXPECT_THAT(open.FileList, IsEmpty());
         EXPECT_FALSE(test::Exists(levels / "LEVEL_0001/SCREENSHOTS/old.jpg"));
         CancelIn(open);
-    }));
+    });
+    EXPECT_FALSE(intake::AddLevel());
     const std::vector<core::KeptLevel> kept = core::ListKept();
     ASSERT_EQ(kept.size(), 1U);
     EXPECT_EQ(test::BytesOf(levels / "KEPT" / kept[0].Folder / "SCREENSHOTS/old.jpg"), "old");
@@ -95,14 +99,15 @@ TEST_F(NewLevelTest, WhatIsLeftInTheFolderIsKeptAside) {
 TEST_F(NewLevelTest, WhatAKilledRunHasMadeButNotFilledIsTaken) {
     std::filesystem::create_directories(levels / "LEVEL_0001/FILES");
     std::filesystem::create_directories(levels / "LEVEL_0001/SAVEGAMES");
-    EXPECT_FALSE(intake::AddLevel("", [&](NewLevel& open) { CancelIn(open); }));
+    WillWork([&](NewLevel& open) { CancelIn(open); });
+    EXPECT_FALSE(intake::AddLevel());
     EXPECT_THAT(user.Told(), IsEmpty());
     EXPECT_FALSE(test::Exists(levels / "KEPT"));
 }
 
 TEST_F(NewLevelTest, WithoutAnArchiveNothingIsAdded) {
     core::profile.LastArchive = "";
-    EXPECT_FALSE(intake::AddLevel("", [](NewLevel&) { FAIL() << "the form must not open"; }));
+    EXPECT_FALSE(intake::AddLevel());
     EXPECT_THAT(user.Told(),
                 ElementsAre("critical: Missing archive! Before adding levels you must create new "
                             "(empty) archive"));
@@ -110,7 +115,7 @@ TEST_F(NewLevelTest, WithoutAnArchiveNothingIsAdded) {
 
 TEST_F(NewLevelTest, FoldersThatCannotBeMadeAreTold) {
     test::MakeFile(levels / "LEVEL_0001", "a file in the way");
-    EXPECT_FALSE(intake::AddLevel("", [](NewLevel&) { FAIL() << "the form must not open"; }));
+    EXPECT_FALSE(intake::AddLevel());
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error I cannot create new folders in "
                                          "[C:\\Levels\\LEVEL_0001"));
     EXPECT_EQ(Count(), 1);
@@ -120,7 +125,7 @@ TEST_F(NewLevelTest, AZipIsUnpackedAndNamesTheLevel) {
     MakeZip(
         "in/Maze of Echoes.zip",
         {{"maze.tr4", "level data"}, {"script.dat", "s"}, {"AUDIO/105.wav", "wave"}, {"ReadMe.txt", "Hi"}});
-    intake::AddLevel("C:\\in\\Maze of Echoes.zip", [&](NewLevel& open) {
+    WillWork([&](NewLevel& open) {
         EXPECT_EQ(open.Name, "Maze of Echoes");
         EXPECT_EQ(open.MoreInfoChoices[static_cast<std::size_t>(open.MoreInfo)], "ReadMe.txt");
         EXPECT_EQ(open.SizeText, "4 files (17)");
@@ -128,6 +133,7 @@ TEST_F(NewLevelTest, AZipIsUnpackedAndNamesTheLevel) {
                     ElementsAre("105.wav", "ReadMe.txt", "maze.tr4", "script.dat"));
         CancelIn(open);
     });
+    EXPECT_FALSE(intake::AddLevel("C:\\in\\Maze of Echoes.zip"));
     EXPECT_THAT(user.Shown(), Contains("Unzipping file 'Maze of Echoes.zip' in progress..."));
 }
 
@@ -135,20 +141,22 @@ TEST_F(NewLevelTest, ThePackageFileOfAZipIsApplied) {
     LevelConfig = {};
     LevelConfig.LevelName = "By its author";
     MakeZip("in/x.zip", {{"maze.tr4", "level data"}, {"script.dat", "s"}, {"kelvash.cfg", ConfigBytes()}});
-    intake::AddLevel("C:\\in\\x.zip", [&](NewLevel& open) {
+    WillWork([&](NewLevel& open) {
         EXPECT_EQ(open.Name, "By its author");
         EXPECT_TRUE(open.ConfigFound);
         CancelIn(open);
     });
+    EXPECT_FALSE(intake::AddLevel("C:\\in\\x.zip"));
 }
 
 TEST_F(NewLevelTest, ADamagedZipIsTold) {
     test::MakeFile(drive / "in/bad.zip", "PK but no zip");
-    intake::AddLevel("C:\\in\\bad.zip", [&](NewLevel& open) {
+    WillWork([&](NewLevel& open) {
         EXPECT_EQ(open.State, FormState::Open);
         EXPECT_EQ(open.Name, "");
         CancelIn(open);
     });
+    EXPECT_FALSE(intake::AddLevel("C:\\in\\bad.zip"));
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error decompressing file: C:\\in\\bad.zip\r\nI can not "
                                          "open zip file: bad.zip (Not a zip archive)"));
 }
@@ -203,9 +211,35 @@ TEST_F(NewLevelTest, StoredFormsAreUndoneForTheDialogUnlessTheUserWantsThemShown
     EXPECT_THAT(StoredNames(), ElementsAre("a.txt"));
 }
 
+TEST_F(NewLevelTest, AFolderIsTakenInBeforeTheFormOpens) {
+    for (const auto& [name, bytes] : kGood)
+        test::MakeFile(drive / "in/Maze" / name, bytes);
+    WillWork([&](NewLevel& open) {
+        EXPECT_EQ(open.Name, "") << "a zip alone gives its name";
+        EXPECT_THAT(NamesIn(NativePath(open.WorkFolder)),
+                    ElementsAre("english.dat", "maze.tr4", "script.dat"));
+        open.Name = "The Maze";
+        StoreLevel(open);
+    });
+    EXPECT_TRUE(intake::AddLevel("C:\\in\\Maze"));
+    EXPECT_THAT(StoredNames(), ElementsAre("english.dat", "maze.tr4", "script.dat"));
+}
+
+TEST_F(NewLevelTest, AFormThatNobodyEndsGivesTheLevelUp) {
+    WillWork([](NewLevel& open) { open.Name = "The Maze"; });
+    EXPECT_FALSE(intake::AddLevel());
+    EXPECT_EQ(Count(), 1);
+    AddLevel(1, "The Maze", kGood);
+    core::RefreshLevelList();
+    core::SelectLevel(1);
+    WillWork([](NewLevel& open) { core::archive.Levels[1].Name = open.Name = "Renamed"; });
+    EXPECT_FALSE(ShowProperty());
+    EXPECT_EQ(core::archive.Levels[1].Name, "The Maze");
+}
+
 TEST_F(NewLevelTest, PropertiesNeedASelection) {
     core::level_list = {};
-    ShowProperty([](NewLevel&) { FAIL() << "the form must not open"; });
+    EXPECT_FALSE(ShowProperty());
     EXPECT_THAT(user.Told(), ElementsAre("exclamation: No selected level"));
 }
 
@@ -214,11 +248,12 @@ TEST_F(NewLevelTest, PropertiesSaveTheArchiveAndRefreshTheList) {
     core::profile.AutoSave = true;
     core::RefreshLevelList();
     core::SelectLevel(1);
-    ShowProperty([](NewLevel& open) {
+    WillWork([](NewLevel& open) {
         EXPECT_EQ(open.LevelIndex, 1);
         open.Name = "Renamed";
         StoreLevel(open);
     });
+    EXPECT_TRUE(ShowProperty());
     EXPECT_TRUE(test::Exists(home / "test.kva"));
     EXPECT_THAT(core::level_list.Items.back().Text, "Renamed");
 }

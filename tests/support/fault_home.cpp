@@ -5,8 +5,8 @@
 
 #include "core/archive.h"
 #include "core/profile.h"
-#include "core/start_up.h"
 #include "foundation/state.h"
+#include "program/start_up.h"
 #include "support/linked_tree.h"
 #include "swap/install.h"
 #include "trle/trle_folder.h"
@@ -79,7 +79,7 @@ void FaultHome::StartProgram() {
     ResetProgramState();
     MapDrives();
     if (whole_start) {
-        core::StartUp({});
+        program::StartUp({});
         ASSERT_TRUE(core::ArchiveIsOpen());
         return;
     }

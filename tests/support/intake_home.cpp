@@ -34,6 +34,13 @@ void IntakeHome::OpenNew(const Files& files) {
     intake::BeginNewLevel(level, 1, {});
 }
 
+void IntakeHome::WillWork(const std::function<void(intake::NewLevel&)>& work) {
+    user.WillFill<intake::NewLevel>([work](intake::NewLevel& open) {
+        work(open);
+        return open.State == intake::FormState::Saved;
+    });
+}
+
 core::LevelRecord& IntakeHome::Record() const {
     return core::archive.Levels[static_cast<std::size_t>(level.LevelIndex)];
 }

@@ -2,6 +2,7 @@
 // system's own zip program.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -26,6 +27,8 @@ class IntakeHome : public SwapHome {
     // The same dialog on a level of the table.
     void OpenProperties(std::int32_t index) { intake::BeginLevel(level, index); }
     void Store() { intake::StoreLevel(level); }
+    // The next form that opens over a level is worked like this.
+    void WillWork(const std::function<void(intake::NewLevel&)>& work);
     core::LevelRecord& Record() const;
     // Names of the files that the dialog works on, and of those stored.
     std::vector<std::string> WorkNames() const;

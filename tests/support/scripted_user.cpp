@@ -27,12 +27,16 @@ const char* StyleName(MessageStyle style) {
 
 } // namespace
 
-ScriptedUser::ScriptedUser() : old_user_(SetUser(this)) {}
+ScriptedUser::ScriptedUser() : old_user_(SetUser(this)) {
+    forms.WhenMissing([](std::string_view form) { ADD_FAILURE() << "nobody fills in: " << form; });
+}
 
 ScriptedUser::~ScriptedUser() {
     SetUser(old_user_);
     for (const Line& line : script_)
         ADD_FAILURE() << "nobody asked for: " << line.when;
+    for (const Filling& filling : fills_)
+        ADD_FAILURE() << "nobody opened: " << filling.form;
     FailOnSurprises();
 }
 
@@ -115,8 +119,17 @@ std::optional<std::string> ScriptedUser::ChooseFolder(const MessageText& caption
     return Take(caption);
 }
 
-std::string ScriptedUser::ShowForm(const ChoiceForm& form) {
-    return Take(form.name + "\n" + form.caption + "\n" + form.text).value_or(std::string());
+bool ScriptedUser::Fill(const std::string& form, void* record) {
+    asked_.push_back(form);
+    const auto next = std::find_if(fills_.begin(), fills_.end(),
+                                   [&](const Filling& filling) { return filling.form == form; });
+    if (next == fills_.end()) {
+        ADD_FAILURE() << "nobody fills in: " << form;
+        return false;
+    }
+    const std::function<bool(void*)> fill = std::move(next->fill); // it may script the next one
+    fills_.erase(next);
+    return fill(record);
 }
 
 void ScriptedUser::OpenProgress(BarPlace, const std::string& caption) {

@@ -17,11 +17,25 @@ class ScriptedUser final : public User {
     ~ScriptedUser() override;
 
     // The next box whose text or title holds `when` gets this answer: "yes", "no", "ok", "cancel", ...,
-    // "nobody", a text, a path, a button's name. Answers for different boxes don't wait for each other. Every
+    // "nobody", a text, a path. Answers for different boxes don't wait for each other. Every
     // question has to be one of the message table.
     void WillAnswer(const std::string& when, const std::string& answer);
     // The same for a box that may come or not, each time.
     void MayAnswer(const std::string& when, const std::string& answer);
+    // The next form of this record is filled in like this; false gives it up. A form that nobody fills in
+    // fails the test.
+    template <FormRecord Record>
+    void WillFill(FormRunner<Record> fill) {
+        fills_.push_back({Record::kForm, [fill = std::move(fill)](void* record) {
+                              return fill(*static_cast<Record*>(record));
+                          }});
+        forms.Add<Record>([this](Record& record) { return Fill(Record::kForm, &record); });
+    }
+    // It is given up as it is.
+    template <FormRecord Record>
+    void WillGiveUp() {
+        WillFill<Record>([](Record&) { return false; });
+    }
     // All messages as "critical: text" in order. Those told until now count as looked at.
     const std::vector<std::string>& Told() const {
         looked_at_ = told_.size();
@@ -29,7 +43,7 @@ class ScriptedUser final : public User {
     }
     // A failure or warning that holds this text is no surprise, however often it comes.
     void MayBeTold(const std::string& text) { expected_.push_back(text); }
-    // Everything that was asked, as texts or titles.
+    // Everything that was asked, as texts, titles or names of forms.
     const std::vector<std::string>& Asked() const { return asked_; }
     // Captions of progress dialogs and texts of labels, in order.
     const std::vector<std::string>& Shown() const { return shown_; }
@@ -42,7 +56,6 @@ class ScriptedUser final : public User {
     std::optional<std::string> OpenFile(const FileDialog& dialog) override;
     std::optional<std::string> SaveFile(const FileDialog& dialog) override;
     std::optional<std::string> ChooseFolder(const MessageText& caption, const std::string& start) override;
-    std::string ShowForm(const ChoiceForm& form) override;
     void OpenProgress(BarPlace dialog, const std::string& caption) override;
     void CloseProgress(BarPlace) override {
         if (on_close) on_close();
@@ -73,12 +86,18 @@ class ScriptedUser final : public User {
 
   private:
     std::optional<std::string> Take(const std::string& text);
+    bool Fill(const std::string& form, void* record);
 
     struct Line {
         std::string when;
         std::string answer;
     };
+    struct Filling {
+        std::string form;
+        std::function<bool(void*)> fill; // takes a record of the form
+    };
     std::deque<Line> script_;
+    std::deque<Filling> fills_;
     std::vector<Line> standing_;
     bool IsSurprise(const std::string& message) const;
     void FailOnSurprises() const;

@@ -10,6 +10,7 @@
 
 #include "core/archive.h"
 #include "core/profile.h"
+#include "program/end.h"
 #include "support/test_home.h"
 
 namespace kelvash::test {
@@ -170,7 +171,7 @@ void OpenWorld(const World&, const std::vector<WorldLevel>& levels, Backup backu
     core::archive.Header.LevelCount = static_cast<std::int32_t>(core::archive.Levels.size());
     core::archive.Levels.emplace_back();
     ASSERT_TRUE(core::WriteArchive("C:\\Kelvash\\levels.kva"));
-    ASSERT_TRUE(core::SaveProfile());
+    ASSERT_TRUE(program::SaveProfile());
 }
 
 std::string ZlibStream(const std::string& bytes) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "core/archive.h"
+#include "core/ports.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
 #include "support/swap_home.h"
@@ -315,9 +316,7 @@ TEST_F(Backup, TellsItsFolderAndKindInANote) {
     EXPECT_THAT(note, testing::StartsWith(": Don't remove this file! It tells which folder the backup beside "
                                           "it is of.\r\n#TRLE_FOLDER=C:\\trle\r\n#TOMB4=CBF43926 "
                                           "9\r\n#KIND=compact\r\n#DATE="));
-    core::profile.FullBackup = true;
-    TakeKindOfBackup();
-    EXPECT_FALSE(core::profile.FullBackup);
+    EXPECT_EQ(core::BackupIsFull(), false);
 }
 
 TEST_F(Backup, OfAKindThatACrashHasLostIsKnownByTheNote) {
@@ -484,6 +483,10 @@ TEST_F(Backup, RefreshThatFailsIsTold) {
     user.WillAnswer(kOriginal, "no");
     RefreshFullBackup();
     EXPECT_THAT(user.Told(), Contains("critical: Error creating full backup in : C:\\Kelvash\\backup_trle"));
+}
+
+TEST_F(Backup, LiesInTheApplicationsFolder) {
+    EXPECT_EQ(BackupFolder(), "C:\\Kelvash\\backup_trle");
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "support/swap_home.h"
 #include "swap/install.h"
 #include "swap/restore.h"
+#include "trle/find_trle.h"
 #include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
@@ -50,12 +51,18 @@ class ChosenFolder : public test::SwapHome {
         EXPECT_THAT(NamesIn(StashPath(2)), ElementsAre("savegame.1"));
         EXPECT_EQ(test::BytesOf(StashPath(2) / "savegame.1"), "coast save");
     }
+    void WillChooseTheOther() {
+        user.WillFill<trle::TrleFolderChoice>([](trle::TrleFolderChoice& choice) {
+            choice.Folder = "C:\\other";
+            return true;
+        });
+    }
     fs::path other;
     std::vector<std::string> before;
 };
 
 TEST_F(ChosenFolder, IsInstalledInWithItsOwnRemoval) {
-    user.WillAnswer("Dialog_TrovaTrle", "C:\\other");
+    WillChooseTheOther();
     ASSERT_TRUE(InstallLevel(1));
     EXPECT_EQ(core::profile.TrleFolder, "C:\\other");
     EXPECT_EQ(CurrentLevelCode(), 1);
@@ -65,7 +72,7 @@ TEST_F(ChosenFolder, IsInstalledInWithItsOwnRemoval) {
 }
 
 TEST_F(ChosenFolder, IsRestoredWithItsOwnRemoval) {
-    user.WillAnswer("Dialog_TrovaTrle", "C:\\other");
+    WillChooseTheOther();
     Bar bar;
     ASSERT_TRUE(FullRestore(bar, false));
     EXPECT_EQ(CurrentLevelCode(), 0);
@@ -75,7 +82,7 @@ TEST_F(ChosenFolder, IsRestoredWithItsOwnRemoval) {
 }
 
 TEST_F(ChosenFolder, ThatIsNotChosenEndsItWithNothingChanged) {
-    user.WillAnswer("Dialog_TrovaTrle", "Pul_Cancel");
+    user.WillGiveUp<trle::TrleFolderChoice>();
     EXPECT_FALSE(InstallLevel(1));
     EXPECT_EQ(core::profile.TrleFolder, "C:\\trle");
     ExpectTheFirstFolderAsItWas();

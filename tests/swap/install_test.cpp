@@ -315,20 +315,5 @@ TEST_F(Install, KeepsLevelZerosSavesWhenTheNextLevelCannotGoIn) {
     EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "original");
 }
 
-TEST_F(Install, PlayTellsAGameThatCannotBeStarted) {
-    AddLevel(1, "City", {{"c.tr4", ""}});
-    for (const fs::path& folder : {trle, backup}) // no program at all, but that of the backup
-        test::MakeFile(folder / "tomb4.exe", "");
-    EXPECT_FALSE(PlayLevel(1));
-    EXPECT_THAT(user.Told(), ElementsAre("critical: Error attempting to launch program tomb4.exe"));
-}
-
-TEST_F(Install, PlayTellsAFailedInstall) {
-    AddLevel(1, "Empty", {});
-    user.WillAnswer("NO .tr4 file", "no");
-    EXPECT_FALSE(PlayLevel(1));
-    EXPECT_THAT(user.Told(), ElementsAre("critical: Error while installing files to play new level"));
-}
-
 } // namespace
 } // namespace kelvash::swap

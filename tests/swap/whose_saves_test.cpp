@@ -8,6 +8,7 @@
 #include "core/owner_moves.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
+#include "program/remove_level.h"
 #include "support/swap_home.h"
 #include "swap/install.h"
 #include "swap/remove.h"
@@ -279,7 +280,7 @@ TEST_F(WhoseSaves, OfALevelThatCannotBeTakenOutKeepTheirLevel) {
     core::SelectLevel(1);
     fs::remove_all(LevelPath(1));
     user.WillAnswer("Are you sure to want remove level", "yes");
-    EXPECT_FALSE(core::RemoveLevel());
+    EXPECT_FALSE(program::RemoveLevel());
     EXPECT_EQ(
         user.Told().back(),
         "exclamation: The level is still in Tomb Raider Level Editor folder, so it has not been removed");

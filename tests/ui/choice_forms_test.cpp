@@ -4,9 +4,12 @@
 #include <QLineEdit>
 #include <QTest>
 
+#include "cd/cd_access.h"
 #include "foundation/drives.h"
+#include "program/start_up.h"
 #include "support/trle_sandbox.h"
 #include "support/ui_home.h"
+#include "trle/find_trle.h"
 #include "ui/Dialog_InsertCd.h"
 #include "ui/Dialog_NewArc.h"
 #include "ui/Dialog_TrovaTrle.h"
@@ -18,12 +21,18 @@ using testing::HasSubstr;
 
 class ChoiceForms : public UiHome<TestHome> {
   protected:
-    std::string Run(const ChoiceForm& form) { return forms.ShowForm(form); }
-    static ChoiceForm NewArc() {
-        return {"Dialog_NewArc", " First execution: Missing last archive", {}, {"Pul_New", "Pul_Load"}};
+    // What is chosen; nothing if the form is given up.
+    static std::optional<bool> MakeNew() {
+        program::FirstArchiveChoice choice{" First execution: Missing last archive"};
+        return ShowForm(choice) ? std::optional(choice.MakeNew) : std::nullopt;
     }
-    static ChoiceForm TrovaTrle(const std::string& start) {
-        return {"Dialog_TrovaTrle", "Folder of Tomb Raider Level Editor", start, {"Pul_Ok", "Pul_Cancel"}};
+    static std::optional<std::string> TrleFolder(const std::string& start) {
+        trle::TrleFolderChoice choice{"Folder of Tomb Raider Level Editor", start};
+        return ShowForm(choice) ? std::optional(choice.Folder) : std::nullopt;
+    }
+    static std::optional<std::string> CdDrive(const std::string& start) {
+        cd::CdDriveChoice choice{" Cd Request", "Please, insert CD # 3", start};
+        return ShowForm(choice) ? std::optional(choice.Drive) : std::nullopt;
     }
 };
 
@@ -37,13 +46,13 @@ TEST_F(ChoiceForms, NewArcHasItsCaptions) {
     EXPECT_THAT(form.Label_Info->text().toStdString(), HasSubstr("one small index file"));
 }
 
-TEST_F(ChoiceForms, NewArcNamesTheButton) {
+TEST_F(ChoiceForms, NewArcTellsTheButton) {
     robot.WillPress("Dialog_NewArc", "Pul_New");
-    EXPECT_EQ(Run(NewArc()), "Pul_New");
+    EXPECT_EQ(MakeNew(), true);
     robot.WillPress("Dialog_NewArc", "Pul_Load");
-    EXPECT_EQ(Run(NewArc()), "Pul_Load");
+    EXPECT_EQ(MakeNew(), false);
     robot.Will("Dialog_NewArc", [](QWidget* window) { window->close(); });
-    EXPECT_EQ(Run(NewArc()), "");
+    EXPECT_EQ(MakeNew(), std::nullopt);
 }
 
 // --- Dialog_TrovaTrle ---
@@ -65,7 +74,7 @@ TEST_F(ChoiceForms, TrovaTrleAcceptsTheFolderItStartsFrom) {
         EXPECT_EQ(window->findChild<QLabel*>(QStringLiteral("Label_Path"))->text().toStdString(), "C:\\trle");
         Press(window, "Pul_Ok");
     });
-    EXPECT_EQ(Run(TrovaTrle("C:\\trle")), "C:\\trle");
+    EXPECT_EQ(TrleFolder("C:\\trle"), "C:\\trle");
 }
 
 TEST_F(ChoiceForms, TrovaTrleTakesOnlyARightFolder) {
@@ -80,14 +89,14 @@ TEST_F(ChoiceForms, TrovaTrleTakesOnlyARightFolder) {
     });
     WillChooseFolder("Choose TR Level Editor folder", "C:\\trle");
     robot.WillPress("Dialog_TrovaTrle", "Pul_Ok");
-    EXPECT_EQ(Run(TrovaTrle("")), "C:\\trle");
+    EXPECT_EQ(TrleFolder(""), "C:\\trle");
 }
 
 TEST_F(ChoiceForms, TrovaTrleCanBeGivenUp) {
     robot.WillPress("Dialog_TrovaTrle", "Pul_Cancel");
-    EXPECT_EQ(Run(TrovaTrle("")), "Pul_Cancel");
+    EXPECT_EQ(TrleFolder(""), std::nullopt);
     robot.Will("Dialog_TrovaTrle", [](QWidget* window) { window->close(); });
-    EXPECT_EQ(Run(TrovaTrle("")), "");
+    EXPECT_EQ(TrleFolder(""), std::nullopt);
 }
 
 // --- Dialog_InsertCd ---
@@ -97,8 +106,6 @@ TEST_F(ChoiceForms, InsertCdOffersTheReaders) {
         std::filesystem::create_directories(root / std::string(1, letter));
         ASSERT_TRUE(SetDrive(letter, root / std::string(1, letter), DriveType::CdRom));
     }
-    const ChoiceForm form{
-        "Dialog_InsertCd", " Cd Request", "F:", {"Pul_Ok", "Pul_Cancel"}, "Please, insert CD # 3"};
     robot.Will("Dialog_InsertCd\n Cd Request", [](QWidget* window) {
         EXPECT_EQ(window->findChild<QLabel*>(QStringLiteral("Label_Mex"))->text().toStdString(),
                   "Please, insert CD # 3");
@@ -107,9 +114,9 @@ TEST_F(ChoiceForms, InsertCdOffersTheReaders) {
         drives->setCurrentIndex(drives->findText(QStringLiteral("E:")));
         Press(window, "Pul_Ok");
     });
-    EXPECT_EQ(Run(form), "E:");
+    EXPECT_EQ(CdDrive("F:"), "E:");
     robot.WillPress("Dialog_InsertCd", "Pul_Cancel");
-    EXPECT_EQ(Run(form), "Pul_Cancel");
+    EXPECT_EQ(CdDrive("F:"), std::nullopt);
 }
 
 } // namespace

@@ -5,7 +5,7 @@
 #include <QTest>
 
 #include "core/profile.h"
-#include "core/start_up.h"
+#include "core/session.h"
 #include "support/swap_home.h"
 #include "support/ui_home.h"
 

@@ -64,11 +64,12 @@ class EveryForm : public PrincipaleHome {
         ui::Dialog_Restore restore(forms, nullptr);
         look(restore);
         core::SelectLevel(1);
-        intake::ShowProperty([&](intake::NewLevel& level) {
+        const FormScope<intake::NewLevel> properties(forms.forms, [&](intake::NewLevel& level) {
             ui::Dialog_NewLevel open(forms, level, nullptr);
             look(open);
-            CancelLevel(level);
+            return false;
         });
+        intake::ShowProperty();
     }
 
     // Those that the tabulator key reaches.

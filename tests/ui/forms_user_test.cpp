@@ -11,16 +11,16 @@
 #include <QTest>
 #include <QTimer>
 
-#include "core/level_messages.h"
 #include "foundation/drives.h"
 #include "foundation/messages.h"
-#include "foundation/texts.h"
 #include "intake/messages.h"
+#include "program/messages.h"
 #include "support/ui_home.h"
 #include "swap/backup_messages.h"
 #include "ui/Dialog_Progress.h"
 #include "ui/Dialog_Wait.h"
 #include "ui/Dialog_Zip.h"
+#include "zip/messages.h"
 
 namespace kelvash::test {
 namespace {

@@ -7,15 +7,19 @@
 #include <QTextBlock>
 #include <algorithm>
 
-#include "foundation/help_text.h"
 #include "support/test_home.h"
 #include "support/ui_home.h"
 #include "ui/Dialog_Testo.h"
+#include "ui/help_text.h"
 
 namespace kelvash::test {
 namespace {
 
 using ui::HelpMark;
+using ui::HelpTopic;
+using ui::HelpTopics;
+using ui::TextToShow;
+using ui::TopicKind;
 
 std::string ShippedHelp() {
     return BytesOf(std::filesystem::path(KELVASH_ASSETS) / "help_kelvash.txt");

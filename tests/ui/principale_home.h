@@ -8,7 +8,7 @@
 #include "core/archive_file.h"
 #include "core/level_list.h"
 #include "core/profile.h"
-#include "core/start_up.h"
+#include "core/session.h"
 #include "support/bitmaps.h"
 #include "support/swap_home.h"
 #include "support/ui_home.h"

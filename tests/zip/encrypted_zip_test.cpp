@@ -3,11 +3,11 @@
 
 #include <cstdlib>
 
-#include "foundation/zip.h"
-#include "foundation/zip_module.h"
 #include "support/foundation_home.h"
+#include "zip/zip.h"
+#include "zip/zip_module.h"
 
-namespace kelvash {
+namespace kelvash::zip {
 namespace {
 
 using test::BytesOf;
@@ -166,4 +166,4 @@ TEST_F(EncryptedZip, ThePasswordIsNowhereToBeRead) {
 }
 
 } // namespace
-} // namespace kelvash
+} // namespace kelvash::zip

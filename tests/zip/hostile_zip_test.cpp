@@ -6,12 +6,12 @@
 #include <random>
 
 #include "foundation/files.h"
-#include "foundation/zip.h"
-#include "foundation/zip_module.h"
 #include "support/foundation_home.h"
 #include "support/zip_bytes.h"
+#include "zip/zip.h"
+#include "zip/zip_module.h"
 
-namespace kelvash {
+namespace kelvash::zip {
 namespace {
 
 namespace fs = std::filesystem;
@@ -260,4 +260,4 @@ TEST_F(OddZipTarget, NamesThatAreNoUtf8AreStoredAsText) {
 }
 
 } // namespace
-} // namespace kelvash
+} // namespace kelvash::zip

@@ -6,13 +6,13 @@
 
 #include "foundation/drives.h"
 #include "foundation/files.h"
-#include "foundation/zip.h"
-#include "foundation/zip_module.h"
 #include "support/foundation_home.h"
 #include "support/local_time.h"
 #include "support/zip_bytes.h"
+#include "zip/zip.h"
+#include "zip/zip_module.h"
 
-namespace kelvash {
+namespace kelvash::zip {
 namespace {
 
 using namespace std::string_literals;
@@ -437,4 +437,4 @@ TEST_F(Unzip, AToolThatCannotBeRunIsTold) {
 }
 
 } // namespace
-} // namespace kelvash
+} // namespace kelvash::zip

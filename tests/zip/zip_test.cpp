@@ -1,13 +1,13 @@
-// Making zips, and the progress procedures.
-#include "foundation/zip.h"
+// Making zips, and the progress of zip work.
+#include "zip/zip.h"
 
 #include <gmock/gmock.h>
 
-#include "foundation/zip_module.h"
-#include "foundation/zip_progress.h"
 #include "support/foundation_home.h"
+#include "zip/zip_module.h"
+#include "zip/zip_progress.h"
 
-namespace kelvash {
+namespace kelvash::zip {
 namespace {
 
 using testing::ElementsAre;
@@ -121,10 +121,10 @@ TEST_F(ZipLines, InflatingAndAddingAreCounted) {
 
 TEST_F(ZipLines, ResettingEmptiesCaptionAndBar) {
     LineProgress progress{{}, 4};
-    for (const auto manage : {GestioneUnzip, GestioneZip, GestioneMadPlay, GestioneLame}) {
+    for (const auto manage : {GestioneUnzip, GestioneZip}) {
         GestioneUnzip(progress, "inflating", false, stop);
         user.stop = true;
-        manage(progress, "inflating adding: (50%)", true, stop);
+        manage(progress, "inflating adding:", true, stop);
         user.stop = false;
         EXPECT_FALSE(stop);
         EXPECT_EQ(user.last_percent, 0);
@@ -141,25 +141,5 @@ TEST_F(ZipLines, TheUsersStopComesOut) {
     EXPECT_TRUE(stop);
 }
 
-TEST_F(ZipLines, TimesOfMadplayCountAgainstTheLength) {
-    LineProgress progress{{}, 200};
-    GestioneMadPlay(progress, " 00:01:40 Layer III, 128 kbps", false, stop);
-    EXPECT_EQ(user.last_percent, 50);
-    GestioneMadPlay(progress, " 00:02:5", false, stop); // too short
-    GestioneMadPlay(progress, "100:02:50", false, stop);
-    EXPECT_EQ(user.last_percent, 85);
-    GestioneMadPlay(progress, "MPEG Audio Decoder", false, stop);
-    EXPECT_EQ(user.last_percent, 85);
-}
-
-TEST_F(ZipLines, PercentagesOfLameAreTaken) {
-    LineProgress progress{{}, 0};
-    GestioneLame(progress, "   400/1234   (33%)|    0:01/    0:03", false, stop);
-    EXPECT_EQ(user.last_percent, 33);
-    GestioneLame(progress, "(no number)", false, stop);
-    GestioneLame(progress, "50%)", false, stop);
-    EXPECT_EQ(user.last_percent, 33);
-}
-
 } // namespace
-} // namespace kelvash
+} // namespace kelvash::zip

@@ -69,10 +69,10 @@ TEST_F(FullDisk, LeavesTheOldArchiveWhenOnlyItsTailHasNoRoom) {
 TEST_F(FullDisk, LeavesTheOldProfile) {
     const std::string old(1588, '\0');
     test::MakeFile(home / "Kelvash.prf", old);
-    EXPECT_TRUE(DoesWithin(1587, [] { return !SaveProfile(); }));
+    EXPECT_TRUE(DoesWithin(1587, [] { return !WriteProfile(); }));
     EXPECT_EQ(test::BytesOf(home / "Kelvash.prf"), old);
     EXPECT_EQ(Names(home), std::vector<std::string>{"Kelvash.prf"});
-    EXPECT_TRUE(DoesWithin(1588, [] { return SaveProfile(); }));
+    EXPECT_TRUE(DoesWithin(1588, [] { return WriteProfile(); }));
     EXPECT_NE(test::BytesOf(home / "Kelvash.prf"), old);
 }
 

@@ -41,13 +41,15 @@ class ChangedLevels : public FaultHome {
     void Change(const std::function<void(intake::NewLevel&)>& end) {
         core::RefreshLevelList();
         core::SelectLevel(2);
-        intake::ShowProperty([&](intake::NewLevel& open) {
+        const FormScope<intake::NewLevel> form(user.forms, [&](intake::NewLevel& open) {
             intake::RemoveAllFiles(open);
             if (intake::AddSource(open, "C:\\in\\New.zip"))
                 end(open);
             else
                 intake::CancelLevel(open); // a part of a level isn't worth storing
+            return open.State == intake::FormState::Saved;
         });
+        intake::ShowProperty();
     }
     int Store(bool compressed) {
         bool saved = false;
@@ -84,7 +86,8 @@ class ChangedLevels : public FaultHome {
             // What is left over disturbs nobody.
             core::RefreshLevelList();
             core::SelectLevel(2);
-            intake::ShowProperty([](intake::NewLevel& open) { intake::CancelLevel(open); });
+            user.WillGiveUp<intake::NewLevel>();
+            intake::ShowProperty();
             EXPECT_EQ(Files(2), files);
             EXPECT_FALSE(Exists(NativePath(core::LevelFolder(2, false) + "\\FILES_NEW")));
             user.Forget();

@@ -11,6 +11,7 @@
 #include "core/profile.h"
 #include "foundation/drives.h"
 #include "intake/new_level.h"
+#include "program/remove_level.h"
 #include "support/fault_home.h"
 #include "support/zip_bytes.h"
 
@@ -90,7 +91,7 @@ TEST_F(KillPointsOfLevels, OfRemovingTouchNoOtherLevel) {
                                                        {"Do you want remove all sub-folders", "yes"}});
                                   core::RefreshLevelList();
                                   core::SelectLevel(2);
-                                  return core::RemoveLevel() ? 0 : 1;
+                                  return program::RemoveLevel() ? 0 : 1;
                               }};
     Prepare(operation);
     StartProgram();

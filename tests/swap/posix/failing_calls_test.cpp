@@ -7,6 +7,7 @@
 
 #include "core/archive.h"
 #include "core/profile.h"
+#include "program/end.h"
 #include "support/fault_home.h"
 #include "swap/compression.h"
 #include "swap/install.h"
@@ -136,7 +137,7 @@ TEST_F(FailingCalls, OfSavingTheArchiveLeaveTheOldOne) {
 TEST_F(FailingCalls, OfSavingTheProfileLeaveTheOldOne) {
     const Operation operation{"save_profile", 0, Backup::Full, [] {
                                   core::profile.SavegamesToKeep = 77;
-                                  return Ended(core::SaveProfile());
+                                  return Ended(program::SaveProfile());
                               }};
     Prepare(operation);
     const int points = CountCalls(operation);

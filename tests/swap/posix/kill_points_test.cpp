@@ -7,6 +7,7 @@
 
 #include "core/archive.h"
 #include "core/profile.h"
+#include "program/end.h"
 #include "support/fault_home.h"
 #include "swap/install.h"
 #include "swap/remove.h"
@@ -197,7 +198,7 @@ TEST_F(KillPoints, OfSavingTheArchiveLeaveTheOldOneOrTheNew) {
 TEST_F(KillPoints, OfSavingTheProfileLeaveTheOldOneOrTheNew) {
     const Operation operation{"save_profile", 0, Backup::Full, [] {
                                   core::profile.SavegamesToKeep = 77;
-                                  return Ended(core::SaveProfile());
+                                  return Ended(program::SaveProfile());
                               }};
     Prepare(operation);
     const int points = CountCalls(operation);
@@ -207,7 +208,7 @@ TEST_F(KillPoints, OfSavingTheProfileLeaveTheOldOneOrTheNew) {
         EXPECT_TRUE(core::profile.SavegamesToKeep == 5 || core::profile.SavegamesToKeep == 77)
             << "at call " << at;
         EXPECT_EQ(core::profile.TrleFolder, "C:\\trle");
-        EXPECT_TRUE(core::SaveProfile());
+        EXPECT_TRUE(program::SaveProfile());
     }
     Report(operation, points);
 }

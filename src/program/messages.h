@@ -1,0 +1,5 @@
+// Texts of what commands the subsystems.
+#pragma once
+
+#include "foundation/messages.h"
+#include "program/messages.inc"

@@ -1,0 +1,96 @@
+#include "program/remove_level.h"
+
+#include "core/archive.h"
+#include "core/change.h"
+#include "core/level_list.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "program/messages.h"
+#include "swap/remove.h"
+#include "trle_state/trle_state.h"
+
+namespace kelvash::program {
+
+namespace {
+
+// True, after a message, for a level on CD: its files can't be changed.
+bool CheckLevelOnHd(std::int32_t index) {
+    if (core::archive.Levels[static_cast<std::size_t>(index)].CdNumber == 0) return false;
+    TellCritical(LoadMessage(msg::kLevelIsOnCd, {kLineBreak}));
+    return true;
+}
+
+bool MayRemove(std::int32_t index) {
+    if (index < 0) {
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kRemoveNoLevel));
+        return false;
+    }
+    if (CheckLevelOnHd(index)) return false;
+    const core::LevelRecord& level = core::archive.Levels[static_cast<std::size_t>(index)];
+    if (level.Code == 0) {
+        TellCritical(LoadMessage(msg::kRemoveLevelZero, {kLineBreak}));
+        return false;
+    }
+    return AskYesNo(MessageStyle::Question, LoadMessage(msg::kRemoveQuestion) + '"' +
+                                                std::string(Trim(level.Name)) + '"' +
+                                                LoadMessage(msg::kRemoveQuestionEnd));
+}
+
+// False if the level is still in TRLE: its saves would lose their place.
+bool TakeOutOfTrle(std::int32_t code) {
+    if (!trle_state::IsInTrle(code)) return true;
+    constexpr std::int32_t kNoLevel = -1;
+    static_cast<void>(swap::RemovePreviousLevel(kNoLevel)); // what counts is where the level is now
+    if (!trle_state::IsInTrle(code)) return true;
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kRemoveNotTakenOut));
+    return false;
+}
+
+void RemoveRecord(std::int32_t index) {
+    core::archive.Levels.erase(core::archive.Levels.begin() + index);
+    --core::archive.Header.LevelCount;
+    core::ArchiveTouched();
+    core::RefreshLevelList();
+}
+
+void RemoveFolderAndTell(const std::string& folder) {
+    Bar bar{BarPlace::MainWindow, -1};
+    TheUser().SetLabel(bar.place, LoadMessage(msg::kRemovingLevelFolder));
+    TheUser().PumpEvents();
+    const bool removed = RemoveFolderTree(folder, bar);
+    core::ClearProgress();
+    if (removed)
+        ShowMessage(MessageStyle::Plain, LoadMessage(msg::kLevelRemoved));
+    else
+        TellCritical(LoadMessage(msg::kRemoveFolderError) + folder);
+}
+
+} // namespace
+
+bool RemoveLevel() {
+    const core::Change change(msg::kDoingRemove, core::kAll, core::SelectedLevel());
+    if (!change) return false;
+    const std::int32_t index = core::LevelIndex(core::SelectedLevel());
+    if (!MayRemove(index)) return false;
+    const core::LevelRecord level = core::archive.Levels[static_cast<std::size_t>(index)];
+    if (!TakeOutOfTrle(level.Code)) return false;
+    const std::string folder = core::LevelFolder(level.Code, false);
+    RemoveRecord(index);
+    if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kRemoveFolderQuestion, {kLineBreak}) + folder +
+                                              LoadMessage(msg::kRemoveFolderQuestionEnd)))
+        return true;
+    // Whatever AutoSave says: a file that still lists the level would list it without its files.
+    if (core::archive.ArchiveChanged && !core::SaveArchive()) {
+        TellCritical(LoadMessage(msg::kRemoveNotSaved) + folder);
+        return false;
+    }
+    RemoveFolderAndTell(folder);
+    core::archive.Header.MainFolderSize -= level.FilesSize;
+    core::archive.Header.SecondaryFolderSize -= level.SavesSize;
+    core::ArchiveTouched();
+    return true;
+}
+
+} // namespace kelvash::program

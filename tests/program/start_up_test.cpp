@@ -1,0 +1,398 @@
+// The start up to the Archive: desktop, files, profile, TRLE and its backup.
+#include "program/start_up.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+#include "foundation/lock.h"
+#include "foundation/registration.h"
+#include "program/end.h"
+#include "program/start_up_home.h"
+#include "swap/backup.h"
+
+namespace kelvash::program {
+namespace {
+
+using test::BytesOf;
+using test::Exists;
+using test::kFull;
+using test::kLoad;
+using test::kNewFolder;
+using test::kOriginal;
+using test::kUpgrade;
+using test::MakeFile;
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace fs = std::filesystem;
+
+class StartUpTest : public test::StartUpHome {};
+
+// --- the first run ---
+
+TEST_F(StartUpTest, AsksForEverythingInOrderAtAFirstRun) {
+    WillMakeAFirstArchive();
+    StartUp("");
+    EXPECT_THAT(user.Asked(), ElementsAre("Dialog_TrovaTrle", StartsWith(kOriginal), StartsWith(kFull),
+                                          "Dialog_NewArc", kNewFolder));
+    EXPECT_THAT(user.Told(), IsEmpty());
+    EXPECT_TRUE(core::ArchiveIsOpen());
+    EXPECT_EQ(core::profile.TrleFolder, "C:\\trle");
+    EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\LevelArchive.kva");
+    EXPECT_EQ(fs::file_size(home / "LevelArchive.kva"), 2180U);
+    EXPECT_TRUE(Exists(home / "backup_trle" / "DATA" / "title.tr4"));
+    EXPECT_TRUE(fs::is_directory(home / "LEVEL_0000" / "FILES"));
+    EXPECT_EQ(core::archive.Levels[0].MoreInfoFile, "manual.pdf");
+    EXPECT_EQ(core::archive.Levels[0].FilesSize, 26) << "the manual: 'original manual/manual.pdf'";
+    EXPECT_TRUE(core::session.RunTestMovie);
+    EXPECT_FALSE(core::session.UpgradeWarning);
+    EXPECT_TRUE(core::session.IsNtFamily);
+    EXPECT_EQ(core::session.TimerInterval, 500);
+    EXPECT_FALSE(Exists(home / "Kelvash.prf")) << "the profile is only written at the end";
+}
+
+TEST_F(StartUpTest, EntersTheDesktopAtAFirstRun) {
+    WillMakeAFirstArchive();
+    StartUp("");
+    EXPECT_TRUE(Exists(root / "data" / "applications" / "Kelvash 1.4.desktop"));
+    EXPECT_TRUE(Exists(root / "data" / "applications" / "kelvash-kva.desktop"));
+}
+
+TEST_F(StartUpTest, LeavesTheDesktopAloneAtALaterRun) {
+    LiveIn();
+    StartUp("");
+    EXPECT_FALSE(Exists(root / "data" / "applications"));
+    EXPECT_FALSE(core::session.RunTestMovie);
+    EXPECT_FALSE(core::session.UpgradeWarning);
+}
+
+TEST_F(StartUpTest, RunsOnce) {
+    LiveIn();
+    StartUp("");
+    core::profile.LastArchive = "unchanged";
+    desktop.animation = true;
+    StartUp("\"C:\\Kelvash\\other.kva\"");
+    EXPECT_EQ(core::profile.LastArchive, "unchanged");
+    EXPECT_TRUE(desktop.animation);
+    EXPECT_THAT(user.Asked(), IsEmpty());
+}
+
+// --- files of the application's folder ---
+
+TEST_F(StartUpTest, BringsGoPifBackFromItsSpare) {
+    LiveIn();
+    MakeFile(home / "go.pif.bin", "spare");
+    StartUp("");
+    EXPECT_EQ(BytesOf(home / "go.pif"), "spare");
+    EXPECT_FALSE(Exists(home / "go.pif.bin"));
+}
+
+TEST_F(StartUpTest, KeepsAGoPifThatIsThere) {
+    LiveIn();
+    MakeFile(home / "go.pif.bin", "spare");
+    MakeFile(home / "go.pif", "own");
+    StartUp("");
+    EXPECT_EQ(BytesOf(home / "go.pif"), "own");
+    EXPECT_EQ(BytesOf(home / "go.pif.bin"), "spare");
+}
+
+TEST_F(StartUpTest, PutsTheWaveLibraryIntoTheSystemFolderOnce) {
+    LiveIn();
+    MakeFile(home / "lib_wave.dll", "library");
+    fs::create_directories(drive / "windows" / "system32");
+    StartUp("");
+    EXPECT_EQ(BytesOf(drive / "windows" / "system32" / "lib_wave.dll"), "library");
+}
+
+TEST_F(StartUpTest, KeepsAWaveLibraryOfTheSystem) {
+    LiveIn();
+    MakeFile(home / "lib_wave.dll", "library");
+    MakeFile(drive / "windows" / "system32" / "LIB_WAVE.DLL", "newer");
+    StartUp("");
+    EXPECT_EQ(BytesOf(drive / "windows" / "system32" / "LIB_WAVE.DLL"), "newer");
+    EXPECT_FALSE(Exists(drive / "windows" / "system32" / "lib_wave.dll"));
+}
+
+// --- the profile ---
+
+TEST_F(StartUpTest, SwitchesTheWindowAnimationOffUntilTheEnd) {
+    LiveIn();
+    StartUp("");
+    EXPECT_FALSE(desktop.animation);
+    EXPECT_TRUE(SaveProfile());
+    EXPECT_TRUE(desktop.animation);
+}
+
+TEST_F(StartUpTest, LeavesAnAnimationOffThatWasOff) {
+    LiveIn();
+    desktop.animation = false;
+    StartUp("");
+    EXPECT_TRUE(SaveProfile());
+    EXPECT_FALSE(desktop.animation);
+}
+
+TEST_F(StartUpTest, LimitsTheTimerToTenTenths) {
+    record.TimerTenths = 11;
+    LiveIn();
+    StartUp("");
+    EXPECT_EQ(core::profile.TimerTenths, 10);
+    EXPECT_EQ(core::session.TimerInterval, 1000);
+}
+
+TEST_F(StartUpTest, KeepsATimerBelowTheLimit) {
+    record.TimerTenths = 3;
+    LiveIn();
+    StartUp("");
+    EXPECT_EQ(core::profile.TimerTenths, 3);
+    EXPECT_EQ(core::session.TimerInterval, 300);
+}
+
+TEST_F(StartUpTest, NeverStopsTheTimer) {
+    record.TimerTenths = -4;
+    LiveIn();
+    StartUp("");
+    EXPECT_EQ(core::session.TimerInterval, 100);
+}
+
+TEST_F(StartUpTest, SwitchesAMissingJoystickOffForGood) {
+    record.JoystickId = 1;
+    LiveIn();
+    desktop.joysticks[0] = {};
+    StartUp("");
+    EXPECT_FALSE(core::profile.EnableJoystick);
+    EXPECT_TRUE(SaveProfile());
+    EXPECT_EQ(BytesOf(home / "Kelvash.prf").substr(1570, 2), std::string(2, '\0'));
+}
+
+TEST_F(StartUpTest, KeepsAJoystickThatIsThere) {
+    record.JoystickId = 1;
+    LiveIn();
+    desktop.joysticks[1] = {};
+    StartUp("");
+    EXPECT_TRUE(core::profile.EnableJoystick);
+}
+
+TEST_F(StartUpTest, DoesNotSwitchAJoystickOn) {
+    record.EnableJoystick = false;
+    LiveIn();
+    desktop.joysticks[0] = {};
+    StartUp("");
+    EXPECT_FALSE(core::profile.EnableJoystick);
+}
+
+// --- an upgrade ---
+
+TEST_F(StartUpTest, AsksForAFullRestoreAfterAnUpgrade) {
+    LiveIn();
+    MakeFile(home / "Kelvash.prf", core::EncodeProfile(record).substr(0, 1587));
+    user.WillAnswer(kUpgrade, "no");
+    StartUp("");
+    EXPECT_THAT(user.Asked(), ElementsAre(kUpgrade));
+    EXPECT_THAT(user.Shown(), testing::Not(Contains("Restore finished")));
+    EXPECT_TRUE(core::session.UpgradeWarning);
+    EXPECT_TRUE(core::session.RunTestMovie);
+    EXPECT_TRUE(Exists(root / "data" / "applications" / "Kelvash 1.4.desktop"));
+    EXPECT_FALSE(Exists(root / "data" / "applications" / "kelvash-kva.desktop"));
+    EXPECT_TRUE(core::ArchiveIsOpen());
+}
+
+TEST_F(StartUpTest, RestoresFullyAfterAnUpgradeOnAYes) {
+    LiveIn();
+    MakeFile(home / "Kelvash.prf", core::EncodeProfile(record) + "x");
+    MakeFile(trle / "foreign.dat", "of a level");
+    MakeFile(trle / "script.dat", "of a level");
+    user.WillAnswer(kUpgrade, "yes");
+    StartUp("");
+    EXPECT_FALSE(Exists(trle / "foreign.dat"));
+    EXPECT_EQ(BytesOf(trle / "script.dat"), "original script.dat");
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre(StartsWith("exclamation: Files of the TRLE folder that the backup doesn't hold made "
+                               "way: 2.\r\nThey have been kept in: C:\\Kelvash\\kept_files\\"),
+                    "plain: Restored original Tomb Raider Level Editor configuration"));
+    const std::vector<std::string>& shown = user.Shown();
+    const auto first = std::find(shown.begin(), shown.end(), "Removing files of old level from TRLE folder");
+    ASSERT_NE(first, shown.end());
+    ASSERT_NE(first, shown.begin());
+    EXPECT_EQ(*(first - 1), "") << "the dialog is open before its first label";
+    EXPECT_THAT(shown, Contains("Restore finished"));
+}
+
+// --- TRLE and its original ---
+
+TEST_F(StartUpTest, EndsWithoutTrle) {
+    record.TrleFolder = "C:\\gone";
+    LiveIn();
+    user.WillGiveUp<trle::TrleFolderChoice>();
+    StartUp("");
+    EXPECT_THAT(user.Told(), ElementsAre("critical: This program cann't run without Tomb Raider Level "
+                                         "Editor\r\nNow, Kelvash ends"));
+    ExpectNoArchive();
+}
+
+TEST_F(StartUpTest, EndsWhenTrleIsNotOriginal) {
+    LiveIn();
+    fs::remove_all(home / "backup_trle");
+    fs::remove_all(home / "LEVEL_0000");
+    user.WillAnswer(kOriginal, "no");
+    StartUp("");
+    EXPECT_THAT(user.Told(), ElementsAre(StartsWith("critical: Tips: "),
+                                         StartsWith("critical: You must perform a new setup")));
+    EXPECT_FALSE(Exists(home / "LEVEL_0000"));
+    ExpectNoArchive();
+    // Whatever is opened then, the door to install and restore stays shut.
+    user.WillAnswer(kLoad, "C:\\Kelvash\\last.kva");
+    EXPECT_TRUE(core::LoadArchiveDialog());
+    user.WillAnswer("There is no valid backup of the original files", "cancel");
+    EXPECT_EQ(swap::RequireBackup(), swap::Door::Closed);
+    EXPECT_FALSE(Exists(home / "backup_trle"));
+}
+
+TEST_F(StartUpTest, NeverTakesAFolderWithAMarkerForOriginal) {
+    LiveIn();
+    fs::remove_all(home / "backup_trle");
+    MakeFile(trle / "Kelvash.txt", "");
+    StartUp("");
+    EXPECT_THAT(user.Told(),
+                ElementsAre(StartsWith("critical: In the Tomb Raider Level Editor folder C:\\trle "
+                                       "there is a custom level")));
+    EXPECT_FALSE(Exists(home / "backup_trle"));
+    ExpectNoArchive();
+}
+
+TEST_F(StartUpTest, EndsTheMakingOfABackupThatWasCutShort) {
+    LiveIn();
+    fs::rename(home / "backup_trle", home / "backup_trle_new");
+    MakeFile(home / "backup_trle_new.txt", "#TRLE_FOLDER=C:\\trle\r\n#KIND=full\r\n");
+    StartUp("");
+    EXPECT_TRUE(core::ArchiveIsOpen());
+    EXPECT_TRUE(Exists(home / "backup_trle/tomb4.exe"));
+    EXPECT_FALSE(Exists(home / "backup_trle_new.txt"));
+    EXPECT_TRUE(Exists(home / "backup_trle.txt"));
+}
+
+// What another program is restoring at this moment is no folder that lacks files.
+TEST_F(StartUpTest, DoesNotJudgeATrleFolderThatAnotherProgramWorksOn) {
+    LiveIn();
+    fs::remove(trle / "script.dat");
+    fs::remove(trle / "tomb4.exe");
+    fs::create_directory(RuntimeFolder() / (FolderIdentity("C:\\trle") + ".lock"));
+    StartUp("");
+    EXPECT_THAT(user.Asked(), IsEmpty());
+    EXPECT_EQ(user.Told().size(), 1U);
+    EXPECT_TRUE(core::session.EndWanted);
+    EXPECT_FALSE(Exists(trle / "tomb4.exe"));
+}
+
+TEST_F(StartUpTest, NeedsNoLockForATrleFolderThatIsWhole) {
+    LiveIn();
+    fs::create_directory(RuntimeFolder() / (FolderIdentity("C:\\trle") + ".lock"));
+    StartUp("");
+    EXPECT_TRUE(core::ArchiveIsOpen());
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(StartUpTest, EndsWithoutLevelZero) {
+    LiveIn();
+    fs::remove_all(home / "LEVEL_0000");
+    MakeFile(home / "LEVEL_0000", "a file in the way");
+    StartUp("");
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Error creating level 0000 (Trle original configuration"));
+    ExpectNoArchive();
+}
+
+TEST_F(StartUpTest, FindsTrleInTheRegistry) {
+    record.TrleFolder = "";
+    LiveIn();
+    test::SetEnvironment("WINEPREFIX", (root / "prefix").string());
+    MakeFile(
+        root / "prefix" / "system.reg",
+        "WINE REGISTRY Version 2\n\n"
+        "[Software\\\\Microsoft\\\\Windows\\\\CurrentVersion\\\\App Paths\\\\winroomedit.exe] 1700000000\n"
+        "@=\"C:\\\\trle\\\\winroomedit.exe\"\n");
+    user.WillFill<trle::TrleFolderChoice>([](trle::TrleFolderChoice&) { return true; }); // as it stands
+    StartUp("");
+    EXPECT_EQ(core::profile.TrleFolder, "C:\\trle");
+    EXPECT_TRUE(core::ArchiveIsOpen());
+}
+
+// --- level 0000 ---
+
+TEST_F(StartUpTest, FillsLevelZero) {
+    core::profile.TrleFolder = "C:\\trle";
+    MakeFile(home / "backup_trle" / "SAVEGAME.3", "saved");
+    MakeFile(home / "backup_trle" / "script.dat", "not this");
+    MakeFile(trle / "manual" / "readme", "no extension");
+    MakeFile(trle / "manual" / "deep" / "not.this", "");
+    EXPECT_TRUE(CreateLevelZero());
+    EXPECT_TRUE(core::session.LevelZeroCreated);
+    const fs::path folder = home / "LEVEL_0000";
+    std::vector<std::string> made;
+    for (const auto& entry : fs::recursive_directory_iterator(folder))
+        made.push_back(fs::relative(entry.path(), folder).generic_string());
+    EXPECT_THAT(made,
+                testing::UnorderedElementsAre("SAVEGAMES", "BACKUP_SAVEGAMES", "BACKUP_SAVEGAMES/SAVEGAME.3",
+                                              "FILES", "FILES/manual.pdf", "FILES/readme", "SCREENSHOTS",
+                                              "SCREENSHOTS/Tomb Raider Level Editor.bmp"));
+    EXPECT_EQ(BytesOf(folder / "SCREENSHOTS" / "Tomb Raider Level Editor.bmp"), "original load.bmp");
+    EXPECT_EQ(BytesOf(folder / "BACKUP_SAVEGAMES" / "SAVEGAME.3"), "saved");
+    EXPECT_EQ(BytesOf(folder / "FILES" / "manual.pdf"), "original manual/manual.pdf");
+}
+
+TEST_F(StartUpTest, LeavesALevelZeroThatIsThere) {
+    core::profile.TrleFolder = "C:\\trle";
+    fs::create_directory(home / "LEVEL_0000");
+    EXPECT_TRUE(CreateLevelZero());
+    EXPECT_TRUE(fs::is_empty(home / "LEVEL_0000"));
+    EXPECT_FALSE(core::session.LevelZeroCreated);
+}
+
+TEST_F(StartUpTest, MakesLevelZeroOfATrleWithoutManualAndPicture) {
+    core::profile.TrleFolder = "C:\\trle";
+    fs::remove_all(trle / "manual");
+    fs::remove(trle / "load.bmp");
+    EXPECT_TRUE(CreateLevelZero());
+    EXPECT_TRUE(fs::is_empty(home / "LEVEL_0000" / "FILES"));
+}
+
+// --- the registry ---
+
+TEST_F(StartUpTest, RegistersWhereTheProgramsAre) {
+    LiveIn();
+    test::SetEnvironment("WINEPREFIX", (root / "prefix").string());
+    MakeFile(root / "prefix" / "system.reg", "WINE REGISTRY Version 2\n");
+    StartUp("");
+    const std::string key = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\";
+    EXPECT_THAT(ReadRegistryValue(key + "Kelvash.exe"),
+                AllOf(StartsWith("Z:\\"), EndsWith("\\program_tests")));
+    EXPECT_EQ(ReadRegistryValue(key + "winroomedit.exe"), "C:\\trle\\winroomedit.exe");
+    EXPECT_THAT(BytesOf(root / "prefix" / "system.reg"),
+                AllOf(HasSubstr("@=\"C:\\\\trle\\\\winroomedit.exe\"\n\"Path\"=\"C:\\\\trle\"\n"),
+                      HasSubstr("\\\\program_tests\"\n\"Path\"=\"Z:\\\\")));
+}
+
+TEST_F(StartUpTest, DoesNotRegisterARoomEditorThatIsNotThere) {
+    LiveIn();
+    fs::remove(trle / "winroomedit.exe");
+    test::SetEnvironment("WINEPREFIX", (root / "prefix").string());
+    MakeFile(root / "prefix" / "system.reg", "WINE REGISTRY Version 2\n");
+    StartUp("");
+    EXPECT_THAT(BytesOf(root / "prefix" / "system.reg"), testing::Not(HasSubstr("winroomedit")));
+}
+
+TEST_F(StartUpTest, EndsWithSettingsThatCannotBeRead) {
+    fs::create_directory(home / "Kelvash.prf");
+    StartUp("");
+    EXPECT_TRUE(core::session.EndWanted);
+    EXPECT_THAT(user.Told(), ElementsAre(HasSubstr("The settings can't be read")));
+    EXPECT_TRUE(SaveProfile());
+}
+
+} // namespace
+} // namespace kelvash::program
