@@ -1,8 +1,6 @@
 // ratios WORK BIN CLI: the program's work beside plain tools doing the same, in pairs, and the table of
 // ratios. WORK is an empty folder for the files, BIN holds the small programs of this folder, CLI is
 // kelvash-cli.
-#include <zlib.h>
-
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -16,6 +14,7 @@
 #include <vector>
 
 #include "bench/timing.h"
+#include "bench/world.h"
 #include "core/archive.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
@@ -24,129 +23,41 @@ namespace {
 
 using namespace kelvash;
 using namespace kelvash::bench;
-// --- the world ---
 
-std::string Packed(const std::string& bytes) {
-    uLongf size = compressBound(static_cast<uLong>(bytes.size()));
-    std::string packed(size, '\0');
-    compress2(reinterpret_cast<Bytef*>(packed.data()), &size, reinterpret_cast<const Bytef*>(bytes.data()),
-              static_cast<uLong>(bytes.size()), 6);
-    packed.resize(size);
-    return packed;
+// --- swaps ---
+
+// rm of the level that is in, cp of what it had overwritten, cp of the next level's files.
+std::vector<Command> PlainSwap(const World& world, int code, const std::string& bin) {
+    Command remove = {"rm", "-f"};
+    std::vector<Command> commands;
+    Command restore_audio = {"cp", "-p"}, restore_root = {"cp", "-p"};
+    Command inflate = {bin + "/inflate_files", world.Files(code).string(), world.temp.string()};
+    Command copy[3] = {{"cp", "-p"}, {"cp", "-p"}, {"cp", "-p"}};
+    for (const File& file : LevelFiles()) {
+        remove.push_back((world.plain_trle / file.folder / file.name).string());
+        const std::string original = (world.home / "backup_trle" / file.folder / file.name).string();
+        if (StandsInTrle(file)) (file.folder == "audio" ? restore_audio : restore_root).push_back(original);
+        const bool packed = fs::exists(world.Files(code) / (file.name + ".zl"));
+        if (packed) inflate.push_back(file.name);
+        const fs::path from = packed ? world.temp / file.name : world.Files(code) / file.name;
+        copy[file.folder == "data" ? 0 : file.folder == "audio" ? 1 : 2].push_back(from.string());
+    }
+    restore_audio.push_back((world.plain_trle / "audio").string());
+    restore_root.push_back(world.plain_trle.string());
+    copy[0].push_back((world.plain_trle / "data").string());
+    copy[1].push_back((world.plain_trle / "audio").string());
+    copy[2].push_back(world.plain_trle.string());
+    commands = {remove, restore_audio, restore_root};
+    if (inflate.size() > 3) commands.push_back(inflate);
+    commands.insert(commands.end(), std::begin(copy), std::end(copy));
+    if (inflate.size() > 3) {
+        Command clear = {"rm", "-f"};
+        for (std::size_t i = 3; i < inflate.size(); ++i)
+            clear.push_back((world.temp / inflate[i]).string());
+        commands.push_back(clear);
+    }
+    return commands;
 }
-
-struct File {
-    std::string name;
-    std::string folder; // in the TRLE folder
-    std::size_t size;
-};
-
-// 60 MB of a level, of which the waves, script and picture stand in TRLE already.
-const std::vector<File>& LevelFiles() {
-    static const std::vector<File> files = {
-        {"level.tr4", "data", 38 * kMegabyte}, {"level.pak", "data", 12 * kMegabyte},
-        {"010.wav", "audio", 5 * kMegabyte},   {"011.wav", "audio", 4 * kMegabyte},
-        {"script.dat", ".", 20'000},           {"load.bmp", ".", 786'486}};
-    return files;
-}
-
-bool StandsInTrle(const File& file) {
-    return file.folder != "data";
-}
-
-// A home with levels 1 and 2, plain, and 3 and 4, packed; and a second TRLE folder for the plain tools.
-struct World {
-    fs::path work, home, levels, trle, plain_trle, temp;
-    explicit World(const fs::path& folder)
-        : work(folder),
-          home(work / "home"),
-          levels(work / "c/Levels"),
-          trle(work / "c/trle"),
-          plain_trle(work / "plain_trle"),
-          temp(work / "plain_temp") {}
-
-    fs::path Files(int code) const { return levels / ("LEVEL_000" + std::to_string(code)) / "FILES"; }
-
-    void MakeTrle(const fs::path& target) const {
-        Write(target / "tomb4.exe", "MZ");
-        Write(target / "english.dat", "english");
-        Write(target / "data" / "title.tr4", LevelBytes(kMegabyte, 1));
-        for (const File& file : LevelFiles())
-            if (StandsInTrle(file)) Write(target / file.folder / file.name, LevelBytes(file.size, 2));
-    }
-
-    void Make() const {
-        MakeTrle(trle);
-        fs::create_directories(home);
-        fs::copy(trle, home / "backup_trle", fs::copy_options::recursive);
-        fs::copy(trle, plain_trle, fs::copy_options::recursive);
-        fs::create_directories(temp);
-        for (const char* name : {"FILES", "BACKUP_SAVEGAMES"})
-            fs::create_directories(home / "LEVEL_0000" / name);
-        for (int code = 1; code <= 4; ++code) {
-            fs::create_directories(Files(code).parent_path() / "BACKUP_SAVEGAMES");
-            for (const File& file : LevelFiles()) {
-                const std::string bytes = LevelBytes(file.size, static_cast<unsigned>(code));
-                const bool pack = code > 2 && (file.name.ends_with(".tr4") || file.name.ends_with(".wav"));
-                Write(Files(code) / (file.name + (pack ? ".zl" : "")), pack ? Packed(bytes) : bytes);
-            }
-        }
-        std::ofstream(home / "drives.txt")
-            << "C=" << (work / "c").string() << "\nH=" << home.string() << "\n";
-        SaveState();
-    }
-
-    void SaveState() const {
-        if (!SetAppFolder(home)) Die("no home");
-        core::profile.TrleFolder = "C:\\trle";
-        core::profile.FullBackup = true;
-        core::archive.Header.MainFolder = core::archive.Header.SecondaryFolder = "C:\\Levels";
-        core::archive.Levels.clear();
-        for (int code = 0; code <= 4; ++code) {
-            core::LevelRecord level;
-            level.Code = code;
-            level.Name = "Level " + std::to_string(code);
-            core::archive.Levels.push_back(level);
-        }
-        core::archive.Header.LevelCount = 5;
-        core::archive.Levels.emplace_back();
-        if (!core::WriteArchive("H:\\bench.kva")) Die("no Archive");
-    }
-
-    // rm of the level that is in, cp of what it had overwritten, cp of the next level's files.
-    std::vector<Command> PlainSwap(int code, const std::string& bin) const {
-        Command remove = {"rm", "-f"};
-        std::vector<Command> commands;
-        Command restore_audio = {"cp", "-p"}, restore_root = {"cp", "-p"};
-        Command inflate = {bin + "/inflate_files", Files(code).string(), temp.string()};
-        Command copy[3] = {{"cp", "-p"}, {"cp", "-p"}, {"cp", "-p"}};
-        for (const File& file : LevelFiles()) {
-            remove.push_back((plain_trle / file.folder / file.name).string());
-            const std::string original = (home / "backup_trle" / file.folder / file.name).string();
-            if (StandsInTrle(file))
-                (file.folder == "audio" ? restore_audio : restore_root).push_back(original);
-            const bool packed = fs::exists(Files(code) / (file.name + ".zl"));
-            if (packed) inflate.push_back(file.name);
-            const fs::path from = packed ? temp / file.name : Files(code) / file.name;
-            copy[file.folder == "data" ? 0 : file.folder == "audio" ? 1 : 2].push_back(from.string());
-        }
-        restore_audio.push_back((plain_trle / "audio").string());
-        restore_root.push_back(plain_trle.string());
-        copy[0].push_back((plain_trle / "data").string());
-        copy[1].push_back((plain_trle / "audio").string());
-        copy[2].push_back(plain_trle.string());
-        commands = {remove, restore_audio, restore_root};
-        if (inflate.size() > 3) commands.push_back(inflate);
-        commands.insert(commands.end(), std::begin(copy), std::end(copy));
-        if (inflate.size() > 3) {
-            Command clear = {"rm", "-f"};
-            for (std::size_t i = 3; i < inflate.size(); ++i)
-                clear.push_back((temp / inflate[i]).string());
-            commands.push_back(clear);
-        }
-        return commands;
-    }
-};
 
 std::uintmax_t BytesIn(const fs::path& folder) {
     std::uintmax_t bytes = 0;
@@ -162,7 +73,7 @@ Pairs MeasureSwap(const World& world, const std::string& bin, int one, int other
         Settle(world.work);
         const double ours = Run({bin + "/swap_once", world.home.string(), std::to_string(code)});
         Settle(world.work);
-        const double plain = RunAll(world.PlainSwap(code, bin));
+        const double plain = RunAll(PlainSwap(world, code, bin));
         if (i >= 0) pairs.Add(ours, plain); // the first two only fill the page cache
     }
     if (BytesIn(world.trle) != BytesIn(world.plain_trle)) Die("the two TRLE folders differ");

@@ -283,16 +283,14 @@ std::optional<std::string> CliUser::AnswerForm(const FormPrompt& form) {
     return chosen && chosen->empty() ? std::nullopt : chosen;
 }
 
-void CliUser::OpenProgress(BarPlace dialog, const std::string& caption) {
-    if (dialog == BarPlace::StoppableDialog) ++stoppable_;
+void CliUser::OpenProgress(BarPlace, const std::string& caption) {
     if (!IsPlain())
         Tell({{"event", "progress"}, {"caption", caption}});
     else if (!caption.empty())
         Print(caption);
 }
 
-void CliUser::CloseProgress(BarPlace dialog) {
-    if (dialog == BarPlace::StoppableDialog && stoppable_ > 0) --stoppable_;
+void CliUser::CloseProgress(BarPlace) {
     if (IsPlain()) FinishBar();
 }
 
@@ -305,7 +303,7 @@ void CliUser::SetBar(BarPlace, int percent) {
 }
 
 bool CliUser::StopRequested() {
-    return stoppable_ > 0 && Interrupted();
+    return JobCanStop() && Interrupted();
 }
 
 } // namespace kelvash::cli

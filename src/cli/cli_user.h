@@ -98,7 +98,6 @@ class CliUser final : public User {
     int failures_ = 0;
     bool unanswered_ = false;
     bool refused_ = false;
-    int stoppable_ = 0; // open progress dialogs of jobs that can be stopped
 };
 
 } // namespace kelvash::cli

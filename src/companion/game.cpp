@@ -5,10 +5,9 @@
 #include "core/ports.h"
 #include "core/profile.h"
 #include "foundation/messages.h"
+#include "foundation/pumping.h"
 #include "foundation/state.h"
 #include "foundation/text.h"
-#include "foundation/user.h"
-#include "foundation/waiting.h"
 #include "trle_state/fragments.h"
 
 namespace kelvash::companion {
@@ -48,11 +47,9 @@ bool GameRuns() {
 }
 
 void WaitForGameEnd(bool (*given_up)()) {
-    constexpr int kPollTenths = 1;
-    while (GameRuns() && !given_up()) {
-        WaitTenths(kPollTenths, Wait::Sleep);
-        TheUser().PumpEvents();
-    }
+    constexpr double kPollSeconds = 0.1;
+    while (GameRuns() && !given_up())
+        WaitPumping(kPollSeconds);
 }
 
 } // namespace kelvash::companion

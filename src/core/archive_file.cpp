@@ -8,6 +8,7 @@
 
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/pumping.h"
 
 namespace kelvash::core {
 
@@ -21,6 +22,7 @@ class Stamper {
   public:
     Stamper() { XXH3_64bits_reset(state_.get()); }
     void Take(std::string_view bytes) {
+        PumpNowAndThen();
         size_ += bytes.size();
         XXH3_64bits_update(state_.get(), bytes.data(), bytes.size());
     }

@@ -5,6 +5,7 @@
 #include "core/archive.h"
 #include "core/archive_messages.h"
 #include "foundation/messages.h"
+#include "foundation/pumping.h"
 #include "foundation/state.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
@@ -33,6 +34,7 @@ std::vector<LevelListItem> SortedItems() {
         level.Name = Trim(level.Name);
         std::string text = level.Code == current ? level.Name + mark : level.Name;
         std::string key = FoldCase(text);
+        PumpNowAndThen();
         keyed.push_back({std::move(key), {std::move(text), level.Code}});
     }
     std::stable_sort(keyed.begin(), keyed.end(),

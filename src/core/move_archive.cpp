@@ -279,6 +279,7 @@ bool NameNewPlace(const std::string& target) {
 
 // Everything in its new place and the Archive's file saying so; otherwise, after a message, all as it was.
 bool Transfer(const std::vector<Move>& moves, const std::string& target) {
+    const JobScope job(Stop::Offered); // a stop is told behind the dialog in which it was wanted
     if (!PrepareTarget(moves, target)) return false;
     if (!CopyFolders(moves) || !PutIntoPlace(moves, target)) {
         TellCopyFailure(moves, target);

@@ -12,13 +12,19 @@
 #include "core/profile.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
+#include "foundation/parallel.h"
 #include "foundation/path.h"
+#include "foundation/pumping.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 
 namespace kelvash::core {
 
 namespace {
+
+// A level's folders are counted in some 0.1 ms if the system has them in memory.
+constexpr std::size_t kLevelsWorthThreads = 50;
+constexpr std::size_t kLevelsAhead = 16;
 
 void TellSizes() {
     const ArchiveHeader& header = archive.Header;
@@ -47,6 +53,16 @@ struct SubFolders {
     std::vector<std::string> folders;
 };
 
+struct LevelBytes {
+    std::int64_t Files = 0;
+    std::int64_t Saves = 0;
+};
+
+LevelBytes CountLevel(const std::string& folder) {
+    const SubFolders inside(folder);
+    return {inside.BytesOf(FilesFolder(folder)), inside.SavesOf(folder)};
+}
+
 } // namespace
 
 std::int64_t FilesBytes(std::string_view level_folder) {
@@ -72,22 +88,27 @@ void ComputeArchiveSize(Report report) {
     ArchiveHeader& header = archive.Header;
     header.MainFolderSize = 0;
     header.SecondaryFolderSize = 0;
+    std::vector<std::string> folders;
     for (std::int32_t i = 0; i < header.LevelCount; ++i) {
-        TheUser().PumpEvents();
-        if (TheUser().StopRequested()) { // no half-counted sums
-            static_cast<ArchiveContents&>(archive) = old;
-            return;
-        }
-        LevelRecord& level = archive.Levels[static_cast<std::size_t>(i)];
-        const std::string folder = LevelFolder(level.Code, false);
-        progress.Label(LoadMessage(msg::kScanningFolder) + folder);
-        const SubFolders inside(folder);
-        if (level.CdNumber == 0)
-            level.FilesSize = FieldSize(static_cast<double>(inside.BytesOf(FilesFolder(folder))));
-        level.SavesSize = FieldSize(static_cast<double>(inside.SavesOf(folder)));
+        folders.push_back(LevelFolder(archive.Levels[static_cast<std::size_t>(i)].Code, false));
+        PumpNowAndThen();
+    }
+    const auto count = [&folders](std::size_t i) { return CountLevel(folders[i]); };
+    const auto note = [&](std::size_t i, const std::optional<LevelBytes>& counted) {
+        LevelRecord& level = archive.Levels[i];
+        progress.Label(LoadMessage(msg::kScanningFolder) + folders[i]);
+        const LevelBytes bytes = counted ? *counted : CountLevel(folders[i]);
+        if (level.CdNumber == 0) level.FilesSize = FieldSize(static_cast<double>(bytes.Files));
+        level.SavesSize = FieldSize(static_cast<double>(bytes.Saves));
         header.MainFolderSize += level.FilesSize;
         header.SecondaryFolderSize += level.SavesSize;
-        ProgressPercent(progress.bar, i + 1, header.LevelCount);
+        ProgressPercent(progress.bar, static_cast<double>(i + 1), header.LevelCount);
+        return true;
+    };
+    const Effort effort = folders.size() < kLevelsWorthThreads ? Effort::Little : Effort::Heavy;
+    if (ParallelMap({folders.size(), kLevelsAhead, effort}, count, note) != ParallelEnd::Done) {
+        static_cast<ArchiveContents&>(archive) = old; // no half-counted sums
+        return;
     }
     ArchiveTouched();
     if (report == Report::Shown) TellSizes();

@@ -8,8 +8,10 @@
 #include "foundation/drives.h"
 #include "foundation/guarded_folders.h"
 #include "foundation/known_names.h"
+#include "foundation/parallel.h"
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
+#include "foundation/pumping.h"
 #include "foundation/text.h"
 
 namespace kelvash {
@@ -19,6 +21,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t kReadBlock = std::size_t{1} << 16;
+constexpr std::size_t kWriteBlock = std::size_t{1} << 21; // some 10 ms of a busy machine
 
 fs::file_status StatusOf(std::string_view path) {
     std::error_code error;
@@ -41,6 +44,7 @@ std::vector<std::string> ListEntries(std::string_view folder, Wanted wanted) {
     std::error_code error;
     for (fs::directory_iterator at(NativePath(folder), error), end; !error && at != end;
          at.increment(error)) {
+        PumpNowAndThen();
         std::string name = SpeakableName(*at);
         if (!name.empty() && wanted(*at, name)) names.emplace_back(FoldCase(name), std::move(name));
     }
@@ -68,6 +72,16 @@ void ScanFolder(const std::string& folder, Tree& tree) {
     }
 }
 
+// The system takes what a disk can't at once only after a while.
+bool WriteInBlocks(int descriptor, std::string_view bytes) {
+    while (bytes.size() > kWriteBlock) {
+        if (!platform::WriteBytes(descriptor, bytes.substr(0, kWriteBlock))) return false;
+        bytes.remove_prefix(kWriteBlock);
+        PumpNowAndThen();
+    }
+    return platform::WriteBytes(descriptor, bytes);
+}
+
 bool CopyAsked(std::string_view source, std::string_view destination, const platform::GoOn& go_on) {
     const fs::path from = NativePath(source);
     const fs::path to = NativePath(destination);
@@ -89,10 +103,13 @@ bool FolderExists(std::string_view path) {
 
 bool AnyFile(std::string_view folder, std::string_view mask) {
     std::error_code error;
-    for (fs::directory_iterator at(NativePath(folder), error), end; !error && at != end; at.increment(error))
+    for (fs::directory_iterator at(NativePath(folder), error), end; !error && at != end;
+         at.increment(error)) {
+        PumpNowAndThen();
         if (const std::string name = SpeakableName(*at);
             !name.empty() && IsFile(*at) && MatchesMask(name, mask))
             return true;
+    }
     return false;
 }
 
@@ -113,19 +130,14 @@ bool DeleteFile(std::string_view path) {
 }
 
 bool CopyFile(std::string_view source, std::string_view destination) {
-    return CopyAsked(source, destination, [] { return true; });
+    return CopyAsked(source, destination, [] {
+        PumpNowAndThen();
+        return true;
+    });
 }
 
 bool CopyFileStoppable(std::string_view source, std::string_view destination) {
-    constexpr std::chrono::milliseconds kInterval{50};
-    auto looked = std::chrono::steady_clock::now();
-    return CopyAsked(source, destination, [&] {
-        const auto now = std::chrono::steady_clock::now();
-        if (now - looked < kInterval) return true;
-        looked = now;
-        TheUser().PumpEvents();
-        return !TheUser().StopRequested();
-    });
+    return CopyAsked(source, destination, [] { return !StopWantedByNow(); });
 }
 
 bool LinkOrCopyFile(std::string_view source, std::string_view destination) {
@@ -176,6 +188,7 @@ std::optional<std::string> ReadFileStart(std::string_view path, std::size_t limi
         bytes.resize(start + static_cast<std::size_t>(file.gcount()));
         if (file.bad()) return std::nullopt;
         if (!file) break;
+        PumpNowAndThen();
     }
     return bytes;
 }
@@ -200,7 +213,7 @@ bool ReplaceFileBytes(std::string_view path, const std::function<bool(const Writ
     const int descriptor = platform::OpenForWriting(sibling);
     if (descriptor < 0) return false;
     const bool written =
-        produce([descriptor](std::string_view piece) { return platform::WriteBytes(descriptor, piece); });
+        produce([descriptor](std::string_view piece) { return WriteInBlocks(descriptor, piece); });
     const bool closed = platform::CloseWritten(descriptor, flush == Flush::Yes);
     if (written && closed && platform::RenameOver(sibling, target, flush == Flush::Yes)) return true;
     platform::Unlink(sibling);
@@ -208,11 +221,13 @@ bool ReplaceFileBytes(std::string_view path, const std::function<bool(const Writ
 }
 
 bool FlushDrive(std::string_view folder) {
-    return platform::FlushDrive(NativePath(folder));
+    bool flushed = false;
+    return Beside([&] { flushed = platform::FlushDrive(NativePath(folder)); }) && flushed;
 }
 
 bool FlushFile(std::string_view path) {
-    return platform::FlushFile(NativePath(path));
+    bool flushed = false;
+    return Beside([&] { flushed = platform::FlushFile(NativePath(path)); }) && flushed;
 }
 
 std::int64_t FileSize(std::string_view path) {
@@ -258,8 +273,10 @@ std::vector<std::string> ListFolders(std::string_view folder) {
 
 bool DeleteFiles(std::string_view folder, std::string_view mask) {
     if (mask.empty() || !MayDeleteFilesIn(folder)) return false;
-    for (const std::string& file : ListFiles(folder, mask))
+    for (const std::string& file : ListFiles(folder, mask)) {
         if (!DeleteFile(file)) return false;
+        PumpNowAndThen();
+    }
     return true;
 }
 
@@ -291,8 +308,10 @@ Tree ScanTree(std::string_view root) {
 }
 
 std::int64_t TreeSize(std::string_view root, std::string_view mask) {
-    return platform::TreeBytes(NativePath(root),
-                               [mask](std::string_view name) { return MatchesMask(name, mask); });
+    return platform::TreeBytes(NativePath(root), [mask](std::string_view name) {
+        PumpNowAndThen();
+        return MatchesMask(name, mask);
+    });
 }
 
 } // namespace kelvash

@@ -6,10 +6,10 @@
 
 #include "foundation/drives.h"
 #include "foundation/platform/platform.h"
+#include "foundation/pumping.h"
 #include "foundation/state.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "foundation/waiting.h"
 
 namespace kelvash {
 
@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int kPollMillis = 50;
+constexpr double kPollSeconds = 0.05;
 
 std::string_view SuffixOf(LockKind kind) {
     switch (kind) {
@@ -114,8 +114,7 @@ LockResult FolderLock::Await(std::string_view folder, LockKind kind, std::string
         const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - start;
         if (result != LockResult::Held || passed.count() >= seconds || TheUser().StopRequested())
             return result;
-        WaitMillis(kPollMillis, Wait::Sleep);
-        TheUser().PumpEvents();
+        WaitPumping(kPollSeconds);
     }
 }
 

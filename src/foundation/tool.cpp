@@ -15,7 +15,7 @@ namespace kelvash {
 
 namespace {
 
-constexpr int kHeedMilliseconds = 50;
+constexpr int kHeedMilliseconds = 25; // a wait that ends just before is followed by a whole one
 // A program that has closed its output has ended or is about to; more patience would only hold the interface
 // up.
 constexpr double kEndPatience = 1.0;

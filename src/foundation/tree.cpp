@@ -9,6 +9,7 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
+#include "foundation/pumping.h"
 #include "foundation/text.h"
 #include "foundation/texts.h"
 
@@ -50,8 +51,10 @@ bool CopyTreeWith(std::string_view source, std::string_view destination, Bar* ba
     }
     const Tree tree = ScanTree(source);
     std::int64_t total = 0;
-    for (const std::string& file : tree.files)
+    for (const std::string& file : tree.files) {
         total += FileSize(file);
+        PumpNowAndThen();
+    }
     std::int64_t done = 0;
     for (const std::string& file : tree.files) {
         done += FileSize(file);
@@ -64,8 +67,7 @@ bool CopyTreeWith(std::string_view source, std::string_view destination, Bar* ba
         }
         const std::string target = target_root + relative;
         if (existing == Existing::Ask && FileExists(target) && !AskReplaceFile(file, target)) continue;
-        TheUser().PumpEvents();
-        if (TheUser().StopRequested()) return false;
+        if (StopWantedByNow()) return false;
         if (!CopyFileStoppable(file, target)) {
             if (TheUser().StopRequested()) return false;
             TellCritical(LoadMessage(failure, {file}) + target + "'");
@@ -122,8 +124,10 @@ bool RemoveFolderTree(std::string_view root, Bar& bar) {
                      [](const std::string& a, const std::string& b) {
                          return std::count(a.begin(), a.end(), '\\') > std::count(b.begin(), b.end(), '\\');
                      });
-    for (const std::string& folder : tree.folders)
+    for (const std::string& folder : tree.folders) {
         removed = RemoveEmptyFolder(folder) && removed;
+        PumpNowAndThen();
+    }
     return removed;
 }
 

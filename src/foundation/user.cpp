@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "foundation/messages.h"
+#include "foundation/pumping.h"
 #include "foundation/state.h"
 
 namespace kelvash {
@@ -64,6 +65,16 @@ struct UserPort {
     User* InUse = nullptr;
 };
 
+// The scopes themselves keep it right: no reset is to touch it.
+struct JobStack {
+    int Depth = 0;
+    int Stoppable = 0;
+};
+
+JobStack& Jobs() {
+    return Lifelong<JobStack>::Get();
+}
+
 User*& CurrentUser() {
     return Lifelong<UserPort>::Get().InUse;
 }
@@ -113,13 +124,37 @@ void ProgressPercent(Bar& bar, double done, double total) {
     if (total <= 0) total = 1;
     // The product first: 29 of 100 as a quotient is a little less than 0.29.
     const int percent = static_cast<int>(std::clamp(done, 0.0, total) * 100 / total);
-    if (percent == bar.percent) return;
+    if (percent == bar.percent) {
+        PumpNowAndThen();
+        return;
+    }
     bar.percent = percent;
     TheUser().SetBar(bar.place, percent);
     TheUser().PumpEvents();
 }
 
-ProgressDialog::ProgressDialog(BarPlace dialog, const std::string& caption) : bar{dialog, -1} {
+JobScope::JobScope(Stop stop) : stop_(stop) {
+    ++Jobs().Depth;
+    if (stop_ == Stop::Offered) ++Jobs().Stoppable;
+    TheUser().JobBegan();
+}
+
+JobScope::~JobScope() {
+    --Jobs().Depth;
+    if (stop_ == Stop::Offered) --Jobs().Stoppable;
+    TheUser().JobEnded();
+}
+
+int JobDepth() {
+    return Jobs().Depth;
+}
+
+bool JobCanStop() {
+    return Jobs().Stoppable > 0;
+}
+
+ProgressDialog::ProgressDialog(BarPlace dialog, const std::string& caption)
+    : job_(dialog == BarPlace::StoppableDialog ? Stop::Offered : Stop::Never), bar{dialog, -1} {
     TheUser().OpenProgress(dialog, caption);
 }
 

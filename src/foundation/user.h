@@ -29,7 +29,8 @@ struct FileDialog {
     std::string name;
 };
 
-// Where a label and a bar stand. StoppableDialog is the progress dialog of a job that heeds StopRequested.
+// Where a label and a bar stand. StoppableDialog is the progress dialog of a job that heeds StopRequested;
+// CallerForm the form on top that has a label and a bar for its jobs, nowhere if none is open.
 enum class BarPlace { ProgressDialog, StoppableDialog, ZipDialog, WaitDialog, MainWindow, CallerForm };
 
 // A progress bar as the logic holds it; `percent` is what it shows.
@@ -72,8 +73,16 @@ class User {
 
     // Lets the interface work between two steps of a long job.
     virtual void PumpEvents() = 0;
-    // True once the user has asked the running job to stop, until its outermost dialog is closed.
+    // True once the user has asked the running job to stop, until the outermost of those that can be stopped
+    // ends.
     virtual bool StopRequested() = 0;
+
+    // A job has begun, or ended: JobDepth counts it already, or no more.
+    virtual void JobBegan() {}
+    virtual void JobEnded() {}
+    // True while a form or a box waits for the user in the middle of a job: what is done for it then, a list
+    // that is read for instance, isn't the job's work.
+    virtual bool JobWaits() { return false; }
 };
 
 // The port in use. Before SetUser it is one that answers harmlessly ("no", "cancel") and shows nothing.
@@ -98,11 +107,35 @@ template <FormRecord Record>
     return TheUser().forms.Run(record);
 }
 
-// Sets a bar to the whole percentage of done in total. A total of 0 counts as 1, done above total as total.
-// The bar is only redrawn on a change.
+// Sets a bar to the whole percentage of done in total, and looks after the interface. A total of 0 counts as
+// 1, done above total as total. The bar is only redrawn on a change.
 void ProgressPercent(Bar& bar, double done, double total);
 
-// Keeps a progress dialog open for the length of a scope.
+// --- jobs ---
+
+// Whether the user can stop a job.
+enum class Stop { Never, Offered };
+
+// Says for the length of a scope that a job runs: a command, or a part of one. Jobs stand in each other; only
+// where none runs may a command, a timer, a drop or another start of the program begin one (in a form, where
+// none has begun since it was opened). The outermost one that can be stopped begins without any wish to stop.
+class JobScope {
+  public:
+    explicit JobScope(Stop stop = Stop::Never);
+    ~JobScope();
+    JobScope(const JobScope&) = delete;
+    JobScope& operator=(const JobScope&) = delete;
+
+  private:
+    Stop stop_;
+};
+
+// How many jobs stand in each other now.
+int JobDepth();
+// True if one of them can be stopped.
+bool JobCanStop();
+
+// A job that has a progress dialog, open for the length of its scope.
 class ProgressDialog {
   public:
     ProgressDialog(BarPlace dialog, const std::string& caption);
@@ -111,6 +144,11 @@ class ProgressDialog {
     ProgressDialog& operator=(const ProgressDialog&) = delete;
 
     void Label(const std::string& text) { TheUser().SetLabel(bar.place, text); }
+
+  private:
+    JobScope job_;
+
+  public:
     Bar bar;
 };
 

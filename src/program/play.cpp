@@ -5,8 +5,8 @@
 #include "companion/game.h"
 #include "foundation/desktop.h"
 #include "foundation/messages.h"
+#include "foundation/pumping.h"
 #include "foundation/user.h"
-#include "foundation/waiting.h"
 #include "program/messages.h"
 #include "swap/backup.h"
 #include "swap/install.h"
@@ -17,7 +17,7 @@ namespace kelvash::program {
 using swap::Swapped;
 
 bool PlayLevel(std::int32_t code) {
-    constexpr int kTenthsBeforeWatching = 20;
+    constexpr double kSecondsBeforeWatching = 2;
     std::optional<Swapped> installed;
     const bool started = swap::OnChosenFolder(msg::kDoingPlay, code, [&] {
         installed = swap::InstallHere(code);
@@ -36,10 +36,7 @@ bool PlayLevel(std::int32_t code) {
         return false;
     }
     // From here on the game keeps swaps out by itself.
-    for (int i = 0; i < kTenthsBeforeWatching; ++i) {
-        WaitTenths(1, Wait::Sleep);
-        TheUser().PumpEvents();
-    }
+    WaitPumping(kSecondsBeforeWatching);
     companion::game.WatcherActive = true;
     return true;
 }

@@ -62,16 +62,19 @@ bool IsCompressible(const std::string& file) {
 
 bool PackFiles(const std::string& source) {
     const KnownNames names(source);
-    for (const std::string& file : ListFiles(source, "*.*")) {
-        if (!IsCompressible(file)) continue;
+    std::vector<std::string> files = ListFiles(source, "*.*");
+    std::erase_if(files, [](const std::string& file) { return !IsCompressible(file); });
+    const auto pack = [&files](std::size_t i) { return PackInMemory(files[i]); };
+    const auto store = [&files](std::size_t i, std::optional<MadeFile> made) {
+        const std::string& file = files[i];
         ShowLabel(LoadMessage(msg::kCompressingFile, {FileNameOf(file)}));
         const std::string stored = file + LoadFragment(fragment::kZlExtension);
-        if (!CompressFile(file, stored)) return false;
-        if (DeleteFile(file)) continue;
+        if (!CompressFile(file, stored, std::move(made).value_or(MadeFile()))) return false;
+        if (DeleteFile(file)) return true;
         DeleteFile(stored); // the level isn't to hold both
         return false;
-    }
-    return true;
+    };
+    return ParallelMap(JobOver(files), pack, store) == ParallelEnd::Done;
 }
 
 } // namespace

@@ -64,21 +64,23 @@ bool UnpackFiles(const std::vector<std::string>& packed, const std::string& fold
     if (!FillTempDec(folder, IsPlain, temp)) return false;
     UnpackGuard guard(temp);
     const KnownNames names(temp);
-    double done = 0;
-    for (const std::string& file : packed) {
+    const auto unpack = [&packed](std::size_t i) { return UnpackInMemory(packed[i]); };
+    const auto store = [&](std::size_t i, std::optional<MadeFile> made) {
+        const std::string& file = packed[i];
         dialog.Label(LoadMessage(msg::kUnzippingFile, {FileNameOf(file)}));
         TheUser().PumpEvents();
         const std::optional<std::string> target = UnpackedPath(temp, file);
-        if (!target || !guard.Unpack(file, *target)) {
+        if (!target || !guard.Unpack(file, *target, std::move(made).value_or(MadeFile()))) {
             if (guard.Refused())
                 RemoveFolder(temp); // the user wants none of it on his disk
             else
                 TellDecompressFailure(msg::kDecompressFailed, FileNameOf(file));
             return false;
         }
-        ProgressPercent(dialog.bar, ++done, static_cast<double>(packed.size()));
-    }
-    return true;
+        ProgressPercent(dialog.bar, static_cast<double>(i + 1), static_cast<double>(packed.size()));
+        return true;
+    };
+    return ParallelMap(JobOver(packed), unpack, store) == ParallelEnd::Done;
 }
 
 // No decoder is built in: a level with such sound stays as it is. False after a message.
@@ -121,11 +123,12 @@ bool DecompressLevelFiles(const std::string& folder, std::string& temp, bool dec
 std::string DecompressOneFile(const std::string& path, bool show_dialog) {
     const std::string folder = AppFolder() + LoadFragment(fragment::kTempFolder);
     const std::optional<std::string> target = UnpackedPath(folder, path);
-    if (show_dialog) TheUser().OpenProgress(BarPlace::ZipDialog, LoadMessage(msg::kOneFileCaption));
+    std::optional<ProgressDialog> progress;
+    if (show_dialog) progress.emplace(BarPlace::ZipDialog, LoadMessage(msg::kOneFileCaption));
     const bool made = target && MakeFresh(folder);
     UnpackGuard guard(folder);
     const bool unpacked = made && guard.Unpack(path, *target);
-    if (show_dialog) TheUser().CloseProgress(BarPlace::ZipDialog);
+    progress.reset();
     if (unpacked) return *target;
     if (!guard.Refused()) TellDecompressFailure(msg::kOneFileFailed, FileNameOf(path));
     RemoveTempFolder();

@@ -54,20 +54,22 @@ bool PackOrUnpack(const std::string& files, bool& whole) {
     ProgressDialog dialog(BarPlace::ZipDialog, LoadMessage(pack ? msg::kZippingFiles : msg::kUnzippingFiles));
     UnpackGuard guard(files);
     const KnownNames names(files);
-    for (const std::string& file : list) {
+    const auto make = [&](std::size_t i) { return pack ? PackInMemory(list[i]) : UnpackInMemory(list[i]); };
+    const auto store = [&](std::size_t i, std::optional<MadeFile> ahead) {
+        const std::string& file = list[i];
+        const MadeFile made = std::move(ahead).value_or(MadeFile());
         dialog.Label(word + LoadMessage(msg::kFileInProgress, {FileNameOf(file)}));
         TheUser().PumpEvents();
         const std::string changed = pack ? file + LoadFragment(fragment::kZlExtension) : StripExtension(file);
-        if (pack ? CompressFile(file, changed) : guard.Unpack(file, changed)) {
-            if (DeleteFile(file)) continue;
+        if (pack ? CompressFile(file, changed, made) : guard.Unpack(file, changed, made)) {
+            if (DeleteFile(file)) return true;
             DeleteFile(changed); // the level isn't to hold both
         }
         whole = false;
-        if (!guard.Refused() &&
-            !AskYesNo(MessageStyle::Question, LoadMessage(msg::kStatusFileFailed, {word, FileNameOf(file)})))
-            return false;
-    }
-    return true;
+        return guard.Refused() || AskYesNo(MessageStyle::Question,
+                                           LoadMessage(msg::kStatusFileFailed, {word, FileNameOf(file)}));
+    };
+    return ParallelMap(JobOver(list), make, store) == ParallelEnd::Done;
 }
 
 // True if the picture has the new form, or there is none to change.

@@ -179,9 +179,10 @@ Swapped RestoreHere(Bar& bar, bool show_progress) {
     // Whether the level could be taken out or not, the files below make the folder original. But saves that
     // couldn't go home are about to be deleted.
     if (!SwapToOriginal() && !RescueSavesOf(LevelOwner())) return Swapped::Failed;
-    if (show_progress) TheUser().OpenProgress(BarPlace::ProgressDialog, {});
+    std::optional<ProgressDialog> progress;
+    if (show_progress) progress.emplace(BarPlace::ProgressDialog, std::string());
     const std::optional<bool> restored = RestoreAll(bar);
-    if (show_progress) TheUser().CloseProgress(BarPlace::ProgressDialog);
+    progress.reset();
     if (!restored) return Swapped::Failed;
     ShowLabel(bar, msg::kRestoreFinished);
     ShowMessage(MessageStyle::Plain, LoadMessage(msg::kRestoreDone));

@@ -8,7 +8,6 @@
 #include "foundation/path.h"
 #include "foundation/user.h"
 #include "swap/compression_messages.h"
-#include "swap/zl_file.h"
 
 namespace kelvash::swap {
 
@@ -22,12 +21,13 @@ constexpr double kSuspiciousFactor = 100;
 
 UnpackGuard::UnpackGuard(const std::string& folder) : drive_(folder.substr(0, 2)), room_(FreeSpace(folder)) {}
 
-bool UnpackGuard::Unpack(const std::string& packed, const std::string& target) {
+bool UnpackGuard::Unpack(const std::string& packed, const std::string& target, const MadeFile& made) {
     packed_ += static_cast<double>(FileSize(packed));
     const double before = unpacked_;
-    return DecompressFile(packed, target, [&](std::int64_t bytes) {
+    const MayGrow may_grow = [&](std::int64_t bytes) {
         return MayReach(before + static_cast<double>(bytes), packed);
-    });
+    };
+    return DecompressFile(packed, target, may_grow, made);
 }
 
 bool UnpackGuard::MayReach(double unpacked, const std::string& packed) {

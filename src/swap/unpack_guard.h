@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "swap/zl_file.h"
+
 namespace kelvash::swap {
 
 // One guard for all the files that are unpacked together. Once they come to more than there is room for, or
@@ -15,7 +17,8 @@ class UnpackGuard {
     explicit UnpackGuard(const std::string& folder);
 
     // As DecompressFile. After a No it is false, nothing of the file is there, and Refused tells.
-    [[nodiscard]] bool Unpack(const std::string& packed, const std::string& target);
+    [[nodiscard]] bool Unpack(const std::string& packed, const std::string& target,
+                              const MadeFile& made = {});
     bool Refused() const { return wish_ == Wish::No; }
 
   private:

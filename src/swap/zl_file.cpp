@@ -8,7 +8,7 @@
 #include <memory>
 
 #include "foundation/drives.h"
-#include "foundation/platform/large_buffer.h"
+#include "foundation/pumping.h"
 
 namespace kelvash::swap {
 
@@ -24,6 +24,14 @@ constexpr std::size_t kBlock = std::size_t{1} << 20;
 constexpr std::size_t kUsualGrowth = 8;
 constexpr std::size_t kGuessStep = 4;
 constexpr int kZlibOrGzipHead = MAX_WBITS + 32;
+constexpr std::size_t kReadAtOnce = std::size_t{1} << 21;
+// Bytes that are packed or unpacked in little more time than a thread needs to start.
+constexpr std::size_t kLittle = std::size_t{1} << 20;
+// What is made ahead: some 200 MB in all.
+constexpr std::size_t kFilesAhead = 3;
+constexpr std::size_t kMostPackedAhead = std::size_t{32} << 20;
+constexpr std::size_t kMostUnpackedAhead = std::size_t{16} << 20;
+constexpr std::size_t kMostMadeAhead = std::size_t{48} << 20;
 
 using Buffer = platform::LargeBuffer;
 
@@ -66,32 +74,48 @@ bool WriteOutput(z_stream& stream, const Buffer& output, const WritePiece& write
 
 enum class Whole { Done, Failed, TakeBlocks };
 
-Whole DeflateWhole(std::string_view bytes, const WritePiece& write) {
+// Makes the whole result, of `limit` bytes at most. False where that can't be: the blocks may do it, or say
+// why they don't.
+using Maker = bool (*)(std::string_view bytes, std::size_t limit, MadeFile& made);
+
+bool DeflateWhole(std::string_view bytes, std::size_t limit, MadeFile& made) {
     const Compressor compressor(libdeflate_alloc_compressor(kWholeFileLevel));
-    if (!compressor) return Whole::TakeBlocks;
+    if (!compressor) return false;
     const std::size_t room = libdeflate_zlib_compress_bound(compressor.get(), bytes.size());
-    const Buffer output(room);
-    if (!output) return Whole::TakeBlocks;
-    const std::size_t size =
-        libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), output.data(), room);
-    if (size == 0) return Whole::TakeBlocks;
-    return write({output.data(), size}) ? Whole::Done : Whole::Failed;
+    if (room > limit) return false;
+    made.Bytes = Buffer(room);
+    if (!made) return false;
+    made.Size =
+        libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), made.Bytes.data(), room);
+    return made.Size != 0;
 }
 
-Whole InflateWhole(std::string_view bytes, const WritePiece& write) {
+bool InflateWhole(std::string_view bytes, std::size_t limit, MadeFile& made) {
     const Decompressor decompressor(libdeflate_alloc_decompressor());
-    if (!decompressor) return Whole::TakeBlocks;
-    std::size_t room = std::clamp(bytes.size() * kUsualGrowth, kBlock, kWholeOutputLimit);
+    if (!decompressor) return false;
+    std::size_t room = std::clamp(bytes.size() * kUsualGrowth, kBlock, limit);
     for (;;) {
-        const Buffer output(room);
-        if (!output) return Whole::TakeBlocks;
-        std::size_t size = 0;
-        const libdeflate_result result = libdeflate_zlib_decompress(decompressor.get(), bytes.data(),
-                                                                    bytes.size(), output.data(), room, &size);
-        if (result == LIBDEFLATE_SUCCESS) return write({output.data(), size}) ? Whole::Done : Whole::Failed;
-        if (result != LIBDEFLATE_INSUFFICIENT_SPACE || room == kWholeOutputLimit) return Whole::TakeBlocks;
-        room = std::min(room * kGuessStep, kWholeOutputLimit);
+        made.Bytes = Buffer(room);
+        if (!made) return false;
+        const libdeflate_result result = libdeflate_zlib_decompress(
+            decompressor.get(), bytes.data(), bytes.size(), made.Bytes.data(), room, &made.Size);
+        if (result == LIBDEFLATE_SUCCESS) return true;
+        if (result != LIBDEFLATE_INSUFFICIENT_SPACE || room == limit) return false;
+        room = std::min(room * kGuessStep, limit);
     }
+}
+
+Whole WriteWhole(std::string_view bytes, Maker maker, const WritePiece& write) {
+    if (bytes.size() > kWholeFileLimit) return Whole::TakeBlocks;
+    MadeFile made;
+    bool is_made = false;
+    const auto make = [&] { is_made = maker(bytes, kWholeOutputLimit, made); };
+    if (bytes.size() < kLittle)
+        make();
+    else if (!Beside(make)) // the biggest take seconds
+        return Whole::TakeBlocks;
+    if (!is_made) return Whole::TakeBlocks;
+    return write({made.Bytes.data(), made.Size}) ? Whole::Done : Whole::Failed;
 }
 
 // The source of a conversion, read whole or piece by piece.
@@ -116,10 +140,17 @@ class SourceFile {
 
     std::optional<std::string_view> Read() {
         if (!buffer_) return std::nullopt;
-        file_.read(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
-        if (file_.bad()) return std::nullopt;
-        return std::string_view(buffer_.data(), static_cast<std::size_t>(file_.gcount()));
+        std::size_t size = 0;
+        while (size < buffer_.size() && file_) {
+            const std::size_t piece = std::min(buffer_.size() - size, kReadAtOnce);
+            file_.read(buffer_.data() + size, static_cast<std::streamsize>(piece));
+            if (file_.bad()) return std::nullopt;
+            size += static_cast<std::size_t>(file_.gcount());
+            PumpNowAndThen();
+        }
+        return std::string_view(buffer_.data(), size);
     }
+    std::int64_t Size() const { return size_; }
 
   private:
     std::int64_t size_;
@@ -127,9 +158,33 @@ class SourceFile {
     Buffer buffer_;
 };
 
+bool SetTime(std::string_view target, const std::optional<std::int64_t>& time) {
+    if (time) SetFileDate(target, *time); // a disk without dates is no reason to lose the file
+    return true;
+}
+
+bool WriteMade(const MadeFile& made, std::string_view target, const MayGrow& may_grow) {
+    const auto produce = [&](const WritePiece& write) {
+        return (!may_grow || may_grow(static_cast<std::int64_t>(made.Size))) &&
+               write({made.Bytes.data(), made.Size});
+    };
+    return ReplaceFileBytes(target, produce, Flush::No) && SetTime(target, made.Time);
+}
+
+MadeFile MakeInMemory(std::string_view source, Maker maker, std::size_t most_read, std::size_t most_made) {
+    SourceFile file(source);
+    if (!file.IsOpen() || file.Size() > static_cast<std::int64_t>(most_read) || !file.TakeWhole()) return {};
+    MadeFile made;
+    made.Time = FileTime(source);
+    const std::optional<std::string_view> bytes = file.Read();
+    return bytes && maker(*bytes, most_made, made) ? std::move(made) : MadeFile();
+}
+
 bool Convert(std::string_view source, std::string_view target,
              bool (*whole)(std::string_view bytes, const WritePiece& write),
-             bool (*blocks)(const ReadPiece& read, const WritePiece& write), const MayGrow& may_grow) {
+             bool (*blocks)(const ReadPiece& read, const WritePiece& write), const MayGrow& may_grow,
+             const MadeFile& made) {
+    if (made) return WriteMade(made, target, may_grow);
     SourceFile file(source);
     if (!file.IsOpen()) return false;
     const std::optional<std::int64_t> time = FileTime(source);
@@ -143,9 +198,7 @@ bool Convert(std::string_view source, std::string_view target,
         const std::optional<std::string_view> bytes = file.Read();
         return bytes.has_value() && whole(*bytes, write);
     };
-    if (!ReplaceFileBytes(target, produce, Flush::No)) return false;
-    if (time.has_value()) SetFileDate(target, *time); // a disk without dates is no reason to lose the file
-    return true;
+    return ReplaceFileBytes(target, produce, Flush::No) && SetTime(target, time);
 }
 
 } // namespace
@@ -165,7 +218,8 @@ bool DeflateBlocks(const ReadPiece& read, const WritePiece& write) {
             SetInput(stream, *piece);
             if (piece->empty()) flush = Z_FINISH;
         }
-        const int status = deflate(&stream, flush);
+        int status = Z_ERRNO;
+        if (!Beside([&] { status = deflate(&stream, flush); })) return false; // a tenth of a second
         if (status != Z_OK && status != Z_STREAM_END && status != Z_BUF_ERROR) return false;
         const bool ended = status == Z_STREAM_END;
         if ((stream.avail_out == 0 || ended) && !WriteOutput(stream, output, write)) return false;
@@ -188,6 +242,7 @@ bool InflateBlocks(const ReadPiece& read, const WritePiece& write) {
             SetInput(stream, *piece);
             all_read = piece->empty();
         }
+        PumpNowAndThen();
         const int status = inflate(&stream, Z_NO_FLUSH);
         if (status != Z_OK && status != Z_STREAM_END && status != Z_BUF_ERROR) return false;
         const bool ended = status == Z_STREAM_END;
@@ -201,23 +256,40 @@ bool InflateBlocks(const ReadPiece& read, const WritePiece& write) {
 }
 
 bool DeflateTo(std::string_view bytes, const WritePiece& write) {
-    const Whole result = bytes.size() <= kWholeFileLimit ? DeflateWhole(bytes, write) : Whole::TakeBlocks;
+    const Whole result = WriteWhole(bytes, &DeflateWhole, write);
     return result == Whole::TakeBlocks ? DeflateBlocks(PiecesOf(bytes), write) : result == Whole::Done;
 }
 
 // What libdeflate refuses may still be a stream with a gzip head, or longer than the limit; zlib has the last
 // word.
 bool InflateTo(std::string_view bytes, const WritePiece& write) {
-    const Whole result = bytes.size() <= kWholeFileLimit ? InflateWhole(bytes, write) : Whole::TakeBlocks;
+    const Whole result = WriteWhole(bytes, &InflateWhole, write);
     return result == Whole::TakeBlocks ? InflateBlocks(PiecesOf(bytes), write) : result == Whole::Done;
 }
 
-bool CompressFile(std::string_view source, std::string_view target) {
-    return Convert(source, target, DeflateTo, DeflateBlocks, {});
+MadeFile PackInMemory(std::string_view source) {
+    return MakeInMemory(source, &DeflateWhole, kMostPackedAhead, kWholeOutputLimit);
 }
 
-bool DecompressFile(std::string_view source, std::string_view target, const MayGrow& may_grow) {
-    return Convert(source, target, InflateTo, InflateBlocks, may_grow);
+MadeFile UnpackInMemory(std::string_view source) {
+    return MakeInMemory(source, &InflateWhole, kMostUnpackedAhead, kMostMadeAhead);
+}
+
+ParallelJob JobOver(const std::vector<std::string>& files) {
+    std::int64_t bytes = 0;
+    for (const std::string& file : files)
+        bytes += FileSize(file);
+    const bool heavy = files.size() > 1 && bytes >= static_cast<std::int64_t>(kLittle);
+    return {files.size(), kFilesAhead, heavy ? Effort::Heavy : Effort::Little, false};
+}
+
+bool CompressFile(std::string_view source, std::string_view target, const MadeFile& made) {
+    return Convert(source, target, DeflateTo, DeflateBlocks, {}, made);
+}
+
+bool DecompressFile(std::string_view source, std::string_view target, const MayGrow& may_grow,
+                    const MadeFile& made) {
+    return Convert(source, target, InflateTo, InflateBlocks, may_grow, made);
 }
 
 } // namespace kelvash::swap

@@ -10,6 +10,7 @@
 
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/pumping.h"
 
 namespace kelvash::trle_state {
 
@@ -63,6 +64,7 @@ std::string HashOfFile(std::string_view path) {
         if (file.bad()) return {};
         if (bytes.empty()) break;
         XXH3_128bits_update(state.get(), bytes.data(), bytes.size());
+        PumpNowAndThen();
     }
     return Hexadecimal(XXH3_128bits_digest(state.get()));
 }
@@ -85,6 +87,7 @@ bool HoldSameBytes(std::string_view a, std::string_view b) {
         const std::string_view bytes = NextBlock(file, block);
         if (file.bad() || bytes != NextBlock(twin, twin_block) || twin.bad()) return false;
         if (bytes.empty()) return true;
+        PumpNowAndThen();
     }
 }
 

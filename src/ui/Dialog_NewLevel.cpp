@@ -4,7 +4,6 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QTimer>
 #include <QVBoxLayout>
 
 #include "foundation/path.h"
@@ -18,6 +17,12 @@ namespace kelvash::ui {
 namespace {
 
 constexpr int kNameWidth = 256; // characters of the record's fields
+
+// Takes zips, folders or files into a level.
+void AddSources(intake::NewLevel& level, const std::vector<std::string>& sources) {
+    for (const std::string& source : sources)
+        if (level.State == intake::FormState::Open) AddSource(level, source);
+}
 
 } // namespace
 
@@ -145,14 +150,15 @@ void Dialog_NewLevel::EnableButtons() {
         button->setEnabled(!level_.OnCd && List_Files->count() > 0);
 }
 
-void Dialog_NewLevel::Work(const std::function<void(intake::NewLevel&)>& job) {
-    if (working_) return;
-    working_ = true;
+void Dialog_NewLevel::Work(const LevelJob& job) {
+    door_.Try([&] { WorkNow(job); });
+}
+
+void Dialog_NewLevel::WorkNow(const LevelJob& job) {
     level_.Name = ToUtf8(Text_NameLevel->text());
     level_.Note = ToUtf8(Text_Note->text());
     level_.MoreInfo = Combo_MoreInfo->currentIndex();
     job(level_);
-    working_ = false;
     if (level_.State == intake::FormState::Saved) {
         accept();
     } else if (level_.State == intake::FormState::Cancelled) {
@@ -166,15 +172,8 @@ void Dialog_NewLevel::reject() {
     Work(&intake::GiveUpLevel);
 }
 
-void Dialog_NewLevel::Take(const std::vector<std::string>& paths) {
-    Work([&](intake::NewLevel& level) {
-        for (const std::string& path : paths)
-            if (level.State == intake::FormState::Open) AddSource(level, path);
-    });
-}
-
 void Dialog_NewLevel::OpenSelected() {
-    if (!working_) OpenLevelFile(level_, List_Files->currentRow());
+    door_.Try([this] { OpenLevelFile(level_, List_Files->currentRow()); });
 }
 
 // Enter opens the selected file, and Delete removes it.
@@ -194,14 +193,17 @@ bool Dialog_NewLevel::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void Dialog_NewLevel::dragEnterEvent(QDragEnterEvent* event) {
-    if (!level_.OnCd && !DroppedFiles(event->mimeData()).empty()) event->acceptProposedAction();
+    if (door_.IsFree() && !level_.OnCd && !DroppedFiles(event->mimeData()).empty())
+        event->acceptProposedAction();
 }
 
 void Dialog_NewLevel::dropEvent(QDropEvent* event) {
+    if (!door_.IsFree()) return;
     const std::vector<std::string> paths = DroppedFiles(event->mimeData());
     event->acceptProposedAction();
     // The program that gave the files waits for the end of this event.
-    QTimer::singleShot(0, this, [this, paths] { Take(paths); });
+    door_.WhenFree(
+        [this, paths] { WorkNow([&paths](intake::NewLevel& level) { AddSources(level, paths); }); });
 }
 
 } // namespace kelvash::ui

@@ -13,6 +13,7 @@
 
 #include "intake/new_level.h"
 #include "ui/form_support.h"
+#include "ui/job_door.h"
 
 namespace kelvash::ui {
 
@@ -30,8 +31,6 @@ class Dialog_NewLevel final : public QDialog {
     // Esc and the window's own button: as Pul_Cancel, the level is left out, or stays as it was; but not
     // before a question if something would be lost.
     void reject() override;
-    // Takes zips, folders or files into the level.
-    void Take(const std::vector<std::string>& paths);
 
     QLabel* const Label_NameLevel = Make<QLabel>(this, "Label_NameLevel");
     QLineEdit* const Text_NameLevel = Make<QLineEdit>(this, "Text_NameLevel");
@@ -61,9 +60,11 @@ class Dialog_NewLevel final : public QDialog {
     QLayout* LayFields();
     void LayFiles();
     void Connect(FormsUser& user);
-    // Lets the logic work on the level with what the fields hold, then shows what came of it. A job that runs
-    // already lets no other begin.
-    void Work(const std::function<void(intake::NewLevel&)>& job);
+    using LevelJob = std::function<void(intake::NewLevel&)>;
+    // Lets the logic work on the level with what the fields hold, then shows what came of it. Work begins
+    // through the door.
+    void Work(const LevelJob& job);
+    void WorkNow(const LevelJob& job);
     void OpenSelected();
     void EnableButtons();
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -71,7 +72,7 @@ class Dialog_NewLevel final : public QDialog {
     void dropEvent(QDropEvent* event) override;
 
     intake::NewLevel& level_;
-    bool working_ = false;
+    JobDoor door_{this};
 };
 
 } // namespace kelvash::ui

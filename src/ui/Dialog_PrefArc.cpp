@@ -63,6 +63,7 @@ void Dialog_PrefArc::ImpostaValori() {
 
 void Dialog_PrefArc::Accept() {
     accept(); // the run over all levels has a window of its own
+    const JobScope job;
     swap::ApplyCompressionSettings({Check_CompressFiles->isChecked(), Check_EncodeWavInMp3->isChecked()});
 }
 

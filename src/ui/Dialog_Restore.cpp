@@ -15,8 +15,8 @@ Dialog_Restore::Dialog_Restore(FormsUser& user, QWidget* parent) : QDialog(paren
     setObjectName(QStringLiteral("Dialog_Restore"));
     Set_Caption_Texts();
     Lay();
-    connect(Pul_Fast, &QPushButton::clicked, this, &Dialog_Restore::Fast);
-    connect(Pul_Full, &QPushButton::clicked, this, &Dialog_Restore::Full);
+    connect(Pul_Fast, &QPushButton::clicked, this, [this] { door_.Try([this] { Fast(); }); });
+    connect(Pul_Full, &QPushButton::clicked, this, [this] { door_.Try([this] { Full(); }); });
     connect(Pul_Cancel, &QPushButton::clicked, this, &Dialog_Restore::reject);
     FollowJobs(user, BarPlace::CallerForm, Label_Info, ProgressBar1, IdleBar::Stays);
 }
@@ -53,13 +53,12 @@ void Dialog_Restore::Lay() {
 }
 
 void Dialog_Restore::SetRunning(bool running) {
-    running_ = running;
     for (QPushButton* button : {Pul_Fast, Pul_Full, Pul_Help, Pul_Cancel})
         button->setEnabled(!running);
 }
 
 void Dialog_Restore::reject() {
-    if (!running_) QDialog::reject();
+    if (door_.IsFree()) QDialog::reject();
 }
 
 void Dialog_Restore::Fast() {

@@ -8,6 +8,7 @@
 
 #include "foundation/user.h"
 #include "ui/form_support.h"
+#include "ui/job_door.h"
 
 namespace kelvash::ui {
 
@@ -38,7 +39,7 @@ class Dialog_Restore final : public QDialog {
     void Full();
     void SetRunning(bool running);
 
-    bool running_ = false;
+    JobDoor door_{this};
 };
 
 } // namespace kelvash::ui

@@ -185,6 +185,7 @@ void Dialog_Settings::Accept() {
     TakeNumber(Combo_NSavegame, settings_.Edited.SavegamesToKeep);
     TakeNumber(Combo_Decimi, settings_.Edited.TimerTenths);
     settings_.Minutes = ToUtf8(Text_MinutiDifferenza->text());
+    const JobScope job;
     if (companion::ApplySettings(settings_)) {
         accept();
         return;

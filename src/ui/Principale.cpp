@@ -28,8 +28,7 @@
 
 namespace kelvash::ui {
 
-Principale::Principale(FormsUser& user)
-    : user_(user), menu_(menuBar(), this, MenuCommands(*this, user), [&user] { return user.IsBusy(); }) {
+Principale::Principale(FormsUser& user) : menu_(menuBar(), this, MenuCommands(*this, user), door_) {
     setObjectName(QStringLiteral("Principale"));
     setAcceptDrops(true);
     NotYet({Pul_RestoreSaveGame, Pul_ArchiviaSavegames, Pul_DeleteSavegame, Pul_ImportSavegame,
@@ -40,6 +39,7 @@ Principale::Principale(FormsUser& user)
 }
 
 bool Principale::Load(const std::string& command_line) {
+    const JobScope job;
     program::StartUp(command_line);
     Timer1->setInterval(core::session.TimerInterval);
     RestoreWindow(this, splitter_);
@@ -56,7 +56,8 @@ void Principale::ConnectControls(FormsUser& user) {
     FollowJobs(user, BarPlace::MainWindow, Label_Info, ProgressBar1, IdleBar::Hides);
     connect(Combo_Livelli->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &Principale::TakeSelection);
-    connect(Combo_Livelli, &QListView::doubleClicked, this, &Principale::Play);
+    const auto play = [this] { door_.Try([this] { Play(); }); };
+    connect(Combo_Livelli, &QListView::doubleClicked, this, play);
     Combo_Livelli->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(Combo_Livelli, &QListView::customContextMenuRequested, this, &Principale::ShowLevelMenu);
     connect(Text_Search, &QLineEdit::textChanged, this, &Principale::FilterLevels);
@@ -69,8 +70,9 @@ void Principale::ConnectControls(FormsUser& user) {
             [this] { Select(core::FindNextLevel(ToUtf8(Text_Search->text()))); });
     connect(Pul_Prima, &QPushButton::clicked, this,
             [this] { Select(core::FindPreviousLevel(ToUtf8(Text_Search->text()))); });
-    connect(Pul_Play, &QPushButton::clicked, this, &Principale::Play);
-    connect(Pul_MoreInfo, &QPushButton::clicked, this, [] { program::ShowMoreInfo(); });
+    connect(Pul_Play, &QPushButton::clicked, this, play);
+    connect(Pul_MoreInfo, &QPushButton::clicked, this,
+            [this] { door_.Try([] { program::ShowMoreInfo(); }); });
     connect(Pul_ScreenShots, &QPushButton::clicked, this, [this] { ShowPanel(true); });
     connect(Pul_SaveGames, &QPushButton::clicked, this, [this] { ShowPanel(false); });
     connect(Pul_PrimoShot, &QPushButton::clicked, this, [this] { PageImages(0); });
@@ -80,7 +82,6 @@ void Principale::ConnectControls(FormsUser& user) {
     connect(Pul_UltimoShot, &QPushButton::clicked, this,
             [this] { PageImages((image_names_.size() - 1) / 2 * 2); });
     connect(Timer1, &QTimer::timeout, this, &Principale::WatchGame);
-    connect(Timer_Wish, &QTimer::timeout, this, &Principale::OpenWish);
     // A click in one list takes the selection of the other away.
     connect(List_SaveGameTomb, &QListWidget::itemClicked, List_SaveGameArchiviati,
             &QListWidget::clearSelection);
@@ -174,12 +175,15 @@ void Principale::SetPlaying(bool playing) {
     Label_Info->clear();
 }
 
-// Closing the game brings the level's new savegames and the mark of the level that is in.
+// Closing the game brings the level's new savegames and the mark of the level that is in. While a job runs
+// that waits for a later tick.
 void Principale::WatchGame() {
-    if (!companion::game.WatcherActive || companion::GameRuns()) return;
+    if (!companion::game.WatcherActive || !door_.IsFree() || companion::GameRuns()) return;
     Timer1->stop();
-    SetPlaying(false);
-    core::RefreshLevelList();
+    door_.Try([this] {
+        SetPlaying(false);
+        core::RefreshLevelList();
+    });
     activateWindow();
     Combo_Livelli->setFocus();
 }
@@ -210,45 +214,39 @@ void Principale::ShowLevelMenu(const QPoint& where) {
 }
 
 void Principale::TakeWish(const std::string& archive) {
-    constexpr int kLookMillis = 200;
     if (isMinimized()) showNormal();
     raise();
     activateWindow();
     if (archive.empty()) return;
-    wish_ = archive;
-    Timer_Wish->start(kLookMillis);
-}
-
-bool Principale::IsFree() const {
-    return isVisible() && !playing_ && !user_.IsBusy() && QApplication::activeModalWidget() == nullptr &&
-           QApplication::activePopupWidget() == nullptr;
+    const bool is_first = wish_.empty();
+    wish_ = archive; // of several that wait the last counts
+    if (is_first) door_.WhenFree([this] { OpenWish(); });
 }
 
 void Principale::OpenWish() {
-    if (!IsFree()) return;
-    Timer_Wish->stop();
     const std::string former = core::profile.LastArchive;
     program::OpenWishedArchive(std::exchange(wish_, {}));
     if (core::profile.LastArchive != former) Text_Search->clear();
     ShowLevels();
 }
 
-void Principale::closeEvent(QCloseEvent* event) {
-    if (isVisible() && companion::GameRuns() &&
-        !AskYesNo(MessageStyle::Question, LoadMessage(msg::kCloseWhilePlaying, {kLineBreak}))) {
-        event->ignore();
-        return;
-    }
+bool Principale::MayClose() {
     if (!isVisible()) { // the start has failed: there is nothing to stay for
         static_cast<void>(program::SaveProfile());
-        return;
+        return true;
     }
-    if (!program::SaveToClose()) {
-        event->ignore();
-        return;
-    }
+    if (companion::GameRuns() &&
+        !AskYesNo(MessageStyle::Question, LoadMessage(msg::kCloseWhilePlaying, {kLineBreak})))
+        return false;
+    if (!program::SaveToClose()) return false;
     SaveWindow(this, splitter_);
-    event->accept();
+    return true;
+}
+
+void Principale::closeEvent(QCloseEvent* event) {
+    bool may_close = false;
+    door_.Try([&] { may_close = MayClose(); });
+    event->setAccepted(may_close);
 }
 
 void Principale::showEvent(QShowEvent* event) {
@@ -262,7 +260,7 @@ void Principale::changeEvent(QEvent* event) {
 }
 
 bool Principale::TakesDrops() const {
-    return Command(MenuEntry::mnu_AddLevel)->isEnabled();
+    return door_.IsFree() && Command(MenuEntry::mnu_AddLevel)->isEnabled();
 }
 
 void Principale::dragEnterEvent(QDragEnterEvent* event) {
@@ -274,7 +272,7 @@ void Principale::dropEvent(QDropEvent* event) {
     const std::vector<std::string> paths = DroppedFiles(event->mimeData());
     event->acceptProposedAction();
     // The program that gave the files waits for the end of this event.
-    if (!paths.empty()) QTimer::singleShot(0, this, [this, paths] { TakeSources(*this, paths); });
+    if (!paths.empty()) door_.WhenFree([this, paths] { TakeSources(*this, paths); });
 }
 
 } // namespace kelvash::ui

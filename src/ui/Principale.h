@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "ui/form_support.h"
+#include "ui/job_door.h"
 #include "ui/level_model.h"
 #include "ui/picture_view.h"
 #include "ui/principale_menu.h"
@@ -90,7 +91,6 @@ class Principale final : public QMainWindow {
     QPushButton* const Pul_ChangeScreenshot = Make<QPushButton>(this, "Pul_ChangeScreenshot");
 
     QTimer* const Timer1 = Make<QTimer>(this, "Timer1");
-    QTimer* const Timer_Wish = Make<QTimer>(this, "Timer_Wish"); // looks whether a wish can be taken
 
   private:
     // Principale_layout.cpp
@@ -117,9 +117,9 @@ class Principale final : public QMainWindow {
     void Play();
     void SetPlaying(bool playing);
     void ShowPlaying();
-    bool IsFree() const;
     void OpenWish();
     void WatchGame();
+    bool MayClose();
     void EnableCommands();
     bool TakesDrops() const;
 
@@ -129,7 +129,7 @@ class Principale final : public QMainWindow {
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
-    FormsUser& user_;
+    JobDoor door_{this, [this] { return isVisible() && !playing_; }};
     MainMenu menu_;
     LevelModel* const levels_ = new LevelModel(this);
     QSplitter* const splitter_ = Make<QSplitter>(this, "Splitter1");

@@ -107,15 +107,12 @@ QHBoxLayout* FootRow(QDialog* form, const FootButtons& buttons) {
 }
 
 void FollowJobs(FormsUser& user, BarPlace place, QLabel* label, QProgressBar* bar, IdleBar idle) {
-    QObject::connect(&user, &FormsUser::LabelChanged, label,
-                     [place, label](BarPlace told, const QString& text) {
-                         if (told == place) label->setText(text);
-                     });
-    QObject::connect(&user, &FormsUser::BarChanged, bar, [place, bar, idle](BarPlace told, int percent) {
-        if (told != place) return;
-        bar->setValue(percent);
-        if (idle == IdleBar::Hides) bar->setVisible(percent > 0);
-    });
+    user.AddDisplay({place, label, [bar, idle](int percent) {
+                         bar->setValue(percent);
+                         if (idle == IdleBar::Hides) bar->setVisible(percent > 0);
+                     }});
+    for (const QObject* const shown : {static_cast<QObject*>(label), static_cast<QObject*>(bar)})
+        QObject::connect(shown, &QObject::destroyed, &user, [&user, label] { user.RemoveDisplay(label); });
     if (idle == IdleBar::Hides) bar->hide();
 }
 

@@ -74,7 +74,8 @@ struct FootButtons {
 QHBoxLayout* FootRow(QDialog* form, const FootButtons& buttons);
 
 enum class IdleBar { Stays, Hides };
-// Has a label and a bar follow what the jobs tell at a place, for as long as both live.
+// Has a label and a bar show what the jobs tell at a place, for as long as both live and no form that is
+// opened later has one for that place.
 void FollowJobs(FormsUser& user, BarPlace place, QLabel* label, QProgressBar* bar, IdleBar idle);
 
 } // namespace kelvash::ui

@@ -1,17 +1,13 @@
 #include "ui/forms_user.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
-#include <QEvent>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QProgressBar>
 #include <QPushButton>
-#include <QWindow>
 #include <algorithm>
 #include <utility>
 
@@ -19,9 +15,6 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "ui/Dialog_GetDir.h"
-#include "ui/Dialog_Progress.h"
-#include "ui/Dialog_Wait.h"
-#include "ui/Dialog_Zip.h"
 #include "ui/form_runners.h"
 #include "ui/form_support.h"
 #include "ui/messages.h"
@@ -30,8 +23,6 @@ namespace kelvash::ui {
 
 namespace {
 
-// A window that comes and goes within this time would only flicker.
-constexpr int kPatience = 250;
 // Boxes with more text than this many bytes are as wide as this many characters.
 constexpr std::size_t kWideText = 80;
 constexpr int kWideColumns = 80;
@@ -137,50 +128,12 @@ Answer AnswerOf(int button) {
     }
 }
 
-bool IsInput(QEvent::Type type) {
-    switch (type) {
-        case QEvent::MouseButtonPress:
-        case QEvent::MouseButtonRelease:
-        case QEvent::MouseButtonDblClick:
-        case QEvent::Wheel:
-        case QEvent::KeyPress:
-        case QEvent::KeyRelease:
-        case QEvent::ShortcutOverride:
-        case QEvent::Shortcut:
-        case QEvent::ContextMenu:
-        case QEvent::TouchBegin:
-        case QEvent::DragEnter:
-        case QEvent::Drop:
-        case QEvent::Close:
-            return true;
-        default:
-            return false;
-    }
-}
-
 QString NativeStart(const FileDialog& dialog) {
     const std::string name = dialog.name.empty() ? std::string() : "\\" + dialog.name;
     return QString::fromStdU16String(NativePath(dialog.folder + name).u16string());
 }
 
 } // namespace
-
-struct FormsUser::Progress {
-    BarPlace place;
-    std::unique_ptr<QDialog> window;
-    QLabel* label = nullptr;
-    QProgressBar* bar = nullptr; // none in a wait window
-    QElapsedTimer since;
-};
-
-bool TakesInputWhileBusy(const QObject* watched) {
-    QWidget* const modal = QApplication::activeModalWidget();
-    if (modal == nullptr) return false;
-    if (const auto* const widget = qobject_cast<const QWidget*>(watched))
-        return widget == modal || modal->isAncestorOf(widget);
-    // Events pass through their window first.
-    return modal->windowHandle() != nullptr && watched == static_cast<QObject*>(modal->windowHandle());
-}
 
 QString QtFilter(const std::string& pipe_form) {
     const std::vector<std::string> parts = Split(pipe_form, '|');
@@ -192,15 +145,6 @@ QString QtFilter(const std::string& pipe_form) {
         filters << text + QStringLiteral(" (") + masks + QLatin1Char(')');
     }
     return filters.join(QStringLiteral(";;"));
-}
-
-FormsUser::FormsUser() : old_user_(SetUser(this)), patience_(kPatience) {
-    qApp->installEventFilter(this);
-    AddFormRunners(*this);
-}
-
-FormsUser::~FormsUser() {
-    SetUser(old_user_);
 }
 
 void FormsUser::SetBeforeWaiting(std::function<void()> before) {
@@ -301,83 +245,6 @@ std::optional<std::string> FormsUser::ChooseFolder(const MessageText& caption, c
     dialog.ImpostaValori(caption, start);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return dialog.Folder;
-}
-
-FormsUser::Progress* FormsUser::Find(BarPlace place) {
-    const auto found = std::find_if(open_.rbegin(), open_.rend(),
-                                    [place](const auto& progress) { return progress->place == place; });
-    return found == open_.rend() ? nullptr : found->get();
-}
-
-void FormsUser::OpenProgress(BarPlace place, const std::string& caption) {
-    auto progress = std::make_unique<Progress>();
-    progress->place = place;
-    if (place == BarPlace::WaitDialog) {
-        auto window = std::make_unique<Dialog_Wait>(WindowOnTop());
-        progress->label = window->Label_Mex;
-        progress->window = std::move(window);
-    } else if (place == BarPlace::ZipDialog) {
-        auto window = std::make_unique<Dialog_Zip>(WindowOnTop());
-        progress->label = window->Label_Info;
-        progress->bar = window->ZlibTool1;
-        progress->window = std::move(window);
-    } else {
-        auto window = std::make_unique<Dialog_Progress>(WindowOnTop());
-        window->ImpostaValori(place == BarPlace::StoppableDialog);
-        connect(window.get(), &Dialog_Progress::StopWanted, this, [this] { stop_requested_ = true; });
-        progress->label = window->Label_Info;
-        progress->bar = window->ProgressBar1;
-        progress->window = std::move(window);
-    }
-    if (!caption.empty()) progress->window->setWindowTitle(ShownLine(caption));
-    progress->since.start();
-    open_.push_back(std::move(progress));
-    Show(*open_.back());
-}
-
-void FormsUser::CloseProgress(BarPlace place) {
-    const auto found = std::find_if(open_.rbegin(), open_.rend(),
-                                    [place](const auto& progress) { return progress->place == place; });
-    if (found != open_.rend()) open_.erase(std::next(found).base());
-    if (open_.empty()) stop_requested_ = false;
-}
-
-void FormsUser::Show(Progress& progress) {
-    if (!progress.window->isVisible()) {
-        if (progress.since.elapsed() < patience_) return;
-        progress.window->show();
-    }
-    PumpEvents();
-}
-
-void FormsUser::SetLabel(BarPlace place, const std::string& text) {
-    if (Progress* const progress = Find(place)) {
-        progress->label->setText(ShownText(text));
-        Show(*progress);
-    }
-    Q_EMIT LabelChanged(place, ShownText(text));
-}
-
-void FormsUser::SetBar(BarPlace place, int percent) {
-    if (Progress* const progress = Find(place)) {
-        if (progress->bar != nullptr) progress->bar->setValue(percent);
-        Show(*progress);
-    }
-    Q_EMIT BarChanged(place, percent);
-}
-
-void FormsUser::PumpEvents() {
-    if (before_waiting_ && since_before_.elapsed() >= patience_) BeforeWaiting();
-    ++pumping_;
-    QCoreApplication::processEvents();
-    --pumping_;
-}
-
-bool FormsUser::eventFilter(QObject* watched, QEvent* event) {
-    // A box that a job opens runs a loop of its own in which it alone is the modal window: nothing is lost.
-    if (pumping_ == 0 || !IsInput(event->type()) || TakesInputWhileBusy(watched)) return false;
-    event->ignore();
-    return true;
 }
 
 } // namespace kelvash::ui

@@ -15,6 +15,7 @@
 
 #include "foundation/user.h"
 
+class QLabel;
 class QWidget;
 
 namespace kelvash::ui {
@@ -31,8 +32,6 @@ class FormsUser final : public QObject, public User {
     void SetMainWindow(QWidget* window) { main_window_ = window; }
     // The title of the first box; later ones have the program's name.
     void SetFirstTitle(const QString& title) { first_title_ = title; }
-    // True while the logic works: a command must not start now.
-    bool IsBusy() const { return pumping_ > 0 || !open_.empty(); }
     // How long a job runs before its progress window shows, in milliseconds.
     void SetPatience(int milliseconds) { patience_ = milliseconds; }
     // Called once, before the first window that waits for the user, or when events are pumped after the
@@ -54,12 +53,22 @@ class FormsUser final : public QObject, public User {
     void SetBar(BarPlace place, int percent) override;
     void LevelListChanged() override { Q_EMIT ListChanged(); }
     void PumpEvents() override;
-    bool StopRequested() override { return stop_requested_; }
+    bool StopRequested() override { return stop_requested_ && JobCanStop(); }
+    void JobBegan() override;
+    void JobEnded() override;
+    bool JobWaits() override;
+
+    // A form's label and bar, in which jobs show themselves as long as it is the last of its place. They
+    // nest in the order of adding.
+    struct Display {
+        BarPlace place;
+        QLabel* label;
+        std::function<void(int percent)> set_bar;
+    };
+    void AddDisplay(Display display);
+    void RemoveDisplay(const QObject* label);
 
   Q_SIGNALS:
-    // For the forms that show a label and a bar of their own.
-    void LabelChanged(kelvash::BarPlace place, const QString& text);
-    void BarChanged(kelvash::BarPlace place, int percent);
     void ListChanged();
 
   private:
@@ -77,6 +86,7 @@ class FormsUser final : public QObject, public User {
     int RunBox(MessageStyle style, const std::string& text, const BoxButtons& buttons);
     std::optional<std::string> PathOfFile(const QString& chosen);
     Progress* Find(BarPlace place);
+    const Display* FindDisplay(BarPlace place) const;
     void Show(Progress& progress);
 
     User* old_user_;
@@ -87,6 +97,8 @@ class FormsUser final : public QObject, public User {
     QElapsedTimer since_before_; // from SetBeforeWaiting on
     int pumping_ = 0;
     bool stop_requested_ = false;
+    std::vector<int> job_loops_; // the level of the event loop in which each job has begun
+    std::vector<Display> displays_;
     std::vector<std::unique_ptr<Progress>> open_; // in the order of opening
 };
 

@@ -42,7 +42,7 @@ std::vector<MenuCommand> FileCommands(Principale& window) {
             {MenuEntry::mnu_Load, EnabledWhen::JobFree, [&window] { LoadArchive(window); }},
             {MenuEntry::mnu_Save, EnabledWhen::ArchiveOpen, [] { core::SaveArchive(); }},
             {MenuEntry::mnu_SaveAs, EnabledWhen::ArchiveOpen, [&window] { SaveArchiveAs(window); }},
-            {MenuEntry::Mnu_Exit, EnabledWhen::JobFree, [&window] { window.close(); }}};
+            {MenuEntry::Mnu_Exit, EnabledWhen::JobFree, [&window] { window.close(); }, false}};
 }
 
 } // namespace kelvash::ui

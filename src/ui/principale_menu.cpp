@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "ui/form_support.h"
+#include "ui/job_door.h"
 #include "ui/principale_menu_messages.h"
 
 namespace kelvash::ui {
@@ -158,8 +159,7 @@ bool IsEnabled(EnabledWhen when, const CommandState& now) {
     return false;
 }
 
-MainMenu::MainMenu(QMenuBar* bar, QWidget* form, std::vector<MenuCommand> commands,
-                   std::function<bool()> busy)
+MainMenu::MainMenu(QMenuBar* bar, QWidget* form, std::vector<MenuCommand> commands, JobDoor& door)
     : commands_(std::move(commands)) {
     std::array<QMenu*, 3> open{}; // the menu being filled at each depth
     for (std::size_t i = 0; i < kEntries.size(); ++i) {
@@ -182,16 +182,19 @@ MainMenu::MainMenu(QMenuBar* bar, QWidget* form, std::vector<MenuCommand> comman
         actions_.push_back(action);
     }
     for (const MenuCommand& command : commands_)
-        Connect(command, busy);
+        Connect(command, door);
     Update({});
 }
 
-void MainMenu::Connect(const MenuCommand& command, const std::function<bool()>& busy) {
+void MainMenu::Connect(const MenuCommand& command, JobDoor& door) {
     QAction* const action = Action(command.entry);
     NotYet(action, false);
-    const bool may_nest = command.when == EnabledWhen::Always;
-    QObject::connect(action, &QAction::triggered, action, [busy, may_nest, run = command.run] {
-        if (may_nest || !busy()) run();
+    const bool is_job = command.is_job && command.when != EnabledWhen::Always;
+    QObject::connect(action, &QAction::triggered, action, [&door, is_job, run = command.run] {
+        if (is_job)
+            door.Try(run);
+        else
+            run();
     });
 }
 

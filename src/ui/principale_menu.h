@@ -10,6 +10,8 @@ class QWidget;
 
 namespace kelvash::ui {
 
+class JobDoor;
+
 // Menus and commands in the order in which they stand. The names are those of the actions.
 enum class MenuEntry {
     mnu_File,
@@ -105,8 +107,8 @@ enum class MenuEntry {
     Count
 };
 
-// When a command can be given; who needs an Archive or a level needs a free job as well. An entry without a
-// command is not there yet: it stays grey.
+// When a command can be given; a command that can always be isn't a job. Who needs an Archive or a level
+// needs a free job as well. An entry without a command is not there yet: it stays grey.
 enum class EnabledWhen { Always, JobFree, ArchiveOpen, LevelSelected };
 
 struct CommandState {
@@ -121,13 +123,13 @@ struct MenuCommand {
     MenuEntry entry;
     EnabledWhen when;
     std::function<void()> run;
+    bool is_job = true; // else it goes through the door by itself
 };
 
 class MainMenu {
   public:
-    // Fills the bar; the actions belong to `form`. While `busy` says that the logic works only commands that
-    // need no free job begin.
-    MainMenu(QMenuBar* bar, QWidget* form, std::vector<MenuCommand> commands, std::function<bool()> busy);
+    // Fills the bar; the actions belong to `form`. Jobs begin through the door.
+    MainMenu(QMenuBar* bar, QWidget* form, std::vector<MenuCommand> commands, JobDoor& door);
 
     // An entry's action; that of a menu leads to it.
     QAction* Action(MenuEntry entry) const;
@@ -136,7 +138,7 @@ class MainMenu {
     void Update(const CommandState& now);
 
   private:
-    void Connect(const MenuCommand& command, const std::function<bool()>& busy);
+    void Connect(const MenuCommand& command, JobDoor& door);
 
     std::vector<MenuCommand> commands_;
     std::vector<QAction*> actions_; // by MenuEntry

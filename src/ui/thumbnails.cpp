@@ -7,6 +7,7 @@
 
 #include "companion/screenshots.h"
 #include "foundation/drives.h"
+#include "foundation/user.h"
 #include "ui/form_support.h"
 
 namespace kelvash::ui {
@@ -15,6 +16,7 @@ namespace {
 
 constexpr int kKept = 2000;             // thumbnails in memory, 12 KB each
 constexpr std::size_t kMostWanted = 64; // more rows than any window shows
+constexpr int kAfterJobs = 100;         // milliseconds between looks whether a job still runs
 
 // A canvas of the thumbnails' size with a picture in its middle.
 QPixmap Framed(const QImage& picture) {
@@ -67,6 +69,10 @@ void Thumbnails::Want(std::int32_t code) {
 }
 
 void Thumbnails::LoadNext() {
+    if (JobDepth() > 0) { // it may be in the middle of a change of what would be read
+        QTimer::singleShot(kAfterJobs, this, &Thumbnails::LoadNext);
+        return;
+    }
     waiting_ = false;
     if (wanted_.empty()) return;
     const std::int32_t code = wanted_.back();

@@ -267,7 +267,7 @@ class Extraction {
             if (!job_.TestZip && !file.write(block_.get(), static_cast<std::streamsize>(got)))
                 return FaultOf(msg::kZipReasonWrite);
             TellDone(before + static_cast<double>(entry.stat.size - left));
-            if (clock_.Due() && watcher_.poll && watcher_.poll()) {
+            if (watcher_.poll && watcher_.poll()) {
                 job_.Stopped = true;
                 return {};
             }
@@ -284,7 +284,6 @@ class Extraction {
     ZipEntryReader reader_;
     std::map<std::string, std::pair<zip_uint64_t, zip_uint32_t>> taken_;
     std::unique_ptr<char[]> block_ = std::make_unique<char[]>(kBlock);
-    PollClock clock_;
     double total_ = 0; // of the weights of all entries
     double done_ = 0;
     std::optional<std::string> password_;

@@ -25,7 +25,6 @@ struct Writing {
     std::vector<double> starts;     // bytes before each entry; one more at the end
     std::size_t told = 0;
     bool stopped = false;
-    PollClock clock = {};
 };
 
 // Tells the entries up to an index.
@@ -50,8 +49,7 @@ void OnProgress(zip_t*, double share, void* state) {
 
 int OnCancel(zip_t*, void* state) {
     Writing& writing = *static_cast<Writing*>(state);
-    if (!writing.stopped && writing.clock.Due() && writing.watcher.poll && writing.watcher.poll())
-        writing.stopped = true;
+    if (!writing.stopped && writing.watcher.poll && writing.watcher.poll()) writing.stopped = true;
     return writing.stopped ? 1 : 0;
 }
 

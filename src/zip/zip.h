@@ -10,7 +10,7 @@
 namespace kelvash::zip {
 
 // What a job tells while it runs: one line an entry ("  inflating: name", "  adding: name"), and a look at
-// the user's wish several times a second, within an entry too. Either answers true to stop.
+// the user's wish after each block, within an entry too. Either answers true to stop.
 struct ZipWatcher {
     std::function<bool(const std::string& line)> line;
     std::function<bool()> poll;

@@ -3,7 +3,6 @@
 
 #include <zip.h>
 
-#include <chrono>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -37,20 +36,5 @@ inline ZipHandle OpenZip(std::string_view path, int flags, std::string& message)
     if (!zip) message = ZipErrorText(code);
     return zip;
 }
-
-// Says some twenty times a second that the interface is to be looked after.
-class PollClock {
-  public:
-    bool Due() {
-        constexpr std::chrono::milliseconds kInterval{50};
-        const auto now = std::chrono::steady_clock::now();
-        if (now - last_ < kInterval) return false;
-        last_ = now;
-        return true;
-    }
-
-  private:
-    std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
-};
 
 } // namespace kelvash::zip

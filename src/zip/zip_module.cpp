@@ -6,6 +6,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/pumping.h"
 #include "foundation/text.h"
 #include "foundation/tool.h"
 #include "zip/fragments.h"
@@ -33,11 +34,7 @@ ZipWatcher Watcher(LineProgress& progress, Manage manage) {
                 manage(progress, line, false, stop);
                 return stop;
             },
-            [] {
-                TheUser().PumpEvents();
-                return TheUser().StopRequested();
-            },
-            [&progress](double done) { ProgressPercent(progress.bar, done, 1); }};
+            &StopWantedByNow, [&progress](double done) { ProgressPercent(progress.bar, done, 1); }};
 }
 
 // Lines of names, as many as one message can show.

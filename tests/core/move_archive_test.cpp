@@ -171,7 +171,7 @@ TEST_F(Moving, AFullTargetIsTold) {
 }
 
 TEST_F(Moving, AStopLeavesTheArchiveWhereItWas) {
-    user.stop = true;
+    user.stop_if_offered = true;
     EXPECT_FALSE(MoveTo("C:\\new"));
     EXPECT_THAT(user.Told(),
                 ElementsAre("exclamation: Moving of archive has been stopped. The archive is where it "

@@ -39,6 +39,11 @@ class BarUser final : public User {
     void SetBar(BarPlace, int percent) override { events.push_back("bar " + std::to_string(percent)); }
     void LevelListChanged() override {}
     void PumpEvents() override { ++pumped; }
+    void JobBegan() override { NoteJobs("job begins"); }
+    void JobEnded() override { NoteJobs("job ends"); }
+    void NoteJobs(const std::string& what) {
+        events.push_back(what + ", " + std::to_string(JobDepth()) + (JobCanStop() ? " to stop" : ""));
+    }
     bool StopRequested() override { return true; }
 
     std::vector<std::string> events;
@@ -194,7 +199,36 @@ TEST(ProgressDialog, IsOpenForTheLengthOfItsScope) {
         dialog.Label("one");
         ProgressPercent(dialog.bar, 1, 2);
     }
-    EXPECT_THAT(user.events, ElementsAre("open 2 Caption", "label one", "bar 50", "close 2"));
+    EXPECT_THAT(user.events, ElementsAre("job begins, 1", "open 2 Caption", "label one", "bar 50", "close 2",
+                                         "job ends, 0"));
+}
+
+TEST(ProgressDialog, CanBeStoppedWhereItSaysSo) {
+    const BarUser user;
+    const ProgressDialog outer(BarPlace::ProgressDialog, "");
+    EXPECT_FALSE(JobCanStop());
+    {
+        const ProgressDialog inner(BarPlace::StoppableDialog, "");
+        EXPECT_TRUE(JobCanStop());
+    }
+    EXPECT_FALSE(JobCanStop());
+}
+
+TEST(JobScope, StandsInOthersAndTellsTheUser) {
+    BarUser user;
+    EXPECT_EQ(JobDepth(), 0);
+    {
+        const JobScope command;
+        {
+            const JobScope part(Stop::Offered);
+            const JobScope smaller_part;
+            EXPECT_EQ(JobDepth(), 3);
+            EXPECT_TRUE(JobCanStop()) << "what the part can be stopped in belongs to it";
+        }
+        EXPECT_EQ(JobDepth(), 1);
+    }
+    EXPECT_THAT(user.events, ElementsAre("job begins, 1", "job begins, 2 to stop", "job begins, 3 to stop",
+                                         "job ends, 2 to stop", "job ends, 1", "job ends, 0"));
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "foundation/drives.h"
 #include "foundation/messages.h"
 #include "foundation/state.h"
+#include "support/pump_clock.h"
 
 namespace kelvash::test {
 
@@ -32,6 +33,7 @@ FoundationHome::FoundationHome() : root(MakeTemporaryFolder()), drive(root / "c"
     SetEnvironment("XDG_RUNTIME_DIR", (root / "run").string());
     SetEnvironment("WINEPREFIX", (root / "no-prefix").string());
     ResetProgramState();
+    SetPumpStep(std::chrono::milliseconds(0));
     MapDrives();
 }
 

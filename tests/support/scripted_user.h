@@ -63,11 +63,18 @@ class ScriptedUser final : public User {
     void SetLabel(BarPlace place, const std::string& text) override;
     void SetBar(BarPlace, int percent) override { percents.push_back(last_percent = percent); }
     void LevelListChanged() override { ++list_changes; }
-    void PumpEvents() override { stop = ++pumps == stop_at_pump || stop; }
-    bool StopRequested() override { return stop; }
+    void PumpEvents() override {
+        stop = ++pumps == stop_at_pump || stop;
+        if (when_pumped) when_pumped();
+    }
+    bool JobWaits() override { return job_waits; }
+    bool StopRequested() override { return stop || (stop_if_offered && JobCanStop()); }
 
-    bool stop = false;
+    bool stop = false;               // whatever runs
+    bool stop_if_offered = false;    // as real users can
     std::function<void()> when_told; // by a message, before it is noted
+    std::function<void()> when_pumped;
+    bool job_waits = false;
     int pumps = 0;
     int stop_at_pump = 0; // counted from 1; 0 is never
     int last_percent = -1;

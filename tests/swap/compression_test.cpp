@@ -4,6 +4,7 @@
 #include <zlib.h>
 
 #include <algorithm>
+#include <random>
 
 #include "core/archive.h"
 #include "foundation/files.h"
@@ -41,6 +42,15 @@ std::string Unzl(const std::string& stream) {
     return bytes;
 }
 
+// Bytes that don't pack, the same at every run.
+std::string Noise(std::size_t size) {
+    std::mt19937 random(1);
+    std::string bytes(size, '\0');
+    for (char& byte : bytes)
+        byte = static_cast<char>(random());
+    return bytes;
+}
+
 class Compression : public test::SwapHome {
   protected:
     Compression() : temp_dec(home / "_temp_Dec") {}
@@ -69,6 +79,42 @@ TEST_F(Compression, IsUndoneInTheTemporaryFolder) {
     EXPECT_THAT(user.Shown(), ElementsAre("Decompressing files", "Copying files in progress...",
                                           "Unzipping file '005.wav.zl' in progress...",
                                           "Unzipping file 'city.tr4.zl' in progress..."));
+}
+
+// Together they are worth threads.
+TEST_F(Compression, OfManyFilesIsUndoneInTheirOrder) {
+    Files files;
+    for (int i = 0; i < 9; ++i) {
+        const std::string name = "a" + std::to_string(i) + ".tr4.zl";
+        files[name] = Zl(Noise(std::size_t{100'000} * static_cast<std::size_t>(9 - i)));
+    }
+    AddLevel(1, "Packed", files);
+    ASSERT_TRUE(DecompressLevelFiles(FilesOf(1), temp, true));
+    std::vector<std::string> told;
+    for (const std::string& text : user.Shown())
+        if (text.find(".tr4.zl") != std::string::npos)
+            told.push_back(text.substr(text.find(".tr4.zl") - 2, 2));
+    EXPECT_THAT(told, ElementsAre("a0", "a1", "a2", "a3", "a4", "a5", "a6", "a7", "a8"));
+    for (int i = 0; i < 9; ++i) {
+        const std::string name = "a" + std::to_string(i) + ".tr4";
+        EXPECT_EQ(Zl(test::BytesOf(temp_dec / name)), files[name + ".zl"]);
+    }
+    EXPECT_EQ(user.last_percent, 100);
+}
+
+TEST_F(Compression, OfManyFilesEndsAtTheFirstThatCannotBeUndone) {
+    Files files;
+    for (int i = 0; i < 9; ++i) {
+        files["a" + std::to_string(i) + ".tr4.zl"] =
+            i == 4 || i == 5 ? std::string(300'000, 'x') : Zl(Noise(200'000));
+    }
+    AddLevel(1, "Packed", files);
+    EXPECT_FALSE(DecompressLevelFiles(FilesOf(1), temp, true));
+    ASSERT_EQ(user.Told().size(), 1U);
+    EXPECT_THAT(user.Told().front(), HasSubstr("a4.tr4.zl"));
+    EXPECT_TRUE(test::Exists(temp_dec / "a3.tr4"));
+    EXPECT_FALSE(test::Exists(temp_dec / "a5.tr4"));
+    EXPECT_FALSE(test::Exists(temp_dec / "a6.tr4"));
 }
 
 TEST_F(Compression, ThatCannotBeUndoneIsTold) {

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "foundation/drives.h"
+#include "foundation/pumping.h"
 #include "support/child_process.h"
 #include "support/format_test.h"
 #include "support/test_home.h"
@@ -339,6 +340,68 @@ TEST_F(ZlFile, KeepsItsMemoryBoundedForABigFile) {
     EXPECT_EQ(text, "middle");
     file.seekg(kSize - 6).read(text.data(), 6);
     EXPECT_EQ(text, std::string("\0\0\0end", 6));
+}
+
+// --- made ahead ---
+
+TEST_F(ZlFile, MadeInMemoryIsToTheByteWhatIsWrittenOtherwise) {
+    for (const std::string& bytes : {std::string(), std::string("text"), Records(3'000'000)}) {
+        MakeFile(drive / "a.tr4", bytes);
+        fs::last_write_time(drive / "a.tr4", fs::file_time_type::clock::now() - std::chrono::hours(50));
+        ASSERT_TRUE(CompressFile("C:\\a.tr4", "C:\\plain.zl"));
+        const MadeFile packed = PackInMemory("C:\\a.tr4");
+        ASSERT_TRUE(packed);
+        ASSERT_TRUE(CompressFile("C:\\a.tr4", "C:\\ahead.zl", packed));
+        EXPECT_EQ(BytesOf(drive / "ahead.zl"), BytesOf(drive / "plain.zl"));
+        EXPECT_EQ(FileTime("C:\\ahead.zl"), FileTime("C:\\a.tr4"));
+        const MadeFile unpacked = UnpackInMemory("C:\\plain.zl");
+        ASSERT_TRUE(unpacked);
+        ASSERT_TRUE(DecompressFile("C:\\plain.zl", "C:\\b.tr4", {}, unpacked));
+        EXPECT_EQ(BytesOf(drive / "b.tr4"), bytes);
+        EXPECT_EQ(FileTime("C:\\b.tr4"), FileTime("C:\\a.tr4"));
+    }
+}
+
+TEST_F(ZlFile, IsNotMadeInMemoryOfWhatCannotBe) {
+    EXPECT_FALSE(PackInMemory("C:\\missing"));
+    EXPECT_FALSE(UnpackInMemory("C:\\missing"));
+    MakeFile(drive / "no.zl", "no stream");
+    EXPECT_FALSE(UnpackInMemory("C:\\no.zl"));
+    MakeFile(drive / "big.zl", PackedByZlib(std::string(60 << 20, 'x'), 9, 15));
+    EXPECT_FALSE(UnpackInMemory("C:\\big.zl")) << "of several at once none may take so much";
+    EXPECT_TRUE(DecompressFile("C:\\big.zl", "C:\\big"));
+    EXPECT_EQ(fs::file_size(drive / "big"), 60U << 20);
+}
+
+TEST_F(ZlFile, MadeInMemoryAsksBeforeItGrowsTheDisk) {
+    MakeFile(drive / "a.zl", PackedByZlib(Records(5000), 9, 15));
+    MakeFile(drive / "a", "old");
+    const MadeFile made = UnpackInMemory("C:\\a.zl");
+    std::int64_t asked = 0;
+    const MayGrow may_grow = [&asked](std::int64_t bytes) {
+        asked = bytes;
+        return false;
+    };
+    EXPECT_FALSE(DecompressFile("C:\\a.zl", "C:\\a", may_grow, made));
+    EXPECT_EQ(asked, 5000);
+    EXPECT_EQ(BytesOf(drive / "a"), "old");
+}
+
+TEST_F(ZlFile, ABigOneHoldsNoWindowUp) {
+    using Clock = std::chrono::steady_clock;
+    SetPumpClock(&Clock::now);
+    MakeFile(drive / "a", Noise(24 << 20));
+    const JobScope job;
+    Clock::time_point last = Clock::now();
+    Clock::duration longest{0};
+    user.when_pumped = [&] {
+        longest = std::max(longest, Clock::now() - last);
+        last = Clock::now();
+    };
+    ASSERT_TRUE(CompressFile("C:\\a", "C:\\a.zl"));
+    ASSERT_TRUE(DecompressFile("C:\\a.zl", "C:\\b"));
+    EXPECT_GE(user.pumps, 5);
+    EXPECT_LT(longest, std::chrono::milliseconds(400)) << "50 on an idle machine; all takes seconds";
 }
 
 TEST(ZlBlocks, UnpackWhateverThePiecesAre) {

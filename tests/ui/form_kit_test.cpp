@@ -84,5 +84,27 @@ TEST_F(FormKit, LabelAndBarFollowTheJobsOfTheirPlace) {
     EXPECT_TRUE(bar.isHidden());
 }
 
+TEST_F(FormKit, OfSeveralFormsTheLastOneShowsTheJobs) {
+    QLabel below(&form);
+    QProgressBar bar_below(&form);
+    ui::FollowJobs(forms, BarPlace::CallerForm, &below, &bar_below, ui::IdleBar::Stays);
+    {
+        QDialog other;
+        auto* const above = new QLabel(&other);
+        auto* const bar_above = new QProgressBar(&other);
+        ui::FollowJobs(forms, BarPlace::CallerForm, above, bar_above, ui::IdleBar::Stays);
+        forms.SetLabel(BarPlace::CallerForm, "copying");
+        forms.SetBar(BarPlace::CallerForm, 30);
+        EXPECT_EQ(above->text().toStdString(), "copying");
+        EXPECT_EQ(bar_above->value(), 30);
+        EXPECT_EQ(below.text().toStdString(), "");
+        EXPECT_LE(bar_below.value(), 0);
+    }
+    forms.SetLabel(BarPlace::CallerForm, "storing");
+    forms.SetBar(BarPlace::CallerForm, 60);
+    EXPECT_EQ(below.text().toStdString(), "storing");
+    EXPECT_EQ(bar_below.value(), 60);
+}
+
 } // namespace
 } // namespace kelvash::test

@@ -253,15 +253,47 @@ TEST_F(FormsUserPort, NestsProgressWindows) {
 
 TEST_F(FormsUserPort, ClosingAProgressWindowAsksTheJobToStop) {
     forms.SetPatience(0);
-    forms.OpenProgress(BarPlace::StoppableDialog, "job");
+    {
+        const ProgressDialog job(BarPlace::StoppableDialog, "job");
+        EXPECT_FALSE(forms.StopRequested());
+        Visible<ui::Dialog_Progress>()->close();
+        EXPECT_TRUE(forms.StopRequested());
+        EXPECT_NE(Visible<ui::Dialog_Progress>(), nullptr) << "it goes when the job has ended";
+    }
+    const ProgressDialog next_job(BarPlace::StoppableDialog, "next job");
     EXPECT_FALSE(forms.StopRequested());
-    Visible<ui::Dialog_Progress>()->close();
-    EXPECT_TRUE(forms.StopRequested());
-    EXPECT_NE(Visible<ui::Dialog_Progress>(), nullptr) << "it goes when the job has ended";
-    forms.CloseProgress(BarPlace::StoppableDialog);
-    forms.OpenProgress(BarPlace::StoppableDialog, "next job");
+}
+
+TEST_F(FormsUserPort, AStopHoldsTillTheEndOfAllThatItIsOf) {
+    forms.SetPatience(0);
+    const JobScope command;
+    {
+        const JobScope transfer(Stop::Offered);
+        {
+            const ProgressDialog copying(BarPlace::StoppableDialog, "copying");
+            Visible<ui::Dialog_Progress>()->close();
+        }
+        EXPECT_TRUE(forms.StopRequested()) << "what is told of it comes behind the dialog";
+    }
+    EXPECT_FALSE(forms.StopRequested()) << "the command goes on with something else";
+    const JobScope another(Stop::Offered);
     EXPECT_FALSE(forms.StopRequested());
-    forms.CloseProgress(BarPlace::StoppableDialog);
+}
+
+TEST_F(FormsUserPort, AJobBehindABoxWaits) {
+    EXPECT_FALSE(forms.JobWaits());
+    const JobScope job;
+    EXPECT_FALSE(forms.JobWaits());
+    robot.Will("Well?", [this](QWidget* window) {
+        EXPECT_TRUE(forms.JobWaits()) << "what the box does is none of its work";
+        {
+            const JobScope of_the_box;
+            EXPECT_FALSE(forms.JobWaits());
+        }
+        Press(window, "OK");
+    });
+    forms.Message(MessageStyle::Plain, MessageText("Well?"));
+    EXPECT_FALSE(forms.JobWaits());
 }
 
 TEST_F(FormsUserPort, AWindowWithoutAStopButtonCannotBeClosed) {
@@ -296,17 +328,17 @@ TEST_F(FormsUserPort, DropsInputForOtherWindowsWhileAJobPumps) {
 }
 
 TEST_F(FormsUserPort, TellsTheFormsOfTheirOwnLabelsAndBars) {
-    std::vector<std::string> seen;
-    QObject::connect(&forms, &ui::FormsUser::LabelChanged, &forms, [&](BarPlace place, const QString& text) {
-        if (place == BarPlace::CallerForm) seen.push_back(text.toStdString());
-    });
-    QObject::connect(&forms, &ui::FormsUser::BarChanged, &forms, [&](BarPlace place, int percent) {
-        if (place == BarPlace::CallerForm) seen.push_back(std::to_string(percent));
-    });
+    QLabel label;
+    std::vector<int> bar;
+    forms.AddDisplay({BarPlace::CallerForm, &label, [&](int percent) { bar.push_back(percent); }});
     forms.SetLabel(BarPlace::CallerForm, "a\r\nb");
     forms.SetBar(BarPlace::CallerForm, 7);
     forms.SetLabel(BarPlace::MainWindow, "other");
-    EXPECT_THAT(seen, ElementsAre("a\nb", "7"));
+    EXPECT_EQ(label.text().toStdString(), "a\nb");
+    EXPECT_THAT(bar, ElementsAre(7));
+    forms.RemoveDisplay(&label);
+    forms.SetLabel(BarPlace::CallerForm, "c");
+    EXPECT_EQ(label.text().toStdString(), "a\nb");
 }
 
 // --- what comes before the first wait ---

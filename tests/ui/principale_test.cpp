@@ -201,12 +201,13 @@ TEST_F(PrincipaleForm, GreysAMenuInWhichNothingCanBeDone) {
 
 TEST_F(PrincipaleForm, BeginsNoCommandWhileTheLogicWorks) {
     forms.SetPatience(60000);
-    forms.OpenProgress(BarPlace::ProgressDialog, {});
-    form.Command(Entry::mnu_Settings)->trigger(); // a window would fail the test
-    robot.WillPress("About", "OK");
-    form.Command(Entry::mnu_About)->trigger();
-    EXPECT_TRUE(robot.HasSeen("About Kelvash"));
-    forms.CloseProgress(BarPlace::ProgressDialog);
+    {
+        const ProgressDialog job(BarPlace::ProgressDialog, {});
+        form.Command(Entry::mnu_Settings)->trigger(); // a window would fail the test
+        robot.WillPress("About", "OK");
+        form.Command(Entry::mnu_About)->trigger();
+        EXPECT_TRUE(robot.HasSeen("About Kelvash"));
+    }
     robot.WillPress("Dialog_Settings", "Pul_Cancel");
     form.Command(Entry::mnu_Settings)->trigger();
 }

@@ -17,7 +17,7 @@ namespace kelvash::platform {
 namespace {
 
 constexpr std::size_t kCopyBlock = std::size_t{1} << 20;
-constexpr off_t kKernelBlock = off_t{16} << 20; // some 20 ms of a slow disk
+constexpr off_t kKernelBlock = off_t{4} << 20; // some 20 ms of a busy machine
 
 // Closes its descriptor at the end of a scope.
 struct Descriptor {
