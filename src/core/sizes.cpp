@@ -47,6 +47,14 @@ struct SubFolders {
     std::vector<std::string> folders;
 };
 
+// Of a level on CD the files can't be counted.
+void CountInto(LevelRecord& level, const std::string& folder) {
+    const SubFolders inside(folder);
+    if (level.CdNumber == 0)
+        level.FilesSize = FieldSize(static_cast<double>(inside.BytesOf(FilesFolder(folder))));
+    level.SavesSize = FieldSize(static_cast<double>(inside.SavesOf(folder)));
+}
+
 } // namespace
 
 std::int64_t FilesBytes(std::string_view level_folder) {
@@ -72,37 +80,34 @@ void ComputeArchiveSize(Report report) {
     ArchiveHeader& header = archive.Header;
     header.MainFolderSize = 0;
     header.SecondaryFolderSize = 0;
-    for (std::int32_t i = 0; i < header.LevelCount; ++i) {
+    for (std::int32_t i = 0; i < archive.Table.Size(); ++i) {
         TheUser().PumpEvents();
         if (TheUser().StopRequested()) { // no half-counted sums
             static_cast<ArchiveContents&>(archive) = old;
             return;
         }
-        LevelRecord& level = archive.Levels[static_cast<std::size_t>(i)];
-        const std::string folder = LevelFolder(level.Code, false);
+        const std::string folder = PlaceAt(i).Folder;
         progress.Label(LoadMessage(msg::kScanningFolder) + folder);
-        const SubFolders inside(folder);
-        if (level.CdNumber == 0)
-            level.FilesSize = FieldSize(static_cast<double>(inside.BytesOf(FilesFolder(folder))));
-        level.SavesSize = FieldSize(static_cast<double>(inside.SavesOf(folder)));
-        header.MainFolderSize += level.FilesSize;
-        header.SecondaryFolderSize += level.SavesSize;
-        ProgressPercent(progress.bar, i + 1, header.LevelCount);
+        CountInto(*archive.Table.Edit(i), folder);
+        header.MainFolderSize += archive.Table[i].FilesSize;
+        header.SecondaryFolderSize += archive.Table[i].SavesSize;
+        ProgressPercent(progress.bar, i + 1, archive.Table.Size());
     }
     ArchiveTouched();
     if (report == Report::Shown) TellSizes();
     progress.Label(LoadMessage(msg::kSizeComputed));
 }
 
-void CountLevelSize(std::int32_t index) {
-    LevelRecord& level = archive.Levels[static_cast<std::size_t>(index)];
-    const std::string folder = LevelFolder(level.Code, false);
-    const std::int32_t files = FieldSize(static_cast<double>(FilesBytes(folder)));
-    const std::int32_t saves = FieldSize(static_cast<double>(SavesBytes(folder)));
-    archive.Header.MainFolderSize += static_cast<double>(files) - level.FilesSize;
-    archive.Header.SecondaryFolderSize += static_cast<double>(saves) - level.SavesSize;
-    level.FilesSize = files;
-    level.SavesSize = saves;
+void CountLevelSize(const LevelPlace& level) {
+    const std::int32_t files = FieldSize(static_cast<double>(FilesBytes(level.Folder)));
+    const std::int32_t saves = FieldSize(static_cast<double>(SavesBytes(level.Folder)));
+    {
+        const LevelEdit record = archive.Table.Edit(level.Index);
+        archive.Header.MainFolderSize += static_cast<double>(files) - record->FilesSize;
+        archive.Header.SecondaryFolderSize += static_cast<double>(saves) - record->SavesSize;
+        record->FilesSize = files;
+        record->SavesSize = saves;
+    }
     ArchiveTouched();
 }
 
