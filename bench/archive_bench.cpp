@@ -39,17 +39,14 @@ void FillArchive() {
     static const Home home;
     core::archive = core::ArchiveState();
     core::archive.Header.MainFolder = core::archive.Header.SecondaryFolder = "C:\\Levels";
-    core::archive.Levels.clear();
     for (int code = 0; code < kLevels; ++code) {
         core::LevelRecord level;
         level.Code = code;
         level.Name = "Level of number " + std::to_string(code * 7919 % kLevels);
         level.Author = "Somebody";
         level.Note = "Choose the second entry";
-        core::archive.Levels.push_back(level);
+        core::archive.Table.Append(level);
     }
-    core::archive.Header.LevelCount = kLevels;
-    core::archive.Levels.emplace_back();
     if (!core::WriteArchive("C:\\bench.kva")) std::abort();
 }
 

@@ -103,10 +103,11 @@ void MeasureLevels(Watch& watch, const World& world) {
 }
 
 void MeasureManyLevels(Watch& watch, const World& world) {
-    core::archive.Header.LevelCount = kManyLevels;
-    core::archive.Levels.assign(kManyLevels + 1, {});
+    core::archive.Table = {core::LevelRecord()};
     for (int code = 1; code < kManyLevels; ++code) {
-        core::archive.Levels[static_cast<std::size_t>(code)].Code = code;
+        core::LevelRecord level;
+        level.Code = code;
+        core::archive.Table.Append(level);
         std::string number = std::to_string(10000 + code).substr(1);
         Write(world.work / "c/Elsewhere" / ("LEVEL_" + number) / "FILES" / "a.tr4", "content");
     }

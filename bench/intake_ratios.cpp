@@ -33,8 +33,7 @@ void OpenArchive(const fs::path& work) {
     core::profile.TrleFolder = "C:\\trle";
     core::archive.Header.MainFolder = "C:\\Levels";
     core::archive.Header.SecondaryFolder = "C:\\Levels";
-    core::archive.Header.LevelCount = 1;
-    core::archive.Levels = {{}, {}};
+    core::archive.Table = {{}};
 }
 
 // 60 MB in 203 files, as level packages go.
@@ -60,9 +59,9 @@ void AddLevelRow(const fs::path& work) {
         const double other =
             Run({"unzip", "-q", "-j", "-o", (work / "c/maze.zip").string(), "-d", plain.string()});
         Settle(work);
-        core::archive.Header.LevelCount = 1;
+        core::archive.Table = {{}};
         const double ours = Time([] { intake::AddLevels({"C:\\maze.zip"}); });
-        if (core::archive.Header.LevelCount != 2) Die("the level was not added");
+        if (core::archive.Table.Size() != 2) Die("the level was not added");
         pairs.Add(ours, other);
     }
     PrintRatio("a plain level of 60 MB added / unzip", pairs, 1.2);
@@ -95,12 +94,13 @@ void ListRow(const fs::path& work) {
 }
 
 void SizesRow(const fs::path& work) {
-    core::archive.Header.LevelCount = kLevels;
-    core::archive.Levels.assign(kLevels + 1, {});
+    core::archive.Table = {{}};
     const fs::path levels = work / "c/Levels";
     fs::remove_all(levels);
     for (int code = 1; code < kLevels; ++code) {
-        core::archive.Levels[static_cast<std::size_t>(code)].Code = code;
+        core::LevelRecord level;
+        level.Code = code;
+        core::archive.Table.Append(level);
         std::string number = std::to_string(10000 + code).substr(1);
         for (const char* folder : {"FILES", "SAVEGAMES", "BACKUP_SAVEGAMES", "SCREENSHOTS"})
             for (int i = 0; i < 5; ++i)

@@ -90,17 +90,15 @@ fs::path MakeManyLevels(const World& world) {
     std::ofstream(home / "drives.txt")
         << "C=" << (world.work / "c").string() << "\nH=" << home.string() << "\n";
     if (!SetAppFolder(home)) Die("no home");
-    core::archive.Levels.clear();
+    core::archive.Table = {};
     for (int code = 0; code < kManyLevels; ++code) {
         core::LevelRecord level;
         level.Code = code;
         level.Name = "Level of number " + std::to_string(code * 7919 % kManyLevels);
         level.Author = "Somebody of some name";
         level.Note = "Choose the second entry of the list";
-        core::archive.Levels.push_back(level);
+        core::archive.Table.Append(level);
     }
-    core::archive.Header.LevelCount = kManyLevels;
-    core::archive.Levels.emplace_back();
     if (!core::WriteArchive("H:\\many.kva") || !core::WriteProfile()) Die("no Archive");
     return home;
 }

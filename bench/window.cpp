@@ -60,16 +60,14 @@ void MeasureStart(const QString& kelvash, const QString& empty, const QString& h
 
 void MakeManyLevels() {
     core::profile.LastArchive = "C:\\many.kva";
-    core::archive.Levels.clear();
+    core::archive.Table = {};
     for (int code = 0; code < kManyLevels; ++code) {
         core::LevelRecord level;
         level.Code = code;
         level.Name = "Level of number " + std::to_string(code * 7919 % kManyLevels);
-        core::archive.Levels.push_back(level);
+        core::archive.Table.Append(level);
     }
-    core::archive.Header.LevelCount = kManyLevels;
     core::archive.Header.MainFolder = core::archive.Header.SecondaryFolder = "C:\\levels";
-    core::archive.Levels.emplace_back();
 }
 
 void PrintRow(const char* what, std::vector<double> times, double target) {

@@ -90,15 +90,13 @@ struct World {
         core::profile.TrleFolder = "C:\\trle";
         core::profile.FullBackup = true;
         core::archive.Header.MainFolder = core::archive.Header.SecondaryFolder = "C:\\Levels";
-        core::archive.Levels.clear();
+        core::archive.Table = {};
         for (int code = 0; code <= 4; ++code) {
             core::LevelRecord level;
             level.Code = code;
             level.Name = "Level " + std::to_string(code);
-            core::archive.Levels.push_back(level);
+            core::archive.Table.Append(level);
         }
-        core::archive.Header.LevelCount = 5;
-        core::archive.Levels.emplace_back();
         if (!core::WriteArchive("H:\\bench.kva")) Die("no Archive");
     }
 };

@@ -41,9 +41,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const ArchiveContents contents = Decode(bytes, largest);
     // No memory is spent on a count that only the file states.
     Require(largest <= 128 * kelvash::core::kLevelSize);
-    Require(contents.Header.LevelCount >= 0);
-    const auto count = static_cast<std::size_t>(contents.Header.LevelCount);
-    Require(contents.Levels.size() == count + 1);
+    Require(contents.Table.Size() >= 0);
+    const auto count = static_cast<std::size_t>(contents.Table.Size());
     Require(count * kelvash::core::kLevelSize < size + kelvash::core::kLevelSize);
     const std::string written = Encode(contents);
     Require(Encode(Decode(written, largest)) == written);

@@ -36,14 +36,15 @@ MessageText FaultOf(const std::string& drive, std::int32_t code) {
 }
 
 // Has a drive chosen until it holds the level; false if the user gives up.
-bool AskForDrive(const std::string& start, std::int32_t code) {
-    const std::string number = std::to_string(core::LevelByCode(code).CdNumber);
+bool AskForDrive(const std::string& start, const core::LevelPlace& level) {
+    const std::string number = std::to_string(level.CdNumber);
     for (;;) {
         cd::CdDriveChoice choice{LoadMessage(msg::kCdFolderTitle), LoadMessage(msg::kInsertCd) + number,
                                  start};
         if (!ShowForm(choice)) return false;
         const std::string drive = choice.Drive.substr(0, 2);
-        const MessageText fault = drive.empty() ? LoadMessage(msg::kNoDriveSelected) : FaultOf(drive, code);
+        const MessageText fault =
+            drive.empty() ? LoadMessage(msg::kNoDriveSelected) : FaultOf(drive, level.Code);
         if (fault.text.empty()) {
             TakeReader(drive);
             return true;
@@ -54,19 +55,19 @@ bool AskForDrive(const std::string& start, std::int32_t code) {
 
 } // namespace
 
-bool core::RequestCd(std::int32_t code) {
-    if (core::LevelByCode(code).CdNumber == 0) return true;
+bool core::RequestCd(const LevelPlace& level) {
+    if (level.CdNumber == 0) return true;
     const std::vector<std::string> drives = CdDrives();
     if (drives.empty()) {
         TellCritical(LoadMessage(msg::kNoCdReader));
         return false;
     }
     for (const std::string& drive : drives)
-        if (HoldsFiles(drive, code)) {
+        if (HoldsFiles(drive, level.Code)) {
             TakeReader(drive);
             return true;
         }
-    return AskForDrive(drives.front(), code);
+    return AskForDrive(drives.front(), level);
 }
 
 } // namespace kelvash

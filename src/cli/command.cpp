@@ -50,9 +50,7 @@ ResultField ArchiveField() {
 }
 
 ResultField LevelCountField() {
-    return {.name = "levels", .heading = msg::kCliLevels, .value = [] {
-                return core::archive.Header.LevelCount;
-            }};
+    return {.name = "levels", .heading = msg::kCliLevels, .value = [] { return core::archive.Table.Size(); }};
 }
 
 ResultField InstalledField() {

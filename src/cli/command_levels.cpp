@@ -1,5 +1,4 @@
 // The list of the levels.
-#include <span>
 
 #include "cli/command.h"
 #include "cli/messages.h"
@@ -72,18 +71,13 @@ void AppendLine(const LevelRecord& level, bool installed, std::string& lines) {
     lines += ")\n";
 }
 
-std::span<const LevelRecord> LevelsOfArchive() {
-    return {core::archive.Levels.data(), static_cast<std::size_t>(core::archive.Header.LevelCount)};
-}
-
 std::string LevelsAsJson() {
     constexpr std::size_t kUsualLength = 512; // bytes of a level as JSON
     const std::int32_t current = trle_state::CurrentLevelCode();
-    const std::span<const LevelRecord> levels = LevelsOfArchive();
     std::string json;
-    json.reserve(levels.size() * kUsualLength);
+    json.reserve(static_cast<std::size_t>(core::archive.Table.Size()) * kUsualLength);
     json += '[';
-    for (const LevelRecord& level : levels) {
+    for (const LevelRecord& level : core::archive.Table) {
         if (json.size() > 1) json += ',';
         AppendLevel(level, level.Code == current, json);
     }
@@ -94,7 +88,7 @@ std::string LevelsAsJson() {
 std::string LevelsAsLines() {
     const std::int32_t current = trle_state::CurrentLevelCode();
     std::string lines;
-    for (const LevelRecord& level : LevelsOfArchive())
+    for (const LevelRecord& level : core::archive.Table)
         AppendLine(level, level.Code == current, lines);
     return lines;
 }

@@ -33,8 +33,7 @@ bool InstallAndTell(const CliUser& user, std::int32_t code) {
 // Neither way back needs an Archive.
 bool StartUpForRestore(Session& session) {
     if (!TakeHome(session, MissingHome::Refuse)) return false;
-    program::StartUp({});
-    return !core::session.EndWanted && !Interrupted();
+    return program::StartUp({}) && !Interrupted();
 }
 
 // A level that couldn't be taken out is no failure: its files are gone all the same.

@@ -99,8 +99,7 @@ bool AddLevel(const DemoLevel& level) {
     }
     if (level.compressed && !CompressFolder(core::FilesFolder(folder)))
         return Refuse(msg::kCliDemoCannotWrite, folder);
-    core::archive.Levels.insert(core::archive.Levels.end() - 1, level.record);
-    ++core::archive.Header.LevelCount;
+    core::archive.Table.Append(level.record);
     return true;
 }
 
@@ -115,8 +114,7 @@ bool MakeArchive(const std::string& folder) {
     core::archive = core::ArchiveState();
     core::archive.Header.MainFolder = folder;
     core::archive.Header.SecondaryFolder = folder;
-    core::archive.Header.LevelCount = 1;
-    core::archive.Levels = {LevelZero(), core::LevelRecord()};
+    core::archive.Table = {LevelZero()};
     for (const DemoLevel& level : ArchiveLevels())
         if (!AddLevel(level)) return false;
     core::profile.LastArchive = core::DefaultArchivePath();

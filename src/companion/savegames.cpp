@@ -2,7 +2,6 @@
 
 #include "companion/fragments.h"
 #include "companion/messages.h"
-#include "core/archive.h"
 #include "core/profile.h"
 #include "foundation/bytes.h"
 #include "foundation/date_text.h"
@@ -48,18 +47,18 @@ std::string SavegameLine(std::string_view path) {
            LoadMessage(msg::kSaveLineEnd);
 }
 
-std::string SlotFolder(std::int32_t code) {
-    if (code == trle_state::CurrentLevelCode()) return core::TrleFolder();
-    return core::StashFolder(core::LevelFolder(code, false));
+std::string SlotFolder(const core::LevelPlace& level) {
+    if (level.Code == trle_state::CurrentLevelCode()) return core::TrleFolder();
+    return core::StashFolder(level.Folder);
 }
 
-std::vector<std::string> SlotSavegames(std::int32_t code) {
-    return ListFiles(SlotFolder(code), LoadFragment(fragment::kSaveSlotMask));
+std::vector<std::string> SlotSavegames(const core::LevelPlace& level) {
+    return ListFiles(SlotFolder(level), LoadFragment(fragment::kSaveSlotMask));
 }
 
-std::vector<std::string> ArchivedSavegames(std::int32_t code) {
+std::vector<std::string> ArchivedSavegames(const core::LevelPlace& level) {
     const std::string part = LoadFragment(fragment::kSaveNamePart);
-    std::vector<std::string> found = ScanTree(core::SavegamesFolder(core::LevelFolder(code, false))).files;
+    std::vector<std::string> found = ScanTree(core::SavegamesFolder(level.Folder)).files;
     std::erase_if(found, [&](const std::string& path) {
         return FindNoCase(FileNameOf(path), part) == std::string::npos;
     });

@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/archive.h"
+
 namespace kelvash::companion {
 
 // Running number and title. A file that can't be read has the number 0 and the title "<NOT READABLE>".
@@ -22,9 +24,9 @@ std::string SavegameLine(std::string_view path);
 
 // Where the slots of a level are: the TRLE folder while it is installed there, else the level's
 // BACKUP_SAVEGAMES.
-std::string SlotFolder(std::int32_t code);
+std::string SlotFolder(const core::LevelPlace& level);
 // Full paths of the savegames in a level's slots, and of those archived at any depth below its SAVEGAMES.
-std::vector<std::string> SlotSavegames(std::int32_t code);
-std::vector<std::string> ArchivedSavegames(std::int32_t code);
+std::vector<std::string> SlotSavegames(const core::LevelPlace& level);
+std::vector<std::string> ArchivedSavegames(const core::LevelPlace& level);
 
 } // namespace kelvash::companion

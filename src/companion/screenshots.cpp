@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "companion/fragments.h"
-#include "core/archive.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -12,9 +11,9 @@
 
 namespace kelvash::companion {
 
-std::vector<std::string> Screenshots(std::int32_t code) {
+std::vector<std::string> Screenshots(const core::LevelPlace& level) {
     const std::vector<std::string> kinds = Split(LoadFragment(fragment::kShotKinds), '|');
-    std::vector<std::string> files = ListFiles(core::ScreenshotsFolder(core::LevelFolder(code, false)), "*");
+    std::vector<std::string> files = ListFiles(core::ScreenshotsFolder(level.Folder), "*");
     std::erase_if(files, [&](const std::string& file) {
         return std::none_of(kinds.begin(), kinds.end(),
                             [&](const std::string& kind) { return EndsWithNoCase(file, kind); });
@@ -22,10 +21,10 @@ std::vector<std::string> Screenshots(std::int32_t code) {
     return files;
 }
 
-std::string NewestScreenshot(std::int32_t code) {
+std::string NewestScreenshot(const core::LevelPlace& level) {
     std::string newest;
     std::int64_t newest_time = 0;
-    for (const std::string& file : Screenshots(code)) {
+    for (const std::string& file : Screenshots(level)) {
         const std::int64_t time = FileTime(file).value_or(0);
         if (!newest.empty() && time < newest_time) continue;
         newest = file;

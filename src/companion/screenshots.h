@@ -1,16 +1,17 @@
 // The pictures of a level, in its SCREENSHOTS folder.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
+
+#include "core/archive.h"
 
 namespace kelvash::companion {
 
 // Full paths of a level's .jpg and .bmp files, in alphabetical order.
-std::vector<std::string> Screenshots(std::int32_t code);
+std::vector<std::string> Screenshots(const core::LevelPlace& level);
 // The one that was written last; empty if there is none.
-std::string NewestScreenshot(std::int32_t code);
+std::string NewestScreenshot(const core::LevelPlace& level);
 // The picture that stands for a level without any.
 std::string DefaultScreenshot();
 

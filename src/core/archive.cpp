@@ -46,16 +46,20 @@ Saving Save(std::string_view path) {
     return Saving::Done;
 }
 
+std::string FolderOnDisk(std::int32_t code) {
+    return (code == 0 ? AppFolder() : std::string(Trim(archive.Header.SecondaryFolder))) +
+           LevelFolderName(code);
+}
+
 bool StartsLevelName(const std::string& folder) {
     return StartsWithNoCase(FileNameOf(folder), LoadFragment(fragment::kLevelNameStart));
 }
 
 void RecountSaves(std::int32_t index) {
-    LevelRecord& level = archive.Levels[static_cast<std::size_t>(index)];
-    const std::string folder = LevelFolder(level.Code, false);
+    const std::string folder = LevelFolder(archive.Table[index].Code, false);
     const auto saves = static_cast<double>(SavesBytes(folder));
-    level.RecountSaves = false;
-    AddLevelSize(index, saves - level.SavesSize, SizeKind::Saves);
+    archive.Table.Edit(index)->RecountSaves = false;
+    AddLevelSize(index, saves - archive.Table[index].SavesSize, SizeKind::Saves);
 }
 
 // Saves in any case, whatever AutoSave says.
@@ -69,21 +73,21 @@ void TouchWithAutoSave() {
 } // namespace
 
 std::int32_t LevelIndex(std::int32_t code) {
-    for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i)
-        if (archive.Levels[static_cast<std::size_t>(i)].Code == code) return i;
-    return -1;
+    return archive.Table.Find(code);
 }
 
-const LevelRecord& LevelByCode(std::int32_t code) {
-    const std::int32_t index = LevelIndex(code);
-    return archive.Levels[static_cast<std::size_t>(index < 0 ? archive.Header.LevelCount : index)];
+LevelPlace PlaceOf(std::int32_t code) {
+    const std::int32_t index = archive.Table.Find(code);
+    if (index >= 0) return PlaceAt(index);
+    LevelPlace none;
+    none.Code = code;
+    none.Folder = FolderOnDisk(code);
+    return none;
 }
 
-std::int32_t NextLevelCode() {
-    std::int32_t highest = -1;
-    for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i)
-        highest = std::max(highest, archive.Levels[static_cast<std::size_t>(i)].Code);
-    return highest + 1;
+LevelPlace PlaceAt(std::int32_t index) {
+    const LevelRecord& level = archive.Table[index];
+    return {level.Code, index, level.CdNumber, std::string(Trim(level.Name)), FolderOnDisk(level.Code)};
 }
 
 std::string LevelFolderName(std::int32_t code) {
@@ -92,16 +96,17 @@ std::string LevelFolderName(std::int32_t code) {
 }
 
 std::string LevelFolder(std::int32_t code, bool on_cd) {
+    if (on_cd) return ReachFolder(PlaceOf(code));
     archive.CdMissing = false;
-    if (code == 0) return AppFolder() + LevelFolderName(0);
-    if (on_cd && LevelByCode(code).CdNumber != 0) {
-        if (!RequestCd(code)) {
-            archive.CdMissing = true;
-            return {};
-        }
-        return CdLevelFolder(archive.Header.MainFolder.substr(0, 2), code);
-    }
-    return std::string(Trim(archive.Header.SecondaryFolder)) + LevelFolderName(code);
+    return FolderOnDisk(code);
+}
+
+std::string ReachFolder(const LevelPlace& level) {
+    archive.CdMissing = false;
+    if (level.Code == 0 || level.CdNumber == 0) return level.Folder;
+    archive.CdMissing = !RequestCd(level);
+    if (archive.CdMissing) return {};
+    return CdLevelFolder(archive.Header.MainFolder.substr(0, 2), level.Code);
 }
 
 std::string FindArchiveFolderOnCd(std::string_view drive) {
@@ -179,10 +184,12 @@ bool AskSaveArchive() {
 }
 
 void AddLevelSize(std::int32_t index, double bytes, SizeKind kind) {
-    LevelRecord& level = archive.Levels[static_cast<std::size_t>(index)];
     const bool files = kind == SizeKind::Files;
-    std::int32_t& size = files ? level.FilesSize : level.SavesSize;
-    size = FieldSize(size + bytes);
+    {
+        const LevelEdit level = archive.Table.Edit(index);
+        std::int32_t& size = files ? level->FilesSize : level->SavesSize;
+        size = FieldSize(size + bytes);
+    }
     if (index > 0) (files ? archive.Header.MainFolderSize : archive.Header.SecondaryFolderSize) += bytes;
     ArchiveTouched();
 }
@@ -197,7 +204,7 @@ bool LoadArchive(std::string_view path) {
     ArchiveContents contents;
     ArchiveStamp stamp;
     // Level 0000 is in every Archive: a file without it has lost its contents.
-    if (!ReadArchiveFile(source, contents, &stamp) || contents.Header.LevelCount == 0) return false;
+    if (!ReadArchiveFile(source, contents, &stamp) || contents.Table.IsEmpty()) return false;
     static_cast<ArchiveContents&>(archive) = std::move(contents);
     profile.LastArchive = source;
     NoteSeenArchive(source, stamp);
@@ -206,8 +213,8 @@ bool LoadArchive(std::string_view path) {
         archive.ArchiveLoadRefused = true;
         return false;
     }
-    for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i)
-        if (archive.Levels[static_cast<std::size_t>(i)].RecountSaves) RecountSaves(i);
+    for (std::int32_t i = 0; i < archive.Table.Size(); ++i)
+        if (archive.Table[i].RecountSaves) RecountSaves(i);
     RefreshLevelList();
     SelectLevel(trle_state::CurrentLevelCode());
     return true;
@@ -250,11 +257,11 @@ bool SaveArchive() {
 
 std::string ArchiveTitle() {
     return LoadMessage(msg::kArchiveTitle,
-                       {std::to_string(archive.Header.LevelCount) + " (" + FileNameOf(profile.LastArchive)});
+                       {std::to_string(archive.Table.Size()) + " (" + FileNameOf(profile.LastArchive)});
 }
 
 bool ArchiveIsOpen() {
-    return !Trim(profile.LastArchive).empty() && archive.Header.LevelCount > 0;
+    return !Trim(profile.LastArchive).empty() && !archive.Table.IsEmpty();
 }
 
 void CloseArchive() {

@@ -1,7 +1,6 @@
 // The open Archive: its header, its level table, its file, and the folders of its levels.
 //
-// The table keeps the order of the file. A level is addressed by its Code everywhere; LevelIndex gives its
-// place.
+// The table keeps the order of the file. A level is addressed by its Code everywhere.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +8,7 @@
 #include <string_view>
 
 #include "core/archive_file.h"
+#include "trle_state/level_place.h"
 
 namespace kelvash::core {
 
@@ -20,7 +20,6 @@ struct ArchiveState : ArchiveContents {
     std::string SeenFile;            // the file that was read or written last, and what it held then
     ArchiveStamp Seen;
     std::int64_t SeenTime = 0; // its date, as FileTime
-    ArchiveState() { Levels.resize(1); }
 };
 extern ArchiveState& archive;
 
@@ -28,18 +27,21 @@ bool ArchiveIsOpen();
 // Leaves none open: table and list are empty.
 void CloseArchive();
 
-// Table index of the level with that code; -1 if no level has it.
+// Place in the table of the level with that code; -1 if no level has it.
 std::int32_t LevelIndex(std::int32_t code);
-// The record of that level; the spare one behind the table if no level has the code.
-const LevelRecord& LevelByCode(std::int32_t code);
-// The highest code plus 1; 0 for an empty table.
-std::int32_t NextLevelCode();
+// What a code, or a place in the table, stands for. An operation finds that once, at its door, and hands it
+// down.
+using trle_state::LevelPlace;
+LevelPlace PlaceOf(std::int32_t code);
+LevelPlace PlaceAt(std::int32_t index);
 // "\LEVEL_" and the code in at least four digits.
 std::string LevelFolderName(std::int32_t code);
 // The folder of a level. With `on_cd` that of a level on CD is on its disc, which is asked for; if it is
 // refused the result is empty and archive.CdMissing true. A code that no level has gives the path it would
 // have.
 std::string LevelFolder(std::int32_t code, bool on_cd);
+// The same for a level that has been found, with `on_cd`.
+std::string ReachFolder(const LevelPlace& level);
 // The folder of a level on the disc in a drive ("X:"), found by looking; empty if it isn't there.
 std::string CdLevelFolder(std::string_view drive, std::int32_t code);
 // The folder in a disc's root that holds the level folders; empty if there is none.

@@ -51,7 +51,8 @@ bool CopyTail(std::string_view path, std::size_t offset, const WritePiece& write
 }
 
 // What is written has this layout, whatever number the file that was loaded bore.
-std::string EncodeHeader(ArchiveHeader header) {
+std::string EncodeHeader(const ArchiveContents& contents) {
+    StoredHeader header{contents.Header, contents.Table.Size()};
     header.Version = kArchiveVersion;
     ByteWriter bytes;
     EncodeRecord(kHeaderFields, header, bytes);
@@ -67,32 +68,31 @@ bool IsProtected(std::string_view path) {
 } // namespace
 
 ArchiveContents DecodeArchive(const ByteSource& source) {
-    ArchiveContents contents;
-    contents.Header.Version = 0;
-    DecodeRecord(kHeaderFields, source(kHeaderSize), contents.Header);
-    const auto stated = static_cast<std::size_t>(std::max(contents.Header.LevelCount, 0));
-    while (contents.Levels.size() < stated) {
-        std::string_view block =
-            source(kLevelSize * std::min(kBlockRecords, stated - contents.Levels.size()));
+    StoredHeader header;
+    header.Version = 0;
+    DecodeRecord(kHeaderFields, source(kHeaderSize), header);
+    ArchiveContents contents{header, {}};
+    for (std::int32_t left = header.LevelCount; left > 0; left = header.LevelCount - contents.Table.Size()) {
+        std::string_view block = source(kLevelSize * std::min(kBlockRecords, static_cast<std::size_t>(left)));
         if (block.empty()) break;
-        for (; !block.empty(); block.remove_prefix(std::min(block.size(), kLevelSize)))
-            DecodeRecord(kLevelFields, block.substr(0, kLevelSize), contents.Levels.emplace_back());
+        for (; !block.empty(); block.remove_prefix(std::min(block.size(), kLevelSize))) {
+            LevelRecord level;
+            DecodeRecord(kLevelFields, block.substr(0, kLevelSize), level);
+            contents.Table.Append(std::move(level));
+        }
     }
-    contents.Header.LevelCount = static_cast<std::int32_t>(contents.Levels.size());
-    contents.Levels.emplace_back();
     return contents;
 }
 
 bool EncodeArchive(const ArchiveContents& contents, const WritePiece& write) {
-    if (!write(EncodeHeader(contents.Header))) return false;
-    const auto count = static_cast<std::size_t>(contents.Header.LevelCount);
-    for (std::size_t first = 0; first < count; first += kBlockRecords) {
-        ByteWriter block;
-        for (std::size_t i = first; i < std::min(first + kBlockRecords, count); ++i)
-            EncodeRecord(kLevelFields, contents.Levels[i], block);
-        if (!write(block.Take())) return false;
+    if (!write(EncodeHeader(contents))) return false;
+    ByteWriter block;
+    std::size_t records = 0;
+    for (const LevelRecord& level : contents.Table) {
+        EncodeRecord(kLevelFields, level, block);
+        if (++records % kBlockRecords == 0 && !write(block.Take())) return false;
     }
-    return true;
+    return records % kBlockRecords == 0 || write(block.Take());
 }
 
 std::optional<ArchiveStamp> StampOf(std::string_view path) {
@@ -125,8 +125,7 @@ bool ReadArchiveFile(std::string_view path, ArchiveContents& contents, ArchiveSt
 
 bool WriteArchiveFile(std::string_view path, const ArchiveContents& contents, ArchiveStamp* stamp) {
     if (IsProtected(path)) return false;
-    const std::size_t length =
-        kHeaderSize + static_cast<std::size_t>(contents.Header.LevelCount) * kLevelSize;
+    const std::size_t length = kHeaderSize + static_cast<std::size_t>(contents.Table.Size()) * kLevelSize;
     Stamper stamper;
     const auto produce = [&](const WritePiece& write) {
         const WritePiece stamped = [&](std::string_view piece) {

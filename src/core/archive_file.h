@@ -1,8 +1,8 @@
 // Reading and writing of the Archive file: one header, then LevelCount records back to back, no more.
 //
-// Bad contents are not refused. A file that ends early leaves the fields behind its end zero or blank; a
-// LevelCount that states more records than the file holds, or fewer than none, is corrected to what is there,
-// so that no memory is spent on a number.
+// Bad contents are not refused. A file that ends early leaves the fields behind its end zero or blank; of a
+// LevelCount that states more records than the file holds, or fewer than none, those count that are there, so
+// that no memory is spent on a number.
 #pragma once
 
 #include <cstdint>
@@ -10,8 +10,8 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "core/level_table.h"
 #include "core/records.h"
 #include "foundation/files.h"
 
@@ -19,7 +19,7 @@ namespace kelvash::core {
 
 struct ArchiveContents {
     ArchiveHeader Header;
-    std::vector<LevelRecord> Levels; // LevelCount records and one spare behind them, which is not saved
+    LevelTable Table;
 };
 
 // What a file held when it was read or written, its tail included, to know whether another program has

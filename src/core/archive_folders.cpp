@@ -58,7 +58,7 @@ Outcome FindSecondaryFolder() {
 } // namespace
 
 bool CheckArchiveFolders() {
-    if (archive.Header.LevelCount == 0) return true;
+    if (archive.Table.IsEmpty()) return true;
     Outcome outcome = FindMainFolder();
     if (outcome == Outcome::GoOn) outcome = FindSecondaryFolder();
     return outcome == Outcome::Found;

@@ -52,8 +52,9 @@ void KeepUnsaved() {
         state.Unsaved.Tell(doing);
 }
 
-bool LevelStands(std::int32_t level) {
-    if (level <= 0 || LevelIndex(level) >= 0) return true;
+// Level 0000 and the choice of none are for the operation to judge.
+bool LevelStands(const LevelPlace& level) {
+    if (level.Code <= 0 || level.IsListed()) return true;
     TellCritical(LoadMessage(msg::kLevelIsGone));
     return false;
 }
@@ -62,7 +63,9 @@ bool LevelStands(std::int32_t level) {
 
 Change::Change(MessageId doing, unsigned what, std::int32_t level) : untold_((what & kUntold) != 0) {
     SettleUnsaved();
-    granted_ = TakeLocks(LoadMessage(doing), what) && LevelStands(level);
+    granted_ = TakeLocks(LoadMessage(doing), what);
+    if (granted_ && level != kNoLevel) level_ = PlaceOf(level);
+    granted_ = granted_ && LevelStands(level_);
     if (granted_ && (what & kNoGame) != 0) state.SwapFolders.push_back(swap_folder_.emplace(TrleFolder()));
     if (granted_) return;
     state.Refused = state.Refused || !is_passed_over_;

@@ -17,6 +17,7 @@
 
 #include "foundation/lock.h"
 #include "foundation/messages.h"
+#include "trle_state/level_place.h"
 
 namespace kelvash::core {
 
@@ -31,7 +32,8 @@ inline constexpr unsigned kSwap = kAll | 8;
 // refused.
 inline constexpr unsigned kUntold = 16;
 
-inline constexpr std::int32_t kNoLevel = -1;
+using trle_state::kNoLevel;
+using trle_state::LevelPlace;
 
 class Change {
   public:
@@ -43,6 +45,8 @@ class Change {
     Change& operator=(const Change&) = delete;
 
     explicit operator bool() const { return granted_; }
+    // The level that it is about, as it was found here; that of kNoLevel if it isn't about one.
+    const LevelPlace& Level() const { return level_; }
     // Ends it before its scope does. An Archive with unsaved changes stays locked until they are saved or
     // dropped: its folders hold what its file doesn't tell of.
     void End();
@@ -57,6 +61,7 @@ class Change {
     bool untold_;
     bool is_passed_over_ = false;
     bool granted_ = false;
+    LevelPlace level_;
     std::optional<std::string> swap_folder_; // of an open swap
 };
 

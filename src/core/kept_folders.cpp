@@ -61,15 +61,6 @@ std::string FreeName(const std::string& base) {
     return name;
 }
 
-// Appends a record; the table keeps its spare one behind it.
-void AppendLevel(std::int32_t code, const std::string& name) {
-    LevelRecord level;
-    level.Code = code;
-    level.Name = name;
-    archive.Levels.insert(archive.Levels.begin() + archive.Header.LevelCount, level);
-    ++archive.Header.LevelCount;
-}
-
 // Gives a folder that became no level its place in KEPT again, and tells where it lies.
 std::int32_t GiveBack(const std::string& folder, const std::string& kept) {
     const bool back = FolderExists(kept) || RenameFile(folder, kept);
@@ -82,8 +73,10 @@ std::int32_t GiveBack(const std::string& folder, const std::string& kept) {
 bool SaveLevel(std::int32_t code, const std::string& name) {
     const ArchiveContents old = archive;
     const bool was_changed = archive.ArchiveChanged;
-    AppendLevel(code, name);
-    CountLevelSize(LevelIndex(code)); // and saves
+    LevelRecord level;
+    level.Code = code;
+    level.Name = name;
+    CountLevelSize(PlaceAt(archive.Table.Append(std::move(level)))); // and saves
     if (!profile.AutoSave || !archive.ArchiveChanged) return true;
     static_cast<ArchiveContents&>(archive) = old;
     archive.ArchiveChanged = was_changed;
@@ -150,7 +143,7 @@ std::int32_t TakeKept(const std::string& folder_name) {
     }
     const std::string kept = KeptFolder() + "\\" + folder_name;
     const std::string name = NameFor(kept);
-    const std::int32_t code = std::max(NextLevelCode(), 1);
+    const std::int32_t code = std::max(archive.Table.NextCode(), 1);
     const std::string folder = LevelFolder(code, false);
     if (!MakeWay(folder)) return -1;
     if (!RenameFile(kept, folder) || !CreateLevelFolders(folder) || !NoteLevelMoved(kept, folder))

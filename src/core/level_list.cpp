@@ -28,14 +28,14 @@ std::vector<LevelListItem> SortedItems() {
     const std::int32_t current = trle_state::CurrentLevelCode();
     const std::string mark = LoadMessage(msg::kInTrleMark);
     std::vector<std::pair<std::string, LevelListItem>> keyed; // folded text, item
-    keyed.reserve(static_cast<std::size_t>(archive.Header.LevelCount));
-    for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i) {
-        LevelRecord& level = archive.Levels[static_cast<std::size_t>(i)];
-        level.Name = Trim(level.Name);
-        std::string text = level.Code == current ? level.Name + mark : level.Name;
+    keyed.reserve(static_cast<std::size_t>(archive.Table.Size()));
+    for (std::int32_t i = 0; i < archive.Table.Size(); ++i) {
+        const LevelEdit level = archive.Table.Edit(i);
+        level->Name = Trim(level->Name);
+        std::string text = level->Code == current ? level->Name + mark : level->Name;
         std::string key = FoldCase(text);
         PumpNowAndThen();
-        keyed.push_back({std::move(key), {std::move(text), level.Code}});
+        keyed.push_back({std::move(key), {std::move(text), level->Code}});
     }
     std::stable_sort(keyed.begin(), keyed.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });

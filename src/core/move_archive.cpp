@@ -51,11 +51,10 @@ std::string CopiesIn(const std::string& target) {
 std::vector<Move> PlanMoves(const std::string& target) {
     const std::string copies = CopiesIn(target);
     std::vector<Move> moves;
-    for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i) {
-        const std::int32_t code = archive.Levels[static_cast<std::size_t>(i)].Code;
-        if (code <= 0) continue;
-        const std::string name = LevelFolderName(code);
-        moves.push_back({true, LevelFolder(code, false), copies + name, target + name});
+    for (const LevelRecord& level : archive.Table) {
+        if (level.Code <= 0) continue;
+        const std::string name = LevelFolderName(level.Code);
+        moves.push_back({true, LevelFolder(level.Code, false), copies + name, target + name});
     }
     const std::string kept_name = "\\" + FileNameOf(KeptFolder());
     for (const KeptLevel& kept : ListKept()) {
@@ -325,7 +324,7 @@ void TellCutShortMove() {
     const auto is_left = [&](const LevelRecord& level) {
         return level.Code > 0 && FolderExists(source + LevelFolderName(level.Code));
     };
-    if (std::any_of(archive.Levels.begin(), archive.Levels.begin() + archive.Header.LevelCount, is_left))
+    if (std::any_of(archive.Table.begin(), archive.Table.end(), is_left))
         ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kMoveOldLeft) + source);
     ForgetMove(folder);
 }

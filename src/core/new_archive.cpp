@@ -112,8 +112,7 @@ bool NewArchive() {
     // From here on the table is no longer that of the old file, which a later save must not reach.
     profile.LastArchive.clear();
     archive.Header = ArchiveHeader();
-    archive.Header.LevelCount = 1;
-    archive.Levels = {LevelZero(), LevelRecord()};
+    archive.Table = {LevelZero()};
     const std::string folder = SelectNewArchiveFolder();
     if (folder.empty()) return false;
     archive.Header.MainFolder = folder;

@@ -4,12 +4,14 @@
 #include <cstdint>
 #include <optional>
 
+#include "trle_state/level_place.h"
+
 namespace kelvash::core {
 
 // Has the CD of a level inserted. A reader that already holds the level's files is taken without a question.
 // On success the Archive's main folder begins with the reader's drive. True for a level with no CD; false if
 // the user gives up. In cd/.
-[[nodiscard]] bool RequestCd(std::int32_t code);
+[[nodiscard]] bool RequestCd(const trle_state::LevelPlace& level);
 
 // Id of the process of a game of the TRLE folder, whoever has started it; 0 if none runs. In companion/.
 std::int64_t FindGame();

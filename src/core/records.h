@@ -18,7 +18,6 @@ struct ArchiveHeader {
     std::string
         MainFolder; // may lie on a read-only medium; the first two characters are the CD reader's drive
     std::string SecondaryFolder; // writable; holds the LEVEL_NNNN folders
-    std::int32_t LevelCount = 0; // level 0000 included
     std::int32_t CdCount = 0;    // 0: the Archive is wholly on disk
     bool CompressFiles = false;
     bool EncodeWavInMp3 = false;
@@ -27,18 +26,23 @@ struct ArchiveHeader {
     double SecondaryFolderSize = 0; // bytes
 };
 
+// As a file holds it: with the number of its levels, which in memory is that of the level table.
+struct StoredHeader : ArchiveHeader {
+    std::int32_t LevelCount = 0; // level 0000 included
+};
+
 inline constexpr std::size_t kHeaderSize = 546;
-inline constexpr std::array<Field<ArchiveHeader>, 10> kHeaderFields = {{
-    {"Version", 0, 4, &ArchiveHeader::Version},
-    {"MainFolder", 4, 256, &ArchiveHeader::MainFolder},
-    {"SecondaryFolder", 260, 256, &ArchiveHeader::SecondaryFolder},
-    {"LevelCount", 516, 4, &ArchiveHeader::LevelCount},
-    {"CdCount", 520, 4, &ArchiveHeader::CdCount},
-    {"CompressFiles", 524, 2, &ArchiveHeader::CompressFiles},
-    {"EncodeWavInMp3", 526, 2, &ArchiveHeader::EncodeWavInMp3},
-    {"CdInstallPending", 528, 2, &ArchiveHeader::CdInstallPending},
-    {"MainFolderSize", 530, 8, &ArchiveHeader::MainFolderSize},
-    {"SecondaryFolderSize", 538, 8, &ArchiveHeader::SecondaryFolderSize},
+inline constexpr std::array<Field<StoredHeader>, 10> kHeaderFields = {{
+    {"Version", 0, 4, &StoredHeader::Version},
+    {"MainFolder", 4, 256, &StoredHeader::MainFolder},
+    {"SecondaryFolder", 260, 256, &StoredHeader::SecondaryFolder},
+    {"LevelCount", 516, 4, &StoredHeader::LevelCount},
+    {"CdCount", 520, 4, &StoredHeader::CdCount},
+    {"CompressFiles", 524, 2, &StoredHeader::CompressFiles},
+    {"EncodeWavInMp3", 526, 2, &StoredHeader::EncodeWavInMp3},
+    {"CdInstallPending", 528, 2, &StoredHeader::CdInstallPending},
+    {"MainFolderSize", 530, 8, &StoredHeader::MainFolderSize},
+    {"SecondaryFolderSize", 538, 8, &StoredHeader::SecondaryFolderSize},
 }};
 static_assert(IsLayout(kHeaderFields, kHeaderSize));
 

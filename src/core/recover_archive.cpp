@@ -1,5 +1,5 @@
 // Building an Archive anew of the level folders that are left of one.
-#include <algorithm>
+#include <set>
 
 #include "core/archive.h"
 #include "core/change.h"
@@ -26,12 +26,12 @@ std::vector<std::int32_t> CodesIn(const std::string& folder) {
     constexpr std::size_t kCodeLength = 4;
     const std::string mask = LoadFragment(fragment::kRecoverMask);
     std::vector<std::int32_t> codes;
+    std::set<std::int32_t> seen;
     for (const std::string& path : ListFolders(folder)) {
         const std::string name = FileNameOf(path);
         if (name.size() != mask.size() || !MatchesMask(name, mask)) continue;
         const std::optional<std::int32_t> code = WholeNumber(name.substr(name.size() - kCodeLength));
-        if (code && *code > 0 && std::find(codes.begin(), codes.end(), *code) == codes.end())
-            codes.push_back(*code);
+        if (code && *code > 0 && seen.insert(*code).second) codes.push_back(*code);
     }
     return codes;
 }
@@ -48,11 +48,9 @@ void StartArchive(const std::string& folder, const std::vector<std::int32_t>& co
     archive.Header = ArchiveHeader();
     archive.Header.MainFolder = folder;
     archive.Header.SecondaryFolder = folder;
-    archive.Levels = {LevelZero()};
+    archive.Table = {LevelZero()};
     for (const std::int32_t code : codes)
-        archive.Levels.push_back(RecoveredLevel(code));
-    archive.Header.LevelCount = static_cast<std::int32_t>(archive.Levels.size());
-    archive.Levels.emplace_back();
+        archive.Table.Append(RecoveredLevel(code));
 }
 
 // Tells of folders that hold no level that could be played.

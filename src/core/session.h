@@ -13,7 +13,6 @@ struct SessionState {
     bool RunTestMovie = false;      // a first run or an upgrade
     bool UpgradeWarning = false;
     bool LevelZeroCreated = false;
-    bool EndWanted = false; // there is no TRLE to work on: the program is to end
 };
 extern SessionState& session;
 

@@ -89,20 +89,21 @@ void ComputeArchiveSize(Report report) {
     header.MainFolderSize = 0;
     header.SecondaryFolderSize = 0;
     std::vector<std::string> folders;
-    for (std::int32_t i = 0; i < header.LevelCount; ++i) {
-        folders.push_back(LevelFolder(archive.Levels[static_cast<std::size_t>(i)].Code, false));
+    folders.reserve(static_cast<std::size_t>(archive.Table.Size()));
+    for (std::int32_t i = 0; i < archive.Table.Size(); ++i) {
+        folders.push_back(PlaceAt(i).Folder);
         PumpNowAndThen();
     }
     const auto count = [&folders](std::size_t i) { return CountLevel(folders[i]); };
     const auto note = [&](std::size_t i, const std::optional<LevelBytes>& counted) {
-        LevelRecord& level = archive.Levels[i];
+        const LevelEdit level = archive.Table.Edit(static_cast<std::int32_t>(i));
         progress.Label(LoadMessage(msg::kScanningFolder) + folders[i]);
         const LevelBytes bytes = counted ? *counted : CountLevel(folders[i]);
-        if (level.CdNumber == 0) level.FilesSize = FieldSize(static_cast<double>(bytes.Files));
-        level.SavesSize = FieldSize(static_cast<double>(bytes.Saves));
-        header.MainFolderSize += level.FilesSize;
-        header.SecondaryFolderSize += level.SavesSize;
-        ProgressPercent(progress.bar, static_cast<double>(i + 1), header.LevelCount);
+        if (level->CdNumber == 0) level->FilesSize = FieldSize(static_cast<double>(bytes.Files));
+        level->SavesSize = FieldSize(static_cast<double>(bytes.Saves));
+        header.MainFolderSize += level->FilesSize;
+        header.SecondaryFolderSize += level->SavesSize;
+        ProgressPercent(progress.bar, static_cast<double>(i + 1), archive.Table.Size());
         return true;
     };
     const Effort effort = folders.size() < kLevelsWorthThreads ? Effort::Little : Effort::Heavy;
@@ -115,15 +116,16 @@ void ComputeArchiveSize(Report report) {
     progress.Label(LoadMessage(msg::kSizeComputed));
 }
 
-void CountLevelSize(std::int32_t index) {
-    LevelRecord& level = archive.Levels[static_cast<std::size_t>(index)];
-    const std::string folder = LevelFolder(level.Code, false);
-    const std::int32_t files = FieldSize(static_cast<double>(FilesBytes(folder)));
-    const std::int32_t saves = FieldSize(static_cast<double>(SavesBytes(folder)));
-    archive.Header.MainFolderSize += static_cast<double>(files) - level.FilesSize;
-    archive.Header.SecondaryFolderSize += static_cast<double>(saves) - level.SavesSize;
-    level.FilesSize = files;
-    level.SavesSize = saves;
+void CountLevelSize(const LevelPlace& level) {
+    const std::int32_t files = FieldSize(static_cast<double>(FilesBytes(level.Folder)));
+    const std::int32_t saves = FieldSize(static_cast<double>(SavesBytes(level.Folder)));
+    {
+        const LevelEdit record = archive.Table.Edit(level.Index);
+        archive.Header.MainFolderSize += static_cast<double>(files) - record->FilesSize;
+        archive.Header.SecondaryFolderSize += static_cast<double>(saves) - record->SavesSize;
+        record->FilesSize = files;
+        record->SavesSize = saves;
+    }
     ArchiveTouched();
 }
 

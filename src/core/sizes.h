@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "trle_state/level_place.h"
+
 namespace kelvash::core {
 
 // Bytes in a level's FILES folder, sub-folders included; 0 for a missing one.
@@ -18,6 +20,6 @@ std::int32_t FieldSize(double bytes);
 enum class Report { Silent, Shown };
 void ComputeArchiveSize(Report report);
 // Recounts one level and moves the header's sums by the difference.
-void CountLevelSize(std::int32_t index);
+void CountLevelSize(const trle_state::LevelPlace& level);
 
 } // namespace kelvash::core

@@ -31,8 +31,8 @@ bool AskOverwrite(const std::string& path) {
     const std::string seen = FormatDate(LoadFragment(fragment::kStaleSeenPattern), archive.SeenTime);
     return AskYesNo(MessageStyle::Exclamation,
                     LoadMessage(msg::kStaleQuestion,
-                                {FileNameOf(path), kLineBreak, std::to_string(other.Header.LevelCount), date,
-                                 kLineBreak, std::to_string(archive.Header.LevelCount), seen, kLineBreak}));
+                                {FileNameOf(path), kLineBreak, std::to_string(other.Table.Size()), date,
+                                 kLineBreak, std::to_string(archive.Table.Size()), seen, kLineBreak}));
 }
 
 } // namespace
@@ -49,7 +49,7 @@ bool RefreshArchive() {
     ArchiveContents contents;
     ArchiveStamp stamp;
     // One without a level is no Archive that any program has left here: what is in memory is worth more.
-    if (!ReadArchiveFile(path, contents, &stamp) || contents.Header.LevelCount == 0) return false;
+    if (!ReadArchiveFile(path, contents, &stamp) || contents.Table.IsEmpty()) return false;
     static_cast<ArchiveContents&>(archive) = std::move(contents);
     NoteSeenArchive(path, stamp);
     RefreshLevelList();

@@ -30,27 +30,22 @@ constinit std::vector<Tr4Info>& Tr4List = State<Tr4State>::Get().List;
 
 namespace {
 
-const LevelRecord& LevelAt(std::int32_t index) {
-    return archive.Levels[static_cast<std::size_t>(index)];
-}
-
 bool IsSame(const Tr4Info& a, const Tr4Info& b) {
     return a.FileSize == b.FileSize && EqualNoCase(Trim(a.FileName), Trim(b.FileName));
 }
 
 // Fills Tr4List with the files of a level without a tr4.inf. False if they are on a CD that isn't there.
-bool ListLevelTr4(std::int32_t code) {
-    const std::string folder = LevelFolder(code, true);
+bool ListLevelTr4(const LevelPlace& level) {
+    const std::string folder = ReachFolder(level);
     if (archive.CdMissing) return false;
     ListTr4(FilesFolder(folder));
     return true;
 }
 
 bool AskGoOn(const EqualLevel& equal) {
-    const std::string name(Trim(LevelByCode(equal.Code).Name));
-    return AskYesNo(
-        MessageStyle::Question,
-        LoadMessage(msg::kEqualFound, {std::string(Trim(equal.FileName)) + " ", name + kLineBreak}));
+    return AskYesNo(MessageStyle::Question,
+                    LoadMessage(msg::kEqualFound,
+                                {std::string(Trim(equal.FileName)) + " ", equal.Level.Name + kLineBreak}));
 }
 
 // The tr4.inf of all levels, read once and found by name and size: an Archive of thousands of levels is
@@ -67,10 +62,10 @@ struct AllTr4 {
 
 // False on a stop by the user.
 bool ReadAllTr4(AllTr4& all) {
-    for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i) {
+    for (std::int32_t i = 0; i < archive.Table.Size(); ++i) {
         TheUser().PumpEvents();
         if (TheUser().StopRequested()) return false;
-        if (!ReadTr4Info(LevelAt(i).Code)) continue;
+        if (!ReadTr4Info(PlaceAt(i))) continue;
         for (std::size_t k = 0; k < Tr4List.size(); ++k)
             all.places[AllTr4::KeyOf(Tr4List[k])].push_back({i, k});
         all.lists[i] = Tr4List;
@@ -87,10 +82,10 @@ bool FindEqual(const AllTr4& all, const std::vector<Tr4Info>& list, std::int32_t
         if (found == all.places.end()) continue;
         const auto other = std::find_if(
             found->second.begin(), found->second.end(),
-            [own_code](const AllTr4::Place& place) { return LevelAt(place.first).Code != own_code; });
+            [own_code](const AllTr4::Place& place) { return archive.Table[place.first].Code != own_code; });
         if (other != found->second.end() && (!first || *other < *first)) first = *other;
     }
-    if (first) equal = {LevelAt(first->first).Code, all.lists.at(first->first)[first->second].FileName};
+    if (first) equal = {PlaceAt(first->first), all.lists.at(first->first)[first->second].FileName};
     return first.has_value();
 }
 
@@ -113,8 +108,8 @@ std::string EncodeTr4Info(const std::vector<Tr4Info>& list) {
     return bytes.Take();
 }
 
-std::string Tr4InfoPath(std::int32_t code) {
-    return LevelFolder(code, false) + LoadFragment(fragment::kTr4InfoName);
+std::string Tr4InfoPath(const LevelPlace& level) {
+    return level.Folder + LoadFragment(fragment::kTr4InfoName);
 }
 
 void ListTr4(std::string_view folder) {
@@ -128,28 +123,27 @@ void ListTr4(std::string_view folder) {
     Tr4List = DecodeTr4Info(EncodeTr4Info(Tr4List));
 }
 
-bool WriteTr4Info(std::int32_t index) {
-    const std::int32_t code = LevelAt(index).Code;
-    if (!ReplaceFileBytes(Tr4InfoPath(code), EncodeTr4Info(Tr4List), Flush::Yes)) return false;
-    NoteLevelChanged(LevelFolder(code, false));
+bool WriteTr4Info(const LevelPlace& level) {
+    if (!ReplaceFileBytes(Tr4InfoPath(level), EncodeTr4Info(Tr4List), Flush::Yes)) return false;
+    NoteLevelChanged(level.Folder);
     return true;
 }
 
-bool ReadTr4Info(std::int32_t code) {
-    const std::optional<std::string> bytes = ReadFileBytes(Tr4InfoPath(code));
+bool ReadTr4Info(const LevelPlace& level) {
+    const std::optional<std::string> bytes = ReadFileBytes(Tr4InfoPath(level));
     Tr4List = bytes ? DecodeTr4Info(*bytes) : std::vector<Tr4Info>();
     return bytes.has_value();
 }
 
 bool CheckEqualLevels(const std::vector<Tr4Info>& list, std::int32_t own_code, EqualLevel& equal, Bar* bar) {
-    for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i) {
-        const std::int32_t code = LevelAt(i).Code;
-        if (bar != nullptr) ProgressPercent(*bar, i, archive.Header.LevelCount - 1);
-        if (code == own_code || !ReadTr4Info(code)) continue;
+    for (std::int32_t i = 0; i < archive.Table.Size(); ++i) {
+        const LevelPlace level = PlaceAt(i);
+        if (bar != nullptr) ProgressPercent(*bar, i, archive.Table.Size() - 1);
+        if (level.Code == own_code || !ReadTr4Info(level)) continue;
         for (const Tr4Info& other : Tr4List)
             if (std::any_of(list.begin(), list.end(),
                             [&](const Tr4Info& own) { return IsSame(own, other); })) {
-                equal = {code, other.FileName};
+                equal = {level, other.FileName};
                 return true;
             }
     }
@@ -161,20 +155,21 @@ std::int32_t ControllaUguali() {
     AllTr4 all;
     if (!ReadAllTr4(all)) return -1;
     std::int32_t count = 0;
-    for (std::int32_t i = 0; i < archive.Header.LevelCount; ++i) {
+    for (std::int32_t i = 0; i < archive.Table.Size(); ++i) {
         TheUser().PumpEvents();
         if (TheUser().StopRequested()) return -1;
+        const LevelPlace level = PlaceAt(i);
         const auto known = all.lists.find(i);
-        if (known == all.lists.end() && !ListLevelTr4(LevelAt(i).Code)) {
+        if (known == all.lists.end() && !ListLevelTr4(level)) {
             ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kEqualCdMissing));
             return -1;
         }
         EqualLevel equal;
-        if (FindEqual(all, known == all.lists.end() ? Tr4List : known->second, LevelAt(i).Code, equal)) {
+        if (FindEqual(all, known == all.lists.end() ? Tr4List : known->second, level.Code, equal)) {
             ++count;
             if (!AskGoOn(equal)) return -1;
         }
-        ProgressPercent(progress.bar, i + 1, archive.Header.LevelCount);
+        ProgressPercent(progress.bar, i + 1, archive.Table.Size());
     }
     ShowMessage(MessageStyle::Plain, count == 0
                                          ? LoadMessage(msg::kEqualNone, {kLineBreak})

@@ -11,6 +11,7 @@
 
 #include "foundation/record.h"
 #include "foundation/user.h"
+#include "trle_state/level_place.h"
 
 namespace kelvash::core {
 
@@ -34,19 +35,18 @@ static_assert(IsLayout(kTr4InfoFields, kTr4InfoSize));
 std::vector<Tr4Info> DecodeTr4Info(std::string_view bytes);
 std::string EncodeTr4Info(const std::vector<Tr4Info>& list);
 
-std::string Tr4InfoPath(std::int32_t code);
+std::string Tr4InfoPath(const trle_state::LevelPlace& level);
 
 // Fills Tr4List with the .tr4 files of a folder; names are what a record holds of them.
 void ListTr4(std::string_view folder);
-// Writes Tr4List to the tr4.inf of a level, given by its place in the table. False if it can't be written;
-// the old one stands then.
-[[nodiscard]] bool WriteTr4Info(std::int32_t index);
+// Writes Tr4List to the tr4.inf of a level. False if it can't be written; the old one stands then.
+[[nodiscard]] bool WriteTr4Info(const trle_state::LevelPlace& level);
 // Fills Tr4List from the tr4.inf of a level. False if it has none.
-[[nodiscard]] bool ReadTr4Info(std::int32_t code);
+[[nodiscard]] bool ReadTr4Info(const trle_state::LevelPlace& level);
 
 // A level whose tr4.inf has a file of the same name and size as one of a list. Dates don't count.
 struct EqualLevel {
-    std::int32_t Code = 0;
+    trle_state::LevelPlace Level;
     std::string FileName;
 };
 // True, with the first such level of the table other than `own_code`. Advances the bar by level, if one is

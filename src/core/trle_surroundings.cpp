@@ -12,34 +12,25 @@ std::string TrleFolder() {
     return core::TrleFolder();
 }
 
-std::string FolderOfLevel(std::int32_t code) {
-    return core::LevelFolder(code, false);
+LevelPlace PlaceOfLevel(std::int32_t code) {
+    return core::PlaceOf(code);
+}
+
+std::vector<std::string> ListedFolders() {
+    std::vector<std::string> folders;
+    folders.reserve(static_cast<std::size_t>(core::archive.Table.Size()));
+    for (const core::LevelRecord& level : core::archive.Table)
+        folders.push_back(core::LevelFolder(level.Code, false));
+    return folders;
 }
 
 std::string FilesOfLevel(std::string_view folder) {
     return core::FilesFolder(folder);
 }
 
-std::string NameOfLevel(std::int32_t code) {
-    return std::string(Trim(core::LevelByCode(code).Name));
-}
-
-std::vector<std::int32_t> ListedCodes() {
-    std::vector<std::int32_t> codes;
-    codes.reserve(static_cast<std::size_t>(core::archive.Header.LevelCount));
-    for (std::int32_t i = 0; i < core::archive.Header.LevelCount; ++i)
-        codes.push_back(core::archive.Levels[static_cast<std::size_t>(i)].Code);
-    return codes;
-}
-
-bool IsListed(std::int32_t code) {
-    return core::LevelIndex(code) >= 0;
-}
-
-std::vector<ListedTr4> ListedTr4s(std::int32_t code) {
+std::vector<ListedTr4> ListedTr4s(std::string_view folder) {
     std::vector<ListedTr4> list;
-    const std::string bytes =
-        ReadWholeFile(core::LevelFolder(code, false) + LoadFragment(fragment::kTr4InfoName));
+    const std::string bytes = ReadWholeFile(std::string(folder) + LoadFragment(fragment::kTr4InfoName));
     for (const core::Tr4Info& info : core::DecodeTr4Info(bytes))
         list.push_back({std::string(Trim(info.FileName)), info.FileSize});
     return list;

@@ -87,16 +87,16 @@ void TellRefused(RefusedNames names) {
 }
 
 void TakeFields(NewLevel& level, RefusedNames& refused) {
-    core::LevelRecord& record = core::archive.Levels[static_cast<std::size_t>(level.LevelIndex)];
+    const core::LevelEdit record = core::archive.Table.Edit(level.Level.Index);
     level.Name = CleanLine(Trim(LevelConfig.LevelName));
     level.Note = CleanLine(Trim(LevelConfig.LevelNote));
-    record.Author = CleanLine(LevelConfig.AuthorName);
-    record.Emails = LevelConfig.AuthorEmails;
-    record.Sites = LevelConfig.AuthorSites;
-    record.AuthorNote = CleanText(LevelConfig.AuthorMessage);
+    record->Author = CleanLine(LevelConfig.AuthorName);
+    record->Emails = LevelConfig.AuthorEmails;
+    record->Sites = LevelConfig.AuthorSites;
+    record->AuthorNote = CleanText(LevelConfig.AuthorMessage);
     const std::string document(Trim(LevelConfig.MoreInfoFile));
     const bool plain = PlainName::From(document).has_value();
-    record.MoreInfoFile = plain ? document : std::string();
+    record->MoreInfoFile = plain ? document : std::string();
     if (!document.empty() && !plain) refused.push_back(document);
 }
 

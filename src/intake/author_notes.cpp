@@ -74,7 +74,7 @@ bool Fits(const std::string& text, std::size_t too_long, MessageId message) {
 } // namespace
 
 AuthorNotes BeginAuthorNotes(std::int32_t index) {
-    const core::LevelRecord& level = core::archive.Levels[static_cast<std::size_t>(index)];
+    const core::LevelRecord& level = core::archive.Table[index];
     return {level.Code, std::string(Trim(level.Author)), ItemsOf(level.Emails), ItemsOf(level.Sites),
             std::string(Trim(level.AuthorNote))};
 }
@@ -123,13 +123,14 @@ bool StoreAuthorNotes(const AuthorNotes& notes) {
         !Fits(notes.Note, kListTooLong, msg::kAutoreNoteLong))
         return false;
     const core::Change change(msg::kDoingAuthor, core::kArchiveFolder, notes.Code);
-    const std::int32_t index = core::LevelIndex(notes.Code);
-    if (!change || index < 0) return false;
-    core::LevelRecord& level = core::archive.Levels[static_cast<std::size_t>(index)];
-    level.Emails = emails;
-    level.Sites = sites;
-    level.Author = name;
-    level.AuthorNote = Trim(notes.Note);
+    if (!change || !change.Level().IsListed()) return false;
+    {
+        const core::LevelEdit level = core::archive.Table.Edit(change.Level().Index);
+        level->Emails = emails;
+        level->Sites = sites;
+        level->Author = name;
+        level->AuthorNote = Trim(notes.Note);
+    }
     core::ArchiveTouched();
     return true;
 }

@@ -82,11 +82,10 @@ bool CopyMatching(const std::string& from, const std::string& mask, ExportFolder
 }
 
 // The level's files as the game wants them.
-bool TakeFiles(const core::LevelRecord& level, ExportFolders& folders, Bar& bar) {
-    const std::string folder = core::LevelFolder(level.Code, true);
+bool TakeFiles(const core::LevelPlace& level, ExportFolders& folders, Bar& bar) {
+    const std::string folder = core::ReachFolder(level);
     if (core::archive.CdMissing) {
-        TellCritical(LoadMessage(msg::kExportCdMissing) +
-                     core::FilesFolder(core::LevelFolder(level.Code, false)));
+        TellCritical(LoadMessage(msg::kExportCdMissing) + core::FilesFolder(level.Folder));
         return false;
     }
     const std::string files = core::FilesFolder(folder);
@@ -107,13 +106,13 @@ bool TakeFiles(const core::LevelRecord& level, ExportFolders& folders, Bar& bar)
     return CopyMatching(plain, "*", folders, bar);
 }
 
-bool TakeSaves(const core::LevelRecord& level, ExportFolders& folders, Bar& bar) {
-    return CopyMatching(companion::SlotFolder(level.Code), LoadFragment(fragment::kExportSavegameMask),
-                        folders, bar);
+bool TakeSaves(const core::LevelPlace& level, ExportFolders& folders, Bar& bar) {
+    return CopyMatching(companion::SlotFolder(level), LoadFragment(fragment::kExportSavegameMask), folders,
+                        bar);
 }
 
-bool TakeScreenshots(const core::LevelRecord& level, ExportFolders& folders, ProgressDialog& progress) {
-    const std::string source = core::ScreenshotsFolder(core::LevelFolder(level.Code, false));
+bool TakeScreenshots(const core::LevelPlace& level, ExportFolders& folders, ProgressDialog& progress) {
+    const std::string source = core::ScreenshotsFolder(level.Folder);
     const std::vector<std::string> masks = Split(LoadFragment(fragment::kExportShotMasks), '|');
     const bool any = std::any_of(masks.begin(), masks.end(),
                                  [&](const std::string& mask) { return AnyFile(source, mask); });
@@ -146,8 +145,8 @@ bool IsOurPlace(const std::string& target, const ExportFolders& folders) {
     std::vector<std::string> forbidden = {folders.out, swap::BackupFolder()};
     if (!folders.decompressed.empty()) forbidden.push_back(folders.decompressed);
     if (!core::TrleFolder().empty()) forbidden.push_back(core::TrleFolder());
-    for (std::int32_t i = 0; i < core::archive.Header.LevelCount; ++i)
-        forbidden.push_back(core::LevelFolder(core::archive.Levels[static_cast<std::size_t>(i)].Code, false));
+    for (const core::LevelRecord& other : core::archive.Table)
+        forbidden.push_back(core::LevelFolder(other.Code, false));
     forbidden.push_back(core::KeptFolder());
     return IsSamePlace(target, std::string(Trim(core::profile.LastArchive))) ||
            IsSamePlace(target, core::ProfilePath()) ||
@@ -156,8 +155,8 @@ bool IsOurPlace(const std::string& target, const ExportFolders& folders) {
 }
 
 // Nothing on cancel, or after a message.
-std::optional<std::string> AskTarget(const core::LevelRecord& level, const ExportFolders& folders) {
-    const std::string name = LoadFragment(fragment::kExportName, {SafeFileName(CleanLine(Trim(level.Name)))});
+std::optional<std::string> AskTarget(const core::LevelPlace& level, const ExportFolders& folders) {
+    const std::string name = LoadFragment(fragment::kExportName, {SafeFileName(CleanLine(level.Name))});
     const std::optional<std::string> target =
         TheUser().SaveFile({LoadMessage(msg::kExportTitle), LoadMessage(msg::kExportFilter),
                             std::string(Trim(core::profile.DownloadFolder)), name});
@@ -180,7 +179,7 @@ bool MakeZip(const std::string& out, const std::string& target, ProgressDialog& 
 }
 
 // Makes the zip and gives its path; nothing if there is none.
-std::optional<std::string> Export(const core::LevelRecord& level) {
+std::optional<std::string> Export(const core::LevelPlace& level) {
     ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(msg::kExportCopying));
     ExportFolders folders; // they go while the dialog still shows it
     if (!RemoveTree(folders.out) || !CreateFolder(folders.out)) {
@@ -193,7 +192,7 @@ std::optional<std::string> Export(const core::LevelRecord& level) {
     TellLeftOut(folders.left_out);
     // One among the level's files is none of this zip.
     DeleteFile(folders.out + LoadFragment(fragment::kConfigName));
-    FillConfig(level, folders.out);
+    FillConfig(core::archive.Table[level.Index], folders.out);
     if (!WriteLevelConfig(folders.out + LoadFragment(fragment::kConfigName))) return std::nullopt;
     ConfigApplied = false;
     const std::optional<std::string> target = AskTarget(level, folders);
@@ -207,12 +206,11 @@ std::optional<std::string> Export(const core::LevelRecord& level) {
 bool ExportLevel() {
     const core::Change change(msg::kDoingExport, core::kAll, core::SelectedLevel());
     if (!change) return false;
-    const std::int32_t index = core::LevelIndex(core::SelectedLevel());
-    if (index < 0) {
+    if (!change.Level().IsListed()) {
         ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kExportNoLevel));
         return false;
     }
-    const std::optional<std::string> zip = Export(core::archive.Levels[static_cast<std::size_t>(index)]);
+    const std::optional<std::string> zip = Export(change.Level());
     if (zip) ShowMessage(MessageStyle::Plain, LoadMessage(msg::kExportDone) + *zip);
     return zip.has_value();
 }

@@ -21,31 +21,16 @@ namespace kelvash::intake {
 
 namespace {
 
-core::LevelRecord& RecordOf(const NewLevel& level) {
-    return core::archive.Levels[static_cast<std::size_t>(level.LevelIndex)];
-}
-
 bool RemoveTree(const std::string& folder) {
     if (!FolderExists(folder)) return true;
     ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(msg::kNewLevelRemoving));
     return RemoveFolderTree(folder, progress.bar);
 }
 
-// Appends an empty record; the table keeps its spare one behind it. Gives its place.
-std::int32_t AppendRecord(std::int32_t code) {
-    core::ArchiveState& archive = core::archive;
-    const std::int32_t index = archive.Header.LevelCount++;
-    archive.Levels.resize(static_cast<std::size_t>(archive.Header.LevelCount) + 1);
-    archive.Levels[static_cast<std::size_t>(index)] = {};
-    archive.Levels[static_cast<std::size_t>(index)].Code = code;
-    return index;
-}
-
-void DropLastRecord() {
-    core::ArchiveState& archive = core::archive;
-    --archive.Header.LevelCount;
-    archive.Levels.resize(static_cast<std::size_t>(archive.Header.LevelCount) + 1);
-    archive.Levels.back() = {};
+core::LevelPlace AppendRecord(std::int32_t code) {
+    core::LevelRecord level;
+    level.Code = code;
+    return core::PlaceAt(core::archive.Table.Append(std::move(level)));
 }
 
 // The folder of the new level, empty: an older one of its number belongs to no level of this Archive.
@@ -63,11 +48,11 @@ bool CanAdd() {
 }
 
 // The level's files on disk or on their CD.
-std::string FilesOf(std::int32_t code) {
-    const std::string folder = core::LevelFolder(code, true);
+std::string FilesOf(const core::LevelPlace& level) {
+    const std::string folder = core::ReachFolder(level);
     if (!core::archive.CdMissing) return core::FilesFolder(folder);
     ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kNewLevelCdMissing));
-    return core::FilesFolder(core::LevelFolder(code, false));
+    return core::FilesFolder(level.Folder);
 }
 
 std::string SizeOfRecord(const core::LevelRecord& record) {
@@ -92,16 +77,16 @@ void TakeFirstZip(NewLevel& level, const std::string& zip) {
     PickMoreInfoFile(level);
 }
 
-void Begin(NewLevel& level, std::int32_t index, bool adding) {
+void Begin(NewLevel& level, const core::LevelPlace& place, bool adding) {
     ConfigApplied = false;
     level = {};
-    level.LevelIndex = index;
+    level.Level = place;
     level.Adding = adding;
-    core::LevelRecord& record = RecordOf(level);
+    const core::LevelRecord& record = core::archive.Table[place.Index];
     level.SavedRecord = record;
-    level.IsNewLevel = index == core::archive.Header.LevelCount - 1;
+    level.IsNewLevel = place.Index == core::archive.Table.Size() - 1;
     level.OnCd = record.CdNumber != 0;
-    level.LevelFilesFolder = FilesOf(record.Code);
+    level.LevelFilesFolder = FilesOf(place);
     if (!OpenWorkFolder(level)) {
         level.State = FormState::Cancelled;
         return;
@@ -137,11 +122,12 @@ bool AddBy(const std::string& zip, const std::function<void(NewLevel&)>& work) {
     if (!CanAdd()) return false;
     const core::Change change(msg::kDoingAdd, core::kAll);
     if (!change) return false;
-    const std::int32_t code = core::NextLevelCode();
+    const std::int32_t code = core::archive.Table.NextCode();
     const std::string folder = core::LevelFolder(code, false);
     if (!MakeLevelFolder(folder)) return false;
     NewLevel level;
-    BeginNewLevel(level, AppendRecord(code), zip);
+    const core::LevelPlace place = AppendRecord(code);
+    BeginNewLevel(level, place, zip);
     if (level.State == FormState::Open) work(level);
     if (level.State == FormState::Saved) {
         core::ArchiveTouched();
@@ -149,7 +135,7 @@ bool AddBy(const std::string& zip, const std::function<void(NewLevel&)>& work) {
         core::SelectLevel(code);
         return true;
     }
-    DropLastRecord();
+    core::archive.Table.Remove(place.Index);
     if (!RemoveTree(folder)) TellCritical(LoadMessage(msg::kNewLevelCannotRemove) + folder);
     return false;
 }
@@ -165,18 +151,18 @@ MessageText SummaryOf(std::size_t added, std::size_t all, const std::vector<std:
 
 } // namespace
 
-void BeginLevel(NewLevel& level, std::int32_t index) {
-    Begin(level, index, false);
+void BeginLevel(NewLevel& level, const core::LevelPlace& place) {
+    Begin(level, place, false);
 }
 
-void BeginNewLevel(NewLevel& level, std::int32_t index, const std::string& zip) {
-    Begin(level, index, true);
+void BeginNewLevel(NewLevel& level, const core::LevelPlace& place, const std::string& zip) {
+    Begin(level, place, true);
     if (level.State == FormState::Open && !zip.empty()) TakeFirstZip(level, zip);
 }
 
 void CancelLevel(NewLevel& level) {
     CloseWorkFolder(level);
-    RecordOf(level) = level.SavedRecord;
+    core::archive.Table.Replace(level.Level.Index, level.SavedRecord);
     level.State = FormState::Cancelled;
 }
 
@@ -197,13 +183,12 @@ bool AddLevel(const std::string& source) {
 bool ShowProperty() {
     const core::Change change(msg::kDoingProperties, core::kAll, core::SelectedLevel());
     if (!change) return false;
-    const std::int32_t index = core::LevelIndex(core::SelectedLevel());
-    if (index < 0) {
+    if (!change.Level().IsListed()) {
         ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kPropertyNoLevel));
         return false;
     }
     NewLevel level;
-    BeginLevel(level, index);
+    BeginLevel(level, change.Level());
     OpenForm(level);
     core::ArchiveTouched();
     core::RefreshLevelList();

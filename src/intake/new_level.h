@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/records.h"
+#include "core/archive.h"
 #include "zip/zip_module.h"
 
 namespace kelvash::intake {
@@ -36,7 +36,7 @@ struct ZipsAtWork {
 
 struct NewLevel {
     static constexpr const char* kForm = "Dialog_NewLevel";
-    std::int32_t LevelIndex = -1; // place in the level table
+    core::LevelPlace Level;
     bool Adding = false;          // the level is only being added, and goes again unless it is stored
     std::string WorkFolder;       // whose files are shown and worked on
     std::string LevelFilesFolder; // the level's own FILES
@@ -85,8 +85,8 @@ void AddLevels(const std::vector<std::string>& sources);
 
 // Prepares the dialog for the properties of a level, or for a level that is being added (ImpostaValori).
 // State is Cancelled if the dialog must not open.
-void BeginLevel(NewLevel& level, std::int32_t index);
-void BeginNewLevel(NewLevel& level, std::int32_t index, const std::string& zip);
+void BeginLevel(NewLevel& level, const core::LevelPlace& place);
+void BeginNewLevel(NewLevel& level, const core::LevelPlace& place, const std::string& zip);
 // Unpacks zips that lie in the work folder and lists its files anew.
 void RefreshFileList(NewLevel& level);
 // Pul_Refresh: the same, then the package file.
@@ -127,7 +127,7 @@ void GiveUpLevel(NewLevel& level);
 [[nodiscard]] bool ChooseLanguageFile(const std::string& folder);
 // Place in the table of a level that has a .tr4 file of the same name and size as one of this folder; -1 if
 // there is none.
-std::int32_t FindSameTr4(const std::string& folder, std::int32_t level_index, std::string& tr4_name);
+std::int32_t FindSameTr4(const std::string& folder, const core::LevelPlace& own, std::string& tr4_name);
 // Documents of a folder, in the order of the documentation masks.
 std::vector<std::string> ListDocumentFiles(std::string_view folder);
 // True for a file of the room editor's source form: known by its extension, or by a .tom or .wad beside it.

@@ -30,19 +30,11 @@ struct Placing {
     bool stays = false; // the level needs it where it is, too
 };
 
-std::int32_t CodeOf(const NewLevel& level) {
-    return core::archive.Levels[static_cast<std::size_t>(level.LevelIndex)].Code;
-}
-
-std::string OwnFolder(const NewLevel& level) {
-    return core::LevelFolder(CodeOf(level), false);
-}
-
 // While a level is in TRLE its savegames live there; what is put into its stash would go with the next swap.
 std::string SavesPlace(const NewLevel& level) {
-    const std::int32_t code = CodeOf(level);
+    const std::int32_t code = level.Level.Code;
     return code != 0 && trle_state::CurrentLevelCode() == code ? core::TrleFolder()
-                                                               : core::StashFolder(OwnFolder(level));
+                                                               : core::StashFolder(level.Level.Folder);
 }
 
 // A load screen is one of the level's files, and becomes a screenshot only when it comes in: it doesn't come
@@ -61,7 +53,7 @@ void PlaceSavegames(const NewLevel& level, std::vector<Placing>& placings) {
 
 // The game and the media events need some pictures where they are; all others are screenshots.
 void PlacePictures(const NewLevel& level, std::vector<Placing>& placings) {
-    const std::string folder = core::ScreenshotsFolder(OwnFolder(level));
+    const std::string folder = core::ScreenshotsFolder(level.Level.Folder);
     const std::vector<std::string> media = media::ListMediaFiles(level.WorkFolder);
     const std::vector<std::string> load_screens = Split(LoadFragment(fragment::kLoadScreens), '|');
     for (const std::string& mask : Split(LoadFragment(fragment::kIntakePictureMasks), '|'))
@@ -104,9 +96,9 @@ bool SortOutFiles(const NewLevel& level) {
     std::vector<Placing> placings;
     PlaceSavegames(level, placings);
     PlacePictures(level, placings);
-    if (!swap::RescueFiles(TakeNamesakes(placings), OwnFolder(level), msg::kNamesakesKept) ||
+    if (!swap::RescueFiles(TakeNamesakes(placings), level.Level.Folder, msg::kNamesakesKept) ||
         !std::all_of(placings.begin(), placings.end(), Place)) {
-        TellCritical(LoadMessage(msg::kCannotMoveSaves) + OwnFolder(level));
+        TellCritical(LoadMessage(msg::kCannotMoveSaves) + level.Level.Folder);
         return false;
     }
     for (const std::string& name : Split(LoadFragment(fragment::kIntakeHelpers), '|'))

@@ -26,8 +26,8 @@ std::string Quoted(std::string_view name) {
     return '"' + std::string(name) + '"';
 }
 
-core::LevelRecord& RecordOf(const NewLevel& level) {
-    return core::archive.Levels[static_cast<std::size_t>(level.LevelIndex)];
+core::LevelEdit EditRecord(const NewLevel& level) {
+    return core::archive.Table.Edit(level.Level.Index);
 }
 
 bool Has(const NewLevel& level, const Fragment& mask) {
@@ -40,7 +40,7 @@ bool TakeName(NewLevel& level) {
         TellCritical(LoadMessage(msg::kNameMissing));
         return false;
     }
-    RecordOf(level).Name = level.Name;
+    EditRecord(level)->Name = level.Name;
     return true;
 }
 
@@ -61,7 +61,7 @@ bool SourcesAreConverted(const NewLevel& level) {
 }
 
 bool HasLevelFile(const NewLevel& level) {
-    if (level.OnCd || level.LevelIndex == 0 || Has(level, fragment::kIntakeTr4Mask) ||
+    if (level.OnCd || level.Level.Index == 0 || Has(level, fragment::kIntakeTr4Mask) ||
         Has(level, fragment::kIntakeTr4ZlMask))
         return true;
     TellCritical(LoadMessage(msg::kMissingTr4File, {kLineBreak, kLineBreak}));
@@ -98,10 +98,10 @@ bool AcceptEqual(NewLevel& level) {
     if (!level.Adding && !HasNewTr4(level)) return true;
     ShowInfo(LoadMessage(msg::kVerifyEqual));
     std::string tr4;
-    const std::int32_t equal = FindSameTr4(level.WorkFolder, level.LevelIndex, tr4);
+    const std::int32_t equal = FindSameTr4(level.WorkFolder, level.Level, tr4);
     ShowInfo({});
     if (equal < 0) return true;
-    const std::string other(Trim(core::archive.Levels[static_cast<std::size_t>(equal)].Name));
+    const std::string other(Trim(core::archive.Table[equal].Name));
     if (AskYesNo(MessageStyle::Question,
                  LoadMessage(msg::kEqualQuestion, {Quoted(tr4), Quoted(other) + kLineBreak})))
         return true;
@@ -127,35 +127,35 @@ bool StorePlain(const NewLevel& level, const std::vector<core::Tr4Info>& tr4) {
     if (!WorksInPlace(level) && !CopyPlain(level)) return false;
     core::Tr4List = tr4;
     // Without it the level only isn't compared with others.
-    if (!tr4.empty()) static_cast<void>(core::WriteTr4Info(level.LevelIndex));
+    if (!tr4.empty()) static_cast<void>(core::WriteTr4Info(level.Level));
     return true;
 }
 
 bool StoreCompressed(const NewLevel& level, const std::vector<core::Tr4Info>& tr4) {
     ShowInfo(LoadMessage(msg::kCopyCompress));
-    if (swap::CompressLevelFiles(level.WorkFolder, level.LevelIndex)) return true;
+    if (swap::CompressLevelFiles(level.WorkFolder, level.Level)) return true;
     TellCritical(LoadMessage(msg::kCopyCompressError));
     return StorePlain(level, tr4);
 }
 
 // The Archive is saved once, by who has opened the dialog: each saving waits for the disk.
+void UpdateSize(const NewLevel& level, std::int64_t counted, std::int32_t core::LevelRecord::*field,
+                double core::ArchiveHeader::*sum) {
+    const std::int32_t bytes = core::FieldSize(static_cast<double>(counted));
+    const core::LevelEdit record = EditRecord(level);
+    if (level.Level.Index > 0) core::archive.Header.*sum += static_cast<double>(bytes) - (*record).*field;
+    (*record).*field = bytes;
+}
+
 void UpdateFilesSize(const NewLevel& level) {
-    core::LevelRecord& record = RecordOf(level);
-    const std::string folder = core::LevelFolder(record.Code, false);
-    const std::int32_t bytes = core::FieldSize(static_cast<double>(core::FilesBytes(folder)));
-    if (level.LevelIndex > 0)
-        core::archive.Header.MainFolderSize += static_cast<double>(bytes) - record.FilesSize;
-    record.FilesSize = bytes;
+    UpdateSize(level, core::FilesBytes(level.Level.Folder), &core::LevelRecord::FilesSize,
+               &core::ArchiveHeader::MainFolderSize);
 }
 
 // Savegames and pictures may have moved out of files that are otherwise as they were.
 void UpdateSavesSize(const NewLevel& level) {
-    core::LevelRecord& record = RecordOf(level);
-    const std::string folder = core::LevelFolder(record.Code, false);
-    const std::int32_t bytes = core::FieldSize(static_cast<double>(core::SavesBytes(folder)));
-    if (level.LevelIndex > 0)
-        core::archive.Header.SecondaryFolderSize += static_cast<double>(bytes) - record.SavesSize;
-    record.SavesSize = bytes;
+    UpdateSize(level, core::SavesBytes(level.Level.Folder), &core::LevelRecord::SavesSize,
+               &core::ArchiveHeader::SecondaryFolderSize);
 }
 
 bool StoreFiles(const NewLevel& level) {
@@ -177,11 +177,11 @@ void StoreLevel(NewLevel& level) {
         !FindStart(level))
         return;
     // Level 0000 is the original configuration: nothing in it is a level's choice.
-    if (level.IsNewLevel && !level.OnCd && level.LevelIndex != 0 && !ChooseLanguageFile(level.WorkFolder))
+    if (level.IsNewLevel && !level.OnCd && level.Level.Index != 0 && !ChooseLanguageFile(level.WorkFolder))
         return;
-    RecordOf(level).Note = Trim(level.Note);
+    EditRecord(level)->Note = Trim(level.Note);
     if (!AcceptEqual(level)) return;
-    RecordOf(level).MoreInfoFile = MoreInfoName(level);
+    EditRecord(level)->MoreInfoFile = MoreInfoName(level);
     if (!level.OnCd) {
         DropOlderForms(level);
         if (!SortOutFiles(level)) return;
@@ -193,18 +193,17 @@ void StoreLevel(NewLevel& level) {
     level.State = FormState::Saved;
 }
 
-std::int32_t FindSameTr4(const std::string& folder, std::int32_t level_index, std::string& tr4_name) {
-    const std::int32_t code = core::archive.Levels[static_cast<std::size_t>(level_index)].Code;
+std::int32_t FindSameTr4(const std::string& folder, const core::LevelPlace& own, std::string& tr4_name) {
     core::ListTr4(folder);
-    if (core::Tr4List.empty() && !core::ReadTr4Info(code)) return -1;
+    if (core::Tr4List.empty() && !core::ReadTr4Info(own)) return -1;
     const std::vector<core::Tr4Info> files = core::Tr4List;
     Bar bar{BarPlace::CallerForm, -1};
     core::EqualLevel equal;
-    const bool found = core::CheckEqualLevels(files, code, equal, &bar);
+    const bool found = core::CheckEqualLevels(files, own.Code, equal, &bar);
     TheUser().SetBar(BarPlace::CallerForm, 0);
     if (!found) return -1;
     tr4_name = Trim(equal.FileName);
-    return core::LevelIndex(equal.Code);
+    return equal.Level.Index;
 }
 
 } // namespace kelvash::intake

@@ -16,30 +16,28 @@ namespace kelvash::program {
 
 namespace {
 
-const core::LevelRecord& LevelAt(std::int32_t index) {
-    return core::archive.Levels[static_cast<std::size_t>(index)];
-}
+using core::LevelPlace;
 
-void WriteAndTell(std::int32_t index) {
-    if (!core::WriteTr4Info(index))
-        TellCritical(LoadMessage(msg::kCannotWriteTr4Info) + core::Tr4InfoPath(LevelAt(index).Code));
+void WriteAndTell(const LevelPlace& level) {
+    if (!core::WriteTr4Info(level))
+        TellCritical(LoadMessage(msg::kCannotWriteTr4Info) + core::Tr4InfoPath(level));
 }
 
 // Makes the tr4.inf of one level. False if its CD isn't there.
-bool CreateInfo(std::int32_t index) {
-    const std::string files = core::FilesFolder(core::LevelFolder(LevelAt(index).Code, true));
+bool CreateInfo(const LevelPlace& level) {
+    const std::string files = core::FilesFolder(core::ReachFolder(level));
     if (core::archive.CdMissing) return false;
     core::ListTr4(files);
     if (!core::Tr4List.empty()) {
-        WriteAndTell(index);
+        WriteAndTell(level);
         return true;
     }
     std::string temp;
     if (!swap::DecompressLevelFiles(files, temp, false)) {
-        TellCritical(LoadMessage(msg::kCreatingDecompressError) + std::string(Trim(LevelAt(index).Name)));
+        TellCritical(LoadMessage(msg::kCreatingDecompressError) + level.Name);
     } else if (!temp.empty()) {
         core::ListTr4(temp);
-        if (!core::Tr4List.empty()) WriteAndTell(index);
+        if (!core::Tr4List.empty()) WriteAndTell(level);
     }
     if (!temp.empty()) RemoveFolder(temp);
     return true;
@@ -51,14 +49,15 @@ void CreaInfoTr4() {
     const core::Change change(msg::kDoingTr4Infos, core::kHomeFolder | core::kArchiveFolder);
     if (!change) return;
     ProgressDialog progress(BarPlace::StoppableDialog, LoadMessage(msg::kCreatingInfos));
-    for (std::int32_t i = 0; i < core::archive.Header.LevelCount; ++i) {
+    for (std::int32_t i = 0; i < core::archive.Table.Size(); ++i) {
         TheUser().PumpEvents();
         if (TheUser().StopRequested()) return;
-        if (!FileExists(core::Tr4InfoPath(LevelAt(i).Code)) && !CreateInfo(i)) {
+        const LevelPlace level = core::PlaceAt(i);
+        if (!FileExists(core::Tr4InfoPath(level)) && !CreateInfo(level)) {
             ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kCreatingCdMissing));
             return;
         }
-        ProgressPercent(progress.bar, i + 1, core::archive.Header.LevelCount);
+        ProgressPercent(progress.bar, i + 1, core::archive.Table.Size());
     }
 }
 

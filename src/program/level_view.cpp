@@ -23,8 +23,7 @@ std::size_t OlderSaves(const LevelView& view) {
     return ListFiles(core::StashFolder(view.Folder), LoadFragment(fragment::kSaveStashMask)).size();
 }
 
-std::string PlaceOf(const LevelView& view) {
-    const std::int32_t cd = core::LevelByCode(view.Code).CdNumber;
+std::string PlaceText(const LevelView& view, std::int32_t cd) {
     std::string folder = "\"" + view.Folder + "\"";
     if (cd != 0) folder += LoadMessage(msg::kMainLevelOnCd) + std::to_string(cd);
     folder += LoadMessage(msg::kMainLevelPlaceGap);
@@ -41,19 +40,20 @@ void TellUnknownLevel(const std::string& code) {
 
 std::optional<LevelView> SelectedLevelView() {
     if (core::level_list.Selected < 0) return std::nullopt;
-    LevelView view;
-    view.Code = core::SelectedLevel();
-    if (core::LevelIndex(view.Code) < 0) {
-        TellUnknownLevel(std::to_string(view.Code));
+    const core::LevelPlace level = core::PlaceOf(core::SelectedLevel());
+    if (!level.IsListed()) {
+        TellUnknownLevel(std::to_string(level.Code));
         return std::nullopt;
     }
-    view.Folder = core::LevelFolder(view.Code, false);
+    LevelView view;
+    view.Code = level.Code;
+    view.Folder = level.Folder;
     view.FolderMissing = !FolderExists(view.Folder);
-    view.Note = Trim(core::LevelByCode(view.Code).Note);
-    view.Screenshots = companion::Screenshots(view.Code);
-    view.SlotSavegames = companion::SlotSavegames(view.Code);
-    view.ArchivedSavegames = companion::ArchivedSavegames(view.Code);
-    view.Place = PlaceOf(view);
+    view.Note = Trim(core::archive.Table[level.Index].Note);
+    view.Screenshots = companion::Screenshots(level);
+    view.SlotSavegames = companion::SlotSavegames(level);
+    view.ArchivedSavegames = companion::ArchivedSavegames(level);
+    view.Place = PlaceText(view, level.CdNumber);
     return view;
 }
 

@@ -47,8 +47,8 @@ bool CopyInfoFile(const std::string& source, const std::string& target) {
     return true;
 }
 
-void ShowFromCd(const core::LevelRecord& level, const PlainName& name, const std::string& on_disk) {
-    const std::string folder = core::LevelFolder(level.Code, true);
+void ShowFromCd(const core::LevelPlace& level, const PlainName& name, const std::string& on_disk) {
+    const std::string folder = core::ReachFolder(level);
     if (core::archive.CdMissing) {
         TellCritical(LoadMessage(msg::kMoreInfoCdMissing));
         return;
@@ -72,13 +72,12 @@ void ShowFromCd(const core::LevelRecord& level, const PlainName& name, const std
 } // namespace
 
 void ShowMoreInfo() {
-    const std::int32_t code = core::SelectedLevel();
-    if (core::LevelIndex(code) < 0) {
-        TellCritical(LoadMessage(msg::kMoreInfoUnknownLevel) + std::to_string(code));
+    const core::LevelPlace level = core::PlaceOf(core::SelectedLevel());
+    if (!level.IsListed()) {
+        TellCritical(LoadMessage(msg::kMoreInfoUnknownLevel) + std::to_string(level.Code));
         return;
     }
-    const core::LevelRecord& level = core::LevelByCode(code);
-    const std::string_view document = Trim(level.MoreInfoFile);
+    const std::string_view document = Trim(core::archive.Table[level.Index].MoreInfoFile);
     if (document.empty()) {
         ShowMessage(MessageStyle::Plain, LoadMessage(msg::kMoreInfoNone, {kLineBreak}));
         return;
@@ -88,8 +87,7 @@ void ShowMoreInfo() {
         TellCritical(LoadMessage(msg::kMoreInfoNotFound, {std::string(document)}));
         return;
     }
-    const std::string on_disk =
-        core::LevelFolder(code, false) + LoadFragment(fragment::kMoreInfoFolder) + name->Text();
+    const std::string on_disk = level.Folder + LoadFragment(fragment::kMoreInfoFolder) + name->Text();
     if (FileExists(on_disk))
         OpenAndTell(on_disk);
     else

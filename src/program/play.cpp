@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "companion/game.h"
+#include "core/archive.h"
 #include "foundation/desktop.h"
 #include "foundation/messages.h"
 #include "foundation/pumping.h"
@@ -19,8 +20,8 @@ using swap::Swapped;
 bool PlayLevel(std::int32_t code) {
     constexpr double kSecondsBeforeWatching = 2;
     std::optional<Swapped> installed;
-    const bool started = swap::OnChosenFolder(msg::kDoingPlay, code, [&] {
-        installed = swap::InstallHere(code);
+    const bool started = swap::OnChosenFolder(msg::kDoingPlay, code, [&](const core::LevelPlace& level) {
+        installed = swap::InstallHere(level);
         if (*installed != Swapped::Done || !companion::StartGame({}, false))
             return *installed == Swapped::Done ? Swapped::Failed : *installed;
         TheDesktop().ClearClipboard();

@@ -15,42 +15,40 @@ namespace kelvash::program {
 
 namespace {
 
+using core::LevelPlace;
+
 // True, after a message, for a level on CD: its files can't be changed.
-bool CheckLevelOnHd(std::int32_t index) {
-    if (core::archive.Levels[static_cast<std::size_t>(index)].CdNumber == 0) return false;
+bool CheckLevelOnHd(const LevelPlace& level) {
+    if (level.CdNumber == 0) return false;
     TellCritical(LoadMessage(msg::kLevelIsOnCd, {kLineBreak}));
     return true;
 }
 
-bool MayRemove(std::int32_t index) {
-    if (index < 0) {
+bool MayRemove(const LevelPlace& level) {
+    if (!level.IsListed()) {
         ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kRemoveNoLevel));
         return false;
     }
-    if (CheckLevelOnHd(index)) return false;
-    const core::LevelRecord& level = core::archive.Levels[static_cast<std::size_t>(index)];
+    if (CheckLevelOnHd(level)) return false;
     if (level.Code == 0) {
         TellCritical(LoadMessage(msg::kRemoveLevelZero, {kLineBreak}));
         return false;
     }
-    return AskYesNo(MessageStyle::Question, LoadMessage(msg::kRemoveQuestion) + '"' +
-                                                std::string(Trim(level.Name)) + '"' +
+    return AskYesNo(MessageStyle::Question, LoadMessage(msg::kRemoveQuestion) + '"' + level.Name + '"' +
                                                 LoadMessage(msg::kRemoveQuestionEnd));
 }
 
 // False if the level is still in TRLE: its saves would lose their place.
 bool TakeOutOfTrle(std::int32_t code) {
     if (!trle_state::IsInTrle(code)) return true;
-    constexpr std::int32_t kNoLevel = -1;
-    static_cast<void>(swap::RemovePreviousLevel(kNoLevel)); // what counts is where the level is now
+    static_cast<void>(swap::RemovePreviousLevel(core::kNoLevel)); // what counts is where the level is now
     if (!trle_state::IsInTrle(code)) return true;
     ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kRemoveNotTakenOut));
     return false;
 }
 
 void RemoveRecord(std::int32_t index) {
-    core::archive.Levels.erase(core::archive.Levels.begin() + index);
-    --core::archive.Header.LevelCount;
+    core::archive.Table.Remove(index);
     core::ArchiveTouched();
     core::RefreshLevelList();
 }
@@ -72,23 +70,21 @@ void RemoveFolderAndTell(const std::string& folder) {
 bool RemoveLevel() {
     const core::Change change(msg::kDoingRemove, core::kAll, core::SelectedLevel());
     if (!change) return false;
-    const std::int32_t index = core::LevelIndex(core::SelectedLevel());
-    if (!MayRemove(index)) return false;
-    const core::LevelRecord level = core::archive.Levels[static_cast<std::size_t>(index)];
-    if (!TakeOutOfTrle(level.Code)) return false;
-    const std::string folder = core::LevelFolder(level.Code, false);
-    RemoveRecord(index);
-    if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kRemoveFolderQuestion, {kLineBreak}) + folder +
-                                              LoadMessage(msg::kRemoveFolderQuestionEnd)))
+    const LevelPlace& level = change.Level();
+    if (!MayRemove(level) || !TakeOutOfTrle(level.Code)) return false;
+    const core::LevelRecord record = core::archive.Table[level.Index];
+    RemoveRecord(level.Index);
+    if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kRemoveFolderQuestion, {kLineBreak}) +
+                                              level.Folder + LoadMessage(msg::kRemoveFolderQuestionEnd)))
         return true;
     // Whatever AutoSave says: a file that still lists the level would list it without its files.
     if (core::archive.ArchiveChanged && !core::SaveArchive()) {
-        TellCritical(LoadMessage(msg::kRemoveNotSaved) + folder);
+        TellCritical(LoadMessage(msg::kRemoveNotSaved) + level.Folder);
         return false;
     }
-    RemoveFolderAndTell(folder);
-    core::archive.Header.MainFolderSize -= level.FilesSize;
-    core::archive.Header.SecondaryFolderSize -= level.SavesSize;
+    RemoveFolderAndTell(level.Folder);
+    core::archive.Header.MainFolderSize -= record.FilesSize;
+    core::archive.Header.SecondaryFolderSize -= record.SavesSize;
     core::ArchiveTouched();
     return true;
 }

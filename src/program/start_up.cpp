@@ -150,8 +150,8 @@ bool OpenArchive() {
         core::CloseArchive();
     } else if (core::archive.ArchiveLoadRefused) {
         core::CloseArchive(); // it is tried again at the next start
-    } else if (core::session.LevelZeroCreated && core::LevelIndex(0) >= 0) {
-        core::CountLevelSize(core::LevelIndex(0));
+    } else if (core::session.LevelZeroCreated && core::PlaceOf(0).IsListed()) {
+        core::CountLevelSize(core::PlaceOf(0));
     }
     return true;
 }
@@ -196,35 +196,34 @@ CommandLine ParseCommandLine(std::string_view text) {
     return found;
 }
 
-void StartUp(std::string_view command_line) {
-    if (core::session.Started) return;
+bool StartUp(std::string_view command_line) {
+    if (core::session.Started) return true;
     core::session.Started = true;
     PrepareFiles();
     core::archive.ArchiveLoadRefused = false;
     const CommandLine wanted = ParseCommandLine(command_line);
     core::session.WindowAnimation = TheDesktop().WindowAnimation();
     TheDesktop().SetWindowAnimation(false);
-    core::session.EndWanted = !TakeProfile();
-    if (core::session.EndWanted) return;
+    if (!TakeProfile()) return false;
     if (!wanted.Archive.empty()) core::profile.LastArchive = PathOfToken(wanted.Archive);
     core::archive = core::ArchiveState();
     if (!wanted.TrleSource.empty()) {
         // TRLE can't be installed from a folder; who asks for it is told as for a failed set-up.
         TellCritical(LoadMessage(msg::kTrleSetupFailed));
         core::archive.ArchiveLoadRefused = true;
-        core::session.EndWanted = true;
-        return;
+        return false;
     }
-    core::session.EndWanted = !SecureTrle();
-    if (core::session.EndWanted || !SecureOriginal()) return;
+    if (!SecureTrle()) return false;
+    if (!SecureOriginal()) return true;
     if (!OpenArchive()) {
         core::CloseArchive();
-        return;
+        return true;
     }
     RegisterAppPaths();
     swap::TellRescuedSaves();
     core::TellCutShortMove();
     OfferFullRestore();
+    return true;
 }
 
 void ReturnToArchive(const std::string& former) {

@@ -17,8 +17,9 @@ struct FirstArchiveChoice {
 };
 
 // Runs once; a second call does nothing. The command line holds tokens in double quotes: a .kva path is the
-// Archive to open, a folder called "trle" a source to install TRLE from.
-void StartUp(std::string_view command_line);
+// Archive to open, a folder called "trle" a source to install TRLE from. False if there is no TRLE to work
+// on, which was told: the program is to end. Whether an Archive is open says core::ArchiveIsOpen.
+bool StartUp(std::string_view command_line);
 // Loads the Archive that the profile names. False after a message if it is gone or can't be loaded.
 [[nodiscard]] bool LoadLastArchive(const std::string& path);
 void TellArchiveNotLoaded(const std::string& path);

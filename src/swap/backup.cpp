@@ -271,11 +271,11 @@ Door RequireBackup() {
     }
 }
 
-bool OnChosenFolder(MessageId doing, std::int32_t level, const std::function<Swapped()>& operation) {
+bool OnChosenFolder(MessageId doing, std::int32_t level, const SwapOperation& operation) {
     for (;;) {
         core::Change change(doing, core::kSwap, level);
         if (!change) return false;
-        const Swapped result = operation();
+        const Swapped result = operation(change.Level());
         if (result != Swapped::Elsewhere) return result == Swapped::Done;
         change.End();
         if (!trle::AskTrleFolder()) return false;

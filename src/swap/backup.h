@@ -14,6 +14,7 @@
 
 #include "foundation/messages.h"
 #include "foundation/user.h"
+#include "trle_state/level_place.h"
 
 namespace kelvash::swap {
 
@@ -43,8 +44,9 @@ enum class Swapped { Done, Failed, Elsewhere };
 // Runs an operation that meets the door under its own Change. Where the user wants another TRLE folder he is
 // asked for it with no lock held, and the operation begins anew there, with that folder's locks and its look
 // for a game. False after a message, or when no folder is chosen.
-[[nodiscard]] bool OnChosenFolder(MessageId doing, std::int32_t level,
-                                  const std::function<Swapped()>& operation);
+// The operation is given the level of that code as its door has found it.
+using SwapOperation = std::function<Swapped(const trle_state::LevelPlace& level)>;
+[[nodiscard]] bool OnChosenFolder(MessageId doing, std::int32_t level, const SwapOperation& operation);
 
 // Asks whether TRLE holds its original configuration; its folder if so. Otherwise the user is told to set
 // TRLE up again, and the result is empty.

@@ -79,22 +79,21 @@ bool PackFiles(const std::string& source) {
 
 } // namespace
 
-bool CompressLevelFiles(const std::string& source, std::int32_t level_index) {
-    const std::int32_t code = core::archive.Levels[static_cast<std::size_t>(level_index)].Code;
+bool CompressLevelFiles(const std::string& source, const core::LevelPlace& level) {
     // Before they are packed, and whatever becomes of the packing: the files may come in plain then. Without
     // it the level only isn't compared with others.
     core::ListTr4(source);
-    if (!core::Tr4List.empty()) static_cast<void>(core::WriteTr4Info(level_index));
-    const std::string folder = core::LevelFolder(code, true);
+    if (!core::Tr4List.empty()) static_cast<void>(core::WriteTr4Info(level));
+    const std::string folder = core::ReachFolder(level);
     if (core::archive.CdMissing) return false;
-    if (code != 0) {
+    if (level.Code != 0) {
         if (core::archive.Header.EncodeWavInMp3 && !EncodeWaves(source)) return false;
         if (core::archive.Header.CompressFiles) {
             ConvertLoadPicture(source);
             if (!PackFiles(source)) return false;
         }
     }
-    return ReplaceFiles(source, folder, code == 0 ? msg::kCompressCopying : msg::kFileCopyInProgress);
+    return ReplaceFiles(source, folder, level.Code == 0 ? msg::kCompressCopying : msg::kFileCopyInProgress);
 }
 
 } // namespace kelvash::swap

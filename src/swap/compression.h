@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "trle_state/level_place.h"
+
 namespace kelvash::swap {
 
 // Makes a level's files ready in a temporary folder where they are stored in smaller forms. `temp` is that
@@ -26,10 +28,9 @@ namespace kelvash::swap {
 std::string DecompressOneFile(const std::string& path, bool show_dialog);
 void RemoveTempFolder();
 
-// Moves the prepared files of a level into its FILES folder in the forms that the header asks for;
-// `level_index` is its place in the table. Labels go to the caller's form. False after a message, or when a
-// needed CD isn't there.
-[[nodiscard]] bool CompressLevelFiles(const std::string& source, std::int32_t level_index);
+// Moves the prepared files of a level into its FILES folder in the forms that the header asks for. Labels go
+// to the caller's form. False after a message, or when a needed CD isn't there.
+[[nodiscard]] bool CompressLevelFiles(const std::string& source, const trle_state::LevelPlace& level);
 
 // Takes the two compression settings of the open Archive. If they change anything, offers to bring the files
 // of the levels on disk into the forms that they ask for, and tells the sizes before and after. False if a

@@ -84,9 +84,9 @@ bool PictureIsConverted(const std::string& files, ProgressDialog& progress) {
 }
 
 // False if the user stops the run.
-bool ChangeLevel(const core::LevelRecord& level, ProgressDialog& progress, bool& whole) {
+bool ChangeLevel(const core::LevelPlace& level, ProgressDialog& progress, bool& whole) {
     progress.Label(LoadMessage(msg::kChangingLevel) + level.Name);
-    const std::string files = core::FilesFolder(core::LevelFolder(level.Code, false));
+    const std::string files = core::FilesFolder(level.Folder);
     if (!ConvertAudio(files, whole) || !PackOrUnpack(files, whole)) return false;
     if (PictureIsConverted(files, progress)) return true;
     whole = false;
@@ -98,10 +98,10 @@ bool ChangeLevel(const core::LevelRecord& level, ProgressDialog& progress, bool&
 bool ChangeLevels() {
     bool whole = true;
     ProgressDialog progress(BarPlace::ProgressDialog, LoadMessage(msg::kChangeStatusCaption));
-    for (std::int32_t i = 0; i < Header().LevelCount; ++i) {
-        const core::LevelRecord level = core::archive.Levels[static_cast<std::size_t>(i)];
+    for (std::int32_t i = 0; i < core::archive.Table.Size(); ++i) {
+        const core::LevelPlace level = core::PlaceAt(i);
         if (level.CdNumber <= 0 && !ChangeLevel(level, progress, whole)) return false;
-        ProgressPercent(progress.bar, i + 1, Header().LevelCount);
+        ProgressPercent(progress.bar, i + 1, core::archive.Table.Size());
     }
     return whole;
 }

@@ -34,6 +34,7 @@ using trle_state::HoldSameBytes;
 using trle_state::IsGameProgram;
 using trle_state::IsStill;
 using trle_state::LevelOwner;
+using trle_state::LevelPlace;
 using trle_state::LookAtTrle;
 using trle_state::MarkerOf;
 using trle_state::MarkerPath;
@@ -97,8 +98,8 @@ struct LevelFiles {
 };
 
 // False after a message.
-bool PrepareFiles(std::int32_t code, LevelFiles& files) {
-    files.folder = core::FilesFolder(core::LevelFolder(code, true));
+bool PrepareFiles(const LevelPlace& level, LevelFiles& files) {
+    files.folder = core::FilesFolder(core::ReachFolder(level));
     if (core::archive.CdMissing) {
         TellCritical(LoadMessage(msg::kCdNotAvailable));
         return false;
@@ -109,7 +110,7 @@ bool PrepareFiles(std::int32_t code, LevelFiles& files) {
         return false;
     }
     if (!files.temp.empty()) files.folder = files.temp;
-    if (code == 0 || AnyFile(files.folder, LoadFragment(fragment::kTr4Mask))) return true;
+    if (level.Code == 0 || AnyFile(files.folder, LoadFragment(fragment::kTr4Mask))) return true;
     DeleteFile(MarkerPath());
     if (!files.temp.empty()) RemoveFolder(files.temp);
     if (AskYesNo(MessageStyle::Exclamation, LoadMessage(msg::kNoTr4Question, {kLineBreak, kLineBreak})))
@@ -213,9 +214,9 @@ bool BringSavesBack(SwapRecord& record, KeptFiles& kept) {
 
 // Brings the saves of level 0000 back. They count as in its stash only if one of them couldn't come, or if a
 // marker stays that names another level as their owner. False after a message.
-bool GiveBackOriginal() {
+bool GiveBackOriginal(const LevelPlace& original) {
     SwapRecord record;
-    record.Owner = OwnerOf(0);
+    record.Owner = OwnerOf(original);
     if (FoundRecord found = ReadSwapRecord(); found.Record.Step == SwapStep::Original) {
         record.LeftOverwritten = std::move(found.Record.LeftOverwritten);
         record.LeftCopied = std::move(found.Record.LeftCopied);
@@ -245,10 +246,10 @@ bool BringLevel(const std::string& files, SwapRecord& record, KeptFiles& kept) {
     return WriteSwapRecord(record);
 }
 
-bool CopyLevel(std::int32_t code, const std::string& files) {
+bool CopyLevel(const LevelPlace& level, const std::string& files) {
     SwapRecord record;
     record.Step = SwapStep::Entering;
-    record.Owner = OwnerOf(code);
+    record.Owner = OwnerOf(level);
     AddLeftovers(record);
     TellForeignGame(files);
     KeptFiles kept;
@@ -295,26 +296,11 @@ bool ClearRoot() {
     return RescueSavesOf(LevelOwner());
 }
 
-// A marker of level 0000, which no install writes, stays as it is, with the saves in the root.
-bool HoldsMarkedOriginal() {
-    const TrleState state = LookAtTrle();
-    return state.Content == Holds::Level && state.Code == 0;
-}
-
-// A removal that failed after its message is taken for a finished one where a level is to follow. That is
-// meant. But nobody is told that the original configuration is in while it isn't.
-bool MayGoOn(std::int32_t code, std::int32_t previous) {
-    if (previous == kRemovalRefused) return false;
-    if (code != 0) return true;
-    return !IsCutShort() &&
-           (previous != 0 || LookAtTrle().Content == Holds::Original || HoldsMarkedOriginal());
-}
-
-bool InstallFiles(std::int32_t code) {
+bool InstallFiles(const LevelPlace& level) {
     LevelFiles files;
-    if (!PrepareFiles(code, files)) return false;
-    if (code == 0) DeleteFile(MarkerPath());
-    const bool installed = code == 0 ? GiveBackOriginal() : CopyLevel(code, files.folder);
+    if (!PrepareFiles(level, files)) return false;
+    if (level.Code == 0) DeleteFile(MarkerPath());
+    const bool installed = level.Code == 0 ? GiveBackOriginal(level) : CopyLevel(level, files.folder);
     if (!files.temp.empty()) RemoveFolder(files.temp);
     return installed;
 }
@@ -323,26 +309,34 @@ Swapped Ended(bool well) {
     return well ? Swapped::Done : Swapped::Failed;
 }
 
+// A removal that failed after its message is taken for a finished one where a level is to follow. That is
+// meant. But nobody is told that the original configuration is in while it isn't.
+Swapped InstallOriginal(const LevelPlace& original, std::int32_t previous) {
+    if (IsCutShort()) return Swapped::Failed;
+    const TrleState state = LookAtTrle();
+    // A marker of level 0000, which no install writes, stays as it is, with the saves in the root.
+    if (state.Content == Holds::Level && state.Code == 0) return Ended(GiveBackOriginal(original));
+    if (previous == 0 && state.Content != Holds::Original) return Swapped::Failed;
+    if (!ClearRoot()) return Swapped::Failed;
+    return Ended(previous == 0 ? GiveBackOriginal(original) : InstallFiles(original));
+}
+
 } // namespace
 
-Swapped InstallHere(std::int32_t code) {
-    const std::int32_t previous = RemovePreviousLevel(code);
-    if (!MayGoOn(code, previous)) return Swapped::Failed;
-    if (previous == code && code != 0) return Swapped::Done;
-    if (code == 0 && HoldsMarkedOriginal()) return Ended(GiveBackOriginal());
+Swapped InstallHere(const LevelPlace& level) {
+    const std::int32_t previous = RemovePreviousLevel(level.Code);
+    if (previous == kRemovalRefused) return Swapped::Failed;
+    if (level.Code == 0) return InstallOriginal(level, previous);
+    if (previous == level.Code) return Swapped::Done;
     if (!ClearRoot()) return Swapped::Failed;
-    if (code != 0) {
-        const Door door = RequireBackup();
-        if (door != Door::Open) {
-            static_cast<void>(GiveBackOriginal()); // what stays is in the stash of level 0000
-            return door == Door::Elsewhere ? Swapped::Elsewhere : Swapped::Failed;
-        }
-    }
-    return Ended(previous == code ? GiveBackOriginal() : InstallFiles(code));
+    const Door door = RequireBackup();
+    if (door == Door::Open) return Ended(InstallFiles(level));
+    static_cast<void>(GiveBackOriginal(core::PlaceOf(0))); // what stays is in the stash of level 0000
+    return door == Door::Elsewhere ? Swapped::Elsewhere : Swapped::Failed;
 }
 
 bool InstallLevel(std::int32_t code) {
-    return OnChosenFolder(msg::kDoingInstall, code, [=] { return InstallHere(code); });
+    return OnChosenFolder(msg::kDoingInstall, code, &InstallHere);
 }
 
 void TellNotInstalled() {

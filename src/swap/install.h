@@ -30,7 +30,7 @@ InstallPlan PlanInstall(const std::string& files, const std::string& trle);
 // if the level is ready to run. False after a message: the previous level may be out all the same.
 [[nodiscard]] bool InstallLevel(std::int32_t code);
 // The same as a part of an operation that OnChosenFolder runs.
-Swapped InstallHere(std::int32_t code);
+Swapped InstallHere(const trle_state::LevelPlace& level);
 
 // For an install that has failed: what went wrong has been told.
 void TellNotInstalled();

@@ -28,6 +28,7 @@ using trle_state::FoundRecord;
 using trle_state::Holds;
 using trle_state::IsStill;
 using trle_state::kNoLevel;
+using trle_state::LevelOwner;
 using trle_state::LookAtTrle;
 using trle_state::MarkerField;
 using trle_state::MarkerPath;
@@ -70,21 +71,26 @@ std::optional<std::int32_t> PutSavesAway(TrleState& state, bool knows_stash) {
     return std::nullopt;
 }
 
+LevelOwner Original() {
+    return OwnerOf(core::PlaceOf(0));
+}
+
 // From here on the original configuration is in, but for files that are still to come back, and the saves of
 // level 0000 are in its stash.
-bool NoteOriginal(std::vector<RecordedFile> missing = {}) {
+bool NoteOriginal(const LevelOwner& original, std::vector<RecordedFile> missing = {}) {
     SwapRecord record;
-    record.Owner = OwnerOf(0);
+    record.Owner = original;
     record.LeftOverwritten = std::move(missing);
     return WriteSwapRecord(record);
 }
 
 // Where TRLE's own files are in, their saves are level 0000's.
 std::int32_t StashOriginal(TrleState& state) {
-    state.Record.Owner = OwnerOf(0);
-    state.OwnerFolder = state.Record.Owner.Folder;
+    const LevelOwner original = Original();
+    state.Record.Owner = original;
+    state.OwnerFolder = original.Folder;
     if (const auto failure = PutSavesAway(state, true)) return *failure;
-    return NoteOriginal() ? 0 : kRemovalRefused;
+    return NoteOriginal(original) ? 0 : kRemovalRefused;
 }
 
 // What a file that was half copied when the program was killed is called.
@@ -113,7 +119,7 @@ bool TakeFilesOut(const SwapRecord& record) {
     if (noted) {
         // The originals come first: a marker that can't be deleted keeps none of them away.
         std::vector<RecordedFile> missing = RestoreOverwritten(record, !BackupIsValid(), kept);
-        noted = DeleteMarker() && NoteOriginal(std::move(missing));
+        noted = DeleteMarker() && NoteOriginal(Original(), std::move(missing));
     }
     TellKept(kept);
     return noted;
@@ -138,7 +144,8 @@ bool MayLeave(TrleState& state) {
 std::int32_t TakeOut(TrleState& state) {
     if (state.Code != 0 && !MayLeave(state)) return kRemovalRefused;
     if (const auto failure = PutSavesAway(state, state.FromRecord || state.Code == 0)) return *failure;
-    if (!(state.Code == 0 ? DeleteMarker() && NoteOriginal() : TakeFilesOut(state.Record))) return 0;
+    if (!(state.Code == 0 ? DeleteMarker() && NoteOriginal(Original()) : TakeFilesOut(state.Record)))
+        return 0;
     return state.Code;
 }
 
@@ -160,7 +167,7 @@ std::int32_t RemoveUnknown(TrleState& state, std::int32_t wanted) {
         if (!state.MarkerText.empty())
             TellCritical(LoadMessage(msg::kMarkerDamaged, {"\"" + MarkerPath() + "\"", kLineBreak}));
         if (const auto failure = PutSavesAway(state, false)) return *failure;
-        if (!DeleteMarker() || !NoteOriginal()) return kRemovalRefused;
+        if (!DeleteMarker() || !NoteOriginal(Original())) return kRemovalRefused;
         return state.MarkerStands ? kNoLevel : 0;
     }
     const std::int32_t code = LeadingNumber(value);
@@ -183,6 +190,10 @@ std::int32_t RemoveLevelFound(TrleState& state, std::int32_t code) {
 bool LeavesWork(const SwapRecord& record) {
     return !record.LeftOverwritten.empty() ||
            (record.Step == SwapStep::Original && !record.LeftCopied.empty());
+}
+
+bool IsUnfinished(const TrleState& state) {
+    return state.Content == Holds::CutShort || LeavesWork(state.Record);
 }
 
 // Files that a locked folder has kept at the last removal. False after a message if one still can't go.
@@ -234,7 +245,7 @@ bool IsCutShort() {
 CutShort EndCutShort(bool untold) {
     if (!FolderExists(core::TrleFolder())) return IsCutShort() ? CutShort::Refused : CutShort::Ended;
     TrleState state = LookAtTrle();
-    if (state.Content != Holds::CutShort && !LeavesWork(state.Record)) return CutShort::Ended;
+    if (!IsUnfinished(state)) return CutShort::Ended;
     const core::Change change(msg::kDoingEndSwap, core::kSwap | (untold ? core::kUntold : 0U));
     if (!change) return CutShort::Refused;
     state = LookAtTrle(); // another program may have ended it meanwhile
@@ -255,15 +266,12 @@ std::int32_t RemovePreviousLevel(std::int32_t code) {
     const core::Change change(msg::kDoingTakeOut, core::kSwap);
     if (!change) return kRemovalRefused;
     if (!trle::TrleIsThere()) return kRemovalRefused;
-    switch (EndCutShort()) {
-        case CutShort::Ended:
-            break;
-        case CutShort::FilesLeft:
-            return 0;
-        case CutShort::Refused:
-            return kRemovalRefused;
-    }
     TrleState state = LookAtTrle();
+    if (IsUnfinished(state)) {
+        const CutShort ended = EndCutShort();
+        if (ended != CutShort::Ended) return ended == CutShort::FilesLeft ? 0 : kRemovalRefused;
+        state = LookAtTrle();
+    }
     switch (state.Content) {
         case Holds::Original:
             return StashOriginal(state);

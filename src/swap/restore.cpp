@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "core/archive.h"
 #include "core/change.h"
 #include "core/level_list.h"
 #include "core/profile.h"
@@ -165,7 +166,7 @@ std::optional<bool> RestoreAll(Bar& bar) {
     TellKept(run.kept);
     // The saves of level 0000 stay in its stash; what the backup holds of them is in the root again.
     SwapRecord original;
-    original.Owner = OwnerOf(0);
+    original.Owner = OwnerOf(core::PlaceOf(0));
     original.LeftCopied = LeftOf(std::move(run.record));
     original.LeftOverwritten = std::move(run.missing);
     return WriteSwapRecord(original) && run.whole && original.LeftCopied.empty();
@@ -213,7 +214,7 @@ bool FastRestore() {
 
 bool FullRestore(Bar& bar, bool show_progress) {
     return OnChosenFolder(msg::kDoingFullRestore, core::kNoLevel,
-                          [&] { return RestoreHere(bar, show_progress); });
+                          [&](const core::LevelPlace&) { return RestoreHere(bar, show_progress); });
 }
 
 bool EndFullRestore() {

@@ -64,10 +64,10 @@ LevelOwner OwnerIn(std::string_view folder) {
     return owner;
 }
 
-LevelOwner OwnerOf(std::int32_t code) {
-    LevelOwner owner = OwnerIn(FolderOfLevel(code));
-    owner.Name = NameOfLevel(code);
-    owner.Code = code;
+LevelOwner OwnerOf(const LevelPlace& level) {
+    LevelOwner owner = OwnerIn(level.Folder);
+    owner.Name = level.Name;
+    owner.Code = level.Code;
     return owner;
 }
 
@@ -79,16 +79,18 @@ std::string FindOwnerFolder(const LevelOwner& owner) {
         return moved;
     if (IsItsPlace(owner.Former, owner)) return owner.Former;
     if (owner.Tr4InfHash.empty()) return {};
-    for (const std::int32_t code : ListedCodes())
-        if (const std::string folder = FolderOfLevel(code); IsItsPlace(folder, owner)) return folder;
-    return {};
+    const std::vector<std::string> folders = ListedFolders();
+    const auto found = std::find_if(folders.begin(), folders.end(),
+                                    [&](const std::string& folder) { return IsItsPlace(folder, owner); });
+    return found == folders.end() ? std::string() : *found;
 }
 
 std::int32_t CodeOfFolder(std::string_view folder) {
     const std::string name = FileNameOf(folder);
     const std::optional<std::int32_t> code = WholeNumber(name.substr(name.rfind('_') + 1));
-    if (!code || !IsListed(*code)) return kNoLevel;
-    return IsSamePlace(FolderOfLevel(*code), folder) ? *code : kNoLevel;
+    if (!code) return kNoLevel;
+    const LevelPlace level = PlaceOfLevel(*code);
+    return level.IsListed() && IsSamePlace(level.Folder, folder) ? *code : kNoLevel;
 }
 
 } // namespace kelvash::trle_state

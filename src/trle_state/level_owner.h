@@ -5,15 +5,13 @@
 #include <string>
 #include <string_view>
 
+#include "trle_state/level_place.h"
 #include "trle_state/swap_record.h"
 
 namespace kelvash::trle_state {
 
-// A code that no level of an Archive has.
-inline constexpr std::int32_t kNoLevel = -1;
-
 // A level of the open Archive as the record names it.
-LevelOwner OwnerOf(std::int32_t code);
+LevelOwner OwnerOf(const LevelPlace& level);
 // What a level's folder tells of it as an owner, without name and code.
 LevelOwner OwnerIn(std::string_view folder);
 // The folder of an owner: where it was, or from the application's folder on where it was, or where it

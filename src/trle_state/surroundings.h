@@ -7,26 +7,25 @@
 #include <string_view>
 #include <vector>
 
+#include "trle_state/level_place.h"
+
 namespace kelvash::trle_state {
 
 // The TRLE folder in use.
 std::string TrleFolder();
 
-// Where the open Archive has a level of that code, or would have it.
-std::string FolderOfLevel(std::int32_t code);
+// The level of that code in the open Archive, or what it would be.
+LevelPlace PlaceOfLevel(std::int32_t code);
+// Folders of the levels of the open Archive.
+std::vector<std::string> ListedFolders();
 // Where a level's folder keeps the level's files.
 std::string FilesOfLevel(std::string_view folder);
-// Its name; empty for a code that no level has.
-std::string NameOfLevel(std::int32_t code);
-// Codes of the levels of the open Archive.
-std::vector<std::int32_t> ListedCodes();
-bool IsListed(std::int32_t code);
 
-// A .tr4 file as a level's tr4.inf lists it.
+// A .tr4 file as the tr4.inf of a level's folder lists it.
 struct ListedTr4 {
     std::string Name;
     std::int64_t Size = 0;
 };
-std::vector<ListedTr4> ListedTr4s(std::int32_t code);
+std::vector<ListedTr4> ListedTr4s(std::string_view folder);
 
 } // namespace kelvash::trle_state

@@ -33,8 +33,8 @@ bool StillHolds(const SwapRecord& record) {
 }
 
 // True if the .tr4 files of a level, as its tr4.inf lists them, are those in TRLE.
-bool HasItsTr4s(std::int32_t code) {
-    const std::vector<ListedTr4> list = ListedTr4s(code);
+bool HasItsTr4s(const LevelPlace& level) {
+    const std::vector<ListedTr4> list = ListedTr4s(level.Folder);
     const std::string data = TrleFolder() + LoadFragment(fragment::kMarkerDataFolder);
     return !list.empty() && std::all_of(list.begin(), list.end(), [&](const ListedTr4& listed) {
         const std::string file = data + "\\" + listed.Name;
@@ -42,10 +42,10 @@ bool HasItsTr4s(std::int32_t code) {
     });
 }
 
-bool IsMarkersLevel(std::int32_t code, const std::string& marker) {
-    if (!IsListed(code)) return false;
+bool IsMarkersLevel(const LevelPlace& level, const std::string& marker) {
+    if (!level.IsListed()) return false;
     const std::string name = MarkerField(LoadFragment(fragment::kMarkerLevelName), marker);
-    return (!name.empty() && EqualNoCase(name, MarkerName(NameOfLevel(code)))) || HasItsTr4s(code);
+    return (!name.empty() && EqualNoCase(name, MarkerName(level.Name))) || HasItsTr4s(level);
 }
 
 std::vector<RecordedFile> ListedFiles(const Fragment& tag, const std::string& marker) {
@@ -61,13 +61,13 @@ void TakeMarker(TrleState& state) {
     state.Record.Overwritten = ListedFiles(fragment::kMarkerOverwritten, state.MarkerText);
     state.Content = Holds::Unknown;
     const std::string value = MarkerField(LoadFragment(fragment::kMarkerLevelCode), state.MarkerText);
-    const std::int32_t code = LeadingNumber(value);
-    if (value.empty() || (code != 0 && !IsMarkersLevel(code, state.MarkerText))) return;
+    const LevelPlace level = PlaceOfLevel(LeadingNumber(value));
+    if (value.empty() || (level.Code != 0 && !IsMarkersLevel(level, state.MarkerText))) return;
     state.Content = Holds::Level;
-    state.Code = code;
-    state.Record.Owner = OwnerOf(code);
+    state.Code = level.Code;
+    state.Record.Owner = OwnerOf(level);
     state.OwnerFolder = FindOwnerFolder(state.Record.Owner);
-    if (code == 0 || state.OwnerFolder.empty()) return;
+    if (level.Code == 0 || state.OwnerFolder.empty()) return;
     // A copy has the date of the level's own file.
     for (RecordedFile& file : state.Record.Copied)
         file.Stamp = StampOf(FilesOfLevel(state.OwnerFolder) + "\\" + FileNameOf(file.Target));
@@ -129,7 +129,7 @@ std::int32_t CurrentLevelCode() {
     const std::int32_t marked =
         LeadingNumber(MarkerField(LoadFragment(fragment::kMarkerLevelCode), state.MarkerText));
     if (state.Content == Holds::Original || marked == 0) return 0;
-    return IsListed(marked) ? kNoLevel : marked;
+    return PlaceOfLevel(marked).IsListed() ? kNoLevel : marked;
 }
 
 bool IsInTrle(std::int32_t code) {

@@ -40,15 +40,15 @@ Principale::Principale(FormsUser& user) : menu_(menuBar(), this, MenuCommands(*t
 
 bool Principale::Load(const std::string& command_line) {
     const JobScope job;
-    program::StartUp(command_line);
+    const bool runs = program::StartUp(command_line);
     Timer1->setInterval(core::session.TimerInterval);
     RestoreWindow(this, splitter_);
     ShowPanel(core::profile.ShowScreenShots);
-    if (!core::session.EndWanted && companion::AdoptGame()) {
+    if (runs && companion::AdoptGame()) {
         SetPlaying(true);
         ShowPlaying();
     }
-    return !core::session.EndWanted;
+    return runs;
 }
 
 void Principale::ConnectControls(FormsUser& user) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "companion/screenshots.h"
+#include "core/archive.h"
 #include "foundation/drives.h"
 #include "foundation/user.h"
 #include "ui/form_support.h"
@@ -77,7 +78,7 @@ void Thumbnails::LoadNext() {
     if (wanted_.empty()) return;
     const std::int32_t code = wanted_.back();
     wanted_.pop_back();
-    const QImage picture = ReadSmall(companion::NewestScreenshot(code));
+    const QImage picture = ReadSmall(companion::NewestScreenshot(core::PlaceOf(code)));
     ready_.insert(code, new QPixmap(picture.isNull() ? frame_ : Framed(picture)));
     Q_EMIT Loaded(code);
     if (wanted_.empty()) return;

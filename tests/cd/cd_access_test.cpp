@@ -79,14 +79,14 @@ TEST_F(CdAccess, FindsNothingWithoutADisc) {
 
 TEST_F(CdAccess, NeedsNothingForALevelOnDisk) {
     AddRecord(5, "Five");
-    EXPECT_TRUE(RequestCd(5));
-    EXPECT_TRUE(RequestCd(77)) << "nor for an unknown code";
+    EXPECT_TRUE(RequestCd(PlaceOf(5)));
+    EXPECT_TRUE(RequestCd(PlaceOf(77))) << "nor for an unknown code";
     EXPECT_THAT(user.Told(), IsEmpty());
     EXPECT_THAT(user.Asked(), IsEmpty());
 }
 
 TEST_F(CdAccess, NeedsAReader) {
-    EXPECT_FALSE(RequestCd(12));
+    EXPECT_FALSE(RequestCd(PlaceOf(12)));
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error: no cd reader available in this pc"));
 }
 
@@ -94,7 +94,7 @@ TEST_F(CdAccess, TakesADiscThatIsInSilently) {
     InsertDisc('E');
     const fs::path second = InsertDisc('F');
     MakeFile(second / "A" / "LEVEL_0012" / "FILES" / "Game.TR4", "");
-    EXPECT_TRUE(RequestCd(12));
+    EXPECT_TRUE(RequestCd(PlaceOf(12)));
     EXPECT_THAT(user.Asked(), IsEmpty());
     EXPECT_EQ(core::archive.Header.MainFolder, "F:\\Levels");
 }
@@ -103,7 +103,7 @@ TEST_F(CdAccess, AsksThoughTheFolderIsInWhenItHasNoPlainLevel) {
     const fs::path disc = InsertDisc('E');
     MakeFile(disc / "A" / "LEVEL_0012" / "FILES" / "game.tr4.zl", "");
     WillChoose("E:");
-    EXPECT_TRUE(RequestCd(12));
+    EXPECT_TRUE(RequestCd(PlaceOf(12)));
     EXPECT_EQ(core::archive.Header.MainFolder, "E:\\Levels");
 }
 
@@ -115,7 +115,7 @@ TEST_F(CdAccess, TellsEachWrongChoiceAndAsksAgain) {
     for (const char* chosen : {"", "X:", "G:", "E:", "F: [TOMB]"})
         WillChoose(chosen);
     MakeFile(second / "A" / "LEVEL_0012" / "x", "");
-    EXPECT_TRUE(RequestCd(12));
+    EXPECT_TRUE(RequestCd(PlaceOf(12)));
     EXPECT_THAT(user.Told(),
                 ElementsAre("critical: No drive unit selected", "critical: Error: drive [X:] is not present",
                             "critical: Drive [G:] not ready",
@@ -126,7 +126,7 @@ TEST_F(CdAccess, TellsEachWrongChoiceAndAsksAgain) {
 TEST_F(CdAccess, GivesUpWithTheUser) {
     InsertDisc('E');
     user.WillGiveUp<cd::CdDriveChoice>();
-    EXPECT_FALSE(RequestCd(12));
+    EXPECT_FALSE(RequestCd(PlaceOf(12)));
     EXPECT_EQ(core::archive.Header.MainFolder, "C:\\Levels");
 }
 

@@ -29,8 +29,7 @@ class FormsOfTheCommandLine : public CliHome {
         level.CdNumber = 3;
         core::ArchiveContents contents;
         ASSERT_TRUE(core::ReadArchiveFile("C:\\Kelvash\\LevelArchive.kva", contents));
-        contents.Levels.insert(contents.Levels.end() - 1, level);
-        ++contents.Header.LevelCount;
+        contents.Table.Append(level);
         ASSERT_TRUE(core::WriteArchiveFile("C:\\Kelvash\\LevelArchive.kva", contents));
     }
     std::vector<std::string> Install(const std::string& answers) {

@@ -15,8 +15,8 @@ class LevelsCommand : public CliHome {
     void AddLevels(const std::vector<core::LevelRecord>& levels) {
         core::ArchiveContents contents;
         ASSERT_TRUE(core::ReadArchiveFile("C:\\Kelvash\\LevelArchive.kva", contents));
-        contents.Levels.insert(contents.Levels.end() - 1, levels.begin(), levels.end());
-        contents.Header.LevelCount += static_cast<std::int32_t>(levels.size());
+        for (const core::LevelRecord& level : levels)
+            contents.Table.Append(level);
         ASSERT_TRUE(core::WriteArchiveFile("C:\\Kelvash\\LevelArchive.kva", contents));
     }
 };

@@ -93,7 +93,7 @@ TEST_F(Locks, NameTheirHolderAndEndTheCommand) {
     EXPECT_THAT(run.Output(), HasSubstr("Another Kelvash (cli_tests, process " + std::to_string(getpid()) +
                                         ") is using this application's folder: adding a level"));
     EXPECT_FALSE(Exists(Level(1)));
-    EXPECT_EQ(Archive().Header.LevelCount, 1);
+    EXPECT_EQ(Archive().Table.Size(), 1);
 }
 
 TEST_F(Locks, OfTrleAndOfTheArchiveDoSoToo) {
@@ -153,10 +153,10 @@ TEST_F(Locks, AreAwaited) {
     EXPECT_EQ(Json({"add", "C:\\in\\maze.zip", "--wait", "0.2"}).status, 4);
     const Background run = Start({"add", "C:\\in\\maze.zip", "--wait", "60"});
     usleep(500000);
-    EXPECT_EQ(Archive().Header.LevelCount, 1);
+    EXPECT_EQ(Archive().Table.Size(), 1);
     lock.Release();
     EXPECT_EQ(StatusOf(run), 0) << BytesOf(run.output);
-    EXPECT_EQ(Archive().Header.LevelCount, 2);
+    EXPECT_EQ(Archive().Table.Size(), 2);
     EXPECT_EQ(Json({"status", "--wait", "long"}).status, 2);
 }
 
@@ -182,10 +182,10 @@ TEST_F(Locks, GiveTwoAddsAtOnceALevelEach) {
         EXPECT_EQ(StatusOf(gate), 0) << BytesOf(gate.output);
     }
     const core::ArchiveContents contents = Archive();
-    ASSERT_EQ(contents.Header.LevelCount, 1 + 2 * kRounds);
+    ASSERT_EQ(contents.Table.Size(), 1 + 2 * kRounds);
     int mazes = 0;
     for (int i = 1; i <= 2 * kRounds; ++i) {
-        const core::LevelRecord& level = contents.Levels[static_cast<std::size_t>(i)];
+        const core::LevelRecord& level = contents.Table[i];
         EXPECT_EQ(level.Code, i) << "two levels with one code";
         const fs::path files = Level(i) / "FILES";
         mazes += level.Name == "maze" ? 1 : 0;

@@ -86,19 +86,20 @@ TEST_F(Savegames, ThatCantBeReadAreShownWithTheirDate) {
 }
 
 TEST_F(Savegames, InTheSlotsAreTheStashUntilTheLevelIsIn) {
-    EXPECT_EQ(SlotFolder(1), "C:\\Levels\\LEVEL_0001\\backup_savegames");
-    EXPECT_THAT(SlotSavegames(1), ElementsAre("C:\\Levels\\LEVEL_0001\\backup_savegames\\savegame.0"));
+    EXPECT_EQ(SlotFolder(core::PlaceOf(1)), "C:\\Levels\\LEVEL_0001\\backup_savegames");
+    EXPECT_THAT(SlotSavegames(core::PlaceOf(1)),
+                ElementsAre("C:\\Levels\\LEVEL_0001\\backup_savegames\\savegame.0"));
     ASSERT_TRUE(swap::InstallLevel(1));
     test::MakeFile(trle / "savegame.5", "new");
-    EXPECT_THAT(SlotSavegames(1), ElementsAre("C:\\trle\\savegame.0", "C:\\trle\\savegame.5"));
+    EXPECT_THAT(SlotSavegames(core::PlaceOf(1)), ElementsAre("C:\\trle\\savegame.0", "C:\\trle\\savegame.5"));
 }
 
 TEST_F(Savegames, AreArchivedAtAnyDepth) {
-    EXPECT_THAT(ArchivedSavegames(1), IsEmpty());
+    EXPECT_THAT(ArchivedSavegames(core::PlaceOf(1)), IsEmpty());
     test::MakeFile(LevelPath(1) / "SAVEGAMES/slot1/savegame.0", "a");
     test::MakeFile(LevelPath(1) / "SAVEGAMES/slot1/note0.txt", "a note");
     test::MakeFile(LevelPath(1) / "SAVEGAMES/slot2/old/SaveGame.1", "b");
-    EXPECT_THAT(ArchivedSavegames(1),
+    EXPECT_THAT(ArchivedSavegames(core::PlaceOf(1)),
                 ElementsAre("C:\\Levels\\LEVEL_0001\\savegames\\slot1\\savegame.0",
                             "C:\\Levels\\LEVEL_0001\\savegames\\slot2\\old\\SaveGame.1"));
 }

@@ -64,29 +64,27 @@ TEST_F(ArchiveTest, TakesTheFirstOfTwoLevelsWithOneCode) {
     AddRecord(7, "First");
     AddRecord(7, "Second");
     EXPECT_EQ(LevelIndex(7), 1);
-    EXPECT_EQ(LevelByCode(7).Name, "First");
+    EXPECT_EQ(archive.Table.ByCode(7).Name, "First");
 }
 
-TEST_F(ArchiveTest, FallsBackToTheSpareRecord) {
-    archive.Levels[1].Name = "Being composed";
-    archive.Levels[1].Code = 5;
-    EXPECT_EQ(LevelIndex(5), -1) << "the spare record is no level";
-    EXPECT_EQ(LevelByCode(5).Name, "Being composed");
+TEST_F(ArchiveTest, FallsBackToABlankRecordThatIsNoLevel) {
+    EXPECT_EQ(LevelIndex(5), -1);
+    EXPECT_EQ(archive.Table.ByCode(5).Name, "");
+    EXPECT_EQ(archive.Table.ByCode(5).CdNumber, 0);
 }
 
 TEST_F(ArchiveTest, GivesTheHighestCodePlusOne) {
-    EXPECT_EQ(NextLevelCode(), 1);
+    EXPECT_EQ(archive.Table.NextCode(), 1);
     AddRecord(9, "Nine");
     AddRecord(4, "Four");
-    EXPECT_EQ(NextLevelCode(), 10) << "gaps are never filled";
-    archive.Levels.erase(archive.Levels.begin() + 1);
-    --archive.Header.LevelCount;
-    EXPECT_EQ(NextLevelCode(), 5) << "the removed code is handed out again";
+    EXPECT_EQ(archive.Table.NextCode(), 10) << "gaps are never filled";
+    archive.Table.Remove(1);
+    EXPECT_EQ(archive.Table.NextCode(), 5) << "the removed code is handed out again";
 }
 
 TEST_F(ArchiveTest, GivesZeroAsTheFirstCodeOfAnEmptyTable) {
     archive = ArchiveState();
-    EXPECT_EQ(NextLevelCode(), 0);
+    EXPECT_EQ(archive.Table.NextCode(), 0);
 }
 
 TEST_F(ArchiveTest, NamesALevelFolderWithAtLeastFourDigits) {
@@ -98,7 +96,7 @@ TEST_F(ArchiveTest, NamesALevelFolderWithAtLeastFourDigits) {
 
 TEST_F(ArchiveTest, HasLevelZeroInTheApplicationsFolder) {
     archive.CdMissing = true;
-    archive.Levels[0].CdNumber = 3;
+    archive.Table.Edit(0)->CdNumber = 3;
     EXPECT_EQ(LevelFolder(0, false), "C:\\Kelvash\\LEVEL_0000");
     EXPECT_FALSE(archive.CdMissing);
     EXPECT_EQ(LevelFolder(0, true), "C:\\Kelvash\\LEVEL_0000");
@@ -117,6 +115,28 @@ TEST_F(ArchiveTest, BuildsAFolderForAnUnknownCode) {
     EXPECT_EQ(LevelFolder(77, false), "C:\\Levels\\LEVEL_0077");
     EXPECT_EQ(LevelFolder(77, true), "C:\\Levels\\LEVEL_0077");
     EXPECT_FALSE(archive.CdMissing);
+}
+
+TEST_F(ArchiveTest, SaysOnceWhatACodeStandsFor) {
+    AddRecord(12, "  Twelve ", 3);
+    for (const LevelPlace& level : {PlaceOf(12), PlaceAt(1)}) {
+        EXPECT_TRUE(level.IsListed());
+        EXPECT_EQ(level.Code, 12);
+        EXPECT_EQ(level.Index, 1);
+        EXPECT_EQ(level.CdNumber, 3);
+        EXPECT_EQ(level.Name, "Twelve");
+        EXPECT_EQ(level.Folder, "C:\\Levels\\LEVEL_0012");
+    }
+    EXPECT_EQ(PlaceOf(0).Folder, "C:\\Kelvash\\LEVEL_0000");
+}
+
+TEST_F(ArchiveTest, SaysWhereALevelOfAnUnknownCodeWouldBe) {
+    const LevelPlace level = PlaceOf(77);
+    EXPECT_FALSE(level.IsListed());
+    EXPECT_EQ(level.Code, 77);
+    EXPECT_EQ(level.Name, "");
+    EXPECT_EQ(level.Folder, "C:\\Levels\\LEVEL_0077");
+    EXPECT_EQ(ReachFolder(level), "C:\\Levels\\LEVEL_0077");
 }
 
 TEST_F(ArchiveTest, GivesALevelOnCdItsTwoFolders) {
@@ -299,7 +319,7 @@ TEST_F(ArchiveTest, IsNotSavedOverAnothersWorkAndCallsThatNoError) {
     ASSERT_TRUE(WriteArchive("C:\\Kelvash\\test.kva"));
     archive.ArchiveChanged = true; // else it is only read again
     ArchiveContents other = archive;
-    other.Levels[0].Note = "of another program";
+    other.Table.Edit(0)->Note = "of another program";
     ASSERT_TRUE(WriteArchiveFile("C:\\Kelvash\\test.kva", other));
     const std::string theirs = BytesOf(kva);
     user.WillAnswer("Save current archive as ...", "C:\\Kelvash\\test.kva");
@@ -334,8 +354,8 @@ TEST_F(ArchiveTest, AddsToALevelsSizeAndToTheSum) {
     AddLevelSize(1, 1000, SizeKind::Files);
     AddLevelSize(1, 300, SizeKind::Saves);
     AddLevelSize(1, -100, SizeKind::Saves);
-    EXPECT_EQ(archive.Levels[1].FilesSize, 1000);
-    EXPECT_EQ(archive.Levels[1].SavesSize, 200);
+    EXPECT_EQ(archive.Table[1].FilesSize, 1000);
+    EXPECT_EQ(archive.Table[1].SavesSize, 200);
     EXPECT_EQ(archive.Header.MainFolderSize, 1000);
     EXPECT_EQ(archive.Header.SecondaryFolderSize, 200);
     EXPECT_EQ(fs::file_size(kva), 3814U) << "saved";
@@ -344,8 +364,8 @@ TEST_F(ArchiveTest, AddsToALevelsSizeAndToTheSum) {
 TEST_F(ArchiveTest, LeavesTheSumsAloneForIndexZero) {
     AddLevelSize(0, 1000, SizeKind::Files);
     AddLevelSize(0, 300, SizeKind::Saves);
-    EXPECT_EQ(archive.Levels[0].FilesSize, 1000);
-    EXPECT_EQ(archive.Levels[0].SavesSize, 300);
+    EXPECT_EQ(archive.Table[0].FilesSize, 1000);
+    EXPECT_EQ(archive.Table[0].SavesSize, 300);
     EXPECT_EQ(archive.Header.MainFolderSize, 0);
     EXPECT_EQ(archive.Header.SecondaryFolderSize, 0);
 }
@@ -353,7 +373,7 @@ TEST_F(ArchiveTest, LeavesTheSumsAloneForIndexZero) {
 TEST_F(ArchiveTest, StopsALevelsSizeAtWhatItsFieldHolds) {
     AddRecord(4, "Four");
     AddLevelSize(1, 5e9, SizeKind::Files);
-    EXPECT_EQ(archive.Levels[1].FilesSize, 2147483647);
+    EXPECT_EQ(archive.Table[1].FilesSize, 2147483647);
     EXPECT_EQ(archive.Header.MainFolderSize, 5e9);
 }
 
@@ -361,11 +381,11 @@ TEST_F(ArchiveTest, StopsALevelsSizeAtWhatItsFieldHolds) {
 
 TEST_F(ArchiveTest, TakesTheLoadedOnesPlace) {
     MakeOther("C:\\Levels", "C:\\Levels", 0, 3);
-    archive.Levels[0].Name = "unsaved";
+    archive.Table.Edit(0)->Name = "unsaved";
     EXPECT_TRUE(LoadArchive(kOther));
-    EXPECT_EQ(archive.Header.LevelCount, 3);
-    EXPECT_EQ(archive.Levels[2].Name, "Other 2");
-    EXPECT_EQ(archive.Levels[2].Code, 10);
+    EXPECT_EQ(archive.Table.Size(), 3);
+    EXPECT_EQ(archive.Table[2].Name, "Other 2");
+    EXPECT_EQ(archive.Table[2].Code, 10);
     EXPECT_EQ(profile.LastArchive, kOther);
     EXPECT_FALSE(archive.ArchiveChanged);
     EXPECT_EQ(level_list.Items.size(), 3U);
@@ -381,9 +401,9 @@ TEST_F(ArchiveTest, SelectsTheLevelThatIsInTrle) {
 }
 
 TEST_F(ArchiveTest, StaysOpenWhenAnotherCannotBeOpened) {
-    archive.Levels[0].Name = "mine";
+    archive.Table.Edit(0)->Name = "mine";
     EXPECT_FALSE(LoadArchive("C:\\Kelvash\\missing.kva"));
-    EXPECT_EQ(archive.Levels[0].Name, "mine");
+    EXPECT_EQ(archive.Table[0].Name, "mine");
     EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\test.kva");
     EXPECT_FALSE(archive.ArchiveLoadRefused);
     EXPECT_THAT(user.Told(), IsEmpty());
@@ -436,9 +456,9 @@ TEST_F(ArchiveTest, RecountsTheSavesOfALevelThatWantsIt) {
     MakeFile(levels / "LEVEL_0005" / "SCREENSHOTS" / "d", std::string(4, 'x'));
     MakeFile(levels / "LEVEL_0005" / "FILES" / "e", std::string(5000, 'x'));
     EXPECT_TRUE(LoadArchive(kOther));
-    EXPECT_EQ(archive.Levels[1].SavesSize, 64);
+    EXPECT_EQ(archive.Table[1].SavesSize, 64);
     EXPECT_EQ(archive.Header.SecondaryFolderSize, -36) << "64 less the 100 that stood there";
-    EXPECT_FALSE(archive.Levels[1].RecountSaves);
+    EXPECT_FALSE(archive.Table[1].RecountSaves);
     const std::string saved = BytesOf(home / "other.kva");
     EXPECT_EQ(saved[2180 + 1628], 64);
     EXPECT_EQ(saved[2180 + 1632], '\0');
@@ -458,7 +478,7 @@ constexpr const char* kSecondaryMissing =
 
 TEST_F(ArchiveTest, WithoutLevelsNeedsNoFolders) {
     archive.Header.MainFolder = archive.Header.SecondaryFolder = "X:\\Old";
-    archive.Header.LevelCount = 0;
+    archive.Table = {};
     EXPECT_TRUE(CheckArchiveFolders());
     EXPECT_THAT(user.Told(), IsEmpty());
 }
@@ -486,7 +506,7 @@ TEST_F(ArchiveTest, IsRefusedWhenThePickOfTheMainFolderIsCancelled) {
     EXPECT_FALSE(LoadArchive(kOther));
     EXPECT_THAT(user.Told(), ElementsAre(kMainMissing)) << "the secondary folder isn't asked for";
     EXPECT_TRUE(archive.ArchiveLoadRefused);
-    EXPECT_EQ(archive.Levels[0].Name, "Other 0") << "the table stays loaded";
+    EXPECT_EQ(archive.Table[0].Name, "Other 0") << "the table stays loaded";
     EXPECT_EQ(profile.LastArchive, kOther);
 }
 

@@ -43,17 +43,27 @@ class ChangeTest : public test::CoreHome {
         LevelRecord level;
         level.Code = code;
         level.Name = name;
-        contents.Levels.insert(contents.Levels.end() - 1, level);
-        ++contents.Header.LevelCount;
+        contents.Table.Append(level);
         ASSERT_TRUE(WriteArchiveFile(profile.LastArchive, contents));
     }
     std::vector<std::string> NamesInFile() const {
         ArchiveContents contents;
         EXPECT_TRUE(ReadArchiveFile("C:\\Kelvash\\test.kva", contents));
         std::vector<std::string> names;
-        for (std::int32_t i = 0; i < contents.Header.LevelCount; ++i)
-            names.push_back(contents.Levels[static_cast<std::size_t>(i)].Name);
+        for (const LevelRecord& level : contents.Table)
+            names.push_back(level.Name);
         return names;
+    }
+    // The Archive's file as another program leaves it: with a level in front of that of the code 1.
+    void PutLevelInFront() {
+        ArchiveContents contents;
+        ASSERT_TRUE(ReadArchiveFile(profile.LastArchive, contents));
+        LevelRecord before;
+        before.Code = 7;
+        before.Name = "Before";
+        contents.Table.Append(contents.Table[1]);
+        contents.Table.Replace(1, before);
+        ASSERT_TRUE(WriteArchiveFile(profile.LastArchive, contents));
     }
     const std::string zero_ = "- TRLE: Original configuration -";
 };
@@ -96,7 +106,7 @@ TEST_F(ChangeTest, BringsTheArchiveUpToDate) {
     AddElsewhere(2, "Coast");
     const Change change(msg::kDoingAdd, kAll);
     EXPECT_TRUE(static_cast<bool>(change));
-    EXPECT_EQ(NextLevelCode(), 3);
+    EXPECT_EQ(archive.Table.NextCode(), 3);
     EXPECT_EQ(level_list.Items.size(), 3U);
     EXPECT_THAT(user.Told(), IsEmpty());
 }
@@ -105,13 +115,13 @@ TEST_F(ChangeTest, LeavesTheArchiveAloneWithinAnother) {
     const Change outer(msg::kDoingAdd, kAll);
     AddElsewhere(2, "Coast");
     const Change inner(msg::kDoingSizes, kArchiveFolder);
-    EXPECT_EQ(NextLevelCode(), 2);
+    EXPECT_EQ(archive.Table.NextCode(), 2);
 }
 
 TEST_F(ChangeTest, TakesAFileThatIsOnlyTouchedForTheSame) {
     fs::last_write_time(kva, fs::last_write_time(kva) + std::chrono::hours(1));
     EXPECT_FALSE(RefreshArchive());
-    archive.Levels[1].Name = "New name";
+    archive.Table.Edit(1)->Name = "New name";
     ArchiveTouched();
     EXPECT_THAT(NamesInFile(), ElementsAre(zero_, "New name"));
 }
@@ -119,7 +129,7 @@ TEST_F(ChangeTest, TakesAFileThatIsOnlyTouchedForTheSame) {
 TEST_F(ChangeTest, TakesNoDamagedFileForANewerOne) {
     test::MakeFile(kva, "");
     const Change change(msg::kDoingSizes, kAll);
-    EXPECT_EQ(archive.Header.LevelCount, 2);
+    EXPECT_EQ(archive.Table.Size(), 2);
 }
 
 TEST_F(ChangeTest, LocksTheFolderThatANewerFileNames) {
@@ -136,37 +146,43 @@ TEST_F(ChangeTest, LocksTheFolderThatANewerFileNames) {
 TEST_F(ChangeTest, IsRefusedForALevelThatAnotherProgramHasRemoved) {
     ArchiveContents contents;
     ASSERT_TRUE(ReadArchiveFile(profile.LastArchive, contents));
-    contents.Levels.erase(contents.Levels.begin() + 1);
-    --contents.Header.LevelCount;
+    contents.Table.Remove(1);
     ASSERT_TRUE(WriteArchiveFile(profile.LastArchive, contents));
     SelectLevel(1);
     EXPECT_FALSE(intake::ShowProperty()) << "another level would be shown";
     EXPECT_THAT(user.Told(),
                 ElementsAre("critical: The level is no longer in the Archive: another Kelvash has "
                             "removed it"));
-    EXPECT_EQ(archive.Header.LevelCount, 1);
+    EXPECT_EQ(archive.Table.Size(), 1);
+}
+
+TEST_F(ChangeTest, FindsItsLevelWhereItIsBehindTheDoor) {
+    PutLevelInFront();
+    const Change change(msg::kDoingSizes, kArchiveFolder, 1);
+    ASSERT_TRUE(static_cast<bool>(change));
+    EXPECT_EQ(change.Level().Index, 2) << "not where it was before";
+    EXPECT_EQ(change.Level().Name, "City");
+    EXPECT_EQ(change.Level().Folder, "C:\\Levels\\LEVEL_0001");
+}
+
+TEST_F(ChangeTest, OfNoLevelHasNone) {
+    const Change change(msg::kDoingSizes, kArchiveFolder);
+    EXPECT_FALSE(change.Level().IsListed());
 }
 
 TEST_F(ChangeTest, StoresNotesInTheLevelThatTheyAreOf) {
     intake::AuthorNotes notes = intake::BeginAuthorNotes(1);
     notes.Name = "Ann";
-    ArchiveContents contents;
-    ASSERT_TRUE(ReadArchiveFile(profile.LastArchive, contents));
-    LevelRecord before;
-    before.Code = 7;
-    before.Name = "Before";
-    contents.Levels.insert(contents.Levels.begin() + 1, before);
-    ++contents.Header.LevelCount;
-    ASSERT_TRUE(WriteArchiveFile(profile.LastArchive, contents));
+    PutLevelInFront();
     ASSERT_TRUE(intake::StoreAuthorNotes(notes));
-    EXPECT_EQ(LevelByCode(1).Author, "Ann");
-    EXPECT_EQ(LevelByCode(7).Author, "");
+    EXPECT_EQ(archive.Table.ByCode(1).Author, "Ann");
+    EXPECT_EQ(archive.Table.ByCode(7).Author, "");
     EXPECT_THAT(NamesInFile(), ElementsAre(zero_, "Before", "City"));
 }
 
 TEST_F(ChangeTest, AsksBeforeItOverwritesWhatAnotherProgramHasWritten) {
     profile.AutoSave = false;
-    archive.Levels[1].Name = "Mine";
+    archive.Table.Edit(1)->Name = "Mine";
     ArchiveTouched();
     AddElsewhere(2, "Coast");
     user.WillAnswer(

@@ -95,7 +95,7 @@ TEST_F(KeptFolders, BecomeLevelsAgain) {
     EXPECT_THAT(ListKept(), IsEmpty());
     EXPECT_EQ(test::BytesOf(levels / "LEVEL_0004/BACKUP_SAVEGAMES/savegame.0"), "saved");
     EXPECT_TRUE(fs::is_directory(levels / "LEVEL_0004/SCREENSHOTS"));
-    const LevelRecord& level = LevelByCode(4);
+    const LevelRecord& level = archive.Table.ByCode(4);
     EXPECT_EQ(level.Name, "Cave of Bats");
     EXPECT_EQ(level.FilesSize, 5);
     EXPECT_EQ(level.SavesSize, 5);
@@ -103,7 +103,7 @@ TEST_F(KeptFolders, BecomeLevelsAgain) {
     EXPECT_THAT(user.Told(), ElementsAre("plain: The kept folder is now the level: Cave of Bats"));
     ArchiveContents written;
     ASSERT_TRUE(ReadArchiveFile("C:\\Kelvash\\test.kva", written));
-    EXPECT_EQ(written.Header.LevelCount, 3);
+    EXPECT_EQ(written.Table.Size(), 3);
 }
 
 TEST_F(KeptFolders, AreNamedByTheirInfoFileThenByTheFolder) {
@@ -151,11 +151,11 @@ TEST_F(KeptFolders, AreTheOnlyOnesThatCanBeTaken) {
 TEST_F(KeptFolders, HoldALevelThatWasRemovedWithoutItsFolder) {
     user.MayBeTold("belongs to no level of this archive");
     test::MakeFile(levels / "LEVEL_0003/SAVEGAMES/savegame.0", "precious");
-    archive.Levels.erase(archive.Levels.begin() + 1); // as an older Archive file has it
-    archive.Header.LevelCount = 1;
-    EXPECT_EQ(NextLevelCode(), 1);
+    while (archive.Table.Size() > 1) // as an older Archive file has it
+        archive.Table.Remove(1);
+    EXPECT_EQ(archive.Table.NextCode(), 1);
     AddLevel(2, "Other", {});
-    ASSERT_TRUE(MakeWay(LevelFolder(NextLevelCode(), false)));
+    ASSERT_TRUE(MakeWay(LevelFolder(archive.Table.NextCode(), false)));
     EXPECT_EQ(test::BytesOf(Kept(OnlyKept()) / "SAVEGAMES/savegame.0"), "precious");
 }
 
@@ -169,7 +169,7 @@ TEST_F(KeptFolders, StayWhileAnotherProgramIsAtWork) {
     EXPECT_FALSE(TakeKeptLevel()) << "and nothing is asked";
     EXPECT_EQ(test::BytesOf(Kept("old") / "FILES/a.tr4"), "a");
     EXPECT_EQ(test::BytesOf(levels / "LEVEL_0004/FILES/b.tr4"), "b");
-    EXPECT_EQ(archive.Header.LevelCount, 2);
+    EXPECT_EQ(archive.Table.Size(), 2);
     EXPECT_EQ(user.Told().size(), 2U);
 }
 
@@ -179,15 +179,14 @@ TEST_F(KeptFolders, BecomeLevelsBesideThoseThatAnotherProgramAdded) {
     LevelRecord level;
     level.Code = 4;
     level.Name = "Coast";
-    newer.Levels.insert(newer.Levels.end() - 1, level);
-    ++newer.Header.LevelCount;
+    newer.Table.Append(level);
     ASSERT_TRUE(WriteArchiveFile("C:\\Kelvash\\test.kva", newer));
     test::MakeFile(levels / "LEVEL_0004/FILES/coast.tr4", "coast");
     test::MakeFile(Kept("old") / "FILES/a.tr4", "a");
     EXPECT_EQ(TakeKept("old"), 5);
     EXPECT_EQ(test::BytesOf(levels / "LEVEL_0004/FILES/coast.tr4"), "coast");
     EXPECT_EQ(test::BytesOf(levels / "LEVEL_0005/FILES/a.tr4"), "a");
-    EXPECT_EQ(LevelByCode(4).Name, "Coast");
+    EXPECT_EQ(archive.Table.ByCode(4).Name, "Coast");
 }
 
 TEST_F(KeptFolders, AreGivenBackWhenTheArchiveCannotBeSaved) {
@@ -197,7 +196,7 @@ TEST_F(KeptFolders, AreGivenBackWhenTheArchiveCannotBeSaved) {
     EXPECT_EQ(TakeKept("old"), -1);
     EXPECT_EQ(test::BytesOf(Kept("old") / "FILES/a.tr4"), "a");
     EXPECT_FALSE(test::Exists(levels / "LEVEL_0004"));
-    EXPECT_EQ(archive.Header.LevelCount, 2);
+    EXPECT_EQ(archive.Table.Size(), 2);
     EXPECT_FALSE(archive.ArchiveChanged);
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error while saving archive: C:\\Kelvash\\test.kva",
                                          "critical: I can not take back the kept folder: "

@@ -46,8 +46,8 @@ TEST_F(LevelListTest, MarksLevelZeroWithoutAMarker) {
 
 TEST_F(LevelListTest, StoresTheTrimmedNameBackAndKeepsTheTable) {
     RefreshLevelList();
-    EXPECT_EQ(archive.Levels[2].Name, "Apple");
-    EXPECT_EQ(archive.Levels[1].Code, 4) << "nothing sorts the table";
+    EXPECT_EQ(archive.Table[2].Name, "Apple");
+    EXPECT_EQ(archive.Table[1].Code, 4) << "nothing sorts the table";
 }
 
 TEST_F(LevelListTest, SelectsTheFirstWhenNoneWasSelected) {
@@ -61,7 +61,7 @@ TEST_F(LevelListTest, KeepsTheSelectedLevelWhereverItGoes) {
     RefreshLevelList();
     SelectLevel(4);
     EXPECT_EQ(level_list.Selected, 3);
-    archive.Levels[1].Name = "aardvark";
+    archive.Table.Edit(1)->Name = "aardvark";
     RefreshLevelList();
     EXPECT_EQ(level_list.Selected, 1);
     EXPECT_EQ(SelectedLevel(), 4);
@@ -70,8 +70,7 @@ TEST_F(LevelListTest, KeepsTheSelectedLevelWhereverItGoes) {
 TEST_F(LevelListTest, SelectsTheFirstWhenTheSelectedIsGone) {
     RefreshLevelList();
     SelectLevel(4);
-    archive.Levels.erase(archive.Levels.begin() + 1);
-    --archive.Header.LevelCount;
+    archive.Table.Remove(1);
     RefreshLevelList();
     EXPECT_EQ(level_list.Selected, 0);
 }

@@ -278,7 +278,7 @@ TEST_F(Moving, CopiesOfTheMoveOfAnotherArchiveAreForeign) {
 }
 
 TEST_F(Moving, FilesOnDiskOfALevelOnCdComeAlong) {
-    archive.Levels[1].CdNumber = 1;
+    archive.Table.Edit(1)->CdNumber = 1;
     archive.Header.CdCount = 1;
     archive.Header.MainFolder = "D:\\cd";
     const std::string question =

@@ -34,14 +34,14 @@ TEST_F(NewArchiveTest, HoldsLevelZeroAlone) {
     EXPECT_EQ(header.Version, 1);
     EXPECT_EQ(header.MainFolder, "C:\\Levels");
     EXPECT_EQ(header.SecondaryFolder, "C:\\Levels");
-    EXPECT_EQ(header.LevelCount, 1);
+    EXPECT_EQ(archive.Table.Size(), 1);
     EXPECT_EQ(header.CdCount, 0);
     EXPECT_FALSE(header.CompressFiles);
     EXPECT_FALSE(header.EncodeWavInMp3);
     EXPECT_FALSE(header.CdInstallPending);
     EXPECT_EQ(header.MainFolderSize, 0);
     EXPECT_EQ(header.SecondaryFolderSize, 0);
-    const LevelRecord& level = archive.Levels[0];
+    const LevelRecord& level = archive.Table[0];
     EXPECT_EQ(level.Code, 0);
     EXPECT_EQ(level.CdNumber, 0);
     EXPECT_EQ(level.Name, "- TRLE: Original configuration -");
@@ -77,11 +77,11 @@ TEST_F(NewArchiveTest, CountsTheSizeOfLevelZero) {
     MakeFile(home / "LEVEL_0000" / "SAVEGAMES" / "savegame.0", std::string(30, 'x'));
     user.WillAnswer(kCaption, "C:\\Levels");
     EXPECT_TRUE(NewArchive());
-    EXPECT_EQ(archive.Levels[0].FilesSize, 1000);
-    EXPECT_EQ(archive.Levels[0].SavesSize, 30);
+    EXPECT_EQ(archive.Table[0].FilesSize, 1000);
+    EXPECT_EQ(archive.Table[0].SavesSize, 30);
     EXPECT_EQ(archive.Header.MainFolderSize, 1000);
     EXPECT_EQ(archive.Header.SecondaryFolderSize, 30);
-    EXPECT_EQ(archive.Levels[0].MoreInfoFile, "manual.pdf");
+    EXPECT_EQ(archive.Table[0].MoreInfoFile, "manual.pdf");
 }
 
 TEST_F(NewArchiveTest, PrefersPdfThenHtmThenHtmlAsDocument) {
@@ -89,7 +89,7 @@ TEST_F(NewArchiveTest, PrefersPdfThenHtmThenHtmlAsDocument) {
     const auto document = [this] {
         user.WillAnswer(kCaption, "C:\\Levels");
         EXPECT_TRUE(NewArchive());
-        return archive.Levels[0].MoreInfoFile;
+        return archive.Table[0].MoreInfoFile;
     };
     MakeFile(files / "a.html", "");
     MakeFile(files / "readme.txt", "");
@@ -116,8 +116,8 @@ TEST_F(NewArchiveTest, GivesUpWhenTheFolderIsCancelled) {
     AddRecord(5, "Five");
     user.WillAnswer(kCaption, "cancel");
     EXPECT_FALSE(NewArchive());
-    EXPECT_EQ(archive.Header.LevelCount, 1);
-    EXPECT_EQ(archive.Levels[0].Name, "- TRLE: Original configuration -");
+    EXPECT_EQ(archive.Table.Size(), 1);
+    EXPECT_EQ(archive.Table[0].Name, "- TRLE: Original configuration -");
     EXPECT_EQ(profile.LastArchive, "") << "the one record must not be saved over the old file";
     EXPECT_FALSE(Exists(home / "LevelArchive.kva"));
 }

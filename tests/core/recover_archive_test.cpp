@@ -34,10 +34,10 @@ TEST_F(Recovery, LevelsComeFromTheFolders) {
     Put("LEVEL_0000/FILES/c.tr4", "none");
     EXPECT_TRUE(Recover());
     EXPECT_THAT(Codes(), ElementsAre(0, 2, 10));
-    EXPECT_EQ(archive.Levels[0].Name, "- TRLE: Original configuration -");
-    EXPECT_EQ(archive.Levels[1].Name, "Level Name 2");
-    EXPECT_EQ(archive.Levels[2].Name, "Level Name 10");
-    EXPECT_EQ(archive.Levels[1].FilesSize, 5);
+    EXPECT_EQ(archive.Table[0].Name, "- TRLE: Original configuration -");
+    EXPECT_EQ(archive.Table[1].Name, "Level Name 2");
+    EXPECT_EQ(archive.Table[2].Name, "Level Name 10");
+    EXPECT_EQ(archive.Table[1].FilesSize, 5);
     EXPECT_EQ(archive.Header.MainFolder, "C:\\old");
     EXPECT_EQ(archive.Header.SecondaryFolder, "C:\\old");
     EXPECT_EQ(archive.Header.CdCount, 0);

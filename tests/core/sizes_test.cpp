@@ -48,17 +48,17 @@ TEST_F(Sizes, OfTheArchiveAreCountedAnew) {
     AddRecord(2, "Missing folder");
     Fill(home / "LEVEL_0000", 300, 30);
     Fill(levels / "LEVEL_0001", 500, 40);
-    archive.Levels[2].FilesSize = 999;
-    archive.Levels[2].SavesSize = 999;
+    archive.Table.Edit(2)->FilesSize = 999;
+    archive.Table.Edit(2)->SavesSize = 999;
     archive.Header.MainFolderSize = 5;
     archive.Header.SecondaryFolderSize = 5;
     ComputeArchiveSize(Report::Silent);
-    EXPECT_EQ(archive.Levels[0].FilesSize, 300);
-    EXPECT_EQ(archive.Levels[1].FilesSize, 500);
-    EXPECT_EQ(archive.Levels[2].FilesSize, 0);
-    EXPECT_EQ(archive.Levels[0].SavesSize, 30);
-    EXPECT_EQ(archive.Levels[1].SavesSize, 40);
-    EXPECT_EQ(archive.Levels[2].SavesSize, 0);
+    EXPECT_EQ(archive.Table[0].FilesSize, 300);
+    EXPECT_EQ(archive.Table[1].FilesSize, 500);
+    EXPECT_EQ(archive.Table[2].FilesSize, 0);
+    EXPECT_EQ(archive.Table[0].SavesSize, 30);
+    EXPECT_EQ(archive.Table[1].SavesSize, 40);
+    EXPECT_EQ(archive.Table[2].SavesSize, 0);
     EXPECT_EQ(archive.Header.MainFolderSize, 800);
     EXPECT_EQ(archive.Header.SecondaryFolderSize, 70);
     EXPECT_EQ(fs::file_size(kva), 546U + 3U * 1634U) << "saved";
@@ -68,10 +68,10 @@ TEST_F(Sizes, OfTheArchiveAreCountedAnew) {
 TEST_F(Sizes, OfFilesOnCdStandAsTheyAre) {
     AddRecord(1, "One", 2);
     Fill(levels / "LEVEL_0001", 500, 40);
-    archive.Levels[1].FilesSize = 7777;
+    archive.Table.Edit(1)->FilesSize = 7777;
     ComputeArchiveSize(Report::Silent);
-    EXPECT_EQ(archive.Levels[1].FilesSize, 7777);
-    EXPECT_EQ(archive.Levels[1].SavesSize, 40);
+    EXPECT_EQ(archive.Table[1].FilesSize, 7777);
+    EXPECT_EQ(archive.Table[1].SavesSize, 40);
     EXPECT_EQ(archive.Header.MainFolderSize, 7777);
 }
 
@@ -92,25 +92,25 @@ TEST_F(Sizes, AreToldInThreeLines) {
 TEST_F(Sizes, OfOneLevelMoveTheSumsByTheDifference) {
     AddRecord(1, "One");
     Fill(levels / "LEVEL_0001", 500, 40);
-    archive.Levels[1].FilesSize = 600;
-    archive.Levels[1].SavesSize = 10;
+    archive.Table.Edit(1)->FilesSize = 600;
+    archive.Table.Edit(1)->SavesSize = 10;
     archive.Header.MainFolderSize = 1000;
     archive.Header.SecondaryFolderSize = 100;
-    CountLevelSize(1);
-    EXPECT_EQ(archive.Levels[1].FilesSize, 500);
-    EXPECT_EQ(archive.Levels[1].SavesSize, 40);
+    CountLevelSize(PlaceAt(1));
+    EXPECT_EQ(archive.Table[1].FilesSize, 500);
+    EXPECT_EQ(archive.Table[1].SavesSize, 40);
     EXPECT_EQ(archive.Header.MainFolderSize, 900);
     EXPECT_EQ(archive.Header.SecondaryFolderSize, 130);
 }
 
 TEST_F(Sizes, OfOneLevelMoveTheSumsByMoreThanAFieldHolds) {
     AddRecord(1, "One");
-    archive.Levels[1].FilesSize = -2147483647 - 1;
+    archive.Table.Edit(1)->FilesSize = -2147483647 - 1;
     fs::create_directories(levels / "LEVEL_0001" / "FILES");
     MakeFile(levels / "LEVEL_0001" / "FILES" / "big", "");
     fs::resize_file(levels / "LEVEL_0001" / "FILES" / "big", 2147483647);
-    CountLevelSize(1);
-    EXPECT_EQ(archive.Levels[1].FilesSize, 2147483647);
+    CountLevelSize(PlaceAt(1));
+    EXPECT_EQ(archive.Table[1].FilesSize, 2147483647);
     EXPECT_EQ(archive.Header.MainFolderSize, 4294967295.0);
 }
 

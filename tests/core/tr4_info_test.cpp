@@ -36,12 +36,12 @@ TEST_F(Tr4InfoTest, TheFileHoldsACountAndTheRecords) {
     AddLevel(1, "One");
     // 2.5 and -1 as IEEE 754 doubles.
     Tr4List = {{"maze.tr4", 2.5, 1000}, {"ÄTHER.TR4", -1, 0x12345678}};
-    ASSERT_TRUE(WriteTr4Info(1));
+    ASSERT_TRUE(WriteTr4Info(PlaceAt(1)));
     EXPECT_EQ(test::BytesOf(Folder(1) / "tr4.inf"), "\2\0\0\0"s + Name("maze.tr4") + "\0\0\0\0\0\0\4\x40"s +
                                                         "\xE8\3\0\0"s + Name("\xC4THER.TR4") +
                                                         "\0\0\0\0\0\0\xF0\xBF"s + "\x78\x56\x34\x12"s);
     Tr4List.clear();
-    ASSERT_TRUE(ReadTr4Info(1));
+    ASSERT_TRUE(ReadTr4Info(PlaceOf(1)));
     ASSERT_EQ(Tr4List.size(), 2U);
     EXPECT_EQ(Tr4List[1].FileName, "ÄTHER.TR4");
     EXPECT_EQ(Tr4List[1].FileDate, -1);
@@ -51,7 +51,7 @@ TEST_F(Tr4InfoTest, TheFileHoldsACountAndTheRecords) {
 TEST_F(Tr4InfoTest, AMissingFileIsNone) {
     AddLevel(1, "One");
     Tr4List = {{"left", 0, 0}};
-    EXPECT_FALSE(ReadTr4Info(1));
+    EXPECT_FALSE(ReadTr4Info(PlaceOf(1)));
     EXPECT_THAT(Tr4List, IsEmpty());
 }
 
@@ -98,10 +98,10 @@ TEST_F(Tr4InfoTest, EqualAreNameAndSizeNotTheDate) {
     AddLevel(1, "One");
     AddLevel(2, "Two");
     Tr4List = {{"Maze.TR4", 5, 100}, {"x.tr4", 5, 7}};
-    ASSERT_TRUE(WriteTr4Info(1));
+    ASSERT_TRUE(WriteTr4Info(PlaceAt(1)));
     EqualLevel equal;
     EXPECT_TRUE(CheckEqualLevels({{"maze.tr4", 9, 100}}, 2, equal));
-    EXPECT_EQ(equal.Code, 1);
+    EXPECT_EQ(equal.Level.Code, 1);
     EXPECT_EQ(equal.FileName, "Maze.TR4");
     EXPECT_FALSE(CheckEqualLevels({{"maze.tr4", 5, 101}}, 2, equal));
     EXPECT_FALSE(CheckEqualLevels({{"maze.tr", 5, 100}}, 2, equal));
@@ -127,7 +127,7 @@ TEST_F(Tr4InfoTest, APairIsReportedOnceForEachDirection) {
     AddLevel(3, "Three");
     Put(3, "other.tr4", "x");
     Tr4List = {{"maze.tr4", 0, 4}};
-    ASSERT_TRUE(WriteTr4Info(1) && WriteTr4Info(2));
+    ASSERT_TRUE(WriteTr4Info(PlaceAt(1)) && WriteTr4Info(PlaceAt(2)));
     user.WillAnswer(
         "Warning: tr4 file maze.tr4 has same name and same size of tr4 file in level: Two\r\n"
         "Continue scanning for equal levels?",
@@ -145,7 +145,7 @@ TEST_F(Tr4InfoTest, TheFirstFileOfTheFirstOtherLevelIsReported) {
     AddLevel(2, "Two");
     AddLevel(3, "Three");
     Tr4List = {{"b.tr4", 0, 2}, {"a.tr4", 0, 1}};
-    ASSERT_TRUE(WriteTr4Info(2) && WriteTr4Info(3));
+    ASSERT_TRUE(WriteTr4Info(PlaceAt(2)) && WriteTr4Info(PlaceAt(3)));
     Put(1, "A.TR4", "1");
     Put(1, "B.tr4", "22");
     user.WillAnswer("tr4 file b.tr4 has same name and same size of tr4 file in level: Two\r\n", "yes");
@@ -162,7 +162,7 @@ TEST_F(Tr4InfoTest, NoEqualLevelIsToldAndNoEndsTheScan) {
                 ElementsAre("plain: Check for equal levels terminated.\r\nThere is no equal level."));
     user.Forget();
     Tr4List = {{"maze.tr4", 0, 4}};
-    ASSERT_TRUE(WriteTr4Info(1) && WriteTr4Info(2));
+    ASSERT_TRUE(WriteTr4Info(PlaceAt(1)) && WriteTr4Info(PlaceAt(2)));
     user.WillAnswer("Continue scanning for equal levels?", "no");
     EXPECT_EQ(ControllaUguali(), -1);
     EXPECT_THAT(user.Told(), IsEmpty());

@@ -17,12 +17,12 @@ class AuthorNotesTest : public test::CoreHome {
   protected:
     AuthorNotesTest() {
         AddRecord(1, "City");
-        Record().Author = "Ann ";
-        Record().Emails = "ann@a.org\0ann@b.org"s;
-        Record().Sites = "http://a.org";
-        Record().AuthorNote = "Play on";
+        core::archive.Table.Edit(1)->Author = "Ann ";
+        core::archive.Table.Edit(1)->Emails = "ann@a.org\0ann@b.org"s;
+        core::archive.Table.Edit(1)->Sites = "http://a.org";
+        core::archive.Table.Edit(1)->AuthorNote = "Play on";
     }
-    static core::LevelRecord& Record() { return core::archive.Levels[1]; }
+    static const core::LevelRecord& Record() { return core::archive.Table[1]; }
     AuthorNotes Begun() const { return BeginAuthorNotes(1); }
 };
 
@@ -35,7 +35,7 @@ TEST_F(AuthorNotesTest, ShowsTheListsItemByItem) {
 }
 
 TEST_F(AuthorNotesTest, AnEmptyFieldHasNoItems) {
-    Record().Emails.clear();
+    core::archive.Table.Edit(1)->Emails.clear();
     EXPECT_THAT(Begun().Emails, IsEmpty());
 }
 

@@ -70,13 +70,14 @@ TEST_F(Export, HoldsTheFilesAndThePackageFile) {
 
 TEST_F(Export, ThePackageFileSaysWhatTheRecordDoes) {
     AddLevel(1, " The Maze ", kMaze);
-    core::LevelRecord& record = core::archive.Levels[1];
+    core::LevelRecord record = core::archive.Table[1];
     record.Note = "note";
     record.Author = "Ada";
     record.Emails = "a@x.org\0b@x.org"s;
     record.Sites = "http://x.org";
     record.AuthorNote = "Hello";
     record.MoreInfoFile = "readme.txt";
+    core::archive.Table.Replace(1, record);
     LevelConfig.ExeKind = "ZIP";
     LevelConfig.UseWads = "left over";
     ConfigApplied = true;
@@ -184,7 +185,7 @@ TEST_F(Export, FailuresAreToldAndLeaveNothing) {
     EXPECT_FALSE(ExportLevel());
     EXPECT_EQ(user.Told().back(), "exclamation: No selected level");
     AddLevel(1, "On CD", {});
-    core::archive.Levels[1].CdNumber = 1;
+    core::archive.Table.Edit(1)->CdNumber = 1;
     AddLevel(2, "Damaged", {{"maze.tr4.zl", "no stream"}});
     AddLevel(3, "Good", kMaze);
     Select(1);
@@ -312,16 +313,16 @@ TEST_P(RoundTrip, AddingAnExportedLevelGivesTheSameLevel) {
     const Generated made = Generate(GetParam());
     AddLevel(1, made.record.Name, {made.files.begin(), made.files.end()},
              {made.saves.begin(), made.saves.end()});
-    core::LevelRecord& record = core::archive.Levels[1];
-    record = made.record;
+    core::LevelRecord record = made.record;
     record.Code = 1;
+    core::archive.Table.Replace(1, record);
     core::profile.CheckEqualLevels = false;
     core::archive.Header.CompressFiles = GetParam() % 2 == 1;
     Select(1);
     ASSERT_TRUE(ExportTo("C:\\out.zip"));
     AddLevels({"C:\\out.zip"});
     ASSERT_EQ(user.Told().back(), "plain: Added levels: 1 of 1") << testing::PrintToString(user.Told());
-    const core::LevelRecord& added = core::archive.Levels[2];
+    const core::LevelRecord& added = core::archive.Table[2];
     EXPECT_EQ(added.Name, made.record.Name);
     EXPECT_EQ(added.Note, made.record.Note);
     EXPECT_EQ(added.Author, made.record.Author);

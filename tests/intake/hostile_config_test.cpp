@@ -52,7 +52,7 @@ class HostileConfig : public test::IntakeHome {
     }
     // The dialog on a new level with these files; each time it has nothing of the last one.
     void Open(const Files& files) {
-        if (level.LevelIndex < 0) {
+        if (!level.Level.IsListed()) {
             OpenNew(files);
             return;
         }
@@ -60,7 +60,7 @@ class HostileConfig : public test::IntakeHome {
             fs::remove(Work() / name);
         for (const auto& [name, bytes] : files)
             test::MakeFile(Work() / name, bytes);
-        BeginLevel(level, 1);
+        BeginLevel(level, core::PlaceAt(1));
     }
     void Apply() {
         LevelConfig.FileCount = static_cast<std::int32_t>(LevelConfig.FileNames.size());
@@ -248,8 +248,7 @@ TEST_F(HostileConfig, ItsLevelIsAddedAllTheSame) {
         EXPECT_TRUE(path.find("/LEVEL_") != std::string::npos || path.ends_with(".kva") ||
                     path.ends_with(".lock") || before.contains(path))
             << path;
-    const std::int32_t code =
-        core::archive.Levels[static_cast<std::size_t>(core::archive.Header.LevelCount) - 1].Code;
+    const std::int32_t code = core::archive.Table[core::archive.Table.Size() - 1].Code;
     EXPECT_THAT(StoredNames(code), ElementsAre("english.dat", "maze.tr4", "script.dat"));
 }
 

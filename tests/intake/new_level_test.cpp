@@ -24,13 +24,13 @@ class NewLevelTest : public test::IntakeHome {
   protected:
     const Files kGood = {{"maze.tr4", "level data"}, {"script.dat", "script"}, {"english.dat", "words"}};
     void CancelIn(NewLevel& open) { CancelLevel(open); }
-    std::int32_t Count() const { return core::archive.Header.LevelCount; }
+    std::int32_t Count() const { return core::archive.Table.Size(); }
 };
 
 TEST_F(NewLevelTest, AddingMakesRecordAndFoldersAndSelectsTheLevel) {
     core::profile.AutoSave = true;
     WillWork([&](NewLevel& open) {
-        EXPECT_EQ(open.LevelIndex, 1);
+        EXPECT_EQ(open.Level.Index, 1);
         EXPECT_TRUE(open.IsNewLevel);
         EXPECT_TRUE(open.FilesChanged);
         EXPECT_FALSE(open.UsesTempFolder);
@@ -45,8 +45,8 @@ TEST_F(NewLevelTest, AddingMakesRecordAndFoldersAndSelectsTheLevel) {
     });
     EXPECT_TRUE(intake::AddLevel());
     EXPECT_EQ(Count(), 2);
-    EXPECT_EQ(core::archive.Levels[1].Name, "The Maze");
-    EXPECT_EQ(core::archive.Levels[1].Code, 1);
+    EXPECT_EQ(core::archive.Table[1].Name, "The Maze");
+    EXPECT_EQ(core::archive.Table[1].Code, 1);
     EXPECT_EQ(core::SelectedLevel(), 1);
     for (const char* folder : {"FILES", "SAVEGAMES", "BACKUP_SAVEGAMES", "SCREENSHOTS"})
         EXPECT_TRUE(std::filesystem::is_directory(levels / "LEVEL_0001" / folder)) << folder;
@@ -164,10 +164,10 @@ TEST_F(NewLevelTest, ADamagedZipIsTold) {
 TEST_F(NewLevelTest, PropertiesShowTheRecordAndItsSizes) {
     AddLevel(1, " The Maze ", {{"maze.tr4", "x"}, {"Story.txt", "y"}});
     AddLevel(2, "Last", {});
-    core::archive.Levels[1].Note = "a note";
-    core::archive.Levels[1].MoreInfoFile = "STORY.TXT";
-    core::archive.Levels[1].FilesSize = 2097152;
-    core::archive.Levels[1].SavesSize = 1024;
+    core::archive.Table.Edit(1)->Note = "a note";
+    core::archive.Table.Edit(1)->MoreInfoFile = "STORY.TXT";
+    core::archive.Table.Edit(1)->FilesSize = 2097152;
+    core::archive.Table.Edit(1)->SavesSize = 1024;
     OpenProperties(1);
     EXPECT_FALSE(level.IsNewLevel);
     EXPECT_FALSE(level.FilesChanged);
@@ -181,12 +181,12 @@ TEST_F(NewLevelTest, PropertiesShowTheRecordAndItsSizes) {
 TEST_F(NewLevelTest, CancelOfPropertiesRestoresTheRecordAndLeavesTheFolder) {
     AddLevel(1, "The Maze", kGood);
     OpenProperties(1); // the last one, so treated like a new level
-    Record().Name = "changed";
-    Record().Author = "changed";
+    core::archive.Table.Edit(level.Level.Index)->Name = "changed";
+    core::archive.Table.Edit(level.Level.Index)->Author = "changed";
     CancelLevel(level);
     EXPECT_EQ(level.State, FormState::Cancelled);
-    EXPECT_EQ(core::archive.Levels[1].Name, "The Maze");
-    EXPECT_EQ(core::archive.Levels[1].Author, "");
+    EXPECT_EQ(core::archive.Table[1].Name, "The Maze");
+    EXPECT_EQ(core::archive.Table[1].Author, "");
     EXPECT_THAT(StoredNames(), ElementsAre("english.dat", "maze.tr4", "script.dat"));
 }
 
@@ -232,9 +232,9 @@ TEST_F(NewLevelTest, AFormThatNobodyEndsGivesTheLevelUp) {
     AddLevel(1, "The Maze", kGood);
     core::RefreshLevelList();
     core::SelectLevel(1);
-    WillWork([](NewLevel& open) { core::archive.Levels[1].Name = open.Name = "Renamed"; });
+    WillWork([](NewLevel& open) { core::archive.Table.Edit(1)->Name = open.Name = "Renamed"; });
     EXPECT_FALSE(ShowProperty());
-    EXPECT_EQ(core::archive.Levels[1].Name, "The Maze");
+    EXPECT_EQ(core::archive.Table[1].Name, "The Maze");
 }
 
 TEST_F(NewLevelTest, PropertiesNeedASelection) {
@@ -249,7 +249,7 @@ TEST_F(NewLevelTest, PropertiesSaveTheArchiveAndRefreshTheList) {
     core::RefreshLevelList();
     core::SelectLevel(1);
     WillWork([](NewLevel& open) {
-        EXPECT_EQ(open.LevelIndex, 1);
+        EXPECT_EQ(open.Level.Index, 1);
         open.Name = "Renamed";
         StoreLevel(open);
     });
@@ -265,9 +265,9 @@ TEST_F(NewLevelTest, SeveralSourcesAreTakenInOneAfterTheOther) {
         test::MakeFile(drive / "in/Two" / name, bytes + " of another");
     AddLevels({"C:\\in\\One.zip", "C:\\in\\Bad.zip", "C:\\in\\Two"});
     EXPECT_EQ(Count(), 3);
-    EXPECT_EQ(core::archive.Levels[1].Name, "One");
-    EXPECT_EQ(core::archive.Levels[2].Name, "Two");
-    EXPECT_EQ(core::archive.Levels[2].Code, 2);
+    EXPECT_EQ(core::archive.Table[1].Name, "One");
+    EXPECT_EQ(core::archive.Table[2].Name, "Two");
+    EXPECT_EQ(core::archive.Table[2].Code, 2);
     EXPECT_EQ(user.Told().back(), "plain: Added levels: 2 of 3\r\nNot added:\r\nC:\\in\\Bad.zip");
     EXPECT_EQ(test::BytesOf(levels / "LEVEL_0002/FILES/maze.tr4"), "level data of another");
 }

@@ -57,12 +57,12 @@ TEST_P(PackageMatrix, BecomesTheExpectedLevel) {
     const bool added = !package.level_name.empty();
     EXPECT_THAT(told.back(),
                 testing::StartsWith("plain: Added levels: " + std::to_string(added ? 1 : 0) + " of 1"));
-    EXPECT_EQ(core::archive.Header.LevelCount, added ? 2 : 1);
+    EXPECT_EQ(core::archive.Table.Size(), added ? 2 : 1);
     EXPECT_EQ(test::Exists(levels / "LEVEL_0001"), added);
     EXPECT_FALSE(test::Exists(drive / "evil.txt"));
     EXPECT_FALSE(test::Exists(levels / "evil.txt"));
     if (!added) return;
-    EXPECT_EQ(core::archive.Levels[1].Name, package.level_name);
+    EXPECT_EQ(core::archive.Table[1].Name, package.level_name);
     EXPECT_EQ(StoredNames(), package.stored);
     EXPECT_EQ(NamesIn(StashPath(1)), package.stash);
     EXPECT_EQ(NamesIn(LevelPath(1) / "SCREENSHOTS"), package.shots);

@@ -125,7 +125,7 @@ TEST_F(PropertiesTest, OfTheLastLevelLoseNoEditThroughTheQuestionOfNewLevels) {
     for (std::int32_t code : {1, 2}) {
         AddLevel(code, "Twin", kGood);
         core::ListTr4("C:\\Levels\\LEVEL_000" + std::to_string(code) + "\\FILES");
-        ASSERT_TRUE(core::WriteTr4Info(code));
+        ASSERT_TRUE(core::WriteTr4Info(core::PlaceAt(code)));
     }
     OpenProperties(2);
     EXPECT_TRUE(level.IsNewLevel);

@@ -52,7 +52,7 @@ TEST_F(StoreLevelTest, StoresNameNoteAndDocument) {
 
 TEST_F(StoreLevelTest, NoneSelectedClearsTheDocument) {
     OpenGood();
-    Record().MoreInfoFile = "old.txt";
+    core::archive.Table.Edit(level.Level.Index)->MoreInfoFile = "old.txt";
     level.MoreInfo = 0;
     Store();
     EXPECT_EQ(Record().MoreInfoFile, "");
@@ -168,19 +168,19 @@ TEST_F(StoreLevelTest, PropertiesOfTheLastLevelChooseTheLanguageToo) {
 TEST_F(StoreLevelTest, AnEqualLevelAsksAndTheAnswerNoCancels) {
     AddLevel(1, "Older", {{"MAZE.TR4", "level data"}});
     core::ListTr4("C:\\Levels\\LEVEL_0001\\FILES");
-    ASSERT_TRUE(core::WriteTr4Info(1));
+    ASSERT_TRUE(core::WriteTr4Info(core::PlaceAt(1)));
     AddLevel(2, "", kGood);
     const std::string question =
         "Warning: current tr4 file \"MAZE.TR4\" has same name and same size of tr4 file "
         "in level \"Older\"\r\nHowever, would you like add this (not too) new level?";
-    BeginNewLevel(level, 2, {});
+    BeginNewLevel(level, core::PlaceAt(2), {});
     level.Name = "Again";
     user.WillAnswer(question, "no");
     Store();
     EXPECT_EQ(level.State, FormState::Cancelled);
     EXPECT_EQ(Record().Name, "");
     EXPECT_THAT(user.Shown(), Contains("Verify if tr4 files are equal of other archived levels "));
-    BeginNewLevel(level, 2, {});
+    BeginNewLevel(level, core::PlaceAt(2), {});
     level.Name = "Again";
     user.WillAnswer(question, "yes");
     Store();
@@ -191,9 +191,9 @@ TEST_F(StoreLevelTest, TheCheckForEqualLevelsCanBeSwitchedOff) {
     core::profile.CheckEqualLevels = false;
     AddLevel(1, "Older", {{"maze.tr4", "level data"}});
     core::ListTr4("C:\\Levels\\LEVEL_0001\\FILES");
-    ASSERT_TRUE(core::WriteTr4Info(1));
+    ASSERT_TRUE(core::WriteTr4Info(core::PlaceAt(1)));
     AddLevel(2, "", kGood);
-    BeginNewLevel(level, 2, {});
+    BeginNewLevel(level, core::PlaceAt(2), {});
     level.Name = "Again";
     Store();
     EXPECT_EQ(level.State, FormState::Saved);
@@ -205,18 +205,18 @@ TEST_F(StoreLevelTest, TheSameFileIsFoundWithAnotherDateAndNotInTheLevelItself) 
     for (std::int32_t index : {1, 2}) {
         core::ListTr4(core::FilesFolder(core::LevelFolder(index, false)));
         core::Tr4List.front().FileDate = 1.5 * index;
-        ASSERT_TRUE(core::WriteTr4Info(index));
+        ASSERT_TRUE(core::WriteTr4Info(core::PlaceAt(index)));
     }
     std::string name;
     user.percents.clear();
-    EXPECT_EQ(FindSameTr4("C:\\Levels\\LEVEL_0001\\FILES", 1, name), 2);
+    EXPECT_EQ(FindSameTr4("C:\\Levels\\LEVEL_0001\\FILES", core::PlaceAt(1), name), 2);
     EXPECT_EQ(name, "Maze.TR4");
     EXPECT_THAT(user.percents, ElementsAre(0, 50, 100, 0)); // of three places, then reset
-    EXPECT_EQ(FindSameTr4("C:\\Levels\\LEVEL_0002\\FILES", 2, name), 1);
+    EXPECT_EQ(FindSameTr4("C:\\Levels\\LEVEL_0002\\FILES", core::PlaceAt(2), name), 1);
     // Without level files in the folder the saved information counts, and without that nothing does.
-    EXPECT_EQ(FindSameTr4("C:\\nowhere", 1, name), 2);
+    EXPECT_EQ(FindSameTr4("C:\\nowhere", core::PlaceAt(1), name), 2);
     std::filesystem::remove(LevelPath(1) / "tr4.inf");
-    EXPECT_EQ(FindSameTr4("C:\\nowhere", 1, name), -1);
+    EXPECT_EQ(FindSameTr4("C:\\nowhere", core::PlaceAt(1), name), -1);
 }
 
 TEST_F(StoreLevelTest, NamesAreComparedByTheirFirstEightyCharacters) {
@@ -224,9 +224,9 @@ TEST_F(StoreLevelTest, NamesAreComparedByTheirFirstEightyCharacters) {
     AddLevel(1, "Long", {{longest + "1.tr4", "level data"}});
     AddLevel(2, "Longer", {{longest + "2.tr4", "LEVEL DATA"}});
     core::ListTr4("C:\\Levels\\LEVEL_0001\\FILES");
-    ASSERT_TRUE(core::WriteTr4Info(1));
+    ASSERT_TRUE(core::WriteTr4Info(core::PlaceAt(1)));
     std::string name;
-    EXPECT_EQ(FindSameTr4("C:\\Levels\\LEVEL_0002\\FILES", 2, name), 1);
+    EXPECT_EQ(FindSameTr4("C:\\Levels\\LEVEL_0002\\FILES", core::PlaceAt(2), name), 1);
     EXPECT_EQ(name, longest);
 }
 
@@ -345,7 +345,8 @@ TEST_F(StoreLevelTest, TheJpegOfACompressedLoadScreenIsNoSecondScreenshot) {
         core::archive.Header.CompressFiles = true;
         core::profile.NoDecompress = no_decompress;
         std::filesystem::remove_all(LevelPath(1));
-        core::archive.Header.LevelCount = 1;
+        while (core::archive.Table.Size() > 1)
+            core::archive.Table.Remove(1);
         OpenNew();
         for (const auto& [name, bytes] : kGood)
             test::MakeFile(Work() / name, bytes);
@@ -464,7 +465,7 @@ TEST_F(StoreLevelTest, AFailedCompressionStoresThePlainFiles) {
     EXPECT_THAT(user.Told(), Contains("critical: Errore copying/compressing level files"));
     EXPECT_THAT(StoredNames(), ElementsAre("105.wav", "english.dat", "maze.tr4", "script.dat"));
     EXPECT_THAT(user.Shown(), Contains("File copy in progress..."));
-    ASSERT_TRUE(core::ReadTr4Info(1));
+    ASSERT_TRUE(core::ReadTr4Info(core::PlaceOf(1)));
     ASSERT_EQ(core::Tr4List.size(), 1U);
     EXPECT_EQ(core::Tr4List[0].FileName, "maze.tr4");
     EXPECT_EQ(core::Tr4List[0].FileSize, 10);
@@ -477,7 +478,7 @@ TEST_F(StoreLevelTest, FilesThatStayPlainInTheirPlaceAreToldOfInTr4InfoToo) {
     Store();
     EXPECT_EQ(level.State, FormState::Saved);
     EXPECT_THAT(user.Told(), Contains("critical: Errore copying/compressing level files"));
-    ASSERT_TRUE(core::ReadTr4Info(1));
+    ASSERT_TRUE(core::ReadTr4Info(core::PlaceOf(1)));
     ASSERT_EQ(core::Tr4List.size(), 1U);
     EXPECT_EQ(core::Tr4List[0].FileName, "maze.tr4");
 }
@@ -519,7 +520,7 @@ TEST_F(StoreLevelTest, FilesThatCannotBeStoredLeaveTheDialogOpen) {
 TEST_F(StoreLevelTest, ALevelOnCdKeepsItsFiles) {
     AddLevel(1, "On CD", {});
     AddLevel(2, "Last", {});
-    core::archive.Levels[1].CdNumber = 1;
+    core::archive.Table.Edit(1)->CdNumber = 1;
     core::archive.Header.CdCount = 1;
     OpenProperties(1); // no reader
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error: no cd reader available in this pc",

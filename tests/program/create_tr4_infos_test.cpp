@@ -33,17 +33,17 @@ TEST_F(CreateTr4Infos, MakesMissingOnesAlsoOfStoredForms) {
     AddLevel(3, "Damaged", "bad.tr4.zl", "no stream");
     AddLevel(4, "Has one", "new.tr4", "x");
     Tr4List = {{"kept.tr4", 0, 4}};
-    ASSERT_TRUE(core::WriteTr4Info(4));
+    ASSERT_TRUE(core::WriteTr4Info(core::PlaceAt(4)));
     CreaInfoTr4();
     EXPECT_THAT(user.Shown(), Contains("Creating tr4.inf files in progress"));
     EXPECT_THAT(user.Told(), Contains("critical: Error decompressing files of level [Damaged"));
-    ASSERT_TRUE(ReadTr4Info(1));
+    ASSERT_TRUE(ReadTr4Info(core::PlaceOf(1)));
     EXPECT_EQ(Tr4List.at(0).FileName, "maze.tr4");
-    ASSERT_TRUE(ReadTr4Info(2));
+    ASSERT_TRUE(ReadTr4Info(core::PlaceOf(2)));
     EXPECT_EQ(Tr4List.at(0).FileName, "pass.tr4");
     EXPECT_EQ(Tr4List.at(0).FileSize, 8);
     EXPECT_FALSE(test::Exists(Folder(3) / "tr4.inf"));
-    ASSERT_TRUE(ReadTr4Info(4));
+    ASSERT_TRUE(ReadTr4Info(core::PlaceOf(4)));
     EXPECT_EQ(Tr4List.at(0).FileName, "kept.tr4");
     EXPECT_THAT(Entries(home / "_temp_Dec"), IsEmpty()) << "after a failure it stays till its next use";
 }

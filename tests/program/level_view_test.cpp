@@ -21,7 +21,7 @@ class LevelViewOf : public test::SwapHome {
         AddLevel(1, "City", {{"city.tr4", "city"}}, {{"savegame.0", "a"}, {"savegame.1", "b"}});
         MakeFile(LevelPath(1) / "SAVEGAMES/slot1/savegame.0", "c");
         MakeFile(LevelPath(1) / "SCREENSHOTS/1) City.jpg", "d");
-        core::archive.Levels[1].Note = "  Choose the second entry ";
+        core::archive.Table.Edit(1)->Note = "  Choose the second entry ";
         core::RefreshLevelList();
         core::SelectLevel(1);
         user.Forget();
@@ -49,7 +49,7 @@ TEST_F(LevelViewOf, TheLevelInTrleCountsItsStashAsTheOlderSaves) {
 }
 
 TEST_F(LevelViewOf, ALevelOnCdSaysItsDisc) {
-    core::archive.Levels[1].CdNumber = 3;
+    core::archive.Table.Edit(1)->CdNumber = 3;
     EXPECT_EQ(SelectedLevelView()->Place,
               "Path: \"C:\\Levels\\LEVEL_0001\" - CD# 3  -  Screenshots: 1 - Savegames: 2 + 1");
 }

@@ -50,7 +50,7 @@ TEST_F(Removal, WhatCannotBeRemovedIsTold) {
     EXPECT_FALSE(RemoveLevel());
     EXPECT_EQ(user.Told().back(), "exclamation: No levels is selected");
     AddSized(1, "On CD");
-    core::archive.Levels[1].CdNumber = 1;
+    core::archive.Table.Edit(1)->CdNumber = 1;
     Select(1);
     EXPECT_FALSE(RemoveLevel());
     EXPECT_EQ(user.Told().back(),
@@ -60,7 +60,7 @@ TEST_F(Removal, WhatCannotBeRemovedIsTold) {
     EXPECT_EQ(user.Told().back(),
               "critical: You can not delete TRLE original level!\r\nThis level is necessary "
               "for backup\\restore functions");
-    core::archive.Levels[1].CdNumber = 0;
+    core::archive.Table.Edit(1)->CdNumber = 0;
     Select(1);
     user.WillAnswer("Are you sure", "no");
     EXPECT_FALSE(RemoveLevel());

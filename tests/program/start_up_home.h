@@ -81,7 +81,7 @@ class StartUpHome : public TestHome {
     }
     void ExpectNoArchive() {
         EXPECT_FALSE(core::ArchiveIsOpen());
-        EXPECT_EQ(core::archive.Header.LevelCount, 0);
+        EXPECT_EQ(core::archive.Table.Size(), 0);
         EXPECT_FALSE(core::archive.ArchiveChanged);
         EXPECT_TRUE(core::level_list.Items.empty());
     }

@@ -48,8 +48,8 @@ TEST_F(StartUpTest, AsksForEverythingInOrderAtAFirstRun) {
     EXPECT_EQ(fs::file_size(home / "LevelArchive.kva"), 2180U);
     EXPECT_TRUE(Exists(home / "backup_trle" / "DATA" / "title.tr4"));
     EXPECT_TRUE(fs::is_directory(home / "LEVEL_0000" / "FILES"));
-    EXPECT_EQ(core::archive.Levels[0].MoreInfoFile, "manual.pdf");
-    EXPECT_EQ(core::archive.Levels[0].FilesSize, 26) << "the manual: 'original manual/manual.pdf'";
+    EXPECT_EQ(core::archive.Table[0].MoreInfoFile, "manual.pdf");
+    EXPECT_EQ(core::archive.Table[0].FilesSize, 26) << "the manual: 'original manual/manual.pdf'";
     EXPECT_TRUE(core::session.RunTestMovie);
     EXPECT_FALSE(core::session.UpgradeWarning);
     EXPECT_TRUE(core::session.IsNtFamily);
@@ -283,10 +283,9 @@ TEST_F(StartUpTest, DoesNotJudgeATrleFolderThatAnotherProgramWorksOn) {
     fs::remove(trle / "script.dat");
     fs::remove(trle / "tomb4.exe");
     fs::create_directory(RuntimeFolder() / (FolderIdentity("C:\\trle") + ".lock"));
-    StartUp("");
+    EXPECT_FALSE(StartUp("")) << "the program is to end";
     EXPECT_THAT(user.Asked(), IsEmpty());
     EXPECT_EQ(user.Told().size(), 1U);
-    EXPECT_TRUE(core::session.EndWanted);
     EXPECT_FALSE(Exists(trle / "tomb4.exe"));
 }
 
@@ -388,8 +387,7 @@ TEST_F(StartUpTest, DoesNotRegisterARoomEditorThatIsNotThere) {
 
 TEST_F(StartUpTest, EndsWithSettingsThatCannotBeRead) {
     fs::create_directory(home / "Kelvash.prf");
-    StartUp("");
-    EXPECT_TRUE(core::session.EndWanted);
+    EXPECT_FALSE(StartUp("")) << "the program is to end";
     EXPECT_THAT(user.Told(), ElementsAre(HasSubstr("The settings can't be read")));
     EXPECT_TRUE(SaveProfile());
 }

@@ -26,8 +26,7 @@ using testing::IsEmpty;
 using ProgramState = test::TestHome;
 
 void ExpectFreshCore() {
-    EXPECT_EQ(core::archive.Levels.size(), 1U);
-    EXPECT_EQ(core::archive.Header.LevelCount, 0);
+    EXPECT_EQ(core::archive.Table.Size(), 0);
     EXPECT_FALSE(core::archive.ArchiveChanged);
     EXPECT_EQ(core::archive.SeenFile, "");
     EXPECT_THAT(core::level_list.Items, IsEmpty());
@@ -49,8 +48,7 @@ void ExpectFreshRest() {
 }
 
 void ChangeCore() {
-    core::archive.Levels.resize(5);
-    core::archive.Header.LevelCount = 4;
+    core::archive.Table = {{}, {}};
     core::archive.ArchiveChanged = true;
     core::archive.SeenFile = "C:\\a.kva";
     core::level_list = {{{"City", 1}}, 0};

@@ -22,8 +22,7 @@ void CoreHome::AddRecord(std::int32_t code, const std::string& name, std::int32_
     level.Code = code;
     level.Name = name;
     level.CdNumber = cd_number;
-    core::archive.Levels.insert(core::archive.Levels.end() - 1, level);
-    ++core::archive.Header.LevelCount;
+    core::archive.Table.Append(level);
 }
 
 std::vector<std::string> CoreHome::Entries(const fs::path& folder) {

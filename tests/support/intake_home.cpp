@@ -31,7 +31,7 @@ std::string IntakeHome::ConfigBytes() {
 
 void IntakeHome::OpenNew(const Files& files) {
     AddLevel(1, "", files);
-    intake::BeginNewLevel(level, 1, {});
+    intake::BeginNewLevel(level, core::PlaceAt(1), {});
 }
 
 void IntakeHome::WillWork(const std::function<void(intake::NewLevel&)>& work) {
@@ -41,8 +41,8 @@ void IntakeHome::WillWork(const std::function<void(intake::NewLevel&)>& work) {
     });
 }
 
-core::LevelRecord& IntakeHome::Record() const {
-    return core::archive.Levels[static_cast<std::size_t>(level.LevelIndex)];
+const core::LevelRecord& IntakeHome::Record() const {
+    return core::archive.Table[level.Level.Index];
 }
 
 fs::path IntakeHome::Work() const {

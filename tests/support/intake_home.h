@@ -25,11 +25,11 @@ class IntakeHome : public SwapHome {
     // A dialog on a new level with code 1 and these files in its work folder.
     void OpenNew(const Files& files = {});
     // The same dialog on a level of the table.
-    void OpenProperties(std::int32_t index) { intake::BeginLevel(level, index); }
+    void OpenProperties(std::int32_t index) { intake::BeginLevel(level, core::PlaceAt(index)); }
     void Store() { intake::StoreLevel(level); }
     // The next form that opens over a level is worked like this.
     void WillWork(const std::function<void(intake::NewLevel&)>& work);
-    core::LevelRecord& Record() const;
+    const core::LevelRecord& Record() const;
     // Names of the files that the dialog works on, and of those stored.
     std::vector<std::string> WorkNames() const;
     std::vector<std::string> StoredNames(std::int32_t code = 1) const;

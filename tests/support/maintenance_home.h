@@ -16,9 +16,9 @@ class MaintenanceHome : public SwapHome {
     MaintenanceHome() { core::profile.AutoSave = true; }
     void AddSized(std::int32_t code, const std::string& name) {
         AddLevel(code, name, {{"maze.tr4", "level " + name}}, {{"savegame.0", "saved"}});
-        core::LevelRecord& level = core::archive.Levels[static_cast<std::size_t>(core::LevelIndex(code))];
-        level.FilesSize = 100;
-        level.SavesSize = 10;
+        const core::LevelEdit level = core::archive.Table.Edit(core::LevelIndex(code));
+        level->FilesSize = 100;
+        level->SavesSize = 10;
         core::archive.Header.MainFolderSize += 100;
         core::archive.Header.SecondaryFolderSize += 10;
     }
@@ -42,8 +42,8 @@ class MaintenanceHome : public SwapHome {
     }
     std::vector<std::int32_t> Codes() const {
         std::vector<std::int32_t> codes;
-        for (std::int32_t i = 0; i < core::archive.Header.LevelCount; ++i)
-            codes.push_back(core::archive.Levels[static_cast<std::size_t>(i)].Code);
+        for (std::int32_t i = 0; i < core::archive.Table.Size(); ++i)
+            codes.push_back(core::archive.Table[i].Code);
         return codes;
     }
 };

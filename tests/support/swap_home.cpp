@@ -19,7 +19,7 @@ SwapHome::SwapHome() : trle(drive / "trle"), backup(home / "backup_trle"), level
     core::profile.FullBackup = true;
     core::archive.Header.MainFolder = "C:\\Levels";
     core::archive.Header.SecondaryFolder = "C:\\Levels";
-    core::archive.Levels = {core::LevelRecord()};
+    core::archive.Table = {};
     AddLevel(0, "- TRLE: Original configuration -", {});
 }
 
@@ -27,8 +27,7 @@ void SwapHome::AddLevel(std::int32_t code, const std::string& name, const Files&
     core::LevelRecord level;
     level.Code = code;
     level.Name = name;
-    core::archive.Levels.insert(core::archive.Levels.end() - 1, level);
-    ++core::archive.Header.LevelCount;
+    core::archive.Table.Append(level);
     for (const char* folder : {"SAVEGAMES", "BACKUP_SAVEGAMES", "FILES", "SCREENSHOTS"})
         fs::create_directories(LevelPath(code) / folder);
     for (const auto& [file, bytes] : files)

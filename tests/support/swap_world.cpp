@@ -165,11 +165,9 @@ void OpenWorld(const World&, const std::vector<WorldLevel>& levels, Backup backu
     core::archive = core::ArchiveState();
     core::archive.Header.MainFolder = "C:\\Levels";
     core::archive.Header.SecondaryFolder = "C:\\Levels";
-    core::archive.Levels = {RecordOf(0, "- TRLE: Original configuration -")};
+    core::archive.Table = {RecordOf(0, "- TRLE: Original configuration -")};
     for (const WorldLevel& level : levels)
-        core::archive.Levels.push_back(RecordOf(level.code, level.name));
-    core::archive.Header.LevelCount = static_cast<std::int32_t>(core::archive.Levels.size());
-    core::archive.Levels.emplace_back();
+        core::archive.Table.Append(RecordOf(level.code, level.name));
     ASSERT_TRUE(core::WriteArchive("C:\\Kelvash\\levels.kva"));
     ASSERT_TRUE(program::SaveProfile());
 }

@@ -178,7 +178,7 @@ TEST_F(Compression, StoresALevelAsItsHeaderAsks) {
     test::MakeFile(drive / "in" / "005.wav", "WAVE");
     test::MakeFile(drive / "in" / "readme.txt", "read me");
     test::MakeFile(drive / "in" / "load.bmp", test::MakeBitmap({}));
-    ASSERT_TRUE(CompressLevelFiles("C:\\in", 1));
+    ASSERT_TRUE(CompressLevelFiles("C:\\in", core::PlaceAt(1)));
     EXPECT_THAT(NamesIn(LevelPath(1) / "FILES"),
                 ElementsAre("005.wav.zl", "City.TR4.zl", "load.jpg", "readme.txt"));
     EXPECT_EQ(Unzl(test::BytesOf(LevelPath(1) / "FILES" / "City.TR4.zl")), "CITY");
@@ -190,7 +190,7 @@ TEST_F(Compression, StoresALevelAsItsHeaderAsks) {
 TEST_F(Compression, StoresALevelPlainWhereNothingIsAsked) {
     AddLevel(1, "New", {});
     test::MakeFile(drive / "in" / "city.tr4", "CITY");
-    ASSERT_TRUE(CompressLevelFiles("C:\\in", 1));
+    ASSERT_TRUE(CompressLevelFiles("C:\\in", core::PlaceAt(1)));
     EXPECT_EQ(test::BytesOf(LevelPath(1) / "FILES" / "city.tr4"), "CITY");
 }
 
@@ -199,7 +199,7 @@ TEST_F(Compression, OfWavesThatCannotBeEncodedAsksWhetherToGoOn) {
     core::archive.Header.EncodeWavInMp3 = true;
     test::MakeFile(drive / "in" / "005.wav", "WAVE");
     user.WillAnswer("Do you want continue in file copy?", "no");
-    EXPECT_FALSE(CompressLevelFiles("C:\\in", 1));
+    EXPECT_FALSE(CompressLevelFiles("C:\\in", core::PlaceAt(1)));
     EXPECT_THAT(user.Told(), Contains(HasSubstr("critical: Audio compression failed: ")));
     EXPECT_THAT(NamesIn(LevelPath(1) / "FILES"), IsEmpty());
 }
@@ -210,7 +210,7 @@ TEST_F(Compression, OfWavesThatCannotBeEncodedMayGoOnPlain) {
     test::MakeFile(drive / "in" / "005.wav", "WAVE");
     test::MakeFile(drive / "in" / "city.tr4", "CITY");
     user.WillAnswer("Do you want continue in file copy?", "yes");
-    EXPECT_TRUE(CompressLevelFiles("C:\\in", 1));
+    EXPECT_TRUE(CompressLevelFiles("C:\\in", core::PlaceAt(1)));
     EXPECT_THAT(user.Told(), Contains(HasSubstr("critical: Audio compression failed: ")));
     EXPECT_THAT(NamesIn(LevelPath(1) / "FILES"), ElementsAre("005.wav", "city.tr4"));
     EXPECT_EQ(test::BytesOf(LevelPath(1) / "FILES" / "005.wav"), "WAVE");
@@ -221,7 +221,7 @@ TEST_F(Compression, ThatFailsLeavesTheListOfTr4FilesForThePlainCopy) {
     core::archive.Header.CompressFiles = true;
     test::MakeFile(drive / "in" / "city.tr4", "CITY");
     fs::create_directories(drive / "in" / "city.tr4.zl");
-    EXPECT_FALSE(CompressLevelFiles("C:\\in", 1));
+    EXPECT_FALSE(CompressLevelFiles("C:\\in", core::PlaceAt(1)));
     EXPECT_TRUE(test::Exists(LevelPath(1) / "tr4.inf"));
     EXPECT_EQ(test::BytesOf(drive / "in" / "city.tr4"), "CITY");
 }
@@ -231,7 +231,7 @@ TEST_F(Compression, OfLevelZeroOnlyCopies) {
     test::MakeFile(LevelPath(0) / "FILES" / "old.pdf", "");
     test::MakeFile(drive / "in" / "manual.pdf", "PDF");
     test::MakeFile(drive / "in" / "a.wav", "W");
-    ASSERT_TRUE(CompressLevelFiles("C:\\in", 0));
+    ASSERT_TRUE(CompressLevelFiles("C:\\in", core::PlaceAt(0)));
     EXPECT_THAT(NamesIn(LevelPath(0) / "FILES"), ElementsAre("a.wav", "manual.pdf"));
 }
 
@@ -268,7 +268,7 @@ TEST_F(CompressionSettingsOfOldLevels, PackAndUnpackAllLevelsOnDisk) {
     AddLevel(1, "City", {{"city.tr4", std::string(3000, 'c')}, {"005.wav", "W"}, {"readme.txt", "r"}});
     test::MakeFile(LevelPath(1) / "FILES" / "load.bmp", test::MakeBitmap({}));
     AddLevel(2, "Disc", {{"disc.tr4", "DISC"}});
-    core::archive.Levels[2].CdNumber = 3;
+    core::archive.Table.Edit(2)->CdNumber = 3;
     user.WillAnswer(kQuestion, "yes");
     ApplyCompressionSettings({true, false});
     EXPECT_THAT(NamesIn(LevelPath(1) / "FILES"),

@@ -107,7 +107,7 @@ TEST_F(HostileMarker, IsNoBetterInARecord) {
         SCOPED_TRACE(entry);
         SwapRecord record;
         record.Step = SwapStep::Leaving;
-        record.Owner = OwnerOf(1);
+        record.Owner = OwnerOf(core::PlaceOf(1));
         record.Copied = {{entry}};
         record.Overwritten = {{entry}};
         ASSERT_TRUE(WriteSwapRecord(record));

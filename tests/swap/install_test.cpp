@@ -235,7 +235,7 @@ TEST_F(Install, WithoutATr4AsksAndTakesNoForAnAnswer) {
 TEST_F(Install, OfALevelOnAMissingCdLeavesTheOriginal) {
     AddLevel(1, "City", {{"c.tr4", ""}});
     AddLevel(2, "Disc", {});
-    core::archive.Levels[2].CdNumber = 1;
+    core::archive.Table.Edit(2)->CdNumber = 1;
     core::archive.Header.CdCount = 1;
     ASSERT_TRUE(InstallLevel(1));
     EXPECT_FALSE(InstallLevel(2));
@@ -247,7 +247,7 @@ TEST_F(Install, OfALevelOnAMissingCdLeavesTheOriginal) {
 
 TEST_F(Install, TakesTheFilesOfALevelOnCdFromItsDisc) {
     AddLevel(2, "Disc", {}, {{"savegame.0", "saved on disk"}});
-    core::archive.Levels[1].CdNumber = 1;
+    core::archive.Table.Edit(1)->CdNumber = 1;
     test::MakeFile(root / "disc" / "Kelvash" / "LEVEL_0002" / "files" / "d.tr4", "DISC");
     ASSERT_TRUE(SetDrive('E', root / "disc", DriveType::CdRom));
     ASSERT_TRUE(InstallLevel(2));
@@ -281,7 +281,7 @@ TEST_F(Install, AfterOneCutShortInstallsTheLevelAnew) {
     AddLevel(1, "City", {{"c.tr4", "CITY"}});
     SwapRecord record;
     record.Step = SwapStep::Entering;
-    record.Owner = OwnerOf(1);
+    record.Owner = OwnerOf(core::PlaceOf(1));
     record.Copied = {{"\\data\\c.tr4"}};
     ASSERT_TRUE(WriteSwapRecord(record));
     test::MakeFile(trle / "Kelvash.txt", "#LEVEL_CODE=0001#\r\n#LEVEL_NAME=City#\r\n");

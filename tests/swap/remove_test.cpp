@@ -329,7 +329,7 @@ TEST_F(Removal, MergesIntoAStashThatTheRecordProtects) {
 TEST_F(Removal, UsesTheRecordsListsForAnInstallCutShort) {
     SwapRecord record;
     record.Step = SwapStep::Entering;
-    record.Owner = OwnerOf(1);
+    record.Owner = OwnerOf(core::PlaceOf(1));
     record.Copied = {{"\\script.dat", StampOf("C:\\Levels\\LEVEL_0001\\FILES\\script.dat")},
                      {"\\data\\city.tr4", StampOf("C:\\Levels\\LEVEL_0001\\FILES\\city.tr4")}};
     record.Overwritten = {{"\\script.dat", StampOf("C:\\trle\\script.dat")}};

@@ -50,8 +50,7 @@ class WhoseSaves : public test::SwapHome {
         levels = drive / "Other";
         core::archive.Header.MainFolder = "C:\\Other";
         core::archive.Header.SecondaryFolder = "C:\\Other";
-        core::archive.Levels = {core::LevelRecord()};
-        core::archive.Header.LevelCount = 0;
+        core::archive.Table = {};
         AddLevel(0, "- TRLE: Original configuration -", {});
         AddLevel(1, "Mine", {{"mine.tr4", "MINE"}}, {{"savegame.0", "mine save"}});
         test::MakeFile(LevelPath(1) / "tr4.inf", "files of the mine");
@@ -184,13 +183,13 @@ TEST_F(WhoseSaves, AreNobodysWithoutARecordWhenTheNameIsAnothers) {
             test::MakeFile(record, "damaged");
         else
             fs::remove(record);
-        core::archive.Levels[1].Name = "Town";
+        core::archive.Table.Edit(1)->Name = "Town";
         EXPECT_EQ(CurrentLevelCode(), kNoLevel);
         ASSERT_TRUE(InstallLevel(2));
         EXPECT_EQ(Rescued(damaged ? 2 : 1), "city save");
         EXPECT_EQ(test::BytesOf(StashPath(1) / "savegame.0"), "old city");
         EXPECT_FALSE(test::Exists(trle / "data" / "city.tr4"));
-        core::archive.Levels[1].Name = "City";
+        core::archive.Table.Edit(1)->Name = "City";
         ASSERT_TRUE(InstallLevel(1));
         test::MakeFile(trle / "savegame.0", "city save");
     }

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "core/archive.h"
 #include "core/profile.h"
 #include "support/swap_home.h"
 #include "trle_state/level_owner.h"
@@ -111,7 +112,7 @@ class Owner : public test::SwapHome {
 };
 
 TEST_F(Owner, IsTheLevelsFolder) {
-    const LevelOwner owner = OwnerOf(1);
+    const LevelOwner owner = OwnerOf(core::PlaceOf(1));
     EXPECT_EQ(owner.Folder, "C:\\Levels\\LEVEL_0001");
     EXPECT_EQ(owner.FromHome, "..\\Levels\\LEVEL_0001");
     EXPECT_EQ(FindOwnerFolder(owner), "C:\\Levels\\LEVEL_0001");
@@ -121,13 +122,13 @@ TEST_F(Owner, IsTheLevelsFolder) {
 }
 
 TEST_F(Owner, IsFoundFromTheApplicationsFolderOn) {
-    LevelOwner owner = OwnerOf(1);
+    LevelOwner owner = OwnerOf(core::PlaceOf(1));
     owner.Folder = "E:\\Levels\\LEVEL_0001"; // the drive had another letter
     EXPECT_EQ(FindOwnerFolder(owner), "C:\\Levels\\LEVEL_0001");
 }
 
 TEST_F(Owner, IsKnownAgainByItsTr4Info) {
-    const LevelOwner owner = OwnerOf(1);
+    const LevelOwner owner = OwnerOf(core::PlaceOf(1));
     AddLevel(7, "Recovered", {});
     fs::rename(LevelPath(1) / "tr4.inf", LevelPath(7) / "tr4.inf");
     fs::remove_all(LevelPath(1));
@@ -135,7 +136,7 @@ TEST_F(Owner, IsKnownAgainByItsTr4Info) {
 }
 
 TEST_F(Owner, IsNotAnotherLevelInItsPlace) {
-    const LevelOwner owner = OwnerOf(1);
+    const LevelOwner owner = OwnerOf(core::PlaceOf(1));
     test::MakeFile(LevelPath(1) / "tr4.inf", "other files");
     EXPECT_EQ(FindOwnerFolder(owner), "");
     fs::remove_all(LevelPath(1));

@@ -17,13 +17,13 @@ class DialogAutore : public UiHome<CoreHome> {
   protected:
     DialogAutore() {
         AddRecord(1, "City");
-        Record().Emails = "ann@a.org\0ann@b.org"s;
-        Record().AuthorNote = "First line\r\nSecond line";
+        core::archive.Table.Edit(1)->Emails = "ann@a.org\0ann@b.org"s;
+        core::archive.Table.Edit(1)->AuthorNote = "First line\r\nSecond line";
         form.ImpostaValori(1);
         form.show();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
     }
-    static core::LevelRecord& Record() { return core::archive.Levels[1]; }
+    static const core::LevelRecord& Record() { return core::archive.Table[1]; }
 
     ui::Dialog_Autore form{nullptr};
 };

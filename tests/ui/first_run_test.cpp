@@ -43,8 +43,7 @@ class FirstRun : public UiHome<TestHome> {
         core::LevelRecord level;
         level.Code = 1;
         level.Name = "City";
-        core::archive.Levels.insert(core::archive.Levels.end() - 1, level);
-        ++core::archive.Header.LevelCount;
+        core::archive.Table.Append(level);
         core::ArchiveTouched();
         core::RefreshLevelList();
     }

@@ -59,7 +59,7 @@ class LevelForms : public PrincipaleHome {
         robot.Will("Dialog_NewLevel",
                    [act](QWidget* window) { act(*qobject_cast<Dialog_NewLevel*>(window)); });
     }
-    std::int32_t Count() const { return core::archive.Header.LevelCount; }
+    std::int32_t Count() const { return core::archive.Table.Size(); }
 };
 
 TEST_F(LevelForms, ADroppedZipOpensTheFormAndIsAdded) {
@@ -77,8 +77,8 @@ TEST_F(LevelForms, ADroppedZipOpensTheFormAndIsAdded) {
     Drop(&form, {"in/Maze.zip"});
     WaitUntil([&] { return Count() == 5; });
     WaitUntil([&] { return Current() == "The Maze of Échoes"; });
-    EXPECT_EQ(core::archive.Levels[4].Note, "Bring oil");
-    EXPECT_EQ(core::archive.Levels[4].MoreInfoFile, "readme.txt");
+    EXPECT_EQ(core::archive.Table[4].Note, "Bring oil");
+    EXPECT_EQ(core::archive.Table[4].MoreInfoFile, "readme.txt");
     EXPECT_EQ(form.Label_InfoLevel->text().toStdString(), "Bring oil");
     EXPECT_EQ(BytesOf(LevelPath(4) / "FILES/maze.tr4"), "level data");
 }
@@ -100,8 +100,8 @@ TEST_F(LevelForms, SeveralDropsAreTakenInWithASummary) {
     robot.WillPress("Added levels: 2 of 2", "OK");
     Drop(&form, {"in/Maze.zip", "in/Two"});
     WaitUntil([&] { return Count() == 6; });
-    EXPECT_EQ(core::archive.Levels[4].Name, "Maze");
-    EXPECT_EQ(core::archive.Levels[5].Name, "Two");
+    EXPECT_EQ(core::archive.Table[4].Name, "Maze");
+    EXPECT_EQ(core::archive.Table[5].Name, "Two");
 }
 
 TEST_F(LevelForms, WithoutAnArchiveNothingCanBeDropped) {
@@ -200,14 +200,14 @@ TEST_F(LevelForms, PropertiesChangeTheLevel) {
         Press(&open, "Pul_Cancel");
     });
     Choose(Entry::mnu_Property);
-    EXPECT_EQ(core::archive.Levels[2].Name, "Alpha");
+    EXPECT_EQ(core::archive.Table[2].Name, "Alpha");
     WillWork([&](Dialog_NewLevel& open) {
         open.Text_NameLevel->setText(QStringLiteral("Omega"));
         MakeFile(LevelPath(2) / "FILES/script.dat", "s");
         Press(&open, "Pul_Ok");
     });
     Choose(Entry::mnu_Property);
-    EXPECT_EQ(core::archive.Levels[2].Name, "Omega");
+    EXPECT_EQ(core::archive.Table[2].Name, "Omega");
     EXPECT_EQ(Current(), "Omega");
 }
 
@@ -246,9 +246,9 @@ TEST_F(LevelForms, MaintenanceCommandsWork) {
 class AuthorForm : public PrincipaleHome {
   protected:
     AuthorForm() {
-        core::archive.Levels[1].Author = "Ada";
-        core::archive.Levels[1].Emails = std::string("a@x.org\0b@x.org", 15);
-        core::archive.Levels[1].AuthorNote = "Hello";
+        core::archive.Table.Edit(1)->Author = "Ada";
+        core::archive.Table.Edit(1)->Emails = std::string("a@x.org\0b@x.org", 15);
+        core::archive.Table.Edit(1)->AuthorNote = "Hello";
         core::SelectLevel(1);
     }
     void WillWork(const std::function<void(Dialog_Autore&)>& act) {
@@ -291,9 +291,9 @@ TEST_F(AuthorForm, ShowsAndChangesWhoMadeTheLevel) {
         Press(&open, "Pul_Ok");
     });
     Choose(Entry::mnu_ShowAutoreInfo);
-    EXPECT_EQ(core::archive.Levels[1].Emails, std::string("z@x.org\0c@x.org", 15));
-    EXPECT_EQ(core::archive.Levels[1].Sites, "http://x.org");
-    EXPECT_EQ(core::archive.Levels[1].Author.size(), 158U);
+    EXPECT_EQ(core::archive.Table[1].Emails, std::string("z@x.org\0c@x.org", 15));
+    EXPECT_EQ(core::archive.Table[1].Sites, "http://x.org");
+    EXPECT_EQ(core::archive.Table[1].Author.size(), 158U);
 }
 
 TEST_F(AuthorForm, TextsThatDoNotFitAreTold) {
@@ -314,7 +314,7 @@ TEST_F(AuthorForm, TextsThatDoNotFitAreTold) {
         Press(&open, "Pul_Cancel");
     });
     Choose(Entry::mnu_ShowAutoreInfo);
-    EXPECT_EQ(core::archive.Levels[1].AuthorNote, "Hello");
+    EXPECT_EQ(core::archive.Table[1].AuthorNote, "Hello");
 }
 
 class PreferencesForm : public PrincipaleHome {};

@@ -130,8 +130,8 @@ TEST_F(PrincipaleCommands, SaveAsTakesTheNewNameIntoTheTitle) {
 
 TEST_F(PrincipaleCommands, LoadOpensAnotherArchive) {
     ASSERT_TRUE(core::WriteArchive("C:\\Kelvash\\test.kva"));
-    core::archive.Levels.erase(core::archive.Levels.begin() + 2, core::archive.Levels.begin() + 4);
-    core::archive.Header.LevelCount = 2;
+    core::archive.Table.Remove(3);
+    core::archive.Table.Remove(2);
     ASSERT_TRUE(core::WriteArchive("C:\\Kelvash\\two.kva"));
     ASSERT_TRUE(core::LoadArchive("C:\\Kelvash\\test.kva"));
     robot.WillChooseFile("Load Tomb Raider Level Archive", home / "two.kva");
@@ -184,7 +184,7 @@ TEST_F(PrincipaleCommands, AnArchiveThatHasLostItsContentsIsToldAndTheOpenOneSta
 TEST_F(PrincipaleCommands, AnArchiveWhoseFolderIsGivenUpGivesTheFormerOneBack) {
     ASSERT_TRUE(core::WriteArchive("C:\\Kelvash\\test.kva"));
     core::archive.Header.MainFolder = core::archive.Header.SecondaryFolder = "C:\\gone";
-    core::archive.Levels[1].Name = "Elsewhere";
+    core::archive.Table.Edit(1)->Name = "Elsewhere";
     ASSERT_TRUE(core::WriteArchive("C:\\Kelvash\\moved.kva"));
     ASSERT_TRUE(core::LoadArchive("C:\\Kelvash\\test.kva"));
     robot.WillChooseFile("Load Tomb Raider Level Archive", home / "moved.kva");
@@ -234,7 +234,7 @@ TEST_F(PrincipaleCommands, ACancelledNewLeavesTheFormerArchiveOpen) {
 TEST_F(PrincipaleCommands, SizesAreReported) {
     robot.WillPress("Primary (only read) folder size = 13", "OK");
     Choose(Entry::mnu_CalcolaSize);
-    EXPECT_EQ(core::archive.Levels[1].FilesSize, 4);
+    EXPECT_EQ(core::archive.Table[1].FilesSize, 4);
 }
 
 TEST_F(PrincipaleCommands, AFullBackupIsRefreshed) {

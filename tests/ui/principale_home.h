@@ -25,7 +25,7 @@ class PrincipaleHome : public UiHome<SwapHome> {
         AddLevel(1, "City of Gold", {{"gold.tr4", "gold"}}, {{"savegame.0", "Gate,"}});
         AddLevel(2, "Alpha", {{"alpha.tr4", "alpha"}});
         AddLevel(3, "beta city", {{"beta.tr4", "beta"}});
-        core::archive.Levels[1].Note = "Choose the first entry";
+        core::archive.Table.Edit(1)->Note = "Choose the first entry";
         core::RefreshLevelList();
         form.show();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&form)); // keys go to the active window

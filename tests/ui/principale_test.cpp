@@ -38,8 +38,8 @@ class PrincipaleForm : public PrincipaleHome {
 
 // Names and notes of strangers are no mark-up, and one line each.
 TEST_F(PrincipaleForm, TextsOfStrangersAreShownToTheLetter) {
-    core::archive.Levels[1].Name = std::string("<b>Gold</b>\0\nX", 14);
-    core::archive.Levels[1].Note = "<img src='file:///etc/passwd'>\r\ntwo";
+    core::archive.Table.Edit(1)->Name = std::string("<b>Gold</b>\0\nX", 14);
+    core::archive.Table.Edit(1)->Note = "<img src='file:///etc/passwd'>\r\ntwo";
     core::RefreshLevelList();
     core::SelectLevel(1);
     EXPECT_THAT(Shown(), testing::Contains("<b>Gold</b> X"));
@@ -265,8 +265,7 @@ TEST_F(PrincipaleForm, ShowsTheSelectedLevel) {
 TEST_F(PrincipaleForm, SelectsTheFirstAfterTheSelectedIsRemoved) {
     core::SelectLevel(1);
     EXPECT_EQ(Current(), "City of Gold");
-    core::archive.Levels.erase(core::archive.Levels.begin() + 1);
-    --core::archive.Header.LevelCount;
+    core::archive.Table.Remove(1);
     core::RefreshLevelList();
     EXPECT_EQ(Current(), "- TRLE: Original configuration - (*)");
     EXPECT_EQ(core::level_list.Selected, 0);
@@ -411,7 +410,7 @@ TEST_F(PrincipaleForm, TheButtonOfTheSearchGoesToTheList) {
 }
 
 TEST_F(PrincipaleForm, AToolTipShowsANameThatLooksLikeMarkUp) {
-    core::archive.Levels[1].Name = "<b>Gold</b>";
+    core::archive.Table.Edit(1)->Name = "<b>Gold</b>";
     core::RefreshLevelList();
     const auto* const model = form.Combo_Livelli->model();
     std::vector<std::string> tips;

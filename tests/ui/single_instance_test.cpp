@@ -32,7 +32,8 @@ class SecondWindow : public PrincipaleHome {
     SecondWindow() {
         EXPECT_TRUE(core::WriteArchive("C:\\Kelvash\\test.kva"));
         core::ArchiveContents other = core::archive;
-        other.Header.LevelCount = 2;
+        while (other.Table.Size() > 2)
+            other.Table.Remove(2);
         EXPECT_TRUE(core::WriteArchiveFile("C:\\Kelvash\\other.kva", other));
         QObject::connect(&instance, &ui::SingleInstance::Wished, &form, &ui::Principale::TakeWish);
         QObject::connect(&instance, &ui::SingleInstance::Wished,
@@ -186,8 +187,7 @@ TEST_F(SecondWindow, AddsAndCancelsBesideALevelThatAnotherProgramAdded) {
     core::LevelRecord level;
     level.Code = 4;
     level.Name = "Delta";
-    newer.Levels.insert(newer.Levels.end() - 1, level);
-    ++newer.Header.LevelCount;
+    newer.Table.Append(level);
     ASSERT_TRUE(core::WriteArchiveFile("C:\\Kelvash\\test.kva", newer));
     MakeFile(levels / "LEVEL_0004" / "FILES" / "delta.tr4", "delta");
     robot.WillPress("Dialog_NewLevel", "Pul_Cancel");

@@ -39,7 +39,7 @@ bool MaintenanceFailingCalls::CheckMove() const {
     EXPECT_EQ(core::archive.Header.MainFolder, named);
     EXPECT_TRUE(named == "C:\\Levels" || named == "C:\\new") << named;
     const std::filesystem::path folder = named == "C:\\new" ? drive / "new" : drive / "Levels";
-    EXPECT_EQ(core::archive.Header.LevelCount, 5);
+    EXPECT_EQ(core::archive.Table.Size(), 5);
     for (const auto& [code, files] : before)
         EXPECT_EQ(TreeOf(folder / ("LEVEL_000" + std::to_string(code))), files) << "level " << code;
     return named == "C:\\new";

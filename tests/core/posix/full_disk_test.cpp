@@ -44,8 +44,7 @@ class FullDisk : public test::TestHome {
 TEST_F(FullDisk, LeavesTheOldArchive) {
     const std::string old(2180, 'o');
     test::MakeFile(home / "a.kva", old);
-    archive.Header.LevelCount = 2;
-    archive.Levels.resize(3);
+    archive.Table = {{}, {}};
     profile.LastArchive = "C:\\Kelvash\\old.kva";
     for (const rlim_t room : {0U, 1U, 545U, 546U, 2180U, 3813U})
         EXPECT_TRUE(DoesWithin(room, [] {

@@ -62,19 +62,19 @@ TEST_F(KillPointsOfLevels, OfAddingTouchNoOtherLevelAndTheNextAddingIsWhole) {
     const Operation operation{"add", 1, Backup::Full, [this] {
                                   PutZip();
                                   intake::AddLevels({kZip});
-                                  return core::archive.Header.LevelCount == 6 ? 0 : 1;
+                                  return core::archive.Table.Size() == 6 ? 0 : 1;
                               }};
     Prepare(operation);
     StartProgram();
     const std::map<std::int32_t, FileMap> before = Trees();
     KillEverywhere(operation, [&] {
         EXPECT_EQ(Trees(), before);
-        const std::int32_t count = core::archive.Header.LevelCount;
+        const std::int32_t count = core::archive.Table.Size();
         EXPECT_TRUE(count == 5 || count == 6) << count;
         core::profile.CheckEqualLevels = false;
         PutZip();
         intake::AddLevels({kZip});
-        ASSERT_EQ(core::archive.Header.LevelCount, count + 1);
+        ASSERT_EQ(core::archive.Table.Size(), count + 1);
         for (std::int32_t code = 5; code <= count; ++code) {
             const FileMap tree = LevelTree(code);
             EXPECT_EQ(tree.size(), 6U); // three files, save, shot, tr4.inf
@@ -102,7 +102,7 @@ TEST_F(KillPointsOfLevels, OfRemovingTouchNoOtherLevel) {
         after.erase(2);
         EXPECT_EQ(after, before);
         const bool listed = core::LevelIndex(2) >= 0;
-        EXPECT_EQ(core::archive.Header.LevelCount, listed ? 5 : 4);
+        EXPECT_EQ(core::archive.Table.Size(), listed ? 5 : 4);
         if (!listed) return;
         // A level that is still in the Archive has all its files.
         EXPECT_EQ(LevelTree(2).count("files/coast.tr4"), 1U);
@@ -159,15 +159,15 @@ TEST_F(KillPointsOfKeptFolders, OfAddingOverOneLoseNothing) {
     const Operation operation{"add_over", 1, Backup::Full, [this] {
                                   PutZip();
                                   intake::AddLevels({kZip});
-                                  return core::archive.Header.LevelCount == 6 ? 0 : 1;
+                                  return core::archive.Table.Size() == 6 ? 0 : 1;
                               }};
     Begin(operation, world.LevelPath(5));
     KillEverywhere(operation, [&] {
         EXPECT_EQ(Copies(), 1);
         core::profile.CheckEqualLevels = false;
-        const std::int32_t count = core::archive.Header.LevelCount;
+        const std::int32_t count = core::archive.Table.Size();
         operation.run();
-        EXPECT_EQ(core::archive.Header.LevelCount, count + 1);
+        EXPECT_EQ(core::archive.Table.Size(), count + 1);
         EXPECT_EQ(Copies(), 1);
         user.Forget();
     });

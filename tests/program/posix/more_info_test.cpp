@@ -24,7 +24,7 @@ class MoreInfo : public test::SwapHome {
   protected:
     MoreInfo() {
         AddLevel(1, "City", {{"city.tr4", "city"}});
-        core::archive.Levels[1].MoreInfoFile = "readme.txt ";
+        core::archive.Table.Edit(1)->MoreInfoFile = "readme.txt ";
         core::RefreshLevelList();
         core::SelectLevel(1);
         SetOpener("echo \"$1\" > " + (root / "opened").string() + "\n");
@@ -39,7 +39,7 @@ class MoreInfo : public test::SwapHome {
         const fs::path disc = root / "disc";
         fs::create_directories(disc);
         EXPECT_TRUE(SetDrive('E', disc, DriveType::CdRom));
-        core::archive.Levels[1].CdNumber = 2;
+        core::archive.Table.Edit(1)->CdNumber = 2;
         core::archive.Header.CdCount = 2;
         MakeFile(disc / "Archive/LEVEL_0001/FILES/city.tr4", "city");
         return disc / "Archive/LEVEL_0001/FILES";
@@ -58,7 +58,7 @@ TEST_F(MoreInfo, OpensTheDocumentOnDisk) {
 }
 
 TEST_F(MoreInfo, ExplainsItselfWhenThereIsNoDocument) {
-    core::archive.Levels[1].MoreInfoFile = "   ";
+    core::archive.Table.Edit(1)->MoreInfoFile = "   ";
     ShowMoreInfo();
     EXPECT_THAT(
         user.Told(),
@@ -88,7 +88,7 @@ TEST_F(MoreInfo, TellsADocumentThatIsNowhere) {
 }
 
 TEST_F(MoreInfo, TellsARefusedDisc) {
-    core::archive.Levels[1].CdNumber = 2;
+    core::archive.Table.Edit(1)->CdNumber = 2;
     ShowMoreInfo();
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error: no cd reader available in this pc",
                                          "critical: Cd not available"));
@@ -114,7 +114,7 @@ TEST_F(MoreInfo, CopiesADocumentFromTheDiscAndFindsItThereNextTime) {
 
 TEST_F(MoreInfo, CopiesAPageWithTheFilesThatItNames) {
     const fs::path disc = InsertDisc();
-    core::archive.Levels[1].MoreInfoFile = "page.htm";
+    core::archive.Table.Edit(1)->MoreInfoFile = "page.htm";
     MakeFile(disc / "page.htm", "<img src=\"PICTURE.gif\">");
     MakeFile(disc / "picture.gif", "a picture");
     ShowMoreInfo();
@@ -148,7 +148,7 @@ TEST_F(MoreInfo, NothingOutsideTheLevelIsOpened) {
          {"../../../../secret.txt"s, "..\\..\\LEVEL_0000\\files\\load.bmp"s, "C:\\trle\\tomb4.exe"s,
           (root / "secret.txt").string(), "city.tr4:x"s, "city.tr4."s, "a\0b"s}) {
         user.Forget();
-        core::archive.Levels[1].MoreInfoFile = name;
+        core::archive.Table.Edit(1)->MoreInfoFile = name;
         ShowMoreInfo();
         EXPECT_THAT(user.Told(), ElementsAre("critical: Error, file '" + name + "' not found")) << name;
     }

@@ -119,7 +119,7 @@ TEST_F(FailingCalls, OfAFullRestoreAreNotCalledSuccess) {
 // A failed write leaves the old file, and the program knows that it failed.
 TEST_F(FailingCalls, OfSavingTheArchiveLeaveTheOldOne) {
     const Operation operation{"write_archive", 0, Backup::Full, [] {
-                                  core::archive.Levels[1].Name = "Renamed";
+                                  core::archive.Table.Edit(1)->Name = "Renamed";
                                   return Ended(core::WriteArchive(core::profile.LastArchive));
                               }};
     Prepare(operation);

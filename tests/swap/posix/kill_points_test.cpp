@@ -176,7 +176,7 @@ TEST_F(KillPoints, OfASwapAndOfTheNextLoseNothing) {
 
 TEST_F(KillPoints, OfSavingTheArchiveLeaveTheOldOneOrTheNew) {
     const Operation operation{"write_archive", 0, Backup::Full, [] {
-                                  core::archive.Levels[1].Name = "Renamed";
+                                  core::archive.Table.Edit(1)->Name = "Renamed";
                                   return Ended(core::WriteArchive(core::profile.LastArchive));
                               }};
     Prepare(operation);
@@ -189,7 +189,7 @@ TEST_F(KillPoints, OfSavingTheArchiveLeaveTheOldOneOrTheNew) {
         const std::string found = BytesOf(world.home / "levels.kva");
         EXPECT_TRUE(found == before || found == after) << "killed at call " << at;
         StartProgram();
-        EXPECT_EQ(core::archive.Levels[1].Name, found == before ? "City" : "Renamed");
+        EXPECT_EQ(core::archive.Table[1].Name, found == before ? "City" : "Renamed");
         EXPECT_TRUE(core::WriteArchive(core::profile.LastArchive));
     }
     Report(operation, points);
