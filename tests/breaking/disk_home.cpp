@@ -61,13 +61,14 @@ void DiskHome::ExpectWhole(const SaveLedger& saves, const fs::path& drive_c) con
 }
 
 // The marker is made of the record, which counts; it may wait for the next start. Half a copy that couldn't
-// be deleted is taken for none, and goes with the next swap.
+// be deleted is taken for none, and goes with the next swap. A load picture that can't be unpacked isn't
+// told, and the game shows its own.
 FileMap DiskHome::Outcome() const {
     FileMap files;
     for (const auto& folder : {trle, levels, drive / "Moved"})
         for (const auto& [name, bytes] : TreeOf(folder))
             if (!name.ends_with("tr4.inf") && !name.ends_with("savegame.1") &&
-                !name.ends_with("kelvash.txt") && !name.ends_with("kelvash.tmp"))
+                !name.ends_with("kelvash.txt") && !name.ends_with("kelvash.tmp") && name != "load.bmp")
                 files[folder.filename().string() + "/" + name] = bytes;
     return files;
 }
