@@ -13,6 +13,7 @@
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/backup.h"
+#include "swap/fragments.h"
 #include "swap/messages.h"
 #include "swap/restore.h"
 #include "swap/saves.h"
@@ -210,7 +211,7 @@ bool DeleteLeftovers(SwapRecord& record, KeptFiles& kept) {
 }
 
 // Ends what a full disk or a locked folder has kept from its end at the last removal. Originals whose place
-// a level holds wait until it goes.
+// a level holds wait until it goes, and so do language files: the level may have one of another name.
 CutShort EndLeftovers(SwapRecord record) {
     SwapRecord missing;
     missing.LeftOverwritten = std::move(record.LeftOverwritten);
@@ -218,7 +219,8 @@ CutShort EndLeftovers(SwapRecord record) {
     record.LeftOverwritten.clear();
     if (is_in) {
         const auto waits = [](const RecordedFile& file) {
-            return FileExists(core::TrleFolder() + file.Target);
+            return FileExists(core::TrleFolder() + file.Target) ||
+                   EndsWithNoCase(file.Target, LoadFragment(fragment::kDatExtension));
         };
         std::copy_if(missing.LeftOverwritten.begin(), missing.LeftOverwritten.end(),
                      std::back_inserter(record.LeftOverwritten), waits);

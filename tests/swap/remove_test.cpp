@@ -343,6 +343,25 @@ TEST_F(Removal, UsesTheRecordsListsForAnInstallCutShort) {
     EXPECT_EQ(test::BytesOf(trle / "script.dat"), test::BytesOf(backup / "script.dat"));
 }
 
+// Originals that an earlier removal couldn't bring back, while the next level is in: what it doesn't mind
+// comes, a language file beside its own would be the game's choice.
+TEST_F(Removal, BringsNoLanguageFileBesideTheLevelsOwn) {
+    AddLevel(3, "Torre", {{"torre.tr4", "TORRE"}, {"italian.dat", "italian"}});
+    ASSERT_TRUE(InstallLevel(3));
+    ASSERT_FALSE(test::Exists(trle / "english.dat"));
+    SwapRecord record = ReadSwapRecord().Record;
+    record.LeftOverwritten = {{"\\objects.h", StampOf("C:\\trle\\objects.h")},
+                              {"\\english.dat", StampOf("C:\\Kelvash\\backup_trle\\english.dat")}};
+    ASSERT_TRUE(WriteSwapRecord(record));
+    fs::remove(trle / "objects.h");
+    EXPECT_EQ(EndCutShort(), CutShort::Ended);
+    EXPECT_TRUE(test::Exists(trle / "objects.h"));
+    EXPECT_FALSE(test::Exists(trle / "english.dat"));
+    ASSERT_TRUE(InstallLevel(0));
+    EXPECT_EQ(test::BytesOf(trle / "english.dat"), test::BytesOf(backup / "english.dat"));
+    EXPECT_FALSE(test::Exists(trle / "italian.dat"));
+}
+
 TEST_F(Removal, HasARecordForEachTrleFolder) {
     InstallOne();
     core::profile.TrleFolder = "C:\\other";
