@@ -56,9 +56,13 @@ bool BackupHolds(const std::string& save) {
     return HoldSameBytes(BackupFolder() + "\\" + FileNameOf(save), save);
 }
 
+bool IsNewer(const std::string& file, const std::string& other) {
+    return FileTime(file).value_or(0) > FileTime(other).value_or(0);
+}
+
 void PlanTwin(const std::string& old, const std::string& save, bool is_known, StashPlan& plan) {
     if (is_known || HoldSameBytes(old, save)) return;
-    const bool old_is_newer = FileTime(old).value_or(0) > FileTime(save).value_or(0);
+    const bool old_is_newer = IsNewer(old, save);
     const std::string& loser = old_is_newer ? save : old;
     if (old_is_newer) std::erase(plan.incoming, save);
     if (!BackupHolds(loser)) plan.losers.push_back(loser);
@@ -71,12 +75,13 @@ StashPlan PlanStash(const std::string& stash, const SwapRecord& record, bool kno
     for (const std::string& old : ListFiles(stash, "*")) {
         const std::string name = FileNameOf(old);
         const RecordedFile* brought_in = FindSave(record, name);
-        const bool is_known = !knows_stash || (brought_in != nullptr && IsStill(old, brought_in->Stamp));
+        const bool is_known = knows_stash && brought_in != nullptr && IsStill(old, brought_in->Stamp);
         const auto twin = std::find_if(plan.saves.begin(), plan.saves.end(), [&](const std::string& save) {
             return EqualNoCase(FileNameOf(save), name);
         });
         if (twin != plan.saves.end())
-            PlanTwin(old, *twin, is_known, plan);
+            // What has grown old while its twin was played came in with the level, as far as anybody can say.
+            PlanTwin(old, *twin, is_known || (!knows_stash && IsNewer(*twin, old)), plan);
         else if (!knows_stash)
             plan.losers.push_back(old);
         else if (is_known)

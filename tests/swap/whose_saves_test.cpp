@@ -173,6 +173,26 @@ TEST_F(WhoseSaves, AreTheMarkersWithoutARecordIfTheNameAgrees) {
     EXPECT_FALSE(test::Exists(trle / "data" / "city.tr4"));
 }
 
+// Nobody knows then what came in with the level, so that a date alone decides, and nothing is overwritten by it.
+TEST_F(WhoseSaves, NewerInTheStashStayThereWithoutARecord) {
+    fs::remove(NativePath(SwapRecordPath()));
+    const auto now = fs::file_time_type::clock::now();
+    const auto put = [&](const fs::path& file, const std::string& bytes, std::chrono::hours age) {
+        test::MakeFile(file, bytes);
+        fs::last_write_time(file, now - age);
+    };
+    put(trle / "savegame.3", "older, of the root", std::chrono::hours(2));
+    put(StashPath(1) / "savegame.3", "newer, of the stash", std::chrono::hours(1));
+    put(trle / "savegame.4", "of one date, of the root", std::chrono::hours(1));
+    put(StashPath(1) / "savegame.4", "of one date, of the stash", std::chrono::hours(1));
+    ASSERT_TRUE(InstallLevel(0));
+    EXPECT_EQ(test::BytesOf(StashPath(1) / "savegame.3"), "newer, of the stash");
+    EXPECT_EQ(test::BytesOf(StashPath(1) / "savegame.4"), "of one date, of the root");
+    EXPECT_EQ(test::BytesOf(home / "rescued_saves_1" / "savegame.3"), "older, of the root");
+    EXPECT_EQ(test::BytesOf(home / "rescued_saves_1" / "savegame.4"), "of one date, of the stash");
+    EXPECT_FALSE(test::Exists(trle / "savegame.3"));
+}
+
 TEST_F(WhoseSaves, AreNobodysWithoutARecordWhenTheNameIsAnothers) {
     user.MayBeTold(
         "Files of the TRLE folder that the backup doesn't hold made way: 2."); // whose, nobody knows
