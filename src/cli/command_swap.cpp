@@ -59,12 +59,19 @@ bool Play(Session& session, const std::string& typed) {
     return EndSession(session) && played;
 }
 
+// A marker of level 0000, which no install writes, is as good as none.
+bool HoldsOriginal() {
+    const trle_state::TrleState state = trle_state::LookAtTrle();
+    return state.Content == trle_state::Holds::Original ||
+           (state.Content == trle_state::Holds::Level && state.Code == 0);
+}
+
 bool Restore(Session& session, const std::string& kind) {
     bool restored = StartUpForRestore(session);
     if (restored)
         restored =
             kind == "fast" ? DoneWithoutFailure(session.user, &swap::FastRestore) : RestoreAll(session.user);
-    restored = restored && trle_state::CurrentLevelCode() == 0;
+    restored = restored && HoldsOriginal();
     return EndSession(session) && restored;
 }
 

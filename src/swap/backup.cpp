@@ -19,13 +19,13 @@
 #include "swap/messages.h"
 #include "trle/find_trle.h"
 #include "trle/fragments.h"
-#include "trle_state/marker.h"
 #include "trle_state/trle_state.h"
 
 namespace kelvash::swap {
 
-using trle_state::CurrentLevelCode;
-using trle_state::MarkerPath;
+using trle_state::Holds;
+using trle_state::LookAtTrle;
+using trle_state::TrleState;
 
 namespace {
 
@@ -50,9 +50,16 @@ bool EnoughRoom(std::int64_t needed) {
 // What becomes of the files of a backup that stands already.
 enum class Former { Merged, Dropped, Kept };
 
-// Such a folder is not the original one, whatever the user answers.
-bool LevelIsIn() {
-    return CurrentLevelCode() != 0 || FileExists(MarkerPath());
+// A folder that holds a level, or may hold one, is not the original one, whatever the user answers. False
+// after a message, which is `level_is_in` where a level is known to be in.
+bool IsOriginal(MessageStyle style, MessageId level_is_in) {
+    const TrleState state = LookAtTrle();
+    if (state.Content == Holds::Original) return true;
+    if (state.Content == Holds::Unknown && !state.MarkerStands)
+        TellContentUnknown();
+    else
+        ShowMessage(style, LoadMessage(level_is_in, {core::TrleFolder(), kLineBreak}));
+    return false;
 }
 
 bool HasFullKind(const std::string& folder) {
@@ -151,10 +158,7 @@ bool TakeIntoUse(const std::string& trle, Kind kind, Former former) {
 }
 
 bool MakeBackup(bool force_full, Former former) {
-    if (LevelIsIn()) {
-        TellCritical(LoadMessage(msg::kBackupLevelIsIn, {core::TrleFolder(), kLineBreak}));
-        return false;
-    }
+    if (!IsOriginal(MessageStyle::Critical, msg::kBackupLevelIsIn)) return false;
     const std::string trle = AskOriginalConfiguration();
     if (trle.empty()) return false;
     const std::optional<Kind> kind = force_full ? Kind::Full : AskKind();
@@ -255,6 +259,10 @@ BackupState StateOfBackup() {
     return note ? BackupState::Unsure : BackupState::Valid;
 }
 
+void TellContentUnknown() {
+    TellCritical(LoadMessage(msg::kBackupContentUnknown, {core::TrleFolder(), kLineBreak}));
+}
+
 Door RequireBackup() {
     FinishBackup();
     BackupState state = StateOfBackup();
@@ -296,11 +304,7 @@ void RefreshFullBackup() {
     const core::Change change(msg::kDoingRefreshBackup, core::kHomeFolder | core::kTrleFolder);
     if (!change) return;
     FinishBackup();
-    if (LevelIsIn()) {
-        ShowMessage(MessageStyle::Exclamation,
-                    LoadMessage(msg::kBackupRefreshLevelIsIn, {core::TrleFolder(), kLineBreak}));
-        return;
-    }
+    if (!IsOriginal(MessageStyle::Exclamation, msg::kBackupRefreshLevelIsIn)) return;
     const std::optional<bool> remove_old = AskRemoval();
     if (!remove_old) return;
     TheUser().SetLabel(BarPlace::MainWindow, LoadMessage(msg::kCopyingBackup));

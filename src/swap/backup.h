@@ -33,9 +33,11 @@ std::string BackupFolder();
 enum class BackupState { Missing, Foreign, Unsure, Valid };
 BackupState StateOfBackup();
 
-// The door of every install and restore: open if the backup is valid and of the TRLE folder in use. Otherwise
-// says what is missing and offers to make it, or to choose the TRLE folder anew. What can't be known is asked
-// once. Elsewhere: the user wants another folder; whatever was begun in this one is to be ended first.
+// The door of the install of a level, which it passes once the previous one is out, and of the full restore;
+// the way back to the original configuration has none. Open if the backup is valid and of the TRLE folder in
+// use. Otherwise says what is missing and offers to make it, or to choose the TRLE folder anew. What can't be
+// known is asked once. Elsewhere: the user wants another folder; whatever was begun in this one is to be
+// ended first.
 enum class Door { Open, Closed, Elsewhere };
 [[nodiscard]] Door RequireBackup();
 
@@ -54,8 +56,11 @@ std::string AskOriginalConfiguration();
 
 // Makes the backup, asking which kind. With `force_full` it is made anew without a question of kind, without
 // a test of room and although a valid one stands; files of the old one that TRLE lacks stay in it. False,
-// after a message, if the user or the disk refuses or a custom level is in TRLE.
+// after a message, if the user or the disk refuses, or a custom level is in TRLE or may be.
 [[nodiscard]] bool CreateBackup(bool force_full);
+
+// Tells that nothing says whether a level's files are in TRLE, so that no backup can be made of it.
+void TellContentUnknown();
 
 // The command "Create\Refresh full backup", with the main window's label and bar.
 void RefreshFullBackup();

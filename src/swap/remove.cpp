@@ -162,9 +162,15 @@ std::int32_t LeaveIn(TrleState& state, const std::string& folder, std::int32_t c
     return RescueSavesOf(state.Record.Owner) ? code : kRemovalRefused;
 }
 
+// What nothing tells of counts as original from here on, so that a backup would be made of it: where there is
+// none, only who asks for the original configuration itself has it so.
 std::int32_t RemoveUnknown(TrleState& state, std::int32_t wanted) {
     const std::string value = MarkerField(LoadFragment(fragment::kMarkerLevelCode), state.MarkerText);
     if (!state.MarkerStands || value.empty()) {
+        if (wanted != 0 && !BackupIsUsable()) {
+            TellContentUnknown();
+            return kRemovalRefused;
+        }
         if (!state.MarkerText.empty())
             TellCritical(LoadMessage(msg::kMarkerDamaged, {"\"" + MarkerPath() + "\"", kLineBreak}));
         if (const auto failure = PutSavesAway(state, false)) return *failure;

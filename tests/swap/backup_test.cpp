@@ -9,6 +9,8 @@
 #include "core/profile.h"
 #include "foundation/drives.h"
 #include "support/swap_home.h"
+#include "swap/install.h"
+#include "trle_state/swap_record.h"
 
 namespace kelvash::swap {
 namespace {
@@ -243,6 +245,53 @@ TEST_F(Backup, OfAFolderWithAMarkerIsRefusedWhateverItSays) {
     EXPECT_EQ(user.Told().size(), 4U);
     EXPECT_THAT(user.Asked(), IsEmpty());
     EXPECT_THAT(Backups(), IsEmpty());
+}
+
+// A level's files are there, and whoever could tell so is damaged.
+class BackupOfWhoKnows : public Backup {
+  protected:
+    BackupOfWhoKnows() {
+        AddLevel(1, "Gate", {{"gate.tr4", "GATE"}});
+        AddLevel(2, "Maze", {{"maze.tr4", "MAZE"}});
+        fs::copy(trle, backup, fs::copy_options::recursive);
+        EXPECT_TRUE(InstallLevel(1));
+        fs::remove_all(backup);
+        test::MakeFile(NativePath(trle_state::SwapRecordPath()), "cut");
+        fs::remove(trle / "Kelvash.txt");
+        user.Forget();
+    }
+    static constexpr const char* kUnknown =
+        "critical: Nothing says whether a custom level is in the Tomb Raider Level Editor folder C:\\trle: what "
+        "told of it is damaged. So it can not be taken for the original configuration.\r\nIf there is a level in "
+        "it perform a new setup of TRLE. Then set the original configuration, and the backup can be made.";
+};
+
+TEST_F(BackupOfWhoKnows, IsRefusedBeforeAnybodyIsAsked) {
+    EXPECT_FALSE(CreateBackup(false));
+    EXPECT_FALSE(CreateBackup(true));
+    RefreshFullBackup();
+    EXPECT_THAT(user.Told(), ElementsAre(kUnknown, kUnknown, kUnknown));
+    EXPECT_THAT(user.Asked(), IsEmpty());
+    EXPECT_THAT(Backups(), IsEmpty());
+}
+
+TEST_F(BackupOfWhoKnows, IsNotMadeAtTheDoorOfAnInstall) {
+    for (const char* marker : {static_cast<const char*>(nullptr), ": cut"}) {
+        if (marker != nullptr) test::MakeFile(trle / "Kelvash.txt", marker);
+        EXPECT_FALSE(InstallLevel(2));
+        EXPECT_THAT(user.Told(), ElementsAre(kUnknown));
+        user.Forget();
+    }
+    EXPECT_THAT(user.Asked(), IsEmpty());
+    EXPECT_THAT(Backups(), IsEmpty());
+    EXPECT_EQ(trle_state::ReadSwapRecord().State, trle_state::RecordState::Damaged) << "nothing is claimed";
+}
+
+TEST_F(BackupOfWhoKnows, IsMadeOnceTheOriginalConfigurationIsSet) {
+    ASSERT_TRUE(InstallLevel(0));
+    user.WillAnswer(kOriginal, "yes");
+    EXPECT_TRUE(CreateBackup(true));
+    EXPECT_TRUE(BackupIsValid());
 }
 
 TEST_F(Backup, ThatIsStoppedLeavesNothing) {
