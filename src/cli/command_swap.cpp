@@ -6,12 +6,12 @@
 #include "cli/steps.h"
 #include "cli/terminal.h"
 #include "companion/game.h"
-#include "core/change.h"
 #include "core/level_list.h"
 #include "core/session.h"
 #include "foundation/messages.h"
 #include "program/play.h"
 #include "program/start_up.h"
+#include "swap/backup.h"
 #include "swap/backup_messages.h"
 #include "swap/install.h"
 #include "swap/restore.h"
@@ -21,10 +21,17 @@ namespace kelvash::cli {
 
 namespace {
 
+// No lock may be held around it: another TRLE folder may be chosen at the door of the backup.
 bool InstallAndTell(const CliUser& user, std::int32_t code) {
-    const core::Change change(msg::kDoingInstallCommand, core::kSwap, code);
-    if (!change) return false;
-    const bool installed = DoneWithoutFailure(user, [&] { return swap::InstallLevel(code); });
+    bool was_begun = false;
+    const bool installed = DoneWithoutFailure(user, [&] {
+        return swap::OnChosenFolder(msg::kDoingInstallCommand, code,
+                                    [&](const trle_state::LevelPlace& level) {
+                                        was_begun = true;
+                                        return swap::InstallHere(level);
+                                    });
+    });
+    if (!was_begun) return false; // another program is at work
     if (!installed) swap::TellNotInstalled();
     core::RefreshLevelList();
     return installed;

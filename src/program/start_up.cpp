@@ -121,7 +121,7 @@ Trle MendTrle() {
     const std::string trle = core::TrleFolder();
     if (trle.empty() || !FolderExists(trle)) return Trle::Wanting;
     if (trle::CheckTrleFolder(trle, false)) return Trle::Good;
-    const core::Change change(msg::kDoingMendTrle, core::kHomeFolder | core::kTrleFolder);
+    core::Change change(msg::kDoingMendTrle, core::kHomeFolder | core::kTrleFolder);
     if (!change) return Trle::LockedOut;
     static_cast<void>(swap::EndCutShort()); // the other one may have been killed
     if (trle::CheckTrleFolder(trle, false)) return Trle::Good;
@@ -129,6 +129,7 @@ Trle MendTrle() {
     if (!swap::BackupIsValid() ||
         !AskYesNo(MessageStyle::Question, LoadMessage(msg::kRestoreFirst, {kLineBreak})))
         return Trle::Wanting;
+    change.End(); // it has a door of its own, at which another TRLE folder may be chosen
     ProgressDialog progress(BarPlace::ProgressDialog, {});
     swap::FullRestore(progress.bar, false);
     return Trle::Wanting;

@@ -338,6 +338,50 @@ TEST_F(Locks, AFolderChosenAtTheDoorHasItsOwnGameAndItsOwnLock) {
     EXPECT_FALSE(Exists(drive / "trle" / "Kelvash.txt"));
 }
 
+// The backup is of C:\other, which is chosen at its door while another program works there.
+class LocksOfTwoFolders : public Locks {
+  protected:
+    LocksOfTwoFolders() {
+        EXPECT_EQ(Add("maze").status, 0);
+        fs::copy(drive / "trle", drive / "other", fs::copy_options::recursive);
+        MakeFile(home / "backup_trle.txt", "#TRLE_FOLDER=C:\\other\r\n#TOMB4=00000000 1\r\n#KIND=full\r\n");
+        Hold("C:\\other", "installing a level");
+    }
+    // A run that has chosen the other folder and waits for it.
+    Background StartAndChoose(std::vector<std::string> words) {
+        words.insert(words.end(), {"--wait", "60", "--answers", Answers(R"([{"id":3033,"answer":"yes"},
+            {"id":3504,"answer":"no"},{"when":"Dialog_TrovaTrle","answer":"C:\\other","times":0}])")});
+        const Background run = Start(words);
+        for (int i = 0; i < 1000 && BytesOf(run.output).find("Dialog_TrovaTrle") == std::string::npos; ++i)
+            usleep(10000);
+        usleep(500000);
+        return run;
+    }
+    static LockResult Taken(const std::string& folder) {
+        FolderLock lock;
+        LockHolder holder;
+        return lock.Take(folder, LockKind::Change, "", holder);
+    }
+};
+
+TEST_F(LocksOfTwoFolders, OfTheFormerOneAreGivenBackByAnInstall) {
+    const Background run = StartAndChoose({"install", "1"});
+    EXPECT_EQ(Taken("C:\\trle"), LockResult::Taken);
+    EXPECT_EQ(Taken("C:\\Levels"), LockResult::Taken);
+    lock.Release();
+    EXPECT_EQ(StatusOf(run), 0) << BytesOf(run.output);
+    EXPECT_TRUE(Exists(drive / "other" / "data" / "maze.tr4"));
+}
+
+TEST_F(LocksOfTwoFolders, OfTheFormerOneAreGivenBackByTheRestoreAtAStart) {
+    fs::remove_all(drive / "trle" / "audio");
+    const Background run = StartAndChoose({"equal"});
+    EXPECT_EQ(Taken("C:\\trle"), LockResult::Taken);
+    lock.Release();
+    EXPECT_EQ(StatusOf(run), 0) << BytesOf(run.output);
+    EXPECT_FALSE(Exists(drive / "trle" / "audio"));
+}
+
 TEST_F(Locks, ARestoreThatWasKeptOutIsNotDone) {
     Hold("C:\\trle", "installing a level");
     const CliRun run = Json({"restore", "full"}); // the original configuration is in already

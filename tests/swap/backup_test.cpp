@@ -261,8 +261,10 @@ class BackupOfWhoKnows : public Backup {
         user.Forget();
     }
     static constexpr const char* kUnknown =
-        "critical: Nothing says whether a custom level is in the Tomb Raider Level Editor folder C:\\trle: what "
-        "told of it is damaged. So it can not be taken for the original configuration.\r\nIf there is a level in "
+        "critical: Nothing says whether a custom level is in the Tomb Raider Level Editor folder C:\\trle: "
+        "what "
+        "told of it is damaged. So it can not be taken for the original configuration.\r\nIf there is a "
+        "level in "
         "it perform a new setup of TRLE. Then set the original configuration, and the backup can be made.";
 };
 

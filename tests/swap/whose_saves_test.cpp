@@ -173,7 +173,8 @@ TEST_F(WhoseSaves, AreTheMarkersWithoutARecordIfTheNameAgrees) {
     EXPECT_FALSE(test::Exists(trle / "data" / "city.tr4"));
 }
 
-// Nobody knows then what came in with the level, so that a date alone decides, and nothing is overwritten by it.
+// Nobody knows then what came in with the level, so that a date alone decides, and nothing is overwritten by
+// it.
 TEST_F(WhoseSaves, NewerInTheStashStayThereWithoutARecord) {
     fs::remove(NativePath(SwapRecordPath()));
     const auto now = fs::file_time_type::clock::now();
