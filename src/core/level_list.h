@@ -9,7 +9,7 @@
 namespace kelvash::core {
 
 struct LevelListItem {
-    std::string Text; // the level's name, with " (*)" behind it for the level that is in TRLE
+    std::string Text; // the level's name, trimmed, with " (*)" behind it for the level that is in TRLE
     std::int32_t Code = 0;
 };
 

@@ -4,7 +4,9 @@
 #include <limits>
 
 #include "core/archive.h"
+#include "core/path_field.h"
 #include "core/profile.h"
+#include "foundation/bytes.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
@@ -88,8 +90,8 @@ void TellRefused(RefusedNames names) {
 
 void TakeFields(NewLevel& level, RefusedNames& refused) {
     const core::LevelEdit record = core::archive.Table.Edit(level.Level.Index);
-    level.Name = CleanLine(Trim(LevelConfig.LevelName));
-    level.Note = CleanLine(Trim(LevelConfig.LevelNote));
+    level.Name = FitText(CleanLine(Trim(LevelConfig.LevelName)), core::kLineWidth);
+    level.Note = FitText(CleanLine(Trim(LevelConfig.LevelNote)), core::kLineWidth);
     record->Author = CleanLine(LevelConfig.AuthorName);
     record->Emails = LevelConfig.AuthorEmails;
     record->Sites = LevelConfig.AuthorSites;

@@ -4,6 +4,7 @@
 
 #include "core/archive.h"
 #include "core/change.h"
+#include "core/path_field.h"
 #include "foundation/messages.h"
 #include "foundation/strangers_files.h"
 #include "foundation/text.h"
@@ -64,9 +65,9 @@ void Open(const std::string& address) {
         TellCritical(LoadMessage(msg::kAutoreCannotOpen) + address);
 }
 
-// Tells a text that is too long for its field.
+// Tells a text that is too long for its field, or has characters that it can't hold.
 bool Fits(const std::string& text, std::size_t too_long, MessageId message) {
-    if (AnsiFromUtf8(text).size() < too_long) return true;
+    if (AnsiFromUtf8(text).size() < too_long) return core::CheckText(Trim(text), too_long);
     TellCritical(LoadMessage(message));
     return false;
 }

@@ -7,6 +7,8 @@
 #include "core/change.h"
 #include "core/kept_folders.h"
 #include "core/level_list.h"
+#include "core/path_field.h"
+#include "foundation/bytes.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
@@ -72,7 +74,7 @@ void TakeFirstZip(NewLevel& level, const std::string& zip) {
         return;
     }
     level.LastZip = zip;
-    level.Name = BaseNameOf(zip);
+    level.Name = FitText(BaseNameOf(zip), core::kLineWidth); // the form shows what became of it
     TakeWhatArrived(level);
     PickMoreInfoFile(level);
 }
@@ -140,6 +142,14 @@ bool AddBy(const std::string& zip, const std::function<void(NewLevel&)>& work) {
     return false;
 }
 
+// The name of a file may have characters that no record holds.
+void TakeNameOf(NewLevel& level, const std::string& source) {
+    const std::string name(Trim(FolderExists(source) ? FileNameOf(source) : BaseNameOf(source)));
+    level.Name = FitText(name, core::kLineWidth);
+    if (level.Name != name)
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kNewLevelNameFitted, {name, level.Name}));
+}
+
 MessageText SummaryOf(std::size_t added, std::size_t all, const std::vector<std::string>& left_out) {
     MessageText text = LoadMessage(msg::kAddedSummary, {std::to_string(added), std::to_string(all)});
     if (left_out.empty()) return text;
@@ -196,6 +206,7 @@ bool ShowProperty() {
 }
 
 bool AddLevelOf(const std::vector<std::string>& sources, const std::string& name) {
+    if (!core::CheckText(Trim(name), core::kLineWidth)) return false;
     return AddBy({}, [&](NewLevel& level) { TakeSourcesAndStore(level, sources, name); });
 }
 
@@ -205,9 +216,7 @@ void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& source
     });
     if (level.State != FormState::Open) return;
     if (!name.empty()) level.Name = name;
-    if (Trim(level.Name).empty() && !sources.empty())
-        level.Name =
-            FolderExists(sources.front()) ? FileNameOf(sources.front()) : BaseNameOf(sources.front());
+    if (Trim(level.Name).empty() && !sources.empty()) TakeNameOf(level, sources.front());
     if (added) StoreLevel(level);
     if (level.State == FormState::Open) CancelLevel(level);
 }

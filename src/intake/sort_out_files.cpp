@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "companion/savegames.h"
 #include "core/archive.h"
-#include "core/profile.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
@@ -17,7 +17,6 @@
 #include "media/media_config.h"
 #include "swap/rescued_saves.h"
 #include "trle_state/file_stamp.h"
-#include "trle_state/trle_state.h"
 
 namespace kelvash::intake {
 
@@ -30,13 +29,6 @@ struct Placing {
     bool stays = false; // the level needs it where it is, too
 };
 
-// While a level is in TRLE its savegames live there; what is put into its stash would go with the next swap.
-std::string SavesPlace(const NewLevel& level) {
-    const std::int32_t code = level.Level.Code;
-    return code != 0 && trle_state::CurrentLevelCode() == code ? core::TrleFolder()
-                                                               : core::StashFolder(level.Level.Folder);
-}
-
 // A load screen is one of the level's files, and becomes a screenshot only when it comes in: it doesn't come
 // back once the player has deleted that. In a compressing Archive load.jpg is what load.bmp has become.
 bool BecomesScreenshot(const NewLevel& level, const std::string& load_screen, const std::string& folder) {
@@ -45,8 +37,9 @@ bool BecomesScreenshot(const NewLevel& level, const std::string& load_screen, co
     return EqualNoCase(FileNameOf(load_screen), FileNameOf(bitmap)) || !FileExists(bitmap);
 }
 
+// While a level is in TRLE its savegames live there; what is put into its stash would go with the next swap.
 void PlaceSavegames(const NewLevel& level, std::vector<Placing>& placings) {
-    const std::string folder = SavesPlace(level);
+    const std::string folder = companion::SlotFolder(level.Level);
     for (const std::string& file : ListFiles(level.WorkFolder, LoadFragment(fragment::kIntakeSavegameMask)))
         placings.push_back({file, folder + "\\" + FileNameOf(file)});
 }

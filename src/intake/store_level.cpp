@@ -4,6 +4,7 @@
 
 #include "core/archive.h"
 #include "core/level_draft.h"
+#include "core/path_field.h"
 #include "core/profile.h"
 #include "core/sizes.h"
 #include "core/tr4_info.h"
@@ -34,12 +35,16 @@ bool Has(const NewLevel& level, const Fragment& mask) {
     return AnyFile(level.WorkFolder, LoadFragment(mask));
 }
 
+// What the record can't hold as it is must not be stored as something else.
 bool TakeName(NewLevel& level) {
     level.Name = Trim(level.Name);
     if (level.Name.empty()) {
         TellCritical(LoadMessage(msg::kNameMissing));
         return false;
     }
+    if (!core::CheckText(level.Name, core::kLineWidth) ||
+        !core::CheckText(Trim(level.Note), core::kLineWidth))
+        return false;
     EditRecord(level)->Name = level.Name;
     return true;
 }

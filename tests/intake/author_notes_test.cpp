@@ -148,6 +148,16 @@ INSTANTIATE_TEST_SUITE_P(
                             "Author's note too long"}),
     [](const testing::TestParamInfo<TooLong>& field) { return std::string(field.param.name); });
 
+TEST_F(AuthorNotesTest, RefusesCharactersThatTheRecordCannotHold) {
+    AuthorNotes notes = Begun();
+    notes.Name = "\xC5\x81uk";
+    EXPECT_FALSE(StoreAuthorNotes(notes));
+    EXPECT_EQ(Record().Author, "Ann ");
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: This text has characters that the files of Kelvash can not hold (only "
+                            "those of Windows-1252): \xC5\x81uk"));
+}
+
 TEST_F(AuthorNotesTest, OnlyAddressesAreOpenedAndOnlyAfterAYes) {
     AuthorNotes notes = Begun();
     notes.Sites = {"C:\\trle\\tomb4.exe", "file:///etc/passwd", "www.x.org"};

@@ -258,6 +258,67 @@ TEST_F(StoreLevelTest, SavegamesOfALevelThatIsInTrleGoThere) {
     EXPECT_THAT(user.Asked(), IsEmpty());
 }
 
+// Those that its view shows are of TRLE's root as well.
+TEST_F(StoreLevelTest, SavegamesOfTheOriginalConfigurationGoThereToo) {
+    AddLevel(2, "Last", {});
+    OpenProperties(0);
+    test::MakeFile(Work() / "savegame.1", "added");
+    Store();
+    EXPECT_EQ(level.State, FormState::Saved);
+    EXPECT_EQ(test::BytesOf(trle / "savegame.1"), "added");
+    EXPECT_THAT(NamesIn(StashPath(0)), IsEmpty());
+}
+
+TEST_F(StoreLevelTest, RefusesWhatTheRecordCannotHoldAsItIs) {
+    OpenGood();
+    const std::string lodz =
+        "\xC5\x81\xC3\xB3"
+        "d\xC5\xBA";
+    level.Name = lodz;
+    Store();
+    level.Name = std::string(257, 'x');
+    Store();
+    level.Name = "The Maze";
+    level.Note = lodz;
+    Store();
+    const std::string characters =
+        "critical: This text has characters that the files of Kelvash can not hold (only those of "
+        "Windows-1252): " +
+        lodz;
+    EXPECT_THAT(user.Told(), ElementsAre(characters,
+                                         "critical: This text is too long for the files of Kelvash (at most "
+                                         "256 characters): " +
+                                             std::string(257, 'x'),
+                                         characters));
+    EXPECT_EQ(level.State, FormState::Open);
+    EXPECT_EQ(Record().Name, "");
+    level.Note = " Spi\xC3\xABl ";
+    level.Name = " ";
+    for (int i = 0; i < 256; ++i)
+        level.Name += "\xC3\xA9";
+    Store();
+    EXPECT_EQ(level.State, FormState::Saved);
+}
+
+TEST_F(StoreLevelTest, AGivenNameThatNoRecordHoldsAddsNothing) {
+    EXPECT_FALSE(AddLevelOf({"C:\\in"}, "\xC5\x81"));
+    EXPECT_EQ(core::archive.Table.Size(), 1);
+    EXPECT_FALSE(test::Exists(LevelPath(1)));
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: This text has characters that the files of Kelvash can not hold (only "
+                            "those of Windows-1252): \xC5\x81"));
+}
+
+TEST_F(StoreLevelTest, ANameThatIsAFilesIsToldWhereItHasToChange) {
+    for (const auto& [name, bytes] : kGood)
+        test::MakeFile(drive / "in" / "\xC5\x81uk" / name, bytes);
+    EXPECT_TRUE(AddLevelOf({"C:\\in\\\xC5\x81uk"}));
+    EXPECT_EQ(core::archive.Table[1].Name, "?uk");
+    EXPECT_THAT(user.Told(), ElementsAre("exclamation: The files of Kelvash can not hold this name as it is "
+                                         "(at most 256 characters of Windows-1252): \xC5\x81uk. The level is "
+                                         "called: ?uk"));
+}
+
 TEST_F(StoreLevelTest, WhatASaveOrAPictureReplacesIsKeptAndToldOnce) {
     AddLevel(1, "First", kGood, {{"savegame.0", "the player's"}, {"savegame.1", "the same"}});
     AddLevel(2, "Last", {});
