@@ -49,8 +49,8 @@ std::string FindArchiveFolderOnCd(std::string_view drive);
 
 // Sub-folders of a level's folder.
 std::string FilesFolder(std::string_view level_folder);
-std::string SavegamesFolder(std::string_view level_folder);
-std::string StashFolder(std::string_view level_folder); // BACKUP_SAVEGAMES
+std::string SavegamesFolder(std::string_view level_folder); // the archived ones; the slots' lie in the stash
+std::string StashFolder(std::string_view level_folder);     // BACKUP_SAVEGAMES
 std::string ScreenshotsFolder(std::string_view level_folder);
 // Makes `path` and its four sub-folders; false at the first that fails.
 [[nodiscard]] bool CreateLevelFolders(std::string_view path);

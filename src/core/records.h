@@ -54,12 +54,12 @@ struct LevelRecord {
     std::string Emails; // separated by one NUL each
     std::string Sites;  // separated by one NUL each
     std::string AuthorNote;
-    std::int32_t Code = 0;     // names the folder LEVEL_NNNN; 0 is the original configuration
-    std::int32_t CdNumber = 0; // 0: the FILES folder is on disk
-    std::string MoreInfoFile;  // inside FILES
-    std::int32_t FilesSize = 0;
-    std::int32_t SavesSize = 0;
-    bool RecountSaves = false; // SavesSize is to be recounted on load; nothing here sets it
+    std::int32_t Code = 0;      // names the folder LEVEL_NNNN; 0 is the original configuration
+    std::int32_t CdNumber = 0;  // 0: the FILES folder is on disk
+    std::string MoreInfoFile;   // inside FILES
+    std::int32_t FilesSize = 0; // bytes, the nearest that 32 bits hold
+    std::int32_t SavesSize = 0; // likewise
+    bool RecountSaves = false;  // SavesSize is to be recounted on load; nothing here sets it
 };
 
 inline constexpr std::size_t kLevelSize = 1634;

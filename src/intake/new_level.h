@@ -83,7 +83,8 @@ bool AddLevelOf(const std::vector<std::string>& sources, const std::string& name
 // Adds each source as a level of its own in that way, and tells a summary at the end.
 void AddLevels(const std::vector<std::string>& sources);
 
-// Prepares the dialog for the properties of a level, or for a level that is being added (ImpostaValori).
+// Prepares the dialog for the properties of a level, or for a level that is being added; a zip gives
+// it the first files and its name.
 // State is Cancelled if the dialog must not open.
 void BeginLevel(NewLevel& level, const core::LevelPlace& place);
 void BeginNewLevel(NewLevel& level, const core::LevelPlace& place, const std::string& zip);

@@ -45,9 +45,10 @@ void DropOlderForms(const NewLevel& level);
 
 // --- what isn't the level's own (sort_out_files.cpp) ---
 
-// Moves savegames to where the level's savegames are and pictures to its screenshots, load screens as copies;
-// a file that has the name of one of them is rescued (swap/rescued_saves.h), which is told. Deletes the
-// helpers of a package. False after a message: what has no other place is still in the work folder.
+// Moves savegames into the stash, or TRLE while the level is in, and pictures to its screenshots, load
+// screens as copies; a file that has the name of one of them is rescued (swap/rescued_saves.h), which is
+// told. Deletes the helpers of a package. False after a message: what has no other place is still in the work
+// folder.
 [[nodiscard]] bool SortOutFiles(const NewLevel& level);
 
 // --- zips and what else arrives (work_zips.cpp) ---

@@ -10,10 +10,10 @@ namespace kelvash::swap {
 inline constexpr std::int32_t kRemovalRefused = -2;
 
 // Brings the TRLE folder back to its original state before the level `code` goes in, or is removed from the
-// Archive (-1 always removes). Gives the code of the previous level; `code` itself when it is in already and
-// nothing was done; 0 when none was in or a step failed after its message; -1 for a marker without a code, or
-// for a level that the open Archive doesn't have; kRemovalRefused.
-// A swap that was cut short is ended first.
+// Archive (kNoLevel always removes). Gives the code of the previous level; `code` itself when it is in
+// already and nothing was done; 0 when none was in or a step failed after its message; -1 for a marker
+// without a code, or for a level that the open Archive doesn't have; kRemovalRefused. A swap that was cut
+// short is ended first.
 [[nodiscard]] std::int32_t RemovePreviousLevel(std::int32_t code);
 
 enum class CutShort {

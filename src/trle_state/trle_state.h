@@ -36,7 +36,8 @@ struct TrleState {
 TrleState LookAtTrle();
 
 // Code of the level of the open Archive that is in the TRLE folder: 0 for the original configuration,
-// kNoLevel while that of another Archive, or half of one, is in.
+// kNoLevel while that of another Archive, or half of one, is in; 0 also where nothing tells; a code that no
+// level has is given as the marker states it. Who would change what isn't original asks for the Content.
 std::int32_t CurrentLevelCode();
 // True if the level is in TRLE, wholly or as a swap that was cut short has left it.
 bool IsInTrle(std::int32_t code);
