@@ -80,8 +80,8 @@ StashPlan PlanStash(const std::string& stash, const SwapRecord& record, bool kno
             return EqualNoCase(FileNameOf(save), name);
         });
         if (twin != plan.saves.end())
-            // What has grown old while its twin was played came in with the level, as far as anybody can say.
-            PlanTwin(old, *twin, is_known || (!knows_stash && IsNewer(*twin, old)), plan);
+            // What isn't newer than its twin came in with the level, as far as anybody can say.
+            PlanTwin(old, *twin, is_known || (!knows_stash && !IsNewer(old, *twin)), plan);
         else if (!knows_stash)
             plan.losers.push_back(old);
         else if (is_known)

@@ -23,9 +23,10 @@ std::vector<std::string> ListSaves();
 
 // Moves the saves of the TRLE root into the stash of a level. What the record brought in from there, and only
 // that, is emptied or overwritten; of any other file of one name the newer stays in the stash and the older
-// is rescued. Without `knows_stash` (a level that a marker alone tells of) what is older than its twin counts
-// as brought in, and files that have no twin are rescued. No save leaves the root before all of them are
-// whole on the disk and the record, at the step Leaving, says that the stash may hold what the root lacks.
+// is rescued. Without `knows_stash` (a level that a marker alone tells of) what isn't newer than its twin
+// counts as brought in, and files that have no twin are rescued. No save leaves the root before all of them
+// are whole on the disk and the record, at the step Leaving, says that the stash may hold what the root
+// lacks.
 [[nodiscard]] StashResult StashLevelFiles(const std::string& level_folder, trle_state::SwapRecord& record,
                                           bool knows_stash);
 // The same while the level stays in: its saves stay in the root as well.
