@@ -1,6 +1,7 @@
 #include "ui/Dialog_Splash.h"
 
 #include <QGuiApplication>
+#include <QImageReader>
 #include <QPixmap>
 #include <QScreen>
 
@@ -30,8 +31,10 @@ Dialog_Splash::Dialog_Splash(const QPixmap& picture) : QWidget(nullptr, Qt::Spla
 QPixmap SplashPicture() {
     const std::string path = AppFolder() + LoadFragment(fragment::kSplashName);
     const QString file = QString::fromStdU16String(NativePath(path).u16string());
-    // By its name it is a JPEG: asking every picture plug-in first takes longer than reading it.
-    QPixmap picture(file, "jpg");
+    // By its name it is a JPEG: to load every plug-in for pictures and ask it takes longer than reading it.
+    QImageReader reader(file, "jpg");
+    reader.setAutoDetectImageFormat(false);
+    const QPixmap picture = QPixmap::fromImageReader(&reader);
     return picture.isNull() ? QPixmap(file) : picture;
 }
 

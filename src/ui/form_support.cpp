@@ -6,12 +6,15 @@
 #include <QMenuBar>
 #include <QSet>
 #include <QTextDocument>
+#include <QTimer>
 
 #include "foundation/text.h"
 
 namespace kelvash::ui {
 
 namespace {
+
+constexpr int kAfterPainting = 15; // milliseconds, in which a window that is shown is painted
 
 // Hands out letters within one scope: a form, a menu bar, a menu.
 class Letters {
@@ -74,6 +77,11 @@ void MarkActions(const QList<QAction*>& actions) {
 
 QString Caption(MessageId id, const MessageArgs& args) {
     return ShownText(LoadMessage(id, args));
+}
+
+void AfterPainting(QObject* receiver, const std::function<void()>& work) {
+    // Counted from when events are looked after: at the start of the program that comes late.
+    QTimer::singleShot(0, receiver, [receiver, work] { QTimer::singleShot(kAfterPainting, receiver, work); });
 }
 
 QString ShownText(const std::string& text) {

@@ -5,6 +5,7 @@
 #include <QProgressBar>
 #include <QString>
 #include <QWidget>
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <type_traits>
@@ -31,8 +32,9 @@ QString ShownLine(const std::string& text);
 // A text as a tool tip shows it to the letter: a name may look like mark-up.
 QString ToolTipText(const QString& text);
 
-// How long pictures are put off, in milliseconds: what they belong to is painted first.
-inline constexpr int kAfterPainting = 15;
+// Does work, such as to read a picture, when what is to be shown now has been painted. Not done any more if
+// the receiver is gone by then.
+void AfterPainting(QObject* receiver, const std::function<void()>& work);
 
 // A control whose object name is the name by which the form knows it. The parent owns it.
 template <class Control>

@@ -6,15 +6,19 @@
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <optional>
+#include <utility>
 
 #include "foundation/drive_options.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/font_search.h"
 #include "foundation/registration.h"
 #include "program/message_tables.h"
 #include "program/start_up.h"
 #include "ui/Dialog_Splash.h"
 #include "ui/Principale.h"
+#include "ui/form_support.h"
 #include "ui/forms_desktop.h"
 #include "ui/forms_user.h"
 #include "ui/messages.h"
@@ -86,6 +90,24 @@ class QuitWhenShown final : public QObject {
     }
 };
 
+// Until Find() Qt finds no plug-ins: for small pictures that it can read by itself, the program's icon and
+// those of which its style makes menu bars and frames, it would load all those for pictures, which takes
+// longer than to read them.
+class PlugInsLater {
+  public:
+    PlugInsLater() { QCoreApplication::setLibraryPaths({}); }
+    ~PlugInsLater() { Find(); }
+    PlugInsLater(const PlugInsLater&) = delete;
+    PlugInsLater& operator=(const PlugInsLater&) = delete;
+
+    void Find() {
+        if (!paths_.isEmpty()) QCoreApplication::setLibraryPaths(std::exchange(paths_, {}));
+    }
+
+  private:
+    QStringList paths_ = QCoreApplication::libraryPaths();
+};
+
 // A translated message table of the application's folder.
 void TakeMessageTable() {
     const std::string table = AppFolder() + "\\messages.txt";
@@ -126,7 +148,10 @@ int Run(const QApplication& application) {
     const std::filesystem::path home =
         options.home.empty() ? DefaultAppFolder() : NativeFromUser(options.drives, options.home);
     if (home.empty()) return Complain("--home " + options.home + ": no such drive");
+    PlugInsLater plug_ins;
+    QApplication::setWindowIcon(QIcon(QPixmap(QStringLiteral(":/kelvash/kelvash_64.png"), "png")));
     FormsUser user;
+    user.SetBeforeWaiting([&plug_ins] { plug_ins.Find(); });
     if (!SetAppFolder(home)) {
         TellCritical(LoadMessage(msg::kFormsCannotWrite) + home.string());
         return EXIT_FAILURE;
@@ -140,7 +165,8 @@ int Run(const QApplication& application) {
     const FormsDesktop desktop;
     const Theme theme;
     std::optional<Dialog_Splash> splash;
-    user.SetBeforeWaiting([&splash] {
+    user.SetBeforeWaiting([&plug_ins, &splash] {
+        plug_ins.Find();
         // The usual start is over before anybody could read it.
         if (const QPixmap picture = SplashPicture(); !picture.isNull()) splash.emplace(picture).show();
     });
@@ -156,6 +182,7 @@ int Run(const QApplication& application) {
     }
     QuitWhenShown quit;
     if (options.quit_when_shown) window.installEventFilter(&quit);
+    AfterPainting(&window, [&plug_ins] { plug_ins.Find(); });
     window.show();
     return QApplication::exec();
 }
@@ -165,12 +192,12 @@ int Run(const QApplication& application) {
 } // namespace kelvash::ui
 
 int main(int argc, char** argv) {
+    const kelvash::FontSearch font_search;
     const QApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("kelvash"));
     QCoreApplication::setApplicationVersion(QStringLiteral("1.4"));
     QGuiApplication::setDesktopFileName(QStringLiteral("kelvash"));
     kelvash::ui::TakeShippedFiles();
-    QApplication::setWindowIcon(QIcon(QPixmap(QStringLiteral(":/kelvash/kelvash_64.png"), "png")));
     try {
         return kelvash::ui::Run(application);
     } catch (const std::exception& error) {

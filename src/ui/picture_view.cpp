@@ -3,7 +3,6 @@
 #include <QFileInfo>
 #include <QImageReader>
 #include <QPainter>
-#include <QTimer>
 
 #include "ui/form_support.h"
 #include "ui/messages.h"
@@ -23,7 +22,7 @@ void PictureView::ShowFile(const QString& native_path, const QString& text) {
     update();
     if (path_.isEmpty() || pending_) return;
     pending_ = true;
-    QTimer::singleShot(kAfterPainting, this, &PictureView::Load);
+    AfterPainting(this, [this] { Load(); });
 }
 
 void PictureView::Load() {

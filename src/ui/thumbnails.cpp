@@ -66,7 +66,7 @@ void Thumbnails::Want(std::int32_t code) {
     if (wanted_.size() > kMostWanted) wanted_.pop_front();
     if (waiting_) return;
     waiting_ = true;
-    QTimer::singleShot(kAfterPainting, this, &Thumbnails::LoadNext);
+    AfterPainting(this, [this] { LoadNext(); });
 }
 
 void Thumbnails::LoadNext() {

@@ -25,6 +25,12 @@ using NativeFile = std::filesystem::path;
 // Upper-case form of UTF-8, character by character; bytes that are no UTF-8 stay.
 std::string FoldCase(std::string_view text);
 
+// --- fonts (posix_fonts.cpp) ---
+
+// Reads where the system's fonts are and keeps it for those who ask for one; nothing where the system does.
+// May run on any thread.
+void ReadFontConfiguration();
+
 // --- files (posix_files.cpp) ---
 
 // Copies content, modification time and the read-only attribute to a file that doesn't exist yet, letting the
