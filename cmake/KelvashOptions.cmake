@@ -25,6 +25,11 @@ if(LLD_PROGRAM AND NOT WIN32)
   add_link_options(-fuse-ld=lld)
 endif()
 
+# What most sources include of the language's library: a third of the time of a unit. Each file names what it uses all the
+# same, for clang-tidy and other checks compile without it.
+set(KELVASH_PRECOMPILED <algorithm> <array> <chrono> <cstdint> <filesystem> <fstream> <functional> <map> <memory>
+  <optional> <string> <string_view> <utility> <vector>)
+
 # A stack trace needs lines; the rest of the debugging information is a fifth of the time of a build.
 set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1 -DNDEBUG")
 
