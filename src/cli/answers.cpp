@@ -6,6 +6,8 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "foundation/native_text.h"
+
 namespace kelvash::cli {
 
 namespace {
@@ -82,7 +84,7 @@ std::optional<std::string> TakeAnswer(std::vector<AnswerEntry>& entries, const B
 }
 
 std::string ReadAnswers(const std::filesystem::path& file, std::vector<AnswerEntry>& entries) {
-    const std::string name = "answers file " + file.string();
+    const std::string name = "answers file " + TextOfNative(file);
     const std::optional<std::string> bytes = BytesOf(file);
     if (!bytes) return name + " can't be read";
     const json list = json::parse(*bytes, nullptr, false);

@@ -7,6 +7,7 @@
 #include "foundation/drive_options.h"
 #include "foundation/drives.h"
 #include "foundation/messages.h"
+#include "foundation/native_text.h"
 #include "foundation/registration.h"
 #include "swap/backup_messages.h"
 
@@ -21,7 +22,7 @@ namespace {
 std::string PathForOthers(const fs::path& native) {
     const std::string on_drive = DosPath(native);
     if (!on_drive.empty() || native.has_root_name()) return on_drive;
-    std::string text = "Z:" + native.generic_string();
+    std::string text = "Z:" + GenericTextOf(native);
     std::replace(text.begin(), text.end(), '/', '\\');
     return text;
 }
@@ -37,7 +38,7 @@ struct DemoRun {
 
     std::string TextOf(const fs::path& path) const {
         if (path.empty()) return {};
-        std::string rest = "\\" + path.lexically_relative(whole).generic_string();
+        std::string rest = "\\" + GenericTextOf(path.lexically_relative(whole));
         std::replace(rest.begin(), rest.end(), '/', '\\');
         return base + rest;
     }
@@ -62,9 +63,9 @@ bool MakeDemo(Session& session, DemoRun& demo) {
 // A person goes on in a shell, which knows no drives.
 std::string DemoLines(const DemoRun& demo) {
     if (!demo.made) return {};
-    return LoadMessage(msg::kCliDemoHome) + ": " + demo.sandbox.home.string() + "\n" +
-           LoadMessage(msg::kCliDemoTrle) + ": " + demo.sandbox.trle.string() + "\n" +
-           LoadMessage(msg::kCliDemoZips) + ": " + demo.sandbox.zips.string() + "\n";
+    return LoadMessage(msg::kCliDemoHome) + ": " + TextOfNative(demo.sandbox.home) + "\n" +
+           LoadMessage(msg::kCliDemoTrle) + ": " + TextOfNative(demo.sandbox.trle) + "\n" +
+           LoadMessage(msg::kCliDemoZips) + ": " + TextOfNative(demo.sandbox.zips) + "\n";
 }
 
 } // namespace

@@ -15,6 +15,7 @@
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
+#include "foundation/native_text.h"
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
 #include "foundation/text.h"
@@ -51,17 +52,17 @@ bool IsEmptyOrMissing(const fs::path& folder) {
 bool MakeNativeFolder(const fs::path& folder) {
     std::error_code error;
     fs::create_directories(folder, error);
-    return !error || Refuse(msg::kCliDemoCannotWrite, folder.string());
+    return !error || Refuse(msg::kCliDemoCannotWrite, TextOfNative(folder));
 }
 
 // The home with its drive, so that the paths in its files hold wherever the sandbox lies.
 bool TakeSandbox(const fs::path& drive, const Sandbox& sandbox) {
     if (!MakeNativeFolder(sandbox.home)) return false;
     std::ofstream drives(sandbox.home / "drives.txt");
-    drives << "C=" << drive.string() << '\n';
+    drives << "C=" << TextOfNative(drive) << '\n';
     drives.close();
     return (drives.good() && SetAppFolder(sandbox.home)) ||
-           Refuse(msg::kCliDemoCannotWrite, sandbox.home.string());
+           Refuse(msg::kCliDemoCannotWrite, TextOfNative(sandbox.home));
 }
 
 bool MakeTrle(const Sandbox& sandbox) {
@@ -73,7 +74,7 @@ bool MakeTrle(const Sandbox& sandbox) {
     std::error_code error;
     const fs::path game = sandbox.trle / "tomb4.exe";
     fs::copy_file(StandInGame(), game, error);
-    return !error || Refuse(msg::kCliDemoCannotWrite, game.string());
+    return !error || Refuse(msg::kCliDemoCannotWrite, TextOfNative(game));
 }
 
 // Brings a level's files into the forms that an Archive with compression keeps.
@@ -124,8 +125,8 @@ bool MakeArchive(const std::string& folder) {
 
 bool MakeZips(const fs::path& folder) {
     for (const DemoLevel& level : ZippedLevels()) {
-        const fs::path zip = folder / (level.record.Name + ".zip");
-        if (!WriteZip(zip, level.files)) return Refuse(msg::kCliDemoCannotWrite, zip.string());
+        const fs::path zip = folder / NativeFromText(level.record.Name + ".zip");
+        if (!WriteZip(zip, level.files)) return Refuse(msg::kCliDemoCannotWrite, TextOfNative(zip));
     }
     return true;
 }
@@ -133,9 +134,12 @@ bool MakeZips(const fs::path& folder) {
 } // namespace
 
 fs::path StandInGame() {
-    const fs::path program = platform::ExecutablePath().parent_path();
-    const std::array<fs::path, 2> places = {
-        (program / ".." / "share" / "kelvash" / "standin-game").lexically_normal(), program / "standin-game"};
+    const fs::path own = platform::ExecutablePath();
+    fs::path name = "standin-game";
+    name += own.extension(); // a program's, as this system has it
+    const fs::path program = own.parent_path();
+    const std::array<fs::path, 2> places = {(program / ".." / "share" / "kelvash" / name).lexically_normal(),
+                                            program / name};
     std::error_code error;
     const auto* const found = std::find_if(places.begin(), places.end(), [&](const fs::path& place) {
         return fs::is_regular_file(place, error);
@@ -145,8 +149,9 @@ fs::path StandInGame() {
 
 bool MakeSandbox(const fs::path& folder, SandboxState state, Sandbox& sandbox) {
     std::error_code error;
-    if (!fs::is_regular_file(StandInGame(), error)) return Refuse(msg::kCliNoStandIn, StandInGame().string());
-    if (!IsEmptyOrMissing(folder)) return Refuse(msg::kCliFolderNotEmpty, folder.string());
+    if (!fs::is_regular_file(StandInGame(), error))
+        return Refuse(msg::kCliNoStandIn, TextOfNative(StandInGame()));
+    if (!IsEmptyOrMissing(folder)) return Refuse(msg::kCliFolderNotEmpty, TextOfNative(folder));
     if (!MakeNativeFolder(folder / "drive_c")) return false;
     const fs::path drive = fs::canonical(folder / "drive_c", error);
     sandbox = {drive / "Kelvash", drive / "Program Files" / "Core Design" / "trle", drive / "zips"};

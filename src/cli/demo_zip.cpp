@@ -2,11 +2,13 @@
 
 #include <zip.h>
 
+#include "foundation/native_text.h"
+
 namespace kelvash::cli {
 
 bool WriteZip(const std::filesystem::path& zip,
               const std::vector<std::pair<std::string, std::string>>& files) {
-    zip_t* const archive = zip_open(zip.string().c_str(), ZIP_CREATE | ZIP_EXCL, nullptr);
+    zip_t* const archive = zip_open(TextOfNative(zip).c_str(), ZIP_CREATE | ZIP_EXCL, nullptr);
     if (archive == nullptr) return false;
     for (const auto& [name, content] : files) {
         zip_source_t* const source = zip_source_buffer(archive, content.data(), content.size(), 0);

@@ -7,6 +7,7 @@
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
+#include "foundation/native_text.h"
 #include "program/message_tables.h"
 
 namespace kelvash::cli {
@@ -21,7 +22,7 @@ namespace {
 
 void TakeMessageTable(const std::string& table) {
     const program::TableLoading loading = program::LoadMessageTable(table);
-    const std::string path = NativePath(table).string();
+    const std::string path = TextOfNative(NativePath(table));
     const std::string lines = program::RefusedLinesText(loading);
     std::string told;
     if (!loading.Taken)
@@ -39,7 +40,8 @@ bool TakeHome(Session& session, MissingHome missing) {
     std::error_code error;
     const bool stands = fs::is_directory(session.home, error);
     if ((!stands && missing == MissingHome::Refuse) || !SetAppFolder(session.home)) {
-        TellCritical(LoadMessage(stands ? msg::kCliCannotWrite : msg::kCliNoHome) + session.home.string());
+        TellCritical(LoadMessage(stands ? msg::kCliCannotWrite : msg::kCliNoHome) +
+                     TextOfNative(session.home));
         return false;
     }
     session.home_taken = true;

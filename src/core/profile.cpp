@@ -96,6 +96,7 @@ ProfileState LoadProfile() {
         return ProfileState::FirstRun;
     }
     const std::optional<std::string> bytes = ReadProfileFile();
+    if (bytes && bytes->empty()) return ProfileState::FirstRun; // it only says that this is the folder
     file_state.unreadable = !bytes.has_value();
     if (!bytes) return ProfileState::Unreadable;
     file_state.current = DecodeProfile(*bytes, profile);

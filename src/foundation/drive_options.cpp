@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "foundation/drives.h"
+#include "foundation/native_text.h"
 #include "foundation/text.h"
 
 namespace kelvash {
@@ -22,24 +23,24 @@ bool NamesDrive(const std::vector<std::string>& drives, char letter) {
 } // namespace
 
 fs::path NativeFromUser(const std::vector<std::string>& drives, std::string_view typed) {
-    const fs::path native(typed);
+    const fs::path native = NativeFromText(typed);
     const bool has_letter = typed.size() >= 2 && typed[1] == ':';
     if (native.is_absolute() || !has_letter) return native;
     if (NamesDrive(drives, typed[0])) return NativePath(PathFromUser(typed));
     if (!EqualNoCase(typed.substr(0, 1), "Z")) return {};
     std::string rest(typed.substr(2));
     std::replace(rest.begin(), rest.end(), '\\', '/');
-    return fs::path("/" + rest).lexically_normal();
+    return NativeFromText("/" + rest).lexically_normal();
 }
 
 std::string PathWithoutHome(const std::vector<std::string>& drives, std::string_view typed) {
     const fs::path native = NativeFromUser(drives, typed);
     if (native.empty()) return {};
-    if (std::string path = PathFromUser(native.string()); !path.empty()) return path;
+    if (std::string path = PathFromUser(TextOfNative(native)); !path.empty()) return path;
     const fs::path root = fs::absolute(native).root_path();
-    const char letter = root.has_root_name() ? root.string().front() : 'Z';
+    const char letter = root.has_root_name() ? TextOfNative(root).front() : 'Z';
     if (NamesDrive(drives, letter) || !SetDrive(letter, root, DriveType::Fixed)) return {};
-    return PathFromUser(native.string());
+    return PathFromUser(TextOfNative(native));
 }
 
 std::string SetDrives(const std::vector<std::string>& drives) {
@@ -48,7 +49,8 @@ std::string SetDrives(const std::vector<std::string>& drives) {
         const bool well_formed = drive.size() > 2 && drive[1] == '=';
         const std::string folder =
             well_formed ? drive.substr(2, drive.size() - 2 - (disc ? kDisc.size() : 0)) : std::string();
-        if (!well_formed || !SetDrive(drive[0], folder, disc ? DriveType::CdRom : DriveType::Fixed))
+        if (!well_formed ||
+            !SetDrive(drive[0], NativeFromText(folder), disc ? DriveType::CdRom : DriveType::Fixed))
             return "--drive " + drive + ": a letter, '=' and an existing folder are needed";
     }
     return {};

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <optional>
 
+#include "foundation/native_text.h"
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
 #include "foundation/state.h"
@@ -53,7 +54,7 @@ std::optional<platform::MappedDrive> ParseDriveLine(std::string_view line) {
     std::string folder(line.substr(2));
     const bool disc = EndsWithNoCase(folder, ",cdrom");
     if (disc) folder.resize(folder.size() - 6);
-    return platform::MappedDrive{letter, fs::path(folder), disc ? DriveType::CdRom : DriveType::Fixed};
+    return platform::MappedDrive{letter, NativeFromText(folder), disc ? DriveType::CdRom : DriveType::Fixed};
 }
 
 void ReadDrivesFile(const fs::path& file, std::vector<platform::MappedDrive>& drives) {
@@ -92,12 +93,13 @@ fs::path AbsoluteClean(const fs::path& path) {
     std::error_code error;
     const fs::path whole = WithoutEndSlash(fs::absolute(path, error).lexically_normal());
     // A drive letter (there is none on a Unix) may have been typed small.
-    const std::string drive = whole.root_name().string();
-    return drive.empty() ? whole : fs::path(FoldCase(drive)) / whole.root_directory() / whole.relative_path();
+    const std::string drive = TextOfNative(whole.root_name());
+    return drive.empty() ? whole
+                         : NativeFromText(FoldCase(drive)) / whole.root_directory() / whole.relative_path();
 }
 
 std::string BackSlashed(const fs::path& path) {
-    std::string text = path.generic_string();
+    std::string text = GenericTextOf(path);
     std::replace(text.begin(), text.end(), '/', '\\');
     return text;
 }
@@ -129,7 +131,7 @@ fs::path DefaultAppFolder() {
     if (const fs::path home = platform::EnvironmentPath("KELVASH_HOME"); !home.empty()) return home;
     const fs::path own = platform::ExecutablePath().parent_path();
     std::error_code error;
-    if (platform::ProgramFolderIsHome() || fs::exists(own / "Kelvash.prf", error)) return own;
+    if (fs::exists(own / "Kelvash.prf", error)) return own;
     return platform::UserDataFolder();
 }
 
@@ -162,7 +164,7 @@ std::string DosPath(const fs::path& native) {
     for (const platform::MappedDrive& drive : Drives().all) {
         const std::optional<fs::path> rest = Below(path, drive.root);
         // A back-slash within a name would read as the border of two.
-        if (!rest || rest->generic_string().find('\\') != std::string::npos) continue;
+        if (!rest || GenericTextOf(*rest).find('\\') != std::string::npos) continue;
         const std::string text =
             std::string{drive.letter, ':'} + (rest->empty() ? "" : "\\" + BackSlashed(*rest));
         if (shortest.empty() || text.size() < shortest.size()) shortest = text;
@@ -180,7 +182,7 @@ std::string PathFromUser(std::string_view typed) {
     }
     // Through the folder's links, so that two spellings of one place give one text.
     std::error_code error;
-    const fs::path whole = AbsoluteClean(fs::path(typed));
+    const fs::path whole = AbsoluteClean(NativeFromText(typed));
     const fs::path known = fs::weakly_canonical(whole, error);
     return DosPath(error ? whole : known);
 }

@@ -37,7 +37,7 @@ std::string AppFolder();
 // The program's own executable as a path text.
 std::string ProgramPath();
 // The platform's rule for the application's folder when no option names one: KELVASH_HOME, the program's own
-// folder where it holds a Kelvash.prf or the platform is Windows, else the user's data folder.
+// folder where it holds a Kelvash.prf, else the user's data folder.
 std::filesystem::path DefaultAppFolder();
 
 // Puts a drive letter on a native folder. False for a letter outside A to Z or a folder that is missing.

@@ -8,6 +8,7 @@
 #include "foundation/drives.h"
 #include "foundation/guarded_folders.h"
 #include "foundation/known_names.h"
+#include "foundation/native_text.h"
 #include "foundation/parallel.h"
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
@@ -31,7 +32,7 @@ fs::file_status StatusOf(std::string_view path) {
 // The name of an entry; empty for one that no path text can hold.
 std::string SpeakableName(const fs::directory_entry& entry) {
     try {
-        std::string name = entry.path().filename().string();
+        std::string name = TextOfNative(entry.path().filename());
         return name.find('\\') == std::string::npos ? name : std::string();
     } catch (const fs::filesystem_error&) { // half a character of UTF-16
         return {};

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "foundation/drives.h"
+#include "foundation/native_text.h"
 #include "foundation/platform/platform.h"
 #include "foundation/pumping.h"
 #include "foundation/state.h"
@@ -60,7 +61,7 @@ std::string OneLine(std::string_view text) {
 }
 
 std::string NoteOf(std::string_view doing) {
-    return OneLine(platform::ExecutablePath().filename().string()) +
+    return OneLine(TextOfNative(platform::ExecutablePath().filename())) +
            OneLine(std::to_string(platform::OwnProcessId())) + OneLine(doing);
 }
 
@@ -86,7 +87,7 @@ LockResult FolderLock::Take(std::string_view folder, LockKind kind, std::string_
     const fs::path runtime = RuntimeFolder();
     if (runtime.empty()) return LockResult::Failed;
     const fs::path file = runtime / (FolderIdentity(folder) + std::string(SuffixOf(kind)));
-    std::weak_ptr<LockedFile>& own = OwnLocks()[file.string()];
+    std::weak_ptr<LockedFile>& own = OwnLocks()[TextOfNative(file)];
     if (const std::shared_ptr<LockedFile> held = own.lock()) {
         file_ = held;
         return LockResult::Taken;
@@ -134,7 +135,7 @@ std::string FolderIdentity(std::string_view folder) {
     std::error_code error;
     const fs::path known = fs::weakly_canonical(native, error);
     std::uint64_t hash = 14695981039346656037U;
-    for (const char letter : FoldCase((error ? native : known).generic_string()))
+    for (const char letter : FoldCase(GenericTextOf(error ? native : known)))
         hash = (hash ^ static_cast<unsigned char>(letter)) * 1099511628211U;
     return "path-" + std::to_string(hash);
 }

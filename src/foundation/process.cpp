@@ -2,6 +2,7 @@
 
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/native_text.h"
 #include "foundation/platform/platform.h"
 #include "foundation/strangers_files.h"
 
@@ -57,7 +58,7 @@ bool OpenDocument(std::string_view document, std::string_view verb, Window windo
     if (!FileExists(document) && !FolderExists(document)) return false;
     const std::filesystem::path native = NativePath(document);
     const std::filesystem::path place = folder.empty() ? native.parent_path() : NativePath(folder);
-    return platform::OpenWithDesktop(native.string(), verb, window, place);
+    return platform::OpenWithDesktop(TextOfNative(native), verb, window, place);
 }
 
 } // namespace kelvash

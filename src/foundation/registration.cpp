@@ -1,5 +1,6 @@
 #include "foundation/registration.h"
 
+#include "foundation/native_text.h"
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
 #include "foundation/state.h"
@@ -35,7 +36,7 @@ bool CreateShortcut(SpecialFolderId where, std::string_view target_folder, std::
     std::filesystem::path folder = platform::SpecialFolder(where);
     if (folder.empty() || !StaysInside("\\" + std::string(caption))) return false;
     for (const std::string& name : Split(FolderOf(caption), '\\'))
-        folder /= SafeFileName(name);
+        folder /= NativeFromText(SafeFileName(name));
     const bool whole = target.find(':') != std::string_view::npos;
     const std::string path =
         whole ? std::string(target) : std::string(target_folder) + "\\" + std::string(target);

@@ -6,6 +6,7 @@
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
+#include "foundation/path.h"
 #include "foundation/platform/platform.h"
 #include "foundation/text.h"
 #include "foundation/texts.h"
@@ -195,8 +196,8 @@ Captured CaptureOutput(std::string_view program, const Arguments& arguments, con
 }
 
 std::string FindTool(std::string_view name) {
-    const std::string own = AppFolder() + "\\" + std::string(name);
-    if (FileExists(own)) return own;
+    for (const std::string& folder : {AppFolder(), FolderOf(ProgramPath())})
+        if (std::string own = folder + "\\" + std::string(name); FileExists(own)) return own;
     const std::filesystem::path native = platform::NativeTool(name);
     return native.empty() ? std::string() : DosPath(native);
 }

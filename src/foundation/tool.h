@@ -32,8 +32,9 @@ struct Captured {
 Captured CaptureOutput(std::string_view program, const Arguments& arguments, const LineReader& reader,
                        LineMode mode, std::string_view input = {});
 
-// In the application's folder under its own name ("lame.exe"), else what stands for it on PATH where the
-// platform has its own build ("lame", "mkisofs" or "genisoimage", ...). Empty if there is none.
+// In the application's folder or beside the program under its own name ("lame.exe"), else what stands for it
+// on PATH where the platform has its own build ("lame", "mkisofs" or "genisoimage", ...). Empty if there is
+// none.
 std::string FindTool(std::string_view name);
 
 } // namespace kelvash

@@ -72,10 +72,12 @@ std::optional<std::string> JpegFromBitmap(std::string_view bytes) {
 
 std::optional<std::string> BitmapFromJpeg(std::string_view bytes) {
     if (bytes.size() > kMaxPictureBytes) return std::nullopt;
+    const auto size =
+        static_cast<unsigned long>(bytes.size()); // the library's type of a size, 32 bits on Windows
     const JpegCodec codec(tjInitDecompress());
     int width = 0, height = 0, subsampling = 0, colours = 0;
-    if (!codec || tjDecompressHeader3(codec.get(), Unsigned(bytes), bytes.size(), &width, &height,
-                                      &subsampling, &colours) != 0)
+    if (!codec ||
+        tjDecompressHeader3(codec.get(), Unsigned(bytes), size, &width, &height, &subsampling, &colours) != 0)
         return std::nullopt;
     if (colours != TJCS_YCbCr && colours != TJCS_RGB && colours != TJCS_GRAY) return std::nullopt;
     const auto columns = static_cast<std::uint32_t>(width);
@@ -88,8 +90,8 @@ std::optional<std::string> BitmapFromJpeg(std::string_view bytes) {
     bitmap.resize(head + stride * rows);
     // A progressive picture may hold scans without end for the same few pixels.
     const int status = tjDecompress2(
-        codec.get(), Unsigned(bytes), bytes.size(), reinterpret_cast<unsigned char*>(bitmap.data() + head),
-        width, static_cast<int>(stride), height, TJPF_BGR, TJFLAG_BOTTOMUP | TJFLAG_LIMITSCANS);
+        codec.get(), Unsigned(bytes), size, reinterpret_cast<unsigned char*>(bitmap.data() + head), width,
+        static_cast<int>(stride), height, TJPF_BGR, TJFLAG_BOTTOMUP | TJFLAG_LIMITSCANS);
     if (status != 0) return std::nullopt;
     return bitmap;
 }

@@ -8,6 +8,7 @@
 #include "foundation/bytes.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
+#include "foundation/native_text.h"
 #include "foundation/path.h"
 #include "foundation/platform/platform.h"
 #include "foundation/text.h"
@@ -155,7 +156,7 @@ class Extraction {
         if (!fault.empty()) {
             job_.Failed.emplace_back(entry.name, fault);
         } else if (!job_.TestZip) {
-            destination_.Remember(*target, target->filename().string());
+            destination_.Remember(*target, TextOfNative(target->filename()));
             job_.Written.push_back(job_.ExtractDir + "\\" + Join(entry.parts, "\\"));
         }
     }

@@ -6,6 +6,7 @@
 
 #include "foundation/files.h"
 #include "foundation/messages.h"
+#include "foundation/native_text.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "zip/messages.h"
@@ -93,7 +94,7 @@ void MeasureEntries(zip_t* zip, const std::map<zip_uint64_t, std::string>& added
 // The index of the entry; -1 for a file that can't be added.
 zip_int64_t AddEntry(zip_t* zip, const std::string& file, const std::string& name) {
     if (!FileExists(file)) return -1;
-    zip_source_t* const source = zip_source_file(zip, NativePath(file).string().c_str(), 0, -1);
+    zip_source_t* const source = zip_source_file(zip, TextOfNative(NativePath(file)).c_str(), 0, -1);
     if (source == nullptr) return -1;
     const zip_int64_t index = zip_file_add(zip, name.c_str(), source, ZIP_FL_ENC_UTF_8 | ZIP_FL_OVERWRITE);
     if (index < 0) zip_source_free(source);
@@ -105,7 +106,7 @@ ZipHandle OpenTarget(const std::string& path, bool updating, std::string& messag
     int code = ZIP_ER_RDONLY;
     ZipHandle zip;
     if (!IsReadOnly(target))
-        zip.reset(zip_open(target.string().c_str(), ZIP_CREATE | (updating ? 0 : ZIP_TRUNCATE), &code));
+        zip.reset(zip_open(TextOfNative(target).c_str(), ZIP_CREATE | (updating ? 0 : ZIP_TRUNCATE), &code));
     if (!zip) message = ZipErrorText(code);
     return zip;
 }

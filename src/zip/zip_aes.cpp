@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <vector>
 
+#include "foundation/native_text.h"
+
 namespace kelvash::zip {
 
 namespace {
@@ -16,6 +18,10 @@ constexpr std::size_t kReadBlock = std::size_t{1} << 16;
 std::string WithSlashes(std::string name) {
     std::replace(name.begin(), name.end(), '\\', '/');
     return name;
+}
+
+bool IsAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 } // namespace
@@ -43,21 +49,24 @@ bool AesEntries::Start(const std::string& password) {
     archive* const handle = reader_->handle;
     return archive_read_support_format_zip_seekable(handle) == ARCHIVE_OK &&
            archive_read_add_passphrase(handle, password.c_str()) == ARCHIVE_OK &&
-           archive_read_open_filename(handle, zip_.string().c_str(), kReadBlock) == ARCHIVE_OK;
+           archive_read_open_filename(handle, TextOfNative(zip_).c_str(), kReadBlock) == ARCHIVE_OK;
 }
 
-// On to the next entry that is the wanted one. A name that the process's locale can't hold isn't given: then
-// the place counts, which is the same in both libraries for all zips whose directory is in the order of their
-// files.
+// On to the next entry that is the wanted one. A name beyond ASCII is given as the process's locale holds it,
+// or isn't: where neither that nor its UTF-8 is the name in the zip, the place counts, which is the same in
+// both libraries for all zips whose directory is in the order of their files.
 bool AesEntries::Seek(const Wanted& wanted) {
+    const std::string raw = WithSlashes(wanted.RawName);
     archive_entry* entry = nullptr;
     for (;;) {
         const int result = archive_read_next_header(reader_->handle, &entry);
         if (result != ARCHIVE_OK && result != ARCHIVE_WARN) return false;
         const std::uint64_t place = reader_->headers++;
         const char* const name = archive_entry_pathname(entry);
-        const bool is_named =
-            name == nullptr ? place == wanted.Index : WithSlashes(name) == WithSlashes(wanted.RawName);
+        const char* const utf8 = archive_entry_pathname_utf8(entry);
+        const bool is_named = (name != nullptr && WithSlashes(name) == raw) ||
+                              (utf8 != nullptr && WithSlashes(utf8) == raw) ||
+                              (place == wanted.Index && !IsAscii(raw) && (name == nullptr || !IsAscii(name)));
         if (is_named && static_cast<std::uint64_t>(archive_entry_size(entry)) == wanted.Size) return true;
     }
 }

@@ -1,5 +1,6 @@
 #include "zip/zip_destination.h"
 
+#include "foundation/native_text.h"
 #include "foundation/text.h"
 
 namespace kelvash::zip {
@@ -12,7 +13,7 @@ std::map<std::string, std::string> NamesIn(const fs::path& folder) {
     std::map<std::string, std::string> names;
     std::error_code error;
     for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-        const std::string name = entry->path().filename().string();
+        const std::string name = TextOfNative(entry->path().filename());
         names.emplace(FoldCase(name), name);
     }
     return names;
@@ -23,13 +24,13 @@ std::map<std::string, std::string> NamesIn(const fs::path& folder) {
 std::optional<fs::path> ZipDestination::PathOf(const std::vector<std::string>& parts) {
     const std::optional<fs::path> folder = FolderOf(parts, parts.size() - 1);
     if (!folder) return std::nullopt;
-    return *folder / Spelling(*folder, parts.back());
+    return *folder / NativeFromText(Spelling(*folder, parts.back()));
 }
 
 std::optional<fs::path> ZipDestination::FolderOf(const std::vector<std::string>& parts, std::size_t count) {
     fs::path folder = root_;
     for (std::size_t i = 0; i < count; ++i) {
-        const fs::path next = folder / Spelling(folder, parts[i]);
+        const fs::path next = folder / NativeFromText(Spelling(folder, parts[i]));
         std::error_code error;
         if (!fs::is_directory(fs::symlink_status(next, error))) {
             if (!fs::create_directory(next, error)) return std::nullopt;

@@ -9,6 +9,7 @@
 
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/native_text.h"
 
 namespace kelvash::zip {
 
@@ -32,7 +33,7 @@ inline ZipHandle OpenZip(std::string_view path, int flags, std::string& message)
     int code = ZIP_ER_NOZIP;
     ZipHandle zip;
     if (!is_empty || (flags & ZIP_TRUNCATE) != 0)
-        zip.reset(zip_open(NativePath(path).string().c_str(), flags, &code));
+        zip.reset(zip_open(TextOfNative(NativePath(path)).c_str(), flags, &code));
     if (!zip) message = ZipErrorText(code);
     return zip;
 }

@@ -5,6 +5,7 @@
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
+#include "foundation/native_text.h"
 #include "foundation/path.h"
 #include "foundation/pumping.h"
 #include "foundation/text.h"
@@ -117,7 +118,7 @@ bool MayFill(const Unzipping& job, double bytes, ZipBudget& budget) {
 
 // A path as a tool takes it: a Windows program the path text, any other the platform's own.
 std::string ToolPath(const std::string& tool, std::string_view path) {
-    return ReadFileStart(tool, 2) == "MZ" ? std::string(path) : NativePath(path).string();
+    return ReadFileStart(tool, 2) == "MZ" ? std::string(path) : TextOfNative(NativePath(path));
 }
 
 } // namespace

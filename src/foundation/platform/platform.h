@@ -95,8 +95,6 @@ NativeFile HomeFolder();
 // The user's folder for program data, the application's own name at its end.
 NativeFile UserDataFolder();
 NativeFile SpecialFolder(SpecialFolderId id);
-// True if the program's own folder is where the application keeps its files, whatever lies there.
-bool ProgramFolderIsHome();
 
 // --- processes (posix_process.cpp) ---
 

@@ -220,8 +220,4 @@ NativeFile SpecialFolder(SpecialFolderId id) {
     return {};
 }
 
-bool ProgramFolderIsHome() {
-    return false;
-}
-
 } // namespace kelvash::platform

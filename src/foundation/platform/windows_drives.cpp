@@ -117,7 +117,7 @@ NativeFile HomeFolder() {
 }
 
 NativeFile UserDataFolder() {
-    return ShellFolder(CSIDL_APPDATA) / "Kelvash";
+    return ShellFolder(CSIDL_LOCAL_APPDATA) / "Kelvash";
 }
 
 NativeFile SpecialFolder(SpecialFolderId id) {
@@ -138,10 +138,6 @@ NativeFile SpecialFolder(SpecialFolderId id) {
             return ShellFolder(CSIDL_SYSTEM);
     }
     return {};
-}
-
-bool ProgramFolderIsHome() {
-    return true;
 }
 
 } // namespace kelvash::platform
