@@ -37,6 +37,23 @@ add_library(kelvash_options INTERFACE)
 target_compile_options(kelvash_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor -Werror)
 
+# What every program has on Windows: UTF-8 from the system, and an icon.
+function(kelvash_program target)
+  if(WIN32)
+    target_sources(${target} PRIVATE ${CMAKE_SOURCE_DIR}/packaging/windows/kelvash.rc)
+  endif()
+endfunction()
+# The same for one without Qt: no libraries of the compiler beside it.
+function(kelvash_plain_program target)
+  kelvash_program(${target})
+  if(WIN32)
+    target_link_options(${target} PRIVATE -static)
+  endif()
+endfunction()
+if(WIN32)
+  enable_language(RC)
+endif()
+
 if(KELVASH_SANITIZE)
   # The program alone is built with them: test code stays as it is in the release build, and comes from the
   # compiler's cache.

@@ -16,7 +16,10 @@ check_packages=(
 windows_packages=(
     cmake ninja-build ccache googletest
     g++-mingw-w64-x86-64 wine wine64
+    dpkg-dev nasm pkg-config
 )
+# What building Qt for there takes from this system.
+windows_window_packages=(qt6-base-dev qt6-base-dev-tools)
 
 # Installs those of the named packages that are missing. Only this asks for root.
 install_missing() {
