@@ -13,6 +13,7 @@
 
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/native_text.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
@@ -73,7 +74,7 @@ std::string CleanPath(const std::string& path) {
 std::string TypedPath(const std::string& typed, const std::string& folder) {
     const std::string text(Trim(typed));
     if (text.empty()) return {};
-    if (HasDrive(text) || std::filesystem::path(text).is_absolute()) return CleanPath(PathFromUser(text));
+    if (HasDrive(text) || NativeFromText(text).is_absolute()) return CleanPath(PathFromUser(text));
     std::string rest = text;
     std::replace(rest.begin(), rest.end(), '/', '\\');
     return CleanPath((rest.front() == '\\' ? folder.substr(0, 2) : folder) + "\\" + rest);

@@ -13,6 +13,7 @@
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/font_search.h"
+#include "foundation/native_text.h"
 #include "foundation/registration.h"
 #include "program/message_tables.h"
 #include "program/start_up.h"
@@ -130,7 +131,7 @@ std::string WishedArchive(const std::string& command_line) {
     if (typed.empty()) return {};
     const std::string path = PathFromUser(typed);
     std::error_code error;
-    return (path.empty() ? std::filesystem::absolute(typed, error) : NativePath(path)).string();
+    return TextOfNative(path.empty() ? std::filesystem::absolute(typed, error) : NativePath(path));
 }
 
 // True if this process is to show the window; a window that another one shows has been raised else.
@@ -153,7 +154,7 @@ int Run(const QApplication& application) {
     FormsUser user;
     user.SetBeforeWaiting([&plug_ins] { plug_ins.Find(); });
     if (!SetAppFolder(home)) {
-        TellCritical(LoadMessage(msg::kFormsCannotWrite) + home.string());
+        TellCritical(LoadMessage(msg::kFormsCannotWrite) + TextOfNative(home));
         return EXIT_FAILURE;
     }
     if (options.demo) user.SetFirstTitle(Caption(msg::kBoxTitleDemo));

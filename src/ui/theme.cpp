@@ -1,39 +1,15 @@
 #include "ui/theme.h"
 
 #include <QApplication>
-#include <QDBusConnection>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QPalette>
-#include <QSettings>
 #include <QStyle>
 #include <QStyleFactory>
+
+#include "ui/dark_wish.h"
 
 namespace kelvash::ui {
 
 namespace {
-
-const auto kService = QStringLiteral("org.freedesktop.portal.Desktop");
-const auto kPath = QStringLiteral("/org/freedesktop/portal/desktop");
-const auto kInterface = QStringLiteral("org.freedesktop.portal.Settings");
-const auto kGroup = QStringLiteral("org.freedesktop.appearance");
-const auto kKey = QStringLiteral("color-scheme");
-constexpr unsigned kPrefersDark = 1;
-
-// The answer of Read is a variant within a variant.
-bool PrefersDark(QVariant value) {
-    while (value.canConvert<QDBusVariant>())
-        value = value.value<QDBusVariant>().variant();
-    return value.toUInt() == kPrefersDark;
-}
-
-bool WindowsPrefersDark() {
-    const QSettings settings(
-        QStringLiteral(
-            "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Themes\\Personalize"),
-        QSettings::NativeFormat);
-    return settings.value(QStringLiteral("AppsUseLightTheme"), 1).toInt() == 0;
-}
 
 QPalette DarkPalette() {
     const QColor window(0x3a, 0x3c, 0x40);
@@ -61,29 +37,7 @@ QPalette DarkPalette() {
 
 Theme::Theme() {
     // A desktop with a platform theme of its own has set the palette already.
-    if (IsDark()) return;
-    if (WindowsPrefersDark()) SetDark(true);
-    // Without an address the bus library would try to start a bus, which takes its time.
-    if (!qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) AskPortal();
-}
-
-void Theme::AskPortal() {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,
-                SLOT(TakeChange(QString, QString, QDBusVariant)));
-    QDBusMessage question =
-        QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("Read"));
-    question << kGroup << kKey;
-    auto* const watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [](QDBusPendingCallWatcher* answered) {
-        const QDBusPendingReply<QVariant> reply = *answered;
-        if (!reply.isError() && PrefersDark(reply.value())) SetDark(true);
-        answered->deleteLater();
-    });
-}
-
-void Theme::TakeChange(const QString& group, const QString& key, const QDBusVariant& value) {
-    if (group == kGroup && key == kKey) SetDark(PrefersDark(value.variant()));
+    if (!IsDark()) WatchDarkWish(this, SetDark);
 }
 
 bool Theme::IsDark() {
