@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "core/archive_file_home.h"
 #include "support/format_test.h"
 #include "support/record_bytes.h"
 #include "support/test_home.h"
@@ -16,97 +17,6 @@ using test::MakeFile;
 using test::Put;
 
 namespace fs = std::filesystem;
-
-// A header: both folders C:\LevelFolder, 2 levels, 3 CDs, compressed, no mp3, a move pending, sizes 1.5 and
-// -2.
-std::string HeaderBytes() {
-    std::string bytes(546, '\0');
-    Put(bytes, 0, Literal("\x01\x00\x00\x00"));
-    Put(bytes, 4, Blanks(512));
-    Put(bytes, 4, "C:\\LevelFolder");
-    Put(bytes, 260, "C:\\LevelFolder");
-    Put(bytes, 516, Literal("\x02\x00\x00\x00"));
-    Put(bytes, 520, Literal("\x03\x00\x00\x00"));
-    Put(bytes, 524, "\xFF\xFF");
-    Put(bytes, 526, Literal("\x00\x00"));
-    Put(bytes, 528, "\xFF\xFF");
-    Put(bytes, 530, Literal("\x00\x00\x00\x00\x00\x00\xF8\x3F"));
-    Put(bytes, 538, Literal("\x00\x00\x00\x00\x00\x00\x00\xC0"));
-    return bytes;
-}
-
-// A level with every field set.
-std::string FirstLevelBytes() {
-    std::string bytes(1634, ' ');
-    Put(bytes, 0, "Caf\xE9 \x80");
-    Put(bytes, 256, "Choose the second entry");
-    Put(bytes, 512, "A. Uthor");
-    Put(bytes, 592, Literal("a@b.com\0c@d.org"));
-    Put(bytes, 848, Literal("http://one\0http://two\0http://three"));
-    Put(bytes, 1104, "A note");
-    Put(bytes, 1360, Literal("\x0C\x00\x00\x00"));
-    Put(bytes, 1364, Literal("\x01\x00\x00\x00"));
-    Put(bytes, 1368, "readme.htm");
-    Put(bytes, 1624, Literal("\x00\x00\x10\x00"));
-    Put(bytes, 1628, "\xFE\xFF\xFF\xFF");
-    Put(bytes, 1632, "\xFF\xFF");
-    return bytes;
-}
-
-std::string SecondLevelBytes() {
-    std::string bytes(1634, ' ');
-    Put(bytes, 0, "Plain");
-    Put(bytes, 1360, Literal("\x0F\x27\x00\x00\x00\x00\x00\x00"));
-    Put(bytes, 1624, Literal("\x00\x00\x00\x00\x00\x00\x00\x00\x00\x00"));
-    return bytes;
-}
-
-std::string TwoLevelBytes() {
-    return HeaderBytes() + FirstLevelBytes() + SecondLevelBytes();
-}
-
-ArchiveContents TwoLevels() {
-    ArchiveContents contents;
-    contents.Header.MainFolder = "C:\\LevelFolder";
-    contents.Header.SecondaryFolder = "C:\\LevelFolder";
-    contents.Header.CdCount = 3;
-    contents.Header.CompressFiles = true;
-    contents.Header.CdInstallPending = true;
-    contents.Header.MainFolderSize = 1.5;
-    contents.Header.SecondaryFolderSize = -2;
-    LevelRecord level;
-    level.Name = "Caf\xC3\xA9 \xE2\x82\xAC";
-    level.Note = "Choose the second entry";
-    level.Author = "A. Uthor";
-    level.Emails = Literal("a@b.com\0c@d.org");
-    level.Sites = Literal("http://one\0http://two\0http://three");
-    level.AuthorNote = "A note";
-    level.Code = 12;
-    level.CdNumber = 1;
-    level.MoreInfoFile = "readme.htm";
-    level.FilesSize = 1048576;
-    level.SavesSize = -2;
-    level.RecountSaves = true;
-    LevelRecord plain;
-    plain.Name = "Plain";
-    plain.Code = 9999;
-    contents.Table = {level, plain};
-    return contents;
-}
-
-class ArchiveFile : public test::TestHome {
-  protected:
-    static constexpr const char* kPath = "C:\\Kelvash\\a.kva";
-    fs::path file = home / "a.kva";
-
-    // The Archive in a file of these bytes.
-    ArchiveContents Read(const std::string& bytes) {
-        MakeFile(file, bytes);
-        ArchiveContents contents;
-        EXPECT_TRUE(ReadArchiveFile(kPath, contents));
-        return contents;
-    }
-};
 
 TEST_F(ArchiveFile, HasTheseBytesForTwoLevels) {
     ASSERT_TRUE(WriteArchiveFile(kPath, TwoLevels()));
@@ -359,51 +269,12 @@ TEST_F(ArchiveFile, ThatIsMissingOrAFolderCannotBeRead) {
     EXPECT_EQ(contents.Table.Size(), 2) << "what was there is untouched";
 }
 
-TEST_F(ArchiveFile, ThatIsUnreadableCannotBeRead) {
-    MakeFile(file, TwoLevelBytes());
-    fs::permissions(file, fs::perms::none);
-    ArchiveContents contents;
-    const test::OrdinaryUser ordinary;
-    EXPECT_FALSE(ReadArchiveFile(kPath, contents));
-}
-
 TEST_F(ArchiveFile, IsNotWrittenOverAFolder) {
     fs::create_directory(file);
     EXPECT_FALSE(WriteArchiveFile(kPath, TwoLevels()));
     EXPECT_TRUE(fs::is_directory(file));
     EXPECT_FALSE(WriteArchiveFile("C:\\missing\\a.kva", TwoLevels()));
     EXPECT_FALSE(WriteArchiveFile("", TwoLevels()));
-}
-
-TEST_F(ArchiveFile, StaysWhenItsFolderIsReadOnly) {
-    MakeFile(file, TwoLevelBytes());
-    fs::permissions(home, fs::perms::owner_read | fs::perms::owner_exec);
-    {
-        const test::OrdinaryUser ordinary;
-        EXPECT_FALSE(WriteArchiveFile(kPath, ArchiveContents{{}, {LevelRecord()}}));
-    }
-    EXPECT_EQ(BytesOf(file), TwoLevelBytes());
-}
-
-TEST_F(ArchiveFile, StaysWhenItIsWriteProtected) {
-    MakeFile(file, TwoLevelBytes());
-    fs::permissions(file, fs::perms::owner_read);
-    {
-        const test::OrdinaryUser ordinary;
-        EXPECT_FALSE(WriteArchiveFile(kPath, ArchiveContents{{}, {LevelRecord()}}));
-    }
-    EXPECT_EQ(BytesOf(file), TwoLevelBytes());
-}
-
-TEST_F(ArchiveFile, BehindALinkIsWrittenWhereTheLinkPoints) {
-    MakeFile(drive / "elsewhere" / "real.kva", std::string(4000, 'o'));
-    fs::create_symlink(drive / "elsewhere" / "real.kva", file);
-    ASSERT_TRUE(WriteArchiveFile(kPath, TwoLevels()));
-    EXPECT_TRUE(fs::is_symlink(file));
-    EXPECT_EQ(BytesOf(drive / "elsewhere" / "real.kva"), TwoLevelBytes() + std::string(186, 'o'));
-    ArchiveContents contents;
-    ASSERT_TRUE(ReadArchiveFile(kPath, contents));
-    EXPECT_EQ(contents.Table.Size(), 2);
 }
 
 TEST_F(ArchiveFile, IsFoundWithoutRegardToCase) {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "core/profile_home.h"
 #include "support/core_home.h"
 #include "support/format_test.h"
 #include "support/record_bytes.h"
@@ -18,48 +19,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace fs = std::filesystem;
-
-// The profile of a first run.
-std::string DefaultBytes() {
-    std::string bytes(1588, '\0');
-    Put(bytes, 0, "\xFF\xFF");
-    Put(bytes, 6, "\xFF\xFF");
-    Put(bytes, 10, Blanks(1280));
-    Put(bytes, 522, "tom2pc.exe");
-    Put(bytes, 778, "tomb4.exe");
-    Put(bytes, 1034, "c:\\");
-    Put(bytes, 1290, "\xFF\xFF");
-    Put(bytes, 1294, "\xFF\xFF\xFF\xFF\x05");
-    Put(bytes, 1302, "\xFF\xFF\x05");
-    Put(bytes, 1308, Blanks(256));
-    Put(bytes, 1564, "\x05");
-    Put(bytes, 1568, "\xFF\xFF\xFF\xFF");
-    return bytes;
-}
-
-// One where every field has another value than its default.
-std::string OtherBytes() {
-    std::string bytes(1588, '\0');
-    Put(bytes, 2, "\xFF\xFF\xFF\xFF");
-    Put(bytes, 8, "\x34\x12");
-    Put(bytes, 10, Blanks(1280));
-    Put(bytes, 10, "C:\\My \xE8.kva");
-    Put(bytes, 266, "C:\\trle");
-    Put(bytes, 522, "conv.exe");
-    Put(bytes, 778, "game.exe");
-    Put(bytes, 1034, "d:\\down");
-    Put(bytes, 1292, "\xFF\xFF");
-    Put(bytes, 1298, "\x0A");
-    Put(bytes, 1304, "\x3C");
-    Put(bytes, 1308, Blanks(256));
-    Put(bytes, 1308, "C:\\paint.exe");
-    Put(bytes, 1564, "\x07");
-    Put(bytes, 1572, "\x01\x02\x03\x04\xFF\xFF");
-    Put(bytes, 1578, "\xFE\xFF\xFF\xFF\xFF\xFF");
-    Put(bytes, 1584, "\x02");
-    Put(bytes, 1586, "\x78\x56");
-    return bytes;
-}
 
 ProfileRecord Other() {
     ProfileRecord record;
@@ -92,11 +51,6 @@ ProfileRecord Other() {
     record.Reserved2 = 0x5678;
     return record;
 }
-
-class Profile : public test::TestHome {
-  protected:
-    fs::path file = home / "Kelvash.prf";
-};
 
 TEST_F(Profile, OfAFirstRunHasTheseBytes) {
     EXPECT_EQ(EncodeProfile(ProfileRecord()), DefaultBytes());
@@ -186,9 +140,10 @@ TEST(ProfileFormat, WithstandsCuts) {
                                        .takes_cut = [](std::size_t) { return true; }});
 }
 
-TEST_F(Profile, WithoutAByteIsOneOfAnotherLength) {
+// It marks a folder as the program's own.
+TEST_F(Profile, WithoutAByteIsThatOfAFirstRun) {
     MakeFile(file, "");
-    EXPECT_EQ(LoadProfile(), ProfileState::Upgraded);
+    EXPECT_EQ(LoadProfile(), ProfileState::FirstRun);
     EXPECT_EQ(EncodeProfile(profile), DefaultBytes());
     EXPECT_TRUE(WriteProfile());
     EXPECT_EQ(BytesOf(file), DefaultBytes());
@@ -204,35 +159,6 @@ TEST_F(Profile, ThatHasBecomeEmptyGetsEverythingAgain) {
     expected.SavegamesToKeep = 12;
     EXPECT_TRUE(WriteProfile());
     EXPECT_EQ(BytesOf(file), EncodeProfile(expected));
-}
-
-TEST_F(Profile, ThatCannotBeReadIsNeitherMissingNorEmpty) {
-    MakeFile(file, OtherBytes());
-    fs::permissions(file, fs::perms::none);
-    {
-        const test::OrdinaryUser ordinary;
-        EXPECT_EQ(LoadProfile(), ProfileState::Unreadable);
-        EXPECT_EQ(EncodeProfile(profile), DefaultBytes());
-        EXPECT_THAT(user.Told(), IsEmpty());
-        EXPECT_FALSE(WriteProfile());
-    }
-    fs::permissions(file, fs::perms::owner_all);
-    EXPECT_EQ(BytesOf(file), OtherBytes());
-}
-
-TEST_F(Profile, InAFolderThatCannotBeEnteredIsUnreadable) {
-    MakeFile(file, OtherBytes());
-    fs::permissions(home, fs::perms::none);
-    ProfileState state{};
-    {
-        const test::OrdinaryUser ordinary;
-        EXPECT_FALSE(OpenProfile(state));
-    }
-    fs::permissions(home, fs::perms::owner_all);
-    EXPECT_EQ(state, ProfileState::Unreadable);
-    EXPECT_THAT(user.Told(),
-                ElementsAre("critical: The settings can't be read, so nothing is done and nothing "
-                            "is changed.\r\nTheir file: C:\\Kelvash\\Kelvash.prf"));
 }
 
 TEST_F(Profile, WithAFolderInItsPlaceIsUnreadable) {
@@ -275,35 +201,11 @@ TEST_F(Profile, OfTwoFirstRunsKeepsBoth) {
     EXPECT_EQ(BytesOf(file), EncodeProfile(first));
 }
 
-TEST_F(Profile, IsNotWrittenOverOneThatHasBecomeUnreadable) {
-    MakeFile(file, DefaultBytes());
-    ASSERT_EQ(LoadProfile(), ProfileState::Current);
-    fs::permissions(file, fs::perms::none);
-    profile.SavegamesToKeep = 12;
-    {
-        const test::OrdinaryUser ordinary;
-        EXPECT_FALSE(WriteProfile());
-    }
-    fs::permissions(file, fs::perms::owner_all);
-    EXPECT_EQ(BytesOf(file), DefaultBytes());
-}
-
 TEST_F(Profile, IsSavedWhole) {
     profile = Other();
     MakeFile(file, std::string(3000, 'x'));
     EXPECT_TRUE(WriteProfile());
     EXPECT_EQ(BytesOf(file), OtherBytes()) << "no tail of the old file";
-}
-
-TEST_F(Profile, IsSavedWithoutAWordWhenItCannotBe) {
-    MakeFile(file, "old");
-    fs::permissions(home, fs::perms::owner_read | fs::perms::owner_exec);
-    {
-        const test::OrdinaryUser ordinary;
-        EXPECT_FALSE(WriteProfile());
-    }
-    EXPECT_EQ(BytesOf(file), "old");
-    EXPECT_THAT(user.Told(), IsEmpty());
 }
 
 TEST_F(Profile, ThatIsWriteProtectedIsReplaced) {

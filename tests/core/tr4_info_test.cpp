@@ -5,6 +5,7 @@
 
 #include "core/archive.h"
 #include "foundation/files.h"
+#include "foundation/native_text.h"
 #include "support/core_home.h"
 #include "support/format_test.h"
 #include "support/local_time.h"
@@ -27,7 +28,7 @@ class Tr4InfoTest : public test::CoreHome {
         return levels / ("LEVEL_000" + std::to_string(code));
     }
     void Put(std::int32_t code, const std::string& name, const std::string& bytes) {
-        test::MakeFile(Folder(code) / "FILES" / name, bytes);
+        test::MakeFile(Folder(code) / "FILES" / NativeFromText(name), bytes);
     }
     static std::string Name(const std::string& name) { return name + std::string(80 - name.size(), ' '); }
 };

@@ -7,6 +7,7 @@
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "intake/apply_config.h"
+#include "intake/export_level_home.h"
 #include "support/intake_home.h"
 #include "support/swap_world.h"
 #include "zip/zip_module.h"
@@ -19,38 +20,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
-
-class Export : public test::IntakeHome {
-  protected:
-    const Files kMaze = {{"maze.tr4", "level data"}, {"script.dat", "script"}, {"english.dat", "words"}};
-    void Select(std::int32_t code) {
-        core::RefreshLevelList();
-        core::SelectLevel(code);
-    }
-    bool ExportTo(const std::string& zip) {
-        user.WillAnswer("Save exported level files", zip);
-        return ExportLevel();
-    }
-    std::vector<std::string> NamesOf(const std::string& zip) const {
-        std::string message;
-        std::vector<std::string> names;
-        const auto listed = zip::ListZip(zip, message);
-        if (listed)
-            for (const zip::ZipEntry& entry : *listed)
-                names.push_back(entry.Name);
-        return names;
-    }
-    // The package file in a zip.
-    std::string ConfigOf(const std::string& zip) {
-        std::filesystem::create_directories(drive / "x");
-        Bar bar;
-        EXPECT_EQ(zip::UnzipToFolder({zip, "C:\\x", zip::Wipe::Yes}, bar).End, zip::UnzipEnd::Whole);
-        return test::BytesOf(drive / "x/kelvash.cfg");
-    }
-    bool NothingTemporary() const {
-        return !test::Exists(home / "out_files") && !test::Exists(home / "_temp_Dec");
-    }
-};
 
 TEST_F(Export, HoldsTheFilesAndThePackageFile) {
     AddLevel(1, "A/B: the \"Maze\"", kMaze);
@@ -178,29 +147,6 @@ TEST_F(Export, EmptiesAFolderThatALastExportHasLeft) {
     EXPECT_THAT(NamesOf("C:\\out.zip"),
                 UnorderedElementsAre("maze.tr4", "script.dat", "english.dat", "kelvash.cfg"));
     EXPECT_TRUE(NothingTemporary());
-}
-
-TEST_F(Export, FailuresAreToldAndLeaveNothing) {
-    core::level_list = {};
-    EXPECT_FALSE(ExportLevel());
-    EXPECT_EQ(user.Told().back(), "exclamation: No selected level");
-    AddLevel(1, "On CD", {});
-    core::archive.Table.Edit(1)->CdNumber = 1;
-    AddLevel(2, "Damaged", {{"maze.tr4.zl", "no stream"}});
-    AddLevel(3, "Good", kMaze);
-    Select(1);
-    EXPECT_FALSE(ExportLevel());
-    EXPECT_EQ(user.Told().back(), "critical: Cd not availableC:\\Levels\\LEVEL_0001\\files");
-    Select(2);
-    EXPECT_FALSE(ExportLevel());
-    EXPECT_EQ(user.Told().back(), "critical: Error decompressing level files");
-    EXPECT_TRUE(NothingTemporary() || !test::Exists(home / "out_files"));
-    Select(3);
-    EXPECT_FALSE(ExportTo("C:\\nowhere\\out.zip"));
-    EXPECT_EQ(user.Told().back(),
-              "critical: Error zipping files:\r\nFailure to create temporary file: "
-              "No such file or directory");
-    EXPECT_TRUE(!test::Exists(home / "out_files"));
 }
 
 TEST_F(Export, OfALevelWithoutItsFilesFails) {
@@ -345,22 +291,6 @@ TEST_P(RoundTrip, AddingAnExportedLevelGivesTheSameLevel) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, RoundTrip, testing::Range(1U, 13U));
-
-TEST_F(Export, HoldsPlainNamesOnlyAndNoForeignPackageFile) {
-    Files files = kMaze;
-    files["kelvash.cfg"] = std::string(20000, 'z');
-    AddLevel(1, "Maze\r\n\x1B[2JX", files);
-    Select(1);
-    for (const char* name : {"aux.wav", "trailing.", "li\nne.wav"})
-        test::MakeFile(LevelPath(1) / "FILES" / name, "x");
-    ASSERT_TRUE(ExportTo("C:\\out.zip"));
-    EXPECT_THAT(NamesOf("C:\\out.zip"),
-                UnorderedElementsAre("maze.tr4", "script.dat", "english.dat", "kelvash.cfg"));
-    EXPECT_THAT(user.Told(), Contains(testing::HasSubstr("following files are not in the zip file")));
-    const std::string config = ConfigOf("C:\\out.zip");
-    EXPECT_LT(config.size(), 10000U);
-    EXPECT_EQ(config.find("zzzz"), std::string::npos);
-}
 
 } // namespace
 } // namespace kelvash::intake

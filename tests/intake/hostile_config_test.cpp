@@ -6,6 +6,7 @@
 
 #include "core/archive.h"
 #include "foundation/drives.h"
+#include "foundation/native_text.h"
 #include "foundation/text.h"
 #include "intake/apply_config.h"
 #include "support/intake_home.h"
@@ -32,8 +33,8 @@ class HostileConfig : public test::IntakeHome {
     // Names that would lead out, each ending in a file of this name where it can.
     std::vector<std::string> BadNames(const std::string& file) const {
         const std::string up = "../../../../../../../../../..";
-        return {(root / file).string(),
-                up + (root / file).string(),
+        return {GenericTextOf(root / file),
+                up + GenericTextOf(root / file),
                 "../../../../" + file,
                 "./" + file,
                 "a/../../" + file,
@@ -71,8 +72,8 @@ class HostileConfig : public test::IntakeHome {
     std::map<std::string, std::string> Outside() const {
         std::map<std::string, std::string> files;
         for (fs::recursive_directory_iterator at(root), end; at != end; ++at)
-            if (at->is_regular_file() && at->path().parent_path() != Work())
-                files[at->path().string()] = test::BytesOf(at->path());
+            if (at->is_regular_file() && !fs::equivalent(at->path().parent_path(), Work()))
+                files[GenericTextOf(at->path())] = test::BytesOf(at->path());
         return files;
     }
     static std::string List(const std::vector<std::string>& items) { return Join(items, "\0"s); }
@@ -94,7 +95,7 @@ TEST_F(HostileConfig, TargetsOfWavesStayInTheLevel) {
                 StartsWith("exclamation: Warning: config file of this level holds following "
                            "names, that can not be names of level files. They have been "
                            "ignored:\r\n"));
-    EXPECT_THAT(user.Told().front(), HasSubstr("\r\n" + (root / "evil.wav").string() + "\r\n"));
+    EXPECT_THAT(user.Told().front(), HasSubstr("\r\n" + GenericTextOf(root / "evil.wav") + "\r\n"));
     EXPECT_TRUE(ConfigApplied); // the rest goes on
 }
 
@@ -115,7 +116,7 @@ TEST_F(HostileConfig, WavesOfADiscComeFromItsAudioFolderAlone) {
     test::MakeFile(root / "cd/secret.wav", "beside");
     test::MakeFile(root / "cd/audio/098.wav", "wave");
     ASSERT_TRUE(SetDrive('E', root / "cd", DriveType::CdRom));
-    for (const std::string& name : {"../secret.wav"s, "..\\secret.wav"s, (root / "secret.wav").string(),
+    for (const std::string& name : {"../secret.wav"s, "..\\secret.wav"s, GenericTextOf(root / "secret.wav"),
                                     "sub\\098.wav"s, "E:\\audio\\098.wav"s, "098.wav:stream"s}) {
         user.Forget();
         LevelConfig = {};
@@ -145,7 +146,7 @@ TEST_F(HostileConfig, CopiesStayInTheLevel) {
 
 TEST_F(HostileConfig, MasksOfCopiesReadTheirOwnFoldersAlone) {
     test::MakeFile(levels / "other.wad", "of another");
-    for (const std::string& mask : {"../../*.wav"s, "..\\*"s, (root / "*").string(), "C:\\*"s, "\\*"s}) {
+    for (const std::string& mask : {"../../*.wav"s, "..\\*"s, GenericTextOf(root / "*"), "C:\\*"s, "\\*"s}) {
         LevelConfig = {};
         LevelConfig.Duplications = List({mask, "copy"});
         LevelConfig.UseWads = List({"copy", mask});
@@ -158,7 +159,7 @@ TEST_F(HostileConfig, MasksOfCopiesReadTheirOwnFoldersAlone) {
 // Whether a file is there or how large it is can't be found out by the list.
 TEST_F(HostileConfig, TheListOfFilesLooksIntoTheLevelAlone) {
     for (const std::string& name :
-         {"../../../../secret.wav"s, "..\\..\\..\\x"s, (root / "secret.wav").string(), "C:\\x"s}) {
+         {"../../../../secret.wav"s, "..\\..\\..\\x"s, GenericTextOf(root / "secret.wav"), "C:\\x"s}) {
         LevelConfig = {};
         LevelConfig.FileNames = {name};
         LevelConfig.FileSizes = {1};
@@ -232,10 +233,10 @@ TEST_F(HostileConfig, ItsLevelIsAddedAllTheSame) {
     user.MayBeTold("that can not be names of level files");
     user.MayBeTold("request extern wave file is missing");
     LevelConfig.LevelName = "Hostile";
-    LevelConfig.Duplications = List({"*.tr4", (root / "evil").string()});
+    LevelConfig.Duplications = List({"*.tr4", GenericTextOf(root / "evil")});
     LevelConfig.ExternWaves =
-        List({"TR4", "098.wav", "../../../../../.bashrc", (root / "secret.wav").string(), "TR4", "098.wav",
-              "105.wav", (root / "secret.wav").string()});
+        List({"TR4", "098.wav", "../../../../../.bashrc", GenericTextOf(root / "secret.wav"), "TR4",
+              "098.wav", "105.wav", GenericTextOf(root / "secret.wav")});
     const std::string config = ConfigBytes();
     MakeZip("in/hostile.zip",
             {{"maze.tr4", "x"}, {"english.dat", "e"}, {"script.dat", "s"}, {"kelvash.cfg", config}});

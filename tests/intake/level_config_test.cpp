@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "intake/level_config_home.h"
 #include "support/format_test.h"
 #include "support/platform.h"
 #include "support/test_home.h"
@@ -13,27 +14,6 @@ using test::BytesOf;
 using test::MakeFile;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-// A text blank padded to a width.
-std::string Padded(std::string text, std::size_t width) {
-    text.resize(width, ' ');
-    return text;
-}
-
-// A header with these texts and this count, all else blank.
-std::string Header(const std::string& name, const std::string& count) {
-    return Padded(name, 256) + std::string(8450, ' ') + count;
-}
-
-class LevelConfigFile : public test::TestHome {
-  protected:
-    LevelConfigFile() { LevelConfig = LevelConfigRecord(); }
-    ~LevelConfigFile() override { LevelConfig = LevelConfigRecord(); }
-    bool Read(const std::string& bytes) {
-        MakeFile(home / "kelvash.cfg", bytes);
-        return ReadLevelConfig("C:\\Kelvash\\kelvash.cfg");
-    }
-};
 
 TEST_F(LevelConfigFile, IsWrittenToTheByte) {
     LevelConfig.LevelName = "The Größe";
@@ -116,14 +96,6 @@ TEST_F(LevelConfigFile, KeepsTheTailOfALongerFile) {
 TEST_F(LevelConfigFile, ThatIsMissingIsTold) {
     EXPECT_FALSE(ReadLevelConfig("C:\\Kelvash\\kelvash.cfg"));
     EXPECT_THAT(user.Told(), ElementsAre("critical: Config file 'C:\\Kelvash\\kelvash.cfg' not found"));
-}
-
-TEST_F(LevelConfigFile, ThatCantBeOpenedIsTold) {
-    MakeFile(home / "kelvash.cfg", Header("City", std::string(4, '\0')));
-    std::filesystem::permissions(home / "kelvash.cfg", std::filesystem::perms::none);
-    const test::OrdinaryUser ordinary;
-    EXPECT_FALSE(ReadLevelConfig("C:\\Kelvash\\kelvash.cfg"));
-    EXPECT_THAT(user.Told(), ElementsAre("critical: Error opening config file: C:\\Kelvash\\kelvash.cfg"));
 }
 
 TEST_F(LevelConfigFile, ThatEndsWithinItsTrailingTextIsTold) {

@@ -5,6 +5,7 @@
 #include "foundation/user.h"
 #include "intake/apply_config.h"
 #include "intake/new_level.h"
+#include "intake/new_level_files_home.h"
 #include "intake/work_folder.h"
 #include "support/intake_home.h"
 
@@ -14,19 +15,6 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-class LevelFiles : public test::IntakeHome {
-  protected:
-    void Put(const std::string& name, const std::string& bytes = "x") {
-        test::MakeFile(Work() / name, bytes);
-    }
-    std::string Bytes(const std::string& name) const { return test::BytesOf(Work() / name); }
-    std::string Selected() const { return level.MoreInfoChoices[static_cast<std::size_t>(level.MoreInfo)]; }
-    void Pick() {
-        RefreshFileList(level);
-        PickMoreInfoFile(level);
-    }
-};
 
 TEST_F(LevelFiles, AZipInTheWorkFolderIsUnpackedAndVanishes) {
     OpenNew();
@@ -46,15 +34,6 @@ TEST_F(LevelFiles, ZipsInsideZipsAreUnpackedToo) {
     std::filesystem::rename(MakeZip("in/outer.zip", {{"middle.zip", middle}}), Work() / "outer.zip");
     RefreshFileList(level);
     EXPECT_THAT(WorkNames(), ElementsAre("m.txt", "maze.tr4"));
-}
-
-TEST_F(LevelFiles, AZipThatHoldsOneOfItsOwnNameEndsTheUnpacking) {
-    OpenNew();
-    const std::string inner = test::BytesOf(MakeZip("in/i.zip", {{"maze.tr4", "level"}}));
-    std::filesystem::rename(MakeZip("in/o.zip", {{"same.zip", inner}}), Work() / "same.zip");
-    RefreshFileList(level);
-    EXPECT_THAT(user.Told(), ElementsAre("critical: Error decompressing file: same.zip"));
-    EXPECT_THAT(WorkNames(), ElementsAre("same.zip"));
 }
 
 TEST_F(LevelFiles, ADamagedZipIsToldOnceAndTheOthersAreUnpacked) {
@@ -275,14 +254,6 @@ TEST_F(LevelFiles, AProgramAmongTheFilesIsNotRunWithoutAYes) {
     user.WillAnswer("program does:\r\n" + level.FileList.at(0) + "\r\n", "no");
     OpenLevelFile(level, 0);
     EXPECT_THAT(user.Told(), IsEmpty());
-}
-
-TEST_F(LevelFiles, AStoredNameThatClimbsIsNotUnpacked) {
-    OpenNew({{"...zl", "x"}, {"aux.txt.zl", "x"}});
-    OpenLevelFile(level, 0);
-    OpenLevelFile(level, 1);
-    EXPECT_THAT(user.Told(), ElementsAre("critical: Error decompressing file '...zl",
-                                         "critical: Error decompressing file 'aux.txt.zl"));
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include "core/profile.h"
 #include "foundation/drives.h"
 #include "intake/apply_config.h"
+#include "intake/new_level_home.h"
 #include "support/intake_home.h"
 #include "support/platform.h"
 
@@ -19,13 +20,6 @@ using namespace std::string_literals;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-class NewLevelTest : public test::IntakeHome {
-  protected:
-    const Files kGood = {{"maze.tr4", "level data"}, {"script.dat", "script"}, {"english.dat", "words"}};
-    void CancelIn(NewLevel& open) { CancelLevel(open); }
-    std::int32_t Count() const { return core::archive.Table.Size(); }
-};
 
 TEST_F(NewLevelTest, AddingMakesRecordAndFoldersAndSelectsTheLevel) {
     core::profile.AutoSave = true;
@@ -63,20 +57,6 @@ TEST_F(NewLevelTest, ACancelledLevelGoesWithItsFolder) {
     EXPECT_FALSE(test::Exists(levels / "LEVEL_0001"));
     EXPECT_THAT(user.Shown(), Contains("Removing level folder in progress"));
     EXPECT_FALSE(test::Exists(home / "test.kva"));
-}
-
-TEST_F(NewLevelTest, AFolderThatCannotBeRemovedIsTold) {
-    const std::filesystem::path stuck = levels / "LEVEL_0001/FILES/stuck";
-    const test::OrdinaryUser ordinary;
-    WillWork([&](NewLevel& open) {
-        test::MakeFile(stuck / "in.txt", "x");
-        std::filesystem::permissions(stuck,
-                                     std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
-        CancelIn(open);
-    });
-    EXPECT_FALSE(intake::AddLevel());
-    std::filesystem::permissions(stuck, std::filesystem::perms::owner_all);
-    EXPECT_THAT(user.Told(), ElementsAre("critical: Error in removing folder: C:\\Levels\\LEVEL_0001"));
 }
 
 TEST_F(NewLevelTest, WhatIsLeftInTheFolderIsKeptAside) {

@@ -147,7 +147,7 @@ TEST_F(ZipsInZips, ABadInnerOneIsToldInOneBoxHoweverOftenTheListIsMade) {
 
 TEST_F(ZipsInZips, WithoutItsPasswordAZipIsToldOnceAndNotListed) {
     OpenNew();
-    MakeZip("in/Secret.zip", {{"maze.tr4", "level"}, {"script.dat", "s"}}, "-P sesame");
+    MakeZip("in/Secret.zip", {{"maze.tr4", "level"}, {"script.dat", "s"}}, "sesame");
     user.WillAnswer("The zip file Secret.zip is encrypted.", "wrong");
     user.WillAnswer("The password of the zip file Secret.zip is wrong.", "cancel");
     EXPECT_FALSE(AddSource(level, "C:\\in\\Secret.zip"));

@@ -12,7 +12,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class Removal : public test::MaintenanceHome {};
+using Removal = test::MaintenanceHome;
 
 TEST_F(Removal, RemovingTakesRecordFolderAndSizes) {
     for (std::int32_t code : {1, 2, 3})
@@ -120,19 +120,6 @@ TEST_F(Removal, TheFolderStaysWithALevelThatTheFileStillLists) {
                             "critical: The folder of the level stays, because the Archive's file still "
                             "lists the level: C:\\Levels\\LEVEL_0001"));
     EXPECT_TRUE(core::archive.ArchiveChanged);
-}
-
-TEST_F(Removal, AFolderThatCannotBeRemovedIsTold) {
-    AddSized(1, "One");
-    Select(1);
-    test::OrdinaryUser ordinary;
-    std::filesystem::permissions(LevelPath(1) / "FILES", std::filesystem::perms(0555));
-    user.WillAnswer("Are you sure", "yes");
-    user.WillAnswer("Do you want remove all sub-folders", "yes");
-    EXPECT_TRUE(RemoveLevel());
-    std::filesystem::permissions(LevelPath(1) / "FILES", std::filesystem::perms(0755));
-    EXPECT_THAT(user.Told(), Contains("critical: Error while removing folder: C:\\Levels\\LEVEL_0001"));
-    EXPECT_EQ(core::archive.Header.MainFolderSize, 0);
 }
 
 } // namespace

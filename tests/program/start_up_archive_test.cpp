@@ -1,6 +1,7 @@
 // The Archive that the start opens: the last one, a first one, that of the command line.
 #include <gmock/gmock.h>
 
+#include "foundation/native_text.h"
 #include "foundation/registration.h"
 #include "program/end.h"
 #include "program/start_up.h"
@@ -22,7 +23,7 @@ using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
-class StartUpArchive : public test::StartUpHome {};
+using StartUpArchive = test::StartUpHome;
 
 // --- the last Archive ---
 
@@ -70,17 +71,6 @@ TEST_F(StartUpArchive, EndsWhenTheDifferentArchiveIsCancelled) {
     EXPECT_EQ(core::profile.LastArchive, "");
 }
 
-TEST_F(StartUpArchive, TellsALastArchiveThatCannotBeRead) {
-    LiveIn();
-    fs::permissions(home / "last.kva", fs::perms::none);
-    user.WillAnswer(kDifferent, "no");
-    const test::OrdinaryUser ordinary;
-    StartUp("");
-    EXPECT_THAT(user.Told(), ElementsAre("critical: Error loading last archive: C:\\Kelvash\\last.kva"));
-    EXPECT_EQ(core::profile.LastArchive, "");
-    ExpectNoArchive();
-}
-
 TEST_F(StartUpArchive, KeepsARefusedArchiveForTheNextStart) {
     LiveIn("X:\\Gone");
     user.WillAnswer("Select folder: Gone", "cancel");
@@ -107,8 +97,8 @@ TEST_F(StartUpArchive, TakesADifferentArchiveForARefusedOne) {
 TEST_F(StartUpArchive, RefusesAnArchiveWhosePathTheProfileCannotHold) {
     LiveIn();
     const std::string path = "C:\\\xCE\xBB\\last.kva";
-    fs::create_directories(drive / "\xCE\xBB");
-    fs::copy(home / "last.kva", drive / "\xCE\xBB/last.kva");
+    fs::create_directories(drive / NativeFromText("\xCE\xBB"));
+    fs::copy(home / "last.kva", drive / NativeFromText("\xCE\xBB/last.kva"));
     user.WillAnswer(kDifferent, "no");
     StartUp("\"" + path + "\"");
     EXPECT_THAT(user.Told(), ElementsAre(StartsWith("critical: This path has characters that the files of "
@@ -216,14 +206,6 @@ TEST_F(StartUpArchive, OpensTheArchiveOfTheCommandLineNowAndLater) {
     EXPECT_THAT(BytesOf(home / "Kelvash.prf").substr(10), StartsWith("C:\\Kelvash\\other.kva   "));
 }
 
-TEST_F(StartUpArchive, OpensTheNativePathOfTheCommandLine) {
-    LiveIn();
-    MakeArchive("other.kva", "C:\\Levels");
-    StartUp("\"" + (home / "other.kva").string() + "\"");
-    EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\other.kva");
-    EXPECT_TRUE(core::ArchiveIsOpen());
-}
-
 TEST_F(StartUpArchive, TellsAFailedInstallationFromTheCommandLine) {
     LiveIn();
     StartUp("\"C:\\Kelvash\\trle\"");
@@ -232,24 +214,7 @@ TEST_F(StartUpArchive, TellsAFailedInstallationFromTheCommandLine) {
     ExpectNoArchive();
 }
 
-TEST_F(StartUpArchive, TakesTheNativePathOfATrleSource) {
-    EXPECT_EQ(ParseCommandLine('"' + (drive / "games/TRLE").string() + '"').TrleSource, "C:\\games\\TRLE");
-    LiveIn();
-    EXPECT_FALSE(StartUp('"' + trle.string() + '"')) << "the program is to end";
-    EXPECT_THAT(user.Told(), ElementsAre("critical: Failed trle setup from folder"));
-}
-
 // --- the Archive that another start wishes ---
-
-TEST_F(StartUpArchive, WishedOneThatIsNoneIsTold) {
-    LiveIn();
-    StartUp("");
-    core::archive.ArchiveLoadRefused = true; // of an Archive before
-    OpenWishedArchive((home / "gone.kva").string());
-    EXPECT_THAT(user.Told(), ElementsAre("critical: Error loading archive: C:\\Kelvash\\gone.kva"));
-    EXPECT_EQ(core::profile.LastArchive, "C:\\Kelvash\\last.kva");
-    EXPECT_TRUE(core::ArchiveIsOpen());
-}
 
 TEST_F(StartUpArchive, WishedOneWaitsForTheOpenOneToBeSaved) {
     LiveIn();

@@ -32,7 +32,7 @@ using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
-class StartUpTest : public test::StartUpHome {};
+using StartUpTest = test::StartUpHome;
 
 // --- the first run ---
 
@@ -55,13 +55,6 @@ TEST_F(StartUpTest, AsksForEverythingInOrderAtAFirstRun) {
     EXPECT_TRUE(core::session.IsNtFamily);
     EXPECT_EQ(core::session.TimerInterval, 500);
     EXPECT_FALSE(Exists(home / "Kelvash.prf")) << "the profile is only written at the end";
-}
-
-TEST_F(StartUpTest, EntersTheDesktopAtAFirstRun) {
-    WillMakeAFirstArchive();
-    StartUp("");
-    EXPECT_TRUE(Exists(root / "data" / "applications" / "Kelvash 1.4.desktop"));
-    EXPECT_TRUE(Exists(root / "data" / "applications" / "kelvash-kva.desktop"));
 }
 
 TEST_F(StartUpTest, LeavesTheDesktopAloneAtALaterRun) {
@@ -100,23 +93,6 @@ TEST_F(StartUpTest, KeepsAGoPifThatIsThere) {
     StartUp("");
     EXPECT_EQ(BytesOf(home / "go.pif"), "own");
     EXPECT_EQ(BytesOf(home / "go.pif.bin"), "spare");
-}
-
-TEST_F(StartUpTest, PutsTheWaveLibraryIntoTheSystemFolderOnce) {
-    LiveIn();
-    MakeFile(home / "lib_wave.dll", "library");
-    fs::create_directories(drive / "windows" / "system32");
-    StartUp("");
-    EXPECT_EQ(BytesOf(drive / "windows" / "system32" / "lib_wave.dll"), "library");
-}
-
-TEST_F(StartUpTest, KeepsAWaveLibraryOfTheSystem) {
-    LiveIn();
-    MakeFile(home / "lib_wave.dll", "library");
-    MakeFile(drive / "windows" / "system32" / "LIB_WAVE.DLL", "newer");
-    StartUp("");
-    EXPECT_EQ(BytesOf(drive / "windows" / "system32" / "LIB_WAVE.DLL"), "newer");
-    EXPECT_FALSE(Exists(drive / "windows" / "system32" / "lib_wave.dll"));
 }
 
 // --- the profile ---
@@ -187,20 +163,6 @@ TEST_F(StartUpTest, DoesNotSwitchAJoystickOn) {
 }
 
 // --- an upgrade ---
-
-TEST_F(StartUpTest, AsksForAFullRestoreAfterAnUpgrade) {
-    LiveIn();
-    MakeFile(home / "Kelvash.prf", core::EncodeProfile(record).substr(0, 1587));
-    user.WillAnswer(kUpgrade, "no");
-    StartUp("");
-    EXPECT_THAT(user.Asked(), ElementsAre(kUpgrade));
-    EXPECT_THAT(user.Shown(), testing::Not(Contains("Restore finished")));
-    EXPECT_TRUE(core::session.UpgradeWarning);
-    EXPECT_TRUE(core::session.RunTestMovie);
-    EXPECT_TRUE(Exists(root / "data" / "applications" / "Kelvash 1.4.desktop"));
-    EXPECT_FALSE(Exists(root / "data" / "applications" / "kelvash-kva.desktop"));
-    EXPECT_TRUE(core::ArchiveIsOpen());
-}
 
 TEST_F(StartUpTest, RestoresFullyAfterAnUpgradeOnAYes) {
     LiveIn();
@@ -306,21 +268,6 @@ TEST_F(StartUpTest, EndsWithoutLevelZero) {
     ExpectNoArchive();
 }
 
-TEST_F(StartUpTest, FindsTrleInTheRegistry) {
-    record.TrleFolder = "";
-    LiveIn();
-    test::SetEnvironment("WINEPREFIX", (root / "prefix").string());
-    MakeFile(
-        root / "prefix" / "system.reg",
-        "WINE REGISTRY Version 2\n\n"
-        "[Software\\\\Microsoft\\\\Windows\\\\CurrentVersion\\\\App Paths\\\\winroomedit.exe] 1700000000\n"
-        "@=\"C:\\\\trle\\\\winroomedit.exe\"\n");
-    user.WillFill<trle::TrleFolderChoice>([](trle::TrleFolderChoice&) { return true; }); // as it stands
-    StartUp("");
-    EXPECT_EQ(core::profile.TrleFolder, "C:\\trle");
-    EXPECT_TRUE(core::ArchiveIsOpen());
-}
-
 // --- level 0000 ---
 
 TEST_F(StartUpTest, FillsLevelZero) {
@@ -361,29 +308,6 @@ TEST_F(StartUpTest, MakesLevelZeroOfATrleWithoutManualAndPicture) {
 }
 
 // --- the registry ---
-
-TEST_F(StartUpTest, RegistersWhereTheProgramsAre) {
-    LiveIn();
-    test::SetEnvironment("WINEPREFIX", (root / "prefix").string());
-    MakeFile(root / "prefix" / "system.reg", "WINE REGISTRY Version 2\n");
-    StartUp("");
-    const std::string key = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\App Paths\\";
-    EXPECT_THAT(ReadRegistryValue(key + "Kelvash.exe"),
-                AllOf(StartsWith("Z:\\"), EndsWith("\\program_tests")));
-    EXPECT_EQ(ReadRegistryValue(key + "winroomedit.exe"), "C:\\trle\\winroomedit.exe");
-    EXPECT_THAT(BytesOf(root / "prefix" / "system.reg"),
-                AllOf(HasSubstr("@=\"C:\\\\trle\\\\winroomedit.exe\"\n\"Path\"=\"C:\\\\trle\"\n"),
-                      HasSubstr("\\\\program_tests\"\n\"Path\"=\"Z:\\\\")));
-}
-
-TEST_F(StartUpTest, DoesNotRegisterARoomEditorThatIsNotThere) {
-    LiveIn();
-    fs::remove(trle / "winroomedit.exe");
-    test::SetEnvironment("WINEPREFIX", (root / "prefix").string());
-    MakeFile(root / "prefix" / "system.reg", "WINE REGISTRY Version 2\n");
-    StartUp("");
-    EXPECT_THAT(BytesOf(root / "prefix" / "system.reg"), testing::Not(HasSubstr("winroomedit")));
-}
 
 TEST_F(StartUpTest, EndsWithSettingsThatCannotBeRead) {
     fs::create_directory(home / "Kelvash.prf");

@@ -4,6 +4,7 @@
 
 #include "core/archive.h"
 #include "core/profile.h"
+#include "foundation/native_text.h"
 
 namespace kelvash::test {
 
@@ -28,7 +29,7 @@ void CoreHome::AddRecord(std::int32_t code, const std::string& name, std::int32_
 std::vector<std::string> CoreHome::Entries(const fs::path& folder) {
     std::vector<std::string> names;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder))
-        names.push_back(entry.path().filename().string() + (entry.is_directory() ? "\\" : ""));
+        names.push_back(TextOfNative(entry.path().filename()) + (entry.is_directory() ? "\\" : ""));
     std::sort(names.begin(), names.end());
     return names;
 }

@@ -27,11 +27,7 @@ void RemoveAll(const fs::path& root) {
 
 FoundationHome::FoundationHome() : root(MakeTemporaryFolder()), drive(root / "c"), home(drive / "Kelvash") {
     fs::create_directories(home);
-    fs::create_directories(root / "run");
-    SetEnvironment("HOME", root.string());
-    SetEnvironment("XDG_DATA_HOME", (root / "data").string());
-    SetEnvironment("XDG_RUNTIME_DIR", (root / "run").string());
-    SetEnvironment("WINEPREFIX", (root / "no-prefix").string());
+    LiveBelow(root);
     ResetProgramState();
     SetPumpStep(std::chrono::milliseconds(0));
     MapDrives();

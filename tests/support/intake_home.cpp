@@ -1,26 +1,24 @@
 #include "support/intake_home.h"
 
-#include <cstdlib>
-
 #include "core/archive.h"
 #include "foundation/drives.h"
+#include "foundation/native_text.h"
 #include "intake/level_config.h"
+#include "support/zip_program.h"
 
 namespace kelvash::test {
 
 namespace fs = std::filesystem;
 
-fs::path IntakeHome::MakeZip(const std::string& path, const Files& files, const std::string& options) {
-    const fs::path zip = drive / path;
+fs::path IntakeHome::MakeZip(const std::string& path, const Files& files, const std::string& password) {
+    const fs::path zip = drive / NativeFromText(path);
     const fs::path staging = root / "staging";
     fs::remove_all(staging);
     fs::create_directories(staging);
     fs::create_directories(zip.parent_path());
     for (const auto& [name, bytes] : files)
-        MakeFile(staging / name, bytes);
-    const std::string command =
-        "cd '" + staging.string() + "' && zip -q -r -D " + options + " '" + zip.string() + "' .";
-    EXPECT_EQ(std::system(command.c_str()), 0) << command;
+        MakeFile(staging / NativeFromText(name), bytes);
+    EXPECT_TRUE(MakeZipOf(staging, zip, password)) << zip;
     fs::remove_all(staging);
     return zip;
 }

@@ -15,10 +15,9 @@ namespace kelvash::test {
 
 class IntakeHome : public SwapHome {
   protected:
-    // Makes a zip of these files, with the folders of their names, by the program zip. `options` are words of
-    // its command line.
+    // Makes a zip of these files, with the folders of their names, and a password if there is one.
     std::filesystem::path MakeZip(const std::string& path, const Files& files,
-                                  const std::string& options = "");
+                                  const std::string& password = {});
     // Writes a kelvash.cfg of intake::LevelConfig and gives its bytes.
     static std::string ConfigBytes();
 

@@ -43,6 +43,18 @@ void SetEnvironment(const std::string& name, const std::string& value) {
     if (setenv(name.c_str(), value.c_str(), 1) != 0) std::abort();
 }
 
+void LiveBelow(const fs::path& folder) {
+    fs::create_directories(folder / "run");
+    SetEnvironment("HOME", folder.string());
+    SetEnvironment("XDG_DATA_HOME", (folder / "data").string());
+    SetEnvironment("XDG_RUNTIME_DIR", (folder / "run").string());
+    SetEnvironment("WINEPREFIX", (folder / "no-prefix").string());
+}
+
+std::uint64_t LinksOf(const fs::path& file) {
+    return fs::hard_link_count(file);
+}
+
 OrdinaryUser::OrdinaryUser() {
     if (geteuid() != 0) return;
     GiveAway(LastTemporaryFolder());

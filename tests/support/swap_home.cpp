@@ -4,6 +4,7 @@
 
 #include "core/archive.h"
 #include "core/profile.h"
+#include "foundation/native_text.h"
 #include "support/trle_sandbox.h"
 
 namespace kelvash::test {
@@ -31,9 +32,9 @@ void SwapHome::AddLevel(std::int32_t code, const std::string& name, const Files&
     for (const char* folder : {"SAVEGAMES", "BACKUP_SAVEGAMES", "FILES", "SCREENSHOTS"})
         fs::create_directories(LevelPath(code) / folder);
     for (const auto& [file, bytes] : files)
-        MakeFile(LevelPath(code) / "FILES" / file, bytes);
+        MakeFile(LevelPath(code) / "FILES" / NativeFromText(file), bytes);
     for (const auto& [file, bytes] : stash)
-        MakeFile(StashPath(code) / file, bytes);
+        MakeFile(StashPath(code) / NativeFromText(file), bytes);
 }
 
 fs::path SwapHome::LevelPath(std::int32_t code) const {
@@ -45,7 +46,7 @@ fs::path SwapHome::LevelPath(std::int32_t code) const {
 std::vector<std::string> SwapHome::NamesIn(const fs::path& folder) {
     std::vector<std::string> names;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder))
-        if (entry.is_regular_file()) names.push_back(entry.path().filename().string());
+        if (entry.is_regular_file()) names.push_back(TextOfNative(entry.path().filename()));
     std::sort(names.begin(), names.end());
     return names;
 }

@@ -10,6 +10,7 @@
 
 #include "core/archive.h"
 #include "core/profile.h"
+#include "foundation/native_text.h"
 #include "program/end.h"
 #include "support/test_home.h"
 
@@ -46,7 +47,8 @@ std::string ReadBytes(const fs::path& path) {
 fs::path KnownSpelling(const fs::path& path) {
     std::error_code error;
     for (const fs::directory_entry& entry : fs::directory_iterator(path.parent_path(), error))
-        if (Lower(entry.path().filename().string()) == Lower(path.filename().string())) return entry.path();
+        if (Lower(TextOfNative(entry.path().filename())) == Lower(TextOfNative(path.filename())))
+            return entry.path();
     return path;
 }
 
@@ -78,7 +80,7 @@ FileMap TreeOf(const fs::path& folder) {
     std::error_code error;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder, error))
         if (entry.is_regular_file())
-            files[Lower(entry.path().lexically_relative(folder).generic_string())] = ReadBytes(entry.path());
+            files[Lower(GenericTextOf(entry.path().lexically_relative(folder)))] = ReadBytes(entry.path());
     return files;
 }
 
@@ -86,7 +88,8 @@ FileMap FilesIn(const fs::path& folder) {
     FileMap files;
     std::error_code error;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder, error))
-        if (entry.is_regular_file()) files[Lower(entry.path().filename().string())] = ReadBytes(entry.path());
+        if (entry.is_regular_file())
+            files[Lower(TextOfNative(entry.path().filename()))] = ReadBytes(entry.path());
     return files;
 }
 

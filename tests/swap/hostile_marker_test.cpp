@@ -9,6 +9,7 @@
 #include "core/profile.h"
 #include "support/swap_home.h"
 #include "support/swap_world.h"
+#include "swap/hostile_marker_home.h"
 #include "swap/install.h"
 #include "swap/remove.h"
 #include "swap/restore.h"
@@ -31,34 +32,6 @@ using testing::HasSubstr;
 using testing::Not;
 
 namespace fs = std::filesystem;
-
-class HostileMarker : public test::SwapHome {
-  protected:
-    HostileMarker() {
-        user.MayBeTold("have been saved in: C:\\Kelvash\\rescued_saves_");
-        user.MayBeTold("Files of the TRLE folder that the backup doesn't hold made way");
-        AddLevel(1, "City", {{"city.tr4", "CITY"}}, {{"savegame.0", "city save"}});
-        AddLevel(2, "Coast", {{"coast.tr4", "COAST"}});
-        for (const char* name : {"x", "b.dat", "data/x", "etc", "Windows/x"})
-            test::MakeFile(drive / name, "outside");
-        test::MakeFile(root / "x", "far outside");
-    }
-    void WriteMarker(std::string_view text) { test::MakeFile(trle / "Kelvash.txt", text); }
-    void MarkWith(const std::string& copied, const std::string& overwritten) {
-        WriteMarker("#LEVEL_CODE=0001#\r\n#LEVEL_NAME=City#\r\n#OVERWROTEN_FILES=" + overwritten +
-                    "#\r\n#COPIED_FILES=" + copied + "#\r\n");
-    }
-    // Everything but the TRLE folder, the record and the stashes that a swap fills.
-    test::FileMap Outside() const {
-        test::FileMap files = test::TreeOf(root);
-        std::erase_if(files, [](const auto& file) {
-            return file.first.starts_with("c/trle/") || file.first.starts_with("run/") ||
-                   file.first.ends_with(".rec") || file.first.starts_with("c/kelvash/rescued_saves_") ||
-                   file.first.find("backup_savegames") != std::string::npos;
-        });
-        return files;
-    }
-};
 
 const char* const kClimbing[] = {"\\..\\x",         "\\data\\..\\..\\x",
                                  "\\..\\..\\x",     "\\.. \\x",
@@ -91,14 +64,6 @@ TEST_F(HostileMarker, CannotOverwriteOutsideTheFolder) {
         EXPECT_EQ(RemovePreviousLevel(2), 1);
         EXPECT_EQ(Outside(), before);
     }
-}
-
-TEST_F(HostileMarker, DeletesALinkAndNotWhatItNames) {
-    fs::create_symlink(drive / "x", trle / "link.dat");
-    MarkWith("\\link.dat", "");
-    EXPECT_EQ(RemovePreviousLevel(2), 1);
-    EXPECT_FALSE(test::Exists(trle / "link.dat"));
-    EXPECT_EQ(test::BytesOf(drive / "x"), "outside");
 }
 
 TEST_F(HostileMarker, IsNoBetterInARecord) {
@@ -220,15 +185,6 @@ TEST_F(HostileMarker, ThatIsAFolderCountsAsNone) {
     EXPECT_TRUE(InstallLevel(0));
     EXPECT_EQ(test::BytesOf(trle / "savegame.0"), "original save");
     EXPECT_EQ(test::BytesOf(trle / "Kelvash.txt" / "inside"), "mine");
-}
-
-TEST_F(HostileMarker, ThatCannotBeReadCountsAsAbsentForTheCurrentLevel) {
-    MarkWith("\\script.dat", "");
-    fs::permissions(trle / "Kelvash.txt", fs::perms::none);
-    const test::OrdinaryUser ordinary;
-    EXPECT_EQ(CurrentLevelCode(), 0);
-    EXPECT_EQ(RemovePreviousLevel(2), -1);
-    EXPECT_TRUE(test::Exists(trle / "script.dat"));
 }
 
 TEST_F(HostileMarker, OfAnyBytesTouchesNothingOutside) {

@@ -6,6 +6,7 @@
 #include "core/profile.h"
 #include "support/swap_home.h"
 #include "swap/install.h"
+#include "swap/kept_files_home.h"
 #include "swap/remove.h"
 #include "swap/restore.h"
 #include "trle_state/trle_state.h"
@@ -20,29 +21,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 namespace fs = std::filesystem;
-
-class KeptFile : public test::SwapHome {
-  protected:
-    KeptFile() {
-        user.MayBeTold("Files of the TRLE folder that the backup doesn't hold made way");
-        AddLevel(1, "City",
-                 {{"city.tr4", "CITY"},
-                  {"script.dat", "city script"},
-                  {"italian.dat", "city texts"},
-                  {"045.wav", "city wave"},
-                  {"load.bmp", "city picture"}});
-        AddLevel(2, "Coast", {{"coast.tr4", "COAST"}});
-    }
-    // Bytes of the one file of that name below kept_files; empty if there is none.
-    std::string Kept(const std::string& name) const {
-        std::string bytes;
-        if (test::Exists(home / "kept_files"))
-            for (const fs::directory_entry& entry : fs::recursive_directory_iterator(home / "kept_files"))
-                if (entry.is_regular_file() && entry.path().filename() == name)
-                    bytes += test::BytesOf(entry.path());
-        return bytes;
-    }
-};
 
 TEST_F(KeptFile, NoneIsMadeOfWhatTheBackupHolds) {
     ASSERT_TRUE(InstallLevel(1));
@@ -115,19 +93,6 @@ TEST_F(KeptFile, BringsBackWhatALevelOverwroteWhenTheBackupIsGone) {
     EXPECT_EQ(RemovePreviousLevel(-1), 2);
     EXPECT_EQ(test::BytesOf(trle / "data" / "coast.tr4"), "my own level");
     EXPECT_EQ(test::BytesOf(StashPath(2) / "savegame.0"), "coast save");
-}
-
-TEST_F(KeptFile, OfAFileThatCannotBeCopiedNothingIsNeeded) {
-    fs::remove(LevelPath(2) / "FILES" / "coast.tr4");
-    fs::create_symlink("/nowhere", LevelPath(2) / "FILES" / "gone.dat");
-    test::MakeFile(LevelPath(2) / "FILES" / "coast.tr4", "COAST");
-    fs::create_directory(trle / "data" / "coast.tr4");
-    ASSERT_TRUE(InstallLevel(2));
-    EXPECT_THAT(user.Told(),
-                ElementsAre("critical: These files of the level could not be copied into the TRLE "
-                            "folder:\r\n\\data\\coast.tr4"));
-    EXPECT_FALSE(LevelIsWhole());
-    EXPECT_NE(Marker().find("#COPIED_FILES=\\data\\coast.tr4#"), std::string::npos);
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "support/swap_home.h"
 #include "swap/install.h"
 #include "swap/kept_files.h"
+#include "swap/overwriting_home.h"
 #include "swap/remove.h"
 #include "swap/restore.h"
 #include "trle_state/trle_state.h"
@@ -28,45 +29,9 @@ namespace fs = std::filesystem;
 
 constexpr const char* kMadeWay = "Files of the TRLE folder that the backup doesn't hold made way: 1.";
 
-// A media configuration with one event that uses a file in one of its fields.
-std::string Config(std::size_t field, std::uint32_t flag, const std::string& name) {
-    std::string config(20 + 1356, ' ');
-    config.replace(0, 4, std::string("\1\0\0\0", 4));
-    config.replace(20 + field, name.size(), name);
-    for (std::size_t i = 0; i < 4; ++i)
-        config[20 + 266 + i] = static_cast<char>(flag >> (8 * i) & 0xFF);
-    return config;
-}
-std::string Title(const std::string& name) {
-    return Config(530, 0x80, name);
-}
 std::string Program(const std::string& name) {
     return Config(1042, 0x200, name);
 }
-
-class Overwriting : public test::SwapHome {
-  protected:
-    // Bytes of all files of that name below kept_files, one behind the other.
-    std::string Kept(const std::string& name) const {
-        std::string bytes;
-        if (fs::is_directory(home / "kept_files"))
-            for (const fs::directory_entry& entry : fs::recursive_directory_iterator(home / "kept_files"))
-                if (entry.is_regular_file() && entry.path().filename() == name)
-                    bytes += test::BytesOf(entry.path());
-        return bytes;
-    }
-    // Nothing can be kept as long as a file has the folder's name.
-    void BlockKeeping() { test::MakeFile(home / "kept_files", "in the way"); }
-    void ForgetRecord() {
-        for (const std::string& name : NamesIn(home))
-            if (name.ends_with(".rec")) fs::remove(home / name);
-    }
-    static std::string Failed(const std::string& files) {
-        return "critical: These files stay as they are, because the backup doesn't hold them and they can't "
-               "be kept elsewhere:\r\n" +
-               files;
-    }
-};
 
 TEST_F(Overwriting, OfAPlayersShotByAMediaFileIsListedAndKept) {
     AddLevel(1, "City", {{"a.tr4", ""}, {"shot1.jpg", "of the level"}, {"m.mcf", Title("shot1.jpg")}},
@@ -128,12 +93,6 @@ TEST_F(Overwriting, ByTheGameOfAMediaConfigurationIsToldAndLeftOut) {
     EXPECT_THAT(Marker(), HasSubstr("#COPIED_FILES=\\m.mcf|\\data\\a.tr4#\r\n"));
     EXPECT_THAT(user.Told(), ElementsAre("exclamation: This level brings a game program of its own "
                                          "(tomb4.exe). It has been left out, that of the TRLE folder stays"));
-}
-
-TEST_F(Overwriting, NeedsAPlainNameOfAMediaConfigurationToo) {
-    AddLevel(1, "City", {{"a.tr4", ""}, {"aux.mcf", Title("title.txt")}, {"title.txt", "t"}});
-    ASSERT_TRUE(InstallLevel(1));
-    EXPECT_THAT(Marker(), HasSubstr("#COPIED_FILES=\\title.txt|\\data\\a.tr4#\r\n"));
 }
 
 TEST_F(Overwriting, ByAMediaProgramIsUndoneFromTheMarkerAlone) {

@@ -8,6 +8,7 @@
 #include "core/archive.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
+#include "foundation/native_text.h"
 #include "foundation/state.h"
 #include "support/swap_model.h"
 #include "support/swap_world.h"
@@ -156,7 +157,7 @@ void RandomWalk::Play() {
             model->PlayerWrites(Lower(name), WriteStamped(world.trle / name, owner));
         } else {
             for (const fs::directory_entry& entry : fs::directory_iterator(world.trle))
-                if (Lower(entry.path().filename().string()) == Lower(name)) {
+                if (Lower(TextOfNative(entry.path().filename())) == Lower(name)) {
                     fs::remove(entry.path());
                     break;
                 }

@@ -9,9 +9,9 @@
 
 #include "foundation/drives.h"
 #include "foundation/pumping.h"
-#include "support/child_process.h"
 #include "support/format_test.h"
 #include "support/test_home.h"
+#include "swap/zl_file_home.h"
 
 namespace kelvash::swap {
 namespace {
@@ -20,17 +20,6 @@ namespace fs = std::filesystem;
 using test::BytesOf;
 using test::Exists;
 using test::MakeFile;
-
-// Bytes without any pattern, the same at every run.
-std::string Noise(std::size_t size) {
-    std::string bytes;
-    std::uint32_t state = 12345;
-    while (bytes.size() < size) {
-        state = state * 1664525 + 1013904223;
-        bytes.push_back(static_cast<char>(state >> 24));
-    }
-    return bytes;
-}
 
 // Records with small differences, as in a level file: packs to about a quarter.
 std::string Records(std::size_t size) {
@@ -46,32 +35,11 @@ std::string Records(std::size_t size) {
     return bytes;
 }
 
-// A stream that zlib itself writes. `window_bits` as zlib takes them: negative for a raw stream, above 15 for
-// gzip.
-std::string PackedByZlib(const std::string& bytes, int level, int window_bits,
-                         const std::string& dictionary = "") {
-    z_stream stream{};
-    EXPECT_EQ(deflateInit2(&stream, level, Z_DEFLATED, window_bits, 8, Z_DEFAULT_STRATEGY), Z_OK);
-    if (!dictionary.empty())
-        deflateSetDictionary(&stream, reinterpret_cast<const Bytef*>(dictionary.data()),
-                             static_cast<uInt>(dictionary.size()));
-    std::string input = bytes;
-    std::string packed(deflateBound(&stream, bytes.size()) + 64, '\0');
-    stream.next_in = reinterpret_cast<Bytef*>(input.data());
-    stream.avail_in = static_cast<uInt>(input.size());
-    stream.next_out = reinterpret_cast<Bytef*>(packed.data());
-    stream.avail_out = static_cast<uInt>(packed.size());
-    EXPECT_EQ(deflate(&stream, Z_FINISH), Z_STREAM_END);
-    packed.resize(stream.total_out);
-    deflateEnd(&stream);
-    return packed;
-}
-
 std::string UnpackedByZlib(const std::string& packed, std::size_t size) {
     std::string bytes(size + 1, '\0');
-    uLongf got = bytes.size();
+    auto got = static_cast<uLongf>(bytes.size());
     EXPECT_EQ(uncompress(reinterpret_cast<Bytef*>(bytes.data()), &got,
-                         reinterpret_cast<const Bytef*>(packed.data()), packed.size()),
+                         reinterpret_cast<const Bytef*>(packed.data()), static_cast<uLong>(packed.size())),
               Z_OK);
     bytes.resize(got);
     return bytes;
@@ -92,20 +60,6 @@ WritePiece Into(std::string& text) {
         return true;
     };
 }
-
-class ZlFile : public test::TestHome {
-  protected:
-    fs::path Native(const std::string& name) const { return drive / name; }
-    bool Unpack(const std::string& stream) {
-        MakeFile(Native("city.tr4.zl"), stream);
-        return DecompressFile("C:\\city.tr4.zl", "C:\\city.tr4");
-    }
-    void ExpectRefused(const std::string& stream) {
-        EXPECT_FALSE(Unpack(stream));
-        EXPECT_FALSE(Exists(Native("city.tr4")));
-        EXPECT_FALSE(Exists(Native("city.tr4.new")));
-    }
-};
 
 TEST_F(ZlFile, PacksAFileAsOneZlibStream) {
     const std::string bytes = Records(100'000);
@@ -269,77 +223,6 @@ TEST_F(ZlFile, RefusesATargetThatCantBeMade) {
     for (const char* target : {"C:\\missing\\a.zl", "C:\\folder", "Q:\\a.zl"})
         EXPECT_FALSE(CompressFile("C:\\a.wav", target)) << target;
     EXPECT_TRUE(fs::is_directory(Native("folder")));
-}
-
-TEST_F(ZlFile, RefusesAnUnreadableSourceAndAFolderThatTakesNoFiles) {
-    MakeFile(Native("a.wav"), "sound");
-    MakeFile(Native("secret.wav"), "sound");
-    MakeFile(Native("closed/old.zl"), "old");
-    for (const fs::path& path : {root, drive, Native("closed")})
-        fs::permissions(path, fs::perms(0755), fs::perm_options::replace);
-    fs::permissions(Native("secret.wav"), fs::perms::none, fs::perm_options::replace);
-    fs::create_directory(Native("open"));
-    fs::permissions(Native("open"), fs::perms::all);
-    fs::permissions(Native("closed"), fs::perms(0555), fs::perm_options::replace);
-    {
-        const test::OrdinaryUser ordinary;
-        EXPECT_TRUE(CompressFile("C:\\a.wav", "C:\\open\\a.zl"));
-        EXPECT_FALSE(CompressFile("C:\\secret.wav", "C:\\open\\secret.zl"));
-        EXPECT_FALSE(CompressFile("C:\\a.wav", "C:\\closed\\new.zl"));
-        EXPECT_FALSE(CompressFile("C:\\a.wav", "C:\\closed\\old.zl"));
-    }
-    fs::permissions(Native("closed"), fs::perms(0755), fs::perm_options::replace);
-    EXPECT_FALSE(Exists(Native("open/secret.zl")));
-    EXPECT_FALSE(Exists(Native("closed/new.zl")));
-    EXPECT_EQ(BytesOf(Native("closed/old.zl")), "old");
-}
-
-TEST_F(ZlFile, LeavesNothingOnAFullDisk) {
-    MakeFile(Native("noise.wav"), Noise(3'000'000));
-    MakeFile(Native("bomb.zl"), PackedByZlib(std::string(20'000'000, '\0'), 1, 15));
-    MakeFile(Native("big_bomb.zl"), PackedByZlib(std::string(140'000'000, '\0'), 1, 15));
-    MakeFile(Native("old.wav"), "old");
-    const auto unpack_all = [] {
-        test::LimitFiles(1'000'000);
-        return !CompressFile("C:\\noise.wav", "C:\\noise.wav.zl") &&
-               !DecompressFile("C:\\bomb.zl", "C:\\bomb") &&
-               !DecompressFile("C:\\big_bomb.zl", "C:\\big_bomb") &&
-               !DecompressFile("C:\\bomb.zl", "C:\\old.wav");
-    };
-    EXPECT_TRUE(test::InChild(unpack_all).answer);
-    EXPECT_THAT(ListFiles("C:", "*"),
-                testing::ElementsAre("C:\\big_bomb.zl", "C:\\bomb.zl", "C:\\noise.wav", "C:\\old.wav"));
-    EXPECT_EQ(BytesOf(Native("old.wav")), "old");
-}
-
-// 300 MB of holes with a few written places.
-TEST_F(ZlFile, KeepsItsMemoryBoundedForABigFile) {
-    constexpr std::int64_t kSize = 300'000'000;
-    MakeFile(Native("big.tr4"), "start");
-    fs::resize_file(Native("big.tr4"), kSize);
-    {
-        std::fstream file(Native("big.tr4"), std::ios::binary | std::ios::in | std::ios::out);
-        file.seekp(150'000'000).write("middle", 6);
-        file.seekp(kSize - 3).write("end", 3);
-        ASSERT_TRUE(file.good());
-    }
-    const auto pack = [] { return CompressFile("C:\\big.tr4", "C:\\big.tr4.zl"); };
-    const test::ChildResult packed = test::InChild(pack);
-    EXPECT_TRUE(packed.answer);
-    EXPECT_LT(packed.grown, 20'000'000);
-    EXPECT_LT(fs::file_size(Native("big.tr4.zl")), 400'000U);
-    fs::remove(Native("big.tr4"));
-    const auto unpack = [] { return DecompressFile("C:\\big.tr4.zl", "C:\\big.tr4"); };
-    const test::ChildResult unpacked = test::InChild(unpack);
-    EXPECT_TRUE(unpacked.answer);
-    EXPECT_LT(unpacked.grown, 200'000'000);
-    ASSERT_EQ(FileSize("C:\\big.tr4"), kSize);
-    std::ifstream file(Native("big.tr4"), std::ios::binary);
-    std::string text(6, '\0');
-    file.seekg(150'000'000).read(text.data(), 6);
-    EXPECT_EQ(text, "middle");
-    file.seekg(kSize - 6).read(text.data(), 6);
-    EXPECT_EQ(text, std::string("\0\0\0end", 6));
 }
 
 // --- made ahead ---

@@ -9,6 +9,8 @@
 #include "support/foundation_home.h"
 #include "support/local_time.h"
 #include "support/zip_bytes.h"
+#include "support/zip_program.h"
+#include "zip/unzip_home.h"
 #include "zip/zip.h"
 #include "zip/zip_module.h"
 
@@ -21,38 +23,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
-
-class Unzip : public test::FoundationHome {
-  protected:
-    Unzip() { std::filesystem::create_directories(drive / "out"); }
-
-    void Put(const std::vector<test::ZipBytes>& all) { PutBytes(test::MakeZipBytes(all)); }
-    void PutBytes(const std::string& bytes) { test::MakeFile(drive / "a.zip", bytes); }
-    // Makes a.zip of the folder in/ with a program of the system.
-    void Run(const std::string& command) {
-        const std::string line = "cd '" + (drive / "in").string() + "' && " + command;
-        ASSERT_EQ(std::system(line.c_str()), 0) << line;
-    }
-    bool Extract(ZipFolders folders = ZipFolders::Kept, Wipe wipe = Wipe::No) {
-        Unzipped unzipped = UnzipToFolder({"C:\\a.zip", "C:\\out", wipe, folders}, bar);
-        entries = std::move(unzipped.Written);
-        message = std::move(unzipped.Message);
-        return unzipped.End == UnzipEnd::Whole;
-    }
-    std::vector<std::string> Tree() const {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(drive / "out"))
-            if (entry.is_regular_file())
-                names.push_back(entry.path().lexically_relative(drive / "out").generic_string());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-    std::string Bytes(const std::string& name) const { return test::BytesOf(drive / "out" / name); }
-
-    std::vector<std::string> entries;
-    std::string message;
-    Bar bar;
-};
 
 TEST_F(Unzip, WritesFilesWithTheirFoldersOrFlat) {
     Put({MakeEntry("readme.txt", "Hi"), MakeEntry("DATA/", ""), MakeEntry("DATA/maze.tr4", "level")});
@@ -119,21 +89,6 @@ TEST_F(Unzip, EntriesThatLeadOutAreRefusedAndToldAndTheRestIsExtracted) {
         EXPECT_FALSE(test::Exists(drive / ("evil" + std::to_string(i) + ".txt"))) << i;
     EXPECT_TRUE(Extract(ZipFolders::Flat, Wipe::Yes)); // flat they are refused as well
     EXPECT_FALSE(test::Exists(drive / "out/evil1.txt"));
-}
-
-TEST_F(Unzip, LinksAreRefusedAndNotFollowed) {
-    std::filesystem::create_directory_symlink(drive, drive / "out/there");
-    test::ZipBytes link = MakeEntry("link", "/etc");
-    link.made_by = 0x0314;
-    link.attributes = 0120777U << 16;
-    Put({link, MakeEntry("link/evil.txt", "evil"), MakeEntry("there/evil.txt", "evil")});
-    EXPECT_FALSE(Extract());
-    EXPECT_FALSE(test::Exists(drive / "evil.txt"));
-    EXPECT_EQ(Bytes("link/evil.txt"), "evil"); // "link" is a plain folder here
-    EXPECT_THAT(user.Told(), ElementsAre(testing::EndsWith("\r\nlink")));
-    EXPECT_EQ(message,
-              "Error extracting following entries of zip file a.zip:\r\n"
-              "there/evil.txt: I can not write the file");
 }
 
 TEST_F(Unzip, OnlySomeNamesAreTold) {
@@ -220,7 +175,7 @@ TEST_F(Unzip, TruncatedZipsAreRefusedAtEveryLength) {
 TEST_F(Unzip, AnEncryptedZipAsksOnceForItsPassword) {
     test::MakeFile(drive / "in/a.txt", "secret text");
     test::MakeFile(drive / "in/b.txt", "more of it");
-    Run("zip -q -P sesame '" + (drive / "a.zip").string() + "' a.txt b.txt");
+    ASSERT_TRUE(test::MakeZipOf(drive / "in", drive / "a.zip", "sesame"));
     user.WillAnswer("Encrypted zip file\nThe zip file a.zip is encrypted.\r\nType its password:", "sesame");
     EXPECT_TRUE(Extract());
     EXPECT_EQ(Bytes("a.txt"), "secret text");
@@ -270,12 +225,6 @@ TEST_F(Unzip, ManyEntriesInOneFolderAreNoTrouble) {
     EXPECT_EQ(user.last_percent, 100);
 }
 
-TEST_F(Unzip, MoreEntriesThanAPlainEndRecordTells) {
-    std::filesystem::create_directories(drive / "in");
-    Run("seq 1 100000 | xargs touch && seq 1 100000 | zip -q -0 '" + (drive / "a.zip").string() + "' -@");
-    EXPECT_EQ(ListZip("C:\\a.zip", message)->size(), 100000U);
-}
-
 TEST_F(Unzip, ASpecifiedStopEndsTheWork) {
     Put({MakeEntry("a.txt", "a"), MakeEntry("b.txt", "b")});
     user.stop = true;
@@ -283,24 +232,6 @@ TEST_F(Unzip, ASpecifiedStopEndsTheWork) {
     EXPECT_EQ(message, "Stopped by the user");
     EXPECT_THAT(Tree(), IsEmpty());
     EXPECT_THAT(user.Told(), IsEmpty());
-}
-
-TEST_F(Unzip, AStopActsWithinOneEntry) {
-    std::filesystem::create_directories(drive / "in");
-    Run("truncate -s 1000000000 big && zip -q -1 '" + (drive / "a.zip").string() + "' big");
-    UnzipClass unzip;
-    UnzipSettings("C:\\a.zip", "C:\\out", ZipFolders::Flat, unzip);
-    using Clock = std::chrono::steady_clock;
-    const Clock::time_point start = Clock::now();
-    Clock::time_point asked;
-    EXPECT_FALSE(unzip.UnZip({nullptr, [&] {
-                                  if (Clock::now() - start < std::chrono::milliseconds(100)) return false;
-                                  asked = Clock::now();
-                                  return true;
-                              }}));
-    EXPECT_TRUE(unzip.Stopped);
-    EXPECT_LT(Clock::now() - asked, std::chrono::milliseconds(200));
-    EXPECT_THAT(Tree(), IsEmpty());
 }
 
 TEST_F(Unzip, ListingGivesNamesAndSizesWithoutExtracting) {
@@ -400,32 +331,6 @@ TEST_F(Unzip, TheQuestionBeforeOverwritingShowsTheEntrysOwnFacts) {
                                           "Date: 31/12/2004 23.59.58\r\n"
                                           "\r\n"
                                           "Replace it?"));
-}
-
-TEST_F(Unzip, TheToolIsRunFromTheProgramsFolder) {
-    test::MakeFile(drive / "in/a.txt", std::string(1000, 'a'));
-    Run("zip -q '" + (drive / "a.zip").string() + "' a.txt");
-    EXPECT_FALSE(UnzipWithTool("C:\\a.zip", "C:\\out", bar));
-    EXPECT_THAT(user.Told(),
-                ElementsAre("critical: Unzip: I cannot find  'unzip.exe' utility\r\nIt's necessary "
-                            "'unzip.exe' utility  will be  in folder: C:\\Kelvash"));
-    ASSERT_EQ(std::system(("cp \"$(command -v unzip)\" '" + (home / "unzip.exe").string() + "'").c_str()), 0);
-    bar.percent = 70; // of a former job
-    user.percents.clear();
-    EXPECT_TRUE(UnzipWithTool("C:\\a.zip", "C:\\out", bar));
-    EXPECT_EQ(Bytes("a.txt"), std::string(1000, 'a'));
-    EXPECT_EQ(bar.percent, 100);
-    EXPECT_THAT(user.percents, ElementsAre(0, 100));
-}
-
-TEST_F(Unzip, AToolThatSaysNothingIsStopped) {
-    Put({MakeEntry("a.txt", "content")});
-    const std::filesystem::path tool = home / "unzip.exe";
-    test::MakeFile(tool, "#!/bin/sh\nsleep 60\n");
-    std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
-    user.stop_at_pump = 1;
-    EXPECT_FALSE(UnzipWithTool("C:\\a.zip", "C:\\out", bar));
-    EXPECT_THAT(user.Told(), ElementsAre("critical: Error executing utility: Break user"));
 }
 
 TEST_F(Unzip, AToolThatCannotBeRunIsTold) {

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "support/foundation_home.h"
+#include "zip/zip_home.h"
 #include "zip/zip_module.h"
 #include "zip/zip_progress.h"
 
@@ -12,27 +13,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-class Zip : public test::FoundationHome {
-  protected:
-    Zip() {
-        test::MakeFile(drive / "in/a.txt", "aaa");
-        test::MakeFile(drive / "in/Größe Ł.txt", "g");
-        test::MakeFile(drive / "in/sub/b.txt", "b");
-    }
-    std::vector<std::string> Names(const std::string& zip = "C:\\a.zip") const {
-        std::string reason;
-        std::vector<std::string> names;
-        const auto listed = ListZip(zip, reason);
-        if (listed)
-            for (const ZipEntry& entry : *listed)
-                names.push_back(entry.Name);
-        return names;
-    }
-    std::vector<std::string> entries;
-    std::string message;
-    Bar bar;
-};
 
 TEST_F(Zip, AFolderGoesInFlatOrWithItsTree) {
     EXPECT_TRUE(ZipFolder("C:\\in", "C:\\a.zip", entries, Recurse::No, bar, message));
@@ -92,15 +72,6 @@ TEST_F(Zip, AStopOrAnErrorLeavesTheOldZip) {
     EXPECT_EQ(zip.GetLastMessage(), "I can not read the file C:\\in\\gone.txt");
     EXPECT_EQ(test::BytesOf(drive / "a.zip"), "the old one");
     EXPECT_THAT(Names("C:\\b.zip"), IsEmpty());
-}
-
-TEST_F(Zip, AFolderThatMayNotBeWrittenIsAnError) {
-    test::OrdinaryUser ordinary;
-    std::filesystem::create_directories(drive / "locked");
-    std::filesystem::permissions(drive / "locked", std::filesystem::perms(0555));
-    EXPECT_FALSE(ZipFolder("C:\\in", "C:\\locked\\a.zip", entries, Recurse::No, bar, message));
-    std::filesystem::permissions(drive / "locked", std::filesystem::perms(0755));
-    EXPECT_TRUE(std::filesystem::is_empty(drive / "locked"));
 }
 
 class ZipLines : public test::FoundationHome {
