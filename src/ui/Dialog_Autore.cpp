@@ -102,7 +102,7 @@ void Dialog_Autore::Lay() {
     layout->addLayout(FootRow(this, {Pul_Help, HelpMark::Author, Pul_Ok, Pul_Cancel}));
     Text_NoteAutore->setTabChangesFocus(true);
     Text_NoteAutore->setFixedHeight(fontMetrics().lineSpacing() * 5);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 76);
+    layout->addStrut(fontMetrics().averageCharWidth() * 76);
 }
 
 void Dialog_Autore::ImpostaValori(std::int32_t level_index) {

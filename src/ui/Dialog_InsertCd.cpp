@@ -22,7 +22,7 @@ Dialog_InsertCd::Dialog_InsertCd(QWidget* parent) : QDialog(parent) {
     layout->addLayout(FootRow({}, {Pul_Ok, Pul_Cancel}));
     layout->setSpacing(fontMetrics().height());
     Pul_Ok->setDefault(true);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 48);
+    layout->addStrut(fontMetrics().averageCharWidth() * 48);
     connect(Pul_Ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(Pul_Cancel, &QPushButton::clicked, this, &QDialog::reject);
 }

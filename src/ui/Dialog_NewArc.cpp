@@ -18,7 +18,7 @@ Dialog_NewArc::Dialog_NewArc(QWidget* parent) : QDialog(parent) {
     layout->setSpacing(fontMetrics().height());
     Label_Info->setWordWrap(true);
     Pul_New->setDefault(true);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 70);
+    layout->addStrut(fontMetrics().averageCharWidth() * 70);
     for (QPushButton* button : {Pul_New, Pul_Load})
         connect(button, &QPushButton::clicked, this, [this, button] {
             MakeNew = button == Pul_New;

@@ -69,7 +69,8 @@ void Dialog_NewLevel::Lay() {
     keeps_place.setRetainSizeWhenHidden(true);
     ProgressBar1->setSizePolicy(keeps_place);
     setAcceptDrops(true);
-    setMinimumSize(fontMetrics().averageCharWidth() * 92, fontMetrics().height() * 34);
+    layout->addStrut(fontMetrics().averageCharWidth() * 92);
+    List_Files->setMinimumHeight(fontMetrics().height() * 14);
 }
 
 QLayout* Dialog_NewLevel::LayFields() {

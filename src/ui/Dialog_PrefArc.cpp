@@ -48,7 +48,7 @@ void Dialog_PrefArc::Lay() {
     layout->addSpacing(fontMetrics().height() / 2);
     layout->addLayout(FootRow(this, {Pul_Help, HelpMark::ArchivePreferences, Pul_Ok, Pul_Cancel}));
     Label_Info->setWordWrap(true);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 76);
+    layout->addStrut(fontMetrics().averageCharWidth() * 76);
 }
 
 void Dialog_PrefArc::ImpostaValori() {

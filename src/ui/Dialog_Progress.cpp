@@ -21,7 +21,7 @@ Dialog_Progress::Dialog_Progress(QWidget* parent) : QDialog(parent) {
         Q_EMIT StopWanted();
     });
     Label_Info->setWordWrap(true);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 64);
+    layout->addStrut(fontMetrics().averageCharWidth() * 64);
 }
 
 void Dialog_Progress::Set_Caption_Texts() {

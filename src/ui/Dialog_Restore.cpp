@@ -49,7 +49,7 @@ void Dialog_Restore::Lay() {
     for (QLabel* label : {Label_Fast, Label_Full, Label_Info})
         label->setWordWrap(true);
     Pul_Fast->setDefault(true);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 92);
+    layout->addStrut(fontMetrics().averageCharWidth() * 92);
 }
 
 void Dialog_Restore::SetRunning(bool running) {

@@ -8,6 +8,7 @@
 #include "foundation/drives.h"
 #include "ui/Dialog_Splash_messages.h"
 #include "ui/fragments.h"
+#include "ui/look.h"
 
 namespace kelvash::ui {
 
@@ -17,7 +18,7 @@ Dialog_Splash::Dialog_Splash(const QPixmap& picture) : QWidget(nullptr, Qt::Spla
     Image_Splash->adjustSize();
     setFixedSize(Image_Splash->size());
     QPalette light = Label_Version->palette();
-    light.setColor(QPalette::WindowText, Qt::white);
+    light.setColor(QPalette::WindowText, ShadeText());
     Label_Version->setPalette(light);
     Label_Version->setText(Caption(msg::kSplashVersion, {LoadFragment(fragment::kSplashVersionNumber)}));
     Label_Version->adjustSize();
@@ -30,7 +31,7 @@ Dialog_Splash::Dialog_Splash(const QPixmap& picture) : QWidget(nullptr, Qt::Spla
 
 QPixmap SplashPicture() {
     const std::string path = AppFolder() + LoadFragment(fragment::kSplashName);
-    const QString file = QString::fromStdU16String(NativePath(path).u16string());
+    const QString file = NativeText(path);
     // By its name it is a JPEG: to load every plug-in for pictures and ask it takes longer than reading it.
     QImageReader reader(file, "jpg");
     reader.setAutoDetectImageFormat(false);

@@ -50,7 +50,7 @@ void Dialog_TrovaTrle::Lay() {
     Label_Info->setWordWrap(true);
     Label_Path->setFrameShape(QFrame::StyledPanel);
     Label_Path->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 84);
+    layout->addStrut(fontMetrics().averageCharWidth() * 84);
 }
 
 void Dialog_TrovaTrle::ImpostaValori(const trle::TrleFolderChoice& choice) {

@@ -16,7 +16,7 @@ Dialog_Wait::Dialog_Wait(QWidget* parent) : QDialog(parent) {
     Label_Mex->setWordWrap(true);
     Label_Mex->setAlignment(Qt::AlignCenter);
     Label_Mex->setMinimumHeight(fontMetrics().height() * 3);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 48);
+    layout->addStrut(fontMetrics().averageCharWidth() * 48);
 }
 
 void Dialog_Wait::Set_Caption_Texts() {

@@ -15,7 +15,7 @@ Dialog_Zip::Dialog_Zip(QWidget* parent) : QDialog(parent) {
     layout->addWidget(Label_Info);
     layout->addWidget(ZlibTool1);
     Label_Info->setWordWrap(true);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 64);
+    layout->addStrut(fontMetrics().averageCharWidth() * 64);
 }
 
 void Dialog_Zip::Set_Caption_Texts() {

@@ -13,6 +13,8 @@
 
 #include "ui/form_support.h"
 #include "ui/forms_user.h"
+#include "ui/look.h"
+#include "ui/screen_keeper.h"
 
 namespace kelvash::ui {
 
@@ -101,8 +103,10 @@ QHBoxLayout* FootRow(std::initializer_list<QWidget*> left, std::initializer_list
 
 QHBoxLayout* FootRow(QDialog* form, const FootButtons& buttons) {
     ConnectHelp(form, buttons.help, buttons.page);
+    KeepOnScreen(form);
     if (buttons.ok == nullptr) return FootRow({buttons.help}, {buttons.cancel});
     buttons.ok->setDefault(true);
+    SetMainAction(buttons.ok);
     return FootRow({buttons.help}, {buttons.ok, buttons.cancel});
 }
 

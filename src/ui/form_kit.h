@@ -70,7 +70,7 @@ struct FootButtons {
     QPushButton* cancel;
 };
 // The usual one: "Help" at the left, "OK" and "Cancel" at the right. Help and F1 open the page, Enter means
-// OK; what OK and Cancel do is the form's own.
+// OK; what OK and Cancel do is the form's own. The form stays within its screen.
 QHBoxLayout* FootRow(QDialog* form, const FootButtons& buttons);
 
 enum class IdleBar { Stays, Hides };

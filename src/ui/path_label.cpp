@@ -4,6 +4,7 @@
 #include <QStyle>
 
 #include "ui/form_support.h"
+#include "ui/look.h"
 
 namespace kelvash::ui {
 
@@ -17,7 +18,7 @@ constexpr int kMostLetters = 60;
 PathLabel::PathLabel(QWidget* parent) : QLabel(parent) {
     setTextFormat(Qt::PlainText);
     setFrameShape(QFrame::StyledPanel);
-    setMargin(2);
+    setMargin(space::kTight);
 }
 
 void PathLabel::SetPath(const QString& path, const QString& when_empty) {

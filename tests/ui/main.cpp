@@ -3,10 +3,13 @@
 
 #include <QApplication>
 
+#include "ui/look.h"
+
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     const QApplication application(argc, argv);
+    kelvash::ui::TakeLook(false);
     return RUN_ALL_TESTS();
 }

@@ -1,0 +1,101 @@
+#include "ui/icons.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPalette>
+#include <QPixmapCache>
+#include <QSvgRenderer>
+#include <array>
+#include <optional>
+
+// They lie in a library, whose parts the linker leaves out unless somebody asks for them.
+static bool TakeIcons() {
+    Q_INIT_RESOURCE(icons);
+    return true;
+}
+
+namespace kelvash::ui {
+
+namespace {
+
+constexpr std::array kFiles = {
+#define KELVASH_GLYPH(name, file) #file,
+#include "ui/icons.inc"
+#undef KELVASH_GLYPH
+};
+
+QString FileOf(Glyph glyph) {
+    [[maybe_unused]] static const bool kAreThere = TakeIcons();
+    return QStringLiteral(":/kelvash/icons/%1.svg")
+        .arg(QLatin1String(kFiles.at(static_cast<std::size_t>(glyph))));
+}
+
+// The set's drawings are of one colour, which this sets.
+QPixmap Drawn(Glyph glyph, const QSize& size, const QColor& colour) {
+    const QString key = QStringLiteral("kelvash-%1-%2x%3-%4")
+                            .arg(static_cast<int>(glyph))
+                            .arg(size.width())
+                            .arg(size.height())
+                            .arg(colour.rgba());
+    QPixmap pixmap;
+    if (QPixmapCache::find(key, &pixmap)) return pixmap;
+    pixmap = QPixmap(size);
+    pixmap.fill(Qt::transparent);
+    QSvgRenderer drawing(FileOf(glyph));
+    drawing.setAspectRatioMode(Qt::KeepAspectRatio);
+    QPainter painter(&pixmap);
+    drawing.render(&painter);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(pixmap.rect(), colour);
+    painter.end();
+    QPixmapCache::insert(key, pixmap);
+    return pixmap;
+}
+
+class GlyphEngine final : public QIconEngine {
+  public:
+    explicit GlyphEngine(Glyph glyph, std::optional<Role> role = {}) : glyph_(glyph), role_(role) {}
+
+    QIconEngine* clone() const override { return new GlyphEngine(glyph_, role_); }
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+        DrawGlyph(*painter, rect, glyph_, ColourFor(mode));
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
+        return Drawn(glyph_, size, ColourFor(mode));
+    }
+    QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State state, qreal) override {
+        return pixmap(size, mode, state);
+    }
+
+  private:
+    QColor ColourFor(QIcon::Mode mode) const {
+        const QPalette palette = QApplication::palette();
+        if (mode == QIcon::Disabled) return palette.color(QPalette::Disabled, QPalette::ButtonText);
+        return role_.has_value() ? ColourOf(*role_) : palette.color(QPalette::Active, QPalette::ButtonText);
+    }
+
+    Glyph glyph_;
+    std::optional<Role> role_; // the palette's colour without one
+};
+
+} // namespace
+
+QIcon IconOf(Glyph glyph) {
+    return QIcon(new GlyphEngine(glyph));
+}
+
+QIcon IconOf(Glyph glyph, Role role) {
+    return QIcon(new GlyphEngine(glyph, role));
+}
+
+void DrawGlyph(QPainter& painter, const QRect& place, Glyph glyph, const QColor& colour) {
+    const qreal ratio = painter.device()->devicePixelRatio();
+    QPixmap pixmap = Drawn(glyph, (QSizeF(place.size()) * ratio).toSize(), colour);
+    pixmap.setDevicePixelRatio(ratio);
+    painter.drawPixmap(place.topLeft(), pixmap);
+}
+
+} // namespace kelvash::ui

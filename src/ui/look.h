@@ -1,0 +1,84 @@
+// The look of the program in one place: steps of space, sizes of type, colours by their role. Forms speak in
+// these words; no colour, size in pixels or style sheet stands elsewhere, which checks/look.sh asserts.
+//
+// A desktop that brings a style and colours of its own keeps them, and the roles follow its palette.
+// Elsewhere, on Windows too, the program draws itself.
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+
+class QAbstractButton;
+class QLabel;
+class QPainter;
+class QPixmap;
+class QRect;
+class QSize;
+class QWidget;
+
+namespace kelvash::ui {
+
+// Room between things, in pixels that don't depend on the screen.
+namespace space {
+inline constexpr int kTight = 4;
+inline constexpr int kClose = 8;
+inline constexpr int kNear = 12;
+inline constexpr int kApart = 16;
+inline constexpr int kWide = 24;
+} // namespace space
+
+inline constexpr int kCornerRadius = 6;
+
+// Sizes of type, from the system's own font.
+enum class Type { Caption, Text, Title, Headline };
+QFont FontOf(Type type);
+
+// Two surfaces, the page and what lies on it, and what is written on both. Every text role can be read on
+// both of them; OnAccent is written on Accent.
+enum class Role { Surface, Raised, Text, MutedText, Accent, OnAccent, Danger, Success };
+QColor ColourOf(Role role, const QPalette& palette);
+// The same by the program's palette of the moment.
+QColor ColourOf(Role role);
+
+// Parts of one colour in another, 0 to 1: hints of a colour on a surface.
+QColor Mixed(const QColor& colour, const QColor& ground, double share);
+// From 1 to 21, by the luminance of both as WCAG 2 counts it. 4.5 is what a text needs.
+double ContrastOf(const QColor& one, const QColor& other);
+
+// The colours of our own.
+QPalette OwnPalette(bool dark);
+
+// Takes style and palette for the program: the desktop's where it has some, else ours. To be called once
+// there is an application, and again for a change between light and dark.
+void TakeLook(bool dark);
+// True if the desktop has a style or colours of its own, which hold.
+bool DesktopHasItsLook();
+
+// --- what the forms say of their controls ---
+
+void SetType(QWidget* control, Type type);
+// Text that explains: smaller, and in the muted colour.
+void SetExplaining(QLabel* label);
+// The action that a form is there for.
+void SetMainAction(QAbstractButton* button);
+// The role of its text and icon.
+Role MainActionText();
+// An action by which something goes.
+void SetDestructive(QAbstractButton* button);
+// A button without a frame until the mouse is on it.
+void SetQuiet(QAbstractButton* button);
+
+// --- painting ---
+
+void FillRounded(QPainter& painter, const QRect& place, const QColor& colour);
+// A picture that fills a place with round corners, cut off at the sides that it has too much of.
+void DrawCover(QPainter& painter, const QRect& place, const QPixmap& picture);
+// What words on a picture need: a shade over its lower part, and their colour. Without a picture, the ground.
+void DrawShade(QPainter& painter, const QRect& picture);
+QColor ShadeText();
+QColor BannerColour();
+// A short word on a ground of its own, its right end at the place's; gives its width.
+int DrawBadge(QPainter& painter, const QRect& place, const QString& word, Role role);
+
+} // namespace kelvash::ui

@@ -1,0 +1,312 @@
+#include "ui/look_style.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QGroupBox>
+#include <QPainter>
+#include <QStyleOption>
+#include <algorithm>
+#include <optional>
+
+#include "ui/icons.h"
+#include "ui/look.h"
+
+namespace kelvash::ui {
+
+namespace {
+
+bool Has(const QStyleOption* option, QStyle::StateFlag flag) {
+    return (option->state & flag) != 0;
+}
+
+bool IsMarked(const QWidget* widget, const char* mark) {
+    return widget != nullptr && widget->property(mark).toBool();
+}
+
+void DrawBox(QPainter* painter, const QRect& place, const QColor& fill, const QColor& edge,
+             double width = 1) {
+    const QRectF line = QRectF(place).adjusted(width / 2, width / 2, -width / 2, -width / 2);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(edge.isValid() ? QPen(edge, width) : QPen(Qt::NoPen));
+    painter->setBrush(fill.isValid() ? QBrush(fill) : QBrush(Qt::NoBrush));
+    painter->drawRoundedRect(line, kCornerRadius, kCornerRadius);
+    painter->restore();
+}
+
+// A colour a step further from its ground under the mouse, two when pressed.
+QColor Stepped(const QStyleOption* option, const QColor& colour, const QColor& towards) {
+    constexpr double kStep = 0.08;
+    if (Has(option, QStyle::State_Sunken)) return Mixed(towards, colour, 2 * kStep);
+    if (Has(option, QStyle::State_MouseOver)) return Mixed(towards, colour, kStep);
+    return colour;
+}
+
+void DrawButton(const QStyleOption* option, QPainter* painter, const QWidget* widget) {
+    const QPalette& palette = option->palette;
+    const QColor text = palette.color(QPalette::WindowText);
+    const bool enabled = Has(option, QStyle::State_Enabled);
+    const bool active =
+        enabled && (Has(option, QStyle::State_MouseOver) || Has(option, QStyle::State_Sunken));
+    if (Has(option, QStyle::State_On)) {
+        const QColor accent = ColourOf(Role::Accent, palette);
+        DrawBox(painter, option->rect, Mixed(accent, palette.color(QPalette::Button), 0.18), accent);
+    } else if (IsMarked(widget, kMainActionMark) && enabled) {
+        const QColor accent = ColourOf(Role::Accent, palette);
+        DrawBox(painter, option->rect, Stepped(option, accent, ColourOf(Role::OnAccent, palette)), {});
+    } else if (IsMarked(widget, kQuietMark)) {
+        if (active)
+            DrawBox(painter, option->rect, Stepped(option, palette.color(QPalette::Window), text), {});
+    } else {
+        const QColor ground = palette.color(enabled ? QPalette::Button : QPalette::Window);
+        DrawBox(painter, option->rect, enabled ? Stepped(option, ground, text) : ground,
+                palette.color(QPalette::Mid));
+    }
+    if (Has(option, QStyle::State_HasFocus) && Has(option, QStyle::State_KeyboardFocusChange))
+        DrawBox(painter, option->rect, {}, palette.color(QPalette::WindowText), 2);
+}
+
+void DrawField(const QStyleOption* option, QPainter* painter) {
+    const QPalette& palette = option->palette;
+    const bool enabled = Has(option, QStyle::State_Enabled);
+    const bool focus = enabled && Has(option, QStyle::State_HasFocus);
+    DrawBox(painter, option->rect, palette.color(enabled ? QPalette::Base : QPalette::Window),
+            focus ? ColourOf(Role::Accent, palette) : palette.color(QPalette::Mid), focus ? 2 : 1);
+}
+
+void DrawRow(const QStyleOption* option, QPainter* painter) {
+    const QPalette& palette = option->palette;
+    const QColor ground = palette.color(QPalette::Base);
+    if (Has(option, QStyle::State_Selected))
+        FillRounded(*painter, option->rect, Mixed(ColourOf(Role::Accent, palette), ground, 0.22));
+    else if (Has(option, QStyle::State_MouseOver) && Has(option, QStyle::State_Enabled))
+        FillRounded(*painter, option->rect, Mixed(palette.color(QPalette::Text), ground, 0.06));
+}
+
+// The text that a button's ground asks for.
+QStyleOptionButton Lettered(const QStyleOptionButton& button, const QWidget* widget) {
+    QStyleOptionButton lettered = button;
+    if (!Has(&button, QStyle::State_Enabled)) return lettered;
+    if (IsMarked(widget, kMainActionMark))
+        lettered.palette.setColor(QPalette::ButtonText, ColourOf(Role::OnAccent, button.palette));
+    else if (IsMarked(widget, kDestructiveMark))
+        lettered.palette.setColor(QPalette::ButtonText, ColourOf(Role::Danger, button.palette));
+    return lettered;
+}
+
+// A chosen row's ground is a hint of the accent: its text stays as it is.
+template <class Option>
+Option WithOwnText(const Option& item) {
+    Option plain = item;
+    const QColor ground = item.palette.color(QPalette::Base);
+    plain.palette.setColor(QPalette::Highlight, Mixed(ColourOf(Role::Accent, item.palette), ground, 0.22));
+    plain.palette.setColor(QPalette::HighlightedText, item.palette.color(QPalette::Text));
+    return plain;
+}
+
+// The title stands above the frame.
+void DrawGroup(const QStyleOption* option, QPainter* painter, const QWidget* widget) {
+    const auto* const group = qobject_cast<const QGroupBox*>(widget);
+    const bool titled = group != nullptr && !group->title().isEmpty();
+    QRect frame = option->rect;
+    if (titled) frame.setTop(frame.top() + option->fontMetrics.height() + space::kTight);
+    const QPalette& palette = option->palette;
+    DrawBox(painter, frame, Mixed(palette.color(QPalette::Base), palette.color(QPalette::Window), 0.5),
+            palette.color(QPalette::Mid));
+}
+
+std::optional<QIcon> OwnIcon(QStyle::StandardPixmap standard) {
+    switch (standard) {
+        case QStyle::SP_MessageBoxInformation:
+            return IconOf(Glyph::Notice, Role::Accent);
+        case QStyle::SP_MessageBoxQuestion:
+            return IconOf(Glyph::Question, Role::Accent);
+        case QStyle::SP_MessageBoxWarning:
+            return IconOf(Glyph::Warning, Role::Danger);
+        case QStyle::SP_MessageBoxCritical:
+            return IconOf(Glyph::Failure, Role::Danger);
+        case QStyle::SP_DirIcon:
+        case QStyle::SP_DirOpenIcon:
+        case QStyle::SP_DirClosedIcon:
+            return IconOf(Glyph::Folder);
+        case QStyle::SP_DriveCDIcon:
+        case QStyle::SP_DriveDVDIcon:
+            return IconOf(Glyph::Disc);
+        case QStyle::SP_DriveHDIcon:
+        case QStyle::SP_DriveFDIcon:
+        case QStyle::SP_DriveNetIcon:
+            return IconOf(Glyph::Drive);
+        default:
+            return std::nullopt;
+    }
+}
+
+void DrawBar(const QStyleOptionProgressBar& bar, QPainter* painter) {
+    const double range = bar.maximum - bar.minimum;
+    if (range <= 0 || bar.progress <= bar.minimum) return;
+    QRect done = bar.rect;
+    done.setWidth(std::max(2 * kCornerRadius,
+                           static_cast<int>(bar.rect.width() * (bar.progress - bar.minimum) / range)));
+    done = QStyle::visualRect(bar.direction, bar.rect, done);
+    FillRounded(*painter, done, ColourOf(Role::Accent, bar.palette));
+}
+
+} // namespace
+
+LookStyle::LookStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                              const QWidget* widget) const {
+    switch (element) {
+        case PE_PanelButtonCommand:
+        case PE_PanelButtonTool:
+            DrawButton(option, painter, widget);
+            return;
+        case PE_PanelLineEdit:
+            if (const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+                frame != nullptr && frame->lineWidth > 0)
+                DrawField(option, painter);
+            return;
+        case PE_FrameLineEdit:
+            DrawField(option, painter);
+            return;
+        case PE_Frame:
+            DrawBox(painter, option->rect, {}, option->palette.color(QPalette::Mid));
+            return;
+        case PE_FrameGroupBox:
+            DrawGroup(option, painter, widget);
+            return;
+        case PE_PanelItemViewItem:
+        case PE_PanelItemViewRow:
+            DrawRow(option, painter);
+            return;
+        case PE_FrameStatusBarItem:
+            return;
+        default:
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+    }
+}
+
+void LookStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                            const QWidget* widget) const {
+    if (element == CE_PushButtonLabel) {
+        if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
+            const QStyleOptionButton lettered = Lettered(*button, widget);
+            QProxyStyle::drawControl(element, &lettered, painter, widget);
+            return;
+        }
+    }
+    if (element == CE_ItemViewItem) {
+        if (const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option)) {
+            const QStyleOptionViewItem plain = WithOwnText(*item);
+            QProxyStyle::drawControl(element, &plain, painter, widget);
+            return;
+        }
+    }
+    if (element == CE_MenuItem || element == CE_MenuBarItem) {
+        if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
+            const QStyleOptionMenuItem plain = WithOwnText(*item);
+            QProxyStyle::drawControl(element, &plain, painter, widget);
+            return;
+        }
+    }
+    if (element == CE_ProgressBarGroove) {
+        FillRounded(
+            *painter, option->rect,
+            Mixed(option->palette.color(QPalette::WindowText), option->palette.color(QPalette::Window), 0.1));
+        return;
+    }
+    if (element == CE_ProgressBarContents) {
+        if (const auto* bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
+            bar != nullptr && bar->maximum > bar->minimum) {
+            DrawBar(*bar, painter);
+            return;
+        }
+    }
+    QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+    switch (metric) {
+        case PM_LayoutLeftMargin:
+        case PM_LayoutTopMargin:
+        case PM_LayoutRightMargin:
+        case PM_LayoutBottomMargin:
+            return space::kNear;
+        case PM_LayoutHorizontalSpacing:
+        case PM_LayoutVerticalSpacing:
+            return space::kClose;
+        case PM_DefaultFrameWidth:
+            return 2;
+        case PM_ToolBarIconSize:
+        case PM_SmallIconSize:
+        case PM_ButtonIconSize:
+            return QFontMetrics(QApplication::font()).height();
+        case PM_ScrollBarExtent:
+            return space::kNear;
+        case PM_ButtonShiftHorizontal:
+        case PM_ButtonShiftVertical:
+            return 0;
+        default:
+            return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                                  const QWidget* widget) const {
+    QSize whole = QProxyStyle::sizeFromContents(type, option, size, widget);
+    const int line = option == nullptr ? 0 : option->fontMetrics.height();
+    switch (type) {
+        case CT_PushButton:
+            whole.rheight() = std::max(whole.height(), line + space::kNear);
+            whole.rwidth() += space::kClose;
+            break;
+        case CT_LineEdit:
+        case CT_ComboBox:
+            whole.rheight() = std::max(whole.height(), line + space::kNear);
+            break;
+        case CT_ToolButton:
+            whole = whole.expandedTo({line + space::kNear, line + space::kNear});
+            break;
+        case CT_MenuItem:
+            if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+                item != nullptr && item->menuItemType != QStyleOptionMenuItem::Separator)
+                whole.rheight() = std::max(whole.height(), line + space::kClose);
+            break;
+        case CT_GroupBox:
+            whole.rheight() += space::kTight;
+            break;
+        case CT_MenuBarItem:
+            whole += QSize(space::kTight, space::kTight);
+            break;
+        default:
+            break;
+    }
+    return whole;
+}
+
+QRect LookStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                                const QWidget* widget) const {
+    QRect place = QProxyStyle::subControlRect(control, option, part, widget);
+    // Some air between a frame and its title.
+    if (control == CC_GroupBox && part == SC_GroupBoxContents) place.setTop(place.top() + space::kTight);
+    return place;
+}
+
+int LookStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                         QStyleHintReturn* data) const {
+    if (hint == SH_EtchDisabledText || hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, data);
+}
+
+QIcon LookStyle::standardIcon(StandardPixmap standard, const QStyleOption* option,
+                              const QWidget* widget) const {
+    const std::optional<QIcon> own = OwnIcon(standard);
+    return own.has_value() ? *own : QProxyStyle::standardIcon(standard, option, widget);
+}
+
+QPalette LookStyle::standardPalette() const {
+    return OwnPalette(false);
+}
+
+} // namespace kelvash::ui

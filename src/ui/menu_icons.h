@@ -1,0 +1,14 @@
+// The icons of the menus' entries.
+#pragma once
+
+#include <optional>
+
+#include "ui/icons.h"
+#include "ui/principale_menu.h"
+
+namespace kelvash::ui {
+
+// Nothing for an entry that words alone tell.
+std::optional<Glyph> GlyphOf(MenuEntry entry);
+
+} // namespace kelvash::ui

@@ -1,0 +1,98 @@
+#include "ui/look.h"
+
+#include <gmock/gmock.h>
+
+#include <QPushButton>
+
+#include "ui/icons.h"
+#include "ui/menu_icons.h"
+
+namespace kelvash::ui {
+namespace {
+
+constexpr double kReadable = 4.5;
+
+// The palettes on which every role has to be readable: both of ours, and strange ones of desktops.
+std::vector<QPalette> Palettes() {
+    QPalette solarized(QColor(0xee, 0xe8, 0xd5), QColor(0xfd, 0xf6, 0xe3));
+    solarized.setColor(QPalette::WindowText, QColor(0x65, 0x7b, 0x83)); // 4.1 on its own ground
+    QPalette yellow(QColor(0, 0, 0), QColor(0, 0, 0));
+    yellow.setColor(QPalette::Base, Qt::black);
+    yellow.setColor(QPalette::WindowText, Qt::yellow);
+    yellow.setColor(QPalette::Highlight, QColor(0, 0, 0x80));
+    return {OwnPalette(false), OwnPalette(true), solarized, yellow};
+}
+
+TEST(Look, EveryTextCanBeReadOnEverySurface) {
+    int compared = 0;
+    for (const QPalette& palette : Palettes())
+        for (const Role text : {Role::Text, Role::MutedText, Role::Accent, Role::Danger, Role::Success})
+            for (const Role surface : {Role::Surface, Role::Raised}) {
+                EXPECT_GE(ContrastOf(ColourOf(text, palette), ColourOf(surface, palette)), kReadable)
+                    << static_cast<int>(text) << " on " << static_cast<int>(surface);
+                ++compared;
+            }
+    EXPECT_EQ(compared, 40);
+}
+
+TEST(Look, TextOnTheAccentCanBeRead) {
+    for (const QPalette& palette : Palettes())
+        EXPECT_GE(ContrastOf(ColourOf(Role::OnAccent, palette), ColourOf(Role::Accent, palette)), kReadable);
+}
+
+TEST(Look, ContrastIsThatOfTheLuminance) {
+    EXPECT_DOUBLE_EQ(ContrastOf(Qt::black, Qt::white), 21);
+    EXPECT_DOUBLE_EQ(ContrastOf(Qt::white, Qt::black), 21);
+    EXPECT_DOUBLE_EQ(ContrastOf(Qt::red, Qt::red), 1);
+    EXPECT_NEAR(ContrastOf(QColor(0x77, 0x77, 0x77), Qt::white), 4.48, 0.01);
+}
+
+TEST(Look, TypeHasFourSizesOfTheSystemsFont) {
+    EXPECT_LT(FontOf(Type::Caption).pointSizeF(), FontOf(Type::Text).pointSizeF());
+    EXPECT_LT(FontOf(Type::Text).pointSizeF(), FontOf(Type::Title).pointSizeF());
+    EXPECT_LT(FontOf(Type::Title).pointSizeF(), FontOf(Type::Headline).pointSizeF());
+    EXPECT_EQ(FontOf(Type::Headline).family(), FontOf(Type::Text).family());
+}
+
+// Pixels that are not the ground's.
+int Drawn(const QImage& image, const QColor& ground) {
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            if (image.pixelColor(x, y) != ground) ++count;
+    return count;
+}
+
+TEST(Icons, EachGlyphHasADrawing) {
+    constexpr int kSide = 32;
+    int glyphs = 0;
+#define KELVASH_GLYPH(name, file)                                                                 \
+    {                                                                                             \
+        const QImage image = IconOf(Glyph::name).pixmap(kSide, kSide).toImage();                  \
+        EXPECT_GT(Drawn(image, image.pixelColor(0, 0)), 20) << #name " lacks its drawing " #file; \
+        ++glyphs;                                                                                 \
+    }
+#include "ui/icons.inc"
+#undef KELVASH_GLYPH
+    EXPECT_GT(glyphs, 50);
+}
+
+TEST(Icons, AreDrawnInTheColourOfTheirRole) {
+    const QImage image = IconOf(Glyph::Play, Role::Danger).pixmap(48, 48).toImage();
+    EXPECT_EQ(image.pixelColor(24, 24).rgb(), ColourOf(Role::Danger).rgb());
+}
+
+TEST(Icons, HaveThePixelsOfTheScreen) {
+    EXPECT_EQ(IconOf(Glyph::Add).pixmap(QSize(16, 16), 3.0).size(), QSize(48, 48));
+}
+
+TEST(Icons, StandBeforeEveryCommandOfSubstance) {
+    using enum MenuEntry;
+    for (const MenuEntry entry :
+         {mnu_New, mnu_Load, mnu_Save, mnu_AddLevel, mnu_Property, mnu_RemoveLevel, mnu_Export,
+          mnu_SetOriginale, mnu_FaiFullBackup, mnu_Settings, mnu_FindHelp})
+        EXPECT_TRUE(GlyphOf(entry).has_value()) << static_cast<int>(entry);
+}
+
+} // namespace
+} // namespace kelvash::ui
