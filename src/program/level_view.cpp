@@ -49,7 +49,12 @@ std::optional<LevelView> SelectedLevelView() {
     view.Code = level.Code;
     view.Folder = level.Folder;
     view.FolderMissing = !FolderExists(view.Folder);
+    view.Name = level.Name;
+    view.Author = Trim(core::archive.Table[level.Index].Author);
     view.Note = Trim(core::archive.Table[level.Index].Note);
+    const std::int32_t in_trle = trle_state::CurrentLevelCode();
+    view.IsIn = in_trle == level.Code;
+    if (!view.IsIn && in_trle > 0) view.TakenOut = core::PlaceOf(in_trle).Name;
     view.Screenshots = companion::Screenshots(level);
     view.SlotSavegames = companion::SlotSavegames(level);
     view.ArchivedSavegames = companion::ArchivedSavegames(level);

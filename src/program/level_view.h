@@ -10,10 +10,14 @@ namespace kelvash::program {
 
 struct LevelView {
     std::int32_t Code = 0;
-    std::string Note;                           // one line, trimmed
-    std::string Place;                          // folder, CD and counts, in one line
-    std::string Folder;                         // on disk
-    bool FolderMissing = false;                 // the level's folder isn't where the Archive says
+    std::string Name;
+    std::string Author;
+    bool IsIn = false;          // it is in TRLE
+    std::string TakenOut;       // name of the level that has to leave TRLE before this one is played
+    std::string Note;           // one line, trimmed
+    std::string Place;          // folder, CD and counts, in one line
+    std::string Folder;         // on disk
+    bool FolderMissing = false; // the level's folder isn't where the Archive says
     std::vector<std::string> Screenshots;       // full paths
     std::vector<std::string> SlotSavegames;     // full paths
     std::vector<std::string> ArchivedSavegames; // full paths

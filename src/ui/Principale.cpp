@@ -33,6 +33,8 @@ Principale::Principale(FormsUser& user) : menu_(menuBar(), this, MenuCommands(*t
     setAcceptDrops(true);
     NotYet({Pul_RestoreSaveGame, Pul_ArchiviaSavegames, Pul_DeleteSavegame, Pul_ImportSavegame,
             Pul_ExportSaveGame, Pul_ChangeScreenshot});
+    LettersLast(
+        {Pul_Author, Pul_List, Pul_Tiles, Pul_NewArchive, Pul_LoadArchive, Pul_AddLevel, Pul_ShowAll});
     Set_Caption_Texts();
     Lay();
     ConnectControls(user);
@@ -42,7 +44,7 @@ bool Principale::Load(const std::string& command_line) {
     const JobScope job;
     const bool runs = program::StartUp(command_line);
     Timer1->setInterval(core::session.TimerInterval);
-    RestoreWindow(this, splitter_);
+    SetView(RestoreWindow({this, splitter_}));
     ShowPanel(core::profile.ShowScreenShots);
     if (runs && companion::AdoptGame()) {
         SetPlaying(true);
@@ -71,6 +73,12 @@ void Principale::ConnectControls(FormsUser& user) {
     connect(Pul_Prima, &QPushButton::clicked, this,
             [this] { Select(core::FindPreviousLevel(ToUtf8(Text_Search->text()))); });
     connect(Pul_Play, &QPushButton::clicked, this, play);
+    connect(Pul_List, &QPushButton::clicked, this, [this] { SetView(LibraryView::List); });
+    connect(Pul_Tiles, &QPushButton::clicked, this, [this] { SetView(LibraryView::Tiles); });
+    connect(Pul_NewArchive, &QPushButton::clicked, Command(MenuEntry::mnu_New), &QAction::trigger);
+    connect(Pul_LoadArchive, &QPushButton::clicked, Command(MenuEntry::mnu_Load), &QAction::trigger);
+    connect(Pul_AddLevel, &QPushButton::clicked, Command(MenuEntry::mnu_AddLevel), &QAction::trigger);
+    connect(Pul_ShowAll, &QPushButton::clicked, Text_Search, &QLineEdit::clear);
     connect(Pul_MoreInfo, &QPushButton::clicked, this,
             [this] { door_.Try([] { program::ShowMoreInfo(); }); });
     connect(Pul_ScreenShots, &QPushButton::clicked, this, [this] { ShowPanel(true); });
@@ -126,8 +134,7 @@ void Principale::SyncSelection() {
 }
 
 void Principale::FilterLevels() {
-    // Not before it is of use: the search for its icon takes a tenth of the program's start.
-    Text_Search->setClearButtonEnabled(true);
+    clear_->setVisible(!Text_Search->text().isEmpty());
     const bool was_shown = SelectedIsShown();
     syncing_ = true; // the view forgets its selection with the old rows
     levels_->SetFilter(Text_Search->text());
@@ -194,6 +201,9 @@ void Principale::EnableCommands() {
     menu_.Update({.job_free = !playing_, .archive_open = open, .level_selected = selected});
     for (QPushButton* button : {Pul_Play, Pul_MoreInfo})
         button->setEnabled(open && selected);
+    for (QAction* action : {play_, more_})
+        action->setEnabled(!playing_ && open && selected);
+    Pul_Author->setEnabled(Command(MenuEntry::mnu_ShowAutoreInfo)->isEnabled());
 }
 
 void Principale::ShowPanel(bool screenshots) {
@@ -208,6 +218,8 @@ void Principale::ShowLevelMenu(const QPoint& where) {
     QMenu menu(this);
     menu.setObjectName(QStringLiteral("Menu_Level"));
     using enum MenuEntry;
+    menu.addActions({play_, more_});
+    menu.addSeparator();
     for (const MenuEntry entry : {mnu_Property, mnu_ShowAutoreInfo, mnu_Export, mnu_RemoveLevel})
         menu.addAction(Command(entry));
     menu.exec(Combo_Livelli->viewport()->mapToGlobal(where));
@@ -239,7 +251,7 @@ bool Principale::MayClose() {
         !AskYesNo(MessageStyle::Question, LoadMessage(msg::kCloseWhilePlaying, {kLineBreak})))
         return false;
     if (!program::SaveToClose()) return false;
-    SaveWindow(this, splitter_);
+    SaveWindow({this, splitter_}, delegate_->View());
     return true;
 }
 

@@ -15,12 +15,18 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QTimer>
 #include <string>
 #include <vector>
 
+#include "program/level_view.h"
+#include "ui/empty_state.h"
 #include "ui/form_support.h"
+#include "ui/icon_button.h"
 #include "ui/job_door.h"
+#include "ui/level_banner.h"
+#include "ui/level_delegate.h"
 #include "ui/level_model.h"
 #include "ui/picture_view.h"
 #include "ui/principale_menu.h"
@@ -55,11 +61,22 @@ class Principale final : public QMainWindow {
     QGroupBox* const Frame_Livelli = Make<QGroupBox>(this, "Frame_Livelli");
     QLineEdit* const Text_Search = Make<QLineEdit>(this, "Text_Search");
     QPushButton* const Pul_Search = Make<QPushButton>(this, "Pul_Search");
-    QPushButton* const Pul_Prima = Make<QPushButton>(this, "Pul_Prima");
-    QPushButton* const Pul_Dopo = Make<QPushButton>(this, "Pul_Dopo");
+    QPushButton* const Pul_Prima = Make<IconButton>(this, "Pul_Prima");
+    QPushButton* const Pul_Dopo = Make<IconButton>(this, "Pul_Dopo");
+    QPushButton* const Pul_List = Make<IconButton>(this, "Pul_List");
+    QPushButton* const Pul_Tiles = Make<IconButton>(this, "Pul_Tiles");
+    QStackedWidget* const Pages_Library = Make<QStackedWidget>(this, "Pages_Library");
+    EmptyState* const Empty_Levels = Make<EmptyState>(this, "Empty_Levels");
+    QPushButton* const Pul_NewArchive = Make<QPushButton>(this, "Pul_NewArchive");
+    QPushButton* const Pul_LoadArchive = Make<QPushButton>(this, "Pul_LoadArchive");
+    QPushButton* const Pul_AddLevel = Make<QPushButton>(this, "Pul_AddLevel");
+    QPushButton* const Pul_ShowAll = Make<QPushButton>(this, "Pul_ShowAll");
     QListView* const Combo_Livelli = Make<QListView>(this, "Combo_Livelli");
+    LevelBanner* const Image_Level = Make<LevelBanner>(this, "Image_Level");
     QPushButton* const Pul_Play = Make<QPushButton>(this, "Pul_Play");
     QPushButton* const Pul_MoreInfo = Make<QPushButton>(this, "Pul_MoreInfo");
+    QPushButton* const Pul_Author = Make<QPushButton>(this, "Pul_Author");
+    QLabel* const Label_Play = Make<QLabel>(this, "Label_Play");
     QLabel* const Label_InfoLevel = Make<QLabel>(this, "Label_InfoLevel");
     QLabel* const Label_InfoDir = Make<QLabel>(this, "Label_InfoDir");
     QPushButton* const Pul_ScreenShots = Make<QPushButton>(this, "Pul_ScreenShots");
@@ -70,10 +87,10 @@ class Principale final : public QMainWindow {
     QGroupBox* const Frame_ScreenShots = Make<QGroupBox>(this, "Frame_ScreenShots");
     PictureView* const Image1 = Make<PictureView>(this, "Image1");
     PictureView* const Image2 = Make<PictureView>(this, "Image2");
-    QPushButton* const Pul_PrimoShot = Make<QPushButton>(this, "Pul_PrimoShot");
-    QPushButton* const Pul_PrimaScreenShot = Make<QPushButton>(this, "Pul_PrimaScreenShot");
-    QPushButton* const Pul_DopoScreenShot = Make<QPushButton>(this, "Pul_DopoScreenShot");
-    QPushButton* const Pul_UltimoShot = Make<QPushButton>(this, "Pul_UltimoShot");
+    QPushButton* const Pul_PrimoShot = Make<IconButton>(this, "Pul_PrimoShot");
+    QPushButton* const Pul_PrimaScreenShot = Make<IconButton>(this, "Pul_PrimaScreenShot");
+    QPushButton* const Pul_DopoScreenShot = Make<IconButton>(this, "Pul_DopoScreenShot");
+    QPushButton* const Pul_UltimoShot = Make<IconButton>(this, "Pul_UltimoShot");
 
     QGroupBox* const Frame_SaveGames = Make<QGroupBox>(this, "Frame_SaveGames");
     QLabel* const Label_SaveGameTomb = Make<QLabel>(this, "Label_SaveGameTomb");
@@ -95,12 +112,20 @@ class Principale final : public QMainWindow {
   private:
     // Principale_layout.cpp
     void Lay();
-    QWidget* LayDetails();
+    void LayLibrary();
+    void LayTools();
+    void SetView(LibraryView view);
+
+    // Principale_page.cpp
+    QWidget* LayPage();
+    QLayout* LayActions();
     void LayScreenShots();
     void LaySaveGames();
     void SetTabOrder();
 
     // Principale_details.cpp
+    void ShowHead(const program::LevelView& level);
+    void ShowEmptiness();
     QString NoteToShow(const std::string& note) const;
     void ShowSavegames(const std::vector<std::string>& slots, const std::vector<std::string>& archived);
     void ShowImages();
@@ -132,6 +157,10 @@ class Principale final : public QMainWindow {
     JobDoor door_{this, [this] { return isVisible() && !playing_; }};
     MainMenu menu_;
     LevelModel* const levels_ = new LevelModel(this);
+    LevelDelegate* const delegate_ = new LevelDelegate(*levels_, this);
+    QAction* play_ = nullptr;
+    QAction* more_ = nullptr;  // the level's document
+    QAction* clear_ = nullptr; // empties the search
     QSplitter* const splitter_ = Make<QSplitter>(this, "Splitter1");
     std::vector<std::string> image_names_;
     std::string image_hint_; // what stands in the place of the first picture; empty for the default one

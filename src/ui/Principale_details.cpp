@@ -2,8 +2,9 @@
 #include "companion/savegames.h"
 #include "companion/screenshots.h"
 #include "core/archive.h"
-#include "foundation/drives.h"
+#include "core/level_list.h"
 #include "foundation/files.h"
+#include "foundation/text.h"
 #include "program/level_view.h"
 #include "ui/Principale.h"
 #include "ui/Principale_messages.h"
@@ -11,10 +12,6 @@
 namespace kelvash::ui {
 
 namespace {
-
-QString NativeText(const std::string& path) {
-    return path.empty() ? QString() : QString::fromStdU16String(NativePath(path).u16string());
-}
 
 // The picture that stands for none; empty if the user has taken it away.
 QString DefaultPicture() {
@@ -34,7 +31,7 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
     const std::optional<program::LevelView> view =
         SelectedIsShown() ? program::SelectedLevelView() : std::nullopt;
     const program::LevelView shown = view.value_or(program::LevelView());
-    if (view) levels_->RenewThumbnail(view->Code);
+    if (view) levels_->Renew(view->Code);
     image_names_ = shown.Screenshots;
     image_hint_ = shown.FolderMissing ? LoadMessage(msg::kMainLevelMissing) + shown.Folder : std::string();
     PageImages(keep_image ? first_shown_image_ : 0);
@@ -42,7 +39,38 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
     Label_InfoLevel->setText(NoteToShow(shown.Note));
     Label_InfoDir->setText(ShownLine(shown.Place));
     Label_InfoDir->setToolTip(ToolTipText(Label_InfoDir->text()));
+    ShowHead(shown);
+    ShowEmptiness();
     EnableCommands();
+}
+
+void Principale::ShowHead(const program::LevelView& level) {
+    const std::string picture =
+        level.Screenshots.empty() ? std::string() : companion::NewestScreenshot(core::PlaceOf(level.Code));
+    Image_Level->ShowLevel(
+        ShownLine(level.Name),
+        level.Author.empty() ? QString() : Caption(msg::kMainByAuthor, {CleanLine(level.Author)}),
+        NativeText(picture));
+    if (level.IsIn)
+        Label_Play->setText(Caption(msg::kMainPlaysAtOnce));
+    else if (level.TakenOut.empty())
+        Label_Play->clear();
+    else
+        Label_Play->setText(Caption(msg::kMainTakesOut, {CleanLine(level.TakenOut)}));
+}
+
+// What helps where the library shows no level.
+void Principale::ShowEmptiness() {
+    const bool open = core::ArchiveIsOpen();
+    const bool only_original = open && core::level_list.Items.size() <= 1 && levels_->Filter().isEmpty();
+    Pages_Library->setCurrentIndex(levels_->rowCount() == 0 ? 1 : 0);
+    if (!open)
+        Empty_Levels->Say(Glyph::Archive, Caption(msg::kMainNoArchiveNote),
+                          {Pul_NewArchive, Pul_LoadArchive});
+    else if (only_original)
+        Empty_Levels->Say(Glyph::Nothing, Caption(msg::kMainNoLevels), {Pul_AddLevel});
+    else
+        Empty_Levels->Say(Glyph::Search, Caption(msg::kMainNoLevelFound), {Pul_ShowAll});
 }
 
 // An empty list wants an Archive, or a name that holds the typed text.

@@ -1,25 +1,25 @@
-// The places of the main form's controls, and their captions.
-#include <QGridLayout>
+// The main form's captions, its library and its tools.
 #include <QHBoxLayout>
-#include <QMenu>
+#include <QScreen>
 #include <QShortcut>
-#include <QStackedLayout>
 #include <QStatusBar>
+#include <QToolBar>
 #include <QVBoxLayout>
 
 #include "ui/Principale.h"
 #include "ui/Principale_messages.h"
 #include "ui/form_kit.h"
+#include "ui/icons.h"
+#include "ui/look.h"
 
 namespace kelvash::ui {
 
 namespace {
 
-void OpenAt(QWidget* control, QMenu* menu) {
-    control->setContextMenuPolicy(Qt::CustomContextMenu);
-    QObject::connect(control, &QWidget::customContextMenuRequested, menu,
-                     [control, menu](const QPoint& point) { menu->popup(control->mapToGlobal(point)); });
-}
+// In average characters and lines of the form's font.
+constexpr int kLibraryWidth = 74;
+constexpr int kPageWidth = 122;
+constexpr int kHeight = 54;
 
 } // namespace
 
@@ -33,6 +33,13 @@ void Principale::Set_Caption_Texts() {
                        {Pul_Prima, msg::kMainPrevious},
                        {Pul_Play, msg::kMainPlay},
                        {Pul_MoreInfo, msg::kMainMoreInfo},
+                       {Pul_Author, msg::kMainAuthor},
+                       {Pul_List, msg::kMainAsList},
+                       {Pul_Tiles, msg::kMainAsTiles},
+                       {Pul_NewArchive, msg::kMainNewArchive},
+                       {Pul_LoadArchive, msg::kMainLoadArchive},
+                       {Pul_AddLevel, msg::kMainToolAdd},
+                       {Pul_ShowAll, msg::kMainShowAll},
                        {Pul_ScreenShots, msg::kMainScreenShots},
                        {Pul_SaveGames, msg::kMainSaveGames},
                        {Frame_ScreenShots, msg::kMainFrameScreenShots},
@@ -59,110 +66,112 @@ void Principale::Set_Caption_Texts() {
 }
 
 void Principale::Lay() {
-    auto* const list = new QVBoxLayout(Frame_Livelli);
-    list->addLayout(Row({Text_Search, Pul_Search}));
-    list->addLayout(Row({Pul_Prima, Pul_Dopo}));
-    list->addWidget(Combo_Livelli);
-    Combo_Livelli->setModel(levels_);
-    Combo_Livelli->setUniformItemSizes(true);
-    Combo_Livelli->setIconSize(Thumbnails::kSize);
-    Combo_Livelli->setAlternatingRowColors(true);
-    Combo_Livelli->setTextElideMode(Qt::ElideRight);
-    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
-        auto* const enter = new QShortcut(QKeySequence(key), Combo_Livelli);
-        enter->setContext(Qt::WidgetShortcut);
-        connect(enter, &QShortcut::activated, Pul_Play, &QPushButton::click);
-    }
+    LayTools();
+    LayLibrary();
     splitter_->addWidget(Frame_Livelli);
-    splitter_->addWidget(LayDetails());
+    splitter_->addWidget(LayPage());
     splitter_->setStretchFactor(1, 1);
     splitter_->setChildrenCollapsible(false);
-    splitter_->setSizes({fontMetrics().averageCharWidth() * 52, fontMetrics().averageCharWidth() * 90});
-    auto* const centre = new QWidget(this);
+    const int letter = fontMetrics().averageCharWidth();
+    splitter_->setSizes({letter * kLibraryWidth, letter * kPageWidth});
+    auto* const centre = Make<QWidget>(this, "Centre");
     auto* const margin = new QVBoxLayout(centre);
     margin->addWidget(splitter_);
     setCentralWidget(centre);
     statusBar()->addWidget(Label_Info, 1);
     statusBar()->addPermanentWidget(ProgressBar1);
-    ProgressBar1->setMaximumWidth(fontMetrics().averageCharWidth() * 30);
-    resize(fontMetrics().averageCharWidth() * 170, fontMetrics().height() * 44);
+    ProgressBar1->setMaximumWidth(letter * 30);
+    const QSize wish(letter * (kLibraryWidth + kPageWidth), fontMetrics().height() * kHeight);
+    resize(wish.boundedTo(screen()->availableSize()));
     SetTabOrder();
     Combo_Livelli->setFocus();
 }
 
-QWidget* Principale::LayDetails() {
-    auto* const details = new QWidget(this);
-    auto* const column = new QVBoxLayout(details);
-    column->setContentsMargins({});
-    QFont title = Label_InfoLevel->font();
-    title.setBold(true);
-    Label_InfoLevel->setFont(title);
-    Label_InfoLevel->setWordWrap(true);
-    Label_InfoDir->setWordWrap(true);
-    for (QLabel* label : {Label_InfoLevel, Label_InfoDir})
-        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    auto* const buttons = Row({Pul_Play, Pul_MoreInfo});
-    buttons->addStretch();
-    for (QPushButton* button : {Pul_ScreenShots, Pul_SaveGames}) {
+void Principale::LayTools() {
+    auto* const bar = addToolBar(Caption(msg::kMainToolBar));
+    bar->setObjectName(QStringLiteral("Tools"));
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->setMovable(false);
+    const auto add = [bar](Glyph glyph, MessageId text, QAction* command) {
+        command->setIconText(Caption(text));
+        command->setIcon(IconOf(glyph));
+        bar->addAction(command);
+    };
+    play_ = new QAction(this);
+    play_->setText(Caption(msg::kMainPlay));
+    play_->setShortcut(QKeySequence(QStringLiteral("Ctrl+Return")));
+    connect(play_, &QAction::triggered, Pul_Play, &QPushButton::click);
+    add(Glyph::Play, msg::kMainPlay, play_);
+    more_ = new QAction(IconOf(Glyph::Info), Caption(msg::kMainMoreInfo), this);
+    connect(more_, &QAction::triggered, Pul_MoreInfo, &QPushButton::click);
+    bar->addSeparator();
+    add(Glyph::Add, msg::kMainToolAdd, Command(MenuEntry::mnu_AddLevel));
+    add(Glyph::Restore, msg::kMainToolRestore, Command(MenuEntry::mnu_SetOriginale));
+    add(Glyph::Properties, msg::kMainToolProperties, Command(MenuEntry::mnu_Property));
+    bar->addSeparator();
+    auto* const search = new QAction(Caption(msg::kMainToolSearch), this);
+    search->setShortcut(QKeySequence(QStringLiteral("Ctrl+L")));
+    connect(search, &QAction::triggered, this, [this] {
+        Text_Search->setFocus(Qt::ShortcutFocusReason);
+        Text_Search->selectAll();
+    });
+    add(Glyph::Search, msg::kMainToolSearch, search);
+}
+
+void Principale::LayLibrary() {
+    Text_Search->addAction(IconOf(Glyph::Search), QLineEdit::LeadingPosition);
+    clear_ = Text_Search->addAction(IconOf(Glyph::Clear), QLineEdit::TrailingPosition);
+    clear_->setVisible(false);
+    connect(clear_, &QAction::triggered, Text_Search, &QLineEdit::clear);
+    Pul_Prima->setIcon(IconOf(Glyph::Previous));
+    Pul_Dopo->setIcon(IconOf(Glyph::Next));
+    Pul_List->setIcon(IconOf(Glyph::List));
+    Pul_Tiles->setIcon(IconOf(Glyph::Tiles));
+    for (QPushButton* button : {Pul_List, Pul_Tiles}) {
         button->setCheckable(true);
         button->setAutoExclusive(true);
-        buttons->addWidget(button);
     }
-    QFont strong = Pul_Play->font();
-    strong.setBold(true);
-    Pul_Play->setFont(strong);
-    Pul_Play->setMinimumSize(fontMetrics().averageCharWidth() * 18, fontMetrics().height() * 2);
-    column->addWidget(Label_InfoLevel);
-    column->addWidget(Label_InfoDir);
-    column->addLayout(buttons);
-    LayScreenShots();
-    LaySaveGames();
-    column->addWidget(Frame_ScreenShots, 1);
-    column->addWidget(Frame_SaveGames, 1);
-    return details;
+    auto* const search = Row({Text_Search, Pul_Search, Pul_Prima, Pul_Dopo});
+    search->addSpacing(space::kClose);
+    search->addWidget(Pul_List);
+    search->addWidget(Pul_Tiles);
+    search->setSpacing(space::kTight);
+    auto* const column = new QVBoxLayout(Frame_Livelli);
+    column->addLayout(search);
+    column->addWidget(Pages_Library, 1);
+    Pages_Library->addWidget(Combo_Livelli);
+    Pages_Library->addWidget(Empty_Levels);
+    for (QPushButton* button : {Pul_NewArchive, Pul_LoadArchive, Pul_AddLevel, Pul_ShowAll})
+        Empty_Levels->Add(button);
+    Combo_Livelli->setModel(levels_);
+    Combo_Livelli->setItemDelegate(delegate_);
+    Combo_Livelli->setUniformItemSizes(true);
+    Combo_Livelli->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    Combo_Livelli->setMouseTracking(true);
+    Combo_Livelli->setSpacing(1);
+    const auto on_key = [this](int key, const auto& act) {
+        auto* const shortcut = new QShortcut(QKeySequence(key), Combo_Livelli);
+        shortcut->setContext(Qt::WidgetShortcut);
+        connect(shortcut, &QShortcut::activated, this, act);
+    };
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter})
+        on_key(key, [this] { Pul_Play->click(); });
+    // Elsewhere this key means something else that is deleted.
+    on_key(Qt::Key_Delete, [this] { Command(MenuEntry::mnu_RemoveLevel)->trigger(); });
+    SetView(LibraryView::List);
 }
 
-void Principale::LayScreenShots() {
-    auto* const images = new QHBoxLayout;
-    images->addWidget(Image1, 1);
-    images->addWidget(Image2, 1);
-    auto* const pages = new QHBoxLayout;
-    pages->addStretch();
-    for (QPushButton* button : {Pul_PrimoShot, Pul_PrimaScreenShot, Pul_DopoScreenShot, Pul_UltimoShot})
-        pages->addWidget(button);
-    pages->addStretch();
-    auto* const panel = new QVBoxLayout(Frame_ScreenShots);
-    panel->addLayout(images, 1);
-    panel->addLayout(pages);
-    for (PictureView* image : {Image1, Image2})
-        OpenAt(image, Command(MenuEntry::mnu_Edit)->menu());
-}
-
-void Principale::LaySaveGames() {
-    auto* const panel = new QGridLayout(Frame_SaveGames);
-    panel->addWidget(Label_SaveGameTomb, 0, 0);
-    panel->addWidget(Label_SaveGameArchiviati, 0, 1);
-    panel->addWidget(List_SaveGameTomb, 1, 0);
-    panel->addWidget(List_SaveGameArchiviati, 1, 1);
-    panel->addWidget(Label_NoteSaveGame, 2, 0);
-    panel->addWidget(Text_NoteSaveGame, 3, 0);
-    panel->addWidget(Image_SaveGame, 2, 1, 2, 1);
-    panel->setColumnStretch(0, 1);
-    panel->setColumnStretch(1, 1);
-    panel->setRowStretch(1, 3);
-    panel->setRowStretch(3, 2);
-    auto* const buttons = new QGridLayout;
-    const std::array<QPushButton*, 6> six = {Pul_RestoreSaveGame, Pul_ArchiviaSavegames,
-                                             Pul_DeleteSavegame,  Pul_ImportSavegame,
-                                             Pul_ExportSaveGame,  Pul_ChangeScreenshot};
-    for (std::size_t i = 0; i < six.size(); ++i)
-        buttons->addWidget(six[i], static_cast<int>(i / 3), static_cast<int>(i % 3));
-    panel->addLayout(buttons, 4, 0, 1, 2);
-    Text_NoteSaveGame->setReadOnly(true);
-    Text_NoteSaveGame->setTabChangesFocus(true);
-    OpenAt(List_SaveGameTomb, Command(MenuEntry::mnu_SaveGameHid2)->menu());
-    OpenAt(List_SaveGameArchiviati, Command(MenuEntry::mnu_SaveGameHid2)->menu());
-    OpenAt(Image_SaveGame, Command(MenuEntry::mnu_SaveGameHid)->menu());
+void Principale::SetView(LibraryView view) {
+    delegate_->SetView(view);
+    const bool tiles = view == LibraryView::Tiles;
+    (tiles ? Pul_Tiles : Pul_List)->setChecked(true);
+    levels_->SetPictureSize(LevelDelegate::PictureSize(view) * devicePixelRatioF());
+    Combo_Livelli->setViewMode(tiles ? QListView::IconMode : QListView::ListMode);
+    Combo_Livelli->setMovement(QListView::Static);
+    Combo_Livelli->setResizeMode(QListView::Adjust);
+    Combo_Livelli->setSpacing(tiles ? space::kTight : 1);
+    Combo_Livelli->setUniformItemSizes(true);
+    Combo_Livelli->scrollTo(Combo_Livelli->currentIndex());
 }
 
 void Principale::SetTabOrder() {
@@ -170,9 +179,12 @@ void Principale::SetTabOrder() {
     for (QWidget* next : std::initializer_list<QWidget*>{Pul_Search,
                                                          Pul_Prima,
                                                          Pul_Dopo,
+                                                         Pul_List,
+                                                         Pul_Tiles,
                                                          Combo_Livelli,
                                                          Pul_Play,
                                                          Pul_MoreInfo,
+                                                         Pul_Author,
                                                          Pul_ScreenShots,
                                                          Pul_SaveGames,
                                                          Pul_PrimoShot,

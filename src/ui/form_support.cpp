@@ -7,7 +7,9 @@
 #include <QSet>
 #include <QTextDocument>
 #include <QTimer>
+#include <QToolBar>
 
+#include "foundation/drives.h"
 #include "foundation/text.h"
 
 namespace kelvash::ui {
@@ -58,7 +60,9 @@ QString MarkUnless(bool dead, Letters& letters, const QString& text) {
     return dead ? Unmarked(text) : letters.Mark(Unmarked(text));
 }
 
-constexpr const char* kNotYet = "kelvash_not_yet"; // a property of controls and actions
+// Properties of controls and actions.
+constexpr const char* kNotYet = "kelvash_not_yet";
+constexpr const char* kLettersLast = "kelvash_letters_last";
 
 bool IsNotYet(const QObject* object) {
     return object->property(kNotYet).toBool();
@@ -70,6 +74,22 @@ void MarkActions(const QList<QAction*>& actions) {
         if (action->isSeparator()) continue;
         action->setText(MarkUnless(IsNotYet(action), letters, action->text()));
         if (action->menu() != nullptr) MarkActions(action->menu()->actions());
+    }
+}
+
+// Who chooses a letter first.
+enum class Turn { First, Last };
+
+Turn TurnOf(const QAbstractButton* button) {
+    return button->property(kLettersLast).toBool() ? Turn::Last : Turn::First;
+}
+
+// The buttons of a form whose turn it is, but for those of its tool bars.
+void MarkButtons(const QWidget* form, Letters& letters, Turn turn) {
+    for (QAbstractButton* button : form->findChildren<QAbstractButton*>()) {
+        if (button->text().isEmpty() || qobject_cast<QToolBar*>(button->parent()) != nullptr) continue;
+        if (TurnOf(button) != turn) continue;
+        button->setText(MarkUnless(IsNotYet(button), letters, button->text()));
     }
 }
 
@@ -92,6 +112,10 @@ QString ShownLine(const std::string& text) {
     return FromUtf8(CleanLine(text));
 }
 
+QString NativeText(const std::string& path) {
+    return path.empty() ? QString() : QString::fromStdU16String(NativePath(path).u16string());
+}
+
 QString ToolTipText(const QString& text) {
     return Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
 }
@@ -101,6 +125,11 @@ void NotYet(std::initializer_list<QWidget*> controls) {
         control->setEnabled(false);
         control->setProperty(kNotYet, true);
     }
+}
+
+void LettersLast(std::initializer_list<QWidget*> buttons) {
+    for (QWidget* button : buttons)
+        button->setProperty(kLettersLast, true);
 }
 
 void NotYet(QAction* action, bool not_yet) {
@@ -115,10 +144,10 @@ void AssignMnemonics(QWidget* form) {
         for (const QAction* action : bar->actions()) // the same keys reach these
             static_cast<void>(letters.Mark(Unmarked(action->text())));
     }
-    for (QAbstractButton* button : form->findChildren<QAbstractButton*>())
-        if (!button->text().isEmpty()) button->setText(MarkUnless(IsNotYet(button), letters, button->text()));
+    MarkButtons(form, letters, Turn::First);
     for (QLabel* label : form->findChildren<QLabel*>())
         if (label->buddy() != nullptr) label->setText(letters.Mark(Unmarked(label->text())));
+    MarkButtons(form, letters, Turn::Last);
 }
 
 } // namespace kelvash::ui

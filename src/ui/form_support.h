@@ -29,6 +29,8 @@ QString Caption(MessageId id, const MessageArgs& args = {});
 QString ShownText(const std::string& text);
 // The same for a place of one line: a name, a caption, an item of a list.
 QString ShownLine(const std::string& text);
+// The native path of a path text, as Qt takes it; empty for an empty one.
+QString NativeText(const std::string& path);
 // A text as a tool tip shows it to the letter: a name may look like mark-up.
 QString ToolTipText(const QString& text);
 
@@ -52,6 +54,10 @@ Control* Make(QWidget* parent, const char* name) {
 // Set_Caption_Texts; nothing enables it again.
 void NotYet(std::initializer_list<QWidget*> controls);
 void NotYet(QAction* action, bool not_yet);
+
+// Buttons that get a letter only when all others have one: what they do is reached otherwise too. To be
+// called before Set_Caption_Texts.
+void LettersLast(std::initializer_list<QWidget*> buttons);
 
 // Gives every button, check box and labelled field of a form, and every entry of a menu, a letter by which
 // the keyboard reaches it. Letters are handed out from the front of the captions, no letter twice; what finds

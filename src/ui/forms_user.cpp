@@ -130,7 +130,7 @@ Answer AnswerOf(int button) {
 
 QString NativeStart(const FileDialog& dialog) {
     const std::string name = dialog.name.empty() ? std::string() : "\\" + dialog.name;
-    return QString::fromStdU16String(NativePath(dialog.folder + name).u16string());
+    return NativeText(dialog.folder + name);
 }
 
 } // namespace

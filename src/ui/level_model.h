@@ -1,5 +1,5 @@
-// The list of levels as Combo_Livelli shows it: sorted texts, thumbnails, and only the names that hold what
-// is typed.
+// The list of levels as Combo_Livelli shows it: sorted texts, what is known of each level, and only the names
+// that hold what is typed.
 #pragma once
 
 #include <QAbstractListModel>
@@ -7,9 +7,20 @@
 #include <string>
 #include <vector>
 
-#include "ui/thumbnails.h"
+#include "ui/level_cards.h"
 
 namespace kelvash::ui {
+
+// What a row shows of its level.
+struct LevelRow {
+    std::int32_t code = 0;
+    QString name; // with the list's mark for the level that is in TRLE
+    QString line; // author, size, savegames, note
+    QPixmap picture;
+    bool in_trle = false;
+    bool packed = false;
+    std::int32_t cd = 0; // 0: on disk
+};
 
 class LevelModel final : public QAbstractListModel {
     Q_OBJECT
@@ -27,21 +38,27 @@ class LevelModel final : public QAbstractListModel {
     std::int32_t IndexAt(int row) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
-    // The text, the thumbnail, and the level's code under Qt::UserRole.
+    // The text, and the level's code under Qt::UserRole.
     QVariant data(const QModelIndex& index, int role) const override;
+    LevelRow Row(int row) const;
+    // What is typed, trimmed.
+    const QString& Filter() const { return typed_; }
 
-    // Reads a level's thumbnail anew.
-    void RenewThumbnail(std::int32_t code) { thumbnails_.Renew(code); }
+    // Reads what a level's folder tells anew.
+    void Renew(std::int32_t code) { cards_.Renew(code); }
+    void SetPictureSize(QSize size) { cards_.SetPictureSize(size); }
 
   private:
-    void Filter();
-    void ShowThumbnail(std::int32_t code);
+    void TakeFilter();
+    void ShowCard(std::int32_t code);
 
     std::vector<std::string> folded_; // texts of all items, ready for comparison
     std::vector<std::int32_t> shown_; // places in core::level_list, in order
-    std::string filter_;              // folded
-    std::string archive_;             // path of the Archive whose thumbnails are kept
-    mutable Thumbnails thumbnails_;   // asking for one starts its reading
+    QString typed_;
+    std::string filter_;        // folded
+    std::string archive_;       // path of the Archive whose cards are kept
+    std::int32_t in_trle_ = -1; // code of the level that is in TRLE
+    mutable LevelCards cards_;  // asking for one starts its reading
 };
 
 } // namespace kelvash::ui

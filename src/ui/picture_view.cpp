@@ -1,16 +1,18 @@
 #include "ui/picture_view.h"
 
 #include <QFileInfo>
-#include <QImageReader>
 #include <QPainter>
 
 #include "ui/form_support.h"
+#include "ui/icons.h"
+#include "ui/look.h"
 #include "ui/messages.h"
+#include "ui/picture_reading.h"
 
 namespace kelvash::ui {
 
 PictureView::PictureView(QWidget* parent) : QWidget(parent) {
-    setMinimumSize(120, 90);
+    setMinimumSize(fontMetrics().averageCharWidth() * 20, fontMetrics().height() * 6);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
@@ -28,10 +30,7 @@ void PictureView::ShowFile(const QString& native_path, const QString& text) {
 void PictureView::Load() {
     pending_ = false;
     if (path_.isEmpty()) return;
-    QImageReader reader(path_);
-    reader.setAutoTransform(true);
-    reader.setDecideFormatFromContent(true); // captures come as .jpg whatever they are
-    picture_ = QPixmap::fromImage(reader.read());
+    picture_ = QPixmap::fromImage(ReadPicture(path_));
     if (picture_.isNull())
         text_ = Caption(msg::kMainBadImage) + QLatin1Char('\n') + QFileInfo(path_).fileName();
     update();
@@ -39,16 +38,30 @@ void PictureView::Load() {
 
 void PictureView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.fillRect(rect(), palette().color(QPalette::Dark));
+    FillRounded(painter, rect(), Mixed(palette().color(QPalette::WindowText), ColourOf(Role::Surface), 0.07));
     if (picture_.isNull()) {
-        painter.setPen(palette().color(QPalette::BrightText));
-        painter.drawText(rect().adjusted(8, 8, -8, -8), Qt::AlignCenter | Qt::TextWordWrap, text_);
+        DrawEmpty(painter);
         return;
     }
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     QRect place(QPoint(), picture_.size().scaled(size(), Qt::KeepAspectRatio));
     place.moveCenter(rect().center());
     painter.drawPixmap(place, picture_);
+}
+
+// A drawing above the text, both in the middle.
+void PictureView::DrawEmpty(QPainter& painter) const {
+    const QRect room = rect().adjusted(space::kClose, space::kClose, -space::kClose, -space::kClose);
+    const QColor colour = ColourOf(Role::MutedText);
+    QRect words = painter.boundingRect(room, Qt::AlignCenter | Qt::TextWordWrap, text_);
+    const int side = std::min(space::kWide * 2, room.height() - words.height() - space::kClose);
+    painter.setPen(colour);
+    if (side >= space::kWide && !text_.isEmpty()) {
+        words.translate(0, (side + space::kClose) / 2);
+        const QRect drawing(room.center().x() - side / 2, words.top() - space::kClose - side, side, side);
+        DrawGlyph(painter, drawing, Glyph::NoPicture, colour);
+    }
+    painter.drawText(words, Qt::AlignCenter | Qt::TextWordWrap, text_);
 }
 
 } // namespace kelvash::ui

@@ -22,6 +22,7 @@ class PictureView final : public QWidget {
 
   private:
     void paintEvent(QPaintEvent* event) override;
+    void DrawEmpty(QPainter& painter) const;
     void Load();
 
     QString path_;

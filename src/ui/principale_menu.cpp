@@ -6,10 +6,13 @@
 #include <QString>
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <utility>
 
 #include "ui/form_support.h"
+#include "ui/icons.h"
 #include "ui/job_door.h"
+#include "ui/menu_icons.h"
 #include "ui/principale_menu_messages.h"
 
 namespace kelvash::ui {
@@ -39,9 +42,9 @@ constexpr std::array kEntries = {
     KELVASH_ENTRY(1, mnu_SaveAs, msg::kMnuSaveAs),
     KELVASH_ENTRY(1, Mnu_Exit, msg::kMnuExit, "Ctrl+Q"),
     KELVASH_ENTRY(0, mnu_Level, msg::kMnuLevel),
-    KELVASH_ENTRY(1, mnu_AddLevel, msg::kMnuAddLevel),
+    KELVASH_ENTRY(1, mnu_AddLevel, msg::kMnuAddLevel, "Ins"),
     KELVASH_ENTRY(1, mnu_SearchLivelli, msg::kMnuSearchLivelli),
-    KELVASH_ENTRY(1, mnu_Property, msg::kMnuProperty),
+    KELVASH_ENTRY(1, mnu_Property, msg::kMnuProperty, "F2"),
     KELVASH_ENTRY(1, mnu_ShowAutoreInfo, msg::kMnuShowAutoreInfo),
     KELVASH_ENTRY(1, mnu_Language, msg::kMnuLanguage),
     KELVASH_ENTRY(2, mnu_SetMylanguage, msg::kMnuSetMylanguage),
@@ -159,6 +162,24 @@ bool IsEnabled(EnabledWhen when, const CommandState& now) {
     return false;
 }
 
+namespace {
+
+// What stands in a command's way.
+std::optional<MessageId> HindranceOf(EnabledWhen when, const CommandState& now) {
+    if (IsEnabled(when, now)) return std::nullopt;
+    if (!now.job_free) return msg::kWhyGameRuns;
+    return now.archive_open ? msg::kWhyNoLevel : msg::kWhyNoArchive;
+}
+
+// A grey command says why it is grey, as a tool tip and in the status line.
+void TellWhy(QAction* action, std::optional<MessageId> hindrance) {
+    const QString why = hindrance.has_value() ? Caption(*hindrance) : QString();
+    action->setToolTip(why);
+    action->setStatusTip(why);
+}
+
+} // namespace
+
 MainMenu::MainMenu(QMenuBar* bar, QWidget* form, std::vector<MenuCommand> commands, JobDoor& door)
     : commands_(std::move(commands)) {
     std::array<QMenu*, 3> open{}; // the menu being filled at each depth
@@ -168,13 +189,16 @@ MainMenu::MainMenu(QMenuBar* bar, QWidget* form, std::vector<MenuCommand> comman
         QAction* action = nullptr;
         if (IsMenu(i)) {
             open.at(depth) = new QMenu(form);
+            open.at(depth)->setToolTipsVisible(true);
             action = open.at(depth)->menuAction();
         } else {
             action = new QAction(form);
             action->setShortcut(QKeySequence(QLatin1String(entry.key)));
             NotYet(action, true);
+            TellWhy(action, msg::kWhyNotYet);
         }
         action->setObjectName(QLatin1String(entry.name));
+        if (const auto glyph = GlyphOf(entry.entry)) action->setIcon(IconOf(*glyph));
         if (depth > 0)
             open.at(depth - 1)->addAction(action);
         else if (!StandsApart(entry.entry))
@@ -203,8 +227,11 @@ QAction* MainMenu::Action(MenuEntry entry) const {
 }
 
 void MainMenu::Update(const CommandState& now) {
-    for (const MenuCommand& command : commands_)
-        Action(command.entry)->setEnabled(IsEnabled(command.when, now));
+    for (const MenuCommand& command : commands_) {
+        QAction* const action = Action(command.entry);
+        action->setEnabled(IsEnabled(command.when, now));
+        TellWhy(action, HindranceOf(command.when, now));
+    }
     // From the end, so that a menu comes after those in it.
     for (auto action = actions_.rbegin(); action != actions_.rend(); ++action) {
         if ((*action)->menu() == nullptr) continue;

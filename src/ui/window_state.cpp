@@ -1,5 +1,6 @@
 #include "ui/window_state.h"
 
+#include <QMainWindow>
 #include <QSettings>
 #include <QSplitter>
 
@@ -13,24 +14,30 @@ namespace {
 
 QString SettingsFile() {
     const std::string path = AppFolder() + LoadFragment(fragment::kSettingsFileName);
-    return QString::fromStdU16String(NativePath(path).u16string());
+    return NativeText(path);
 }
 
 const auto kGeometry = QStringLiteral("window/geometry");
 const auto kSplitter = QStringLiteral("window/splitter");
+const auto kTools = QStringLiteral("window/tools");
+const auto kTiles = QStringLiteral("library/tiles");
 
 } // namespace
 
-void RestoreWindow(QWidget* window, QSplitter* splitter) {
+LibraryView RestoreWindow(const WindowParts& parts) {
     const QSettings settings(SettingsFile(), QSettings::IniFormat);
-    window->restoreGeometry(settings.value(kGeometry).toByteArray());
-    splitter->restoreState(settings.value(kSplitter).toByteArray());
+    parts.window->restoreGeometry(settings.value(kGeometry).toByteArray());
+    parts.window->restoreState(settings.value(kTools).toByteArray());
+    parts.splitter->restoreState(settings.value(kSplitter).toByteArray());
+    return settings.value(kTiles).toBool() ? LibraryView::Tiles : LibraryView::List;
 }
 
-void SaveWindow(const QWidget* window, const QSplitter* splitter) {
+void SaveWindow(const WindowParts& parts, LibraryView view) {
     QSettings settings(SettingsFile(), QSettings::IniFormat);
-    settings.setValue(kGeometry, window->saveGeometry());
-    settings.setValue(kSplitter, splitter->saveState());
+    settings.setValue(kGeometry, parts.window->saveGeometry());
+    settings.setValue(kTools, parts.window->saveState());
+    settings.setValue(kSplitter, parts.splitter->saveState());
+    settings.setValue(kTiles, view == LibraryView::Tiles);
 }
 
 } // namespace kelvash::ui

@@ -1,13 +1,21 @@
-// Where the main window stood and how it was divided: Kelvash.ini in the application's folder.
+// Where the main window stood, how it was divided and how it showed its levels: Kelvash.ini in the
+// application's folder.
 #pragma once
 
+#include "ui/level_delegate.h"
+
+class QMainWindow;
 class QSplitter;
-class QWidget;
 
 namespace kelvash::ui {
 
-// A file that is missing or says nonsense leaves the window as it is.
-void RestoreWindow(QWidget* window, QSplitter* splitter);
-void SaveWindow(const QWidget* window, const QSplitter* splitter);
+struct WindowParts {
+    QMainWindow* window;
+    QSplitter* splitter;
+};
+
+// A file that is missing or says nonsense leaves the window as it is. Gives how the levels were shown.
+LibraryView RestoreWindow(const WindowParts& parts);
+void SaveWindow(const WindowParts& parts, LibraryView view);
 
 } // namespace kelvash::ui

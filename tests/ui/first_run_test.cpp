@@ -128,11 +128,12 @@ TEST_F(FirstRun, ComesBackToTheSameWindow) {
         auto* const splitter = form.findChild<QSplitter*>(QStringLiteral("Splitter1"));
         splitter->setSizes({400, 500});
         sizes = splitter->sizes();
+        form.Pul_Tiles->click();
         form.close();
     }
     ui::Principale form(forms);
     auto* const splitter = form.findChild<QSplitter*>(QStringLiteral("Splitter1"));
-    ui::RestoreWindow(&form, splitter);
+    EXPECT_EQ(ui::RestoreWindow({&form, splitter}), ui::LibraryView::Tiles);
     form.show();
     EXPECT_EQ(form.width(), 950);
     EXPECT_EQ(form.height(), 655);
@@ -143,7 +144,8 @@ TEST_F(FirstRun, ReadsNonsenseAboutTheWindowAsNothing) {
     MakeFile(home / "Kelvash.ini", "[window]\ngeometry=@ByteArray(nonsense)\nsplitter=7\n\xFF\xFE");
     ui::Principale form(forms);
     const QSize usual = form.size();
-    ui::RestoreWindow(&form, form.findChild<QSplitter*>(QStringLiteral("Splitter1")));
+    EXPECT_EQ(ui::RestoreWindow({&form, form.findChild<QSplitter*>(QStringLiteral("Splitter1"))}),
+              ui::LibraryView::List);
     EXPECT_EQ(form.size(), usual);
 }
 

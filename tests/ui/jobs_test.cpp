@@ -9,8 +9,8 @@
 #include "support/pump_clock.h"
 #include "ui/Dialog_NewLevel.h"
 #include "ui/job_door.h"
+#include "ui/level_cards.h"
 #include "ui/principale_home.h"
-#include "ui/thumbnails.h"
 
 namespace kelvash::test {
 namespace {
@@ -112,13 +112,13 @@ TEST_F(WindowAtWork, AWishOfAnotherStartWaits) {
     WaitUntil([] { return core::profile.LastArchive == "C:\\Kelvash\\other.kva"; });
 }
 
-TEST_F(WindowAtWork, ReadsThumbnailsBehindTheJob) {
-    ui::Thumbnails thumbnails(&form);
+TEST_F(WindowAtWork, ReadsTheLevelsPicturesBehindTheJob) {
+    ui::LevelCards cards(&form);
     int loaded = 0;
-    QObject::connect(&thumbnails, &ui::Thumbnails::Loaded, &form, [&loaded] { ++loaded; });
+    QObject::connect(&cards, &ui::LevelCards::Loaded, &form, [&loaded] { ++loaded; });
     {
         const JobScope job;
-        thumbnails.Of(1);
+        cards.Of(1);
         QTest::qWait(150);
         EXPECT_EQ(loaded, 0);
     }

@@ -1,0 +1,81 @@
+#include "ui/level_banner.h"
+
+#include <QPainter>
+
+#include "ui/form_support.h"
+#include "ui/look.h"
+#include "ui/picture_reading.h"
+
+namespace kelvash::ui {
+
+namespace {
+
+// In lines of text.
+constexpr int kLines = 11;
+constexpr int kFewestLines = 5;
+
+} // namespace
+
+LevelBanner::LevelBanner(QWidget* parent) : QWidget(parent) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+}
+
+QSize LevelBanner::sizeHint() const {
+    return {fontMetrics().averageCharWidth() * 60, fontMetrics().height() * kLines};
+}
+
+QSize LevelBanner::minimumSizeHint() const {
+    return {fontMetrics().averageCharWidth() * 20, fontMetrics().height() * kFewestLines};
+}
+
+void LevelBanner::ShowLevel(const QString& name, const QString& author, const QString& native_path) {
+    if (path_ != native_path) picture_ = {};
+    name_ = name;
+    author_ = author;
+    path_ = native_path;
+    setAccessibleName(name_);
+    setAccessibleDescription(author_);
+    update();
+    ReadLater();
+}
+
+void LevelBanner::ReadLater() {
+    if (path_.isEmpty() || pending_) return;
+    pending_ = true;
+    AfterPainting(this, [this] { Load(); });
+}
+
+void LevelBanner::Load() {
+    pending_ = false;
+    if (path_.isEmpty()) return;
+    picture_ = QPixmap::fromImage(ReadCover(path_, size() * devicePixelRatio()));
+    update();
+}
+
+void LevelBanner::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    ReadLater();
+}
+
+void LevelBanner::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    if (picture_.isNull())
+        FillRounded(painter, rect(), BannerColour());
+    else
+        DrawCover(painter, rect(), picture_);
+    DrawShade(painter, rect());
+    QRect words = rect().adjusted(space::kApart, 0, -space::kApart, -space::kNear);
+    painter.setPen(ShadeText());
+    const auto write = [&](const QString& text, Type type) {
+        if (text.isEmpty()) return;
+        painter.setFont(FontOf(type));
+        const QFontMetrics metrics = painter.fontMetrics();
+        painter.drawText(words, Qt::AlignLeft | Qt::AlignBottom,
+                         metrics.elidedText(text, Qt::ElideRight, words.width()));
+        words.setBottom(words.bottom() - metrics.height());
+    };
+    write(author_, Type::Text);
+    write(name_, Type::Headline);
+}
+
+} // namespace kelvash::ui

@@ -1,0 +1,36 @@
+// The head of a level's page: its newest picture across the whole width, with name and author on it.
+#pragma once
+
+#include <QPixmap>
+#include <QWidget>
+
+namespace kelvash::ui {
+
+class LevelBanner final : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit LevelBanner(QWidget* parent);
+
+    // The picture is read the next time the program has nothing else to do; until then, and without one, the
+    // colours of the program stand in its place. The former picture stays for as long as its level does.
+    void ShowLevel(const QString& name, const QString& author, const QString& native_path);
+    QString Name() const { return name_; }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+  private:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void ReadLater();
+    void Load();
+
+    QString name_;
+    QString author_;
+    QString path_;
+    QPixmap picture_;
+    bool pending_ = false;
+};
+
+} // namespace kelvash::ui
