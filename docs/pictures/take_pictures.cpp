@@ -37,6 +37,7 @@
 #include "ui/Principale.h"
 #include "ui/forms_user.h"
 #include "ui/help.h"
+#include "ui/look.h"
 #include "ui/messages.h"
 #include "ui/shipped_files.h"
 #include "ui/theme.h"
@@ -97,6 +98,9 @@ void TakeMainForm(const Camera& camera, Principale& form) {
     camera.Take(&form, "principale");
     Theme::SetDark(true);
     camera.Take(&form, "principale_dark");
+    form.Pul_Tiles->click();
+    camera.Take(&form, "principale_tiles");
+    form.Pul_List->click();
     camera.TakeModal("dialog_testo_dark", [&] { ShowHelp(&form, HelpMark::MainWindow); });
     Theme::SetDark(false);
     core::SelectLevel(2);
@@ -208,6 +212,7 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     if (argc != 3 || !SetAppFolder(argv[1])) return 2;
     TakeShippedFiles();
+    TakeLook(false);
     ProvideShippedFiles();
     const Camera camera(argv[2]);
     FormsUser user;
