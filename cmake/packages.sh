@@ -4,7 +4,7 @@ build_packages=(
     cmake ninja-build g++ lld ccache pkg-config
     zlib1g-dev libdeflate-dev libturbojpeg0-dev libzip-dev libarchive-dev libxxhash-dev zip unzip
     libsdl2-dev libx11-dev libxtst-dev libxfixes-dev
-    qt6-base-dev qt6-svg-dev libgl-dev fonts-dejavu-core bootstrap-icons
+    qt6-base-dev libgl-dev fonts-dejavu-core bootstrap-icons librsvg2-bin
     nlohmann-json3-dev libcli11-dev
     libgtest-dev libgmock-dev
 )

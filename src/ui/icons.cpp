@@ -1,12 +1,12 @@
 #include "ui/icons.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QIconEngine>
+#include <QImage>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmapCache>
-#include <QSvgRenderer>
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -26,9 +26,13 @@ constexpr std::array kFiles = {
 #undef KELVASH_GLYPH
 };
 
-QString FileOf(Glyph glyph) {
+constexpr int kSmallSide = 48; // pixels of the smaller drawings; the larger ones have four times as many
+
+// The drawing that is no smaller than a side, if there is one.
+QString FileOf(Glyph glyph, int side) {
     [[maybe_unused]] static const bool kAreThere = TakeIcons();
-    return QStringLiteral(":/kelvash/icons/%1.svg")
+    return QStringLiteral(":/kelvash/icons/%1/%2")
+        .arg(side <= kSmallSide ? kSmallSide : 4 * kSmallSide)
         .arg(QLatin1String(kFiles.at(static_cast<std::size_t>(glyph))));
 }
 
@@ -41,12 +45,13 @@ QPixmap Drawn(Glyph glyph, const QSize& size, const QColor& colour) {
                             .arg(colour.rgba());
     QPixmap pixmap;
     if (QPixmapCache::find(key, &pixmap)) return pixmap;
+    const int side = std::min(size.width(), size.height());
+    QImage drawing(FileOf(glyph, side), "png");
+    drawing = drawing.scaled(side, side, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     pixmap = QPixmap(size);
     pixmap.fill(Qt::transparent);
-    QSvgRenderer drawing(FileOf(glyph));
-    drawing.setAspectRatioMode(Qt::KeepAspectRatio);
     QPainter painter(&pixmap);
-    drawing.render(&painter);
+    painter.drawImage((size.width() - side) / 2, (size.height() - side) / 2, drawing);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(pixmap.rect(), colour);
     painter.end();

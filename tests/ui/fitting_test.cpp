@@ -159,10 +159,9 @@ TEST_F(Fitting, AFormThatIsTooLargeForItsScreenScrolls) {
 }
 
 TEST_F(Fitting, AFormThatHasRoomDoesNotScroll) {
-    ui::Dialog_Settings settings(nullptr);
-    settings.ImpostaValori();
-    Show(settings);
-    EXPECT_EQ(settings.findChild<QScrollArea*>(QStringLiteral("Scroll")), nullptr);
+    ui::Dialog_GetDir folders(nullptr);
+    Show(folders);
+    EXPECT_EQ(folders.findChild<QScrollArea*>(QStringLiteral("Scroll")), nullptr);
 }
 
 // A translation is some 40 % longer than English.
