@@ -1,6 +1,7 @@
 // The open Archive: its header, its level table, its file, and the folders of its levels.
 //
-// The table keeps the order of the file. A level is addressed by its Code everywhere.
+// The table keeps the order of the file. Outside it a level is known by its code, which an operation turns
+// into a LevelPlace once, at its door.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +16,7 @@ namespace kelvash::core {
 // The state of the open Archive. Its file's path is profile.LastArchive; blank means that none is open.
 struct ArchiveState : ArchiveContents {
     bool ArchiveChanged = false;     // memory differs from the file
-    bool CdMissing = false;          // set by each call of LevelFolder
+    bool CdMissing = false;          // set by each call of LevelFolder or ReachFolder
     bool ArchiveLoadRefused = false; // the user gave a needed folder up while an Archive was loaded
     std::string SeenFile;            // the file that was read or written last, and what it held then
     ArchiveStamp Seen;

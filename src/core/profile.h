@@ -89,9 +89,9 @@ std::string TrleFolder();
 
 std::string ProfilePath();
 enum class ProfileState { FirstRun, Current, Upgraded, Unreadable };
-// Fills the profile with the defaults, then from the file if there is one; FullBackup follows the
-// backup's note where there is one. Unreadable is one that is there
-// and can't be read: the defaults stand, and nothing is written over it. An empty one is of another length.
+// Fills the profile with the defaults, then from the file if there is one; FullBackup follows the backup's
+// note where there is one. Unreadable is one that is there and can't be read: the defaults stand, and nothing
+// is written over it. An empty one is of another length.
 ProfileState LoadProfile();
 // The same; a profile that can't be read is told and gives false.
 [[nodiscard]] bool OpenProfile(ProfileState& state);

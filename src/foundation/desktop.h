@@ -1,4 +1,4 @@
-// The desktop port: keys, joystick, windows, screen, clipboard picture, beep, mail.
+// The desktop port: keys, joystick, windows, screen, clipboard picture, beep.
 //
 // Implementations: X11 with SDL2 on Linux (the clipboard by the forms), Win32 on Windows, a fake in tests.
 #pragma once

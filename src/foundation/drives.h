@@ -1,10 +1,9 @@
 // Drives, the system's folders, and the border between path texts and the platform's paths.
 //
 // On Windows a path text is the platform's path. Elsewhere the drives are those of the Wine prefix
-// ($WINEPREFIX or
-// ~/.wine, its dosdevices); without a prefix C: is the folder drive_c of the application's folder and Z: the
-// whole file system. Any drive can be set by hand: SetDrive, or lines "L=folder[,cdrom]" in drives.txt of the
-// application's folder.
+// ($WINEPREFIX or ~/.wine, its dosdevices); without a prefix C: is the folder drive_c of the application's
+// folder and Z: the whole file system. Any drive can be set by hand: SetDrive, or lines "L=folder[,cdrom]" in
+// drives.txt of the application's folder.
 #pragma once
 
 #include <cstdint>

@@ -4,12 +4,14 @@
 // One id stands for one use in one place; equal texts are not shared, so that a translation may tell them
 // apart. Each folder and each form has a table of its own (*.inc) and a header that declares its entries:
 //
+// clang-format off
 //   KELVASH_MESSAGE(name, id, text)         a text that is shown; a filter of a file dialog is one
-//   KELVASH_QUESTION(name, id, text, harm)  one with which a question begins, and which answers can lose
-//   something KELVASH_PASSWORD(name, id, text)        one that asks for a password KELVASH_FRAGMENT(name, id,
-//   text)        what the program works with: a part of a path, a mask, a list that "|"
-//                                           divides, a tag or comment of a file, a word that is looked for, a
-//                                           date pattern, a version; no translation takes its place
+//   KELVASH_QUESTION(name, id, text, harm)  one with which a question begins, and which answers lose something
+//   KELVASH_PASSWORD(name, id, text)        one that asks for a password
+//   KELVASH_FRAGMENT(name, id, text)        what the program works with: a part of a path, a mask, a list that
+//                                           "|" divides, a tag or comment of a file, a word that is looked
+//                                           for, a date pattern, a version; no translation takes its place
+// clang-format on
 //
 // Texts stand to the letter, misspellings and blanks included. A new entry goes to the end of its section.
 #pragma once

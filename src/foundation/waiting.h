@@ -1,4 +1,4 @@
-// Waiting without pumping events.
+// Waiting without pumping events, and chance.
 #pragma once
 
 namespace kelvash {

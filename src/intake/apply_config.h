@@ -9,8 +9,9 @@
 
 namespace kelvash::intake {
 
-// Takes kelvash.cfg out of the work folder and carries it out, once in a dialog. State is Cancelled if the
-// level can't be had without wads that are missing.
+// Takes kelvash.cfg out of the work folder and carries it out, once in a dialog. Name and note go into the
+// dialog, what it tells of the author straight into the record. State is Cancelled if the level can't be had
+// without wads that are missing.
 void ApplyLevelConfig(NewLevel& level);
 // Compares the files with the list of the package file. A quiet check fails at the first difference, a loud
 // one asks. True as well if the list came from elsewhere than the level's own zip.

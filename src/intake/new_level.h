@@ -77,8 +77,8 @@ extern bool& ConfigApplied;
 bool AddLevel(const std::string& source = {});
 // The command "Properties of current level" on the selected level. True if they were saved.
 bool ShowProperty();
-// The same as AddLevel without the form, questions apart, of all sources of one level. A name that is given
-// goes before all others.
+// The same as AddLevel without the form, questions apart, of all sources of one level. Its name is the one
+// given, else the package's, else the zip's, else the first source's.
 bool AddLevelOf(const std::vector<std::string>& sources, const std::string& name = {});
 // Adds each source as a level of its own in that way, and tells a summary at the end.
 void AddLevels(const std::vector<std::string>& sources);
@@ -95,7 +95,8 @@ void Refresh(NewLevel& level);
 // Takes sources in and stores the level without a form, or gives it up.
 void TakeSourcesAndStore(NewLevel& level, const std::vector<std::string>& sources,
                          const std::string& name = {});
-// Selects a document by the usual names of readme files, if none is selected.
+// Selects a document by the usual names of readme files if none is selected, and keeps what was selected
+// first. Nothing after a package file, which has said what it is.
 void PickMoreInfoFile(NewLevel& level);
 
 // Pul_AddFile and Pul_AddFolder ask for what to add; AddSource takes a zip, a folder or a file that was

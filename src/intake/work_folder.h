@@ -11,7 +11,8 @@ namespace kelvash::intake {
 
 bool ContainsNoCase(const std::vector<std::string>& texts, std::string_view text);
 
-// Unpacks and lists what has arrived in the work folder, then applies its package file.
+// Unpacks and lists what has arrived in the work folder; for the last level of the table its package file is
+// applied.
 void TakeWhatArrived(NewLevel& level);
 
 // The name of the selected document; empty for "< NONE >".
