@@ -19,7 +19,7 @@ windows_packages=(
     dpkg-dev nasm pkg-config
 )
 # What building Qt for there takes from this system.
-windows_window_packages=(qt6-base-dev qt6-base-dev-tools)
+windows_window_packages=(qt6-base-dev qt6-base-dev-tools bootstrap-icons librsvg2-bin)
 
 # Installs those of the named packages that are missing. Only this asks for root.
 install_missing() {

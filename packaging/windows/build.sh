@@ -135,7 +135,7 @@ build_libsdl2() {
 build_qt6_base() {
     # qwindows doesn't link without direct2d; the header of tablets isn't in Debian's source.
     local off=(sql dbus xml concurrent printsupport vulkan tabletevent direct2d1_1 icu zstd glib ssl openssl
-        androiddeployqt) options=() feature
+        schannel androiddeployqt) options=() feature
     for feature in "${off[@]}"; do options+=("-DFEATURE_$feature=OFF"); done
     for feature in zlib png jpeg freetype harfbuzz pcre2 doubleconversion; do
         options+=("-DFEATURE_system_$feature=OFF")

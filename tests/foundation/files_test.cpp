@@ -155,6 +155,14 @@ TEST_F(Files, CopyFileWholeReplaces) {
     EXPECT_FALSE(Exists(drive / "Kelvash.tmp"));
 }
 
+TEST_F(Files, AFolderTakesNoFilesPlace) {
+    MakeFile(drive / "folder/in it.txt", "x");
+    MakeFile(drive / "file.txt", "y");
+    EXPECT_FALSE(RenameFile("C:\\folder", "C:\\file.txt"));
+    EXPECT_EQ(BytesOf(drive / "file.txt"), "y");
+    EXPECT_TRUE(FileExists("C:\\folder\\in it.txt"));
+}
+
 TEST_F(Files, RenameFileReplaces) {
     MakeFile(drive / "a.txt", "a");
     MakeFile(drive / "b.txt", "b");

@@ -66,7 +66,9 @@ bool CloseWritten(int descriptor, bool flush) {
 }
 
 bool RenameOver(const NativeFile& from, const NativeFile& to, bool flush) {
-    const DWORD flags = MOVEFILE_REPLACE_EXISTING | (flush ? DWORD{MOVEFILE_WRITE_THROUGH} : 0);
+    // A folder takes nothing's place; Wine would let it replace a file.
+    const DWORD replace = IsFolder(GetFileAttributesW(from.c_str())) ? 0 : MOVEFILE_REPLACE_EXISTING;
+    const DWORD flags = replace | (flush ? DWORD{MOVEFILE_WRITE_THROUGH} : 0);
     const bool folder = IsFolder(GetFileAttributesW(to.c_str()));
     if (!folder) ClearReadOnly(to); // elsewhere the folder decides what may be replaced, not the file
     for (int tries = 1;; ++tries) {
