@@ -28,9 +28,10 @@ struct OwnKey {
     }
 };
 
-bool SetText(HKEY key, const std::wstring& name, std::string_view text) {
+// An empty name is that of the key's default value.
+bool SetText(HKEY key, const wchar_t* name, std::string_view text) {
     const std::wstring wide = WideFromUtf8(text);
-    return RegSetValueExW(key, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(wide.c_str()),
+    return RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE*>(wide.c_str()),
                           static_cast<DWORD>((wide.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
 }
 
@@ -126,7 +127,7 @@ bool WriteRegistryValues(std::string_view key, std::string_view default_value, s
     OwnKey made;
     return RegCreateKeyExW(HKEY_LOCAL_MACHINE, WideFromUtf8(key).c_str(), 0, nullptr, 0, KEY_SET_VALUE,
                            nullptr, &made.key, nullptr) == ERROR_SUCCESS &&
-           SetText(made.key, L"", default_value) && SetText(made.key, WideFromUtf8(name), value);
+           SetText(made.key, L"", default_value) && SetText(made.key, WideFromUtf8(name).c_str(), value);
 }
 
 // The true version: the plain question is answered with what the program was built for.
