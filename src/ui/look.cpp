@@ -174,15 +174,11 @@ void SetDestructive(QAbstractButton* button) {
     button->setProperty(kDestructiveMark, true);
 }
 
-void SetQuiet(QAbstractButton* button) {
-    button->setProperty(kQuietMark, true);
-}
-
-void FillRounded(QPainter& painter, const QRect& place, const QColor& colour) {
+void FillRounded(QPainter& painter, const QRect& place, const QBrush& ground) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(colour);
+    painter.setBrush(ground);
     painter.drawRoundedRect(place, kCornerRadius, kCornerRadius);
     painter.restore();
 }
@@ -204,12 +200,7 @@ void DrawShade(QPainter& painter, const QRect& picture) {
     QLinearGradient shade(picture.topLeft(), picture.bottomLeft());
     shade.setColorAt(0.25, QColor::fromRgba(qRgba(qRed(kShade), qGreen(kShade), qBlue(kShade), 0)));
     shade.setColorAt(1, QColor::fromRgba(qRgba(qRed(kShade), qGreen(kShade), qBlue(kShade), 225)));
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(shade);
-    painter.drawRoundedRect(picture, kCornerRadius, kCornerRadius);
-    painter.restore();
+    FillRounded(painter, picture, shade);
 }
 
 QColor ShadeText() {

@@ -5,6 +5,7 @@
 // Elsewhere, on Windows too, the program draws itself.
 #pragma once
 
+#include <QBrush>
 #include <QColor>
 #include <QFont>
 #include <QPalette>
@@ -66,12 +67,10 @@ void SetMainAction(QAbstractButton* button);
 Role MainActionText();
 // An action by which something goes.
 void SetDestructive(QAbstractButton* button);
-// A button without a frame until the mouse is on it.
-void SetQuiet(QAbstractButton* button);
 
 // --- painting ---
 
-void FillRounded(QPainter& painter, const QRect& place, const QColor& colour);
+void FillRounded(QPainter& painter, const QRect& place, const QBrush& ground);
 // A picture that fills a place with round corners, cut off at the sides that it has too much of.
 void DrawCover(QPainter& painter, const QRect& place, const QPixmap& picture);
 // What words on a picture need: a shade over its lower part, and their colour. Without a picture, the ground.

@@ -46,17 +46,12 @@ void DrawButton(const QStyleOption* option, QPainter* painter, const QWidget* wi
     const QPalette& palette = option->palette;
     const QColor text = palette.color(QPalette::WindowText);
     const bool enabled = Has(option, QStyle::State_Enabled);
-    const bool active =
-        enabled && (Has(option, QStyle::State_MouseOver) || Has(option, QStyle::State_Sunken));
     if (Has(option, QStyle::State_On)) {
         const QColor accent = ColourOf(Role::Accent, palette);
         DrawBox(painter, option->rect, Mixed(accent, palette.color(QPalette::Button), 0.18), accent);
     } else if (IsMarked(widget, kMainActionMark) && enabled) {
         const QColor accent = ColourOf(Role::Accent, palette);
         DrawBox(painter, option->rect, Stepped(option, accent, ColourOf(Role::OnAccent, palette)), {});
-    } else if (IsMarked(widget, kQuietMark)) {
-        if (active)
-            DrawBox(painter, option->rect, Stepped(option, palette.color(QPalette::Window), text), {});
     } else {
         const QColor ground = palette.color(enabled ? QPalette::Button : QPalette::Window);
         DrawBox(painter, option->rect, enabled ? Stepped(option, ground, text) : ground,

@@ -6,10 +6,9 @@
 
 namespace kelvash::ui {
 
-// Dynamic properties of buttons: see SetMainAction, SetDestructive and SetQuiet in look.h.
+// Dynamic properties of buttons: see SetMainAction and SetDestructive in look.h.
 inline constexpr const char* kMainActionMark = "kelvash_main_action";
 inline constexpr const char* kDestructiveMark = "kelvash_destructive";
-inline constexpr const char* kQuietMark = "kelvash_quiet";
 
 class LookStyle final : public QProxyStyle {
     Q_OBJECT
