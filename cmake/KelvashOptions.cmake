@@ -35,7 +35,8 @@ set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g1 -DNDEBUG")
 
 add_library(kelvash_options INTERFACE)
 target_compile_options(kelvash_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor -Werror)
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Wnon-virtual-dtor -Wsuggest-override
+  -Wzero-as-null-pointer-constant -Werror)
 
 # What every program has on Windows: UTF-8 from the system, and an icon.
 function(kelvash_program target)
@@ -55,15 +56,8 @@ if(WIN32)
 endif()
 
 if(KELVASH_SANITIZE)
-  # The program alone is built with them: test code stays as it is in the release build, and comes from the
-  # compiler's cache.
-  set(KELVASH_SANITIZERS -O1 -UNDEBUG -fsanitize=address,undefined -fno-sanitize-recover=all
+  # The program alone is built with them; test code is compiled more often than it is searched for faults.
+  set(KELVASH_SANITIZERS -O1 -UNDEBUG -fsanitize=address,undefined,fuzzer-no-link -fno-sanitize-recover=all
     -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
-endif()
-
-if(KELVASH_FUZZ)
-  target_compile_options(kelvash_options INTERFACE -O1 -fsanitize=fuzzer-no-link,address,undefined
-    -fno-sanitize-recover=all)
-  target_link_options(kelvash_options INTERFACE -fsanitize=address,undefined)
 endif()

@@ -8,7 +8,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 export seconds=${1:-20} build=build/fuzz
 (($#)) && shift
 
-cmake --preset fuzz >/dev/null && cmake --build --preset fuzz -j "$(nproc)" || exit 1
+cmake --preset sanitize >/dev/null && cmake --build --preset sanitize --target fuzzers || exit 1
 targets=("$@")
 ((${#targets[@]})) || mapfile -t targets < <(cd fuzz && basename -s .cpp -- *_fuzz.cpp)
 
@@ -16,7 +16,7 @@ fuzz() { # target
     local target=$1 log=$build/$1.log code=0 runs
     mkdir -p "$build/corpus/$target" "fuzz/corpus/$target"
     # The libraries that SDL brings along keep memory to the end of the process: no leak search.
-    ASAN_OPTIONS=detect_leaks=0 "$build/fuzz/$target" -max_total_time="$seconds" -rss_limit_mb=3000 -timeout=20 \
+    ASAN_OPTIONS=detect_leaks=0 "build/sanitize/fuzz/$target" -max_total_time="$seconds" -rss_limit_mb=3000 -timeout=20 \
         -print_final_stats=1 -artifact_prefix="$build/crashes/$target-" \
         "$build/corpus/$target" "fuzz/corpus/$target" >"$log" 2>&1 || code=$?
     runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
