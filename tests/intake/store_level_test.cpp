@@ -5,6 +5,7 @@
 #include "core/profile.h"
 #include "core/tr4_info.h"
 #include "foundation/files.h"
+#include "foundation/native_text.h"
 #include "intake/apply_config.h"
 #include "intake/store_level_home.h"
 #include "support/bitmaps.h"
@@ -255,7 +256,7 @@ TEST_F(StoreLevelTest, AGivenNameThatNoRecordHoldsAddsNothing) {
 
 TEST_F(StoreLevelTest, ANameThatIsAFilesIsToldWhereItHasToChange) {
     for (const auto& [name, bytes] : kGood)
-        test::MakeFile(drive / "in" / "\xC5\x81uk" / name, bytes);
+        test::MakeFile(drive / "in" / NativeFromText("\xC5\x81uk") / name, bytes);
     EXPECT_TRUE(AddLevelOf({"C:\\in\\\xC5\x81uk"}));
     EXPECT_EQ(core::archive.Table[1].Name, "?uk");
     EXPECT_THAT(user.Told(), ElementsAre("exclamation: The files of Kelvash can not hold this name as it is "
