@@ -24,6 +24,7 @@
 #include "trle/find_trle.h"
 #include "trle/messages.h"
 #include "ui/Dialog_Autore.h"
+#include "ui/Dialog_GetDir.h"
 #include "ui/Dialog_InputTesto.h"
 #include "ui/Dialog_InsertCd_messages.h"
 #include "ui/Dialog_PrefArc.h"
@@ -47,7 +48,7 @@ namespace {
 using namespace kelvash;
 using namespace kelvash::ui;
 
-constexpr int kSettle = 250; // milliseconds until a window stands and its pictures are read
+constexpr int kSettle = 300; // milliseconds until a window stands and its pictures are read
 
 class Camera {
   public:
@@ -135,11 +136,24 @@ void TakeFirstStart(const Camera& camera, FormsUser& user) {
     camera.TakeModal("dialog_getdir", [&] {
         user.ChooseFolder(LoadMessage(msg::kTrovaBrowseTitle), core::profile.TrleFolder);
     });
+    camera.TakeModal("dialog_getdir_note", [&] {
+        Dialog_GetDir folders(nullptr);
+        folders.ImpostaValori({}, core::profile.TrleFolder);
+        folders.Text_Path->setText(QStringLiteral("audio"));
+        folders.exec();
+    });
     camera.TakeModal("dialog_insertcd", [&] {
         cd::CdDriveChoice choice{LoadMessage(msg::kCdRequestCaption), LoadMessage(msg::kInsertCd) + "2",
                                  "E:"};
         static_cast<void>(ShowForm(choice));
     });
+}
+
+// What is said of a job that has come so far in so many seconds.
+QString WordsOf(const Amount& amount, double seconds) {
+    ProgressWords words;
+    words.Take({0, amount.total, amount.counted}, 0);
+    return words.Take(amount, seconds).value_or(QString());
 }
 
 void TakeSmallForms(const Camera& camera, FormsUser& user, Principale& form) {
@@ -151,6 +165,8 @@ void TakeSmallForms(const Camera& camera, FormsUser& user, Principale& form) {
     progress.setWindowTitle(Caption(msg::kFullCaption));
     progress.Label_Info->setText(Caption(msg::kFullCopying, {core::profile.TrleFolder}));
     progress.ProgressBar1->setValue(42);
+    constexpr double kMegabyte = 1024 * 1024;
+    progress.Label_Amount->setText(WordsOf({101 * kMegabyte, 240 * kMegabyte, Counted::Bytes}, 38));
     progress.show();
     camera.Take(&progress, "dialog_progress");
     progress.hide();
@@ -158,6 +174,7 @@ void TakeSmallForms(const Camera& camera, FormsUser& user, Principale& form) {
     zip.setWindowTitle(Caption(msg::kDecompressCaption));
     zip.Label_Info->setText(Caption(msg::kUnzippingFile, {"harbour.tr4.zl"}));
     zip.ZlibTool1->setValue(65);
+    zip.Label_Amount->setText(WordsOf({13, 20, Counted::Items}, 2));
     zip.show();
     camera.Take(&zip, "dialog_zip");
     zip.hide();
@@ -190,6 +207,7 @@ void TakeLevelForms(const Camera& camera, Principale& form) {
     progress.ImpostaValori(true);
     progress.setWindowTitle(Caption(msg::kAddUnzipping, {"Clockwork Pass.zip"}));
     progress.ProgressBar1->setValue(58);
+    progress.Label_Amount->setText(WordsOf({58, 100, Counted::Nothing}, 22));
     progress.show();
     camera.Take(&progress, "dialog_progress_stop");
     progress.hide();

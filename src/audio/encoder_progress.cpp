@@ -10,7 +10,7 @@ void GestioneMadPlay(LineProgress& progress, const std::string& line, bool reset
     if (ResetLines(progress, reset, stop) || line.size() < kTimeLength || line[3] != ':' || line[6] != ':')
         return;
     progress.done = kSecondsAMinute * LeadingNumber(line.substr(4, 2)) + LeadingNumber(line.substr(7, 2));
-    ProgressPercent(progress.bar, progress.done, progress.total);
+    ProgressPercent(progress.bar, progress.done, progress.total, Counted::Nothing);
 }
 
 void GestioneLame(LineProgress& progress, const std::string& line, bool reset, bool& stop) {
@@ -19,7 +19,8 @@ void GestioneLame(LineProgress& progress, const std::string& line, bool reset, b
     const std::size_t end = line.find("%)");
     const std::size_t start = end == std::string::npos ? end : line.rfind('(', end);
     if (start != std::string::npos)
-        ProgressPercent(progress.bar, LeadingNumber(line.substr(start + 1, end - start - 1)), kWhole);
+        ProgressPercent(progress.bar, LeadingNumber(line.substr(start + 1, end - start - 1)), kWhole,
+                        Counted::Nothing);
 }
 
 } // namespace kelvash::audio

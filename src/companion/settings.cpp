@@ -61,6 +61,10 @@ void ChooseGraphicsProgram(Settings& settings) {
     if (chosen && core::CheckPath(*chosen)) settings.Edited.GraphicsProgram = *chosen;
 }
 
+bool MinutesAreNumber(const Settings& settings) {
+    return TypedMinutes(settings).has_value();
+}
+
 bool ApplySettings(const Settings& settings) {
     const std::optional<std::int32_t> minutes = TypedMinutes(settings);
     if (!minutes) {

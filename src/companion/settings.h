@@ -35,6 +35,8 @@ void ChooseTrleFolder(Settings& settings);
 void ChooseDownloadFolder(Settings& settings);
 void ChooseGraphicsProgram(Settings& settings);
 
+// True if the minutes are a number, or what stood there before.
+[[nodiscard]] bool MinutesAreNumber(const Settings& settings);
 // Puts the settings into the profile and the watcher's interval into the session, and reads the joystick's
 // rest position if it is enabled. Fields of the profile that are no settings are left alone, and so is the
 // number of savegames when they aren't archived. False, after a message and with nothing changed, if the

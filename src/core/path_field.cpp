@@ -27,8 +27,12 @@ bool CheckPath(std::string_view path) {
     return false;
 }
 
+bool CanKeepText(std::string_view text, std::size_t width) {
+    return FitText(text, width) == text;
+}
+
 bool CheckText(std::string_view text, std::size_t width) {
-    if (FitText(text, width) == text) return true;
+    if (CanKeepText(text, width)) return true;
     const bool is_known = Utf8FromAnsi(AnsiFromUtf8(text)) == text;
     TellCritical(is_known ? LoadMessage(msg::kTextLength, {std::to_string(width), std::string(text)})
                           : LoadMessage(msg::kTextCharacters, {std::string(text)}));

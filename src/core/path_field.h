@@ -21,7 +21,9 @@ inline constexpr std::size_t kLineWidth = 256;
 MessageText FaultOfPath(std::string_view path);
 // The same as CanKeepPath; tells the fault.
 [[nodiscard]] bool CheckPath(std::string_view path);
-// True if a field of that width gives a trimmed text back as it is; tells the fault otherwise.
+// True if a field of that width gives a trimmed text back as it is.
+[[nodiscard]] bool CanKeepText(std::string_view text, std::size_t width);
+// The same; tells the fault.
 [[nodiscard]] bool CheckText(std::string_view text, std::size_t width);
 
 } // namespace kelvash::core

@@ -73,7 +73,8 @@ bool CopyTreeWith(std::string_view source, std::string_view destination, Bar* ba
             TellCritical(LoadMessage(failure, {file}) + target + "'");
             return false;
         }
-        if (bar != nullptr) ProgressPercent(*bar, static_cast<double>(done), static_cast<double>(total));
+        if (bar != nullptr)
+            ProgressPercent(*bar, static_cast<double>(done), static_cast<double>(total), Counted::Bytes);
     }
     return true;
 }

@@ -120,8 +120,9 @@ bool AskYesNo(MessageStyle style, const MessageText& text) {
     return TheUser().Ask(Buttons::YesNo, style, text) == Answer::Yes;
 }
 
-void ProgressPercent(Bar& bar, double done, double total) {
+void ProgressPercent(Bar& bar, double done, double total, Counted counted) {
     if (total <= 0) total = 1;
+    TheUser().SetAmount(bar.place, {std::clamp(done, 0.0, total), total, counted});
     // The product first: 29 of 100 as a quotient is a little less than 0.29.
     const int percent = static_cast<int>(std::clamp(done, 0.0, total) * 100 / total);
     if (percent == bar.percent) {

@@ -33,6 +33,14 @@ struct FileDialog {
 // CallerForm the form on top that has a label and a bar for its jobs, nowhere if none is open.
 enum class BarPlace { ProgressDialog, StoppableDialog, ZipDialog, WaitDialog, MainWindow, CallerForm };
 
+// What a bar counts, and how far it is. Nothing: parts that say nothing to a user.
+enum class Counted { Nothing, Items, Bytes };
+struct Amount {
+    double done = 0;
+    double total = 0;
+    Counted counted = Counted::Nothing;
+};
+
 // A progress bar as the logic holds it; `percent` is what it shows.
 struct Bar {
     BarPlace place = BarPlace::ProgressDialog;
@@ -67,6 +75,8 @@ class User {
     virtual void CloseProgress(BarPlace dialog) = 0;
     virtual void SetLabel(BarPlace place, const std::string& text) = 0;
     virtual void SetBar(BarPlace place, int percent) = 0;
+    // Told with each step, before the bar.
+    virtual void SetAmount(BarPlace, const Amount&) {}
 
     // The list of levels, the title or the selection has changed: core/level_list.h holds what to show.
     virtual void LevelListChanged() = 0;
@@ -109,7 +119,7 @@ template <FormRecord Record>
 
 // Sets a bar to the whole percentage of done in total, and looks after the interface. A total of 0 counts as
 // 1, done above total as total. The bar is only redrawn on a change.
-void ProgressPercent(Bar& bar, double done, double total);
+void ProgressPercent(Bar& bar, double done, double total, Counted counted = Counted::Items);
 
 // --- jobs ---
 

@@ -18,7 +18,6 @@ namespace {
 
 // Bytes that are one too many, as the texts of these fields are counted in their files.
 constexpr std::size_t kListTooLong = 256;
-constexpr std::size_t kNameTooLong = 80;
 
 std::vector<std::string> ItemsOf(const std::string& list) {
     std::vector<std::string> items;
@@ -120,7 +119,7 @@ bool StoreAuthorNotes(const AuthorNotes& notes) {
     const std::string name(Trim(notes.Name));
     if (!Fits(emails, kListTooLong, msg::kAutoreEmailsLong) ||
         !Fits(sites, kListTooLong, msg::kAutoreSitesLong) ||
-        !Fits(name, kNameTooLong, msg::kAutoreNameLong) ||
+        !Fits(name, kLongestAuthor + 1, msg::kAutoreNameLong) ||
         !Fits(notes.Note, kListTooLong, msg::kAutoreNoteLong))
         return false;
     const core::Change change(msg::kDoingAuthor, core::kArchiveFolder, notes.Code);

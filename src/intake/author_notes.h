@@ -1,11 +1,15 @@
 // What a level's record says of its author, while it is shown and edited.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 namespace kelvash::intake {
+
+// Letters of a name.
+inline constexpr std::size_t kLongestAuthor = 79;
 
 struct AuthorNotes {
     std::int32_t Code = -1; // of the level

@@ -300,19 +300,21 @@ bool CreateBackup(bool force_full) {
     return MakeBackup(force_full, FormerOf(Former::Merged));
 }
 
-void RefreshFullBackup() {
+bool RefreshFullBackup() {
     const core::Change change(msg::kDoingRefreshBackup, core::kHomeFolder | core::kTrleFolder);
-    if (!change) return;
+    if (!change) return false;
     FinishBackup();
-    if (!IsOriginal(MessageStyle::Exclamation, msg::kBackupRefreshLevelIsIn)) return;
+    if (!IsOriginal(MessageStyle::Exclamation, msg::kBackupRefreshLevelIsIn)) return false;
     const std::optional<bool> remove_old = AskRemoval();
-    if (!remove_old) return;
+    if (!remove_old) return false;
     TheUser().SetLabel(BarPlace::MainWindow, LoadMessage(msg::kCopyingBackup));
-    if (!MakeBackup(true, FormerOf(*remove_old ? Former::Dropped : Former::Merged))) {
+    const bool made = MakeBackup(true, FormerOf(*remove_old ? Former::Dropped : Former::Merged));
+    if (!made) {
         core::RefreshLevelList();
         if (!TheUser().StopRequested()) TellCritical(LoadMessage(msg::kErrorFullBackup) + BackupFolder());
     }
     core::ClearProgress();
+    return made;
 }
 
 } // namespace kelvash::swap

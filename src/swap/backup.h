@@ -62,7 +62,8 @@ std::string AskOriginalConfiguration();
 // Tells that nothing says whether a level's files are in TRLE, so that no backup can be made of it.
 void TellContentUnknown();
 
-// The command "Create\Refresh full backup", with the main window's label and bar.
-void RefreshFullBackup();
+// The command "Create\Refresh full backup", with the main window's label and bar. True if it was made; a
+// failure is told.
+bool RefreshFullBackup();
 
 } // namespace kelvash::swap

@@ -7,6 +7,7 @@
 
 #include "ui/Dialog_Autore_messages.h"
 #include "ui/form_kit.h"
+#include "ui/text_faults.h"
 
 namespace kelvash::ui {
 
@@ -69,6 +70,8 @@ void Dialog_Autore::Set_Caption_Texts() {
                        {Pul_Help, msg::kAutoreHelp},
                        {Pul_Ok, msg::kAutoreOk},
                        {Pul_Cancel, msg::kAutoreCancel},
+                       ControlCaption::WhatGoes(Pul_DelEmail, msg::kAutoreGoesEmail),
+                       ControlCaption::WhatGoes(Pul_DelSito, msg::kAutoreGoesSite),
                        ControlCaption::Spoken(Pul_NewEmail, msg::kAutoreSpokenNewEmail),
                        ControlCaption::Spoken(Pul_ChangeEmail, msg::kAutoreSpokenChangeEmail),
                        ControlCaption::Spoken(Pul_DelEmail, msg::kAutoreSpokenDelEmail),
@@ -81,6 +84,9 @@ void Dialog_Autore::Lay() {
     auto* const grid = new QGridLayout;
     grid->addWidget(Label_NomeAutore, 0, 0);
     grid->addWidget(Text_NomeAutore, 0, 1);
+    grid->addWidget(Note_Fields, 1, 1);
+    Note_Fields->Watch(Text_NomeAutore,
+                       [](const QString& typed) { return FaultOfText(typed, intake::kLongestAuthor); });
     const auto list = [grid](int row, QLabel* label, QComboBox* combo,
                              std::initializer_list<QPushButton*> buttons) {
         auto* const line = new QHBoxLayout;
@@ -91,10 +97,10 @@ void Dialog_Autore::Lay() {
         grid->addWidget(combo, row, 1);
         grid->addLayout(line, row + 1, 1);
     };
-    list(1, Label_Email, Combo_Email, {Pul_NewEmail, Pul_ChangeEmail, Pul_DelEmail, Pul_SendMail});
-    list(3, Label_Siti, Combo_Siti, {Pul_New_Sito, Pul_ModSito, Pul_DelSito, Pul_GoSito});
-    grid->addWidget(Label_NoteAutore, 5, 0, Qt::AlignTop);
-    grid->addWidget(Text_NoteAutore, 5, 1);
+    list(2, Label_Email, Combo_Email, {Pul_NewEmail, Pul_ChangeEmail, Pul_DelEmail, Pul_SendMail});
+    list(4, Label_Siti, Combo_Siti, {Pul_New_Sito, Pul_ModSito, Pul_DelSito, Pul_GoSito});
+    grid->addWidget(Label_NoteAutore, 6, 0, Qt::AlignTop);
+    grid->addWidget(Text_NoteAutore, 6, 1);
     grid->setColumnStretch(1, 1);
     auto* const layout = new QVBoxLayout(this);
     layout->addLayout(grid);

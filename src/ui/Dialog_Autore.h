@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "intake/author_notes.h"
+#include "ui/field_note.h"
 #include "ui/form_support.h"
 
 namespace kelvash::ui {
@@ -27,6 +28,7 @@ class Dialog_Autore final : public QDialog {
 
     QLabel* const Label_NomeAutore = Make<QLabel>(this, "Label_NomeAutore");
     QLineEdit* const Text_NomeAutore = Make<QLineEdit>(this, "Text_NomeAutore");
+    FieldNote* const Note_Fields = Make<FieldNote>(this, "Note_Fields");
     QLabel* const Label_Email = Make<QLabel>(this, "Label_Email");
     QComboBox* const Combo_Email = Make<QComboBox>(this, "Combo_Email");
     QPushButton* const Pul_NewEmail = Make<QPushButton>(this, "Pul_NewEmail");

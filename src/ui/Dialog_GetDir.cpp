@@ -109,6 +109,8 @@ Dialog_GetDir::Dialog_GetDir(QWidget* parent) : QDialog(parent) {
     connect(Dir1, &QTreeWidget::currentItemChanged, this, [this](const QTreeWidgetItem* item) {
         if (item != nullptr) SetFolder(PathOf(item));
     });
+    Note_Fields->Watch(Text_PathDir, [this](const QString& typed) { return FaultOfTypedPath(typed); });
+    Note_Fields->Watch(Text_Path, [this](const QString& typed) { return FaultOfNewName(typed); });
     connect(Pul_NuovaCartella, &QPushButton::clicked, this, &Dialog_GetDir::NewFolder);
     connect(Pul_Ok, &QPushButton::clicked, this, &Dialog_GetDir::Accept);
     connect(Pul_Cancel, &QPushButton::clicked, this, &Dialog_GetDir::reject);
@@ -136,8 +138,9 @@ void Dialog_GetDir::Lay() {
     fields->addWidget(Label_Path, 3, 0);
     fields->addWidget(Text_Path, 3, 1);
     fields->addWidget(Pul_NuovaCartella, 3, 2);
-    fields->setRowMinimumHeight(4, fontMetrics().height() / 2);
-    fields->addLayout(FootRow(this, {Pul_Help, HelpMark::ChooseFolder, Pul_Ok, Pul_Cancel}), 5, 0, 1, 3);
+    fields->addWidget(Note_Fields, 4, 1, 1, 2);
+    fields->setRowMinimumHeight(5, fontMetrics().height() / 2);
+    fields->addLayout(FootRow(this, {Pul_Help, HelpMark::ChooseFolder, Pul_Ok, Pul_Cancel}), 6, 0, 1, 3);
     fields->setRowStretch(1, 1);
     fields->setColumnStretch(1, 1);
     Dir1->setHeaderHidden(true);
@@ -274,6 +277,18 @@ bool Dialog_GetDir::TakeTypedPath() {
     }
     TellCritical(LoadMessage(msg::kGetDirMissing) + (path.empty() ? typed : path));
     return false;
+}
+
+QString Dialog_GetDir::FaultOfTypedPath(const QString& typed) const {
+    const std::string path = TypedPath(ToUtf8(typed), folder_);
+    return path.empty() || FolderExists(path) ? QString() : Caption(msg::kGetDirNoteMissing);
+}
+
+QString Dialog_GetDir::FaultOfNewName(const QString& typed) const {
+    const std::string name(Trim(ToUtf8(typed)));
+    if (name.empty()) return {};
+    if (!IsFolderName(name)) return Caption(msg::kGetDirNoteLetters);
+    return FolderExists(folder_ + "\\" + name) ? Caption(msg::kGetDirNoteTaken) : QString();
 }
 
 void Dialog_GetDir::NewFolder() {

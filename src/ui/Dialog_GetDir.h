@@ -14,6 +14,7 @@
 #include <QTreeWidget>
 #include <string>
 
+#include "ui/field_note.h"
 #include "ui/form_support.h"
 
 namespace kelvash::ui {
@@ -38,6 +39,7 @@ class Dialog_GetDir final : public QDialog {
     QLineEdit* const Text_PathDir = Make<QLineEdit>(this, "Text_PathDir");
     QLabel* const Label_Path = Make<QLabel>(this, "Label_Path");
     QLineEdit* const Text_Path = Make<QLineEdit>(this, "Text_Path");
+    FieldNote* const Note_Fields = Make<FieldNote>(this, "Note_Fields");
     QPushButton* const Pul_NuovaCartella = Make<QPushButton>(this, "Pul_NuovaCartella");
     QPushButton* const Pul_Help = Make<QPushButton>(this, "Pul_Help");
     QPushButton* const Pul_Ok = Make<QPushButton>(this, "Pul_Ok");
@@ -56,6 +58,8 @@ class Dialog_GetDir final : public QDialog {
     void SetFolder(const std::string& path);
     bool TakeKey(const QObject* watched, int key);
     bool TakeTypedPath();
+    QString FaultOfTypedPath(const QString& typed) const;
+    QString FaultOfNewName(const QString& typed) const;
     void NewFolder();
     void Accept();
     std::string FolderToStart(const std::string& start) const;

@@ -6,6 +6,7 @@
 
 #include "ui/Dialog_InputTesto_messages.h"
 #include "ui/form_kit.h"
+#include "ui/look.h"
 
 namespace kelvash::ui {
 
@@ -29,6 +30,7 @@ void Dialog_InputTesto::Set_Caption_Texts() {
                        {Pul_Svuota, msg::kInputClear},
                        {Pul_Ok, msg::kInputOk},
                        {Pul_Annulla, msg::kInputCancel},
+                       ControlCaption::WhatGoes(Pul_Svuota, msg::kInputGoes),
                        ControlCaption::Spoken(Text1, msg::kInputText)});
 }
 
@@ -39,6 +41,7 @@ void Dialog_InputTesto::Lay() {
     Text1->setTabChangesFocus(true);
     Text1->setFocus();
     Pul_Ok->setDefault(true);
+    SetMainAction(Pul_Ok);
     const int letter = fontMetrics().averageCharWidth();
     Text1->setMinimumSize(letter * 40, fontMetrics().lineSpacing() * 4);
     resize(letter * 70, fontMetrics().lineSpacing() * 16);

@@ -6,6 +6,7 @@
 #include "foundation/drives.h"
 #include "ui/Dialog_InsertCd_messages.h"
 #include "ui/form_kit.h"
+#include "ui/look.h"
 
 namespace kelvash::ui {
 
@@ -22,6 +23,7 @@ Dialog_InsertCd::Dialog_InsertCd(QWidget* parent) : QDialog(parent) {
     layout->addLayout(FootRow({}, {Pul_Ok, Pul_Cancel}));
     layout->setSpacing(fontMetrics().height());
     Pul_Ok->setDefault(true);
+    SetMainAction(Pul_Ok);
     layout->addStrut(fontMetrics().averageCharWidth() * 48);
     connect(Pul_Ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(Pul_Cancel, &QPushButton::clicked, this, &QDialog::reject);

@@ -6,6 +6,7 @@
 #include "ui/Dialog_NewArc_messages.h"
 #include "ui/form_kit.h"
 #include "ui/help.h"
+#include "ui/look.h"
 
 namespace kelvash::ui {
 
@@ -18,6 +19,7 @@ Dialog_NewArc::Dialog_NewArc(QWidget* parent) : QDialog(parent) {
     layout->setSpacing(fontMetrics().height());
     Label_Info->setWordWrap(true);
     Pul_New->setDefault(true);
+    SetMainAction(Pul_New);
     layout->addStrut(fontMetrics().averageCharWidth() * 70);
     for (QPushButton* button : {Pul_New, Pul_Load})
         connect(button, &QPushButton::clicked, this, [this, button] {

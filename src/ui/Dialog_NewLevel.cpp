@@ -6,17 +6,17 @@
 #include <QKeyEvent>
 #include <QVBoxLayout>
 
+#include "core/path_field.h"
 #include "foundation/path.h"
 #include "ui/Dialog_NewLevel_messages.h"
 #include "ui/dropped_files.h"
 #include "ui/form_kit.h"
 #include "ui/forms_user.h"
+#include "ui/text_faults.h"
 
 namespace kelvash::ui {
 
 namespace {
-
-constexpr int kNameWidth = 256; // characters of the record's fields
 
 // Takes zips, folders or files into a level.
 void AddSources(intake::NewLevel& level, const std::vector<std::string>& sources) {
@@ -53,6 +53,8 @@ void Dialog_NewLevel::Set_Caption_Texts() {
                        {Pul_Help, msg::kNewLevelHelp},
                        {Pul_Ok, msg::kNewLevelOk},
                        {Pul_Cancel, msg::kNewLevelCancel},
+                       ControlCaption::WhatGoes(Pul_Remove, msg::kNewLevelGoesFile),
+                       ControlCaption::WhatGoes(Pul_RimuoviTutti, msg::kNewLevelGoesAll),
                        ControlCaption::Spoken(List_Files, msg::kNewLevelSpokenFiles)});
 }
 
@@ -79,11 +81,17 @@ QLayout* Dialog_NewLevel::LayFields() {
     grid->addWidget(Text_NameLevel, 0, 1);
     grid->addWidget(Label_Note, 1, 0);
     grid->addWidget(Text_Note, 1, 1);
-    grid->addWidget(Label_MoreInfo, 2, 0);
-    grid->addWidget(Combo_MoreInfo, 2, 1);
+    grid->addWidget(Note_Fields, 2, 1);
+    grid->addWidget(Label_MoreInfo, 3, 0);
+    grid->addWidget(Combo_MoreInfo, 3, 1);
     grid->setColumnStretch(1, 1);
-    Text_NameLevel->setMaxLength(kNameWidth);
-    Text_Note->setMaxLength(kNameWidth);
+    Text_NameLevel->setMaxLength(core::kLineWidth);
+    Text_Note->setMaxLength(core::kLineWidth);
+    Note_Fields->Watch(Text_NameLevel, [](const QString& typed) {
+        return typed.trimmed().isEmpty() ? Caption(msg::kNewLevelNoName)
+                                         : FaultOfText(typed, core::kLineWidth);
+    });
+    Note_Fields->Watch(Text_Note, [](const QString& typed) { return FaultOfText(typed, core::kLineWidth); });
     Combo_MoreInfo->setMinimumContentsLength(20); // long names of files don't widen the form
     Combo_MoreInfo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     return grid;

@@ -12,6 +12,7 @@
 #include <functional>
 
 #include "intake/new_level.h"
+#include "ui/field_note.h"
 #include "ui/form_support.h"
 #include "ui/job_door.h"
 
@@ -36,6 +37,7 @@ class Dialog_NewLevel final : public QDialog {
     QLineEdit* const Text_NameLevel = Make<QLineEdit>(this, "Text_NameLevel");
     QLabel* const Label_Note = Make<QLabel>(this, "Label_Note");
     QLineEdit* const Text_Note = Make<QLineEdit>(this, "Text_Note");
+    FieldNote* const Note_Fields = Make<FieldNote>(this, "Note_Fields");
     QLabel* const Label_MoreInfo = Make<QLabel>(this, "Label_MoreInfo");
     QComboBox* const Combo_MoreInfo = Make<QComboBox>(this, "Combo_MoreInfo");
     QGroupBox* const Frame_Files = Make<QGroupBox>(this, "Frame_Files");

@@ -47,7 +47,8 @@ void Dialog_PrefArc::Lay() {
     layout->addStretch();
     layout->addSpacing(fontMetrics().height() / 2);
     layout->addLayout(FootRow(this, {Pul_Help, HelpMark::ArchivePreferences, Pul_Ok, Pul_Cancel}));
-    Label_Info->setWordWrap(true);
+    Explain(Label_Info);
+    Explain(Label_Mp3)->setWordWrap(false);
     layout->addStrut(fontMetrics().averageCharWidth() * 76);
 }
 

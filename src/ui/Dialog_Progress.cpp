@@ -4,6 +4,7 @@
 
 #include "ui/Dialog_Progress_messages.h"
 #include "ui/form_kit.h"
+#include "ui/look.h"
 
 namespace kelvash::ui {
 
@@ -14,7 +15,9 @@ Dialog_Progress::Dialog_Progress(QWidget* parent) : QDialog(parent) {
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(Label_Info);
     layout->addWidget(ProgressBar1);
-    layout->addWidget(Pul_Stop, 0, Qt::AlignRight);
+    layout->addLayout(FootRow({Label_Amount}, {Pul_Stop}));
+    SetExplaining(Label_Amount);
+    Label_Amount->setMinimumHeight(Label_Amount->fontMetrics().height()); // with words or without
     Pul_Stop->hide();
     connect(Pul_Stop, &QPushButton::clicked, this, [this] {
         Pul_Stop->setEnabled(false);

@@ -26,6 +26,8 @@ class Dialog_Progress final : public QDialog {
 
     QLabel* const Label_Info = Make<QLabel>(this, "Label_Info");
     QProgressBar* const ProgressBar1 = Make<QProgressBar>(this, "ProgressBar1");
+    // What is done, of how much, and how long still.
+    QLabel* const Label_Amount = Make<QLabel>(this, "Label_Amount");
     QPushButton* const Pul_Stop = Make<QPushButton>(this, "Pul_Stop");
 
   Q_SIGNALS:

@@ -8,6 +8,7 @@
 #include "ui/Dialog_Restore_messages.h"
 #include "ui/form_kit.h"
 #include "ui/forms_user.h"
+#include "ui/look.h"
 
 namespace kelvash::ui {
 
@@ -29,7 +30,8 @@ void Dialog_Restore::Set_Caption_Texts() {
                        {Pul_Full, msg::kRestoreFull},
                        {Label_Full, msg::kRestoreFullText},
                        {Pul_Cancel, msg::kRestoreCancel},
-                       {Pul_Help, msg::kRestoreHelp}});
+                       {Pul_Help, msg::kRestoreHelp},
+                       ControlCaption::WhatGoes(Pul_Full, msg::kRestoreGoes)});
 }
 
 void Dialog_Restore::Lay() {
@@ -46,9 +48,11 @@ void Dialog_Restore::Lay() {
     layout->addWidget(Label_Info);
     layout->addWidget(ProgressBar1);
     layout->addLayout(FootRow(this, {Pul_Help, HelpMark::Restore, nullptr, Pul_Cancel}));
-    for (QLabel* label : {Label_Fast, Label_Full, Label_Info})
-        label->setWordWrap(true);
+    for (QLabel* label : {Label_Fast, Label_Full})
+        Explain(label);
+    Label_Info->setWordWrap(true);
     Pul_Fast->setDefault(true);
+    SetMainAction(Pul_Fast);
     layout->addStrut(fontMetrics().averageCharWidth() * 92);
 }
 
@@ -63,9 +67,9 @@ void Dialog_Restore::reject() {
 
 void Dialog_Restore::Fast() {
     SetRunning(true);
-    const bool restored = swap::FastRestore();
+    Restored = swap::FastRestore();
     SetRunning(false);
-    if (restored)
+    if (Restored)
         accept();
     else
         Pul_Fast->setFocus(); // greyed, it had lost the keyboard
@@ -74,7 +78,7 @@ void Dialog_Restore::Fast() {
 void Dialog_Restore::Full() {
     SetRunning(true);
     Bar bar{BarPlace::CallerForm, -1};
-    swap::FullRestore(bar, false);
+    Restored = swap::FullRestore(bar, false);
     SetRunning(false);
     accept();
 }

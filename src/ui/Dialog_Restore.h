@@ -23,6 +23,8 @@ class Dialog_Restore final : public QDialog {
     // Closing is refused while a restore runs.
     void reject() override;
 
+    bool Restored = false; // a restore has been carried out
+
     QLabel* const Label_Choose = Make<QLabel>(this, "Label_Choose");
     QPushButton* const Pul_Fast = Make<QPushButton>(this, "Pul_Fast");
     QLabel* const Label_Fast = Make<QLabel>(this, "Label_Fast");

@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "foundation/files.h"
 #include "foundation/text.h"
 #include "ui/Dialog_Settings_messages.h"
 #include "ui/form_kit.h"
@@ -75,9 +76,11 @@ void Dialog_Settings::Set_Caption_Texts() {
                        {Pul_SetJoy, msg::kSettingsSetJoy},
                        {Frame_Archive, msg::kSettingsArchive},
                        {Check_AutoSave, msg::kSettingsAutoSave},
+                       {Label_AutoSave, msg::kSettingsAboutAutoSave},
                        {Check_TestCOntrollaUguali, msg::kSettingsCheckEqual},
                        {Check_NoAutoCompila, msg::kSettingsNoAutoCompile},
                        {Check_NonDecomprimere, msg::kSettingsNoDecompress},
+                       {Label_NonDecomprimere, msg::kSettingsAboutDecompress},
                        {Check_AggiornamentoUrl, msg::kSettingsUrlUpdate},
                        {Pul_Help, msg::kSettingsHelp},
                        {Pul_Ok, msg::kSettingsOk},
@@ -111,6 +114,7 @@ void Dialog_Settings::LayFolders() {
         grid->addWidget(button, row, 2);
     };
     line(Label_TitlePathTrle, Label_PathTrle, Pul_SfogliaPathTrle);
+    grid->addWidget(Note_Trle, grid->rowCount(), 1, 1, 2);
     line(Label_TitleLoadDir, Label_DefaultLoadDir, Pul_SfogliaLoadDir);
     line(Label_TitleEditor, Label_EditorGrafico, Pul_ScegliEditor);
     grid->addWidget(Label_TitleBackup, grid->rowCount(), 0);
@@ -126,6 +130,11 @@ void Dialog_Settings::LayPlaying() {
     rows->addWidget(Check_VerifyImage);
     rows->addLayout(Line({Check_ArchiviaSavegame, Combo_NSavegame, Label_NSavegame}));
     rows->addLayout(Line({Label_Associate, Text_MinutiDifferenza, Label_Minutes}));
+    rows->addWidget(Note_Minutes);
+    Note_Minutes->Watch(Text_MinutiDifferenza, [this](const QString& typed) {
+        settings_.Minutes = ToUtf8(typed);
+        return companion::MinutesAreNumber(settings_) ? QString() : Caption(msg::kSettingsNoteMinutes);
+    });
     rows->addLayout(Line({Label_Interval, Combo_Decimi}));
     rows->addLayout(Line({Check_EnableJoystick, Pul_SetJoy}));
     Combo_NSavegame->setMaxVisibleItems(companion::kMostSavegamesToChoose);
@@ -135,10 +144,12 @@ void Dialog_Settings::LayPlaying() {
 void Dialog_Settings::LayArchive() {
     auto* const grid = new QGridLayout(Frame_Archive);
     grid->addWidget(Check_AutoSave, 0, 0);
-    grid->addWidget(Check_TestCOntrollaUguali, 1, 0);
-    grid->addWidget(Check_NoAutoCompila, 2, 0);
+    grid->addWidget(Explain(Label_AutoSave, Check_AutoSave), 1, 0);
+    grid->addWidget(Check_TestCOntrollaUguali, 2, 0);
+    grid->addWidget(Check_NoAutoCompila, 3, 0);
     grid->addWidget(Check_NonDecomprimere, 0, 1);
-    grid->addWidget(Check_AggiornamentoUrl, 1, 1);
+    grid->addWidget(Explain(Label_NonDecomprimere, Check_NonDecomprimere), 1, 1);
+    grid->addWidget(Check_AggiornamentoUrl, 2, 1);
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
 }
@@ -176,6 +187,8 @@ void Dialog_Settings::ShowPaths() {
     show(Label_PathTrle, settings_.Edited.TrleFolder);
     show(Label_DefaultLoadDir, settings_.Edited.DownloadFolder);
     show(Label_EditorGrafico, settings_.Edited.GraphicsProgram);
+    const std::string trle(Trim(settings_.Edited.TrleFolder));
+    Note_Trle->Say(trle.empty() || FolderExists(trle) ? QString() : Caption(msg::kSettingsNoteTrle));
 }
 
 void Dialog_Settings::Accept() {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "companion/settings.h"
+#include "ui/field_note.h"
 #include "ui/form_support.h"
 #include "ui/path_label.h"
 
@@ -32,6 +33,7 @@ class Dialog_Settings final : public QDialog {
     QLabel* const Label_TitlePathTrle = Make<QLabel>(this, "Label_TitlePathTrle");
     PathLabel* const Label_PathTrle = Make<PathLabel>(this, "Label_PathTrle");
     QPushButton* const Pul_SfogliaPathTrle = Make<QPushButton>(this, "Pul_SfogliaPathTrle");
+    FieldNote* const Note_Trle = Make<FieldNote>(this, "Note_Trle");
     QLabel* const Label_TitleLoadDir = Make<QLabel>(this, "Label_TitleLoadDir");
     PathLabel* const Label_DefaultLoadDir = Make<PathLabel>(this, "Label_DefaultLoadDir");
     QPushButton* const Pul_SfogliaLoadDir = Make<QPushButton>(this, "Pul_SfogliaLoadDir");
@@ -50,6 +52,7 @@ class Dialog_Settings final : public QDialog {
     QLabel* const Label_NSavegame = Make<QLabel>(this, "Label_NSavegame");
     QLabel* const Label_Associate = Make<QLabel>(this, "Label_Associate");
     QLineEdit* const Text_MinutiDifferenza = Make<QLineEdit>(this, "Text_MinutiDifferenza");
+    FieldNote* const Note_Minutes = Make<FieldNote>(this, "Note_Minutes");
     QLabel* const Label_Minutes = Make<QLabel>(this, "Label_Minutes");
     QLabel* const Label_Interval = Make<QLabel>(this, "Label_Interval");
     QComboBox* const Combo_Decimi = Make<QComboBox>(this, "Combo_Decimi");
@@ -58,9 +61,11 @@ class Dialog_Settings final : public QDialog {
 
     QGroupBox* const Frame_Archive = Make<QGroupBox>(this, "Frame_Archive");
     QCheckBox* const Check_AutoSave = Make<QCheckBox>(this, "Check_AutoSave");
+    QLabel* const Label_AutoSave = Make<QLabel>(this, "Label_AutoSave");
     QCheckBox* const Check_TestCOntrollaUguali = Make<QCheckBox>(this, "Check_TestCOntrollaUguali");
     QCheckBox* const Check_NoAutoCompila = Make<QCheckBox>(this, "Check_NoAutoCompila");
     QCheckBox* const Check_NonDecomprimere = Make<QCheckBox>(this, "Check_NonDecomprimere");
+    QLabel* const Label_NonDecomprimere = Make<QLabel>(this, "Label_NonDecomprimere");
     QCheckBox* const Check_AggiornamentoUrl = Make<QCheckBox>(this, "Check_AggiornamentoUrl");
 
     QPushButton* const Pul_Help = Make<QPushButton>(this, "Pul_Help");

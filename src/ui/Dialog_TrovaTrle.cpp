@@ -1,5 +1,6 @@
 #include "ui/Dialog_TrovaTrle.h"
 
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -33,10 +34,12 @@ void Dialog_TrovaTrle::Set_Caption_Texts() {
 }
 
 void Dialog_TrovaTrle::Lay() {
-    auto* const choice = new QHBoxLayout;
-    choice->addWidget(Label_Title);
-    choice->addWidget(Label_Path, 1);
-    choice->addWidget(Pul_Sfoglia);
+    auto* const choice = new QGridLayout;
+    choice->addWidget(Label_Title, 0, 0);
+    choice->addWidget(Label_Path, 0, 1);
+    choice->addWidget(Pul_Sfoglia, 0, 2);
+    choice->addWidget(Note_Path, 1, 1, 1, 2);
+    choice->setColumnStretch(1, 1);
     auto* const set_up = new QHBoxLayout;
     set_up->addWidget(Pul_InstallTrleCD);
     set_up->addWidget(Pul_InstallCompresso);
@@ -60,6 +63,8 @@ void Dialog_TrovaTrle::ImpostaValori(const trle::TrleFolderChoice& choice) {
 
 void Dialog_TrovaTrle::ShowFolder() {
     Label_Path->setText(Folder.empty() ? Caption(msg::kTrovaNone) : FromUtf8(Folder));
+    const bool fits = Folder.empty() || trle::CheckTrleFolder(Folder, false);
+    Note_Path->Say(fits ? QString() : Caption(msg::kTrovaNoteUnfit));
     Pul_Ok->setEnabled(!Folder.empty());
     (Folder.empty() ? Pul_Sfoglia : Pul_Ok)->setDefault(true);
     (Folder.empty() ? Pul_Sfoglia : Pul_Ok)->setFocus();

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "trle/find_trle.h"
+#include "ui/field_note.h"
 #include "ui/form_support.h"
 
 namespace kelvash::ui {
@@ -24,6 +25,7 @@ class Dialog_TrovaTrle final : public QDialog {
     QLabel* const Label_Info = Make<QLabel>(this, "Label_Info");
     QLabel* const Label_Title = Make<QLabel>(this, "Label_Title");
     QLabel* const Label_Path = Make<QLabel>(this, "Label_Path");
+    FieldNote* const Note_Path = Make<FieldNote>(this, "Note_Path");
     QPushButton* const Pul_Sfoglia = Make<QPushButton>(this, "Pul_Sfoglia");
     QPushButton* const Pul_InstallTrleCD = Make<QPushButton>(this, "Pul_InstallTrleCD");
     QPushButton* const Pul_InstallCompresso = Make<QPushButton>(this, "Pul_InstallCompresso");

@@ -4,6 +4,7 @@
 
 #include "ui/Dialog_Zip_messages.h"
 #include "ui/form_kit.h"
+#include "ui/look.h"
 
 namespace kelvash::ui {
 
@@ -14,6 +15,9 @@ Dialog_Zip::Dialog_Zip(QWidget* parent) : QDialog(parent) {
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(Label_Info);
     layout->addWidget(ZlibTool1);
+    layout->addWidget(Label_Amount);
+    SetExplaining(Label_Amount);
+    Label_Amount->setMinimumHeight(Label_Amount->fontMetrics().height()); // with words or without
     Label_Info->setWordWrap(true);
     layout->addStrut(fontMetrics().averageCharWidth() * 64);
 }

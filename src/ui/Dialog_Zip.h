@@ -20,6 +20,8 @@ class Dialog_Zip final : public QDialog {
 
     QLabel* const Label_Info = Make<QLabel>(this, "Label_Info");
     QProgressBar* const ZlibTool1 = Make<QProgressBar>(this, "ZlibTool1");
+    // What is done, of how much, and how long still.
+    QLabel* const Label_Amount = Make<QLabel>(this, "Label_Amount");
 };
 
 } // namespace kelvash::ui

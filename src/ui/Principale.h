@@ -55,6 +55,8 @@ class Principale final : public QMainWindow {
     // Shows the level list as it is now, the selected level with it.
     void ShowLevels();
     void ShowTitle();
+    // What has been done, in the status line for a while.
+    void Say(const QString& done);
     // The panel of the screenshots, or that of the savegames.
     void ShowPanel(bool screenshots);
 

@@ -44,6 +44,14 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
     EnableCommands();
 }
 
+void Principale::Say(const QString& done) {
+    constexpr int kShownFor = 20'000; // milliseconds
+    Label_Info->setText(done);
+    QTimer::singleShot(kShownFor, Label_Info, [this, done] {
+        if (Label_Info->text() == done) Label_Info->clear();
+    });
+}
+
 void Principale::ShowHead(const program::LevelView& level) {
     const std::string picture =
         level.Screenshots.empty() ? std::string() : companion::NewestScreenshot(core::PlaceOf(level.Code));

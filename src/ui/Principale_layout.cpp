@@ -57,6 +57,7 @@ void Principale::Set_Caption_Texts() {
                        {Pul_ImportSavegame, msg::kMainImportSave},
                        {Pul_ExportSaveGame, msg::kMainExportSave},
                        {Pul_ChangeScreenshot, msg::kMainChangeShot},
+                       ControlCaption::WhatGoes(Pul_DeleteSavegame, msg::kMainGoesSave),
                        ControlCaption::Spoken(Text_Search, msg::kMainSearch),
                        ControlCaption::Spoken(Combo_Livelli, msg::kMainFrameLevels),
                        ControlCaption::Spoken(Pul_PrimoShot, msg::kMainSpokenFirst),

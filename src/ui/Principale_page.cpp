@@ -110,7 +110,6 @@ void Principale::LaySaveGames() {
     for (std::size_t i = 0; i < six.size(); ++i)
         buttons->addWidget(six[i], static_cast<int>(i / 3), static_cast<int>(i % 3));
     panel->addLayout(buttons, 4, 0, 1, 2);
-    SetDestructive(Pul_DeleteSavegame);
     Text_NoteSaveGame->setReadOnly(true);
     Text_NoteSaveGame->setTabChangesFocus(true);
     OpenAt(List_SaveGameTomb, Command(MenuEntry::mnu_SaveGameHid2)->menu());

@@ -9,6 +9,7 @@
 #include <QMainWindow>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStyle>
 #include <utility>
 
 #include "ui/form_support.h"
@@ -66,6 +67,14 @@ ControlCaption ControlCaption::Spoken(QWidget* control, MessageId text) {
     return {control, text, [](QWidget* spoken, const QString& name) { spoken->setAccessibleName(name); }};
 }
 
+ControlCaption ControlCaption::WhatGoes(QAbstractButton* button, MessageId text) {
+    return {button, text, [](QWidget* control, const QString& what) {
+                SetDestructive(static_cast<QAbstractButton*>(control));
+                control->setToolTip(what);
+                control->setAccessibleDescription(what);
+            }};
+}
+
 void ControlCaption::Set() const {
     const QString text = Caption(text_, args_);
     set_(control_, text);
@@ -110,11 +119,36 @@ QHBoxLayout* FootRow(QDialog* form, const FootButtons& buttons) {
     return FootRow({buttons.help}, {buttons.ok, buttons.cancel});
 }
 
+QLabel* Explain(QLabel* label, const QAbstractButton* option) {
+    SetExplaining(label);
+    label->setWordWrap(option == nullptr);
+    // Below the option's text, not below its mark.
+    if (option != nullptr)
+        label->setIndent(option->style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, option) +
+                         option->style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing, nullptr, option));
+    return label;
+}
+
+namespace {
+
+// Words in a bar, behind its number; where there is no room for them the tool tip has them.
+void SetWords(QProgressBar* bar, const QString& words) {
+    const QString number = QStringLiteral("%p%");
+    const QString both = number + QStringLiteral("  \u00b7  ") + words;
+    const bool fits = bar->fontMetrics().horizontalAdvance(both) < bar->width() - 2 * space::kClose;
+    bar->setFormat(words.isEmpty() || !fits ? number : both);
+    bar->setToolTip(words);
+}
+
+} // namespace
+
 void FollowJobs(FormsUser& user, BarPlace place, QLabel* label, QProgressBar* bar, IdleBar idle) {
-    user.AddDisplay({place, label, [bar, idle](int percent) {
+    user.AddDisplay({place, label,
+                     [bar, idle](int percent) {
                          bar->setValue(percent);
                          if (idle == IdleBar::Hides) bar->setVisible(percent > 0);
-                     }});
+                     },
+                     [bar](const QString& words) { SetWords(bar, words); }});
     for (const QObject* const shown : {static_cast<QObject*>(label), static_cast<QObject*>(bar)})
         QObject::connect(shown, &QObject::destroyed, &user, [&user, label] { user.RemoveDisplay(label); });
     if (idle == IdleBar::Hides) bar->hide();

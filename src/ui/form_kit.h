@@ -39,6 +39,8 @@ class ControlCaption {
     static ControlCaption Hint(QLineEdit* field, MessageId text);
     // What a screen reader says of a control that has no caption, or one that tells too little by itself.
     static ControlCaption Spoken(QWidget* control, MessageId text);
+    // Marks a button by which something goes; its tool tip says what.
+    static ControlCaption WhatGoes(QAbstractButton* button, MessageId text);
 
     void Set() const;
 
@@ -72,6 +74,9 @@ struct FootButtons {
 // The usual one: "Help" at the left, "OK" and "Cancel" at the right. Help and F1 open the page, Enter means
 // OK; what OK and Cancel do is the form's own. The form stays within its screen.
 QHBoxLayout* FootRow(QDialog* form, const FootButtons& buttons);
+
+// Has a label explain a part of a form, or in one line an option, which it is to stand below.
+QLabel* Explain(QLabel* label, const QAbstractButton* option = nullptr);
 
 enum class IdleBar { Stays, Hides };
 // Has a label and a bar show what the jobs tell at a place, for as long as both live and no form that is

@@ -3,11 +3,9 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPushButton>
 #include <algorithm>
 #include <utility>
 
@@ -17,15 +15,13 @@
 #include "ui/Dialog_GetDir.h"
 #include "ui/form_runners.h"
 #include "ui/form_support.h"
+#include "ui/look.h"
+#include "ui/message_box.h"
 #include "ui/messages.h"
 
 namespace kelvash::ui {
 
 namespace {
-
-// Boxes with more text than this many bytes are as wide as this many characters.
-constexpr std::size_t kWideText = 80;
-constexpr int kWideColumns = 80;
 
 QMessageBox::Icon IconOf(MessageStyle style) {
     switch (style) {
@@ -77,38 +73,6 @@ QMessageBox::StandardButton ButtonOf(Answer answer) {
     return QMessageBox::NoButton;
 }
 
-// A box that only its buttons end where no answer is the harmless one.
-class QuestionBox final : public QMessageBox {
-  public:
-    using QMessageBox::QMessageBox;
-
-    void SetAnswers(StandardButton willing, StandardButton harmless) {
-        closable_ = harmless != NoButton;
-        if (closable_) setEscapeButton(harmless);
-        if (willing != NoButton) {
-            setDefaultButton(willing);
-            return;
-        }
-        // Otherwise the first of them would be the default.
-        for (auto* const button : findChildren<QPushButton*>())
-            button->setAutoDefault(false);
-    }
-
-  protected:
-    void keyPressEvent(QKeyEvent* event) override {
-        if (closable_ || event->key() != Qt::Key_Escape) QMessageBox::keyPressEvent(event);
-    }
-    void closeEvent(QCloseEvent* event) override {
-        if (closable_)
-            QMessageBox::closeEvent(event);
-        else
-            event->ignore();
-    }
-
-  private:
-    bool closable_ = true;
-};
-
 Answer AnswerOf(int button) {
     switch (button) {
         case QMessageBox::Yes:
@@ -126,6 +90,15 @@ Answer AnswerOf(int button) {
         default:
             return Answer::Cancel;
     }
+}
+
+// The one of two answers that loses something.
+Answer LosingAnswer(Buttons buttons, MessageId question) {
+    const bool yes_no = buttons == Buttons::YesNo || buttons == Buttons::YesNoCancel;
+    const std::optional<Harm> harm = HarmOf(question);
+    if (harm == Harm::YesLoses && buttons != Buttons::AbortRetryIgnore)
+        return yes_no ? Answer::Yes : Answer::Ok;
+    return harm == Harm::NoLoses && yes_no ? Answer::No : Answer::None;
 }
 
 QString NativeStart(const FileDialog& dialog) {
@@ -176,16 +149,11 @@ QString FormsUser::TakeTitle() {
 }
 
 int FormsUser::RunBox(MessageStyle style, const std::string& text, const BoxButtons& buttons) {
-    QuestionBox box(IconOf(style), TakeTitle(), {}, QMessageBox::StandardButtons(buttons.offered),
-                    ParentOfBoxes());
-    box.setObjectName(QStringLiteral("MessageBox"));
-    box.setTextFormat(Qt::PlainText); // file names and level names are no mark-up
-    box.setText(ShownText(text));
-    // A narrow box would break paths in two.
-    if (auto* const label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
-        label != nullptr && text.size() > kWideText)
-        label->setMinimumWidth(box.fontMetrics().averageCharWidth() * kWideColumns);
+    MessageBox box(IconOf(style), TakeTitle(), QMessageBox::StandardButtons(buttons.offered),
+                   ParentOfBoxes());
+    box.Say(text);
     box.SetAnswers(ButtonOf(buttons.willing), ButtonOf(buttons.harmless));
+    if (QAbstractButton* const losing = box.button(ButtonOf(buttons.losing))) SetDestructive(losing);
     return box.exec();
 }
 
@@ -194,8 +162,9 @@ void FormsUser::Message(MessageStyle style, const MessageText& text) {
 }
 
 Answer FormsUser::Ask(Buttons buttons, MessageStyle style, const MessageText& text) {
-    return AnswerOf(RunBox(
-        style, text, {OfferedBy(buttons), WillingAnswer(buttons, text), HarmlessAnswer(buttons, text)}));
+    return AnswerOf(RunBox(style, text,
+                           {OfferedBy(buttons), WillingAnswer(buttons, text), HarmlessAnswer(buttons, text),
+                            LosingAnswer(buttons, text.id)}));
 }
 
 std::optional<std::string> FormsUser::Input(const std::string& title, const MessageText& text,

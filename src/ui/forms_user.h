@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "foundation/user.h"
+#include "ui/progress_text.h"
 
 class QLabel;
 class QWidget;
@@ -34,6 +35,8 @@ class FormsUser final : public QObject, public User {
     void SetFirstTitle(const QString& title) { first_title_ = title; }
     // How long a job runs before its progress window shows, in milliseconds.
     void SetPatience(int milliseconds) { patience_ = milliseconds; }
+    // What tells the time in seconds; a test's own clock in place of the system's.
+    void SetClock(std::function<double()> now) { now_ = std::move(now); }
     // Called once, before the first window that waits for the user, or when events are pumped after the
     // patience from now on has passed. An empty function takes it back.
     void SetBeforeWaiting(std::function<void()> before);
@@ -51,6 +54,7 @@ class FormsUser final : public QObject, public User {
     void CloseProgress(BarPlace dialog) override;
     void SetLabel(BarPlace place, const std::string& text) override;
     void SetBar(BarPlace place, int percent) override;
+    void SetAmount(BarPlace place, const Amount& amount) override;
     void LevelListChanged() override { Q_EMIT ListChanged(); }
     void PumpEvents() override;
     bool StopRequested() override { return stop_requested_ && JobCanStop(); }
@@ -64,6 +68,8 @@ class FormsUser final : public QObject, public User {
         BarPlace place;
         QLabel* label;
         std::function<void(int percent)> set_bar;
+        std::function<void(const QString& words)> set_words = {}; // what is done, and how long still
+        ProgressWords words = {};
     };
     void AddDisplay(Display display);
     void RemoveDisplay(const QObject* label);
@@ -77,17 +83,20 @@ class FormsUser final : public QObject, public User {
     QWidget* WindowOnTop() const;
     void BeforeWaiting();
     QString TakeTitle();
-    // What a box offers (Qt's flags), what Enter means, and closing it.
+    // What a box offers (Qt's flags), what Enter means, and closing it; and by what something is lost.
     struct BoxButtons {
         int offered;
         Answer willing;
         Answer harmless;
+        Answer losing = Answer::None;
     };
     int RunBox(MessageStyle style, const std::string& text, const BoxButtons& buttons);
     std::optional<std::string> PathOfFile(const QString& chosen);
     Progress* Find(BarPlace place);
-    const Display* FindDisplay(BarPlace place) const;
+    Display* FindDisplay(BarPlace place);
     void Show(Progress& progress);
+    void ShowOnTaskBar(BarPlace place, int percent);
+    void LeaveTaskBar();
 
     User* old_user_;
     QPointer<QWidget> main_window_;
@@ -97,6 +106,9 @@ class FormsUser final : public QObject, public User {
     QElapsedTimer since_before_; // from SetBeforeWaiting on
     int pumping_ = 0;
     bool stop_requested_ = false;
+    std::function<double()> now_;
+    double job_began_ = 0; // the outermost one, by now_
+    bool on_task_bar_ = false;
     std::vector<int> job_loops_; // the level of the event loop in which each job has begun
     std::vector<Display> displays_;
     std::vector<std::unique_ptr<Progress>> open_; // in the order of opening

@@ -14,6 +14,7 @@
 #include "ui/form_runners.h"
 #include "ui/form_support.h"
 #include "ui/forms_user.h"
+#include "ui/task_bar.h"
 
 namespace kelvash::ui {
 
@@ -21,6 +22,14 @@ namespace {
 
 // A window that comes and goes within this time would only flicker.
 constexpr int kPatience = 250;
+// A job is long enough for the task bar after that many seconds.
+constexpr double kLong = 2;
+
+std::function<double()> SystemClock() {
+    QElapsedTimer since;
+    since.start();
+    return [since] { return static_cast<double>(since.elapsed()) / 1000; };
+}
 
 bool IsInput(QEvent::Type type) {
     switch (type) {
@@ -50,10 +59,12 @@ struct FormsUser::Progress {
     std::unique_ptr<QDialog> window;
     QLabel* label = nullptr;
     QProgressBar* bar = nullptr; // none in a wait window
+    QLabel* amount = nullptr;    // nor this
+    ProgressWords words;
     QElapsedTimer since;
 };
 
-FormsUser::FormsUser() : old_user_(SetUser(this)), patience_(kPatience) {
+FormsUser::FormsUser() : old_user_(SetUser(this)), patience_(kPatience), now_(SystemClock()) {
     qApp->installEventFilter(this);
     AddFormRunners(*this);
 }
@@ -88,6 +99,7 @@ void FormsUser::OpenProgress(BarPlace place, const std::string& caption) {
         auto window = std::make_unique<Dialog_Zip>(WindowOnTop());
         progress->label = window->Label_Info;
         progress->bar = window->ZlibTool1;
+        progress->amount = window->Label_Amount;
         progress->window = std::move(window);
     } else {
         auto window = std::make_unique<Dialog_Progress>(WindowOnTop());
@@ -95,6 +107,7 @@ void FormsUser::OpenProgress(BarPlace place, const std::string& caption) {
         connect(window.get(), &Dialog_Progress::StopWanted, this, [this] { stop_requested_ = true; });
         progress->label = window->Label_Info;
         progress->bar = window->ProgressBar1;
+        progress->amount = window->Label_Amount;
         progress->window = std::move(window);
     }
     if (!caption.empty()) progress->window->setWindowTitle(ShownLine(caption));
@@ -130,10 +143,33 @@ void FormsUser::SetBar(BarPlace place, int percent) {
         if (progress->bar != nullptr) progress->bar->setValue(percent);
         Show(*progress);
     }
-    if (const Display* const display = FindDisplay(place)) display->set_bar(percent);
+    if (const Display* const display = FindDisplay(place)) {
+        display->set_bar(percent);
+        if (percent == 0 && display->set_words) display->set_words({}); // idle, or about to begin
+    }
+    ShowOnTaskBar(place, percent);
 }
 
-const FormsUser::Display* FormsUser::FindDisplay(BarPlace place) const {
+void FormsUser::SetAmount(BarPlace place, const Amount& amount) {
+    if (Progress* const progress = Find(place); progress != nullptr && progress->amount != nullptr)
+        if (const auto words = progress->words.Take(amount, now_())) progress->amount->setText(*words);
+    if (Display* const display = FindDisplay(place); display != nullptr && display->set_words)
+        if (const auto words = display->words.Take(amount, now_())) display->set_words(*words);
+}
+
+// The outermost bar of a job leads: those within it come and go.
+void FormsUser::ShowOnTaskBar(BarPlace place, int percent) {
+    if (JobDepth() == 0 || now_() - job_began_ < kLong) return;
+    if (!open_.empty() && open_.front()->place != place) return;
+    on_task_bar_ = true;
+    ui::ShowOnTaskBar(main_window_, percent);
+}
+
+void FormsUser::LeaveTaskBar() {
+    if (std::exchange(on_task_bar_, false)) ui::ShowOnTaskBar(main_window_, std::nullopt);
+}
+
+FormsUser::Display* FormsUser::FindDisplay(BarPlace place) {
     const auto found = std::find_if(displays_.rbegin(), displays_.rend(),
                                     [place](const Display& display) { return display.place == place; });
     return found == displays_.rend() ? nullptr : &*found;
@@ -148,12 +184,14 @@ void FormsUser::RemoveDisplay(const QObject* label) {
 }
 
 void FormsUser::JobBegan() {
+    if (job_loops_.empty()) job_began_ = now_();
     job_loops_.push_back(QThread::currentThread()->loopLevel());
     if (!JobCanStop()) stop_requested_ = false;
 }
 
 void FormsUser::JobEnded() {
     if (!job_loops_.empty()) job_loops_.pop_back(); // it may have begun under another user
+    if (job_loops_.empty()) LeaveTaskBar();
     if (!JobCanStop()) stop_requested_ = false;
 }
 

@@ -69,11 +69,16 @@ void DrawField(const QStyleOption* option, QPainter* painter) {
             focus ? ColourOf(Role::Accent, palette) : palette.color(QPalette::Mid), focus ? 2 : 1);
 }
 
+// A chosen row's ground is a hint of the accent.
+QColor ChosenGround(const QPalette& palette) {
+    return Mixed(ColourOf(Role::Accent, palette), palette.color(QPalette::Base), 0.22);
+}
+
 void DrawRow(const QStyleOption* option, QPainter* painter) {
     const QPalette& palette = option->palette;
     const QColor ground = palette.color(QPalette::Base);
     if (Has(option, QStyle::State_Selected))
-        FillRounded(*painter, option->rect, Mixed(ColourOf(Role::Accent, palette), ground, 0.22));
+        FillRounded(*painter, option->rect, ChosenGround(palette));
     else if (Has(option, QStyle::State_MouseOver) && Has(option, QStyle::State_Enabled))
         FillRounded(*painter, option->rect, Mixed(palette.color(QPalette::Text), ground, 0.06));
 }
@@ -89,12 +94,10 @@ QStyleOptionButton Lettered(const QStyleOptionButton& button, const QWidget* wid
     return lettered;
 }
 
-// A chosen row's ground is a hint of the accent: its text stays as it is.
+// The text of a chosen row stays as it is.
 template <class Option>
 Option WithOwnText(const Option& item) {
     Option plain = item;
-    const QColor ground = item.palette.color(QPalette::Base);
-    plain.palette.setColor(QPalette::Highlight, Mixed(ColourOf(Role::Accent, item.palette), ground, 0.22));
     plain.palette.setColor(QPalette::HighlightedText, item.palette.color(QPalette::Text));
     return plain;
 }
@@ -175,6 +178,10 @@ void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
         case PE_PanelItemViewRow:
             DrawRow(option, painter);
             return;
+        case PE_FrameFocusRect:
+            if (Has(option, State_KeyboardFocusChange))
+                DrawBox(painter, option->rect, {}, ColourOf(Role::Accent, option->palette));
+            return;
         case PE_FrameStatusBarItem:
             return;
         default:
@@ -200,7 +207,8 @@ void LookStyle::drawControl(ControlElement element, const QStyleOption* option, 
     }
     if (element == CE_MenuItem || element == CE_MenuBarItem) {
         if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
-            const QStyleOptionMenuItem plain = WithOwnText(*item);
+            QStyleOptionMenuItem plain = WithOwnText(*item);
+            plain.palette.setColor(QPalette::Highlight, ChosenGround(item->palette));
             QProxyStyle::drawControl(element, &plain, painter, widget);
             return;
         }

@@ -4,6 +4,7 @@
 #include "program/start_up.h"
 #include "ui/Principale.h"
 #include "ui/menu_commands.h"
+#include "ui/menu_commands_messages.h"
 
 namespace kelvash::ui {
 
@@ -30,6 +31,10 @@ void LoadArchive(Principale& window) {
     window.ShowLevels();
 }
 
+void SaveArchive(Principale& window) {
+    if (core::SaveArchive()) window.Say(Caption(msg::kSaidSaved));
+}
+
 void SaveArchiveAs(Principale& window) {
     static_cast<void>(core::SaveArchiveAs()); // tells its own failure
     window.ShowTitle();
@@ -40,7 +45,7 @@ void SaveArchiveAs(Principale& window) {
 std::vector<MenuCommand> FileCommands(Principale& window) {
     return {{MenuEntry::mnu_New, EnabledWhen::JobFree, [&window] { NewArchive(window); }},
             {MenuEntry::mnu_Load, EnabledWhen::JobFree, [&window] { LoadArchive(window); }},
-            {MenuEntry::mnu_Save, EnabledWhen::ArchiveOpen, [] { core::SaveArchive(); }},
+            {MenuEntry::mnu_Save, EnabledWhen::ArchiveOpen, [&window] { SaveArchive(window); }},
             {MenuEntry::mnu_SaveAs, EnabledWhen::ArchiveOpen, [&window] { SaveArchiveAs(window); }},
             {MenuEntry::Mnu_Exit, EnabledWhen::JobFree, [&window] { window.close(); }, false}};
 }

@@ -2,6 +2,7 @@
 #include "ui/Dialog_Restore.h"
 #include "ui/Principale.h"
 #include "ui/menu_commands.h"
+#include "ui/menu_commands_messages.h"
 
 namespace kelvash::ui {
 
@@ -10,6 +11,7 @@ namespace {
 void ShowRestore(Principale& window, FormsUser& user) {
     Dialog_Restore form(user, &window);
     form.exec();
+    if (form.Restored) window.Say(Caption(msg::kSaidRestored));
     // The box that told the outcome had the keyboard, and its form is gone with it.
     window.activateWindow();
     window.Combo_Livelli->setFocus();

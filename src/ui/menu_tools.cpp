@@ -8,8 +8,17 @@
 #include "swap/backup.h"
 #include "ui/Principale.h"
 #include "ui/menu_commands.h"
+#include "ui/menu_commands_messages.h"
 
 namespace kelvash::ui {
+
+namespace {
+
+void RefreshBackup(Principale& window) {
+    if (swap::RefreshFullBackup()) window.Say(Caption(msg::kSaidBackup));
+}
+
+} // namespace
 
 std::vector<MenuCommand> ToolCommands(Principale& window) {
     using enum MenuEntry;
@@ -18,7 +27,7 @@ std::vector<MenuCommand> ToolCommands(Principale& window) {
         {mnu_MoveArc, EnabledWhen::ArchiveOpen, [] { core::MoveArchive(); }},
         {mnu_ControllaUguali, EnabledWhen::ArchiveOpen, [] { core::ControllaUguali(); }},
         {mnu_CreaInfoTr4, EnabledWhen::ArchiveOpen, [] { program::CreaInfoTr4(); }},
-        {mnu_FaiFullBackup, EnabledWhen::ArchiveOpen, [] { swap::RefreshFullBackup(); }},
+        {mnu_FaiFullBackup, EnabledWhen::ArchiveOpen, [&window] { RefreshBackup(window); }},
         {mnu_Recover, EnabledWhen::JobFree,
          [&window] {
              if (core::RecoverArchive()) window.Text_Search->clear();

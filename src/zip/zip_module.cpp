@@ -35,7 +35,8 @@ ZipWatcher Watcher(LineProgress& progress, Manage manage) {
                 manage(progress, line, false, stop);
                 return stop;
             },
-            &StopWantedByNow, [&progress](double done) { ProgressPercent(progress.bar, done, 1); }};
+            &StopWantedByNow,
+            [&progress](double done) { ProgressPercent(progress.bar, done, 1, Counted::Nothing); }};
 }
 
 // Lines of names, as many as one message can show.

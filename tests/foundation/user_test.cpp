@@ -37,6 +37,7 @@ class BarUser final : public User {
     }
     void SetLabel(BarPlace, const std::string& text) override { events.push_back("label " + text); }
     void SetBar(BarPlace, int percent) override { events.push_back("bar " + std::to_string(percent)); }
+    void SetAmount(BarPlace, const Amount& amount) override { amounts.push_back(amount); }
     void LevelListChanged() override {}
     void PumpEvents() override { ++pumped; }
     void JobBegan() override { NoteJobs("job begins"); }
@@ -47,6 +48,7 @@ class BarUser final : public User {
     bool StopRequested() override { return true; }
 
     std::vector<std::string> events;
+    std::vector<Amount> amounts;
     int pumped = 0;
 
   private:
@@ -170,6 +172,20 @@ TEST(ProgressPercent, TheBarIsDrawnOnlyOnAChange) {
         ProgressPercent(bar, 50, 100);
     EXPECT_THAT(user.events, ElementsAre("bar 50"));
     EXPECT_EQ(user.pumped, 1);
+}
+
+TEST(ProgressPercent, TellsTheAmountWithEachStep) {
+    BarUser user;
+    Bar bar;
+    ProgressPercent(bar, 1, 1000);
+    ProgressPercent(bar, 2, 1000);
+    ProgressPercent(bar, 5e9, 4e9, Counted::Bytes);
+    ASSERT_EQ(user.amounts.size(), 3U);
+    EXPECT_EQ(user.amounts[1].done, 2);
+    EXPECT_EQ(user.amounts[1].total, 1000);
+    EXPECT_EQ(user.amounts[1].counted, Counted::Items);
+    EXPECT_EQ(user.amounts[2].done, 4e9);
+    EXPECT_EQ(user.amounts[2].counted, Counted::Bytes);
 }
 
 TEST(ProgressPercent, ATotalOfNothingCountsAsOne) {

@@ -27,7 +27,8 @@ bool IsProgress(const QWidget* window) {
 std::string Describe(const QWidget* window) {
     QString text = window->objectName() + QLatin1Char('\n') + window->windowTitle();
     if (const auto* const box = qobject_cast<const QMessageBox*>(window))
-        text += QLatin1Char('\n') + box->text();
+        for (const QString& part : {box->text(), box->informativeText()})
+            if (!part.isEmpty()) text += QLatin1Char('\n') + part;
     return text.toStdString();
 }
 

@@ -77,6 +77,22 @@ TEST_F(ChoiceForms, TrovaTrleAcceptsTheFolderItStartsFrom) {
     EXPECT_EQ(TrleFolder("C:\\trle"), "C:\\trle");
 }
 
+TEST_F(ChoiceForms, TrovaTrleSaysWhatIsWrongWithTheFolderItStartsFrom) {
+    MakeTrle(drive / "trle");
+    const auto note = [this](const std::string& start) {
+        std::string said;
+        robot.Will("Dialog_TrovaTrle", [&said](QWidget* window) {
+            said = window->findChild<QLabel*>(QStringLiteral("Note_Path"))->text().toStdString();
+            Press(window, "Pul_Cancel");
+        });
+        TrleFolder(start);
+        return said;
+    };
+    EXPECT_EQ(note(""), "");
+    EXPECT_EQ(note("C:\\trle"), "");
+    EXPECT_EQ(note("C:\\gone"), "The Level Editor isn't whole in this folder");
+}
+
 TEST_F(ChoiceForms, TrovaTrleTakesOnlyARightFolder) {
     MakeTrle(drive / "trle");
     std::filesystem::create_directories(drive / "wrong");

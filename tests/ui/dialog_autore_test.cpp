@@ -44,6 +44,17 @@ TEST_F(DialogAutore, EndsTypedLinesAlike) {
     EXPECT_EQ(Record().AuthorNote, "One\r\nTwo");
 }
 
+TEST_F(DialogAutore, JudgesTheNameWhereItIsTyped) {
+    const auto note = [this](const QString& text) {
+        form.Text_NomeAutore->setText(text);
+        QTest::qWait(300);
+        return form.Note_Fields->text().toStdString();
+    };
+    EXPECT_EQ(note(QString(79, QLatin1Char('x'))), "");
+    EXPECT_EQ(note(QString(80, QLatin1Char('x'))), "No more than 79 characters can be stored");
+    EXPECT_EQ(note(QStringLiteral("Ирина")), "These characters can't be stored: И р и н а");
+}
+
 TEST_F(DialogAutore, CancelStoresNothing) {
     form.Combo_Email->setCurrentIndex(0);
     Press(&form, "Pul_DelEmail");

@@ -8,6 +8,7 @@
 #include "foundation/drives.h"
 #include "support/test_home.h"
 #include "support/ui_home.h"
+#include "ui/look.h"
 
 namespace kelvash::test {
 namespace {
@@ -321,6 +322,43 @@ TEST_F(DialogGetDir, OpensAFolderOfTenThousandAtOnce) {
     EXPECT_EQ(form.Dir1->topLevelItem(0)->child(2)->childCount(), 10'000);
     EXPECT_EQ(Shown(), "C:\\Zips\\0");
     EXPECT_LT(since.elapsed(), 5000); // milliseconds
+}
+
+TEST_F(DialogGetDir, SaysAtOnceWhatIsWrongWithItsFields) {
+    Open("C:\\Games");
+    const auto note = [this](QLineEdit* field, const std::string& text) {
+        Type(field, text);
+        QTest::qWait(300);
+        return form.Note_Fields->text().toStdString();
+    };
+    EXPECT_EQ(note(form.Text_PathDir, "C:\\Games\\delta"), "There is no such folder");
+    EXPECT_EQ(form.Text_PathDir->accessibleDescription().toStdString(), "There is no such folder");
+    EXPECT_TRUE(form.Note_Fields->isVisible());
+    EXPECT_EQ(note(form.Text_PathDir, "alpha"), "") << "below the folder that is shown";
+    EXPECT_FALSE(form.Note_Fields->isVisible());
+    EXPECT_EQ(note(form.Text_Path, "ALPHA"), "A folder of this name is there already");
+    const std::string letters = R"(A name can't hold any of / \ < > : ? | " * and can't end with a dot)";
+    EXPECT_EQ(note(form.Text_Path, "what?"), letters);
+    EXPECT_EQ(note(form.Text_Path, "dot."), letters);
+    EXPECT_EQ(note(form.Text_Path, "delta"), "");
+}
+
+TEST_F(DialogGetDir, ItsNoteTakesTheColourOfTheDark) {
+    Open("C:\\");
+    const QColor light = form.Note_Fields->palette().color(QPalette::WindowText);
+    EXPECT_EQ(light, ui::ColourOf(ui::Role::Danger));
+    ui::TakeLook(true);
+    const QColor dark = form.Note_Fields->palette().color(QPalette::WindowText);
+    EXPECT_EQ(dark, ui::ColourOf(ui::Role::Danger));
+    EXPECT_NE(dark, light);
+    ui::TakeLook(false);
+}
+
+TEST_F(DialogGetDir, DoesNotJudgeHalfAWord) {
+    Open("C:\\Games");
+    Type(form.Text_PathDir, "C:\\Ga");
+    QApplication::processEvents();
+    EXPECT_EQ(form.Note_Fields->text().toStdString(), "");
 }
 
 TEST_F(DialogGetDir, AnswersAsTheUsersFolderDialog) {

@@ -214,6 +214,24 @@ TEST_F(DialogSettings, TypedTextForMinutesKeepsTheFormOpenAndChangesNothing) {
     EXPECT_FALSE(profile.AutoSave);
 }
 
+TEST_F(DialogSettings, SaysAtOnceThatMinutesAreNoNumber) {
+    Open();
+    TypeMinutes("ten");
+    QTest::qWait(300);
+    EXPECT_EQ(form.Note_Minutes->text().toStdString(), "Only digits count here");
+    TypeMinutes("10");
+    QTest::qWait(300);
+    EXPECT_EQ(form.Note_Minutes->text().toStdString(), "");
+}
+
+TEST_F(DialogSettings, SaysThatTheTrleFolderHasGone) {
+    Open();
+    EXPECT_EQ(form.Note_Trle->text().toStdString(), "");
+    std::filesystem::rename(trle, drive / "elsewhere");
+    Open();
+    EXPECT_EQ(form.Note_Trle->text().toStdString(), "This folder isn't there any more");
+}
+
 TEST_F(DialogSettings, CancelAndEscapePutTheProfileBack) {
     const std::string before = core::EncodeProfile(profile);
     Open();

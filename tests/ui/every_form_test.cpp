@@ -10,11 +10,13 @@
 
 #include "foundation/drives.h"
 #include "ui/forms_home.h"
+#include "ui/look_style.h"
 
 namespace kelvash::test {
 namespace {
 
 using testing::IsEmpty;
+using testing::UnorderedElementsAre;
 
 class EveryForm : public FormsHome {
   protected:
@@ -98,6 +100,21 @@ TEST_F(EveryForm, GivesNoLetterTwice) {
     });
     EXPECT_THAT(doubled, IsEmpty());
     EXPECT_GT(letters, 80);
+}
+
+TEST_F(EveryForm, SaysWhatItsDestructiveButtonsTakeAway) {
+    std::vector<std::string> marked, silent;
+    ForEach([&](QWidget& open) {
+        for (const QAbstractButton* button : open.findChildren<QAbstractButton*>()) {
+            if (!button->property(ui::kDestructiveMark).toBool()) continue;
+            marked.push_back(button->objectName().toStdString());
+            if (button->toolTip().isEmpty() || button->accessibleDescription() != button->toolTip())
+                silent.push_back(NameOf(open, button));
+        }
+    });
+    EXPECT_THAT(silent, IsEmpty());
+    EXPECT_THAT(marked, UnorderedElementsAre("Pul_DeleteSavegame", "Pul_DelEmail", "Pul_DelSito",
+                                             "Pul_Svuota", "Pul_Full", "Pul_Remove", "Pul_RimuoviTutti"));
 }
 
 TEST_F(EveryForm, ReadsOutWhatTheListsHold) {

@@ -13,6 +13,7 @@
 #include <QSplitter>
 
 #include "program/message_tables.h"
+#include "ui/field_note.h"
 #include "ui/forms_home.h"
 #include "ui/look.h"
 
@@ -125,6 +126,27 @@ TEST_F(Fitting, TheSavegamesPageFitsToo) {
     LookForCuts(form, faults);
     LookForOverlaps(form, faults);
     EXPECT_THAT(faults, IsEmpty());
+}
+
+// As long as a translation may make them.
+TEST_F(Fitting, NotesBelowFieldsFitToo) {
+    Faults faults;
+    int notes = 0;
+    ForEach([&](QWidget& open) {
+        if (open.findChild<ui::FieldNote*>() == nullptr) return;
+        Show(open);
+        for (auto* const note : open.findChildren<ui::FieldNote*>()) {
+            note->Say(
+                QStringLiteral("Here stands what is wrong with the field above, in so many words that "
+                               "one line of the form is not enough for them"));
+            ++notes;
+        }
+        QApplication::processEvents();
+        LookForCuts(open, faults);
+        LookForOverlaps(open, faults);
+    });
+    EXPECT_THAT(faults, IsEmpty());
+    EXPECT_EQ(notes, 6);
 }
 
 TEST_F(Fitting, NoFormIsLargerThanASmallScreen) {

@@ -81,6 +81,27 @@ TEST_F(LevelForms, ADroppedZipOpensTheFormAndIsAdded) {
     EXPECT_EQ(core::archive.Table[4].MoreInfoFile, "readme.txt");
     EXPECT_EQ(form.Label_InfoLevel->text().toStdString(), "Bring oil");
     EXPECT_EQ(BytesOf(LevelPath(4) / "FILES/maze.tr4"), "level data");
+    EXPECT_EQ(form.Label_Info->text().toStdString(), "Added: The Maze of Échoes");
+}
+
+TEST_F(LevelForms, ANameIsJudgedWhereItIsTyped) {
+    WillWork([&](Dialog_NewLevel& open) {
+        EXPECT_EQ(open.Note_Fields->text().toStdString(), "");
+        const auto note = [&open](QLineEdit* field, const char* text) {
+            field->setText(QString::fromUtf8(text));
+            QTest::qWait(300);
+            EXPECT_EQ(field->accessibleDescription(), open.Note_Fields->text());
+            return open.Note_Fields->text().toStdString();
+        };
+        EXPECT_EQ(note(open.Text_NameLevel, " "), "A level needs a name");
+        EXPECT_EQ(note(open.Text_NameLevel, "Ωmega Ω Ж"), "These characters can't be stored: Ω Ж");
+        EXPECT_EQ(note(open.Text_NameLevel, "Größe"), "");
+        EXPECT_EQ(note(open.Text_Note, "→ there"), "These characters can't be stored: →");
+        EXPECT_EQ(note(open.Text_Note, ""), "");
+        Press(&open, "Pul_Cancel");
+    });
+    core::SelectLevel(1);
+    Choose(Entry::mnu_Property);
 }
 
 TEST_F(LevelForms, ADroppedFolderIsTakenByTheOpenForm) {
@@ -217,10 +238,12 @@ TEST_F(LevelForms, RemovalAndExportWorkOnTheSelectedLevel) {
     robot.WillPress("All files of current level saved in C:\\out.zip", "OK");
     Choose(Entry::mnu_Export);
     EXPECT_TRUE(Exists(drive / "out.zip"));
+    EXPECT_EQ(form.Label_Info->text().toStdString(), "Exported: City of Gold");
     robot.WillPress("Are you sure to want remove level \"City of Gold\" ?", "Yes");
     robot.WillPress("Do you want remove all sub-folders of level?", "Yes");
     robot.WillPress("Level has been removed", "OK");
     Choose(Entry::mnu_RemoveLevel);
+    EXPECT_EQ(form.Label_Info->text().toStdString(), "Removed: City of Gold");
     EXPECT_EQ(Count(), 3);
     EXPECT_FALSE(Exists(LevelPath(1)));
     EXPECT_THAT(Shown(), testing::Not(testing::Contains("City of Gold")));

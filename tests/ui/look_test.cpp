@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QListWidget>
 #include <QPushButton>
 
 #include "ui/icons.h"
@@ -61,6 +62,27 @@ int Drawn(const QImage& image, const QColor& ground) {
         for (int x = 0; x < image.width(); ++x)
             if (image.pixelColor(x, y) != ground) ++count;
     return count;
+}
+
+TEST(Look, AChosenRowIsTintedByTheAccentWithTheKeyboardOnItOrNot) {
+    QListWidget list;
+    list.addItem(QStringLiteral("row"));
+    list.setCurrentRow(0);
+    list.resize(200, 80);
+    list.show();
+    for (QWidget* focus : {static_cast<QWidget*>(&list), static_cast<QWidget*>(nullptr)}) {
+        if (focus != nullptr)
+            focus->setFocus(Qt::TabFocusReason);
+        else
+            list.clearFocus();
+        const QRect row = list.visualItemRect(list.item(0));
+        const QImage picture = list.viewport()->grab().toImage();
+        const QColor shown = picture.pixelColor(row.right() - row.height(), row.center().y());
+        const QColor wanted = ui::Mixed(ColourOf(Role::Accent), ColourOf(Role::Raised), 0.22);
+        EXPECT_NEAR(shown.red(), wanted.red(), 2);
+        EXPECT_NEAR(shown.green(), wanted.green(), 2);
+        EXPECT_NEAR(shown.blue(), wanted.blue(), 2);
+    }
 }
 
 TEST(Icons, EachGlyphHasADrawing) {

@@ -113,12 +113,14 @@ TEST_F(PrincipaleCommands, AMissingLevelFolderIsTold) {
 TEST_F(PrincipaleCommands, SaveWritesTheArchive) {
     Choose(Entry::mnu_Save);
     EXPECT_EQ(fs::file_size(home / "test.kva"), 546U + 4 * 1634U);
+    EXPECT_EQ(form.Label_Info->text().toStdString(), "The Archive is saved");
 }
 
 TEST_F(PrincipaleCommands, AFailedSaveIsTold) {
     core::profile.LastArchive = "C:\\none\\test.kva";
     robot.WillPress("Error while saving archive: C:\\none\\test.kva", "OK");
     Choose(Entry::mnu_Save);
+    EXPECT_EQ(form.Label_Info->text().toStdString(), "");
 }
 
 TEST_F(PrincipaleCommands, SaveAsTakesTheNewNameIntoTheTitle) {
@@ -245,6 +247,18 @@ TEST_F(PrincipaleCommands, AFullBackupIsRefreshed) {
     Choose(Entry::mnu_FaiFullBackup);
     EXPECT_TRUE(Exists(backup / "data/new.tr4"));
     EXPECT_FALSE(form.ProgressBar1->isVisible());
+    EXPECT_EQ(form.Label_Info->text().toStdString(), "The full backup is finished");
+}
+
+TEST_F(PrincipaleCommands, ABackupThatIsGivenUpIsNotSaidToBeFinished) {
+    robot.WillPress("Current backup is already FULL", "Yes");
+    robot.WillPress("Current installed configuration of Tomb Raider Level Editor in C:\\trle is original?",
+                    "No");
+    robot.WillPress("You must perform a new setup of Tomb Raider Level Editor", "OK");
+    robot.WillPress("Tips:", "OK");
+    robot.WillPress("Error creating full backup in : C:\\Kelvash\\backup_trle", "OK");
+    Choose(Entry::mnu_FaiFullBackup);
+    EXPECT_EQ(form.Label_Info->text().toStdString(), "");
 }
 
 // --- other forms ---
@@ -255,6 +269,7 @@ TEST_F(PrincipaleCommands, RestoreOpensItsForm) {
     robot.WillPress("Dialog_Restore", "Pul_Fast");
     robot.WillPress("Set in Tomb Raider Level Editor, original configuration", "OK");
     Choose(Entry::mnu_SetOriginale);
+    EXPECT_EQ(form.Label_Info->text().toStdString(), "TRLE holds its original configuration");
     EXPECT_EQ(Shown().front(), "- TRLE: Original configuration - (*)");
     EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
     EXPECT_EQ(QApplication::focusWidget(), form.Combo_Livelli);

@@ -1,0 +1,112 @@
+#include "ui/message_box.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <algorithm>
+
+#include "ui/form_support.h"
+#include "ui/icons.h"
+#include "ui/look.h"
+#include "ui/messages.h"
+
+namespace kelvash::ui {
+
+namespace {
+
+// Boxes with more text than this many characters are as wide as this many characters.
+constexpr int kWideText = 80;
+constexpr int kWideColumns = 80;
+// A first line that is longer is no headline.
+constexpr int kLongestHeadline = 160;
+
+} // namespace
+
+MessageBox::MessageBox(Icon icon, const QString& title, StandardButtons buttons, QWidget* parent)
+    : QMessageBox(icon, title, {}, buttons, parent) {
+    setObjectName(QStringLiteral("MessageBox"));
+    setTextFormat(Qt::PlainText); // file names and level names are no mark-up
+    auto* const copy = new QAction(IconOf(Glyph::Copy), Caption(msg::kBoxCopyText), this);
+    copy->setShortcut(QKeySequence::Copy);
+    connect(copy, &QAction::triggered, this, &MessageBox::CopyText);
+    addAction(copy);
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
+void MessageBox::Say(const std::string& text) {
+    const QString whole = ShownText(text);
+    const qsizetype end = whole.indexOf(QLatin1Char('\n'));
+    const bool headed = end > 0 && end <= kLongestHeadline && !whole.mid(end).trimmed().isEmpty();
+    setText(headed ? whole.left(end) : whole);
+    if (headed) setInformativeText(whole.mid(end + 1));
+    for (QLabel* label : Texts()) {
+        label->setTextFormat(Qt::PlainText);
+        label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+        label->setFocusPolicy(Qt::StrongFocus);
+        label->setContentsMargins({});
+        label->setContextMenuPolicy(Qt::ActionsContextMenu);
+        label->addActions(actions());
+        // A narrow box would break paths in two.
+        if (whole.size() > kWideText) label->setMinimumWidth(fontMetrics().averageCharWidth() * kWideColumns);
+    }
+    if (headed) SetType(Texts().constFirst(), Type::Title);
+}
+
+void MessageBox::SetAnswers(StandardButton willing, StandardButton harmless) {
+    closable_ = harmless != NoButton;
+    if (closable_) setEscapeButton(harmless);
+    if (willing != NoButton) {
+        setDefaultButton(willing);
+        SetMainAction(button(willing));
+        return;
+    }
+    // Otherwise the first of them would be the default.
+    for (auto* const button : findChildren<QPushButton*>())
+        button->setAutoDefault(false);
+}
+
+// The headline first. Both are made by their texts.
+QList<QLabel*> MessageBox::Texts() const {
+    QList<QLabel*> texts;
+    for (const char* name : {"qt_msgbox_label", "qt_msgbox_informativelabel"})
+        if (auto* const label = findChild<QLabel*>(QString::fromLatin1(name))) texts << label;
+    return texts;
+}
+
+// What is selected, else all.
+void MessageBox::CopyText() const {
+    QStringList all;
+    for (const QLabel* label : Texts()) {
+        if (label->hasSelectedText()) {
+            QGuiApplication::clipboard()->setText(label->selectedText());
+            return;
+        }
+        all << label->text();
+    }
+    QGuiApplication::clipboard()->setText(all.join(QLatin1Char('\n')));
+}
+
+// The keyboard begins at the answers, behind the texts.
+void MessageBox::showEvent(QShowEvent* event) {
+    QMessageBox::showEvent(event);
+    const auto answers = findChildren<QPushButton*>();
+    if (answers.isEmpty()) return;
+    (defaultButton() != nullptr ? defaultButton() : answers.constFirst())->setFocus();
+}
+
+void MessageBox::keyPressEvent(QKeyEvent* event) {
+    if (closable_ || event->key() != Qt::Key_Escape) QMessageBox::keyPressEvent(event);
+}
+
+void MessageBox::closeEvent(QCloseEvent* event) {
+    if (closable_)
+        QMessageBox::closeEvent(event);
+    else
+        event->ignore();
+}
+
+} // namespace kelvash::ui

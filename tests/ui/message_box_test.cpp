@@ -1,0 +1,132 @@
+#include "ui/message_box.h"
+
+#include <gmock/gmock.h>
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+
+#include "program/messages.h"
+#include "support/ui_home.h"
+#include "ui/look.h"
+#include "ui/look_style.h"
+
+namespace kelvash::test {
+namespace {
+
+using ui::MessageBox;
+
+class MessageBoxes : public UiHome<TestHome> {
+  protected:
+    // Tells a text, looks at its box and closes that.
+    void Tell(const std::string& text, const std::function<void(MessageBox& box)>& look) {
+        robot.Will("MessageBox", [&look](QWidget* window) {
+            auto* const box = qobject_cast<MessageBox*>(window);
+            ASSERT_NE(box, nullptr);
+            look(*box);
+            if (box->isVisible()) Press(box, "OK");
+        });
+        forms.Message(MessageStyle::Plain, MessageText(text));
+    }
+    static QLabel* Headline(const MessageBox& box) {
+        return box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    }
+    static QLabel* Rest(const MessageBox& box) {
+        return box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel"));
+    }
+    static std::string Copied() { return QGuiApplication::clipboard()->text().toStdString(); }
+    static QAction* CopyText(const QWidget& widget) {
+        for (QAction* action : widget.actions())
+            if (Plain(action->text()) == "Copy text") return action;
+        return nullptr;
+    }
+    static bool IsMarked(const QWidget* button, const char* mark) { return button->property(mark).toBool(); }
+};
+
+TEST_F(MessageBoxes, SetTheFirstLineOfALongTextAsItsHeadline) {
+    Tell("I can't copy this file:\r\nC:\\Games\\trle\\tomb4.exe\r\n\r\nIs it in use?", [](MessageBox& box) {
+        EXPECT_EQ(box.text().toStdString(), "I can't copy this file:");
+        EXPECT_EQ(Headline(box)->font(), ui::FontOf(ui::Type::Title));
+        EXPECT_EQ(box.informativeText().toStdString(), "C:\\Games\\trle\\tomb4.exe\n\nIs it in use?");
+        EXPECT_LT(Rest(box)->font().pointSizeF(), Headline(box)->font().pointSizeF());
+    });
+    EXPECT_TRUE(robot.HasSeen("I can't copy this file:\nC:\\Games\\trle\\tomb4.exe\n\nIs it in use?"));
+}
+
+TEST_F(MessageBoxes, LeaveATextOfOneLineAsItIs) {
+    for (const std::string text : {"Level removed", "Level removed\r\n", "\r\nLevel removed"})
+        Tell(text, [](MessageBox& box) {
+            EXPECT_EQ(box.text().trimmed().toStdString(), "Level removed");
+            EXPECT_EQ(Rest(box), nullptr);
+            EXPECT_NE(Headline(box)->font(), ui::FontOf(ui::Type::Title));
+        });
+}
+
+TEST_F(MessageBoxes, MakeNoHeadlineOfAWholeParagraph) {
+    Tell(std::string(161, 'x') + "\r\nmore", [](MessageBox& box) {
+        EXPECT_EQ(Rest(box), nullptr);
+        EXPECT_TRUE(box.text().endsWith(QLatin1String("x\nmore")));
+    });
+}
+
+TEST_F(MessageBoxes, ShowMarkUpInBothPartsAsItStands) {
+    Tell("<b>one</b>\r\n<b>two</b>", [](MessageBox& box) {
+        EXPECT_EQ(Headline(box)->textFormat(), Qt::PlainText);
+        EXPECT_EQ(Rest(box)->textFormat(), Qt::PlainText);
+    });
+}
+
+TEST_F(MessageBoxes, CopyTheirWholeTextByMenuAndKey) {
+    Tell("Not there:\r\nC:\\a b\\c.tr4", [](MessageBox& box) {
+        for (const QWidget* part : {static_cast<QWidget*>(&box), static_cast<QWidget*>(Headline(box)),
+                                    static_cast<QWidget*>(Rest(box))}) {
+            QGuiApplication::clipboard()->clear();
+            EXPECT_EQ(part->contextMenuPolicy(), Qt::ActionsContextMenu);
+            ASSERT_NE(CopyText(*part), nullptr);
+            CopyText(*part)->trigger();
+            EXPECT_EQ(Copied(), "Not there:\nC:\\a b\\c.tr4");
+        }
+        QGuiApplication::clipboard()->clear();
+        QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(Copied(), "Not there:\nC:\\a b\\c.tr4");
+    });
+}
+
+TEST_F(MessageBoxes, CopyAPathThatIsSelected) {
+    Tell("Not there:\r\nC:\\a b\\c.tr4", [](MessageBox& box) {
+        Rest(box)->setSelection(3, 3);
+        CopyText(box)->trigger();
+        EXPECT_EQ(Copied(), "a b");
+    });
+}
+
+TEST_F(MessageBoxes, LetTheKeyboardIntoTheTextAndBeginAtTheAnswer) {
+    Tell("Not there:\r\nC:\\a b\\c.tr4", [](MessageBox& box) {
+        EXPECT_EQ(box.focusWidget(), box.button(QMessageBox::Ok));
+        for (int i = 0; i < 3 && box.focusWidget() != Rest(box); ++i)
+            QTest::keyClick(box.focusWidget(), Qt::Key_Tab);
+        ASSERT_EQ(box.focusWidget(), Rest(box));
+        QTest::keyClick(Rest(box), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(Rest(box), Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(Copied(), "C:\\a b\\c.tr4");
+        QTest::keyClick(Rest(box), Qt::Key_Return);
+        EXPECT_FALSE(box.isVisible()) << "Enter means OK wherever the keyboard is";
+    });
+}
+
+TEST_F(MessageBoxes, MarkTheAnswerThatLosesSomethingAndTheOneThatEnterGives) {
+    robot.Will("remove level", [](QWidget* window) {
+        const auto* const box = qobject_cast<MessageBox*>(window);
+        ASSERT_NE(box, nullptr);
+        EXPECT_TRUE(IsMarked(box->button(QMessageBox::Yes), ui::kDestructiveMark));
+        EXPECT_FALSE(IsMarked(box->button(QMessageBox::No), ui::kDestructiveMark));
+        EXPECT_TRUE(IsMarked(box->button(QMessageBox::No), ui::kMainActionMark));
+        Press(window, "No");
+    });
+    forms.Ask(Buttons::YesNo, MessageStyle::Question, LoadMessage(msg::kRemoveQuestion));
+}
+
+} // namespace
+} // namespace kelvash::test
