@@ -104,12 +104,14 @@ void Dialog_Testo::ConnectKeys() {
 void Dialog_Testo::ImpostaValori(const std::string& caption, const std::string& text, int mark) {
     if (!caption.empty()) setWindowTitle(ShownLine(caption));
     text_ = TextToShow(text);
-    shown_ = FromUtf8(text_);
+    help_ = WithoutMarks(text_);
+    shown_ = FromUtf8(help_.text);
     mark_ = mark;
     Text_File->setPlainText(shown_);
     Pul_Index->setEnabled(!HelpTopics(text_, TopicKind::Main).empty() ||
                           !HelpTopics(text_, TopicKind::Sub).empty());
 }
+    highlighter_->SetTitles(help_.titles);
 
 // Wrapping, and with it the place of a line in the view, is known only now.
 void Dialog_Testo::showEvent(QShowEvent* event) {
@@ -147,7 +149,7 @@ void Dialog_Testo::TakeColours() {
 }
 
 int Dialog_Testo::ShownPosition(std::size_t position) const {
-    return static_cast<int>(FromUtf8(text_.substr(0, position)).size());
+    return static_cast<int>(FromUtf8(help_.text.substr(0, position)).size());
 }
 
 std::size_t Dialog_Testo::TextPosition(int shown) const {
@@ -169,10 +171,10 @@ QTextCursor Dialog_Testo::CurrentPlace() const {
 std::optional<TextMatch> Dialog_Testo::Match(std::size_t from, SearchDirection direction) const {
     const SearchUnit unit = Check_ParolaIntera->isChecked() ? SearchUnit::WholeWord : SearchUnit::Anywhere;
     const std::string sought = ToUtf8(Text_Trova->text());
-    const std::optional<TextMatch> match = FindText(text_, sought, from, direction, unit);
+    const std::optional<TextMatch> match = FindText(help_.text, sought, from, direction, unit);
     if (match) return match;
-    const std::size_t other_end = direction == SearchDirection::Forward ? 0 : text_.size();
-    return FindText(text_, sought, other_end, direction, unit);
+    const std::size_t other_end = direction == SearchDirection::Forward ? 0 : help_.text.size();
+    return FindText(help_.text, sought, other_end, direction, unit);
 }
 
 // A hit that is being looked at is passed over; one that has just become visible, or grown with the typed
@@ -226,7 +228,7 @@ void Dialog_Testo::GoToMark() {
 
 void Dialog_Testo::GoTo(std::size_t position) {
     QTextCursor place(Text_File->document());
-    place.setPosition(ShownPosition(position));
+    place.setPosition(ShownPosition(help_.PositionOf(position)));
     Text_File->setTextCursor(place);
     // The scroll bar counts lines as they are wrapped.
     const QTextBlock block = place.block();
