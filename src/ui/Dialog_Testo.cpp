@@ -5,7 +5,6 @@
 #include <QKeyEvent>
 #include <QScreen>
 #include <QScrollBar>
-#include <QShortcut>
 #include <QTextBlock>
 #include <QVBoxLayout>
 #include <QtMath>
@@ -15,6 +14,7 @@
 #include "ui/Dialog_Indice.h"
 #include "ui/Dialog_Testo_messages.h"
 #include "ui/form_kit.h"
+#include "ui/keys.h"
 #include "ui/topic_highlighter.h"
 
 namespace kelvash::ui {
@@ -92,13 +92,15 @@ void Dialog_Testo::Lay() {
 }
 
 void Dialog_Testo::ConnectKeys() {
-    connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, Pul_Dopo, &QPushButton::click);
-    connect(new QShortcut(Qt::SHIFT | Qt::Key_F3, this), &QShortcut::activated, Pul_Prima,
-            &QPushButton::click);
-    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
+    const auto add = [this](const QKeySequence& key, const QString& words, const auto& act) {
+        AddKeys(this, KeyWorks::InTheForm, {key}, words, act);
+    };
+    add(QKeySequence::Find, Text_Trova->accessibleName(), [this] {
         Text_Trova->setFocus();
         Text_Trova->selectAll();
     });
+    add(Qt::Key_F3, WithoutLetter(Pul_Dopo->text()), [this] { Pul_Dopo->click(); });
+    add(Qt::SHIFT | Qt::Key_F3, WithoutLetter(Pul_Prima->text()), [this] { Pul_Prima->click(); });
 }
 
 void Dialog_Testo::ImpostaValori(const std::string& caption, const std::string& text, int mark) {
@@ -107,11 +109,12 @@ void Dialog_Testo::ImpostaValori(const std::string& caption, const std::string& 
     help_ = WithoutMarks(text_);
     shown_ = FromUtf8(help_.text);
     mark_ = mark;
+    highlighter_->SetTitles({}); // those of the former text
     Text_File->setPlainText(shown_);
+    highlighter_->SetTitles(help_.titles);
     Pul_Index->setEnabled(!HelpTopics(text_, TopicKind::Main).empty() ||
                           !HelpTopics(text_, TopicKind::Sub).empty());
 }
-    highlighter_->SetTitles(help_.titles);
 
 // Wrapping, and with it the place of a line in the view, is known only now.
 void Dialog_Testo::showEvent(QShowEvent* event) {

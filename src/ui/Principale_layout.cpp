@@ -1,7 +1,6 @@
 // The main form's captions, its library and its tools.
 #include <QHBoxLayout>
 #include <QScreen>
-#include <QShortcut>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -10,6 +9,7 @@
 #include "ui/Principale_messages.h"
 #include "ui/form_kit.h"
 #include "ui/icons.h"
+#include "ui/keys.h"
 #include "ui/look.h"
 
 namespace kelvash::ui {
@@ -99,7 +99,7 @@ void Principale::LayTools() {
     };
     play_ = new QAction(this);
     play_->setText(Caption(msg::kMainPlay));
-    play_->setShortcut(QKeySequence(QStringLiteral("Ctrl+Return")));
+    play_->setShortcuts({Qt::CTRL | Qt::Key_Return, Qt::CTRL | Qt::Key_Enter});
     connect(play_, &QAction::triggered, Pul_Play, &QPushButton::click);
     add(Glyph::Play, msg::kMainPlay, play_);
     more_ = new QAction(IconOf(Glyph::Info), Caption(msg::kMainMoreInfo), this);
@@ -149,15 +149,12 @@ void Principale::LayLibrary() {
     Combo_Livelli->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     Combo_Livelli->setMouseTracking(true);
     Combo_Livelli->setSpacing(1);
-    const auto on_key = [this](int key, const auto& act) {
-        auto* const shortcut = new QShortcut(QKeySequence(key), Combo_Livelli);
-        shortcut->setContext(Qt::WidgetShortcut);
-        connect(shortcut, &QShortcut::activated, this, act);
-    };
-    for (const int key : {Qt::Key_Return, Qt::Key_Enter})
-        on_key(key, [this] { Pul_Play->click(); });
+    AddKeys(Combo_Livelli, KeyWorks::InTheControl, {Qt::Key_Return, Qt::Key_Enter},
+            Caption(msg::kMainEnterPlays), [this] { Pul_Play->click(); });
     // Elsewhere this key means something else that is deleted.
-    on_key(Qt::Key_Delete, [this] { Command(MenuEntry::mnu_RemoveLevel)->trigger(); });
+    QAction* const remove = Command(MenuEntry::mnu_RemoveLevel);
+    AddKeys(Combo_Livelli, KeyWorks::InTheControl, {Qt::Key_Delete}, WithoutLetter(remove->text()),
+            [remove] { remove->trigger(); });
     SetView(LibraryView::List);
 }
 

@@ -9,6 +9,7 @@
 #include "ui/Dialog_Indice.h"
 #include "ui/Dialog_InputTesto.h"
 #include "ui/Dialog_InsertCd.h"
+#include "ui/Dialog_Keys.h"
 #include "ui/Dialog_NewArc.h"
 #include "ui/Dialog_NewLevel.h"
 #include "ui/Dialog_PrefArc.h"

@@ -151,7 +151,8 @@ TEST_F(PrincipaleForm, HasTheWholeMenuInItsOrder) {
         "  mnu_About=About Kelvash",
         "  mnu_FindHelp=Help Kelvash",
         "  mnu_HelpSaveGameMan=Help about savegame management",
-        "  mnu_HelpFaq=How to solve problems (style FAQ help)"};
+        "  mnu_HelpFaq=How to solve problems (style FAQ help)",
+        "  mnu_Keys=Keys"};
     EXPECT_EQ(lines, expected);
 }
 
@@ -177,7 +178,7 @@ TEST_F(PrincipaleForm, GreysTheCommandsThatCantDoAnythingYet) {
                              "mnu_New", "mnu_Load", "mnu_Save", "mnu_SaveAs", "Mnu_Exit", "mnu_ShowSavegames",
                              "mnu_ShowScreenShot", "mnu_SetOriginale", "mnu_CalcolaSize", "mnu_FaiFullBackup",
                              "mnu_Settings", "mnu_About", "mnu_FindHelp", "mnu_HelpSaveGameMan",
-                             "mnu_HelpFaq", "mnu_AddLevel", "mnu_Property", "mnu_ShowAutoreInfo",
+                             "mnu_HelpFaq", "mnu_Keys", "mnu_AddLevel", "mnu_Property", "mnu_ShowAutoreInfo",
                              "mnu_RemoveLevel", "mnu_Export", "mnu_PrefArchive", "mnu_MoveArc", "mnu_Recover",
                              "mnu_ControllaUguali", "mnu_CreaInfoTr4", "mnu_Kept"));
 }
