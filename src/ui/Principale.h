@@ -15,7 +15,6 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSplitter>
-#include <QStackedWidget>
 #include <QTimer>
 #include <string>
 #include <vector>
@@ -65,7 +64,6 @@ class Principale final : public QMainWindow {
     QPushButton* const Pul_Dopo = Make<IconButton>(this, "Pul_Dopo");
     QPushButton* const Pul_List = Make<IconButton>(this, "Pul_List");
     QPushButton* const Pul_Tiles = Make<IconButton>(this, "Pul_Tiles");
-    QStackedWidget* const Pages_Library = Make<QStackedWidget>(this, "Pages_Library");
     EmptyState* const Empty_Levels = Make<EmptyState>(this, "Empty_Levels");
     QPushButton* const Pul_NewArchive = Make<QPushButton>(this, "Pul_NewArchive");
     QPushButton* const Pul_LoadArchive = Make<QPushButton>(this, "Pul_LoadArchive");
@@ -73,6 +71,10 @@ class Principale final : public QMainWindow {
     QPushButton* const Pul_ShowAll = Make<QPushButton>(this, "Pul_ShowAll");
     QListView* const Combo_Livelli = Make<QListView>(this, "Combo_Livelli");
     LevelBanner* const Image_Level = Make<LevelBanner>(this, "Image_Level");
+    QWidget* const Page_Level = Make<QWidget>(this, "Page_Level");
+    EmptyState* const Empty_Level = Make<EmptyState>(this, "Empty_Level");
+    EmptyState* const Empty_Trle = Make<EmptyState>(this, "Empty_Trle");
+    QPushButton* const Pul_ChooseTrle = Make<QPushButton>(this, "Pul_ChooseTrle");
     QPushButton* const Pul_Play = Make<QPushButton>(this, "Pul_Play");
     QPushButton* const Pul_MoreInfo = Make<QPushButton>(this, "Pul_MoreInfo");
     QPushButton* const Pul_Author = Make<QPushButton>(this, "Pul_Author");
@@ -89,12 +91,17 @@ class Principale final : public QMainWindow {
     PictureView* const Image2 = Make<PictureView>(this, "Image2");
     QPushButton* const Pul_PrimoShot = Make<IconButton>(this, "Pul_PrimoShot");
     QPushButton* const Pul_PrimaScreenShot = Make<IconButton>(this, "Pul_PrimaScreenShot");
+    EmptyState* const Empty_Shots = Make<EmptyState>(this, "Empty_Shots");
+    QPushButton* const Pul_AddShots = Make<QPushButton>(this, "Pul_AddShots");
     QPushButton* const Pul_DopoScreenShot = Make<IconButton>(this, "Pul_DopoScreenShot");
     QPushButton* const Pul_UltimoShot = Make<IconButton>(this, "Pul_UltimoShot");
 
     QGroupBox* const Frame_SaveGames = Make<QGroupBox>(this, "Frame_SaveGames");
     QLabel* const Label_SaveGameTomb = Make<QLabel>(this, "Label_SaveGameTomb");
     QListWidget* const List_SaveGameTomb = Make<QListWidget>(this, "List_SaveGameTomb");
+    QWidget* const Page_SaveGames = Make<QWidget>(this, "Page_SaveGames");
+    EmptyState* const Empty_SaveGames = Make<EmptyState>(this, "Empty_SaveGames");
+    QPushButton* const Pul_PlayNow = Make<QPushButton>(this, "Pul_PlayNow");
     QLabel* const Label_SaveGameArchiviati = Make<QLabel>(this, "Label_SaveGameArchiviati");
     QListWidget* const List_SaveGameArchiviati = Make<QListWidget>(this, "List_SaveGameArchiviati");
     QLabel* const Label_NoteSaveGame = Make<QLabel>(this, "Label_NoteSaveGame");
@@ -117,7 +124,9 @@ class Principale final : public QMainWindow {
     void SetView(LibraryView view);
 
     // Principale_page.cpp
-    QWidget* LayPage();
+    QWidget* LayRightSide();
+    void LayPage();
+    void LayEmptyStates();
     QLayout* LayActions();
     void LayScreenShots();
     void LaySaveGames();
@@ -125,7 +134,9 @@ class Principale final : public QMainWindow {
 
     // Principale_details.cpp
     void ShowHead(const program::LevelView& level);
-    void ShowEmptiness();
+    void ShowEmptiness(const program::LevelView* level);
+    void ShowEmptyLibrary();
+    void ShowRightSide(bool shown);
     QString NoteToShow(const std::string& note) const;
     void ShowSavegames(const std::vector<std::string>& slots, const std::vector<std::string>& archived);
     void ShowImages();
@@ -163,7 +174,9 @@ class Principale final : public QMainWindow {
     QAction* clear_ = nullptr; // empties the search
     QSplitter* const splitter_ = Make<QSplitter>(this, "Splitter1");
     std::vector<std::string> image_names_;
+    QWidget* const right_side_ = new QWidget(this);
     std::string image_hint_; // what stands in the place of the first picture; empty for the default one
+    QByteArray divided_; // by the splitter, while the right side is hidden
     std::size_t first_shown_image_ = 0;
     std::string wish_; // native path of an Archive that another start wants open
     bool playing_ = false;

@@ -40,6 +40,9 @@ void Principale::Set_Caption_Texts() {
                        {Pul_LoadArchive, msg::kMainLoadArchive},
                        {Pul_AddLevel, msg::kMainToolAdd},
                        {Pul_ShowAll, msg::kMainShowAll},
+                       {Pul_ChooseTrle, msg::kMainChooseTrle},
+                       {Pul_AddShots, msg::kMainAddShots},
+                       {Pul_PlayNow, msg::kMainPlayNow},
                        {Pul_ScreenShots, msg::kMainScreenShots},
                        {Pul_SaveGames, msg::kMainSaveGames},
                        {Frame_ScreenShots, msg::kMainFrameScreenShots},
@@ -69,7 +72,7 @@ void Principale::Lay() {
     LayTools();
     LayLibrary();
     splitter_->addWidget(Frame_Livelli);
-    splitter_->addWidget(LayPage());
+    splitter_->addWidget(LayRightSide());
     splitter_->setStretchFactor(1, 1);
     splitter_->setChildrenCollapsible(false);
     const int letter = fontMetrics().averageCharWidth();
@@ -138,11 +141,8 @@ void Principale::LayLibrary() {
     search->setSpacing(space::kTight);
     auto* const column = new QVBoxLayout(Frame_Livelli);
     column->addLayout(search);
-    column->addWidget(Pages_Library, 1);
-    Pages_Library->addWidget(Combo_Livelli);
-    Pages_Library->addWidget(Empty_Levels);
-    for (QPushButton* button : {Pul_NewArchive, Pul_LoadArchive, Pul_AddLevel, Pul_ShowAll})
-        Empty_Levels->Add(button);
+    column->addWidget(Combo_Livelli, 2);
+    column->addWidget(Empty_Levels, 3);
     Combo_Livelli->setModel(levels_);
     Combo_Livelli->setItemDelegate(delegate_);
     Combo_Livelli->setUniformItemSizes(true);
@@ -179,15 +179,22 @@ void Principale::SetTabOrder() {
                                                          Pul_List,
                                                          Pul_Tiles,
                                                          Combo_Livelli,
+                                                         Pul_ShowAll,
+                                                         Pul_NewArchive,
+                                                         Pul_LoadArchive,
+                                                         Pul_AddLevel,
+                                                         Pul_ChooseTrle,
                                                          Pul_Play,
                                                          Pul_MoreInfo,
                                                          Pul_Author,
                                                          Pul_ScreenShots,
                                                          Pul_SaveGames,
+                                                         Pul_AddShots,
                                                          Pul_PrimoShot,
                                                          Pul_PrimaScreenShot,
                                                          Pul_DopoScreenShot,
                                                          Pul_UltimoShot,
+                                                         Pul_PlayNow,
                                                          List_SaveGameTomb,
                                                          List_SaveGameArchiviati,
                                                          Text_NoteSaveGame,
