@@ -40,9 +40,9 @@ Principale::Principale(FormsUser& user) : menu_(menuBar(), this, MenuCommands(*t
     ConnectControls(user);
 }
 
-bool Principale::Load(const std::string& command_line) {
+bool Principale::Load(const std::string& command_line, const program::FirstStepWatcher& at_first_start) {
     const JobScope job;
-    const bool runs = program::StartUp(command_line);
+    const bool runs = program::StartUp(command_line, at_first_start);
     Timer1->setInterval(core::session.TimerInterval);
     SetView(RestoreWindow({this, splitter_}));
     ShowPanel(core::profile.ShowScreenShots);

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "program/level_view.h"
+#include "program/start_up.h"
 #include "ui/empty_state.h"
 #include "ui/form_support.h"
 #include "ui/icon_button.h"
@@ -42,7 +43,8 @@ class Principale final : public QMainWindow {
     void Set_Caption_Texts();
     // The program's start behind the form's back: profile, TRLE folder, backup, Archive. False if the program
     // is to end at once.
-    [[nodiscard]] bool Load(const std::string& command_line);
+    [[nodiscard]] bool Load(const std::string& command_line,
+                            const program::FirstStepWatcher& at_first_start = {});
 
     // Shows the selected level. With `keep_image` the pair of screenshots stays the one that is shown.
     void AggiornaDatiLivello(bool keep_image);
@@ -69,12 +71,12 @@ class Principale final : public QMainWindow {
     QPushButton* const Pul_LoadArchive = Make<QPushButton>(this, "Pul_LoadArchive");
     QPushButton* const Pul_AddLevel = Make<QPushButton>(this, "Pul_AddLevel");
     QPushButton* const Pul_ShowAll = Make<QPushButton>(this, "Pul_ShowAll");
-    QListView* const Combo_Livelli = Make<QListView>(this, "Combo_Livelli");
-    LevelBanner* const Image_Level = Make<LevelBanner>(this, "Image_Level");
     QWidget* const Page_Level = Make<QWidget>(this, "Page_Level");
     EmptyState* const Empty_Level = Make<EmptyState>(this, "Empty_Level");
     EmptyState* const Empty_Trle = Make<EmptyState>(this, "Empty_Trle");
     QPushButton* const Pul_ChooseTrle = Make<QPushButton>(this, "Pul_ChooseTrle");
+    QListView* const Combo_Livelli = Make<QListView>(this, "Combo_Livelli");
+    LevelBanner* const Image_Level = Make<LevelBanner>(this, "Image_Level");
     QPushButton* const Pul_Play = Make<QPushButton>(this, "Pul_Play");
     QPushButton* const Pul_MoreInfo = Make<QPushButton>(this, "Pul_MoreInfo");
     QPushButton* const Pul_Author = Make<QPushButton>(this, "Pul_Author");
@@ -89,19 +91,19 @@ class Principale final : public QMainWindow {
     QGroupBox* const Frame_ScreenShots = Make<QGroupBox>(this, "Frame_ScreenShots");
     PictureView* const Image1 = Make<PictureView>(this, "Image1");
     PictureView* const Image2 = Make<PictureView>(this, "Image2");
-    QPushButton* const Pul_PrimoShot = Make<IconButton>(this, "Pul_PrimoShot");
-    QPushButton* const Pul_PrimaScreenShot = Make<IconButton>(this, "Pul_PrimaScreenShot");
     EmptyState* const Empty_Shots = Make<EmptyState>(this, "Empty_Shots");
     QPushButton* const Pul_AddShots = Make<QPushButton>(this, "Pul_AddShots");
+    QPushButton* const Pul_PrimoShot = Make<IconButton>(this, "Pul_PrimoShot");
+    QPushButton* const Pul_PrimaScreenShot = Make<IconButton>(this, "Pul_PrimaScreenShot");
     QPushButton* const Pul_DopoScreenShot = Make<IconButton>(this, "Pul_DopoScreenShot");
     QPushButton* const Pul_UltimoShot = Make<IconButton>(this, "Pul_UltimoShot");
 
     QGroupBox* const Frame_SaveGames = Make<QGroupBox>(this, "Frame_SaveGames");
-    QLabel* const Label_SaveGameTomb = Make<QLabel>(this, "Label_SaveGameTomb");
-    QListWidget* const List_SaveGameTomb = Make<QListWidget>(this, "List_SaveGameTomb");
     QWidget* const Page_SaveGames = Make<QWidget>(this, "Page_SaveGames");
     EmptyState* const Empty_SaveGames = Make<EmptyState>(this, "Empty_SaveGames");
     QPushButton* const Pul_PlayNow = Make<QPushButton>(this, "Pul_PlayNow");
+    QLabel* const Label_SaveGameTomb = Make<QLabel>(this, "Label_SaveGameTomb");
+    QListWidget* const List_SaveGameTomb = Make<QListWidget>(this, "List_SaveGameTomb");
     QLabel* const Label_SaveGameArchiviati = Make<QLabel>(this, "Label_SaveGameArchiviati");
     QListWidget* const List_SaveGameArchiviati = Make<QListWidget>(this, "List_SaveGameArchiviati");
     QLabel* const Label_NoteSaveGame = Make<QLabel>(this, "Label_NoteSaveGame");
@@ -172,11 +174,11 @@ class Principale final : public QMainWindow {
     QAction* play_ = nullptr;
     QAction* more_ = nullptr;  // the level's document
     QAction* clear_ = nullptr; // empties the search
-    QSplitter* const splitter_ = Make<QSplitter>(this, "Splitter1");
-    std::vector<std::string> image_names_;
     QWidget* const right_side_ = new QWidget(this);
-    std::string image_hint_; // what stands in the place of the first picture; empty for the default one
+    QSplitter* const splitter_ = Make<QSplitter>(this, "Splitter1");
     QByteArray divided_; // by the splitter, while the right side is hidden
+    std::vector<std::string> image_names_;
+    std::string image_hint_; // what stands in the place of the first picture; empty for the default one
     std::size_t first_shown_image_ = 0;
     std::string wish_; // native path of an Archive that another start wants open
     bool playing_ = false;

@@ -115,7 +115,7 @@ class Fitting : public FormsHome {
 
 TEST_F(Fitting, NothingIsCutOrLiesOnSomethingElse) {
     EXPECT_THAT(FaultsOfAllForms(), IsEmpty());
-    EXPECT_EQ(forms_, 16);
+    EXPECT_EQ(forms_, 18);
 }
 
 TEST_F(Fitting, TheSavegamesPageFitsToo) {
@@ -124,6 +124,28 @@ TEST_F(Fitting, TheSavegamesPageFitsToo) {
     QApplication::processEvents();
     LookForCuts(form, faults);
     LookForOverlaps(form, faults);
+    EXPECT_THAT(faults, IsEmpty());
+}
+
+TEST_F(Fitting, ThePagesWithNothingToShowFitToo) {
+    Faults faults;
+    core::SelectLevel(2);
+    const auto look = [&] {
+        QApplication::processEvents();
+        LookForCuts(form, faults);
+        LookForOverlaps(form, faults);
+        LookAtTabOrder(form, faults);
+    };
+    look();
+    form.Pul_SaveGames->click();
+    std::filesystem::rename(drive / "trle", drive / "moved");
+    form.AggiornaDatiLivello(false);
+    look();
+    form.Text_Search->setText(QStringLiteral("zzz"));
+    look();
+    core::archive = core::ArchiveState();
+    core::RefreshLevelList();
+    look();
     EXPECT_THAT(faults, IsEmpty());
 }
 
