@@ -36,6 +36,7 @@
 #include "ui/Dialog_Wait.h"
 #include "ui/Dialog_Zip.h"
 #include "ui/Principale.h"
+#include "ui/first_start.h"
 #include "ui/forms_user.h"
 #include "ui/help.h"
 #include "ui/look.h"
@@ -108,6 +109,7 @@ void TakeMainForm(const Camera& camera, Principale& form) {
     form.Pul_SaveGames->click();
     camera.Take(&form, "principale_savegames");
     form.Pul_ScreenShots->click();
+    camera.TakeModal("dialog_keys", [&] { form.Command(MenuEntry::mnu_Keys)->trigger(); });
     camera.TakeModal("about", [&] { form.Command(MenuEntry::mnu_About)->trigger(); });
 }
 
@@ -154,6 +156,38 @@ QString WordsOf(const Amount& amount, double seconds) {
     ProgressWords words;
     words.Take({0, amount.total, amount.counted}, 0);
     return words.Take(amount, seconds).value_or(QString());
+}
+
+// What stands where there is nothing to show, and the page of the first start.
+void TakeEmptyPages(const Camera& camera, Principale& form) {
+    const core::ArchiveState archive = core::archive;
+    const auto close = [] {
+        core::archive = core::ArchiveState();
+        core::RefreshLevelList();
+    };
+    FirstStart page(nullptr);
+    page.Begin(program::FirstStep::Backup);
+    page.resize(page.width(), page.sizeHint().height());
+    for (const bool dark : {false, true}) {
+        const std::string suffix = dark ? "_dark" : "";
+        Theme::SetDark(dark);
+        close();
+        camera.Take(&form, "empty_archive" + suffix);
+        core::archive = archive;
+        core::RefreshLevelList();
+        page.show();
+        camera.Take(&page, "first_start" + suffix);
+        page.hide();
+    }
+    Theme::SetDark(false);
+    core::SelectLevel(3);
+    camera.Take(&form, "empty_screenshots");
+    form.Pul_SaveGames->click();
+    core::profile.TrleFolder.push_back('-');
+    form.AggiornaDatiLivello(false);
+    camera.Take(&form, "empty_trle");
+    core::profile.TrleFolder.pop_back();
+    form.Pul_ScreenShots->click();
 }
 
 void TakeSmallForms(const Camera& camera, FormsUser& user, Principale& form) {
@@ -242,6 +276,7 @@ int main(int argc, char** argv) {
     if (!SetDrive('E', disc, DriveType::CdRom)) return EXIT_FAILURE;
     form.show();
     TakeMainForm(camera, form);
+    TakeEmptyPages(camera, form);
     TakeFirstStart(camera, user);
     TakeSmallForms(camera, user, form);
     TakeLevelForms(camera, form);

@@ -157,6 +157,13 @@ bool OpenArchive() {
     return true;
 }
 
+// TRLE can't be installed from a folder; who asks for it is told as for a failed set-up.
+bool RefuseSetup() {
+    TellCritical(LoadMessage(msg::kTrleSetupFailed));
+    core::archive.ArchiveLoadRefused = true;
+    return false;
+}
+
 void OfferFullRestore() {
     if (!core::session.UpgradeWarning) return;
     if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kUpgradeRestoreQuestion, {kLineBreak}))) return;
@@ -197,7 +204,7 @@ CommandLine ParseCommandLine(std::string_view text) {
     return found;
 }
 
-bool StartUp(std::string_view command_line) {
+bool StartUp(std::string_view command_line, const FirstStepWatcher& at_first_start) {
     if (core::session.Started) return true;
     core::session.Started = true;
     PrepareFiles();
@@ -206,20 +213,23 @@ bool StartUp(std::string_view command_line) {
     core::session.WindowAnimation = TheDesktop().WindowAnimation();
     TheDesktop().SetWindowAnimation(false);
     if (!TakeProfile()) return false;
+    const bool tells = at_first_start && Trim(core::profile.LastArchive).empty();
+    const auto begin = [&](FirstStep step) {
+        if (tells) at_first_start(step);
+    };
     if (!wanted.Archive.empty()) core::profile.LastArchive = PathOfToken(wanted.Archive);
     core::archive = core::ArchiveState();
-    if (!wanted.TrleSource.empty()) {
-        // TRLE can't be installed from a folder; who asks for it is told as for a failed set-up.
-        TellCritical(LoadMessage(msg::kTrleSetupFailed));
-        core::archive.ArchiveLoadRefused = true;
-        return false;
-    }
+    if (!wanted.TrleSource.empty()) return RefuseSetup();
+    begin(FirstStep::TrleFolder);
     if (!SecureTrle()) return false;
+    begin(FirstStep::Backup);
     if (!SecureOriginal()) return true;
+    begin(FirstStep::Archive);
     if (!OpenArchive()) {
         core::CloseArchive();
         return true;
     }
+    if (core::ArchiveIsOpen()) begin(FirstStep::Over);
     RegisterAppPaths();
     swap::TellRescuedSaves();
     core::TellCutShortMove();

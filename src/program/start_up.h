@@ -4,6 +4,7 @@
 // goes through the user port; each failure ends the start-up with no Archive open.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -16,10 +17,17 @@ struct FirstArchiveChoice {
     bool MakeNew = false; // chosen: a new one, not one that stands somewhere
 };
 
+// What a first start secures, one after the other.
+enum class FirstStep { TrleFolder, Backup, Archive, Over };
+using FirstStepWatcher = std::function<void(FirstStep begins)>;
+
 // Runs once; a second call does nothing. The command line holds tokens in double quotes: a .kva path is the
 // Archive to open, a folder called "trle" a source to install TRLE from. False if there is no TRLE to work
 // on, which was told: the program is to end. Whether an Archive is open says core::ArchiveIsOpen.
-bool StartUp(std::string_view command_line);
+//
+// The watcher is called at a first start alone, which is one that knows of no Archive yet. One that ends
+// early doesn't come to the later steps.
+bool StartUp(std::string_view command_line, const FirstStepWatcher& at_first_start = {});
 // Loads the Archive that the profile names. False after a message if it is gone or can't be loaded.
 [[nodiscard]] bool LoadLastArchive(const std::string& path);
 void TellArchiveNotLoaded(const std::string& path);

@@ -5,7 +5,6 @@
 #include <QKeyEvent>
 #include <QScreen>
 #include <QScrollBar>
-#include <QShortcut>
 #include <QTextBlock>
 #include <QVBoxLayout>
 #include <QtMath>
@@ -15,6 +14,7 @@
 #include "ui/Dialog_Indice.h"
 #include "ui/Dialog_Testo_messages.h"
 #include "ui/form_kit.h"
+#include "ui/keys.h"
 #include "ui/topic_highlighter.h"
 
 namespace kelvash::ui {
@@ -92,21 +92,26 @@ void Dialog_Testo::Lay() {
 }
 
 void Dialog_Testo::ConnectKeys() {
-    connect(new QShortcut(Qt::Key_F3, this), &QShortcut::activated, Pul_Dopo, &QPushButton::click);
-    connect(new QShortcut(Qt::SHIFT | Qt::Key_F3, this), &QShortcut::activated, Pul_Prima,
-            &QPushButton::click);
-    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
+    const auto add = [this](const QKeySequence& key, const QString& words, const auto& act) {
+        AddKeys(this, KeyWorks::InTheForm, {key}, words, act);
+    };
+    add(QKeySequence::Find, Text_Trova->accessibleName(), [this] {
         Text_Trova->setFocus();
         Text_Trova->selectAll();
     });
+    add(Qt::Key_F3, WithoutLetter(Pul_Dopo->text()), [this] { Pul_Dopo->click(); });
+    add(Qt::SHIFT | Qt::Key_F3, WithoutLetter(Pul_Prima->text()), [this] { Pul_Prima->click(); });
 }
 
 void Dialog_Testo::ImpostaValori(const std::string& caption, const std::string& text, int mark) {
     if (!caption.empty()) setWindowTitle(ShownLine(caption));
     text_ = TextToShow(text);
-    shown_ = FromUtf8(text_);
+    help_ = WithoutMarks(text_);
+    shown_ = FromUtf8(help_.text);
     mark_ = mark;
+    highlighter_->SetTitles({}); // those of the former text
     Text_File->setPlainText(shown_);
+    highlighter_->SetTitles(help_.titles);
     Pul_Index->setEnabled(!HelpTopics(text_, TopicKind::Main).empty() ||
                           !HelpTopics(text_, TopicKind::Sub).empty());
 }
@@ -147,7 +152,7 @@ void Dialog_Testo::TakeColours() {
 }
 
 int Dialog_Testo::ShownPosition(std::size_t position) const {
-    return static_cast<int>(FromUtf8(text_.substr(0, position)).size());
+    return static_cast<int>(FromUtf8(help_.text.substr(0, position)).size());
 }
 
 std::size_t Dialog_Testo::TextPosition(int shown) const {
@@ -169,10 +174,10 @@ QTextCursor Dialog_Testo::CurrentPlace() const {
 std::optional<TextMatch> Dialog_Testo::Match(std::size_t from, SearchDirection direction) const {
     const SearchUnit unit = Check_ParolaIntera->isChecked() ? SearchUnit::WholeWord : SearchUnit::Anywhere;
     const std::string sought = ToUtf8(Text_Trova->text());
-    const std::optional<TextMatch> match = FindText(text_, sought, from, direction, unit);
+    const std::optional<TextMatch> match = FindText(help_.text, sought, from, direction, unit);
     if (match) return match;
-    const std::size_t other_end = direction == SearchDirection::Forward ? 0 : text_.size();
-    return FindText(text_, sought, other_end, direction, unit);
+    const std::size_t other_end = direction == SearchDirection::Forward ? 0 : help_.text.size();
+    return FindText(help_.text, sought, other_end, direction, unit);
 }
 
 // A hit that is being looked at is passed over; one that has just become visible, or grown with the typed
@@ -226,7 +231,7 @@ void Dialog_Testo::GoToMark() {
 
 void Dialog_Testo::GoTo(std::size_t position) {
     QTextCursor place(Text_File->document());
-    place.setPosition(ShownPosition(position));
+    place.setPosition(ShownPosition(help_.PositionOf(position)));
     Text_File->setTextCursor(place);
     // The scroll bar counts lines as they are wrapped.
     const QTextBlock block = place.block();

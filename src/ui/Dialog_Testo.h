@@ -1,4 +1,5 @@
-// Shows a text with a search, goes to a place in it by a mark or by the index of its topics.
+// Shows a text with a search, goes to a place in it by a mark or by the index of its topics. Lines of the
+// help's format are read as such: see WithoutMarks.
 #pragma once
 
 #include <QCheckBox>
@@ -47,7 +48,7 @@ class Dialog_Testo final : public QDialog {
     void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
-    // Between the bytes of the text and the UTF-16 units of the shown one.
+    // Between the bytes of help_.text and the UTF-16 units of the control.
     int ShownPosition(std::size_t position) const;
     std::size_t TextPosition(int shown) const;
 
@@ -60,9 +61,10 @@ class Dialog_Testo final : public QDialog {
     void ShowMatch(const std::optional<TextMatch>& match);
     void ShowIndex();
     void GoToMark();
-    void GoTo(std::size_t position);
+    void GoTo(std::size_t position); // of text_
 
-    std::string text_;
+    std::string text_; // as it stands in the file
+    ShownHelp help_;
     QString shown_;
     int mark_ = kNoMark;
     bool shown_once_ = false;

@@ -33,16 +33,16 @@ Principale::Principale(FormsUser& user) : menu_(menuBar(), this, MenuCommands(*t
     setAcceptDrops(true);
     NotYet({Pul_RestoreSaveGame, Pul_ArchiviaSavegames, Pul_DeleteSavegame, Pul_ImportSavegame,
             Pul_ExportSaveGame, Pul_ChangeScreenshot});
-    LettersLast(
-        {Pul_Author, Pul_List, Pul_Tiles, Pul_NewArchive, Pul_LoadArchive, Pul_AddLevel, Pul_ShowAll});
+    LettersLast({Pul_Author, Pul_List, Pul_Tiles, Pul_NewArchive, Pul_LoadArchive, Pul_AddLevel, Pul_ShowAll,
+                 Pul_ChooseTrle, Pul_AddShots, Pul_PlayNow});
     Set_Caption_Texts();
     Lay();
     ConnectControls(user);
 }
 
-bool Principale::Load(const std::string& command_line) {
+bool Principale::Load(const std::string& command_line, const program::FirstStepWatcher& at_first_start) {
     const JobScope job;
-    const bool runs = program::StartUp(command_line);
+    const bool runs = program::StartUp(command_line, at_first_start);
     Timer1->setInterval(core::session.TimerInterval);
     SetView(RestoreWindow({this, splitter_}));
     ShowPanel(core::profile.ShowScreenShots);
@@ -75,10 +75,6 @@ void Principale::ConnectControls(FormsUser& user) {
     connect(Pul_Play, &QPushButton::clicked, this, play);
     connect(Pul_List, &QPushButton::clicked, this, [this] { SetView(LibraryView::List); });
     connect(Pul_Tiles, &QPushButton::clicked, this, [this] { SetView(LibraryView::Tiles); });
-    connect(Pul_NewArchive, &QPushButton::clicked, Command(MenuEntry::mnu_New), &QAction::trigger);
-    connect(Pul_LoadArchive, &QPushButton::clicked, Command(MenuEntry::mnu_Load), &QAction::trigger);
-    connect(Pul_AddLevel, &QPushButton::clicked, Command(MenuEntry::mnu_AddLevel), &QAction::trigger);
-    connect(Pul_ShowAll, &QPushButton::clicked, Text_Search, &QLineEdit::clear);
     connect(Pul_MoreInfo, &QPushButton::clicked, this,
             [this] { door_.Try([] { program::ShowMoreInfo(); }); });
     connect(Pul_ScreenShots, &QPushButton::clicked, this, [this] { ShowPanel(true); });

@@ -15,12 +15,12 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSplitter>
-#include <QStackedWidget>
 #include <QTimer>
 #include <string>
 #include <vector>
 
 #include "program/level_view.h"
+#include "program/start_up.h"
 #include "ui/empty_state.h"
 #include "ui/form_support.h"
 #include "ui/icon_button.h"
@@ -43,7 +43,8 @@ class Principale final : public QMainWindow {
     void Set_Caption_Texts();
     // The program's start behind the form's back: profile, TRLE folder, backup, Archive. False if the program
     // is to end at once.
-    [[nodiscard]] bool Load(const std::string& command_line);
+    [[nodiscard]] bool Load(const std::string& command_line,
+                            const program::FirstStepWatcher& at_first_start = {});
 
     // Shows the selected level. With `keep_image` the pair of screenshots stays the one that is shown.
     void AggiornaDatiLivello(bool keep_image);
@@ -67,12 +68,15 @@ class Principale final : public QMainWindow {
     QPushButton* const Pul_Dopo = Make<IconButton>(this, "Pul_Dopo");
     QPushButton* const Pul_List = Make<IconButton>(this, "Pul_List");
     QPushButton* const Pul_Tiles = Make<IconButton>(this, "Pul_Tiles");
-    QStackedWidget* const Pages_Library = Make<QStackedWidget>(this, "Pages_Library");
     EmptyState* const Empty_Levels = Make<EmptyState>(this, "Empty_Levels");
     QPushButton* const Pul_NewArchive = Make<QPushButton>(this, "Pul_NewArchive");
     QPushButton* const Pul_LoadArchive = Make<QPushButton>(this, "Pul_LoadArchive");
     QPushButton* const Pul_AddLevel = Make<QPushButton>(this, "Pul_AddLevel");
     QPushButton* const Pul_ShowAll = Make<QPushButton>(this, "Pul_ShowAll");
+    QWidget* const Page_Level = Make<QWidget>(this, "Page_Level");
+    EmptyState* const Empty_Level = Make<EmptyState>(this, "Empty_Level");
+    EmptyState* const Empty_Trle = Make<EmptyState>(this, "Empty_Trle");
+    QPushButton* const Pul_ChooseTrle = Make<QPushButton>(this, "Pul_ChooseTrle");
     QListView* const Combo_Livelli = Make<QListView>(this, "Combo_Livelli");
     LevelBanner* const Image_Level = Make<LevelBanner>(this, "Image_Level");
     QPushButton* const Pul_Play = Make<QPushButton>(this, "Pul_Play");
@@ -89,12 +93,17 @@ class Principale final : public QMainWindow {
     QGroupBox* const Frame_ScreenShots = Make<QGroupBox>(this, "Frame_ScreenShots");
     PictureView* const Image1 = Make<PictureView>(this, "Image1");
     PictureView* const Image2 = Make<PictureView>(this, "Image2");
+    EmptyState* const Empty_Shots = Make<EmptyState>(this, "Empty_Shots");
+    QPushButton* const Pul_AddShots = Make<QPushButton>(this, "Pul_AddShots");
     QPushButton* const Pul_PrimoShot = Make<IconButton>(this, "Pul_PrimoShot");
     QPushButton* const Pul_PrimaScreenShot = Make<IconButton>(this, "Pul_PrimaScreenShot");
     QPushButton* const Pul_DopoScreenShot = Make<IconButton>(this, "Pul_DopoScreenShot");
     QPushButton* const Pul_UltimoShot = Make<IconButton>(this, "Pul_UltimoShot");
 
     QGroupBox* const Frame_SaveGames = Make<QGroupBox>(this, "Frame_SaveGames");
+    QWidget* const Page_SaveGames = Make<QWidget>(this, "Page_SaveGames");
+    EmptyState* const Empty_SaveGames = Make<EmptyState>(this, "Empty_SaveGames");
+    QPushButton* const Pul_PlayNow = Make<QPushButton>(this, "Pul_PlayNow");
     QLabel* const Label_SaveGameTomb = Make<QLabel>(this, "Label_SaveGameTomb");
     QListWidget* const List_SaveGameTomb = Make<QListWidget>(this, "List_SaveGameTomb");
     QLabel* const Label_SaveGameArchiviati = Make<QLabel>(this, "Label_SaveGameArchiviati");
@@ -119,7 +128,9 @@ class Principale final : public QMainWindow {
     void SetView(LibraryView view);
 
     // Principale_page.cpp
-    QWidget* LayPage();
+    QWidget* LayRightSide();
+    void LayPage();
+    void LayEmptyStates();
     QLayout* LayActions();
     void LayScreenShots();
     void LaySaveGames();
@@ -127,7 +138,9 @@ class Principale final : public QMainWindow {
 
     // Principale_details.cpp
     void ShowHead(const program::LevelView& level);
-    void ShowEmptiness();
+    void ShowEmptiness(const program::LevelView* level);
+    void ShowEmptyLibrary();
+    void ShowRightSide(bool shown);
     QString NoteToShow(const std::string& note) const;
     void ShowSavegames(const std::vector<std::string>& slots, const std::vector<std::string>& archived);
     void ShowImages();
@@ -163,7 +176,9 @@ class Principale final : public QMainWindow {
     QAction* play_ = nullptr;
     QAction* more_ = nullptr;  // the level's document
     QAction* clear_ = nullptr; // empties the search
+    QWidget* const right_side_ = new QWidget(this);
     QSplitter* const splitter_ = Make<QSplitter>(this, "Splitter1");
+    QByteArray divided_; // by the splitter, while the right side is hidden
     std::vector<std::string> image_names_;
     std::string image_hint_; // what stands in the place of the first picture; empty for the default one
     std::size_t first_shown_image_ = 0;

@@ -3,6 +3,7 @@
 #include "companion/screenshots.h"
 #include "core/archive.h"
 #include "core/level_list.h"
+#include "core/profile.h"
 #include "foundation/files.h"
 #include "foundation/text.h"
 #include "program/level_view.h"
@@ -40,7 +41,7 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
     Label_InfoDir->setText(ShownLine(shown.Place));
     Label_InfoDir->setToolTip(ToolTipText(Label_InfoDir->text()));
     ShowHead(shown);
-    ShowEmptiness();
+    ShowEmptiness(view ? &*view : nullptr);
     EnableCommands();
 }
 
@@ -67,11 +68,37 @@ void Principale::ShowHead(const program::LevelView& level) {
         Label_Play->setText(Caption(msg::kMainTakesOut, {CleanLine(level.TakenOut)}));
 }
 
-// What helps where the library shows no level.
-void Principale::ShowEmptiness() {
+// What helps where a page has nothing to show. Without an Archive the library takes the whole window.
+void Principale::ShowEmptiness(const program::LevelView* level) {
+    ShowEmptyLibrary();
+    ShowRightSide(core::ArchiveIsOpen());
+    Empty_Level->StandFor(Page_Level, level == nullptr);
+    Empty_Level->Say(Glyph::List, Caption(msg::kMainNoLevelShown), {});
+    if (level == nullptr) return;
+    const std::string trle = core::TrleFolder();
+    Empty_Trle->StandFor(Image_Level, trle.empty() || !FolderExists(trle));
+    Empty_Trle->Say(Glyph::NoFolder, Caption(msg::kMainNoTrle, {CleanLine(trle)}), {Pul_ChooseTrle});
+    Empty_Shots->setVisible(level->Screenshots.empty() && !level->FolderMissing);
+    Empty_Shots->Say(Glyph::Camera, Caption(msg::kMainNoShots), {Pul_AddShots});
+    Empty_SaveGames->StandFor(Page_SaveGames,
+                              level->SlotSavegames.empty() && level->ArchivedSavegames.empty());
+    Empty_SaveGames->Say(Glyph::Savegames, Caption(msg::kMainNoSaves), {Pul_PlayNow});
+}
+
+// The splitter would divide the room anew when the side comes back.
+void Principale::ShowRightSide(bool shown) {
+    if (shown != right_side_->isHidden()) return;
+    if (!shown) divided_ = splitter_->saveState();
+    right_side_->setVisible(shown);
+    if (shown) splitter_->restoreState(divided_);
+}
+
+void Principale::ShowEmptyLibrary() {
     const bool open = core::ArchiveIsOpen();
     const bool only_original = open && core::level_list.Items.size() <= 1 && levels_->Filter().isEmpty();
-    Pages_Library->setCurrentIndex(levels_->rowCount() == 0 ? 1 : 0);
+    const bool nothing = levels_->rowCount() == 0;
+    Combo_Livelli->setVisible(!nothing);
+    Empty_Levels->setVisible(nothing || only_original);
     if (!open)
         Empty_Levels->Say(Glyph::Archive, Caption(msg::kMainNoArchiveNote),
                           {Pul_NewArchive, Pul_LoadArchive});
@@ -118,6 +145,8 @@ void Principale::ShowImages() {
         button->setEnabled(before);
     for (QPushButton* button : {Pul_DopoScreenShot, Pul_UltimoShot})
         button->setEnabled(behind);
+    for (QPushButton* button : {Pul_PrimoShot, Pul_PrimaScreenShot, Pul_DopoScreenShot, Pul_UltimoShot})
+        button->setVisible(!image_names_.empty());
 }
 
 } // namespace kelvash::ui

@@ -1,7 +1,6 @@
 // The main form's captions, its library and its tools.
 #include <QHBoxLayout>
 #include <QScreen>
-#include <QShortcut>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -10,6 +9,7 @@
 #include "ui/Principale_messages.h"
 #include "ui/form_kit.h"
 #include "ui/icons.h"
+#include "ui/keys.h"
 #include "ui/look.h"
 
 namespace kelvash::ui {
@@ -40,6 +40,9 @@ void Principale::Set_Caption_Texts() {
                        {Pul_LoadArchive, msg::kMainLoadArchive},
                        {Pul_AddLevel, msg::kMainToolAdd},
                        {Pul_ShowAll, msg::kMainShowAll},
+                       {Pul_ChooseTrle, msg::kMainChooseTrle},
+                       {Pul_AddShots, msg::kMainAddShots},
+                       {Pul_PlayNow, msg::kMainPlayNow},
                        {Pul_ScreenShots, msg::kMainScreenShots},
                        {Pul_SaveGames, msg::kMainSaveGames},
                        {Frame_ScreenShots, msg::kMainFrameScreenShots},
@@ -70,7 +73,7 @@ void Principale::Lay() {
     LayTools();
     LayLibrary();
     splitter_->addWidget(Frame_Livelli);
-    splitter_->addWidget(LayPage());
+    splitter_->addWidget(LayRightSide());
     splitter_->setStretchFactor(1, 1);
     splitter_->setChildrenCollapsible(false);
     const int letter = fontMetrics().averageCharWidth();
@@ -100,7 +103,7 @@ void Principale::LayTools() {
     };
     play_ = new QAction(this);
     play_->setText(Caption(msg::kMainPlay));
-    play_->setShortcut(QKeySequence(QStringLiteral("Ctrl+Return")));
+    play_->setShortcuts({Qt::CTRL | Qt::Key_Return, Qt::CTRL | Qt::Key_Enter});
     connect(play_, &QAction::triggered, Pul_Play, &QPushButton::click);
     add(Glyph::Play, msg::kMainPlay, play_);
     more_ = new QAction(IconOf(Glyph::Info), Caption(msg::kMainMoreInfo), this);
@@ -139,26 +142,20 @@ void Principale::LayLibrary() {
     search->setSpacing(space::kTight);
     auto* const column = new QVBoxLayout(Frame_Livelli);
     column->addLayout(search);
-    column->addWidget(Pages_Library, 1);
-    Pages_Library->addWidget(Combo_Livelli);
-    Pages_Library->addWidget(Empty_Levels);
-    for (QPushButton* button : {Pul_NewArchive, Pul_LoadArchive, Pul_AddLevel, Pul_ShowAll})
-        Empty_Levels->Add(button);
+    column->addWidget(Combo_Livelli, 2);
+    column->addWidget(Empty_Levels, 3);
     Combo_Livelli->setModel(levels_);
     Combo_Livelli->setItemDelegate(delegate_);
     Combo_Livelli->setUniformItemSizes(true);
     Combo_Livelli->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     Combo_Livelli->setMouseTracking(true);
     Combo_Livelli->setSpacing(1);
-    const auto on_key = [this](int key, const auto& act) {
-        auto* const shortcut = new QShortcut(QKeySequence(key), Combo_Livelli);
-        shortcut->setContext(Qt::WidgetShortcut);
-        connect(shortcut, &QShortcut::activated, this, act);
-    };
-    for (const int key : {Qt::Key_Return, Qt::Key_Enter})
-        on_key(key, [this] { Pul_Play->click(); });
+    AddKeys(Combo_Livelli, KeyWorks::InTheControl, {Qt::Key_Return, Qt::Key_Enter},
+            Caption(msg::kMainEnterPlays), [this] { Pul_Play->click(); });
     // Elsewhere this key means something else that is deleted.
-    on_key(Qt::Key_Delete, [this] { Command(MenuEntry::mnu_RemoveLevel)->trigger(); });
+    QAction* const remove = Command(MenuEntry::mnu_RemoveLevel);
+    AddKeys(Combo_Livelli, KeyWorks::InTheControl, {Qt::Key_Delete}, WithoutLetter(remove->text()),
+            [remove] { remove->trigger(); });
     SetView(LibraryView::List);
 }
 
@@ -183,15 +180,22 @@ void Principale::SetTabOrder() {
                                                          Pul_List,
                                                          Pul_Tiles,
                                                          Combo_Livelli,
+                                                         Pul_ShowAll,
+                                                         Pul_NewArchive,
+                                                         Pul_LoadArchive,
+                                                         Pul_AddLevel,
+                                                         Pul_ChooseTrle,
                                                          Pul_Play,
                                                          Pul_MoreInfo,
                                                          Pul_Author,
                                                          Pul_ScreenShots,
                                                          Pul_SaveGames,
+                                                         Pul_AddShots,
                                                          Pul_PrimoShot,
                                                          Pul_PrimaScreenShot,
                                                          Pul_DopoScreenShot,
                                                          Pul_UltimoShot,
+                                                         Pul_PlayNow,
                                                          List_SaveGameTomb,
                                                          List_SaveGameArchiviati,
                                                          Text_NoteSaveGame,

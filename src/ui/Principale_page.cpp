@@ -1,9 +1,12 @@
 // The right side of the main form: the selected level's page.
+#include <QAction>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QVBoxLayout>
 
+#include "core/level_list.h"
+#include "trle/find_trle.h"
 #include "ui/Principale.h"
 #include "ui/form_kit.h"
 #include "ui/icons.h"
@@ -21,9 +24,18 @@ void OpenAt(QWidget* control, QMenu* menu) {
 
 } // namespace
 
-QWidget* Principale::LayPage() {
-    auto* const page = new QWidget(this);
-    auto* const column = new QVBoxLayout(page);
+QWidget* Principale::LayRightSide() {
+    LayEmptyStates();
+    LayPage();
+    auto* const column = new QVBoxLayout(right_side_);
+    column->setContentsMargins({});
+    column->addWidget(Page_Level);
+    column->addWidget(Empty_Level);
+    return right_side_;
+}
+
+void Principale::LayPage() {
+    auto* const column = new QVBoxLayout(Page_Level);
     column->setContentsMargins({});
     SetType(Label_InfoLevel, Type::Title);
     Label_InfoLevel->setWordWrap(true);
@@ -32,6 +44,7 @@ QWidget* Principale::LayPage() {
     for (QLabel* label : {Label_InfoLevel, Label_InfoDir})
         label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     column->addWidget(Image_Level, 2);
+    column->addWidget(Empty_Trle, 2);
     column->addLayout(LayActions());
     column->addWidget(Label_InfoLevel);
     column->addWidget(Label_InfoDir);
@@ -51,7 +64,31 @@ QWidget* Principale::LayPage() {
     column->addWidget(Frame_ScreenShots, 3);
     column->addWidget(Frame_SaveGames, 3);
     Frame_SaveGames->hide(); // one page at a time: see ShowPanel
-    return page;
+}
+
+// What the buttons do that help where there is nothing to show.
+void Principale::LayEmptyStates() {
+    const auto add = [this](EmptyState* state, QPushButton* button, MenuEntry command) {
+        state->Add(button);
+        connect(button, &QPushButton::clicked, Command(command), &QAction::trigger);
+    };
+    add(Empty_Levels, Pul_NewArchive, MenuEntry::mnu_New);
+    add(Empty_Levels, Pul_LoadArchive, MenuEntry::mnu_Load);
+    add(Empty_Levels, Pul_AddLevel, MenuEntry::mnu_AddLevel);
+    add(Empty_Shots, Pul_AddShots, MenuEntry::mnu_Property);
+    Pul_AddShots->setIcon(IconOf(Glyph::Add));
+    Empty_Levels->Add(Pul_ShowAll);
+    connect(Pul_ShowAll, &QPushButton::clicked, Text_Search, &QLineEdit::clear);
+    Empty_SaveGames->Add(Pul_PlayNow);
+    Pul_PlayNow->setIcon(IconOf(Glyph::Play));
+    connect(Pul_PlayNow, &QPushButton::clicked, Pul_Play, &QPushButton::click);
+    Empty_Trle->Add(Pul_ChooseTrle);
+    Pul_ChooseTrle->setIcon(IconOf(Glyph::Folder));
+    connect(Pul_ChooseTrle, &QPushButton::clicked, this, [this] {
+        door_.Try([] {
+            if (trle::AskTrleFolder()) core::RefreshLevelList();
+        });
+    });
 }
 
 QLayout* Principale::LayActions() {
@@ -74,6 +111,7 @@ void Principale::LayScreenShots() {
     auto* const images = new QHBoxLayout;
     images->addWidget(Image1, 1);
     images->addWidget(Image2, 1);
+    images->addWidget(Empty_Shots, 1);
     auto* const pages = new QHBoxLayout;
     pages->addStretch();
     Pul_PrimoShot->setIcon(IconOf(Glyph::First));
@@ -91,7 +129,11 @@ void Principale::LayScreenShots() {
 }
 
 void Principale::LaySaveGames() {
-    auto* const panel = new QGridLayout(Frame_SaveGames);
+    auto* const either = new QVBoxLayout(Frame_SaveGames);
+    either->addWidget(Page_SaveGames);
+    either->addWidget(Empty_SaveGames);
+    auto* const panel = new QGridLayout(Page_SaveGames);
+    panel->setContentsMargins({});
     panel->addWidget(Label_SaveGameTomb, 0, 0);
     panel->addWidget(Label_SaveGameArchiviati, 0, 1);
     panel->addWidget(List_SaveGameTomb, 1, 0);

@@ -5,6 +5,7 @@
 #include <QPushButton>
 #include <QWidget>
 #include <initializer_list>
+#include <vector>
 
 #include "ui/icons.h"
 
@@ -22,10 +23,14 @@ class EmptyState final : public QWidget {
     void Say(Glyph glyph, const QString& sentence, std::initializer_list<QPushButton*> helping);
     // A button for later use.
     void Add(QPushButton* button);
+    // Takes the place of what has nothing to show, or gives it back.
+    void StandFor(QWidget* content, bool nothing);
     QString Sentence() const { return sentence_->text(); }
+    Glyph Drawn() const;
 
   private:
-    QLabel* const drawing_ = new QLabel(this);
+    class Drawing;
+    Drawing* drawing_;
     QLabel* const sentence_ = new QLabel(this);
     QHBoxLayout* buttons_;
     std::vector<QPushButton*> all_;

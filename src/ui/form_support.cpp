@@ -50,23 +50,13 @@ class Letters {
     QSet<QChar> taken_;
 };
 
-// Marks that an earlier call has set.
-QString Unmarked(QString text) {
-    text.remove(QLatin1Char('&'));
-    return text;
-}
-
 QString MarkUnless(bool dead, Letters& letters, const QString& text) {
-    return dead ? Unmarked(text) : letters.Mark(Unmarked(text));
+    return dead ? WithoutLetter(text) : letters.Mark(WithoutLetter(text));
 }
 
 // Properties of controls and actions.
 constexpr const char* kNotYet = "kelvash_not_yet";
 constexpr const char* kLettersLast = "kelvash_letters_last";
-
-bool IsNotYet(const QObject* object) {
-    return object->property(kNotYet).toBool();
-}
 
 void MarkActions(const QList<QAction*>& actions) {
     Letters letters;
@@ -120,6 +110,15 @@ QString ToolTipText(const QString& text) {
     return Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
 }
 
+QString WithoutLetter(const QString& caption) {
+    QString text = caption;
+    return text.remove(QLatin1Char('&'));
+}
+
+bool IsNotYet(const QObject* object) {
+    return object->property(kNotYet).toBool();
+}
+
 void NotYet(std::initializer_list<QWidget*> controls) {
     for (QWidget* control : controls) {
         control->setEnabled(false);
@@ -142,11 +141,11 @@ void AssignMnemonics(QWidget* form) {
     if (const auto* const bar = form->findChild<QMenuBar*>()) {
         MarkActions(bar->actions());
         for (const QAction* action : bar->actions()) // the same keys reach these
-            static_cast<void>(letters.Mark(Unmarked(action->text())));
+            static_cast<void>(letters.Mark(WithoutLetter(action->text())));
     }
     MarkButtons(form, letters, Turn::First);
     for (QLabel* label : form->findChildren<QLabel*>())
-        if (label->buddy() != nullptr) label->setText(letters.Mark(Unmarked(label->text())));
+        if (label->buddy() != nullptr) label->setText(letters.Mark(WithoutLetter(label->text())));
     MarkButtons(form, letters, Turn::Last);
 }
 

@@ -54,10 +54,14 @@ Control* Make(QWidget* parent, const char* name) {
 // Set_Caption_Texts; nothing enables it again.
 void NotYet(std::initializer_list<QWidget*> controls);
 void NotYet(QAction* action, bool not_yet);
+bool IsNotYet(const QObject* object);
 
 // Buttons that get a letter only when all others have one: what they do is reached otherwise too. To be
 // called before Set_Caption_Texts.
 void LettersLast(std::initializer_list<QWidget*> buttons);
+
+// A caption without the letter that AssignMnemonics gave it.
+QString WithoutLetter(const QString& caption);
 
 // Gives every button, check box and labelled field of a form, and every entry of a menu, a letter by which
 // the keyboard reaches it. Letters are handed out from the front of the captions, no letter twice; what finds

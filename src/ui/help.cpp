@@ -27,7 +27,7 @@ void ShowHelp(QWidget* parent, HelpMark mark) {
 void ConnectHelp(QWidget* form, QPushButton* button, HelpMark mark) {
     const auto show = [form, mark] { ShowHelp(form, mark); };
     QObject::connect(button, &QPushButton::clicked, form, show);
-    QObject::connect(new QShortcut(QKeySequence(Qt::Key_F1), form), &QShortcut::activated, form, show);
+    QObject::connect(new QShortcut(QKeySequence(kHelpKey), form), &QShortcut::activated, form, show);
 }
 
 } // namespace kelvash::ui

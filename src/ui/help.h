@@ -1,6 +1,8 @@
 // Help: one text file in the application's folder, opened at a mark.
 #pragma once
 
+#include <Qt>
+
 class QPushButton;
 class QWidget;
 
@@ -27,10 +29,12 @@ enum class HelpMark {
     Maintenance = 17
 };
 
+inline constexpr Qt::Key kHelpKey = Qt::Key_F1;
+
 // Shows the help at a mark, above a window; tells when the file is missing.
 void ShowHelp(QWidget* parent, HelpMark mark);
 
-// Makes a button, and F1 anywhere in its form, show the help at a mark.
+// Makes a button, and the key anywhere in its form, show the help at a mark.
 void ConnectHelp(QWidget* form, QPushButton* button, HelpMark mark);
 
 } // namespace kelvash::ui

@@ -48,7 +48,83 @@ bool IsWholeWord(std::string_view text, std::size_t position, std::size_t length
            (end == text.size() || IsSeparator(text[end]));
 }
 
+// A line as the format reads it: the characters of its title, or of nothing but marks.
+struct FormatLine {
+    std::size_t begin;
+    std::size_t length;
+    std::optional<TopicKind> title;
+};
+
+// The end of a "#number#" that begins at a position; the position itself if there is none.
+std::size_t EndOfMark(std::string_view line, std::size_t at) {
+    if (at >= line.size() || line[at] != '#') return at;
+    const std::size_t end = line.find_first_not_of("0123456789", at + 1);
+    return end == std::string_view::npos || end == at + 1 || line[end] != '#' ? at : end + 1;
+}
+
+// Passes over blanks and marks; counts the marks.
+std::size_t PassMarks(std::string_view line, std::size_t at, int& marks) {
+    for (;;) {
+        while (at < line.size() && (line[at] == ' ' || line[at] == '\t'))
+            ++at;
+        const std::size_t end = EndOfMark(line, at);
+        if (end == at) return at;
+        ++marks;
+        at = end;
+    }
+}
+
+// Nothing for a line that is text.
+std::optional<FormatLine> ReadFormatLine(std::string_view line) {
+    int marks = 0;
+    const std::size_t open = PassMarks(line, 0, marks);
+    if (open == line.size()) return marks > 0 ? std::optional(FormatLine{0, 0, {}}) : std::nullopt;
+    const bool main = line[open] == '[';
+    if (!main && line[open] != '{') return std::nullopt;
+    const std::size_t close = line.find(main ? ']' : '}', open);
+    if (close == std::string_view::npos || PassMarks(line, close + 1, marks) != line.size())
+        return std::nullopt;
+    return FormatLine{open + 1, close - open - 1, main ? TopicKind::Main : TopicKind::Sub};
+}
+
 } // namespace
+
+std::size_t ShownHelp::PositionOf(std::size_t in_file) const {
+    std::size_t left_out = 0;
+    for (const Gap& gap : gaps) {
+        if (gap.position >= in_file) break;
+        left_out += std::min(gap.length, in_file - gap.position);
+    }
+    return std::min(in_file - left_out, text.size());
+}
+
+ShownHelp WithoutMarks(std::string_view text) {
+    ShownHelp shown;
+    const auto leave_out = [&](std::size_t begin, std::size_t end) {
+        if (end > begin) shown.gaps.push_back({begin, end - begin});
+    };
+    std::size_t lines = 0;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t break_at = std::min(text.find('\n', begin), text.size());
+        const std::size_t next = std::min(break_at + 1, text.size());
+        const std::string_view line = text.substr(begin, break_at - begin);
+        const std::optional<FormatLine> format = ReadFormatLine(line);
+        if (!format) {
+            shown.text += text.substr(begin, next - begin);
+            ++lines;
+        } else if (format->title) {
+            leave_out(begin, begin + format->begin);
+            leave_out(begin + format->begin + format->length, break_at);
+            shown.titles.push_back({lines++, *format->title});
+            shown.text += line.substr(format->begin, format->length);
+            shown.text += text.substr(break_at, next - break_at);
+        } else {
+            leave_out(begin, next);
+        }
+        begin = next;
+    }
+    return shown;
+}
 
 std::string TextToShow(std::string_view bytes) {
     const bool is_utf8 = IsUtf8(bytes);

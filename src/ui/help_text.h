@@ -32,6 +32,29 @@ struct HelpTopic {
 // and is no topic if there is none. The two kinds don't see each other's characters.
 std::vector<HelpTopic> HelpTopics(std::string_view text, TopicKind kind);
 
+// A text of the help file as it is read: a line that is a title stands without its characters, one that holds
+// nothing but marks is gone, and the marks beside a title with it. Whatever stands elsewhere is text.
+struct ShownHelp {
+    struct Title {
+        std::size_t line; // of `text`, from 0
+        TopicKind kind;
+    };
+    std::string text;
+    std::vector<Title> titles; // in the order of the text
+
+    // Where a position of the file's text is in the shown one; what is not shown is where the text behind it
+    // is.
+    std::size_t PositionOf(std::size_t in_file) const;
+
+    // Bytes that are left out: where they stood in the file's text.
+    struct Gap {
+        std::size_t position;
+        std::size_t length;
+    };
+    std::vector<Gap> gaps;
+};
+ShownHelp WithoutMarks(std::string_view text);
+
 // Position of the first "#number#"; nothing if the text doesn't have it.
 std::optional<std::size_t> FindMark(std::string_view text, int number);
 

@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <exception>
 #include <iostream>
-#include <optional>
 #include <utility>
 
 #include "foundation/drive_options.h"
@@ -17,7 +16,6 @@
 #include "foundation/registration.h"
 #include "program/message_tables.h"
 #include "program/start_up.h"
-#include "ui/Dialog_Splash.h"
 #include "ui/Principale.h"
 #include "ui/form_support.h"
 #include "ui/forms_desktop.h"
@@ -25,6 +23,7 @@
 #include "ui/messages.h"
 #include "ui/shipped_files.h"
 #include "ui/single_instance.h"
+#include "ui/start_screen.h"
 #include "ui/theme.h"
 
 namespace kelvash::ui {
@@ -165,18 +164,19 @@ int Run(const QApplication& application) {
     ProvideShippedFiles();
     const FormsDesktop desktop;
     const Theme theme;
-    std::optional<Dialog_Splash> splash;
-    user.SetBeforeWaiting([&plug_ins, &splash] {
+    StartScreen start_screen(user);
+    user.SetBeforeWaiting([&plug_ins, &start_screen] {
         plug_ins.Find();
-        // The usual start is over before anybody could read it.
-        if (const QPixmap picture = SplashPicture(); !picture.isNull()) splash.emplace(picture).show();
+        start_screen.Show();
     });
     Principale window(user);
     user.SetMainWindow(&window);
     QObject::connect(&instance, &SingleInstance::Wished, &window, &Principale::TakeWish);
-    const bool started = window.Load(options.command_line);
+    const bool started = window.Load(options.command_line,
+                                     [&start_screen](program::FirstStep step) { start_screen.Begin(step); });
     user.SetBeforeWaiting({});
-    splash.reset();
+    start_screen.Close();
+    user.SetMainWindow(&window);
     if (!started) {
         window.close();
         return EXIT_SUCCESS;

@@ -3,6 +3,7 @@
 #include <QPixmap>
 
 #include "core/fragments.h"
+#include "ui/Dialog_Keys.h"
 #include "ui/Principale.h"
 #include "ui/Principale_messages.h"
 #include "ui/help.h"
@@ -23,6 +24,12 @@ void ShowAbout(QWidget* window) {
     box.exec();
 }
 
+void ShowKeys(Principale& window) {
+    Dialog_Keys keys(&window);
+    keys.ImpostaValori(window);
+    keys.exec();
+}
+
 } // namespace
 
 std::vector<MenuCommand> HelpCommands(Principale& window) {
@@ -30,7 +37,8 @@ std::vector<MenuCommand> HelpCommands(Principale& window) {
     return {{MenuEntry::mnu_About, EnabledWhen::Always, [&window] { ShowAbout(&window); }},
             {MenuEntry::mnu_FindHelp, EnabledWhen::Always, help(HelpMark::MainWindow)},
             {MenuEntry::mnu_HelpSaveGameMan, EnabledWhen::Always, help(HelpMark::Savegames)},
-            {MenuEntry::mnu_HelpFaq, EnabledWhen::Always, help(HelpMark::Questions)}};
+            {MenuEntry::mnu_HelpFaq, EnabledWhen::Always, help(HelpMark::Questions)},
+            {MenuEntry::mnu_Keys, EnabledWhen::Always, [&window] { ShowKeys(window); }}};
 }
 
 } // namespace kelvash::ui

@@ -79,6 +79,7 @@ constexpr auto kIcons = std::to_array<EntryIcon>({
     {MenuEntry::mnu_FindHelp, Glyph::Help},
     {MenuEntry::mnu_HelpSaveGameMan, Glyph::Savegames},
     {MenuEntry::mnu_HelpFaq, Glyph::Question},
+    {MenuEntry::mnu_Keys, Glyph::Keys},
 });
 
 } // namespace

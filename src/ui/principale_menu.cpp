@@ -125,6 +125,7 @@ constexpr std::array kEntries = {
     KELVASH_ENTRY(1, mnu_FindHelp, msg::kMnuFindHelp, "F1"),
     KELVASH_ENTRY(1, mnu_HelpSaveGameMan, msg::kMnuHelpSaveGameMan),
     KELVASH_ENTRY(1, mnu_HelpFaq, msg::kMnuHelpFaq),
+    KELVASH_ENTRY(1, mnu_Keys, msg::kMnuKeys, "?"),
 };
 
 #undef KELVASH_ENTRY

@@ -104,6 +104,7 @@ enum class MenuEntry {
     mnu_FindHelp,
     mnu_HelpSaveGameMan,
     mnu_HelpFaq,
+    mnu_Keys,
     Count
 };
 

@@ -1,6 +1,7 @@
 #include "ui/topic_highlighter.h"
 
-#include <QRegularExpression>
+#include <algorithm>
+#include <utility>
 
 namespace kelvash::ui {
 
@@ -9,26 +10,23 @@ TopicHighlighter::TopicHighlighter(QTextDocument* document) : QSyntaxHighlighter
     sub_.setFontWeight(QFont::Bold);
 }
 
+void TopicHighlighter::SetTitles(std::vector<ShownHelp::Title> titles) {
+    titles_ = std::move(titles);
+    rehighlight();
+}
+
 void TopicHighlighter::SetColours(const QPalette& palette) {
     main_.setForeground(palette.color(QPalette::Active, QPalette::Link));
-    marker_.setForeground(palette.color(QPalette::Active, QPalette::PlaceholderText));
     rehighlight();
 }
 
 void TopicHighlighter::highlightBlock(const QString& text) {
-    static const QRegularExpression kTitle(QStringLiteral(R"(\[[^\]]*\]|\{[^}]*\})"));
-    static const QRegularExpression kMark(QStringLiteral(R"(^#\d+#\s*$)"));
-    if (kMark.match(text).hasMatch()) {
-        setFormat(0, static_cast<int>(text.size()), marker_);
-        return;
-    }
-    for (const QRegularExpressionMatch& title : kTitle.globalMatch(text)) {
-        const int start = static_cast<int>(title.capturedStart());
-        const int length = static_cast<int>(title.capturedLength());
-        setFormat(start, length, text.at(start) == QLatin1Char('[') ? main_ : sub_);
-        setFormat(start, 1, marker_);
-        setFormat(start + length - 1, 1, marker_);
-    }
+    const auto line = static_cast<std::size_t>(currentBlock().blockNumber());
+    const auto title =
+        std::lower_bound(titles_.begin(), titles_.end(), line,
+                         [](const ShownHelp::Title& one, std::size_t sought) { return one.line < sought; });
+    if (title == titles_.end() || title->line != line) return;
+    setFormat(0, static_cast<int>(text.size()), title->kind == TopicKind::Main ? main_ : sub_);
 }
 
 } // namespace kelvash::ui

@@ -1,15 +1,20 @@
-// Sets the titles of topics off from the text around them and lets the markers recede.
+// Sets the titles of topics off from the text around them.
 #pragma once
 
 #include <QPalette>
 #include <QSyntaxHighlighter>
 #include <QTextCharFormat>
+#include <vector>
+
+#include "ui/help_text.h"
 
 namespace kelvash::ui {
 
 class TopicHighlighter final : public QSyntaxHighlighter {
   public:
     explicit TopicHighlighter(QTextDocument* document);
+    // The lines that are titles; what was set off before isn't any more.
+    void SetTitles(std::vector<ShownHelp::Title> titles);
     // Takes the colours of a theme and paints anew.
     void SetColours(const QPalette& palette);
 
@@ -18,7 +23,7 @@ class TopicHighlighter final : public QSyntaxHighlighter {
 
     QTextCharFormat main_;
     QTextCharFormat sub_;
-    QTextCharFormat marker_;
+    std::vector<ShownHelp::Title> titles_;
 };
 
 } // namespace kelvash::ui

@@ -57,6 +57,38 @@ TEST_F(StartUpTest, AsksForEverythingInOrderAtAFirstRun) {
     EXPECT_FALSE(Exists(home / "Kelvash.prf")) << "the profile is only written at the end";
 }
 
+// The steps that a start tells of, each with the number of questions that came before it.
+class StartUpSteps : public StartUpTest {
+  protected:
+    using Told = std::vector<std::pair<FirstStep, std::size_t>>;
+    Told Start() {
+        Told told;
+        StartUp("", [&](FirstStep step) { told.emplace_back(step, user.Asked().size()); });
+        return told;
+    }
+};
+
+TEST_F(StartUpSteps, AreToldBeforeTheirQuestions) {
+    WillMakeAFirstArchive();
+    EXPECT_EQ(Start(), (Told{{FirstStep::TrleFolder, 0},
+                             {FirstStep::Backup, 1},
+                             {FirstStep::Archive, 3},
+                             {FirstStep::Over, 5}}));
+}
+
+TEST_F(StartUpSteps, EndWithTheOneThatWasGivenUp) {
+    WillFindTrle();
+    user.WillAnswer(kOriginal, "no");
+    EXPECT_EQ(Start(), (Told{{FirstStep::TrleFolder, 0}, {FirstStep::Backup, 1}}));
+    EXPECT_FALSE(core::ArchiveIsOpen());
+}
+
+TEST_F(StartUpSteps, AreThoseOfAFirstStartAlone) {
+    LiveIn();
+    EXPECT_EQ(Start(), Told());
+    EXPECT_TRUE(core::ArchiveIsOpen());
+}
+
 TEST_F(StartUpTest, LeavesTheDesktopAloneAtALaterRun) {
     LiveIn();
     StartUp("");

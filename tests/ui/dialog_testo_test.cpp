@@ -326,20 +326,45 @@ QTextCharFormat FormatAt(const QPlainTextEdit* edit, int line, int column) {
     return {};
 }
 
-TEST_F(DialogTesto, TitlesAreBoldAndMarkersPaleInEveryTheme) {
-    Open("#4#\n[Main]\n{Sub}\nplain #4# text");
-    for (const QColor& pale : {QColor(1, 2, 3, 99), QColor(210, 220, 230)}) {
+TEST_F(DialogTesto, TitlesAreBoldAndOfTheThemesColour) {
+    Open("#4#\n[Main]\n{Sub}\nplain [text] #4#");
+    EXPECT_EQ(form.Text_File->toPlainText().toStdString(), "Main\nSub\nplain [text] #4#");
+    for (const QColor& link : {QColor(1, 2, 3, 99), QColor(210, 220, 230)}) {
         QPalette theme = form.palette();
-        theme.setColor(QPalette::PlaceholderText, pale);
+        theme.setColor(QPalette::Link, link);
         form.setPalette(theme);
-        EXPECT_EQ(FormatAt(form.Text_File, 0, 1).foreground().color(), pale);
-        EXPECT_EQ(FormatAt(form.Text_File, 1, 0).foreground().color(), pale);
-        EXPECT_EQ(FormatAt(form.Text_File, 2, 4).foreground().color(), pale);
-        EXPECT_EQ(FormatAt(form.Text_File, 1, 1).fontWeight(), QFont::Bold);
-        EXPECT_EQ(FormatAt(form.Text_File, 2, 1).fontWeight(), QFont::Bold);
-        EXPECT_FALSE(FormatAt(form.Text_File, 3, 7).hasProperty(QTextFormat::ForegroundBrush));
-        EXPECT_FALSE(FormatAt(form.Text_File, 3, 0).hasProperty(QTextFormat::FontWeight));
+        EXPECT_EQ(FormatAt(form.Text_File, 0, 0).foreground().color(), link);
+        EXPECT_EQ(FormatAt(form.Text_File, 0, 3).fontWeight(), QFont::Bold);
+        EXPECT_EQ(FormatAt(form.Text_File, 1, 0).fontWeight(), QFont::Bold);
+        EXPECT_FALSE(FormatAt(form.Text_File, 2, 7).hasProperty(QTextFormat::ForegroundBrush));
+        EXPECT_FALSE(FormatAt(form.Text_File, 2, 0).hasProperty(QTextFormat::FontWeight));
     }
+    form.ImpostaValori("", "text\n[Main]", 0);
+    EXPECT_FALSE(FormatAt(form.Text_File, 0, 0).hasProperty(QTextFormat::FontWeight));
+    EXPECT_EQ(FormatAt(form.Text_File, 1, 0).fontWeight(), QFont::Bold);
+}
+
+TEST_F(DialogTesto, TheIndexLeadsToATitleThatStandsWithoutItsMarks) {
+    Open("intro\n" + LongText({}) + "#4#\n{Far away}\n" + LongText({}));
+    robot.Will("Dialog_Indice", [](QWidget* window) {
+        Press(window, "Opt_Sub");
+        window->findChild<QListWidget*>()->setCurrentRow(0);
+        Press(window, "Pul_Ok");
+    });
+    Press(&form, "Pul_Index");
+    EXPECT_EQ(TopText(), "Far away");
+    EXPECT_EQ(Selected(), "Far away");
+}
+
+TEST_F(DialogTesto, TheSearchMeetsNoMark) {
+    Open("#4#\n[One]\ntwo");
+    Type("#4#");
+    WillSayNotFound();
+    Press(&form, "Pul_Trova");
+    Type("One");
+    Press(&form, "Pul_Trova");
+    EXPECT_EQ(Place(), 0);
+    EXPECT_EQ(Selected(), "One");
 }
 
 TEST_F(DialogTesto, AHitHasTheColourOfASelectionWithoutTheKeyboard) {

@@ -15,7 +15,9 @@
 #include "trle_state/trle_state.h"
 #include "ui/Dialog_Splash.h"
 #include "ui/Principale.h"
+#include "ui/first_start.h"
 #include "ui/shipped_files.h"
+#include "ui/start_screen.h"
 #include "ui/window_state.h"
 
 namespace kelvash::test {
@@ -100,6 +102,87 @@ TEST_F(FirstRun, GoesFromNothingToAPlayedLevelAndBack) {
     }
 }
 
+// --- the page of the first start ---
+
+using program::FirstStep;
+using ui::StepState;
+
+// As the window program starts.
+class GuidedFirstRun : public FirstRun {
+  protected:
+    bool Load() {
+        forms.SetBeforeWaiting([this] { screen.Show(); });
+        const bool runs = form.Load("", [this](FirstStep step) { screen.Begin(step); });
+        if (screen.Page() != nullptr) at_the_end = States();
+        screen.Close();
+        forms.SetMainWindow(&form);
+        return runs;
+    }
+    // Of the three steps; empty without a page.
+    std::vector<StepState> States() const {
+        const ui::FirstStart* const page = screen.Page();
+        if (page == nullptr || !page->isVisible()) return {};
+        return {page->StateOf(FirstStep::TrleFolder), page->StateOf(FirstStep::Backup),
+                page->StateOf(FirstStep::Archive)};
+    }
+    // Looks at the page under a question, then goes on as the next entry of the script says.
+    void WillSee(const std::string& question, const std::vector<StepState>& states) {
+        robot.Will(question, [this, states](QWidget* window) {
+            EXPECT_EQ(States(), states);
+            const ui::FirstStart* const page = screen.Page();
+            ASSERT_NE(page, nullptr);
+            EXPECT_EQ(window->parentWidget(), page);
+            const int steps_end = page->mapToGlobal(page->Stage().topLeft()).y();
+            EXPECT_GE(window->y(), steps_end) << "the steps are to be seen";
+        });
+    }
+
+    static constexpr StepState kDone = StepState::Done, kNow = StepState::Now, kToCome = StepState::ToCome;
+    ui::Principale form{forms};
+    ui::StartScreen screen{forms};
+    std::vector<StepState> at_the_end;
+};
+
+TEST_F(GuidedFirstRun, ShowsAtEachQuestionWhichStepItBelongsTo) {
+    WillSee("Dialog_TrovaTrle", {kNow, kToCome, kToCome});
+    WillFindTrle();
+    WillSee("is original?", {kDone, kNow, kToCome});
+    robot.WillPress("is original?", "Yes");
+    WillSee("Do you want a full backup?", {kDone, kNow, kToCome});
+    robot.WillPress("Do you want a full backup?", "Yes");
+    WillSee("Dialog_NewArc", {kDone, kDone, kNow});
+    robot.WillPress("Dialog_NewArc", "Pul_New");
+    WillChooseFolder("Select main folder for new archive", "C:\\Levels");
+    ASSERT_TRUE(Load());
+    EXPECT_EQ(at_the_end, (std::vector<StepState>{kDone, kDone, kDone}));
+    EXPECT_EQ(screen.Page(), nullptr);
+}
+
+TEST_F(GuidedFirstRun, StopsAtTheStepThatWasGivenUp) {
+    WillFindTrle();
+    robot.WillPress("is original?", "No");
+    robot.WillPress("Tips: ", "OK");
+    robot.WillPress("You must perform a new setup of Tomb Raider Level Editor", "OK");
+    ASSERT_TRUE(Load());
+    EXPECT_EQ(at_the_end, (std::vector<StepState>{kDone, kNow, kToCome}));
+    form.show();
+    EXPECT_TRUE(form.Empty_Levels->isVisible());
+}
+
+TEST_F(GuidedFirstRun, ALaterStartHasNoPage) {
+    core::profile = core::ProfileRecord();
+    core::profile.LastArchive = "C:\\Levels\\gone.kva";
+    core::profile.TrleFolder = "C:\\trle";
+    ASSERT_TRUE(core::WriteProfile());
+    robot.Will("Last archive not found", [this](QWidget* window) {
+        EXPECT_EQ(screen.Page(), nullptr);
+        Press(window, "OK");
+    });
+    robot.WillPress("Do you want load a different archive?", "No");
+    fs::copy(trle, home / "backup_trle", fs::copy_options::recursive);
+    ASSERT_TRUE(Load());
+}
+
 TEST_F(FirstRun, EndsTheProgramWithoutATrleFolder) {
     ui::Principale form(forms);
     robot.WillPress("Dialog_TrovaTrle", "Pul_Cancel");
@@ -124,6 +207,7 @@ TEST_F(FirstRun, ComesBackToTheSameWindow) {
     {
         ui::Principale form(forms);
         form.show();
+        form.Page_Level->parentWidget()->show(); // as with an Archive
         form.resize(950, 655);
         auto* const splitter = form.findChild<QSplitter*>(QStringLiteral("Splitter1"));
         splitter->setSizes({400, 500});
@@ -137,6 +221,8 @@ TEST_F(FirstRun, ComesBackToTheSameWindow) {
     form.show();
     EXPECT_EQ(form.width(), 950);
     EXPECT_EQ(form.height(), 655);
+    form.Page_Level->parentWidget()->show();
+    QApplication::processEvents();
     EXPECT_EQ(splitter->sizes(), sizes);
 }
 

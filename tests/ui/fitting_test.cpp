@@ -116,7 +116,7 @@ class Fitting : public FormsHome {
 
 TEST_F(Fitting, NothingIsCutOrLiesOnSomethingElse) {
     EXPECT_THAT(FaultsOfAllForms(), IsEmpty());
-    EXPECT_EQ(forms_, 16);
+    EXPECT_EQ(forms_, 18);
 }
 
 TEST_F(Fitting, TheSavegamesPageFitsToo) {
@@ -147,6 +147,28 @@ TEST_F(Fitting, NotesBelowFieldsFitToo) {
     });
     EXPECT_THAT(faults, IsEmpty());
     EXPECT_EQ(notes, 6);
+}
+
+TEST_F(Fitting, ThePagesWithNothingToShowFitToo) {
+    Faults faults;
+    core::SelectLevel(2);
+    const auto look = [&] {
+        QApplication::processEvents();
+        LookForCuts(form, faults);
+        LookForOverlaps(form, faults);
+        LookAtTabOrder(form, faults);
+    };
+    look();
+    form.Pul_SaveGames->click();
+    std::filesystem::rename(drive / "trle", drive / "moved");
+    form.AggiornaDatiLivello(false);
+    look();
+    form.Text_Search->setText(QStringLiteral("zzz"));
+    look();
+    core::archive = core::ArchiveState();
+    core::RefreshLevelList();
+    look();
+    EXPECT_THAT(faults, IsEmpty());
 }
 
 TEST_F(Fitting, NoFormIsLargerThanASmallScreen) {

@@ -9,6 +9,7 @@
 #include "ui/Dialog_Indice.h"
 #include "ui/Dialog_InputTesto.h"
 #include "ui/Dialog_InsertCd.h"
+#include "ui/Dialog_Keys.h"
 #include "ui/Dialog_NewArc.h"
 #include "ui/Dialog_NewLevel.h"
 #include "ui/Dialog_PrefArc.h"
@@ -19,6 +20,7 @@
 #include "ui/Dialog_TrovaTrle.h"
 #include "ui/Dialog_Wait.h"
 #include "ui/Dialog_Zip.h"
+#include "ui/first_start.h"
 #include "ui/principale_home.h"
 
 namespace kelvash::test {
@@ -43,6 +45,11 @@ class FormsHome : public PrincipaleHome {
         Open<ui::Dialog_Indice>(look);
         Open<ui::Dialog_InputTesto>(look);
         Open<ui::Dialog_InsertCd>(look);
+        Open<ui::Dialog_Keys>([&](QWidget& open) {
+            dynamic_cast<ui::Dialog_Keys&>(open).ImpostaValori(form);
+            look(open);
+        });
+        Open<ui::FirstStart>(look);
         Open<ui::Dialog_NewArc>(look);
         Open<ui::Dialog_PrefArc>(look);
         Open<ui::Dialog_Progress>(look);

@@ -77,7 +77,7 @@ TEST_F(Help, OpensTheShippedTextAtTheMarkOfTheForm) {
     Shown shown;
     WillReadAndClose(shown);
     ui::ShowHelp(nullptr, HelpMark::Savegames);
-    EXPECT_EQ(shown.top_line, "#4#");
+    EXPECT_EQ(shown.top_line, "Savegame management");
 }
 
 TEST_F(Help, AButtonAndF1OpenIt) {
@@ -95,7 +95,7 @@ TEST_F(Help, AButtonAndF1OpenIt) {
             QTest::keyClick(&form, Qt::Key_F1);
         else
             QTest::mouseClick(&button, Qt::LeftButton);
-        EXPECT_EQ(shown.top_line, "#7#");
+        EXPECT_EQ(shown.top_line, "here");
     }
 }
 
@@ -111,6 +111,24 @@ TEST(ShippedHelpText, HasEveryMarkOnce) {
         ASSERT_NE(first, std::string::npos) << sought;
         EXPECT_EQ(text.find(sought, first + 1), std::string::npos) << sought;
     }
+}
+
+TEST(ShippedHelpText, ShowsNoMarkOfItsFormat) {
+    const std::string text = TextToShow(ShippedHelp());
+    const ui::ShownHelp shown = ui::WithoutMarks(text);
+    EXPECT_EQ(shown.text.find_first_of("[]{}#`"), std::string::npos)
+        << shown.text.substr(shown.text.find_first_of("[]{}#`"), 80);
+    EXPECT_EQ(shown.text.find("**"), std::string::npos);
+    EXPECT_EQ(shown.text.find("\n* "), std::string::npos);
+    std::size_t topics = 0;
+    for (const TopicKind kind : {TopicKind::Main, TopicKind::Sub})
+        for (const HelpTopic& topic : HelpTopics(text, kind)) {
+            ++topics;
+            EXPECT_EQ(shown.text.substr(shown.PositionOf(topic.position), topic.title.size() + 1),
+                      topic.title + "\n");
+        }
+    EXPECT_EQ(shown.titles.size(), topics);
+    EXPECT_GT(topics, 50U);
 }
 
 TEST(ShippedHelpText, EveryTopicIsALineOfItsOwnWithBalancedBrackets) {

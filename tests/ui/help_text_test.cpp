@@ -185,5 +185,47 @@ TEST(TextToShow, LeavesTheByteOrderMarkOut) {
     EXPECT_EQ(TextToShow("[One]\xEF\xBB\xBF"), "[One]\xEF\xBB\xBF");
 }
 
+// --- as it is read ---
+
+using ui::ShownHelp;
+using ui::WithoutMarks;
+
+TEST(HelpText, IsReadWithoutTheMarksOfItsFormat) {
+    EXPECT_EQ(WithoutMarks("#1#\n[Main]\n\n{Sub}\ntext\n").text, "Main\n\nSub\ntext\n");
+    EXPECT_EQ(WithoutMarks("#1# #20#\n  #3#\t[Main] #4#\nlast").text, "Main\nlast");
+    EXPECT_EQ(WithoutMarks("[]").text, "");
+    EXPECT_EQ(WithoutMarks("").text, "");
+    EXPECT_EQ(WithoutMarks("\n\n").text, "\n\n");
+}
+
+TEST(HelpText, ShowsWhatOnlyLooksLikeItsFormat) {
+    for (const char* text : {"see [1] and {2}", "#4", "##", "#x#", "nr. #4# here", "[open\nclosed]", "[a] b",
+                             "[a][b]", "] [", "{a]", "(*) savegame.*"})
+        EXPECT_EQ(WithoutMarks(text).text, text);
+}
+
+TEST(HelpText, KnowsWhichLinesAreTitles) {
+    const ShownHelp shown = WithoutMarks("text\n#1#\n[Main]\n\n{Sub}");
+    ASSERT_EQ(shown.titles.size(), 2U);
+    EXPECT_EQ(shown.titles[0].line, 1U);
+    EXPECT_EQ(shown.titles[0].kind, TopicKind::Main);
+    EXPECT_EQ(shown.titles[1].line, 3U);
+    EXPECT_EQ(shown.titles[1].kind, TopicKind::Sub);
+}
+
+TEST(HelpText, FindsAPositionOfTheFileInWhatIsRead) {
+    const std::string text = "a\n#1#\n[Main]\nend"; // read as "a\nMain\nend"
+    const ShownHelp shown = WithoutMarks(text);
+    ASSERT_EQ(shown.text, "a\nMain\nend");
+    EXPECT_EQ(shown.PositionOf(0), 0U);
+    EXPECT_EQ(shown.PositionOf(text.find("#1#")), 2U);
+    EXPECT_EQ(shown.PositionOf(text.find('[')), 2U);
+    EXPECT_EQ(shown.PositionOf(text.find("Main")), 2U);
+    EXPECT_EQ(shown.PositionOf(text.find(']')), 6U);
+    EXPECT_EQ(shown.PositionOf(text.find("end")), 7U);
+    EXPECT_EQ(shown.PositionOf(text.size()), 10U);
+    EXPECT_EQ(WithoutMarks("a\n#1#").PositionOf(2), 2U);
+}
+
 } // namespace
 } // namespace kelvash::ui

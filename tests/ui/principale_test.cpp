@@ -151,7 +151,8 @@ TEST_F(PrincipaleForm, HasTheWholeMenuInItsOrder) {
         "  mnu_About=About Kelvash",
         "  mnu_FindHelp=Help Kelvash",
         "  mnu_HelpSaveGameMan=Help about savegame management",
-        "  mnu_HelpFaq=How to solve problems (style FAQ help)"};
+        "  mnu_HelpFaq=How to solve problems (style FAQ help)",
+        "  mnu_Keys=Keys"};
     EXPECT_EQ(lines, expected);
 }
 
@@ -177,7 +178,7 @@ TEST_F(PrincipaleForm, GreysTheCommandsThatCantDoAnythingYet) {
                              "mnu_New", "mnu_Load", "mnu_Save", "mnu_SaveAs", "Mnu_Exit", "mnu_ShowSavegames",
                              "mnu_ShowScreenShot", "mnu_SetOriginale", "mnu_CalcolaSize", "mnu_FaiFullBackup",
                              "mnu_Settings", "mnu_About", "mnu_FindHelp", "mnu_HelpSaveGameMan",
-                             "mnu_HelpFaq", "mnu_AddLevel", "mnu_Property", "mnu_ShowAutoreInfo",
+                             "mnu_HelpFaq", "mnu_Keys", "mnu_AddLevel", "mnu_Property", "mnu_ShowAutoreInfo",
                              "mnu_RemoveLevel", "mnu_Export", "mnu_PrefArchive", "mnu_MoveArc", "mnu_Recover",
                              "mnu_ControllaUguali", "mnu_CreaInfoTr4", "mnu_Kept"));
 }
@@ -478,6 +479,95 @@ TEST_F(PrincipaleForm, ShowsTheDefaultPictureForALevelWithoutAny) {
     EXPECT_EQ(form.Image1->Path().toStdString(), (home / "default_shot.jpg").string());
     EXPECT_EQ(form.Image_SaveGame->Path().toStdString(), (home / "default_shot.jpg").string());
     EXPECT_FALSE(form.Image2->isVisible());
+}
+
+// --- where there is nothing to show ---
+
+TEST_F(PrincipaleForm, SaysWhatHelpsWhereThereIsNoScreenshot) {
+    core::SelectLevel(2);
+    EXPECT_TRUE(form.Empty_Shots->isVisible());
+    EXPECT_EQ(form.Empty_Shots->Sentence().toStdString(), "Add pictures in the level's properties");
+    EXPECT_TRUE(form.Image1->isVisible()) << "the default picture has its place";
+    robot.WillPress("Dialog_NewLevel", "Pul_Cancel");
+    Press(&form, "Pul_AddShots");
+    EXPECT_TRUE(robot.HasSeen("Dialog_NewLevel"));
+    MakeFile(LevelPath(2) / "SCREENSHOTS/1.bmp", MakeBitmap({}));
+    form.AggiornaDatiLivello(false);
+    EXPECT_FALSE(form.Empty_Shots->isVisible());
+}
+
+TEST_F(PrincipaleForm, SaysWhatHelpsWhereThereIsNoSavegame) {
+    core::SelectLevel(2);
+    Press(&form, "Pul_SaveGames");
+    EXPECT_TRUE(form.Empty_SaveGames->isVisible());
+    EXPECT_FALSE(form.List_SaveGameTomb->isVisible());
+    EXPECT_EQ(form.Empty_SaveGames->Sentence().toStdString(), "No savegames yet: save in the game");
+    EXPECT_TRUE(form.Pul_PlayNow->isEnabled());
+    core::SelectLevel(1);
+    EXPECT_FALSE(form.Empty_SaveGames->isVisible());
+    EXPECT_TRUE(form.List_SaveGameTomb->isVisible());
+    std::filesystem::remove_all(LevelPath(1) / "BACKUP_SAVEGAMES");
+    MakeFile(LevelPath(1) / "SAVEGAMES/slot1/savegame.1", "Hall,");
+    form.AggiornaDatiLivello(false);
+    EXPECT_FALSE(form.Empty_SaveGames->isVisible()) << "an archived one is one too";
+}
+
+TEST_F(PrincipaleForm, AsksForATrleFolderThatHasGone) {
+    core::SelectLevel(2);
+    EXPECT_TRUE(form.Image_Level->isVisible());
+    std::filesystem::rename(drive / "trle", drive / "moved");
+    form.AggiornaDatiLivello(false);
+    EXPECT_FALSE(form.Image_Level->isVisible());
+    EXPECT_EQ(form.Empty_Trle->Sentence().toStdString(), "The TRLE folder can't be found: C:\\trle");
+    robot.WillPress("Dialog_TrovaTrle", "Pul_Sfoglia");
+    WillChooseFolder("Choose TR Level Editor folder", "C:\\moved");
+    robot.WillPress("Dialog_TrovaTrle", "Pul_Ok");
+    Press(&form, "Pul_ChooseTrle");
+    EXPECT_EQ(core::profile.TrleFolder, "C:\\moved");
+    EXPECT_TRUE(form.Image_Level->isVisible());
+}
+
+TEST_F(PrincipaleForm, WithoutAnArchiveTheLibraryHasTheWholeWindow) {
+    core::archive = core::ArchiveState();
+    core::RefreshLevelList();
+    EXPECT_FALSE(form.Page_Level->isVisible());
+    EXPECT_FALSE(form.Empty_Level->isVisible());
+    EXPECT_TRUE(form.Pul_NewArchive->isVisible());
+    EXPECT_TRUE(form.Pul_LoadArchive->isVisible());
+}
+
+TEST_F(PrincipaleForm, TheLibraryComesBackToItsWidthWithAnArchive) {
+    auto* const splitter = form.findChild<QSplitter*>(QStringLiteral("Splitter1"));
+    splitter->setSizes({400, 600});
+    const QList<int> sizes = splitter->sizes();
+    const core::ArchiveState archive = core::archive;
+    core::archive = core::ArchiveState();
+    core::RefreshLevelList();
+    EXPECT_EQ(splitter->sizes().at(1), 0);
+    core::archive = archive;
+    core::RefreshLevelList();
+    QApplication::processEvents();
+    EXPECT_EQ(splitter->sizes(), sizes);
+}
+
+TEST_F(PrincipaleForm, AnArchiveWithoutLevelsOffersToAddOne) {
+    for (const std::int32_t code : {1, 2, 3})
+        core::archive.Table.Remove(code);
+    core::RefreshLevelList();
+    EXPECT_TRUE(form.Combo_Livelli->isVisible()) << "the original configuration stands there";
+    EXPECT_TRUE(form.Empty_Levels->isVisible());
+    EXPECT_TRUE(form.Pul_AddLevel->isVisible());
+    EXPECT_FALSE(form.Pul_ShowAll->isVisible());
+}
+
+TEST_F(PrincipaleForm, WhereNoLevelIsSelectedThePageSaysSo) {
+    Type("zzz");
+    EXPECT_TRUE(form.Empty_Level->isVisible());
+    EXPECT_EQ(form.Empty_Level->Sentence().toStdString(), "No level is selected");
+    EXPECT_FALSE(form.Pul_Play->isVisible());
+    form.Text_Search->clear();
+    EXPECT_FALSE(form.Empty_Level->isVisible());
+    EXPECT_TRUE(form.Pul_Play->isVisible());
 }
 
 TEST_F(PrincipaleForm, AClickInOneSavegameListClearsTheOther) {

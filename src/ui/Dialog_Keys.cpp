@@ -1,0 +1,114 @@
+#include "ui/Dialog_Keys.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMainWindow>
+#include <QVBoxLayout>
+#include <numeric>
+
+#include "ui/Dialog_Keys_messages.h"
+#include "ui/Dialog_Testo.h"
+#include "ui/form_kit.h"
+#include "ui/help.h"
+#include "ui/look.h"
+#include "ui/screen_keeper.h"
+
+namespace kelvash::ui {
+
+namespace {
+
+// What the toolkit and all forms do.
+KeyGroup Everywhere() {
+    return {
+        Caption(msg::kKeysEverywhere),
+        {LineOf({Qt::Key_Tab, Qt::SHIFT | Qt::Key_Tab}, Caption(msg::kKeysTab)),
+         LineOf({Qt::ALT | Qt::Key_A}, Caption(msg::kKeysLetter)),
+         LineOf({Qt::Key_Up, Qt::Key_Down, Qt::Key_Home, Qt::Key_End}, Caption(msg::kKeysArrows)),
+         LineOf({Qt::Key_Space}, Caption(msg::kKeysSpace)),
+         LineOf({Qt::Key_Escape}, Caption(msg::kKeysEscape)), LineOf({kHelpKey}, Caption(msg::kKeysHelp))}};
+}
+
+KeyGroup OfTheHelp() {
+    return {Caption(msg::kKeysInHelp), AddedKeys(Dialog_Testo(nullptr))};
+}
+
+std::size_t LinesOf(const std::vector<KeyGroup>& groups) {
+    return std::accumulate(
+        groups.begin(), groups.end(), std::size_t{0},
+        [](std::size_t sum, const KeyGroup& group) { return sum + group.lines.size() + 2; });
+}
+
+QHBoxLayout* Caps(const QStringList& keys) {
+    auto* const caps = new QHBoxLayout;
+    caps->setSpacing(space::kTight);
+    for (const QString& key : keys) {
+        auto* const cap = new QLabel(key);
+        cap->setTextFormat(Qt::PlainText);
+        cap->setFrameShape(QFrame::StyledPanel);
+        cap->setAlignment(Qt::AlignCenter);
+        cap->setContentsMargins(space::kTight, 0, space::kTight, 0);
+        SetType(cap, Type::Caption);
+        caps->addWidget(cap);
+    }
+    caps->addStretch();
+    return caps;
+}
+
+} // namespace
+
+Dialog_Keys::Dialog_Keys(QWidget* parent) : QDialog(parent), left_(new QGridLayout), right_(new QGridLayout) {
+    setObjectName(QStringLiteral("Dialog_Keys"));
+    Set_Caption_Texts();
+    auto* const columns = new QHBoxLayout;
+    for (QGridLayout* column : {left_, right_}) {
+        columns->addLayout(column);
+        column->setHorizontalSpacing(space::kApart);
+        column->setVerticalSpacing(space::kTight);
+        column->setColumnStretch(1, 1);
+    }
+    columns->setSpacing(2 * space::kWide);
+    auto* const layout = new QVBoxLayout(this);
+    layout->addLayout(columns);
+    layout->addLayout(FootRow({}, {Pul_Ok}));
+    layout->setSpacing(space::kWide);
+    Pul_Ok->setDefault(true);
+    connect(Pul_Ok, &QPushButton::clicked, this, &QDialog::accept);
+    KeepOnScreen(this);
+}
+
+void Dialog_Keys::Set_Caption_Texts() {
+    SetCaptions(this, {{this, msg::kKeysCaption}, {Pul_Ok, msg::kKeysOk}});
+}
+
+void Dialog_Keys::ImpostaValori(const QMainWindow& window) {
+    std::vector<KeyGroup> groups = KeysOf(window);
+    groups.push_back(Everywhere());
+    groups.push_back(OfTheHelp());
+    const std::size_t half = LinesOf(groups) / 2;
+    std::size_t so_far = 0;
+    for (const KeyGroup& group : groups) {
+        Add(so_far < half ? left_ : right_, group);
+        so_far += LinesOf({group});
+    }
+    for (QGridLayout* column : {left_, right_})
+        column->setRowStretch(column->rowCount(), 1);
+}
+
+void Dialog_Keys::Add(QGridLayout* column, const KeyGroup& group) {
+    auto* const title = new QLabel(group.title);
+    title->setTextFormat(Qt::PlainText);
+    SetType(title, Type::Title);
+    const int first = column->rowCount();
+    if (first > 1) column->setRowMinimumHeight(first, space::kApart);
+    column->addWidget(title, first + 1, 0, 1, 2);
+    for (const KeyLine& line : group.lines) {
+        auto* const words = new QLabel(line.words);
+        words->setTextFormat(Qt::PlainText);
+        const int row = column->rowCount();
+        column->addLayout(Caps(line.keys), row, 0);
+        column->addWidget(words, row, 1);
+    }
+}
+
+} // namespace kelvash::ui
