@@ -21,16 +21,21 @@ std::vector<std::string> Screenshots(const core::LevelPlace& level) {
     return files;
 }
 
-std::string NewestScreenshot(const core::LevelPlace& level) {
+std::string NewestOf(const std::vector<std::string>& files) {
+    if (files.size() == 1) return files.front();
     std::string newest;
     std::int64_t newest_time = 0;
-    for (const std::string& file : Screenshots(level)) {
+    for (const std::string& file : files) {
         const std::int64_t time = FileTime(file).value_or(0);
         if (!newest.empty() && time < newest_time) continue;
         newest = file;
         newest_time = time;
     }
     return newest;
+}
+
+std::string NewestScreenshot(const core::LevelPlace& level) {
+    return NewestOf(Screenshots(level));
 }
 
 std::string DefaultScreenshot() {

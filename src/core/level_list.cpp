@@ -4,6 +4,7 @@
 
 #include "core/archive.h"
 #include "core/archive_messages.h"
+#include "foundation/collation.h"
 #include "foundation/messages.h"
 #include "foundation/pumping.h"
 #include "foundation/state.h"
@@ -27,13 +28,13 @@ std::int32_t IndexOf(std::int32_t code) {
 std::vector<LevelListItem> SortedItems() {
     const std::int32_t current = trle_state::CurrentLevelCode();
     const std::string mark = LoadMessage(msg::kInTrleMark);
-    std::vector<std::pair<std::string, LevelListItem>> keyed; // folded text, item
+    std::vector<std::pair<std::string, LevelListItem>> keyed; // collation key, item
     keyed.reserve(static_cast<std::size_t>(archive.Table.Size()));
     for (std::int32_t i = 0; i < archive.Table.Size(); ++i) {
         const LevelEdit level = archive.Table.Edit(i);
         level->Name = Trim(level->Name);
         std::string text = level->Code == current ? level->Name + mark : level->Name;
-        std::string key = FoldCase(text);
+        std::string key = CollationKey(text);
         PumpNowAndThen();
         keyed.push_back({std::move(key), {std::move(text), level->Code}});
     }

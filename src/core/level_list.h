@@ -13,7 +13,8 @@ struct LevelListItem {
     std::int32_t Code = 0;
 };
 
-// Items in the order of their texts, without regard to case; Selected is an index, -1 for none.
+// Items in the order of their texts, without regard to case and diacritics; Selected is an index, -1 for
+// none.
 struct LevelList {
     std::vector<LevelListItem> Items;
     std::int32_t Selected = -1;

@@ -33,8 +33,8 @@ bool IsTaken(const std::string& path) {
 // The manual that TRLE's maker ships, as level 0000's document.
 std::string FirstDocument(const std::string& folder) {
     for (const Fragment& mask : {fragment::kPdfMask, fragment::kHtmMask, fragment::kHtmlMask}) {
-        const std::vector<std::string> found = ListFiles(folder, LoadFragment(mask));
-        if (!found.empty()) return FileNameOf(found.front());
+        for (const std::string& file : ListFiles(folder, LoadFragment(mask)))
+            if (const std::string name = FileNameOf(file); CanKeepPath(name)) return name;
     }
     return {};
 }

@@ -49,6 +49,31 @@ bool TakeName(NewLevel& level) {
     return true;
 }
 
+// A name that the record holds as it is, and that no file of the folder has.
+std::string StorableName(const std::string& folder, const std::string& name) {
+    std::string known = Utf8FromAnsi(AnsiFromUtf8(name));
+    std::replace(known.begin(), known.end(), '?', '_');
+    known = Trim(known);
+    const std::string base = BaseNameOf(known), end = known.substr(base.size());
+    for (int n = 2; FileExists(folder + "\\" + known); ++n)
+        known = base + '_' + std::to_string(n) + end;
+    return known;
+}
+
+// A document that the record couldn't name would never be found again: the file gets a name that it can hold.
+bool TakeDocument(NewLevel& level) {
+    std::string name = MoreInfoName(level);
+    if (!core::CanKeepPath(name)) {
+        const std::string storable = StorableName(level.WorkFolder, name);
+        if (level.OnCd || !RenameFile(level.WorkFolder + "\\" + name, level.WorkFolder + "\\" + storable))
+            return core::CheckText(name, core::kPathWidth);
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kDocumentRenamed, {name, storable}));
+        level.MoreInfoChoices[static_cast<std::size_t>(level.MoreInfo)] = name = storable;
+    }
+    EditRecord(level)->MoreInfoFile = name;
+    return true;
+}
+
 // No decoder and no converter is built in: a level that needs one is told so, and its files stay.
 bool AudioIsReady(const NewLevel& level) {
     if (level.OnCd || core::archive.Header.EncodeWavInMp3 || !Has(level, fragment::kIntakeMp3Mask))
@@ -186,7 +211,7 @@ void StoreLevel(NewLevel& level) {
         return;
     EditRecord(level)->Note = Trim(level.Note);
     if (!AcceptEqual(level)) return;
-    EditRecord(level)->MoreInfoFile = MoreInfoName(level);
+    if (!TakeDocument(level)) return;
     if (!level.OnCd) {
         DropOlderForms(level);
         if (!SortOutFiles(level)) return;

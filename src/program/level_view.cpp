@@ -19,7 +19,7 @@ namespace {
 
 // For the level that is in TRLE the saves of its last stay outside count as the older ones. That is meant.
 std::size_t OlderSaves(const LevelView& view) {
-    if (view.Code != trle_state::CurrentLevelCode()) return view.ArchivedSavegames.size();
+    if (!view.IsIn) return view.ArchivedSavegames.size();
     return ListFiles(core::StashFolder(view.Folder), LoadFragment(fragment::kSaveStashMask)).size();
 }
 

@@ -54,12 +54,10 @@ void Principale::Say(const QString& done) {
 }
 
 void Principale::ShowHead(const program::LevelView& level) {
-    const std::string picture =
-        level.Screenshots.empty() ? std::string() : companion::NewestScreenshot(core::PlaceOf(level.Code));
     Image_Level->ShowLevel(
         ShownLine(level.Name),
         level.Author.empty() ? QString() : Caption(msg::kMainByAuthor, {CleanLine(level.Author)}),
-        NativeText(picture));
+        NativeText(companion::NewestOf(level.Screenshots)));
     if (level.IsIn)
         Label_Play->setText(Caption(msg::kMainPlaysAtOnce));
     else if (level.TakenOut.empty())

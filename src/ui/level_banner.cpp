@@ -33,6 +33,7 @@ void LevelBanner::ShowLevel(const QString& name, const QString& author, const QS
     name_ = name;
     author_ = author;
     path_ = native_path;
+    ++reading_;
     setAccessibleName(name_);
     setAccessibleDescription(author_);
     update();
@@ -48,8 +49,12 @@ void LevelBanner::ReadLater() {
 void LevelBanner::Load() {
     pending_ = false;
     if (path_.isEmpty()) return;
-    picture_ = QPixmap::fromImage(ReadCover(path_, size() * devicePixelRatio()));
-    update();
+    const auto take = [this, reading = ++reading_](const QImage& picture) {
+        if (reading != reading_) return;
+        picture_ = QPixmap::fromImage(picture);
+        update();
+    };
+    ReadCoverBeside(this, path_, size() * devicePixelRatio(), nullptr, take);
 }
 
 void LevelBanner::resizeEvent(QResizeEvent* event) {

@@ -31,6 +31,7 @@ class LevelBanner final : public QWidget {
     QString path_;
     QPixmap picture_;
     bool pending_ = false;
+    int reading_ = 0; // number of the last reading: what an earlier one brings isn't wanted any more
 };
 
 } // namespace kelvash::ui

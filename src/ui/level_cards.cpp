@@ -3,8 +3,10 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "foundation/cache_folder.h"
 #include "foundation/user.h"
 #include "ui/form_support.h"
+#include "ui/fragments.h"
 #include "ui/picture_reading.h"
 
 namespace kelvash::ui {
@@ -22,7 +24,10 @@ int CostOf(const LevelCard& card) {
 
 } // namespace
 
-LevelCards::LevelCards(QObject* parent) : QObject(parent), ready_(kKept) {}
+LevelCards::LevelCards(QObject* parent) : QObject(parent), ready_(kKept) {
+    const std::filesystem::path folder = CacheFolder() / LoadFragment(fragment::kCoversFolder);
+    covers_ = std::make_shared<CoverCache>(QString::fromStdU16String(folder.generic_u16string()));
+}
 
 void LevelCards::SetPictureSize(QSize size) {
     if (size == size_) return;
@@ -41,6 +46,7 @@ void LevelCards::Renew(std::int32_t code) {
 }
 
 void LevelCards::ForgetAll() {
+    ++generation_;
     ready_.clear();
     wanted_.clear();
 }
@@ -59,16 +65,28 @@ void LevelCards::LoadNext() {
         QTimer::singleShot(kAfterJobs, this, &LevelCards::LoadNext);
         return;
     }
-    waiting_ = false;
-    if (wanted_.empty()) return;
+    waiting_ = !wanted_.empty();
+    if (!waiting_) return;
     const std::int32_t code = wanted_.back();
     wanted_.pop_back();
-    auto* const card = new LevelCard{program::FactsOf(code), {}};
-    card->picture = QPixmap::fromImage(ReadCover(NativeText(card->facts.Picture), size_));
+    const program::LevelFacts facts = program::FactsOf(code);
+    if (facts.Picture.empty()) {
+        Insert(code, facts, {});
+        return;
+    }
+    const auto take = [this, code, facts, generation = generation_](const QImage& picture) {
+        if (generation == generation_)
+            Insert(code, facts, picture);
+        else
+            LoadNext();
+    };
+    ReadCoverBeside(this, NativeText(facts.Picture), size_, covers_, take);
+}
+
+void LevelCards::Insert(std::int32_t code, const program::LevelFacts& facts, const QImage& picture) {
+    auto* const card = new LevelCard{facts, QPixmap::fromImage(picture)};
     ready_.insert(code, card, CostOf(*card));
     Q_EMIT Loaded(code);
-    if (wanted_.empty()) return;
-    waiting_ = true;
     QTimer::singleShot(0, this, &LevelCards::LoadNext);
 }
 

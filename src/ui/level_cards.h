@@ -1,5 +1,6 @@
 // What the list shows of the levels beyond the Archive's record, read from their folders one by one while the
 // program has nothing else to do: the newest picture, the number of savegames, whether files are packed.
+// Pictures are decoded beside the interface, and kept on the disk for the next time.
 #pragma once
 
 #include <QCache>
@@ -8,8 +9,10 @@
 #include <QSize>
 #include <cstdint>
 #include <deque>
+#include <memory>
 
 #include "program/level_facts.h"
+#include "ui/cover_cache.h"
 
 namespace kelvash::ui {
 
@@ -37,12 +40,15 @@ class LevelCards final : public QObject {
     void Loaded(std::int32_t code);
 
   private:
-    void LoadNext();
     void Want(std::int32_t code);
+    void LoadNext();
+    void Insert(std::int32_t code, const program::LevelFacts& facts, const QImage& picture);
 
     QSize size_{80, 60};
     QCache<std::int32_t, LevelCard> ready_;
     std::deque<std::int32_t> wanted_;
+    std::shared_ptr<CoverCache> covers_;
+    int generation_ = 0; // of what is kept: what was begun for an older one isn't wanted any more
     bool waiting_ = false;
 };
 

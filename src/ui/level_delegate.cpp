@@ -3,38 +3,14 @@
 #include <QApplication>
 #include <QPainter>
 
-#include "ui/Principale_messages.h"
-#include "ui/form_support.h"
 #include "ui/icons.h"
 #include "ui/level_model.h"
+#include "ui/level_row.h"
 #include "ui/look.h"
 
 namespace kelvash::ui {
 
 namespace {
-
-struct Badge {
-    QString word;
-    Role role;
-};
-
-std::vector<Badge> BadgesOf(const LevelRow& level) {
-    std::vector<Badge> badges;
-    if (level.in_trle) badges.push_back({Caption(msg::kMainInTrle), Role::Accent});
-    if (level.cd != 0)
-        badges.push_back({Caption(msg::kMainOnCd, {std::to_string(level.cd)}), Role::MutedText});
-    if (level.packed) badges.push_back({Caption(msg::kMainPacked), Role::MutedText});
-    return badges;
-}
-
-// The level that stands for the game without any.
-bool IsOriginal(const LevelRow& level) {
-    return level.code == 0;
-}
-
-QString LineOf(const LevelRow& level) {
-    return IsOriginal(level) && level.line.isEmpty() ? Caption(msg::kMainOriginal) : level.line;
-}
 
 void DrawPicture(QPainter& painter, const QRect& place, const LevelRow& level) {
     if (!level.picture.isNull()) {
@@ -83,7 +59,7 @@ void DrawLine(QPainter& painter, const QRect& place, const QString& line) {
 
 // The badges from the right end of a place on; gives what is left of it.
 QRect DrawBadges(QPainter& painter, QRect place, const LevelRow& level) {
-    for (const Badge& badge : BadgesOf(level))
+    for (const LevelBadge& badge : BadgesOf(level))
         place.setRight(place.right() - DrawBadge(painter, place, badge.word, badge.role) - space::kTight);
     return place;
 }

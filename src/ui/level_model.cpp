@@ -68,6 +68,8 @@ QVariant LevelModel::data(const QModelIndex& index, int role) const {
             return ShownLine(item.Text);
         case Qt::ToolTipRole:
             return ToolTipText(ShownLine(item.Text));
+        case Qt::AccessibleDescriptionRole:
+            return SpokenOf(Row(index.row()));
         case Qt::UserRole:
             return item.Code;
         default:

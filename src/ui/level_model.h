@@ -8,19 +8,9 @@
 #include <vector>
 
 #include "ui/level_cards.h"
+#include "ui/level_row.h"
 
 namespace kelvash::ui {
-
-// What a row shows of its level.
-struct LevelRow {
-    std::int32_t code = 0;
-    QString name; // with the list's mark for the level that is in TRLE
-    QString line; // author, size, savegames, note
-    QPixmap picture;
-    bool in_trle = false;
-    bool packed = false;
-    std::int32_t cd = 0; // 0: on disk
-};
 
 class LevelModel final : public QAbstractListModel {
     Q_OBJECT
@@ -38,7 +28,7 @@ class LevelModel final : public QAbstractListModel {
     std::int32_t IndexAt(int row) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
-    // The text, and the level's code under Qt::UserRole.
+    // The text, what a screen reader says behind it, and the level's code under Qt::UserRole.
     QVariant data(const QModelIndex& index, int role) const override;
     LevelRow Row(int row) const;
     // What is typed, trimmed.

@@ -1,17 +1,33 @@
 // Reading of the levels' pictures. Captures come as .jpg whatever they are: their contents tell what they
-// are.
+// are. Decoding takes longer than a frame may: it is done beside the interface.
 #pragma once
 
+#include <QByteArray>
 #include <QImage>
 #include <QSize>
 #include <QString>
+#include <functional>
+#include <memory>
+
+class QObject;
 
 namespace kelvash::ui {
 
-// The whole picture; null for a file that is none.
-QImage ReadPicture(const QString& native_path);
-// One that covers that size with as little as possible beyond it on two sides; null for no path and for no
-// picture.
-QImage ReadCover(const QString& native_path, const QSize& size);
+class CoverCache;
+
+// The whole picture; null for bytes that are none.
+QImage DecodePicture(const QByteArray& bytes);
+// One that covers that size with as little as possible beyond it on two sides; null for bytes that are none.
+QImage DecodeCover(const QByteArray& bytes, const QSize& size);
+
+// What is done with a picture when it is there; null if the file is none. It runs on the interface's thread,
+// behind the call, unless the receiver is gone by then.
+using TakePicture = std::function<void(const QImage& picture)>;
+
+// The file is read at once, and stays closed from then on: whatever begins next may move or delete it.
+void ReadPictureBeside(QObject* receiver, const QString& native_path, const TakePicture& take);
+// A cover; with a cache one that is kept from an earlier time, if it is still the file's.
+void ReadCoverBeside(QObject* receiver, const QString& native_path, const QSize& size,
+                     const std::shared_ptr<CoverCache>& cache, const TakePicture& take);
 
 } // namespace kelvash::ui

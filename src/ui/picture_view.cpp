@@ -19,7 +19,8 @@ PictureView::PictureView(QWidget* parent) : QWidget(parent) {
 void PictureView::ShowFile(const QString& native_path, const QString& text) {
     path_ = native_path;
     text_ = text;
-    picture_ = {};
+    ++reading_;
+    picture_ = scaled_ = {};
     setAccessibleName(path_.isEmpty() ? text_ : QFileInfo(path_).fileName());
     update();
     if (path_.isEmpty() || pending_) return;
@@ -30,7 +31,14 @@ void PictureView::ShowFile(const QString& native_path, const QString& text) {
 void PictureView::Load() {
     pending_ = false;
     if (path_.isEmpty()) return;
-    picture_ = QPixmap::fromImage(ReadPicture(path_));
+    ReadPictureBeside(this, path_, [this, reading = reading_](const QImage& picture) {
+        if (reading == reading_) Take(picture);
+    });
+}
+
+void PictureView::Take(const QImage& picture) {
+    picture_ = QPixmap::fromImage(picture);
+    scaled_ = {};
     if (picture_.isNull())
         text_ = Caption(msg::kMainBadImage) + QLatin1Char('\n') + QFileInfo(path_).fileName();
     update();
@@ -39,14 +47,20 @@ void PictureView::Load() {
 void PictureView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     FillRounded(painter, rect(), Mixed(palette().color(QPalette::WindowText), ColourOf(Role::Surface), 0.07));
-    if (picture_.isNull()) {
+    if (picture_.isNull())
         DrawEmpty(painter);
-        return;
-    }
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    else
+        DrawPicture(painter);
+}
+
+// Scaling takes longer than all else here: only another size has it done anew.
+void PictureView::DrawPicture(QPainter& painter) {
     QRect place(QPoint(), picture_.size().scaled(size(), Qt::KeepAspectRatio));
     place.moveCenter(rect().center());
-    painter.drawPixmap(place, picture_);
+    const QSize pixels = place.size() * devicePixelRatio();
+    if (scaled_.size() != pixels)
+        scaled_ = picture_.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    painter.drawPixmap(place, scaled_);
 }
 
 // A drawing above the text, both in the middle.

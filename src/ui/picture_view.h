@@ -22,13 +22,17 @@ class PictureView final : public QWidget {
 
   private:
     void paintEvent(QPaintEvent* event) override;
+    void DrawPicture(QPainter& painter);
     void DrawEmpty(QPainter& painter) const;
     void Load();
+    void Take(const QImage& picture);
 
     QString path_;
     QString text_;
     QPixmap picture_;
+    QPixmap scaled_; // to the size that it is shown at, while that stays
     bool pending_ = false;
+    int reading_ = 0; // number of the last reading: what an earlier one brings isn't wanted any more
 };
 
 } // namespace kelvash::ui

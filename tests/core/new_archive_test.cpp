@@ -96,6 +96,7 @@ TEST_F(NewArchiveTest, PrefersPdfThenHtmThenHtmlAsDocument) {
     EXPECT_EQ(document(), "a.html");
     MakeFile(files / "z.htm", "");
     EXPECT_EQ(document(), "z.htm");
+    MakeFile(files / "a\xC4\x99.pdf", ""); // a name that no record holds
     MakeFile(files / "second.pdf", "");
     MakeFile(files / "First.PDF", "");
     EXPECT_EQ(document(), "First.PDF");

@@ -34,6 +34,36 @@ TEST_F(StoreLevelTest, StoresNameNoteAndDocument) {
     EXPECT_THAT(user.Told(), IsEmpty());
 }
 
+TEST_F(StoreLevelTest, ADocumentGetsANameThatTheRecordHolds) {
+    const std::string polish = "mni\xC4\x99.txt"; // e with an ogonek
+    OpenGood({{polish, "Hello"}, {"mni_.txt", "another"}});
+    const auto& choices = level.MoreInfoChoices;
+    level.MoreInfo =
+        static_cast<std::int32_t>(std::find(choices.begin(), choices.end(), polish) - choices.begin());
+    Store();
+    EXPECT_EQ(level.State, FormState::Saved);
+    EXPECT_EQ(Record().MoreInfoFile, "mni__2.txt");
+    EXPECT_THAT(StoredNames(),
+                ElementsAre("english.dat", "maze.tr4", "mni_.txt", "mni__2.txt", "script.dat"));
+    EXPECT_EQ(test::BytesOf(LevelPath(1) / "FILES" / "mni__2.txt"), "Hello");
+    EXPECT_EQ(test::BytesOf(LevelPath(1) / "FILES" / "mni_.txt"), "another");
+    EXPECT_THAT(user.Told(),
+                ElementsAre("exclamation: The Archive can't keep the name of the document 'mni\xC4\x99"
+                            ".txt'. The file is called 'mni__2.txt' from now on."));
+}
+
+TEST_F(StoreLevelTest, ADocumentOfAnotherAlphabetIsFoundAgainInTheProperties) {
+    const std::string russian = "\xD0\xB8\xD0\xBD\xD1\x84\xD0\xBE.txt";
+    OpenGood({{russian, "Hello"}});
+    ASSERT_EQ(level.MoreInfoChoices.at(4), russian);
+    level.MoreInfo = 4;
+    Store();
+    EXPECT_EQ(Record().MoreInfoFile, "____.txt");
+    user.Told();
+    OpenProperties(1);
+    EXPECT_EQ(level.MoreInfoChoices.at(static_cast<std::size_t>(level.MoreInfo)), "____.txt");
+}
+
 TEST_F(StoreLevelTest, NoneSelectedClearsTheDocument) {
     OpenGood();
     core::archive.Table.Edit(level.Level.Index)->MoreInfoFile = "old.txt";

@@ -1,6 +1,7 @@
 // The library and the level's page as a player sees and works them.
 #include <gmock/gmock.h>
 
+#include <QAccessible>
 #include <QMenu>
 #include <QSignalSpy>
 #include <QToolBar>
@@ -16,6 +17,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 class Library : public PrincipaleHome {
   protected:
@@ -76,6 +78,27 @@ TEST_F(Library, TilesShowTheSameLevelsInTheSameOrderWithTheSameSelection) {
     Press(&form, "Pul_List");
     EXPECT_EQ(form.Combo_Livelli->viewMode(), QListView::ListMode);
     EXPECT_EQ(Current(), "beta city");
+}
+
+// --- screen readers ---
+
+TEST_F(Library, AReaderHearsWhatARowShows) {
+    core::archive.Table.Edit(1)->Author = "Ada Example";
+    core::archive.Table.Edit(1)->CdNumber = 3;
+    core::RefreshLevelList();
+    static_cast<void>(Loaded(3));
+    QAccessibleInterface* const list = QAccessible::queryAccessibleInterface(form.Combo_Livelli);
+    ASSERT_NE(list, nullptr);
+    ASSERT_EQ(list->childCount(), 4);
+    QAccessibleInterface* const gold = list->child(3);
+    ASSERT_NE(gold, nullptr);
+    EXPECT_EQ(gold->role(), QAccessible::ListItem);
+    EXPECT_EQ(gold->text(QAccessible::Name).toStdString(), "City of Gold");
+    const std::string spoken = gold->text(QAccessible::Description).toStdString();
+    EXPECT_THAT(spoken, StartsWith("CD 3, Ada Example"));
+    EXPECT_THAT(spoken, HasSubstr("1 savegame"));
+    EXPECT_THAT(spoken, HasSubstr("Choose the first entry"));
+    EXPECT_EQ(list->child(0)->text(QAccessible::Description).toStdString().substr(0, 7), "in TRLE");
 }
 
 // --- nothing to show ---

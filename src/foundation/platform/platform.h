@@ -94,6 +94,8 @@ NativeFile EnvironmentPath(const char* name);
 NativeFile HomeFolder();
 // The user's folder for program data, the application's own name at its end.
 NativeFile UserDataFolder();
+// The same for what can be made anew.
+NativeFile UserCacheFolder();
 NativeFile SpecialFolder(SpecialFolderId id);
 
 // --- processes (posix_process.cpp) ---

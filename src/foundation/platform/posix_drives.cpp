@@ -199,6 +199,11 @@ NativeFile UserDataFolder() {
     return (data.empty() ? HomeFolder() / ".local" / "share" : data) / "kelvash";
 }
 
+NativeFile UserCacheFolder() {
+    const fs::path cache = EnvironmentPath("XDG_CACHE_HOME");
+    return (cache.empty() ? HomeFolder() / ".cache" : cache) / "kelvash";
+}
+
 NativeFile SpecialFolder(SpecialFolderId id) {
     const fs::path data = UserDataFolder().parent_path();
     switch (id) {

@@ -120,6 +120,10 @@ NativeFile UserDataFolder() {
     return ShellFolder(CSIDL_LOCAL_APPDATA) / "Kelvash";
 }
 
+NativeFile UserCacheFolder() {
+    return UserDataFolder() / "cache";
+}
+
 NativeFile SpecialFolder(SpecialFolderId id) {
     switch (id) {
         case SpecialFolderId::Temporary: {
