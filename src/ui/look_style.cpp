@@ -94,6 +94,61 @@ QStyleOptionButton Lettered(const QStyleOptionButton& button, const QWidget* wid
     return lettered;
 }
 
+constexpr int kIconGap = space::kClose; // between an icon and its text
+constexpr int kUsualGap = 4;            // what the toolkit reckons for it
+
+struct IconAndText {
+    const QIcon& icon;
+    QSize icon_size;
+    QString text;
+};
+
+bool HasBoth(const QStyleOptionButton& button) {
+    return !button.icon.isNull() && !button.text.isEmpty() &&
+           (button.features & QStyleOptionButton::HasMenu) == 0;
+}
+
+bool HasBoth(const QStyleOptionToolButton& button) {
+    return button.toolButtonStyle == Qt::ToolButtonTextBesideIcon && !button.icon.isNull() &&
+           !button.text.isEmpty();
+}
+
+// Both side by side, in the middle of the option's place.
+void DrawIconAndText(const QStyle& style, const QStyleOption& option, QPainter* painter,
+                     const QWidget* widget, const IconAndText& label) {
+    const bool enabled = Has(&option, QStyle::State_Enabled);
+    const bool letters = style.styleHint(QStyle::SH_UnderlineShortcut, &option, widget) != 0;
+    const int flags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine |
+                      (letters ? Qt::TextShowMnemonic : Qt::TextHideMnemonic);
+    const int text = painter->fontMetrics().size(flags, label.text).width();
+    const QRect& place = option.rect;
+    QRect icon({}, label.icon_size);
+    icon.moveCenter(place.center());
+    icon.moveLeft(place.left() + std::max(0, (place.width() - icon.width() - kIconGap - text) / 2));
+    const QRect words(icon.right() + 1 + kIconGap, place.top(), text, place.height());
+    label.icon.paint(painter, QStyle::visualRect(option.direction, place, icon), Qt::AlignCenter,
+                     enabled ? QIcon::Normal : QIcon::Disabled,
+                     Has(&option, QStyle::State_On) ? QIcon::On : QIcon::Off);
+    style.drawItemText(painter, QStyle::visualRect(option.direction, place, words), flags, option.palette,
+                       enabled, label.text, QPalette::ButtonText);
+}
+
+// The label of a button; false for one that the toolkit draws.
+bool DrawLabel(const QStyle& style, const QStyleOption* option, QPainter* painter, const QWidget* widget) {
+    if (const auto* push = qstyleoption_cast<const QStyleOptionButton*>(option);
+        push != nullptr && HasBoth(*push)) {
+        DrawIconAndText(style, *push, painter, widget, {push->icon, push->iconSize, push->text});
+        return true;
+    }
+    if (const auto* tool = qstyleoption_cast<const QStyleOptionToolButton*>(option);
+        tool != nullptr && HasBoth(*tool)) {
+        painter->setFont(tool->font);
+        DrawIconAndText(style, *tool, painter, widget, {tool->icon, tool->iconSize, tool->text});
+        return true;
+    }
+    return false;
+}
+
 // The text of a chosen row stays as it is.
 template <class Option>
 Option WithOwnText(const Option& item) {
@@ -194,10 +249,12 @@ void LookStyle::drawControl(ControlElement element, const QStyleOption* option, 
     if (element == CE_PushButtonLabel) {
         if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
             const QStyleOptionButton lettered = Lettered(*button, widget);
+            if (DrawLabel(*this, &lettered, painter, widget)) return;
             QProxyStyle::drawControl(element, &lettered, painter, widget);
             return;
         }
     }
+    if (element == CE_ToolButtonLabel && DrawLabel(*this, option, painter, widget)) return;
     if (element == CE_ItemViewItem) {
         if (const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option)) {
             const QStyleOptionViewItem plain = WithOwnText(*item);
@@ -263,6 +320,9 @@ QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
         case CT_PushButton:
             whole.rheight() = std::max(whole.height(), line + space::kNear);
             whole.rwidth() += space::kClose;
+            if (const auto* push = qstyleoption_cast<const QStyleOptionButton*>(option);
+                push != nullptr && HasBoth(*push))
+                whole.rwidth() += kIconGap - kUsualGap;
             break;
         case CT_LineEdit:
         case CT_ComboBox:
@@ -270,6 +330,9 @@ QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
             break;
         case CT_ToolButton:
             whole = whole.expandedTo({line + space::kNear, line + space::kNear});
+            if (const auto* tool = qstyleoption_cast<const QStyleOptionToolButton*>(option);
+                tool != nullptr && HasBoth(*tool))
+                whole.rwidth() += kIconGap - kUsualGap + space::kClose;
             break;
         case CT_MenuItem:
             if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);

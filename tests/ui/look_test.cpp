@@ -4,6 +4,7 @@
 
 #include <QListWidget>
 #include <QPushButton>
+#include <QToolButton>
 
 #include "ui/icons.h"
 #include "ui/menu_icons.h"
@@ -114,6 +115,36 @@ TEST(Icons, StandBeforeEveryCommandOfSubstance) {
          {mnu_New, mnu_Load, mnu_Save, mnu_AddLevel, mnu_Property, mnu_RemoveLevel, mnu_Export,
           mnu_SetOriginale, mnu_FaiFullBackup, mnu_Settings, mnu_FindHelp})
         EXPECT_TRUE(GlyphOf(entry).has_value()) << static_cast<int>(entry);
+}
+
+// Pixels between the right end of a red icon and the left end of the text behind it; -1 if one isn't there.
+int GapOf(QAbstractButton& button) {
+    QPixmap red(16, 16);
+    red.fill(Qt::red);
+    button.setIcon(red);
+    button.setIconSize({16, 16});
+    button.setText(QStringLiteral("HHHH"));
+    button.resize(button.sizeHint());
+    const QImage image = button.grab().toImage();
+    const int middle = image.height() / 2;
+    int icon = -1;
+    for (int x = 0; x < image.width(); ++x) {
+        const QColor colour = image.pixelColor(x, middle);
+        if (colour == QColor(Qt::red)) icon = x;
+        if (icon >= 0 && colour.lightness() < 90) return x - icon - 1;
+    }
+    return -1;
+}
+
+TEST(Look, KeepsTextAwayFromItsIcon) {
+    QPushButton push;
+    QToolButton tool;
+    tool.setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    for (QAbstractButton* button :
+         {static_cast<QAbstractButton*>(&push), static_cast<QAbstractButton*>(&tool)}) {
+        EXPECT_GE(GapOf(*button), space::kClose - 1);
+        EXPECT_LE(GapOf(*button), space::kNear);
+    }
 }
 
 } // namespace
