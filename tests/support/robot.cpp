@@ -39,6 +39,15 @@ QAbstractButton* FindButton(QWidget* window, const std::string& button) {
     return nullptr;
 }
 
+// On Windows events are looked after while a window is on its way to the screen, its controls not all visible
+// yet.
+bool IsShown(const QWidget& window) {
+    const auto parts = window.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+    return window.isVisible() && std::all_of(parts.begin(), parts.end(), [](const QWidget* part) {
+               return part->isHidden() || part->isWindow() || part->isVisible();
+           });
+}
+
 } // namespace
 
 std::string Plain(const QString& caption) {
@@ -104,7 +113,7 @@ void Robot::Arm() {
 
 void Robot::Look() {
     QWidget* const window = QApplication::activeModalWidget();
-    if (window == nullptr || !window->isVisible() || IsProgress(window) ||
+    if (window == nullptr || !IsShown(*window) || IsProgress(window) ||
         std::find(acting_.begin(), acting_.end(), window) != acting_.end())
         return;
     const std::string text = Describe(window);

@@ -348,6 +348,7 @@ TEST_F(DialogGetDir, ItsNoteTakesTheColourOfTheDark) {
     const QColor light = form.Note_Fields->palette().color(QPalette::WindowText);
     EXPECT_EQ(light, ui::ColourOf(ui::Role::Danger));
     ui::TakeLook(true);
+    QApplication::processEvents();
     const QColor dark = form.Note_Fields->palette().color(QPalette::WindowText);
     EXPECT_EQ(dark, ui::ColourOf(ui::Role::Danger));
     EXPECT_NE(dark, light);

@@ -208,7 +208,7 @@ TEST_F(FirstRun, ComesBackToTheSameWindow) {
         ui::Principale form(forms);
         form.show();
         form.Page_Level->parentWidget()->show(); // as with an Archive
-        form.resize(950, 655);
+        form.resize(950, 705);
         auto* const splitter = form.findChild<QSplitter*>(QStringLiteral("Splitter1"));
         splitter->setSizes({400, 500});
         sizes = splitter->sizes();
@@ -220,7 +220,7 @@ TEST_F(FirstRun, ComesBackToTheSameWindow) {
     EXPECT_EQ(ui::RestoreWindow({&form, splitter}), ui::LibraryView::Tiles);
     form.show();
     EXPECT_EQ(form.width(), 950);
-    EXPECT_EQ(form.height(), 655);
+    EXPECT_EQ(form.height(), 705);
     form.Page_Level->parentWidget()->show();
     QApplication::processEvents();
     EXPECT_EQ(splitter->sizes(), sizes);

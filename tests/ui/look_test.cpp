@@ -117,8 +117,8 @@ TEST(Icons, StandBeforeEveryCommandOfSubstance) {
         EXPECT_TRUE(GlyphOf(entry).has_value()) << static_cast<int>(entry);
 }
 
-// Pixels between the right end of a red icon and the left end of the text behind it; -1 if one isn't there.
-int GapOf(QAbstractButton& button) {
+// Between the right end of a red icon and the left end of the text behind it; below 0 if one isn't there.
+double GapOf(QAbstractButton& button) {
     QPixmap red(16, 16);
     red.fill(Qt::red);
     button.setIcon(red);
@@ -131,7 +131,7 @@ int GapOf(QAbstractButton& button) {
     for (int x = 0; x < image.width(); ++x) {
         const QColor colour = image.pixelColor(x, middle);
         if (colour == QColor(Qt::red)) icon = x;
-        if (icon >= 0 && colour.lightness() < 90) return x - icon - 1;
+        if (icon >= 0 && colour.lightness() < 90) return (x - icon - 1) / image.devicePixelRatio();
     }
     return -1;
 }

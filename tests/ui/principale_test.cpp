@@ -543,6 +543,7 @@ TEST_F(PrincipaleForm, TheLibraryComesBackToItsWidthWithAnArchive) {
     const core::ArchiveState archive = core::archive;
     core::archive = core::ArchiveState();
     core::RefreshLevelList();
+    QApplication::processEvents();
     EXPECT_EQ(splitter->sizes().at(1), 0);
     core::archive = archive;
     core::RefreshLevelList();
