@@ -167,7 +167,7 @@ void TakeEmptyPages(const Camera& camera, Principale& form) {
     };
     FirstStart page(nullptr);
     page.Begin(program::FirstStep::Backup);
-    page.resize(page.width(), page.sizeHint().height());
+    page.resize(page.width(), page.heightForWidth(page.width()));
     for (const bool dark : {false, true}) {
         const std::string suffix = dark ? "_dark" : "";
         Theme::SetDark(dark);
