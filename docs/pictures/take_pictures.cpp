@@ -49,7 +49,7 @@ namespace {
 using namespace kelvash;
 using namespace kelvash::ui;
 
-constexpr int kSettle = 300; // milliseconds until a window stands and its pictures are read
+constexpr int kSettle = 700; // milliseconds until a window stands and its pictures are read
 
 class Camera {
   public:

@@ -340,6 +340,7 @@ QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
                 whole.rheight() = std::max(whole.height(), line + space::kClose);
             break;
         case CT_GroupBox:
+        case CT_ItemViewItem:
             whole.rheight() += space::kTight;
             break;
         case CT_MenuBarItem:
