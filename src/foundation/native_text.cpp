@@ -1,11 +1,21 @@
 #include "foundation/native_text.h"
 
+#include <exception>
+
 namespace kelvash {
 
 namespace {
 
 std::string TextOf(const std::u8string& text) {
     return {text.begin(), text.end()};
+}
+
+// Of a name that is no text, as Windows allows: "?" stands in no other.
+std::string AsciiOf(const std::filesystem::path& native) {
+    std::string text;
+    for (const auto character : native.native())
+        text += static_cast<char32_t>(character) < 0x80 ? static_cast<char>(character) : '?';
+    return text;
 }
 
 } // namespace
@@ -15,11 +25,19 @@ std::filesystem::path NativeFromText(std::string_view text) {
 }
 
 std::string TextOfNative(const std::filesystem::path& native) {
-    return TextOf(native.u8string());
+    try {
+        return TextOf(native.u8string());
+    } catch (const std::exception&) {
+        return AsciiOf(native);
+    }
 }
 
 std::string GenericTextOf(const std::filesystem::path& native) {
-    return TextOf(native.generic_u8string());
+    try {
+        return TextOf(native.generic_u8string());
+    } catch (const std::exception&) {
+        return AsciiOf(native);
+    }
 }
 
 } // namespace kelvash

@@ -165,6 +165,10 @@ bool MakeBackup(bool force_full, Former former) {
     if (!kind) return false;
     const std::int64_t needed = force_full ? 0 : *kind == Kind::Full ? kFullBackupRoom : kCompactBackupRoom;
     if (!EnoughRoom(needed)) return false;
+    if (!FolderExists(trle)) { // it went while the questions stood
+        TellCritical(LoadMessage(msg::kBackupTrleGone) + trle);
+        return false;
+    }
     if (BeginBackup(*kind, former) && (*kind == Kind::Full ? CopyFull(trle, !force_full) : CopyCompact(trle)))
         return TakeIntoUse(trle, *kind, former);
     static_cast<void>(RemoveHalfBackup()); // what stays counts for nothing

@@ -134,6 +134,7 @@ void Principale::FilterLevels() {
     const bool was_shown = SelectedIsShown();
     syncing_ = true; // the view forgets its selection with the old rows
     levels_->SetFilter(Text_Search->text());
+    Combo_Livelli->scrollToTop();
     SyncSelection();
     if (!was_shown || !SelectedIsShown()) AggiornaDatiLivello(false);
 }
@@ -194,12 +195,19 @@ void Principale::WatchGame() {
 void Principale::EnableCommands() {
     const bool open = core::ArchiveIsOpen();
     const bool selected = SelectedIsShown();
-    menu_.Update({.job_free = !playing_, .archive_open = open, .level_selected = selected});
-    for (QPushButton* button : {Pul_Play, Pul_MoreInfo})
+    const CommandState now{.job_free = !playing_, .archive_open = open, .level_selected = selected};
+    menu_.Update(now);
+    const QString why = WhyGrey(EnabledWhen::LevelSelected, now);
+    for (QPushButton* button : {Pul_Play, Pul_MoreInfo}) {
         button->setEnabled(open && selected);
-    for (QAction* action : {play_, more_})
-        action->setEnabled(!playing_ && open && selected);
+        button->setToolTip(why);
+    }
+    for (QAction* action : {play_, more_}) {
+        action->setEnabled(why.isEmpty());
+        TellWhy(action, why);
+    }
     Pul_Author->setEnabled(Command(MenuEntry::mnu_ShowAutoreInfo)->isEnabled());
+    Pul_Author->setToolTip(why);
 }
 
 void Principale::ShowPanel(bool screenshots) {

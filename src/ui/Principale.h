@@ -28,6 +28,7 @@
 #include "ui/level_banner.h"
 #include "ui/level_delegate.h"
 #include "ui/level_model.h"
+#include "ui/path_label.h"
 #include "ui/picture_view.h"
 #include "ui/principale_menu.h"
 
@@ -82,9 +83,9 @@ class Principale final : public QMainWindow {
     QPushButton* const Pul_Play = Make<QPushButton>(this, "Pul_Play");
     QPushButton* const Pul_MoreInfo = Make<QPushButton>(this, "Pul_MoreInfo");
     QPushButton* const Pul_Author = Make<QPushButton>(this, "Pul_Author");
-    QLabel* const Label_Play = Make<QLabel>(this, "Label_Play");
-    QLabel* const Label_InfoLevel = Make<QLabel>(this, "Label_InfoLevel");
-    QLabel* const Label_InfoDir = Make<QLabel>(this, "Label_InfoDir");
+    ElidedLabel* const Label_Play = Make<ElidedLabel>(this, "Label_Play", Qt::ElideRight);
+    ElidedLabel* const Label_InfoLevel = Make<ElidedLabel>(this, "Label_InfoLevel", Qt::ElideRight);
+    ElidedLabel* const Label_InfoDir = Make<ElidedLabel>(this, "Label_InfoDir", Qt::ElideMiddle);
     QPushButton* const Pul_ScreenShots = Make<QPushButton>(this, "Pul_ScreenShots");
     QPushButton* const Pul_SaveGames = Make<QPushButton>(this, "Pul_SaveGames");
     QLabel* const Label_Info = Make<QLabel>(this, "Label_Info");

@@ -37,9 +37,8 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
     image_hint_ = shown.FolderMissing ? LoadMessage(msg::kMainLevelMissing) + shown.Folder : std::string();
     PageImages(keep_image ? first_shown_image_ : 0);
     ShowSavegames(shown.SlotSavegames, shown.ArchivedSavegames);
-    Label_InfoLevel->setText(NoteToShow(shown.Note));
-    Label_InfoDir->setText(ShownLine(shown.Place));
-    Label_InfoDir->setToolTip(ToolTipText(Label_InfoDir->text()));
+    Label_InfoLevel->SetLine(NoteToShow(shown.Note));
+    Label_InfoDir->SetLine(ShownLine(shown.Place));
     ShowHead(shown);
     ShowEmptiness(view ? &*view : nullptr);
     EnableCommands();
@@ -59,11 +58,11 @@ void Principale::ShowHead(const program::LevelView& level) {
         level.Author.empty() ? QString() : Caption(msg::kMainByAuthor, {CleanLine(level.Author)}),
         NativeText(companion::NewestOf(level.Screenshots)));
     if (level.IsIn)
-        Label_Play->setText(Caption(msg::kMainPlaysAtOnce));
+        Label_Play->SetLine(Caption(msg::kMainPlaysAtOnce));
     else if (level.TakenOut.empty())
-        Label_Play->clear();
+        Label_Play->SetLine({});
     else
-        Label_Play->setText(Caption(msg::kMainTakesOut, {CleanLine(level.TakenOut)}));
+        Label_Play->SetLine(Caption(msg::kMainTakesOut, {CleanLine(level.TakenOut)}));
 }
 
 // What helps where a page has nothing to show. Without an Archive the library takes the whole window.

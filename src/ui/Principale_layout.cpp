@@ -1,6 +1,7 @@
 // The main form's captions, its library and its tools.
 #include <QHBoxLayout>
 #include <QScreen>
+#include <QScrollArea>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QVBoxLayout>
@@ -17,7 +18,7 @@ namespace kelvash::ui {
 namespace {
 
 // In average characters and lines of the form's font.
-constexpr int kLibraryWidth = 74;
+constexpr int kLibraryWidth = 80; // two tiles
 constexpr int kPageWidth = 122;
 constexpr int kHeight = 54;
 
@@ -81,12 +82,18 @@ void Principale::Lay() {
     auto* const centre = Make<QWidget>(this, "Centre");
     auto* const margin = new QVBoxLayout(centre);
     margin->addWidget(splitter_);
-    setCentralWidget(centre);
+    // What a small screen or a large scale leaves no room for is scrolled to.
+    auto* const area = Make<QScrollArea>(this, "Scroll");
+    area->setWidget(centre);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    setCentralWidget(area);
     statusBar()->addWidget(Label_Info, 1);
     statusBar()->addPermanentWidget(ProgressBar1);
     ProgressBar1->setMaximumWidth(letter * 30);
     const QSize wish(letter * (kLibraryWidth + kPageWidth), fontMetrics().height() * kHeight);
-    resize(wish.boundedTo(screen()->availableSize()));
+    resize(wish.boundedTo(screen()->availableSize() * 19 / 20)); // its frame has to fit too
     SetTabOrder();
     Combo_Livelli->setFocus();
 }
@@ -96,10 +103,11 @@ void Principale::LayTools() {
     bar->setObjectName(QStringLiteral("Tools"));
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     bar->setMovable(false);
-    const auto add = [bar](Glyph glyph, MessageId text, QAction* command) {
+    const auto add = [this, bar](Glyph glyph, MessageId text, QAction* command) {
         command->setIconText(Caption(text));
         command->setIcon(IconOf(glyph));
         bar->addAction(command);
+        addAction(command); // its key works while the bar is hidden
     };
     play_ = new QAction(this);
     play_->setText(Caption(msg::kMainPlay));

@@ -38,11 +38,7 @@ void Principale::LayPage() {
     auto* const column = new QVBoxLayout(Page_Level);
     column->setContentsMargins({});
     SetType(Label_InfoLevel, Type::Title);
-    Label_InfoLevel->setWordWrap(true);
     SetExplaining(Label_InfoDir);
-    Label_InfoDir->setWordWrap(true);
-    for (QLabel* label : {Label_InfoLevel, Label_InfoDir})
-        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     column->addWidget(Image_Level, 2);
     column->addWidget(Empty_Trle, 2);
     column->addLayout(LayActions());
@@ -99,12 +95,14 @@ QLayout* Principale::LayActions() {
     Pul_MoreInfo->setIcon(IconOf(Glyph::Info));
     Pul_Author->setIcon(IconOf(Glyph::Author));
     connect(Pul_Author, &QPushButton::clicked, Command(MenuEntry::mnu_ShowAutoreInfo), &QAction::trigger);
-    auto* const line = Row({Pul_Play, Pul_MoreInfo, Pul_Author});
-    line->addSpacing(space::kClose);
     SetExplaining(Label_Play);
-    Label_Play->setWordWrap(true);
-    line->addWidget(Label_Play, 1);
-    return line;
+    auto* const line = Row({Pul_Play, Pul_MoreInfo, Pul_Author});
+    line->addStretch(1);
+    auto* const lines = new QVBoxLayout;
+    lines->setSpacing(space::kTight);
+    lines->addLayout(line);
+    lines->addWidget(Label_Play);
+    return lines;
 }
 
 void Principale::LayScreenShots() {

@@ -75,8 +75,19 @@ void EmptyState::Add(QPushButton* button) {
 void EmptyState::Say(Glyph glyph, const QString& sentence, std::initializer_list<QPushButton*> helping) {
     drawing_->Show(glyph);
     sentence_->setText(sentence);
+    MakeRoom();
     for (QPushButton* button : all_)
         button->setVisible(std::find(helping.begin(), helping.end(), button) != helping.end());
+}
+
+void EmptyState::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    MakeRoom();
+}
+
+// The splitter around asks nothing how high it gets in its width.
+void EmptyState::MakeRoom() {
+    setMinimumHeight(std::max(0, layout()->totalHeightForWidth(width())));
 }
 
 void EmptyState::StandFor(QWidget* content, bool nothing) {

@@ -29,6 +29,9 @@ class EmptyState final : public QWidget {
     Glyph Drawn() const;
 
   private:
+    void resizeEvent(QResizeEvent* event) override;
+    void MakeRoom();
+
     class Drawing;
     Drawing* drawing_;
     QLabel* const sentence_ = new QLabel(this);

@@ -10,7 +10,9 @@
 #include <QToolBar>
 
 #include "foundation/drives.h"
+#include "foundation/native_text.h"
 #include "foundation/text.h"
+#include "ui/messages.h"
 
 namespace kelvash::ui {
 
@@ -103,16 +105,28 @@ QString ShownLine(const std::string& text) {
 }
 
 QString NativeText(const std::string& path) {
-    return path.empty() ? QString() : QString::fromStdU16String(NativePath(path).u16string());
+    return path.empty() ? QString() : FromUtf8(TextOfNative(NativePath(path)));
 }
 
 QString ToolTipText(const QString& text) {
-    return Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
+    constexpr int kWide = 80; // characters; the toolkit breaks lines of mark-up alone
+    if (!Qt::mightBeRichText(text) && (text.size() <= kWide || !text.contains(QLatin1Char(' ')))) return text;
+    return QStringLiteral("<span>%1</span>")
+        .arg(text.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")));
 }
 
 QString WithoutLetter(const QString& caption) {
     QString text = caption;
     return text.remove(QLatin1Char('&'));
+}
+
+QString WhyNotYet() {
+    return Caption(msg::kWhyNotYet);
+}
+
+void TellWhy(QAction* action, const QString& why) {
+    action->setToolTip(why);
+    action->setStatusTip(why);
 }
 
 bool IsNotYet(const QObject* object) {
@@ -122,6 +136,7 @@ bool IsNotYet(const QObject* object) {
 void NotYet(std::initializer_list<QWidget*> controls) {
     for (QWidget* control : controls) {
         control->setEnabled(false);
+        control->setToolTip(WhyNotYet());
         control->setProperty(kNotYet, true);
     }
 }
@@ -133,6 +148,7 @@ void LettersLast(std::initializer_list<QWidget*> buttons) {
 
 void NotYet(QAction* action, bool not_yet) {
     action->setEnabled(!not_yet);
+    if (not_yet) TellWhy(action, WhyNotYet());
     action->setProperty(kNotYet, not_yet);
 }
 

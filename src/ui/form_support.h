@@ -39,9 +39,9 @@ QString ToolTipText(const QString& text);
 void AfterPainting(QObject* receiver, const std::function<void()>& work);
 
 // A control whose object name is the name by which the form knows it. The parent owns it.
-template <class Control>
-Control* Make(QWidget* parent, const char* name) {
-    auto* const control = new Control(parent);
+template <class Control, class... Rest>
+Control* Make(QWidget* parent, const char* name, Rest... rest) {
+    auto* const control = new Control(parent, rest...);
     control->setObjectName(QString::fromLatin1(name));
     // Names of files and levels are no mark-up.
     if constexpr (std::is_same_v<Control, QLabel>) control->setTextFormat(Qt::PlainText);
@@ -50,11 +50,14 @@ Control* Make(QWidget* parent, const char* name) {
     return control;
 }
 
-// Greys what has no logic to stand on yet, and leaves the letters to the others. To be called before
-// Set_Caption_Texts; nothing enables it again.
+// Greys what has no logic to stand on yet, says so in its tool tip, and leaves the letters to the others. To
+// be called before Set_Caption_Texts; nothing enables it again.
 void NotYet(std::initializer_list<QWidget*> controls);
 void NotYet(QAction* action, bool not_yet);
 bool IsNotYet(const QObject* object);
+QString WhyNotYet();
+// A grey command says why it is grey, as a tool tip and in the status line; nothing while it isn't.
+void TellWhy(QAction* action, const QString& why);
 
 // Buttons that get a letter only when all others have one: what they do is reached otherwise too. To be
 // called before Set_Caption_Texts.

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "foundation/cache_folder.h"
+#include "foundation/native_text.h"
 #include "foundation/user.h"
 #include "ui/form_support.h"
 #include "ui/fragments.h"
@@ -26,7 +27,7 @@ int CostOf(const LevelCard& card) {
 
 LevelCards::LevelCards(QObject* parent) : QObject(parent), ready_(kKept) {
     const std::filesystem::path folder = CacheFolder() / LoadFragment(fragment::kCoversFolder);
-    covers_ = std::make_shared<CoverCache>(QString::fromStdU16String(folder.generic_u16string()));
+    covers_ = std::make_shared<CoverCache>(FromUtf8(GenericTextOf(folder)));
 }
 
 void LevelCards::SetPictureSize(QSize size) {

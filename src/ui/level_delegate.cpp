@@ -13,7 +13,7 @@ namespace kelvash::ui {
 namespace {
 
 void DrawPicture(QPainter& painter, const QRect& place, const LevelRow& level) {
-    if (!level.picture.isNull()) {
+    if (!level.picture.isNull() && !IsOriginal(level)) {
         DrawCover(painter, place, level.picture);
         return;
     }
@@ -25,8 +25,21 @@ void DrawPicture(QPainter& painter, const QRect& place, const LevelRow& level) {
     DrawGlyph(painter, drawing, IsOriginal(level) ? Glyph::Original : Glyph::NoPicture, text);
 }
 
+// What the words of a row are written with: on a desktop's own chosen ground its own text can be read, no
+// role.
+struct Inks {
+    QColor name = ColourOf(Role::Text);
+    QColor line = ColourOf(Role::MutedText);
+};
+Inks InksOn(const QStyleOptionViewItem& item) {
+    if (!DesktopHasItsLook() || !item.state.testFlag(QStyle::State_Selected)) return {};
+    const QColor text = item.palette.color(QPalette::HighlightedText);
+    return {text, text};
+}
+
 // A name with what is typed marked in it.
-void DrawName(QPainter& painter, const QRect& place, const QString& name, const QString& typed) {
+void DrawName(QPainter& painter, const QRect& place, const QString& name, const QString& typed,
+              const QColor& ink) {
     const QFontMetrics metrics = painter.fontMetrics();
     const QString shown = metrics.elidedText(name, Qt::ElideRight, place.width());
     const qsizetype at = typed.isEmpty() ? -1 : shown.indexOf(typed, 0, Qt::CaseInsensitive);
@@ -36,7 +49,7 @@ void DrawName(QPainter& painter, const QRect& place, const QString& name, const 
         FillRounded(painter, {place.left() + left - 1, place.top(), width + 2, place.height()},
                     Mixed(ColourOf(Role::Accent), ColourOf(Role::Raised), 0.3));
     }
-    painter.setPen(ColourOf(Role::Text));
+    painter.setPen(ink);
     painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, shown);
 }
 
@@ -50,9 +63,9 @@ int LineHeight(const QFont& font) {
     return QFontMetrics(font).height();
 }
 
-void DrawLine(QPainter& painter, const QRect& place, const QString& line) {
+void DrawLine(QPainter& painter, const QRect& place, const QString& line, const QColor& ink) {
     painter.setFont(FontOf(Type::Caption));
-    painter.setPen(ColourOf(Role::MutedText));
+    painter.setPen(ink);
     painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter,
                      painter.fontMetrics().elidedText(line, Qt::ElideRight, place.width()));
 }
@@ -64,7 +77,8 @@ QRect DrawBadges(QPainter& painter, QRect place, const LevelRow& level) {
     return place;
 }
 
-void DrawListRow(QPainter& painter, const QRect& row, const LevelRow& level, const QString& typed) {
+void DrawListRow(QPainter& painter, const QRect& row, const LevelRow& level, const QString& typed,
+                 const Inks& inks) {
     const QSize size = LevelDelegate::PictureSize(LibraryView::List);
     const QRect picture(row.left() + space::kTight, row.center().y() - size.height() / 2 + 1, size.width(),
                         size.height());
@@ -75,13 +89,14 @@ void DrawListRow(QPainter& painter, const QRect& row, const LevelRow& level, con
     words.setRight(row.right() - space::kClose);
     const QRect name = DrawBadges(painter, words, level);
     painter.setFont(NameFont());
-    DrawName(painter, name, level.name, typed);
+    DrawName(painter, name, level.name, typed, inks.name);
     words.translate(0, name_height + space::kTight);
     words.setHeight(line_height);
-    DrawLine(painter, words, LineOf(level));
+    DrawLine(painter, words, LineOf(level), inks.line);
 }
 
-void DrawTile(QPainter& painter, const QRect& tile, const LevelRow& level, const QString& typed) {
+void DrawTile(QPainter& painter, const QRect& tile, const LevelRow& level, const QString& typed,
+              const Inks& inks) {
     const QSize size = LevelDelegate::PictureSize(LibraryView::Tiles);
     const QRect picture(tile.center().x() - size.width() / 2 + 1, tile.top() + space::kClose, size.width(),
                         size.height());
@@ -92,9 +107,9 @@ void DrawTile(QPainter& painter, const QRect& tile, const LevelRow& level, const
                level);
     QRect words(picture.left(), picture.bottom() + space::kTight, picture.width(), LineHeight(NameFont()));
     painter.setFont(NameFont());
-    DrawName(painter, words, level.name, typed);
+    DrawName(painter, words, level.name, typed, inks.name);
     words.translate(0, words.height());
-    DrawLine(painter, words, LineOf(level));
+    DrawLine(painter, words, LineOf(level), inks.line);
 }
 
 } // namespace
@@ -113,10 +128,17 @@ void LevelDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     painter->save();
     QApplication::style()->drawPrimitive(QStyle::PE_PanelItemViewItem, &item, painter, option.widget);
     const LevelRow level = levels_.Row(index.row());
+    const Inks inks = InksOn(option);
     if (view_ == LibraryView::List)
-        DrawListRow(*painter, option.rect, level, levels_.Filter());
+        DrawListRow(*painter, option.rect, level, levels_.Filter(), inks);
     else
-        DrawTile(*painter, option.rect, level, levels_.Filter());
+        DrawTile(*painter, option.rect, level, levels_.Filter(), inks);
+    if (option.state.testFlag(QStyle::State_HasFocus)) {
+        QStyleOptionFocusRect focus;
+        focus.QStyleOption::operator=(option);
+        focus.state |= QStyle::State_KeyboardFocusChange;
+        QApplication::style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, painter, option.widget);
+    }
     painter->restore();
 }
 

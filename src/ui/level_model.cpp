@@ -67,7 +67,7 @@ QVariant LevelModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole:
             return ShownLine(item.Text);
         case Qt::ToolTipRole:
-            return ToolTipText(ShownLine(item.Text));
+            return ToolTipText(ShownLine(item.Text) + QLatin1Char('\n') + LineOf(Row(index.row())));
         case Qt::AccessibleDescriptionRole:
             return SpokenOf(Row(index.row()));
         case Qt::UserRole:

@@ -7,7 +7,9 @@
 #include <QPainterPath>
 #include <QStyle>
 #include <QStyleFactory>
+#include <algorithm>
 #include <cmath>
+#include <numeric>
 
 #include "ui/look_style.h"
 
@@ -26,13 +28,18 @@ double LuminanceOf(const QColor& colour) {
            0.0722 * Linear(colour.blueF());
 }
 
-// The colour, moved towards black or white until it can be read on both grounds.
-QColor ReadableOn(const QColor& wish, const QColor& one, const QColor& other) {
-    const QColor end = LuminanceOf(one) + LuminanceOf(other) > 2 * 0.18 ? Qt::black : Qt::white;
+// The colour, moved towards black or white until it can be read on all grounds.
+QColor ReadableOn(const QColor& wish, std::initializer_list<QColor> grounds) {
+    const double light =
+        std::accumulate(grounds.begin(), grounds.end(), 0.0,
+                        [](double sum, const QColor& ground) { return sum + LuminanceOf(ground); });
+    const QColor end = light > 0.18 * static_cast<double>(grounds.size()) ? Qt::black : Qt::white;
     constexpr int kSteps = 20;
     for (int step = 0; step < kSteps; ++step) {
         QColor colour = Mixed(end, wish, static_cast<double>(step) / kSteps);
-        if (ContrastOf(colour, one) >= kReadable && ContrastOf(colour, other) >= kReadable) return colour;
+        if (std::all_of(grounds.begin(), grounds.end(),
+                        [&](const QColor& ground) { return ContrastOf(colour, ground) >= kReadable; }))
+            return colour;
     }
     return end;
 }
@@ -84,7 +91,10 @@ QColor ColourOf(Role role, const QPalette& palette) {
     const QColor surface = palette.color(QPalette::Active, QPalette::Window);
     const QColor raised = palette.color(QPalette::Active, QPalette::Base);
     const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
-    const auto readable = [&](const QColor& wish) { return ReadableOn(wish, surface, raised); };
+    const QColor button = palette.color(QPalette::Active, QPalette::Button);
+    const auto readable = [&](const QColor& wish) {
+        return ReadableOn(wish, {surface, raised, button, ChosenGround(palette)});
+    };
     switch (role) {
         case Role::Surface:
             return surface;
@@ -95,10 +105,11 @@ QColor ColourOf(Role role, const QPalette& palette) {
         case Role::MutedText:
             return readable(Mixed(text, surface, 0.65));
         case Role::Accent:
-            return readable(palette.color(QPalette::Active, QPalette::Highlight));
+            return ReadableOn(palette.color(QPalette::Active, QPalette::Highlight),
+                              {surface, raised, button});
         case Role::OnAccent: {
             const QColor accent = ColourOf(Role::Accent, palette);
-            return ReadableOn(palette.color(QPalette::Active, QPalette::HighlightedText), accent, accent);
+            return ReadableOn(palette.color(QPalette::Active, QPalette::HighlightedText), {accent});
         }
         case Role::Danger:
             return readable(QColor(kDanger));
@@ -106,6 +117,10 @@ QColor ColourOf(Role role, const QPalette& palette) {
             return readable(QColor(kSuccess));
     }
     return text;
+}
+
+QColor ChosenGround(const QPalette& palette) {
+    return Mixed(ColourOf(Role::Accent, palette), palette.color(QPalette::Base), 0.22);
 }
 
 QColor ColourOf(Role role) {
@@ -164,14 +179,23 @@ void SetMainAction(QAbstractButton* button) {
     QFont font = button->font();
     font.setWeight(QFont::DemiBold);
     button->setFont(font);
+    if (!DesktopHasItsLook()) return;
+    QPalette own; // the desktop's style draws it, in the desktop's colours
+    own.setColor(QPalette::Button, QApplication::palette().color(QPalette::Highlight));
+    own.setColor(QPalette::ButtonText, QApplication::palette().color(QPalette::HighlightedText));
+    button->setPalette(own);
 }
 
 Role MainActionText() {
-    return DesktopHasItsLook() ? Role::Text : Role::OnAccent;
+    return Role::OnAccent;
 }
 
 void SetDestructive(QAbstractButton* button) {
     button->setProperty(kDestructiveMark, true);
+    if (!DesktopHasItsLook()) return;
+    QPalette own;
+    own.setColor(QPalette::ButtonText, ColourOf(Role::Danger));
+    button->setPalette(own);
 }
 
 void FillRounded(QPainter& painter, const QRect& place, const QBrush& ground) {
@@ -198,7 +222,9 @@ void DrawCover(QPainter& painter, const QRect& place, const QPixmap& picture) {
 
 void DrawShade(QPainter& painter, const QRect& picture) {
     QLinearGradient shade(picture.topLeft(), picture.bottomLeft());
-    shade.setColorAt(0.25, QColor::fromRgba(qRgba(qRed(kShade), qGreen(kShade), qBlue(kShade), 0)));
+    shade.setColorAt(0.15, QColor::fromRgba(qRgba(qRed(kShade), qGreen(kShade), qBlue(kShade), 0)));
+    // From here on a title can be read on a white picture.
+    shade.setColorAt(0.5, QColor::fromRgba(qRgba(qRed(kShade), qGreen(kShade), qBlue(kShade), 160)));
     shade.setColorAt(1, QColor::fromRgba(qRgba(qRed(kShade), qGreen(kShade), qBlue(kShade), 225)));
     FillRounded(painter, picture, shade);
 }

@@ -41,6 +41,8 @@ enum class Role { Surface, Raised, Text, MutedText, Accent, OnAccent, Danger, Su
 QColor ColourOf(Role role, const QPalette& palette);
 // The same by the program's palette of the moment.
 QColor ColourOf(Role role);
+// The ground of a chosen row of a list, on which every text role can be read too, as on a button's.
+QColor ChosenGround(const QPalette& palette);
 
 // Parts of one colour in another, 0 to 1: hints of a colour on a surface.
 QColor Mixed(const QColor& colour, const QColor& ground, double share);

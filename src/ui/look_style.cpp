@@ -70,10 +70,6 @@ void DrawField(const QStyleOption* option, QPainter* painter) {
 }
 
 // A chosen row's ground is a hint of the accent.
-QColor ChosenGround(const QPalette& palette) {
-    return Mixed(ColourOf(Role::Accent, palette), palette.color(QPalette::Base), 0.22);
-}
-
 void DrawRow(const QStyleOption* option, QPainter* painter) {
     const QPalette& palette = option->palette;
     const QColor ground = palette.color(QPalette::Base);

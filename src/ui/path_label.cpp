@@ -15,8 +15,16 @@ constexpr int kMostLetters = 60;
 
 } // namespace
 
-PathLabel::PathLabel(QWidget* parent) : QLabel(parent) {
+ElidedLabel::ElidedLabel(QWidget* parent, Qt::TextElideMode left_out) : QLabel(parent), left_out_(left_out) {
     setTextFormat(Qt::PlainText);
+}
+
+void ElidedLabel::SetLine(const QString& line) {
+    setText(line);
+    setToolTip(ToolTipText(line));
+}
+
+PathLabel::PathLabel(QWidget* parent) : ElidedLabel(parent, Qt::ElideMiddle) {
     setFrameShape(QFrame::StyledPanel);
     setMargin(space::kTight);
 }
@@ -26,22 +34,22 @@ void PathLabel::SetPath(const QString& path, const QString& when_empty) {
     setToolTip(ToolTipText(path));
 }
 
-QSize PathLabel::sizeHint() const {
+QSize ElidedLabel::sizeHint() const {
     QSize size = QLabel::sizeHint();
     size.setWidth(
         qBound(minimumSizeHint().width(), size.width(), fontMetrics().averageCharWidth() * kMostLetters));
     return size;
 }
 
-QSize PathLabel::minimumSizeHint() const {
+QSize ElidedLabel::minimumSizeHint() const {
     return {fontMetrics().averageCharWidth() * kLeastLetters, QLabel::sizeHint().height()};
 }
 
-void PathLabel::paintEvent(QPaintEvent*) {
+void ElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     drawFrame(&painter);
     const QRect room = contentsRect().adjusted(margin(), margin(), -margin(), -margin());
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, room.width());
+    const QString shown = fontMetrics().elidedText(text(), left_out_, room.width());
     style()->drawItemText(&painter, room, Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
                           foregroundRole());
 }

@@ -9,6 +9,7 @@
 #include <QThreadPool>
 #include <utility>
 
+#include "swap/bitmap_file.h"
 #include "ui/cover_cache.h"
 
 namespace kelvash::ui {
@@ -21,6 +22,41 @@ QByteArray BytesOf(const QString& native_path) {
     QFile file(native_path);
     if (!file.open(QIODevice::ReadOnly) || file.size() > kLargest) return {};
     return file.readAll();
+}
+
+// What a picture's bytes are. Only these are read, whatever plug-ins there are: some open files that a
+// picture names.
+const char* FormatOf(const QByteArray& bytes) {
+    if (bytes.startsWith("\xFF\xD8\xFF")) return "jpg";
+    if (bytes.startsWith("BM")) return "bmp";
+    if (bytes.startsWith("\x89PNG\r\n")) return "png";
+    return nullptr;
+}
+
+// A bitmap that is cut short would be filled up with what lies in memory.
+QByteArray WholeBitmap(const QByteArray& bytes) {
+    const auto plain = swap::PlainBitmap({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+    return plain ? QByteArray::fromStdString(*plain) : QByteArray();
+}
+
+// `prepare` sees the reader before it reads.
+QImage Decode(const QByteArray& bytes, const std::function<void(QImageReader&)>& prepare) {
+    const char* const format = FormatOf(bytes);
+    if (format == nullptr) return {};
+    QBuffer buffer;
+    buffer.setData(QLatin1String(format) == QLatin1String("bmp") ? WholeBitmap(bytes) : bytes);
+    QImageReader reader(&buffer, format);
+    reader.setAutoDetectImageFormat(false);
+    reader.setAutoTransform(true);
+    prepare(reader);
+    return reader.read();
+}
+
+// The middle of a picture in the proportions of a size.
+QRect MiddleOf(const QSize& picture, const QSize& size) {
+    QRect part(QPoint(), size.scaled(picture, Qt::KeepAspectRatio).expandedTo({1, 1}));
+    part.moveCenter(QRect(QPoint(), picture).center());
+    return part;
 }
 
 // Decodes on another thread; the interface's takes what has come of it.
@@ -41,27 +77,20 @@ void Beside(QObject* receiver, const std::function<QImage()>& decode, const Take
 } // namespace
 
 QImage DecodePicture(const QByteArray& bytes) {
-    QBuffer buffer;
-    buffer.setData(bytes);
-    QImageReader reader(&buffer);
-    reader.setAutoTransform(true);
-    reader.setDecideFormatFromContent(true);
-    return reader.read();
+    return Decode(bytes, [](QImageReader&) {});
 }
 
 QImage DecodeCover(const QByteArray& bytes, const QSize& size) {
-    QBuffer buffer;
-    buffer.setData(bytes);
-    QImageReader reader(&buffer);
-    reader.setAutoTransform(true);
-    reader.setDecideFormatFromContent(true);
     // JPEG is decoded at a fraction of its size; twice what is wanted leaves the scaling smooth.
-    const QSize whole = reader.size();
-    const QSize twice = whole.scaled(2 * size, Qt::KeepAspectRatioByExpanding);
-    if (whole.isValid() && whole.width() > twice.width()) reader.setScaledSize(twice);
-    const QImage picture = reader.read();
+    const QImage picture = Decode(bytes, [&size](QImageReader& reader) {
+        const QSize whole = reader.size();
+        const QSize twice = whole.scaled(2 * size, Qt::KeepAspectRatioByExpanding);
+        if (whole.isValid() && whole.width() > twice.width()) reader.setScaledSize(twice);
+    });
     if (picture.isNull()) return {};
-    return picture.scaled(size, Qt::KeepAspectRatioByExpanding, Qt::SmoothTransformation);
+    // Cut first: a picture of one row, made as high as a cover, would be millions of pixels wide.
+    return picture.copy(MiddleOf(picture.size(), size))
+        .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 void ReadPictureBeside(QObject* receiver, const QString& native_path, const TakePicture& take) {

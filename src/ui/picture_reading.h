@@ -1,5 +1,6 @@
-// Reading of the levels' pictures. Captures come as .jpg whatever they are: their contents tell what they
-// are. Decoding takes longer than a frame may: it is done beside the interface.
+// Reading of the levels' pictures: JPEG, bitmaps, PNG. Captures come as .jpg whatever they are: their
+// contents tell what they are. One that is cut short or claims more than memory has is none. Decoding takes
+// longer than a frame may: it is done beside the interface.
 #pragma once
 
 #include <QByteArray>
@@ -17,7 +18,7 @@ class CoverCache;
 
 // The whole picture; null for bytes that are none.
 QImage DecodePicture(const QByteArray& bytes);
-// One that covers that size with as little as possible beyond it on two sides; null for bytes that are none.
+// Its middle in that size, which is no more than is shown; null for bytes that are none.
 QImage DecodeCover(const QByteArray& bytes, const QSize& size);
 
 // What is done with a picture when it is there; null if the file is none. It runs on the interface's thread,

@@ -55,7 +55,7 @@ void PictureView::paintEvent(QPaintEvent*) {
 
 // Scaling takes longer than all else here: only another size has it done anew.
 void PictureView::DrawPicture(QPainter& painter) {
-    QRect place(QPoint(), picture_.size().scaled(size(), Qt::KeepAspectRatio));
+    QRect place(QPoint(), picture_.size().scaled(size(), Qt::KeepAspectRatio).expandedTo({1, 1}));
     place.moveCenter(rect().center());
     const QSize pixels = place.size() * devicePixelRatio();
     if (scaled_.size() != pixels)

@@ -172,14 +172,12 @@ std::optional<MessageId> HindranceOf(EnabledWhen when, const CommandState& now) 
     return now.archive_open ? msg::kWhyNoLevel : msg::kWhyNoArchive;
 }
 
-// A grey command says why it is grey, as a tool tip and in the status line.
-void TellWhy(QAction* action, std::optional<MessageId> hindrance) {
-    const QString why = hindrance.has_value() ? Caption(*hindrance) : QString();
-    action->setToolTip(why);
-    action->setStatusTip(why);
-}
-
 } // namespace
+
+QString WhyGrey(EnabledWhen when, const CommandState& now) {
+    const std::optional<MessageId> hindrance = HindranceOf(when, now);
+    return hindrance ? Caption(*hindrance) : QString();
+}
 
 MainMenu::MainMenu(QMenuBar* bar, QWidget* form, std::vector<MenuCommand> commands, JobDoor& door)
     : commands_(std::move(commands)) {
@@ -196,7 +194,6 @@ MainMenu::MainMenu(QMenuBar* bar, QWidget* form, std::vector<MenuCommand> comman
             action = new QAction(form);
             action->setShortcut(QKeySequence(QLatin1String(entry.key)));
             NotYet(action, true);
-            TellWhy(action, msg::kWhyNotYet);
         }
         action->setObjectName(QLatin1String(entry.name));
         if (const auto glyph = GlyphOf(entry.entry)) action->setIcon(IconOf(*glyph));
@@ -231,7 +228,7 @@ void MainMenu::Update(const CommandState& now) {
     for (const MenuCommand& command : commands_) {
         QAction* const action = Action(command.entry);
         action->setEnabled(IsEnabled(command.when, now));
-        TellWhy(action, HindranceOf(command.when, now));
+        TellWhy(action, WhyGrey(command.when, now));
     }
     // From the end, so that a menu comes after those in it.
     for (auto action = actions_.rbegin(); action != actions_.rend(); ++action) {

@@ -119,6 +119,8 @@ struct CommandState {
 };
 
 bool IsEnabled(EnabledWhen when, const CommandState& now);
+// What stands in the way of it, in words; empty if nothing does.
+QString WhyGrey(EnabledWhen when, const CommandState& now);
 
 struct MenuCommand {
     MenuEntry entry;

@@ -8,8 +8,10 @@
 
 #include "foundation/drives.h"
 #include "foundation/messages.h"
+#include "foundation/native_text.h"
 #include "foundation/text.h"
 #include "foundation/waiting.h"
+#include "ui/form_support.h"
 #include "ui/messages.h"
 
 namespace kelvash::ui {
@@ -30,8 +32,7 @@ constexpr int kAnswerPatience = 10000;
 constexpr int kRetry = 50;
 
 QString SocketName() {
-    QString name = QString::fromStdU16String(
-        (RuntimeFolder() / (FolderIdentity(AppFolder()) + ".socket")).generic_u16string());
+    QString name = FromUtf8(GenericTextOf(RuntimeFolder() / (FolderIdentity(AppFolder()) + ".socket")));
     // Where there are no paths for sockets a name does.
     if (!name.startsWith(QLatin1Char('/')))
         name.replace(QLatin1Char('/'), QLatin1Char('-')).remove(QLatin1Char(':'));

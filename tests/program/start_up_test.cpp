@@ -81,6 +81,8 @@ TEST_F(StartUpSteps, EndWithTheOneThatWasGivenUp) {
     user.WillAnswer(kOriginal, "no");
     EXPECT_EQ(Start(), (Told{{FirstStep::TrleFolder, 0}, {FirstStep::Backup, 1}}));
     EXPECT_FALSE(core::ArchiveIsOpen());
+    EXPECT_THAT(user.Told(), ElementsAre(StartsWith("critical: Tips:"),
+                                         StartsWith("critical: You must perform a new setup")));
 }
 
 TEST_F(StartUpSteps, AreThoseOfAFirstStartAlone) {

@@ -47,6 +47,15 @@ TEST_F(Backup, ThatIsValidIsLeftAlone) {
     EXPECT_THAT(user.Asked(), IsEmpty());
 }
 
+TEST_F(Backup, OfAFolderThatHasGoneIsNotCalledMade) {
+    user.WillAnswer(kOriginal, "yes");
+    user.WillAnswer(kKind, "yes");
+    fs::rename(trle, trle.parent_path() / "gone");
+    EXPECT_FALSE(CreateBackup(false));
+    EXPECT_THAT(user.Told(), Contains("critical: The TRLE folder isn't there any more: C:\\trle"));
+    EXPECT_FALSE(test::Exists(backup));
+}
+
 TEST_F(Backup, FullHoldsTheWholeTree) {
     user.WillAnswer(kOriginal, "yes");
     user.WillAnswer(kKind, "yes");

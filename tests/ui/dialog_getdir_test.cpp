@@ -337,7 +337,8 @@ TEST_F(DialogGetDir, SaysAtOnceWhatIsWrongWithItsFields) {
     EXPECT_EQ(note(form.Text_PathDir, "alpha"), "") << "below the folder that is shown";
     EXPECT_FALSE(form.Note_Fields->isVisible());
     EXPECT_EQ(note(form.Text_Path, "ALPHA"), "A folder of this name is there already");
-    const std::string letters = R"(A name can't hold any of / \ < > : ? | " * and can't end with a dot)";
+    const std::string letters =
+        R"(A name can't hold any of / \ < > : ? " * or a bar, and can't end with a dot)";
     EXPECT_EQ(note(form.Text_Path, "what?"), letters);
     EXPECT_EQ(note(form.Text_Path, "dot."), letters);
     EXPECT_EQ(note(form.Text_Path, "delta"), "");

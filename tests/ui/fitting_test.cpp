@@ -153,7 +153,7 @@ TEST_F(Fitting, ThePagesWithNothingToShowFitToo) {
     Faults faults;
     core::SelectLevel(2);
     const auto look = [&] {
-        QApplication::processEvents();
+        QTest::qWait(50); // a text asks for its room, the page for its own, and so on up
         LookForCuts(form, faults);
         LookForOverlaps(form, faults);
         LookAtTabOrder(form, faults);

@@ -28,13 +28,15 @@ std::vector<QPalette> Palettes() {
 TEST(Look, EveryTextCanBeReadOnEverySurface) {
     int compared = 0;
     for (const QPalette& palette : Palettes())
-        for (const Role text : {Role::Text, Role::MutedText, Role::Accent, Role::Danger, Role::Success})
-            for (const Role surface : {Role::Surface, Role::Raised}) {
-                EXPECT_GE(ContrastOf(ColourOf(text, palette), ColourOf(surface, palette)), kReadable)
-                    << static_cast<int>(text) << " on " << static_cast<int>(surface);
+        for (const Role text : {Role::Text, Role::MutedText, Role::Danger, Role::Success})
+            for (const QColor& surface :
+                 {ColourOf(Role::Surface, palette), ColourOf(Role::Raised, palette),
+                  palette.color(QPalette::Active, QPalette::Button), ChosenGround(palette)}) {
+                EXPECT_GE(ContrastOf(ColourOf(text, palette), surface), kReadable)
+                    << static_cast<int>(text) << " on " << surface.name().toStdString();
                 ++compared;
             }
-    EXPECT_EQ(compared, 40);
+    EXPECT_EQ(compared, 64);
 }
 
 TEST(Look, TextOnTheAccentCanBeRead) {

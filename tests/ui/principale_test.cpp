@@ -6,6 +6,8 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QTest>
+#include <QToolBar>
 #include <QUrl>
 
 #include "foundation/files.h"
@@ -45,12 +47,50 @@ TEST_F(PrincipaleForm, TextsOfStrangersAreShownToTheLetter) {
     EXPECT_THAT(Shown(), testing::Contains("<b>Gold</b> X"));
     const QModelIndex current = form.Combo_Livelli->currentIndex();
     EXPECT_EQ(current.data(Qt::ToolTipRole).toString().toStdString(),
-              "<span>&lt;b&gt;Gold&lt;/b&gt; X</span>");
+              "<span>&lt;b&gt;Gold&lt;/b&gt; X<br>&lt;img src='file:///etc/passwd'&gt; two</span>");
     EXPECT_EQ(form.Label_InfoLevel->textFormat(), Qt::PlainText);
     EXPECT_EQ(form.Label_InfoLevel->text().toStdString(), "<img src='file:///etc/passwd'> two");
     EXPECT_EQ(form.Label_InfoDir->textFormat(), Qt::PlainText);
     for (const QLabel* label : form.findChildren<QLabel*>())
         EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->objectName().toStdString();
+}
+
+// However long, without a blank to break them at.
+TEST_F(PrincipaleForm, TextsOfStrangersLeaveTheWindowAsItIs) {
+    const QSize size = form.size(), least = form.minimumSizeHint();
+    core::archive.Table.Edit(1)->Name = std::string(256, 'W');
+    core::archive.Table.Edit(1)->Note = std::string(256, 'W');
+    core::RefreshLevelList();
+    core::SelectLevel(1);
+    QApplication::processEvents();
+    EXPECT_EQ(form.size(), size);
+    EXPECT_EQ(form.minimumSizeHint(), least);
+    EXPECT_EQ(form.Label_InfoLevel->toolTip().toStdString(), std::string(256, 'W'));
+    EXPECT_EQ(form.Label_InfoLevel->height(), form.Label_InfoLevel->sizeHint().height()) << "one line";
+}
+
+TEST_F(PrincipaleForm, GetsAsSmallAsAScreenMayBe) {
+    form.resize(640, 480);
+    EXPECT_EQ(form.size(), QSize(640, 480));
+}
+
+TEST_F(PrincipaleForm, KeysWorkWithoutTheToolBar) {
+    form.findChild<QToolBar*>(QStringLiteral("Tools"))->hide();
+    form.Combo_Livelli->setFocus();
+    QTest::keyClick(&form, Qt::Key_L, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::focusWidget(), form.Text_Search);
+}
+
+TEST_F(PrincipaleForm, GreyButtonsSayWhy) {
+    core::SelectLevel(-1);
+    form.Text_Search->setText(QStringLiteral("zzz"));
+    EXPECT_FALSE(form.Pul_Play->isEnabled());
+    EXPECT_EQ(form.Pul_Play->toolTip().toStdString(), "No level is selected");
+    EXPECT_EQ(form.Pul_ArchiviaSavegames->toolTip().toStdString(), "This comes with a later version");
+    form.Text_Search->clear();
+    core::SelectLevel(1);
+    EXPECT_TRUE(form.Pul_Play->isEnabled());
+    EXPECT_EQ(form.Pul_Play->toolTip().toStdString(), "");
 }
 
 TEST_F(PrincipaleForm, HasItsControlsUnderTheirNames) {
