@@ -1,6 +1,7 @@
 // The menu of the main form: every entry under its name, in its order, and the commands behind them.
 #pragma once
 
+#include <QString>
 #include <functional>
 #include <vector>
 
