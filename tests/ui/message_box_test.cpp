@@ -89,6 +89,7 @@ TEST_F(MessageBoxes, CopyTheirWholeTextByMenuAndKey) {
             EXPECT_EQ(Copied(), "Not there:\nC:\\a b\\c.tr4");
         }
         QGuiApplication::clipboard()->clear();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&box));
         QTest::keyClick(&box, Qt::Key_C, Qt::ControlModifier);
         EXPECT_EQ(Copied(), "Not there:\nC:\\a b\\c.tr4");
     });
