@@ -32,6 +32,14 @@ class DialogTesto : public UiHome<TestHome> {
         WaitUntil([this] { return !form.Timer1->isActive(); });
     }
     int TopLine() const { return form.Text_File->cursorForPosition(QPoint(0, 0)).blockNumber(); }
+    void GoToTheFirstOfTheIndex() {
+        robot.Will("Dialog_Indice", [](QWidget* window) {
+            Press(window, "Opt_Sub");
+            window->findChild<QListWidget*>()->setCurrentRow(0);
+            Press(window, "Pul_Ok");
+        });
+        Press(&form, "Pul_Index");
+    }
     std::string TopText() const {
         return form.Text_File->cursorForPosition(QPoint(0, 0)).block().text().toStdString();
     }
@@ -281,12 +289,7 @@ TEST_F(DialogTesto, PagesTurnFromTheSearchField) {
 
 TEST_F(DialogTesto, TheIndexLeadsToATopic) {
     Open("intro\n" + LongText({{150, "{Far away}"}, {10, "[Near]"}}));
-    robot.Will("Dialog_Indice", [](QWidget* window) {
-        Press(window, "Opt_Sub");
-        window->findChild<QListWidget*>()->setCurrentRow(0);
-        Press(window, "Pul_Ok");
-    });
-    Press(&form, "Pul_Index");
+    GoToTheFirstOfTheIndex();
     EXPECT_EQ(TopText(), "line 150 {Far away}");
     EXPECT_EQ(Selected(), "{Far away}");
 }
@@ -346,12 +349,7 @@ TEST_F(DialogTesto, TitlesAreBoldAndOfTheThemesColour) {
 
 TEST_F(DialogTesto, TheIndexLeadsToATitleThatStandsWithoutItsMarks) {
     Open("intro\n" + LongText({}) + "#4#\n{Far away}\n" + LongText({}));
-    robot.Will("Dialog_Indice", [](QWidget* window) {
-        Press(window, "Opt_Sub");
-        window->findChild<QListWidget*>()->setCurrentRow(0);
-        Press(window, "Pul_Ok");
-    });
-    Press(&form, "Pul_Index");
+    GoToTheFirstOfTheIndex();
     EXPECT_EQ(TopText(), "Far away");
     EXPECT_EQ(Selected(), "Far away");
 }

@@ -1,0 +1,105 @@
+// The main form where there is nothing to show.
+#include <gmock/gmock.h>
+
+#include <QApplication>
+
+#include "support/bitmaps.h"
+#include "ui/principale_home.h"
+
+namespace kelvash::test {
+namespace {
+
+using PrincipaleEmpty = PrincipaleHome;
+
+// --- where there is nothing to show ---
+
+TEST_F(PrincipaleEmpty, SaysWhatHelpsWhereThereIsNoScreenshot) {
+    core::SelectLevel(2);
+    EXPECT_TRUE(form.Empty_Shots->isVisible());
+    EXPECT_EQ(form.Empty_Shots->Sentence().toStdString(), "Add pictures in the level's properties");
+    EXPECT_TRUE(form.Image1->isVisible()) << "the default picture has its place";
+    robot.WillPress("Dialog_NewLevel", "Pul_Cancel");
+    Press(&form, "Pul_AddShots");
+    EXPECT_TRUE(robot.HasSeen("Dialog_NewLevel"));
+    MakeFile(LevelPath(2) / "SCREENSHOTS/1.bmp", MakeBitmap({}));
+    form.AggiornaDatiLivello(false);
+    EXPECT_FALSE(form.Empty_Shots->isVisible());
+}
+
+TEST_F(PrincipaleEmpty, SaysWhatHelpsWhereThereIsNoSavegame) {
+    core::SelectLevel(2);
+    Press(&form, "Pul_SaveGames");
+    EXPECT_TRUE(form.Empty_SaveGames->isVisible());
+    EXPECT_FALSE(form.List_SaveGameTomb->isVisible());
+    EXPECT_EQ(form.Empty_SaveGames->Sentence().toStdString(), "No savegames yet: save in the game");
+    EXPECT_TRUE(form.Pul_PlayNow->isEnabled());
+    core::SelectLevel(1);
+    EXPECT_FALSE(form.Empty_SaveGames->isVisible());
+    EXPECT_TRUE(form.List_SaveGameTomb->isVisible());
+    std::filesystem::remove_all(LevelPath(1) / "BACKUP_SAVEGAMES");
+    MakeFile(LevelPath(1) / "SAVEGAMES/slot1/savegame.1", "Hall,");
+    form.AggiornaDatiLivello(false);
+    EXPECT_FALSE(form.Empty_SaveGames->isVisible()) << "an archived one is one too";
+}
+
+TEST_F(PrincipaleEmpty, AsksForATrleFolderThatHasGone) {
+    core::SelectLevel(2);
+    EXPECT_TRUE(form.Image_Level->isVisible());
+    std::filesystem::rename(drive / "trle", drive / "moved");
+    form.AggiornaDatiLivello(false);
+    EXPECT_FALSE(form.Image_Level->isVisible());
+    EXPECT_EQ(form.Empty_Trle->Sentence().toStdString(), "The TRLE folder can't be found: C:\\trle");
+    robot.WillPress("Dialog_TrovaTrle", "Pul_Sfoglia");
+    WillChooseFolder("Choose TR Level Editor folder", "C:\\moved");
+    robot.WillPress("Dialog_TrovaTrle", "Pul_Ok");
+    Press(&form, "Pul_ChooseTrle");
+    EXPECT_EQ(core::profile.TrleFolder, "C:\\moved");
+    EXPECT_TRUE(form.Image_Level->isVisible());
+}
+
+TEST_F(PrincipaleEmpty, WithoutAnArchiveTheLibraryHasTheWholeWindow) {
+    core::archive = core::ArchiveState();
+    core::RefreshLevelList();
+    EXPECT_FALSE(form.Page_Level->isVisible());
+    EXPECT_FALSE(form.Empty_Level->isVisible());
+    EXPECT_TRUE(form.Pul_NewArchive->isVisible());
+    EXPECT_TRUE(form.Pul_LoadArchive->isVisible());
+}
+
+TEST_F(PrincipaleEmpty, TheLibraryComesBackToItsWidthWithAnArchive) {
+    auto* const splitter = form.findChild<QSplitter*>(QStringLiteral("Splitter1"));
+    splitter->setSizes({400, 600});
+    const QList<int> sizes = splitter->sizes();
+    const core::ArchiveState archive = core::archive;
+    core::archive = core::ArchiveState();
+    core::RefreshLevelList();
+    QApplication::processEvents();
+    EXPECT_EQ(splitter->sizes().at(1), 0);
+    core::archive = archive;
+    core::RefreshLevelList();
+    QApplication::processEvents();
+    EXPECT_EQ(splitter->sizes(), sizes);
+}
+
+TEST_F(PrincipaleEmpty, AnArchiveWithoutLevelsOffersToAddOne) {
+    for (const std::int32_t code : {1, 2, 3})
+        core::archive.Table.Remove(code);
+    core::RefreshLevelList();
+    EXPECT_TRUE(form.Combo_Livelli->isVisible()) << "the original configuration stands there";
+    EXPECT_TRUE(form.Empty_Levels->isVisible());
+    EXPECT_TRUE(form.Pul_AddLevel->isVisible());
+    EXPECT_FALSE(form.Pul_ShowAll->isVisible());
+}
+
+TEST_F(PrincipaleEmpty, WhereNoLevelIsSelectedThePageSaysSo) {
+    Type("zzz");
+    EXPECT_TRUE(form.Empty_Level->isVisible());
+    EXPECT_EQ(form.Empty_Level->Sentence().toStdString(), "No level is selected");
+    EXPECT_FALSE(form.Pul_Play->isVisible());
+    form.Text_Search->clear();
+    EXPECT_FALSE(form.Empty_Level->isVisible());
+    EXPECT_TRUE(form.Pul_Play->isVisible());
+}
+
+} // namespace
+} // namespace kelvash::test
