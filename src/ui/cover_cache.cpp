@@ -28,7 +28,7 @@ QByteArray SumOf(const QByteArray& key, const QByteArray& picture) {
 } // namespace
 
 CoverCache::CoverCache(QString folder, qint64 most_bytes)
-    : folder_(std::move(folder)),
+    : folder_(QDir::isAbsolutePath(folder) ? std::move(folder) : QString()),
       end_(FromUtf8(LoadFragment(fragment::kCoverEnd))),
       unfinished_(FromUtf8(LoadFragment(fragment::kCoverNew))),
       most_bytes_(most_bytes) {}
@@ -48,6 +48,7 @@ QString CoverCache::FileOf(const QByteArray& key) const {
 }
 
 QByteArray CoverCache::Read(const QByteArray& key) const {
+    if (folder_.isEmpty()) return {};
     QFile file(FileOf(key));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
@@ -59,6 +60,7 @@ QImage CoverCache::Decode(const QByteArray& key, const QByteArray& bytes) {
 }
 
 void CoverCache::Keep(const QByteArray& key, const QImage& cover) {
+    if (folder_.isEmpty()) return;
     if (since_drop_ < 0 || since_drop_ > most_bytes_ / kLooks) DropOldest();
     QBuffer picture;
     picture.open(QIODevice::WriteOnly);
@@ -73,8 +75,11 @@ void CoverCache::Keep(const QByteArray& key, const QImage& cover) {
 
 void CoverCache::DropOldest() {
     since_drop_ = 0;
-    const QFileInfoList files =
-        QDir(folder_).entryInfoList(QDir::Files | QDir::Hidden, QDir::Time | QDir::Reversed);
+    if (folder_.isEmpty()) return;
+    QString left_over = unfinished_; // by a program that was killed
+    left_over.replace(QLatin1String("XXXXXX"), QLatin1String("??????"));
+    const QFileInfoList files = QDir(folder_).entryInfoList(
+        {QLatin1Char('*') + end_, left_over}, QDir::Files | QDir::Hidden, QDir::Time | QDir::Reversed);
     qint64 bytes = 0;
     for (const QFileInfo& file : files)
         bytes += file.size();

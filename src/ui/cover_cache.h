@@ -17,7 +17,8 @@ class CoverCache {
   public:
     static constexpr qint64 kMostBytes = 128 << 20; // 10,000 levels as rows and as tiles
 
-    // The folder is a native path; when more than that is in it, the oldest files go.
+    // The folder is a native path; when more than that is in covers there, the oldest go. Files of other
+    // names are left alone, and one that isn't absolute is no folder: nothing is kept.
     explicit CoverCache(QString folder, qint64 most_bytes = kMostBytes);
 
     // Stands for a picture file as it is now, by path, size and time, and for the cover's size.

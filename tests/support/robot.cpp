@@ -17,6 +17,7 @@ namespace {
 
 constexpr int kLookEvery = 2;       // milliseconds
 constexpr int kWaitAtMost = 10'000; // milliseconds
+constexpr int kToBeShown = 1000;    // milliseconds; what scrolls comes behind its window
 
 bool IsProgress(const QWidget* window) {
     const QString name = window->objectName();
@@ -40,12 +41,12 @@ QAbstractButton* FindButton(QWidget* window, const std::string& button) {
 }
 
 // On Windows events are looked after while a window is on its way to the screen, its controls not all visible
-// yet.
-bool IsShown(const QWidget& window) {
-    const auto parts = window.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
-    return window.isVisible() && std::all_of(parts.begin(), parts.end(), [](const QWidget* part) {
-               return part->isHidden() || part->isWindow() || part->isVisible();
-           });
+// yet. Those that never are have been hidden by name.
+bool IsShown(const QWidget& widget) {
+    if (!widget.isVisible()) return widget.isHidden() && widget.testAttribute(Qt::WA_WState_ExplicitShowHide);
+    const auto parts = widget.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+    return std::all_of(parts.begin(), parts.end(),
+                       [](const QWidget* part) { return part->isWindow() || IsShown(*part); });
 }
 
 } // namespace
@@ -58,7 +59,7 @@ std::string Plain(const QString& caption) {
 void Press(QWidget* window, const std::string& button) {
     QAbstractButton* const found = FindButton(window, button);
     ASSERT_NE(found, nullptr) << button << " in " << Describe(window);
-    ASSERT_TRUE(found->isVisible()) << button;
+    ASSERT_TRUE(QTest::qWaitFor([found] { return found->isVisible(); }, kToBeShown)) << button;
     ASSERT_TRUE(found->isEnabled()) << button;
     QTest::mouseClick(found, Qt::LeftButton);
 }
@@ -113,7 +114,7 @@ void Robot::Arm() {
 
 void Robot::Look() {
     QWidget* const window = QApplication::activeModalWidget();
-    if (window == nullptr || !IsShown(*window) || IsProgress(window) ||
+    if (window == nullptr || !window->isVisible() || !IsShown(*window) || IsProgress(window) ||
         std::find(acting_.begin(), acting_.end(), window) != acting_.end())
         return;
     const std::string text = Describe(window);

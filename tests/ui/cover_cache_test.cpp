@@ -7,26 +7,32 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryDir>
 #include <QTest>
 
+#include "support/foundation_home.h"
+#include "support/platform.h"
 #include "ui/picture_reading.h"
 
 namespace kelvash::test {
 namespace {
 
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
 using ui::CoverCache;
 
 class Covers : public testing::Test {
   protected:
-    QTemporaryDir home;
-    const QString folder = home.filePath(QStringLiteral("covers"));
+    const std::filesystem::path home = MakeTemporaryFolder();
+    const QString folder = In("covers");
     CoverCache cache{folder};
 
+    ~Covers() override { std::filesystem::remove_all(home); }
+
+    QString In(const std::string& name) const { return QString::fromStdString((home / name).string()); }
     QString MakePicture(const QString& name, const QColor& colour) const {
         QImage picture(320, 240, QImage::Format_RGB32);
         picture.fill(colour);
-        const QString path = home.filePath(name);
+        const QString path = In(name.toStdString());
         EXPECT_TRUE(picture.save(path, "bmp"));
         return path;
     }
@@ -133,6 +139,35 @@ TEST_F(Covers, TheOldestGoWhenThereAreTooMany) {
     EXPECT_EQ(QDir(folder).entryList(QDir::Files).size(), 6) << "there is room now";
 }
 
+std::vector<std::string> NamesIn(const std::filesystem::path& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        names.push_back(entry.path().filename().string());
+    return names;
+}
+
+TEST_F(Covers, FilesOfOtherNamesAreLeftAlone) {
+    for (const char* name : {"readme.txt", ".hidden", "1.cover", "aB3xY9.new", "notes.new"})
+        MakeFile(home / "covers" / name, std::string(1000, 'x'));
+    CoverCache(folder, 0).DropOldest();
+    EXPECT_THAT(NamesIn(home / "covers"), UnorderedElementsAre(".hidden", "notes.new", "readme.txt"));
+}
+
+// A path that couldn't be made out would mean whatever folder the program stands in.
+TEST_F(Covers, OfNoFolderAreNowhere) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    MakeFile(home / "1.cover", "somebody's");
+    std::filesystem::current_path(home);
+    for (const char* nowhere : {"", "covers"}) {
+        CoverCache none(QString::fromLatin1(nowhere), 0);
+        none.DropOldest();
+        none.Keep(QByteArray(20, 'k'), QImage(80, 60, QImage::Format_RGB32));
+        EXPECT_TRUE(none.Read(QByteArray(20, 'k')).isEmpty());
+    }
+    std::filesystem::current_path(before);
+    EXPECT_THAT(NamesIn(home), ElementsAre("1.cover"));
+}
+
 TEST_F(Covers, TheFolderStaysWithinItsBound) {
     CoverCache small(folder, 20000);
     QImage cover(80, 60, QImage::Format_RGB32);
@@ -168,13 +203,13 @@ TEST_F(Covers, ANewerReadingOfTheSameKeyTakesThePlace) {
 }
 
 TEST_F(Covers, OfWhatIsNoPictureAreNull) {
-    const QString path = home.filePath(QStringLiteral("a.jpg"));
+    const QString path = In("a.jpg");
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("no picture at all");
     file.close();
     EXPECT_TRUE(Shown(path).isNull());
-    EXPECT_TRUE(Shown(home.filePath(QStringLiteral("missing.jpg"))).isNull());
+    EXPECT_TRUE(Shown(In("missing.jpg")).isNull());
     EXPECT_TRUE(Files().isEmpty());
 }
 

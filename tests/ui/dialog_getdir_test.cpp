@@ -3,11 +3,9 @@
 #include <gmock/gmock.h>
 
 #include <QElapsedTimer>
-#include <QTest>
 
 #include "foundation/drives.h"
-#include "support/test_home.h"
-#include "support/ui_home.h"
+#include "ui/getdir_home.h"
 #include "ui/look.h"
 
 namespace kelvash::test {
@@ -16,38 +14,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 
-class DialogGetDir : public UiHome<TestHome> {
-  protected:
-    DialogGetDir() {
-        for (const char* folder : {"Games/beta/two", "Games/Alpha", "Games/gamma", "Zips"})
-            fs::create_directories(drive / folder);
-    }
-
-    void Open(const std::string& start, const std::string& caption = {}) {
-        form.ImpostaValori(caption, start);
-        form.show();
-    }
-    std::string Shown() const { return form.Text_PathDir->text().toStdString(); }
-    std::string Selected() const { return form.Dir1->currentItem()->text(0).toStdString(); }
-    // The names below an item of the tree.
-    static std::vector<std::string> Below(const QTreeWidgetItem* item) {
-        std::vector<std::string> names;
-        for (int i = 0; i < item->childCount(); ++i)
-            names.push_back(item->child(i)->text(0).toStdString());
-        return names;
-    }
-    void Type(QLineEdit* field, const std::string& text) {
-        field->setFocus();
-        field->selectAll();
-        QTest::keyClicks(field, QString::fromStdString(text));
-    }
-    void Enter(QWidget* field) { QTest::keyClick(field, Qt::Key_Return); }
-    void MakeFolderNamed(const std::string& name) {
-        Type(form.Text_Path, name);
-        Press(&form, "Pul_NuovaCartella");
-    }
-    ui::Dialog_GetDir form{nullptr};
-};
+using DialogGetDir = GetDirHome;
 
 TEST_F(DialogGetDir, HasItsCaptions) {
     Open("C:\\");
@@ -141,13 +108,6 @@ TEST_F(DialogGetDir, EnterSelectsATypedPathAndASecondOneTakesIt) {
     Enter(form.Text_PathDir);
     EXPECT_FALSE(form.isVisible());
     EXPECT_EQ(form.Folder, "C:\\Games\\beta");
-}
-
-TEST_F(DialogGetDir, TakesATypedNativePath) {
-    Open("C:\\");
-    Type(form.Text_PathDir, (drive / "Games" / "gamma").string());
-    Enter(form.Text_PathDir);
-    EXPECT_EQ(Shown(), "C:\\Games\\gamma");
 }
 
 TEST_F(DialogGetDir, TakesATypedNameBelowTheShownFolder) {
@@ -293,23 +253,6 @@ TEST_F(DialogGetDir, StaysOnItsDriveWhenAnotherIsNotReady) {
     QTest::keyClick(both.Drive1, Qt::Key_Down);
     EXPECT_EQ(both.Drive1->currentData().toString().toStdString(), "C:");
     EXPECT_EQ(both.Text_PathDir->text().toStdString(), "C:\\Games");
-}
-
-TEST_F(DialogGetDir, FollowsNoLinkIntoAFolderAboveIt) {
-    fs::create_directory_symlink(drive / "Games", drive / "Games" / "again");
-    fs::create_directory_symlink(drive / "Zips", drive / "Games" / "zips");
-    fs::create_directories(drive / "Zips" / "inside");
-    Open("C:\\Games");
-    QTreeWidgetItem* const games = form.Dir1->currentItem();
-    ASSERT_THAT(Below(games), ElementsAre("again", "Alpha", "beta", "gamma", "zips"));
-    games->child(0)->setExpanded(true);
-    EXPECT_EQ(games->child(0)->childCount(), 0);
-    games->child(4)->setExpanded(true);
-    EXPECT_THAT(Below(games->child(4)), ElementsAre("inside"));
-    // By hand it can be reached all the same.
-    Type(form.Text_PathDir, "C:\\Games\\again\\beta");
-    Press(&form, "Pul_Ok");
-    EXPECT_EQ(form.Folder, "C:\\Games\\again\\beta");
 }
 
 TEST_F(DialogGetDir, OpensAFolderOfTenThousandAtOnce) {

@@ -136,13 +136,6 @@ TEST_F(FormsUserPort, GivesFilesAsPathTexts) {
     EXPECT_EQ(forms.OpenFile({MessageText("Choose"), "Zip files|*.zip", "C:\\zips", {}}), std::nullopt);
 }
 
-TEST_F(FormsUserPort, TellsAFileThatNoDriveReaches) {
-    MakeFile(drive / "back\\slash.zip", "zip");
-    robot.WillChooseFile("Choose", drive / "back\\slash.zip");
-    robot.WillPress("No drive reaches this path: " + (drive / "back\\slash.zip").string(), "OK");
-    EXPECT_EQ(forms.OpenFile({MessageText("Choose"), "Zip files|*.zip", "C:\\", {}}), std::nullopt);
-}
-
 TEST_F(FormsUserPort, CompletesANameToSaveUnder) {
     robot.WillChooseFile("Save", drive / "mine");
     EXPECT_EQ(forms.SaveFile({MessageText("Save"), "Archives (*.kva)|*.kva", "C:", "test.kva"}),
