@@ -40,8 +40,10 @@ bool TakeHome(Session& session, MissingHome missing) {
     std::error_code error;
     const bool stands = fs::is_directory(session.home, error);
     if ((!stands && missing == MissingHome::Refuse) || !SetAppFolder(session.home)) {
-        TellCritical(LoadMessage(stands ? msg::kCliCannotWrite : msg::kCliNoHome) +
-                     TextOfNative(session.home));
+        const bool can_begin = !stands && missing == MissingHome::Refuse;
+        TellCritical(
+            LoadMessage(stands ? msg::kCliCannotWrite : msg::kCliNoHome) + TextOfNative(session.home) +
+            (can_begin ? LoadMessage(msg::kCliHowToBegin, {kLineBreak, kLineBreak}).text : std::string()));
         return false;
     }
     session.home_taken = true;

@@ -29,8 +29,10 @@ TEST_F(Status, DoesNotMakeAMissingHome) {
         run.lines,
         ElementsAre(
             R"({"event":"message","id":2901,"style":"critical","text":"The application's folder doesn't exist: )" +
-                home.string() + R"("})",
+                home.string() +
+                R"(\r\nBegin with: kelvash-cli init --trle DIR --archive-folder DIR\r\nOr look around in a sandbox: kelvash-cli demo DIR"})",
             R"({"event":"result","ok":false,"trle":"","archive":"","levels":0,"installed":0,"owner":"","fullBackup":false,"backupValid":false,"cutShort":null})"));
+    EXPECT_THAT(Json({"levels"}).lines.at(0), testing::HasSubstr("Begin with: kelvash-cli init"));
     for (const char* command : {"levels", "profile", "save"})
         EXPECT_EQ(Json({command}).status, 1) << command;
     EXPECT_EQ(Json({"install", "1"}).status, 1);
