@@ -6,7 +6,11 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLayout>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <algorithm>
 
 #include "ui/form_support.h"
@@ -90,9 +94,32 @@ void MessageBox::CopyText() const {
     QGuiApplication::clipboard()->setText(all.join(QLatin1Char('\n')));
 }
 
+// The longest part of the text gets a page that scrolls, as much lower as the box is too high.
+void MessageBox::FitIntoScreen() {
+    const int too_high = height() - screen()->availableSize().height() * 19 / 20; // its frame has to fit too
+    if (scrolls_ || too_high <= 0 || Texts().isEmpty()) return;
+    scrolls_ = true;
+    const QList<QLabel*> texts = Texts();
+    QLabel* const text = *std::max_element(
+        texts.begin(), texts.end(),
+        [](const QLabel* one, const QLabel* other) { return one->height() < other->height(); });
+    const QSize whole = text->size();
+    auto* const page = Make<QScrollArea>(this, "Scroll");
+    delete layout()->replaceWidget(text, page);
+    page->setWidget(text);
+    page->setWidgetResizable(true);
+    page->setFrameShape(QFrame::NoFrame);
+    page->setFocusPolicy(Qt::NoFocus); // keys that move a page come from the text
+    page->setMinimumWidth(whole.width() + page->verticalScrollBar()->sizeHint().width());
+    page->setFixedHeight(std::max(text->fontMetrics().height(), whole.height() - too_high));
+    QEvent changed(QEvent::LayoutRequest);
+    QCoreApplication::sendEvent(this, &changed);
+}
+
 // The keyboard begins at the answers, behind the texts.
 void MessageBox::showEvent(QShowEvent* event) {
     QMessageBox::showEvent(event);
+    FitIntoScreen();
     const auto answers = findChildren<QPushButton*>();
     if (answers.isEmpty()) return;
     (defaultButton() != nullptr ? defaultButton() : answers.constFirst())->setFocus();

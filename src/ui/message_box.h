@@ -1,7 +1,8 @@
 // The box in which messages are told and questions asked.
 //
 // The first line of a long text is its headline. The text can be selected, by mouse and keyboard, and copied
-// whole: paths and names stand in it that are wanted elsewhere.
+// whole: paths and names stand in it that are wanted elsewhere. What a screen has no room for is scrolled to;
+// the answers are always within reach.
 #pragma once
 
 #include <QMessageBox>
@@ -28,9 +29,11 @@ class MessageBox final : public QMessageBox {
 
   private:
     QList<QLabel*> Texts() const;
+    void FitIntoScreen();
     void CopyText() const;
 
     bool closable_ = true;
+    bool scrolls_ = false;
 };
 
 } // namespace kelvash::ui

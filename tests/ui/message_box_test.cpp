@@ -6,6 +6,9 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 
 #include "program/messages.h"
@@ -76,6 +79,30 @@ TEST_F(MessageBoxes, ShowMarkUpInBothPartsAsItStands) {
         EXPECT_EQ(Headline(box)->textFormat(), Qt::PlainText);
         EXPECT_EQ(Rest(box)->textFormat(), Qt::PlainText);
     });
+}
+
+TEST_F(MessageBoxes, ScrollATextThatIsHigherThanTheScreen) {
+    std::string files;
+    for (int i = 0; i < 200; ++i)
+        files += "\r\nC:\\Games\\trle\\file" + std::to_string(i) + ".dat";
+    for (const std::string& text : {"These files are in the way:" + files, std::string(170, 'x') + files})
+        Tell(text, [](MessageBox& box) {
+            EXPECT_LE(box.height(), box.screen()->availableSize().height());
+            const QWidget* const ok = box.button(QMessageBox::Ok);
+            EXPECT_TRUE(box.rect().contains(QRect(ok->mapTo(&box, QPoint()), ok->size())));
+            const auto* const page = box.findChild<QScrollArea*>(QStringLiteral("Scroll"));
+            ASSERT_NE(page, nullptr);
+            EXPECT_GT(page->height(), box.height() / 2);
+            EXPECT_EQ(page->horizontalScrollBar()->maximum(), 0);
+            QLabel* const label = Rest(box) != nullptr ? Rest(box) : Headline(box);
+            QTest::keyClick(label, Qt::Key_PageDown);
+            EXPECT_GT(page->verticalScrollBar()->value(), 0);
+        });
+}
+
+TEST_F(MessageBoxes, DoNotScrollATextThatHasRoom) {
+    Tell("Not there:\r\nC:\\a b\\c.tr4",
+         [](MessageBox& box) { EXPECT_EQ(box.findChild<QScrollArea*>(QStringLiteral("Scroll")), nullptr); });
 }
 
 TEST_F(MessageBoxes, CopyTheirWholeTextByMenuAndKey) {
