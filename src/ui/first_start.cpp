@@ -140,9 +140,10 @@ QRect FirstStart::Stage() const {
     return {QPoint(0, top), QPoint(width() - 1, height() - 1)};
 }
 
-// A question would be put on the steps that it belongs to.
+// A question would be put on the steps that it belongs to. A message box finds its size while it is shown.
 bool FirstStart::eventFilter(QObject* watched, QEvent* event) {
-    auto* const question = event->type() == QEvent::Show ? qobject_cast<QDialog*>(watched) : nullptr;
+    const bool is_placed = event->type() == QEvent::Show || event->type() == QEvent::Resize;
+    auto* const question = is_placed ? qobject_cast<QDialog*>(watched) : nullptr;
     if (question == nullptr || question->parentWidget() != this || event->spontaneous()) return false;
     QRect place(QPoint(), question->size());
     const QRect stage = Stage();

@@ -134,6 +134,13 @@ class GuidedFirstRun : public FirstRun {
             EXPECT_EQ(window->parentWidget(), page);
             const int steps_end = page->mapToGlobal(page->Stage().topLeft()).y();
             EXPECT_GE(window->y(), steps_end) << "the steps are to be seen";
+            constexpr int kFrame = 3; // pixels
+            const QPoint middle = page->mapToGlobal(page->Stage().center());
+            EXPECT_NEAR(window->geometry().center().x(), middle.x(), kFrame);
+            if (window->height() <= page->Stage().height()) {
+                EXPECT_NEAR(window->geometry().center().y(), middle.y(), kFrame);
+                ++in_the_middle;
+            }
         });
     }
 
@@ -141,6 +148,7 @@ class GuidedFirstRun : public FirstRun {
     ui::Principale form{forms};
     ui::StartScreen screen{forms};
     std::vector<StepState> at_the_end;
+    int in_the_middle = 0; // questions that had room there
 };
 
 TEST_F(GuidedFirstRun, ShowsAtEachQuestionWhichStepItBelongsTo) {
@@ -155,6 +163,7 @@ TEST_F(GuidedFirstRun, ShowsAtEachQuestionWhichStepItBelongsTo) {
     WillChooseFolder("Select main folder for new archive", "C:\\Levels");
     ASSERT_TRUE(Load());
     EXPECT_EQ(at_the_end, (std::vector<StepState>{kDone, kDone, kDone}));
+    EXPECT_GE(in_the_middle, 2);
     EXPECT_EQ(screen.Page(), nullptr);
 }
 
