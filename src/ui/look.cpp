@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
@@ -55,6 +56,43 @@ constexpr QRgb kShade = 0x0b1217;
 constexpr QRgb kBanner = 0x2f6073;
 constexpr QRgb kDanger = 0xc2321f;
 constexpr QRgb kSuccess = 0x1d7a43;
+
+QPalette ColoursOfMainAction(const QPalette& program) {
+    QPalette own;
+    own.setColor(QPalette::Button, program.color(QPalette::Highlight));
+    own.setColor(QPalette::ButtonText, program.color(QPalette::HighlightedText));
+    return own;
+}
+
+QPalette ColoursOfDestructive(const QPalette& program) {
+    QPalette own;
+    own.setColor(QPalette::ButtonText, ColourOf(Role::Danger, program));
+    return own;
+}
+
+class PaletteFollower final : public QObject {
+  public:
+    PaletteFollower(QWidget* control, ColoursOf colours)
+        : QObject(control), control_(control), colours_(colours) {
+        control->installEventFilter(this);
+        Take();
+    }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::PaletteChange && !taking_) Take();
+        return false;
+    }
+
+  private:
+    void Take() {
+        taking_ = true; // its own palette is a change too
+        control_->setPalette(colours_(QApplication::palette()));
+        taking_ = false;
+    }
+
+    QWidget* control_;
+    ColoursOf colours_;
+    bool taking_ = false;
+};
 
 } // namespace
 
@@ -179,11 +217,8 @@ void SetMainAction(QAbstractButton* button) {
     QFont font = button->font();
     font.setWeight(QFont::DemiBold);
     button->setFont(font);
-    if (!DesktopHasItsLook()) return;
-    QPalette own; // the desktop's style draws it, in the desktop's colours
-    own.setColor(QPalette::Button, QApplication::palette().color(QPalette::Highlight));
-    own.setColor(QPalette::ButtonText, QApplication::palette().color(QPalette::HighlightedText));
-    button->setPalette(own);
+    // Elsewhere the desktop's style draws it, in the desktop's colours.
+    if (DesktopHasItsLook()) FollowPalette(button, &ColoursOfMainAction);
 }
 
 Role MainActionText() {
@@ -192,10 +227,11 @@ Role MainActionText() {
 
 void SetDestructive(QAbstractButton* button) {
     button->setProperty(kDestructiveMark, true);
-    if (!DesktopHasItsLook()) return;
-    QPalette own;
-    own.setColor(QPalette::ButtonText, ColourOf(Role::Danger));
-    button->setPalette(own);
+    if (DesktopHasItsLook()) FollowPalette(button, &ColoursOfDestructive);
+}
+
+void FollowPalette(QWidget* control, ColoursOf colours) {
+    new PaletteFollower(control, colours);
 }
 
 void FillRounded(QPainter& painter, const QRect& place, const QBrush& ground) {

@@ -70,6 +70,10 @@ Role MainActionText();
 // An action by which something goes.
 void SetDestructive(QAbstractButton* button);
 
+// Gives a control the colours that `colours` makes of the program's palette, now and whenever that changes.
+using ColoursOf = QPalette (*)(const QPalette& program);
+void FollowPalette(QWidget* control, ColoursOf colours);
+
 // --- painting ---
 
 void FillRounded(QPainter& painter, const QRect& place, const QBrush& ground);

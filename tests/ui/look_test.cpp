@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <QApplication>
 #include <QListWidget>
 #include <QPushButton>
 #include <QToolButton>
@@ -86,6 +87,30 @@ TEST(Look, AChosenRowIsTintedByTheAccentWithTheKeyboardOnItOrNot) {
         EXPECT_NEAR(shown.green(), wanted.green(), 2);
         EXPECT_NEAR(shown.blue(), wanted.blue(), 2);
     }
+}
+
+// As on a desktop with colours of its own that goes from light to dark.
+TEST(Look, AControlFollowsAChangeOfThePaletteWhileItsFormIsOpen) {
+    QWidget form;
+    QPushButton button(&form);
+    FollowPalette(&button, [](const QPalette& program) {
+        QPalette own;
+        own.setColor(QPalette::Button, program.color(QPalette::Highlight));
+        own.setColor(QPalette::ButtonText, ColourOf(Role::Danger, program));
+        return own;
+    });
+    form.show();
+    const QPalette before = QApplication::palette();
+    for (const bool dark : {false, true, false}) {
+        const QPalette palette = OwnPalette(dark);
+        QApplication::setPalette(palette);
+        QApplication::processEvents(); // windows are told later
+        EXPECT_EQ(button.palette().color(QPalette::Button), palette.color(QPalette::Highlight));
+        EXPECT_EQ(button.palette().color(QPalette::ButtonText), ColourOf(Role::Danger, palette));
+        EXPECT_EQ(button.palette().color(QPalette::Window), palette.color(QPalette::Window));
+    }
+    QApplication::setPalette(before);
+    QApplication::processEvents();
 }
 
 TEST(Icons, EachGlyphHasADrawing) {
