@@ -37,6 +37,7 @@
 #include "ui/Dialog_Zip.h"
 #include "ui/Principale.h"
 #include "ui/first_start.h"
+#include "ui/form_kit.h"
 #include "ui/forms_user.h"
 #include "ui/help.h"
 #include "ui/look.h"
@@ -197,7 +198,7 @@ void TakeSmallForms(const Camera& camera, FormsUser& user, Principale& form) {
     splash.hide();
     Dialog_Progress progress(&form);
     progress.setWindowTitle(Caption(msg::kFullCaption));
-    progress.Label_Info->setText(Caption(msg::kFullCopying, {core::profile.TrleFolder}));
+    SayOrHide(progress.Label_Info, Caption(msg::kFullCopying, {core::profile.TrleFolder}));
     progress.ProgressBar1->setValue(42);
     constexpr double kMegabyte = 1024 * 1024;
     progress.Label_Amount->setText(WordsOf({101 * kMegabyte, 240 * kMegabyte, Counted::Bytes}, 38));
@@ -206,7 +207,7 @@ void TakeSmallForms(const Camera& camera, FormsUser& user, Principale& form) {
     progress.hide();
     Dialog_Zip zip(&form);
     zip.setWindowTitle(Caption(msg::kDecompressCaption));
-    zip.Label_Info->setText(Caption(msg::kUnzippingFile, {"harbour.tr4.zl"}));
+    SayOrHide(zip.Label_Info, Caption(msg::kUnzippingFile, {"harbour.tr4.zl"}));
     zip.ZlibTool1->setValue(65);
     zip.Label_Amount->setText(WordsOf({13, 20, Counted::Items}, 2));
     zip.show();

@@ -24,6 +24,7 @@ Dialog_Progress::Dialog_Progress(QWidget* parent) : QDialog(parent) {
         Q_EMIT StopWanted();
     });
     Label_Info->setWordWrap(true);
+    SayOrHide(Label_Info, {}); // the title often says it all
     layout->addStrut(fontMetrics().averageCharWidth() * 64);
 }
 

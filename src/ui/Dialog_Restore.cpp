@@ -19,7 +19,7 @@ Dialog_Restore::Dialog_Restore(FormsUser& user, QWidget* parent) : QDialog(paren
     connect(Pul_Fast, &QPushButton::clicked, this, [this] { door_.Try([this] { Fast(); }); });
     connect(Pul_Full, &QPushButton::clicked, this, [this] { door_.Try([this] { Full(); }); });
     connect(Pul_Cancel, &QPushButton::clicked, this, &Dialog_Restore::reject);
-    FollowJobs(user, BarPlace::CallerForm, Label_Info, ProgressBar1, IdleBar::Stays);
+    FollowJobs(user, BarPlace::CallerForm, Label_Info, ProgressBar1, IdleBar::Hides);
 }
 
 void Dialog_Restore::Set_Caption_Texts() {
@@ -51,6 +51,7 @@ void Dialog_Restore::Lay() {
     for (QLabel* label : {Label_Fast, Label_Full})
         Explain(label);
     Label_Info->setWordWrap(true);
+    Label_Info->hide();
     Pul_Fast->setDefault(true);
     SetMainAction(Pul_Fast);
     layout->addStrut(fontMetrics().averageCharWidth() * 92);
@@ -59,6 +60,7 @@ void Dialog_Restore::Lay() {
 void Dialog_Restore::SetRunning(bool running) {
     for (QPushButton* button : {Pul_Fast, Pul_Full, Pul_Help, Pul_Cancel})
         button->setEnabled(!running);
+    Label_Info->setVisible(running); // idle, it and the bar would be an empty room
 }
 
 void Dialog_Restore::reject() {

@@ -19,6 +19,7 @@ Dialog_Zip::Dialog_Zip(QWidget* parent) : QDialog(parent) {
     SetExplaining(Label_Amount);
     Label_Amount->setMinimumHeight(Label_Amount->fontMetrics().height()); // with words or without
     Label_Info->setWordWrap(true);
+    SayOrHide(Label_Info, {});
     layout->addStrut(fontMetrics().averageCharWidth() * 64);
 }
 

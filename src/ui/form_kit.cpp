@@ -129,6 +129,11 @@ QLabel* Explain(QLabel* label, const QAbstractButton* option) {
     return label;
 }
 
+void SayOrHide(QLabel* line, const QString& text) {
+    line->setText(text);
+    line->setVisible(!text.isEmpty());
+}
+
 namespace {
 
 // Words in a bar, behind its number; where there is no room for them the tool tip has them.

@@ -78,6 +78,9 @@ QHBoxLayout* FootRow(QDialog* form, const FootButtons& buttons);
 // Has a label explain a part of a form, or in one line an option, which it is to stand below.
 QLabel* Explain(QLabel* label, const QAbstractButton* option = nullptr);
 
+// A line that takes no room as long as it has nothing to say.
+void SayOrHide(QLabel* line, const QString& text);
+
 enum class IdleBar { Stays, Hides };
 // Has a label and a bar show what the jobs tell at a place, for as long as both live and no form that is
 // opened later has one for that place.

@@ -11,6 +11,7 @@
 #include "ui/Dialog_Progress.h"
 #include "ui/Dialog_Wait.h"
 #include "ui/Dialog_Zip.h"
+#include "ui/form_kit.h"
 #include "ui/form_runners.h"
 #include "ui/form_support.h"
 #include "ui/forms_user.h"
@@ -132,7 +133,7 @@ void FormsUser::Show(Progress& progress) {
 
 void FormsUser::SetLabel(BarPlace place, const std::string& text) {
     if (Progress* const progress = Find(place)) {
-        progress->label->setText(ShownText(text));
+        SayOrHide(progress->label, ShownText(text));
         Show(*progress);
     }
     if (const Display* const display = FindDisplay(place)) display->label->setText(ShownText(text));

@@ -1,5 +1,4 @@
 // The menu "Help".
-#include <QMessageBox>
 #include <QPixmap>
 
 #include "core/fragments.h"
@@ -8,17 +7,17 @@
 #include "ui/Principale_messages.h"
 #include "ui/help.h"
 #include "ui/menu_commands.h"
+#include "ui/message_box.h"
 
 namespace kelvash::ui {
 
 namespace {
 
 void ShowAbout(QWidget* window) {
-    QMessageBox box(window);
+    MessageBox box(QMessageBox::NoIcon, Caption(msg::kAboutCaption), QMessageBox::Ok, window);
     box.setObjectName(QStringLiteral("About"));
-    box.setWindowTitle(Caption(msg::kAboutCaption));
-    box.setTextFormat(Qt::PlainText);
-    box.setText(Caption(msg::kAboutText, {LoadFragment(fragment::kAboutVersion), kLineBreak, kLineBreak}));
+    // Its name is the headline: no empty line behind it.
+    box.Say(LoadMessage(msg::kAboutText, {LoadFragment(fragment::kAboutVersion), kLineBreak, ""}));
     box.setIconPixmap(
         QPixmap(QStringLiteral(":/kelvash/kelvash.png")).scaledToWidth(96, Qt::SmoothTransformation));
     box.exec();

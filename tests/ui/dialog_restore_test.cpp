@@ -73,6 +73,20 @@ TEST_F(DialogRestore, FullMakesTheFolderOriginalWithItsOwnLabelAndBar) {
     EXPECT_TRUE(Exists(trle / "tomb4.exe"));
 }
 
+TEST_F(DialogRestore, HasNoBarWhileNothingRuns) {
+    ui::Dialog_Restore form(forms, nullptr);
+    form.show();
+    EXPECT_FALSE(form.ProgressBar1->isVisible());
+    EXPECT_FALSE(form.Label_Info->isVisible());
+    core::profile.FullBackup = true;
+    int seen = 0;
+    const auto look = [&] { seen += form.Label_Info->isVisible() && form.ProgressBar1->isVisible() ? 1 : 0; };
+    QObject::connect(form.ProgressBar1, &QProgressBar::valueChanged, &form, look);
+    robot.WillPress("Restored original Tomb Raider Level Editor configuration", "OK");
+    Press(&form, "Pul_Full");
+    EXPECT_GT(seen, 0);
+}
+
 TEST_F(DialogRestore, CancelChangesNothing) {
     ui::Dialog_Restore form(forms, nullptr);
     form.show();

@@ -220,6 +220,9 @@ TEST_F(FormsUserPort, ShowsProgressOnceAJobLasts) {
     ASSERT_NE(window, nullptr);
     EXPECT_EQ(window->windowTitle().toStdString(), "Copying files");
     EXPECT_EQ(window->Label_Info->text().toStdString(), "one.tr4");
+    EXPECT_TRUE(window->Label_Info->isVisible());
+    forms.SetLabel(BarPlace::ProgressDialog, {});
+    EXPECT_FALSE(window->Label_Info->isVisible()) << "no empty line above the bar";
     EXPECT_EQ(window->ProgressBar1->value(), 10);
     forms.CloseProgress(BarPlace::ProgressDialog);
     EXPECT_EQ(Visible<ui::Dialog_Progress>(), nullptr);

@@ -291,7 +291,7 @@ TEST_F(PrincipaleCommands, TheWatcherTakesItsIntervalFromTheSettings) {
 TEST_F(PrincipaleCommands, AboutTellsTheVersion) {
     robot.WillPress("Kelvash 1.4", "OK");
     Choose(Entry::mnu_About);
-    EXPECT_TRUE(robot.HasSeen("About\nAbout Kelvash\nKelvash 1.4\n\nKeeps custom levels"));
+    EXPECT_TRUE(robot.HasSeen("About\nAbout Kelvash\nKelvash 1.4\nKeeps custom levels"));
 }
 
 TEST_F(PrincipaleCommands, MoreInfoTellsALevelWithoutADocument) {
