@@ -4,6 +4,8 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMainWindow>
+#include <QScreen>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <numeric>
 
@@ -57,19 +59,26 @@ QHBoxLayout* Caps(const QStringList& keys) {
 
 } // namespace
 
-Dialog_Keys::Dialog_Keys(QWidget* parent) : QDialog(parent), left_(new QGridLayout), right_(new QGridLayout) {
+Dialog_Keys::Dialog_Keys(QWidget* parent)
+    : QDialog(parent),
+      sheet_(new QWidget),
+      columns_(new QHBoxLayout(sheet_)),
+      left_(new QGridLayout),
+      right_(new QGridLayout) {
     setObjectName(QStringLiteral("Dialog_Keys"));
     Set_Caption_Texts();
-    auto* const columns = new QHBoxLayout;
+    columns_->setContentsMargins({});
     for (QGridLayout* column : {left_, right_}) {
-        columns->addLayout(column);
+        columns_->addLayout(column);
         column->setHorizontalSpacing(space::kApart);
         column->setVerticalSpacing(space::kTight);
         column->setColumnStretch(1, 1);
     }
-    columns->setSpacing(2 * space::kWide);
+    columns_->setSpacing(2 * space::kWide);
+    Scroll_Keys->setWidget(sheet_);
+    Scroll_Keys->setWidgetResizable(true);
     auto* const layout = new QVBoxLayout(this);
-    layout->addLayout(columns);
+    layout->addWidget(Scroll_Keys, 1);
     layout->addLayout(FootRow({}, {Pul_Ok}));
     layout->setSpacing(space::kWide);
     Pul_Ok->setDefault(true);
@@ -78,7 +87,9 @@ Dialog_Keys::Dialog_Keys(QWidget* parent) : QDialog(parent), left_(new QGridLayo
 }
 
 void Dialog_Keys::Set_Caption_Texts() {
-    SetCaptions(this, {{this, msg::kKeysCaption}, {Pul_Ok, msg::kKeysOk}});
+    SetCaptions(this, {{this, msg::kKeysCaption},
+                       {Pul_Ok, msg::kKeysOk},
+                       ControlCaption::Spoken(Scroll_Keys, msg::kKeysCaption)});
 }
 
 void Dialog_Keys::ImpostaValori(const QMainWindow& window) {
@@ -93,6 +104,26 @@ void Dialog_Keys::ImpostaValori(const QMainWindow& window) {
     }
     for (QGridLayout* column : {left_, right_})
         column->setRowStretch(column->rowCount(), 1);
+    TakeSize();
+}
+
+// The whole sheet where the screen has room for it: the columns side by side, else below each other, and what
+// is too much scrolls.
+void Dialog_Keys::TakeSize() {
+    const QSize room = screen()->availableSize() * 9 / 10;
+    const QMargins margins = layout()->contentsMargins();
+    const QSize others(margins.left() + margins.right(),
+                       margins.top() + margins.bottom() + layout()->spacing() + Pul_Ok->sizeHint().height());
+    columns_->invalidate(); // it has counted before the lines came
+    const int bar = Scroll_Keys->verticalScrollBar()->sizeHint().width();
+    if (sheet_->sizeHint().width() + others.width() + bar > room.width())
+        columns_->setDirection(QBoxLayout::TopToBottom);
+    const QSize whole = sheet_->sizeHint() + others;
+    const bool scrolls = whole.height() > room.height() || whole.width() > room.width();
+    Scroll_Keys->setFrameShape(scrolls ? QFrame::StyledPanel : QFrame::NoFrame);
+    Scroll_Keys->setFocusPolicy(scrolls ? Qt::StrongFocus : Qt::NoFocus);
+    const int edges = 2 * Scroll_Keys->frameWidth();
+    resize((whole + QSize(edges + (scrolls ? bar : 0), edges)).boundedTo(room));
 }
 
 void Dialog_Keys::Add(QGridLayout* column, const KeyGroup& group) {

@@ -3,11 +3,13 @@
 
 #include <QDialog>
 #include <QPushButton>
+#include <QScrollArea>
 #include <vector>
 
 #include "ui/form_support.h"
 #include "ui/keys.h"
 
+class QBoxLayout;
 class QGridLayout;
 
 namespace kelvash::ui {
@@ -21,11 +23,16 @@ class Dialog_Keys final : public QDialog {
     // The keys of a window; those that hold everywhere and those of the help stand behind them.
     void ImpostaValori(const QMainWindow& window);
 
+    QScrollArea* const Scroll_Keys = Make<QScrollArea>(this, "Scroll_Keys");
     QPushButton* const Pul_Ok = Make<QPushButton>(this, "Pul_Ok");
 
   private:
     static void Add(QGridLayout* column, const KeyGroup& group);
 
+    void TakeSize();
+
+    QWidget* sheet_;
+    QBoxLayout* columns_;
     QGridLayout* left_;
     QGridLayout* right_;
 };

@@ -27,9 +27,11 @@ constexpr int kRows = 34;
 
 QSize SizeOfText(const QPlainTextEdit* edit) {
     const QFontMetricsF metrics(edit->font()); // a column need not be a whole number of pixels
+    // A system without a font of one width gives another one, whose letters differ.
+    const double column =
+        qMax(metrics.horizontalAdvance(QLatin1Char('m')), metrics.horizontalAdvance(QLatin1Char('W')));
     const int border = 2 * (edit->frameWidth() + static_cast<int>(edit->document()->documentMargin()));
-    return {qCeil(kColumns * metrics.horizontalAdvance(QLatin1Char('m'))) + border +
-                edit->verticalScrollBar()->sizeHint().width(),
+    return {qCeil(kColumns * column) + border + edit->verticalScrollBar()->sizeHint().width(),
             qCeil(kRows * metrics.lineSpacing()) + border};
 }
 

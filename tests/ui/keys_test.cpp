@@ -4,7 +4,10 @@
 #include <gmock/gmock.h>
 
 #include <QAccessible>
+#include <QApplication>
 #include <QLabel>
+#include <QScreen>
+#include <QScrollBar>
 #include <QShortcut>
 
 #include "ui/Dialog_Keys.h"
@@ -77,6 +80,32 @@ TEST_F(Keys, TheSheetComesByItsOwnKey) {
     form.Combo_Livelli->setFocus();
     QTest::keyClick(form.Combo_Livelli, Qt::Key_Question);
     EXPECT_TRUE(robot.HasSeen("Dialog_Keys"));
+}
+
+// As with the fonts of another system.
+TEST_F(Keys, TheSheetFitsASmallScreenWithWideLetters) {
+    const QFont usual = QApplication::font();
+    QFont wide = usual;
+    wide.setStretch(200);
+    wide.setPointSizeF(usual.pointSizeF() * 1.5);
+    QApplication::setFont(wide);
+    {
+        ui::Dialog_Keys sheet(nullptr);
+        sheet.ImpostaValori(form);
+        sheet.show();
+        QApplication::processEvents();
+        const QSize least = sheet.minimumSizeHint();
+        EXPECT_LE(least.width(), 800);
+        EXPECT_LE(least.height(), 600);
+        const QSize room = sheet.screen()->availableSize();
+        EXPECT_LE(sheet.width(), room.width());
+        EXPECT_LE(sheet.height(), room.height());
+        EXPECT_TRUE(sheet.rect().contains(sheet.Pul_Ok->geometry()));
+        EXPECT_GT(sheet.Scroll_Keys->verticalScrollBar()->maximum(), 0);
+        QTest::keyClick(sheet.Scroll_Keys, Qt::Key_PageDown);
+        EXPECT_GT(sheet.Scroll_Keys->verticalScrollBar()->value(), 0);
+    }
+    QApplication::setFont(usual);
 }
 
 TEST_F(Keys, AQuestionMarkCanBeTypedIntoTheSearch) {
