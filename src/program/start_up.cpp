@@ -18,6 +18,7 @@
 #include "foundation/registration.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "program/first_steps.h"
 #include "program/fragments.h"
 #include "program/messages.h"
 #include "program/registering.h"
@@ -164,6 +165,20 @@ bool RefuseSetup() {
     return false;
 }
 
+// True if the first start has been broken off before. Its TRLE folder was chosen, which a kill has kept out
+// of the profile.
+bool ResumeFirstStart() {
+    const std::optional<FirstSteps> broken_off = ReadFirstSteps();
+    if (broken_off && core::TrleFolder().empty()) core::profile.TrleFolder = broken_off->TrleFolder;
+    return broken_off.has_value();
+}
+
+// What can't be kept is asked again.
+void Begin(FirstStep step, const FirstStepWatcher& watcher) {
+    if (step != FirstStep::Over) KeepFirstSteps({static_cast<std::int32_t>(step) + 1, core::TrleFolder()});
+    watcher(step);
+}
+
 void OfferFullRestore() {
     if (!core::session.UpgradeWarning) return;
     if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kUpgradeRestoreQuestion, {kLineBreak}))) return;
@@ -213,9 +228,9 @@ bool StartUp(std::string_view command_line, const FirstStepWatcher& at_first_sta
     core::session.WindowAnimation = TheDesktop().WindowAnimation();
     TheDesktop().SetWindowAnimation(false);
     if (!TakeProfile()) return false;
-    const bool tells = at_first_start && Trim(core::profile.LastArchive).empty();
+    const bool is_first = ResumeFirstStart() || Trim(core::profile.LastArchive).empty();
     const auto begin = [&](FirstStep step) {
-        if (tells) at_first_start(step);
+        if (at_first_start && is_first) Begin(step, at_first_start);
     };
     if (!wanted.Archive.empty()) core::profile.LastArchive = PathOfToken(wanted.Archive);
     core::archive = core::ArchiveState();
@@ -229,7 +244,10 @@ bool StartUp(std::string_view command_line, const FirstStepWatcher& at_first_sta
         core::CloseArchive();
         return true;
     }
-    if (core::ArchiveIsOpen()) begin(FirstStep::Over);
+    if (core::ArchiveIsOpen()) {
+        EndFirstSteps();
+        begin(FirstStep::Over);
+    }
     RegisterAppPaths();
     swap::TellRescuedSaves();
     core::TellCutShortMove();

@@ -25,8 +25,8 @@ using FirstStepWatcher = std::function<void(FirstStep begins)>;
 // Archive to open, a folder called "trle" a source to install TRLE from. False if there is no TRLE to work
 // on, which was told: the program is to end. Whether an Archive is open says core::ArchiveIsOpen.
 //
-// The watcher is called at a first start alone, which is one that knows of no Archive yet. One that ends
-// early doesn't come to the later steps.
+// The watcher is called at a first start alone, which is one that knows of no Archive yet, or goes on with
+// one that was broken off. One that ends early doesn't come to the later steps.
 bool StartUp(std::string_view command_line, const FirstStepWatcher& at_first_start = {});
 // Loads the Archive that the profile names. False after a message if it is gone or can't be loaded.
 [[nodiscard]] bool LoadLastArchive(const std::string& path);
