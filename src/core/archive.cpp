@@ -232,7 +232,7 @@ bool LoadArchiveDialog() {
     return false;
 }
 
-bool SaveArchiveAs() {
+bool SaveArchiveAs(bool* saved) {
     const Change change(msg::kDoingSaveAs, kArchiveFolder);
     if (!change) return false;
     const std::optional<std::string> path =
@@ -243,6 +243,7 @@ bool SaveArchiveAs() {
     const Saving saving = Save(*path);
     if (saving == Saving::Failed) TellCritical(LoadMessage(msg::kErrorSavingArchiveAs) + *path);
     TheUser().LevelListChanged();
+    if (saved != nullptr) *saved = saving == Saving::Done;
     return saving == Saving::Done;
 }
 

@@ -167,7 +167,7 @@ void Principale::Play() {
 }
 
 void Principale::ShowPlaying() {
-    Label_Info->setText(Caption(msg::kMainPlaying));
+    Label_Info->SetLine(Caption(msg::kMainPlaying));
     Timer1->start();
 }
 
@@ -176,7 +176,7 @@ void Principale::SetPlaying(bool playing) {
     EnableCommands();
     menuBar()->setEnabled(!playing);
     centralWidget()->setEnabled(!playing);
-    Label_Info->clear();
+    Label_Info->SetLine({});
 }
 
 // Closing the game brings the level's new savegames and the mark of the level that is in. While a job runs

@@ -46,9 +46,9 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
 
 void Principale::Say(const QString& done) {
     constexpr int kShownFor = 20'000; // milliseconds
-    Label_Info->setText(done);
+    Label_Info->SetLine(done);
     QTimer::singleShot(kShownFor, Label_Info, [this, done] {
-        if (Label_Info->text() == done) Label_Info->clear();
+        if (Label_Info->text() == done) Label_Info->SetLine({});
     });
 }
 

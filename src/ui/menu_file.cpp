@@ -31,13 +31,22 @@ void LoadArchive(Principale& window) {
     window.ShowLevels();
 }
 
+void SaySaved(Principale& window) {
+    const std::int32_t levels = core::archive.Table.Size();
+    const std::string& path = core::profile.LastArchive;
+    window.Say(levels == 1 ? Caption(msg::kSaidSavedOne, {path})
+                           : Caption(msg::kSaidSaved, {std::to_string(levels), path}));
+}
+
 void SaveArchive(Principale& window) {
-    if (core::SaveArchive()) window.Say(Caption(msg::kSaidSaved));
+    if (core::SaveArchive()) SaySaved(window);
 }
 
 void SaveArchiveAs(Principale& window) {
-    static_cast<void>(core::SaveArchiveAs()); // tells its own failure
+    bool saved = false;
+    static_cast<void>(core::SaveArchiveAs(&saved)); // tells its own failure
     window.ShowTitle();
+    if (saved) SaySaved(window);
 }
 
 } // namespace

@@ -113,7 +113,20 @@ TEST_F(PrincipaleCommands, AMissingLevelFolderIsTold) {
 TEST_F(PrincipaleCommands, SaveWritesTheArchive) {
     Choose(Entry::mnu_Save);
     EXPECT_EQ(fs::file_size(home / "test.kva"), 546U + 4 * 1634U);
-    EXPECT_EQ(form.Label_Info->text().toStdString(), "The Archive is saved");
+    EXPECT_EQ(form.Label_Info->text().toStdString(),
+              "The Archive of 4 levels is saved: C:\\Kelvash\\test.kva");
+    for (const std::int32_t code : {1, 2, 3})
+        core::archive.Table.Remove(code);
+    Choose(Entry::mnu_Save);
+    EXPECT_EQ(form.Label_Info->text().toStdString(),
+              "The Archive of one level is saved: C:\\Kelvash\\test.kva");
+}
+
+TEST_F(PrincipaleCommands, WhereAnArchiveIsSavedLeavesTheWindowAsItIs) {
+    const QSize least = form.minimumSizeHint();
+    form.Say(QStringLiteral("The Archive is saved: ") + QString(400, QLatin1Char('W')));
+    EXPECT_EQ(form.minimumSizeHint(), least);
+    EXPECT_TRUE(form.Label_Info->toolTip().contains(QString(400, QLatin1Char('W'))));
 }
 
 TEST_F(PrincipaleCommands, AFailedSaveIsTold) {
