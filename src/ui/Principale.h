@@ -21,6 +21,7 @@
 
 #include "program/level_view.h"
 #include "program/start_up.h"
+#include "ui/contacts_bar.h"
 #include "ui/empty_state.h"
 #include "ui/form_support.h"
 #include "ui/icon_button.h"
@@ -83,6 +84,7 @@ class Principale final : public QMainWindow {
     QPushButton* const Pul_Play = Make<QPushButton>(this, "Pul_Play");
     QPushButton* const Pul_MoreInfo = Make<QPushButton>(this, "Pul_MoreInfo");
     QPushButton* const Pul_Author = Make<QPushButton>(this, "Pul_Author");
+    ContactsBar* const Bar_Contacts = Make<ContactsBar>(this, "Bar_Contacts");
     ElidedLabel* const Label_Play = Make<ElidedLabel>(this, "Label_Play", Qt::ElideRight);
     ElidedLabel* const Label_InfoLevel = Make<ElidedLabel>(this, "Label_InfoLevel", Qt::ElideRight);
     ElidedLabel* const Label_InfoDir = Make<ElidedLabel>(this, "Label_InfoDir", Qt::ElideMiddle);
@@ -139,6 +141,7 @@ class Principale final : public QMainWindow {
 
     // Principale_details.cpp
     void ShowHead(const program::LevelView& level);
+    void ShowContacts(bool shown);
     void ShowEmptiness(const program::LevelView* level);
     void ShowEmptyLibrary();
     void ShowRightSide(bool shown);

@@ -40,6 +40,7 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
     Label_InfoLevel->SetLine(NoteToShow(shown.Note));
     Label_InfoDir->SetLine(ShownLine(shown.Place));
     ShowHead(shown);
+    ShowContacts(view.has_value());
     ShowEmptiness(view ? &*view : nullptr);
     EnableCommands();
 }
@@ -63,6 +64,12 @@ void Principale::ShowHead(const program::LevelView& level) {
         Label_Play->SetLine({});
     else
         Label_Play->SetLine(Caption(msg::kMainTakesOut, {CleanLine(level.TakenOut)}));
+}
+
+void Principale::ShowContacts(bool shown) {
+    const intake::AuthorNotes notes =
+        shown ? intake::BeginAuthorNotes(core::LevelIndex(core::SelectedLevel())) : intake::AuthorNotes();
+    Bar_Contacts->ShowContacts(notes.Emails, notes.Sites);
 }
 
 // What helps where a page has nothing to show. Without an Archive the library takes the whole window.

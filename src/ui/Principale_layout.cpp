@@ -216,6 +216,7 @@ void Principale::SetTabOrder() {
         setTabOrder(before, next);
         before = next;
     }
+    Bar_Contacts->StandBehind(Pul_Author);
 }
 
 } // namespace kelvash::ui

@@ -5,7 +5,9 @@
 #include <QMenu>
 #include <QVBoxLayout>
 
+#include "core/archive.h"
 #include "core/level_list.h"
+#include "intake/author_notes.h"
 #include "trle/find_trle.h"
 #include "ui/Principale.h"
 #include "ui/form_kit.h"
@@ -102,6 +104,12 @@ QLayout* Principale::LayActions() {
     lines->setSpacing(space::kTight);
     lines->addLayout(line);
     lines->addWidget(Label_Play);
+    lines->addWidget(Bar_Contacts);
+    const auto notes = [] { return intake::BeginAuthorNotes(core::LevelIndex(core::SelectedLevel())); };
+    connect(Bar_Contacts, &ContactsBar::EmailWanted, this,
+            [this, notes](int item) { door_.Try([&] { intake::SendMail(notes(), item); }); });
+    connect(Bar_Contacts, &ContactsBar::SiteWanted, this,
+            [this, notes](int item) { door_.Try([&] { intake::GoSite(notes(), item); }); });
     return lines;
 }
 

@@ -123,6 +123,60 @@ TEST_F(Library, ATextThatNoNameHoldsIsTakenBackByAButton) {
 
 // --- the level's page ---
 
+TEST_F(Library, TheOriginalConfigurationHasASignOfItsOwn) {
+    const auto head = [this] { return form.Image_Level->grab().toImage(); };
+    core::SelectLevel(0);
+    EXPECT_EQ(form.Image_Level->Sign(), ui::Glyph::Original);
+    const QImage with = head();
+    form.Image_Level->SetSign({});
+    EXPECT_NE(head(), with);
+    core::SelectLevel(1);
+    EXPECT_EQ(form.Image_Level->Sign(), std::nullopt);
+}
+
+TEST_F(Library, TheAuthorsAddressesAreOneClickAway) {
+    {
+        const core::LevelEdit level = core::archive.Table.Edit(1);
+        level->Emails = std::string("ann@example.org\0bob@example.org", 31);
+        level->Sites = "example.org/a&b";
+    }
+    core::SelectLevel(1);
+    form.Bar_Contacts->setFixedWidth(form.fontMetrics().averageCharWidth() * 120);
+    QApplication::processEvents();
+    std::vector<std::string> texts;
+    for (const QPushButton* button : form.Bar_Contacts->findChildren<QPushButton*>())
+        if (button->isVisible()) texts.push_back(button->text().toStdString());
+    EXPECT_THAT(texts, ElementsAre("ann@example.org", "bob@example.org", "example.org/a&&b"));
+    robot.WillPress("mailto:bob@example.org", "No");
+    Press(&form, "Pul_Contact2");
+    robot.WillPress("http://example.org/a&b", "No");
+    Press(&form, "Pul_Contact3");
+    core::SelectLevel(2);
+    EXPECT_FALSE(form.Bar_Contacts->isVisible()) << "of this author none is known";
+}
+
+TEST_F(Library, AddressesWithoutRoomStandInAMenu) {
+    core::archive.Table.Edit(1)->Emails = std::string(60, 'w') + std::string(1, '\0') + std::string(60, 'x') +
+                                          std::string(1, '\0') + "ann@example.org";
+    core::archive.Table.Edit(1)->Sites = "javascript:alert(1)";
+    core::SelectLevel(1);
+    form.Bar_Contacts->setFixedWidth(form.fontMetrics().averageCharWidth() * 60);
+    QApplication::processEvents();
+    auto* const more = form.Bar_Contacts->findChild<QPushButton*>(QStringLiteral("Pul_MoreContacts"));
+    ASSERT_TRUE(more->isVisible());
+    const QList<QAction*> others = more->menu()->actions();
+    EXPECT_EQ(Plain(more->text()), std::to_string(others.size()) + " more");
+    int shown = 0;
+    for (const QPushButton* button : form.Bar_Contacts->findChildren<QPushButton*>())
+        if (button->isVisible()) {
+            ++shown;
+            EXPECT_LE(button->geometry().right(), form.Bar_Contacts->width());
+        }
+    EXPECT_EQ(shown - 1 + others.size(), 4);
+    robot.WillPress("javascript:alert(1)", "OK"); // refused, as everywhere
+    others.constLast()->trigger();
+}
+
 TEST_F(Library, ThePageSaysWhatPlayTakesOut) {
     core::SelectLevel(1);
     EXPECT_EQ(form.Label_Play->text().toStdString(), "");
