@@ -55,6 +55,8 @@ bool Principale::Load(const std::string& command_line, const program::FirstStepW
 
 void Principale::ConnectControls(FormsUser& user) {
     connect(&user, &FormsUser::ListChanged, this, &Principale::ShowLevels);
+    connect(&user, &FormsUser::InputRefused, this, &Principale::SayJobRuns);
+    connect(&door_, &JobDoor::Refused, this, &Principale::SayJobRuns);
     FollowJobs(user, BarPlace::MainWindow, Label_Info, ProgressBar1, IdleBar::Hides);
     connect(Combo_Livelli->selectionModel(), &QItemSelectionModel::currentChanged, this,
             &Principale::TakeSelection);

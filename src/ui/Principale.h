@@ -150,6 +150,7 @@ class Principale final : public QMainWindow {
     void ShowImages();
     void PageImages(std::size_t first);
 
+    void SayJobRuns();
     void ShowLevelMenu(const QPoint& where);
     void ConnectControls(FormsUser& user);
     void Select(int index);

@@ -1,4 +1,6 @@
 // What the main form shows of the selected level: its note, its pictures, its savegames.
+#include <QStatusBar>
+
 #include "companion/savegames.h"
 #include "companion/screenshots.h"
 #include "core/archive.h"
@@ -51,6 +53,12 @@ void Principale::Say(const QString& done) {
     QTimer::singleShot(kShownFor, Label_Info, [this, done] {
         if (Label_Info->text() == done) Label_Info->SetLine({});
     });
+}
+
+// Beside the label, which the job has for itself.
+void Principale::SayJobRuns() {
+    constexpr int kShownFor = 4'000; // milliseconds
+    statusBar()->showMessage(Caption(msg::kMainJobRuns), kShownFor);
 }
 
 void Principale::ShowHead(const program::LevelView& level) {

@@ -76,6 +76,8 @@ class FormsUser final : public QObject, public User {
 
   Q_SIGNALS:
     void ListChanged();
+    // A key or a click has come to nothing, because a job runs.
+    void InputRefused();
 
   private:
     struct Progress; // an open progress window

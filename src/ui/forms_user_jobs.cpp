@@ -53,6 +53,12 @@ bool IsInput(QEvent::Type type) {
     }
 }
 
+// Input by which a user wants something done.
+bool IsWish(QEvent::Type type) {
+    return type == QEvent::MouseButtonPress || type == QEvent::KeyPress || type == QEvent::Shortcut ||
+           type == QEvent::Close || type == QEvent::Drop;
+}
+
 } // namespace
 
 struct FormsUser::Progress {
@@ -212,6 +218,7 @@ bool FormsUser::eventFilter(QObject* watched, QEvent* event) {
     // A box that a job opens runs a loop of its own in which it alone is the modal window: nothing is lost.
     if (pumping_ == 0 || !IsInput(event->type()) || TakesInputWhileBusy(watched)) return false;
     event->ignore();
+    if (IsWish(event->type()) && qobject_cast<const QWidget*>(watched) != nullptr) Q_EMIT InputRefused();
     return true;
 }
 

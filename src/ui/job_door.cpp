@@ -25,7 +25,10 @@ bool JobDoor::IsFree() const {
 }
 
 bool JobDoor::Try(const Work& work) {
-    if (!IsFree()) return false;
+    if (!IsFree()) {
+        Q_EMIT Refused();
+        return false;
+    }
     const JobScope job;
     work();
     return true;

@@ -28,6 +28,10 @@ class JobDoor final : public QObject {
     // Does it as a job at the end of this event, or once no job, no other window and no menu is at work.
     void WhenFree(Work work);
 
+  Q_SIGNALS:
+    // Try has refused: another job runs.
+    void Refused();
+
   private:
     void Look();
     bool MayInterrupt() const;

@@ -172,6 +172,18 @@ std::optional<MessageId> HindranceOf(EnabledWhen when, const CommandState& now) 
     return now.archive_open ? msg::kWhyNoLevel : msg::kWhyNoArchive;
 }
 
+// A menu in which nothing can be done says why: what stands in the way of the first command that is there.
+void UpdateMenu(QAction* menu) {
+    const QList<QAction*> inside = menu->menu()->actions();
+    const bool enabled =
+        std::any_of(inside.begin(), inside.end(), [](const QAction* entry) { return entry->isEnabled(); });
+    menu->setEnabled(enabled);
+    const QString not_yet = WhyNotYet();
+    const auto hindered = std::find_if(inside.begin(), inside.end(),
+                                       [&](const QAction* entry) { return entry->statusTip() != not_yet; });
+    TellWhy(menu, enabled ? QString() : hindered == inside.end() ? not_yet : (*hindered)->statusTip());
+}
+
 } // namespace
 
 QString WhyGrey(EnabledWhen when, const CommandState& now) {
@@ -231,12 +243,8 @@ void MainMenu::Update(const CommandState& now) {
         TellWhy(action, WhyGrey(command.when, now));
     }
     // From the end, so that a menu comes after those in it.
-    for (auto action = actions_.rbegin(); action != actions_.rend(); ++action) {
-        if ((*action)->menu() == nullptr) continue;
-        const QList<QAction*> inside = (*action)->menu()->actions();
-        (*action)->setEnabled(std::any_of(inside.begin(), inside.end(),
-                                          [](const QAction* entry) { return entry->isEnabled(); }));
-    }
+    for (auto action = actions_.rbegin(); action != actions_.rend(); ++action)
+        if ((*action)->menu() != nullptr) UpdateMenu(*action);
 }
 
 void MainMenu::SetCaptions() {

@@ -6,7 +6,9 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QStatusBar>
 #include <QTest>
+#include <QTimer>
 #include <QToolBar>
 #include <QUrl>
 
@@ -235,11 +237,30 @@ TEST_F(PrincipaleForm, GreysAMenuInWhichNothingCanBeDone) {
     EXPECT_TRUE(form.Command(Entry::mnu_Manutenzione)->isEnabled()) << "an Archive can be recovered";
 }
 
+TEST_F(PrincipaleForm, AGreyMenuSaysWhy) {
+    EXPECT_EQ(form.Command(Entry::mnu_Language)->statusTip().toStdString(),
+              "This comes with a later version");
+    EXPECT_EQ(form.Command(Entry::mnu_Level)->statusTip().toStdString(), "");
+    core::CloseArchive();
+    EXPECT_EQ(form.Command(Entry::mnu_Level)->statusTip().toStdString(), "No Archive is open");
+    EXPECT_EQ(form.Command(Entry::mnu_Level)->toolTip().toStdString(), "No Archive is open");
+}
+
+TEST_F(PrincipaleForm, AKeyThatAJobSwallowsIsAnswered) {
+    forms.SetPatience(60000);
+    const JobScope job;
+    QTimer::singleShot(0, &form, [this] { QTest::keyClick(form.Text_Search, Qt::Key_A); });
+    forms.PumpEvents();
+    EXPECT_EQ(form.Text_Search->text().toStdString(), "");
+    EXPECT_EQ(form.statusBar()->currentMessage().toStdString(), "Not now: another job is running");
+}
+
 TEST_F(PrincipaleForm, BeginsNoCommandWhileTheLogicWorks) {
     forms.SetPatience(60000);
     {
         const ProgressDialog job(BarPlace::ProgressDialog, {});
         form.Command(Entry::mnu_Settings)->trigger(); // a window would fail the test
+        EXPECT_EQ(form.statusBar()->currentMessage().toStdString(), "Not now: another job is running");
         robot.WillPress("About", "OK");
         form.Command(Entry::mnu_About)->trigger();
         EXPECT_TRUE(robot.HasSeen("About Kelvash"));
