@@ -66,6 +66,8 @@ void Principale::ShowHead(const program::LevelView& level) {
         ShownLine(level.Name),
         level.Author.empty() ? QString() : Caption(msg::kMainByAuthor, {CleanLine(level.Author)}),
         NativeText(companion::NewestOf(level.Screenshots)));
+    Image_Level->SetSign(core::ArchiveIsOpen() && level.Code == 0 ? std::optional(Glyph::Original)
+                                                                  : std::nullopt);
     if (level.IsIn)
         Label_Play->SetLine(Caption(msg::kMainPlaysAtOnce));
     else if (level.TakenOut.empty())

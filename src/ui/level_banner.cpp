@@ -40,6 +40,11 @@ void LevelBanner::ShowLevel(const QString& name, const QString& author, const QS
     ReadLater();
 }
 
+void LevelBanner::SetSign(std::optional<Glyph> sign) {
+    sign_ = sign;
+    update();
+}
+
 void LevelBanner::ReadLater() {
     if (path_.isEmpty() || pending_) return;
     pending_ = true;
@@ -70,6 +75,14 @@ void LevelBanner::paintEvent(QPaintEvent*) {
         DrawCover(painter, rect(), picture_);
     DrawShade(painter, rect());
     QRect words = rect().adjusted(space::kApart, 0, -space::kApart, -space::kNear);
+    if (sign_) {
+        const int side =
+            QFontMetrics(FontOf(Type::Headline)).height() + QFontMetrics(FontOf(Type::Text)).height();
+        const QRect sign(words.left(), words.bottom() - side, side, side);
+        DrawGlyph(painter, sign.marginsRemoved({0, space::kTight, space::kClose, space::kTight}), *sign_,
+                  ShadeText());
+        words.setLeft(sign.right() + space::kClose);
+    }
     painter.setPen(ShadeText());
     const auto write = [&](const QString& text, Type type) {
         if (text.isEmpty()) return;

@@ -3,6 +3,9 @@
 
 #include <QPixmap>
 #include <QWidget>
+#include <optional>
+
+#include "ui/icons.h"
 
 namespace kelvash::ui {
 
@@ -15,7 +18,10 @@ class LevelBanner final : public QWidget {
     // The picture is read the next time the program has nothing else to do; until then, and without one, the
     // colours of the program stand in its place. The former picture stays for as long as its level does.
     void ShowLevel(const QString& name, const QString& author, const QString& native_path);
+    // Puts the sign of what is no level like the others before its name.
+    void SetSign(std::optional<Glyph> sign);
     QString Name() const { return name_; }
+    std::optional<Glyph> Sign() const { return sign_; }
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -30,6 +36,7 @@ class LevelBanner final : public QWidget {
     QString author_;
     QString path_;
     QPixmap picture_;
+    std::optional<Glyph> sign_;
     bool pending_ = false;
     int reading_ = 0; // number of the last reading: what an earlier one brings isn't wanted any more
 };
