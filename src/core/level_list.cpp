@@ -25,8 +25,7 @@ std::int32_t IndexOf(std::int32_t code) {
     return found == items.end() ? -1 : static_cast<std::int32_t>(found - items.begin());
 }
 
-std::vector<LevelListItem> SortedItems() {
-    const std::int32_t current = trle_state::CurrentLevelCode();
+std::vector<LevelListItem> SortedItems(std::int32_t current) {
     const std::string mark = LoadMessage(msg::kInTrleMark);
     std::vector<std::pair<std::string, LevelListItem>> keyed; // collation key, item
     keyed.reserve(static_cast<std::size_t>(archive.Table.Size()));
@@ -67,7 +66,8 @@ void ClearProgress() {
 void RefreshLevelList() {
     ClearProgress();
     const std::int32_t selected = SelectedLevel();
-    level_list.Items = SortedItems();
+    level_list.InTrle = trle_state::CurrentLevelCode();
+    level_list.Items = SortedItems(level_list.InTrle);
     level_list.Selected = selected < 0 ? -1 : IndexOf(selected);
     if (level_list.Selected < 0 && !level_list.Items.empty()) level_list.Selected = 0;
     TheUser().LevelListChanged();

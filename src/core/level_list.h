@@ -18,6 +18,7 @@ struct LevelListItem {
 struct LevelList {
     std::vector<LevelListItem> Items;
     std::int32_t Selected = -1;
+    std::int32_t InTrle = -1; // code of the level that bears the mark, whether there is such a level or not
 };
 extern LevelList& level_list;
 

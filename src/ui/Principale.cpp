@@ -7,6 +7,7 @@
 #include <QItemSelectionModel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScrollBar>
 #include <QTimer>
 #include <utility>
 
@@ -15,6 +16,7 @@
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "core/session.h"
+#include "program/beside.h"
 #include "program/end.h"
 #include "program/level_view.h"
 #include "program/play.h"
@@ -27,6 +29,12 @@
 #include "ui/window_state.h"
 
 namespace kelvash::ui {
+
+namespace {
+
+constexpr int kLookBesideMillis = 1500;
+
+} // namespace
 
 Principale::Principale(FormsUser& user) : menu_(menuBar(), this, MenuCommands(*this, user), door_) {
     setObjectName(QStringLiteral("Principale"));
@@ -88,6 +96,7 @@ void Principale::ConnectControls(FormsUser& user) {
     connect(Pul_UltimoShot, &QPushButton::clicked, this,
             [this] { PageImages((image_names_.size() - 1) / 2 * 2); });
     connect(Timer1, &QTimer::timeout, this, &Principale::WatchGame);
+    connect(Timer_Beside, &QTimer::timeout, this, &Principale::LookBeside);
     // A click in one list takes the selection of the other away.
     connect(List_SaveGameTomb, &QListWidget::itemClicked, List_SaveGameArchiviati,
             &QListWidget::clearSelection);
@@ -194,6 +203,26 @@ void Principale::WatchGame() {
     Combo_Livelli->setFocus();
 }
 
+// What others change shows by itself when nothing else is at work. The eye keeps its place: the list its
+// scrolling, the level its pair of pictures, the status line its word.
+void Principale::LookBeside() {
+    if (isMinimized() || !door_.MayInterrupt()) return;
+    const std::int32_t level = core::SelectedLevel();
+    const std::size_t pair = first_shown_image_;
+    const int scrolled = Combo_Livelli->verticalScrollBar()->value();
+    const QString said = Label_Info->text();
+    program::Beside changed{};
+    door_.Try([&changed] { changed = program::TakeWhatIsBeside(); });
+    if (changed == program::Beside::Nothing) return;
+    if (changed == program::Beside::Page) AggiornaDatiLivello(true);
+    levels_->RenewAll();
+    if (core::SelectedLevel() == level) {
+        PageImages(pair);
+        Combo_Livelli->verticalScrollBar()->setValue(scrolled);
+    }
+    Label_Info->SetLine(said);
+}
+
 void Principale::EnableCommands() {
     const bool open = core::ArchiveIsOpen();
     const bool selected = SelectedIsShown();
@@ -270,6 +299,7 @@ void Principale::closeEvent(QCloseEvent* event) {
 void Principale::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
     ShowLevels();
+    if (!Timer_Beside->isActive()) Timer_Beside->start(kLookBesideMillis);
 }
 
 void Principale::changeEvent(QEvent* event) {

@@ -122,6 +122,7 @@ class Principale final : public QMainWindow {
     QPushButton* const Pul_ChangeScreenshot = Make<QPushButton>(this, "Pul_ChangeScreenshot");
 
     QTimer* const Timer1 = Make<QTimer>(this, "Timer1");
+    QTimer* const Timer_Beside = Make<QTimer>(this, "Timer_Beside"); // see program/beside.h
 
   private:
     // Principale_layout.cpp
@@ -164,6 +165,7 @@ class Principale final : public QMainWindow {
     void ShowPlaying();
     void OpenWish();
     void WatchGame();
+    void LookBeside();
     bool MayClose();
     void EnableCommands();
     bool TakesDrops() const;

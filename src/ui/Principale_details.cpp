@@ -8,6 +8,8 @@
 #include "core/profile.h"
 #include "foundation/files.h"
 #include "foundation/text.h"
+#include "intake/author_notes.h"
+#include "program/beside.h"
 #include "program/level_view.h"
 #include "ui/Principale.h"
 #include "ui/Principale_messages.h"
@@ -31,8 +33,8 @@ void FillList(QListWidget* list, const std::vector<std::string>& savegames) {
 } // namespace
 
 void Principale::AggiornaDatiLivello(bool keep_image) {
-    const std::optional<program::LevelView> view =
-        SelectedIsShown() ? program::SelectedLevelView() : std::nullopt;
+    program::NoteShownLevel();
+    const std::optional<program::LevelView> view = program::SelectedLevelView();
     const program::LevelView shown = view.value_or(program::LevelView());
     if (view) levels_->Renew(view->Code);
     image_names_ = shown.Screenshots;

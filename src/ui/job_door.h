@@ -23,6 +23,8 @@ class JobDoor final : public QObject {
 
     // True where no job has begun since the form was made.
     bool IsFree() const;
+    // True where no job, no other window and no menu is at work, and the form is ready.
+    bool MayInterrupt() const;
     // Does it now, as a job. False, with nothing done, while one runs.
     bool Try(const Work& work);
     // Does it as a job at the end of this event, or once no job, no other window and no menu is at work.
@@ -34,7 +36,6 @@ class JobDoor final : public QObject {
 
   private:
     void Look();
-    bool MayInterrupt() const;
 
     QWidget* form_;
     std::function<bool()> is_ready_;

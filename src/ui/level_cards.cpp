@@ -46,6 +46,11 @@ void LevelCards::Renew(std::int32_t code) {
     if (ready_.contains(code)) Want(code);
 }
 
+void LevelCards::RenewAll() {
+    for (const std::int32_t code : ready_.keys())
+        Want(code);
+}
+
 void LevelCards::ForgetAll() {
     ++generation_;
     ready_.clear();

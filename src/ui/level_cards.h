@@ -34,6 +34,7 @@ class LevelCards final : public QObject {
     const LevelCard* Of(std::int32_t code);
     // Reads it anew; what was read before stands until then.
     void Renew(std::int32_t code);
+    void RenewAll();
     void ForgetAll();
 
   Q_SIGNALS:

@@ -36,6 +36,7 @@ class LevelModel final : public QAbstractListModel {
 
     // Reads what a level's folder tells anew.
     void Renew(std::int32_t code) { cards_.Renew(code); }
+    void RenewAll() { cards_.RenewAll(); }
     void SetPictureSize(QSize size) { cards_.SetPictureSize(size); }
 
   private:
