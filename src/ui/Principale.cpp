@@ -132,7 +132,7 @@ void Principale::TakeSelection() {
 }
 
 // Puts the view's selection on the level list's. A selected level that the filter hides stays the selected
-// one: it comes back with its row, and until then no row is selected.
+// one, and its page stays: it comes back with its row, and until then no row is selected.
 void Principale::SyncSelection() {
     syncing_ = true;
     Combo_Livelli->setCurrentIndex(levels_->index(levels_->RowOf(core::level_list.Selected)));
@@ -142,17 +142,11 @@ void Principale::SyncSelection() {
 
 void Principale::FilterLevels() {
     clear_->setVisible(!Text_Search->text().isEmpty());
-    const bool was_shown = SelectedIsShown();
     syncing_ = true; // the view forgets its selection with the old rows
     levels_->SetFilter(Text_Search->text());
     Combo_Livelli->scrollToTop();
     SyncSelection();
-    if (!was_shown || !SelectedIsShown()) AggiornaDatiLivello(false);
-}
-
-// Nothing is done with a level that nobody sees.
-bool Principale::SelectedIsShown() const {
-    return levels_->RowOf(core::level_list.Selected) >= 0;
+    ShowEmptyLibrary();
 }
 
 bool Principale::Search() {
@@ -164,7 +158,7 @@ bool Principale::Search() {
 }
 
 void Principale::Play() {
-    if (!SelectedIsShown()) {
+    if (core::SelectedLevel() < 0) {
         TellCritical(LoadMessage(msg::kNoSelectedLevel));
         return;
     }
@@ -225,7 +219,7 @@ void Principale::LookBeside() {
 
 void Principale::EnableCommands() {
     const bool open = core::ArchiveIsOpen();
-    const bool selected = SelectedIsShown();
+    const bool selected = core::SelectedLevel() >= 0;
     const CommandState now{.job_free = !playing_, .archive_open = open, .level_selected = selected};
     menu_.Update(now);
     const QString why = WhyGrey(EnabledWhen::LevelSelected, now);

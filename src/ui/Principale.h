@@ -146,7 +146,6 @@ class Principale final : public QMainWindow {
     void ShowEmptiness(const program::LevelView* level);
     void ShowEmptyLibrary();
     void ShowRightSide(bool shown);
-    QString NoteToShow(const std::string& note) const;
     void ShowSavegames(const std::vector<std::string>& slots, const std::vector<std::string>& archived);
     void ShowImages();
     void PageImages(std::size_t first);
@@ -158,7 +157,6 @@ class Principale final : public QMainWindow {
     void SyncSelection();
     void TakeSelection();
     void FilterLevels();
-    bool SelectedIsShown() const;
     bool Search();
     void Play();
     void SetPlaying(bool playing);

@@ -41,7 +41,8 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
     image_hint_ = shown.FolderMissing ? LoadMessage(msg::kMainLevelMissing) + shown.Folder : std::string();
     PageImages(keep_image ? first_shown_image_ : 0);
     ShowSavegames(shown.SlotSavegames, shown.ArchivedSavegames);
-    Label_InfoLevel->SetLine(NoteToShow(shown.Note));
+    Label_InfoLevel->SetLine(core::ArchiveIsOpen() ? ShownLine(shown.Note)
+                                                   : Caption(msg::kMainNoArchiveNote));
     Label_InfoDir->SetLine(ShownLine(shown.Place));
     ShowHead(shown);
     ShowContacts(view.has_value());
@@ -122,12 +123,6 @@ void Principale::ShowEmptyLibrary() {
         Empty_Levels->Say(Glyph::Nothing, Caption(msg::kMainNoLevels), {Pul_AddLevel});
     else
         Empty_Levels->Say(Glyph::Search, Caption(msg::kMainNoLevelFound), {Pul_ShowAll});
-}
-
-// An empty list wants an Archive, or a name that holds the typed text.
-QString Principale::NoteToShow(const std::string& note) const {
-    if (levels_->rowCount() > 0) return ShownLine(note);
-    return Caption(core::ArchiveIsOpen() ? msg::kMainNoLevelFound : msg::kMainNoArchiveNote);
 }
 
 void Principale::ShowSavegames(const std::vector<std::string>& slots,

@@ -158,12 +158,17 @@ void Principale::LayLibrary() {
     Combo_Livelli->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     Combo_Livelli->setMouseTracking(true);
     Combo_Livelli->setSpacing(1);
+    // The list's own keys mean its current row: a level whose row is filtered out is worked on from its page.
     AddKeys(Combo_Livelli, KeyWorks::InTheControl, {Qt::Key_Return, Qt::Key_Enter},
-            Caption(msg::kMainEnterPlays), [this] { Pul_Play->click(); });
+            Caption(msg::kMainEnterPlays), [this] {
+                if (Combo_Livelli->currentIndex().isValid()) Pul_Play->click();
+            });
     // Elsewhere this key means something else that is deleted.
     QAction* const remove = Command(MenuEntry::mnu_RemoveLevel);
     AddKeys(Combo_Livelli, KeyWorks::InTheControl, {Qt::Key_Delete}, WithoutLetter(remove->text()),
-            [remove] { remove->trigger(); });
+            [this, remove] {
+                if (Combo_Livelli->currentIndex().isValid()) remove->trigger();
+            });
     SetView(LibraryView::List);
 }
 

@@ -116,7 +116,7 @@ enum class EnabledWhen { Always, JobFree, ArchiveOpen, LevelSelected };
 struct CommandState {
     bool job_free = false; // no game runs
     bool archive_open = false;
-    bool level_selected = false; // and shown
+    bool level_selected = false; // its page is shown
 };
 
 bool IsEnabled(EnabledWhen when, const CommandState& now);

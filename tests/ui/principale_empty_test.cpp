@@ -93,11 +93,12 @@ TEST_F(PrincipaleEmpty, AnArchiveWithoutLevelsOffersToAddOne) {
 }
 
 TEST_F(PrincipaleEmpty, WhereNoLevelIsSelectedThePageSaysSo) {
-    Type("zzz");
+    core::level_list.Selected = -1;
+    form.AggiornaDatiLivello(false);
     EXPECT_TRUE(form.Empty_Level->isVisible());
     EXPECT_EQ(form.Empty_Level->Sentence().toStdString(), "No level is selected");
     EXPECT_FALSE(form.Pul_Play->isVisible());
-    form.Text_Search->clear();
+    core::SelectLevel(1);
     EXPECT_FALSE(form.Empty_Level->isVisible());
     EXPECT_TRUE(form.Pul_Play->isVisible());
 }

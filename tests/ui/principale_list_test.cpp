@@ -156,24 +156,37 @@ TEST_F(PrincipaleList, TypingShowsOnlyWhatHoldsTheText) {
     EXPECT_EQ(Current(), "- TRLE: Original configuration - (*)");
 }
 
-TEST_F(PrincipaleList, NothingIsDoneWithALevelThatTheFilterHides) {
+// What is typed chooses rows, not the level that is looked at.
+TEST_F(PrincipaleList, ThePageOfALevelThatTheFilterHidesStays) {
     core::SelectLevel(2);
     EXPECT_EQ(Current(), "Alpha");
     Type("city");
     EXPECT_EQ(Current(), "");
+    EXPECT_TRUE(form.Page_Level->isVisible());
+    EXPECT_EQ(form.Image_Level->Name().toStdString(), "Alpha");
+    EXPECT_TRUE(form.Label_InfoDir->text().startsWith(QLatin1String("Path: \"C:\\Levels\\LEVEL_0002\"")));
     for (const Entry entry :
          {Entry::mnu_Property, Entry::mnu_ShowAutoreInfo, Entry::mnu_RemoveLevel, Entry::mnu_Export})
-        EXPECT_FALSE(form.Command(entry)->isEnabled()) << form.Command(entry)->objectName().toStdString();
-    EXPECT_FALSE(form.Pul_Play->isEnabled());
-    EXPECT_FALSE(form.Pul_MoreInfo->isEnabled());
-    EXPECT_EQ(form.Label_InfoDir->text().toStdString(), "");
+        EXPECT_TRUE(form.Command(entry)->isEnabled()) << form.Command(entry)->objectName().toStdString();
+    EXPECT_TRUE(form.Pul_Play->isEnabled());
     core::RefreshLevelList(); // as after a change of the Archive
     EXPECT_EQ(Current(), "");
+    EXPECT_EQ(form.Image_Level->Name().toStdString(), "Alpha");
     form.Text_Search->clear();
     EXPECT_EQ(Current(), "Alpha");
     EXPECT_EQ(core::SelectedLevel(), 2);
-    EXPECT_TRUE(form.Pul_Play->isEnabled());
-    EXPECT_TRUE(form.Label_InfoDir->text().startsWith(QLatin1String("Path: \"C:\\Levels\\LEVEL_0002\"")));
+}
+
+// Without a row the keys of the list have nothing that they could mean.
+TEST_F(PrincipaleList, TheKeysOfTheListDoNothingWithALevelThatTheFilterHides) {
+    Type("city");
+    form.Combo_Livelli->setFocus();
+    core::SelectLevel(2);
+    EXPECT_EQ(Current(), "");
+    for (const int key : {Qt::Key_Return, Qt::Key_Delete}) // a box would fail the test
+        QTest::keyClick(form.Combo_Livelli, static_cast<Qt::Key>(key));
+    EXPECT_EQ(trle_state::CurrentLevelCode(), 0);
+    EXPECT_EQ(core::SelectedLevel(), 2);
 }
 
 TEST_F(PrincipaleList, NextAndPreviousGoFromTheLevelThatTheFilterHides) {
@@ -193,14 +206,17 @@ TEST_F(PrincipaleList, TheMarkCanBeSearched) {
     EXPECT_THAT(Shown(), ElementsAre("- TRLE: Original configuration - (*)"));
 }
 
-TEST_F(PrincipaleList, AFilterThatHidesAllLeavesNothingToPlay) {
+TEST_F(PrincipaleList, AFilterThatHidesAllSaysSoInTheLibraryAndLeavesThePage) {
+    core::SelectLevel(2);
     Type("zzz");
     EXPECT_THAT(Shown(), IsEmpty());
-    EXPECT_EQ(form.Label_InfoLevel->text().toStdString(), "No name holds this text");
-    EXPECT_FALSE(form.Pul_Play->isEnabled());
-    form.Text_Search->clear();
-    EXPECT_EQ(Current(), "- TRLE: Original configuration - (*)");
-    EXPECT_TRUE(form.Pul_Play->isEnabled());
+    EXPECT_TRUE(form.Empty_Levels->isVisible());
+    EXPECT_EQ(form.Empty_Levels->Sentence().toStdString(), "No name holds this text");
+    EXPECT_EQ(form.Image_Level->Name().toStdString(), "Alpha");
+    EXPECT_TRUE(form.Pul_Play->isVisible());
+    Press(&form, "Pul_ShowAll");
+    EXPECT_FALSE(form.Empty_Levels->isVisible());
+    EXPECT_EQ(Current(), "Alpha");
 }
 
 TEST_F(PrincipaleList, EnterTwiceInTheSearchFindsAndStartsNothing) {

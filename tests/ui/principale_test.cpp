@@ -79,12 +79,11 @@ TEST_F(PrincipaleForm, KeysWorkWithoutTheToolBar) {
 }
 
 TEST_F(PrincipaleForm, GreyButtonsSayWhy) {
-    core::SelectLevel(-1);
-    form.Text_Search->setText(QStringLiteral("zzz"));
+    core::level_list.Selected = -1;
+    form.AggiornaDatiLivello(false);
     EXPECT_FALSE(form.Pul_Play->isEnabled());
     EXPECT_EQ(form.Pul_Play->toolTip().toStdString(), "No level is selected");
     EXPECT_EQ(form.Pul_ArchiviaSavegames->toolTip().toStdString(), "This comes with a later version");
-    form.Text_Search->clear();
     core::SelectLevel(1);
     EXPECT_TRUE(form.Pul_Play->isEnabled());
     EXPECT_EQ(form.Pul_Play->toolTip().toStdString(), "");
