@@ -47,6 +47,7 @@ void Dialog_Restore::Lay() {
     layout->addLayout(kinds);
     layout->addWidget(Label_Info);
     layout->addWidget(ProgressBar1);
+    layout->addSpacing(space::kClose);
     layout->addLayout(FootRow(this, {Pul_Help, HelpMark::Restore, nullptr, Pul_Cancel}));
     for (QLabel* label : {Label_Fast, Label_Full})
         Explain(label);

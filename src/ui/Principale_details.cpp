@@ -77,6 +77,7 @@ void Principale::ShowHead(const program::LevelView& level) {
         Label_Play->SetLine({});
     else
         Label_Play->SetLine(Caption(msg::kMainTakesOut, {CleanLine(level.TakenOut)}));
+    Label_Play->setVisible(!Label_Play->text().isEmpty()); // an empty line would part the buttons
 }
 
 void Principale::ShowContacts(bool shown) {

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QGridLayout>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
@@ -94,6 +95,18 @@ void MessageBox::CopyText() const {
     QGuiApplication::clipboard()->setText(all.join(QLatin1Char('\n')));
 }
 
+// What a picture at the side is higher than the text stays below it.
+void MessageBox::KeepTextsTogether() {
+    auto* const grid = qobject_cast<QGridLayout*>(layout());
+    const QList<QLabel*> texts = Texts();
+    if (grid == nullptr || texts.size() < 2) return;
+    int row = 0, column = 0, rows = 0, columns = 0;
+    grid->getItemPosition(grid->indexOf(texts.constLast()), &row, &column, &rows, &columns);
+    grid->setRowStretch(row, 1);
+    for (QLabel* text : texts)
+        text->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+}
+
 // The longest part of the text gets a page that scrolls, as much lower as the box is too high.
 void MessageBox::FitIntoScreen() {
     const int too_high = height() - screen()->availableSize().height() * 19 / 20; // its frame has to fit too
@@ -118,6 +131,7 @@ void MessageBox::FitIntoScreen() {
 
 // The keyboard begins at the answers, behind the texts.
 void MessageBox::showEvent(QShowEvent* event) {
+    KeepTextsTogether();
     QMessageBox::showEvent(event);
     FitIntoScreen();
     const auto answers = findChildren<QPushButton*>();

@@ -29,6 +29,7 @@ class MessageBox final : public QMessageBox {
 
   private:
     QList<QLabel*> Texts() const;
+    void KeepTextsTogether();
     void FitIntoScreen();
     void CopyText() const;
 

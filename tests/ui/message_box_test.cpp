@@ -100,6 +100,19 @@ TEST_F(MessageBoxes, ScrollATextThatIsHigherThanTheScreen) {
         });
 }
 
+TEST_F(MessageBoxes, KeepTheTextBelowItsHeadlineBesideAHighPicture) {
+    MessageBox box(QMessageBox::NoIcon, QStringLiteral("About"), QMessageBox::Ok, nullptr);
+    box.Say("Kelvash 1.4\r\nKeeps levels");
+    QPixmap picture(96, 200);
+    picture.fill(Qt::red);
+    box.setIconPixmap(picture);
+    box.setModal(false);
+    box.show();
+    QTest::qWait(20);
+    EXPECT_LE(Rest(box)->y() - Headline(box)->geometry().bottom(), ui::space::kWide);
+    EXPECT_LE(Headline(box)->height(), 2 * Headline(box)->fontMetrics().height());
+}
+
 TEST_F(MessageBoxes, DoNotScrollATextThatHasRoom) {
     Tell("Not there:\r\nC:\\a b\\c.tr4",
          [](MessageBox& box) { EXPECT_EQ(box.findChild<QScrollArea*>(QStringLiteral("Scroll")), nullptr); });
