@@ -93,6 +93,19 @@ TEST_F(WindowBeside, WaitsForTheEndOfAJob) {
     WaitUntil([this] { return Shown().size() == 5; });
 }
 
+TEST_F(WindowBeside, WaitsWhileATextIsWritten) {
+    form.Pul_SaveGames->click();
+    form.Text_NoteSaveGame->setReadOnly(false);
+    form.Text_NoteSaveGame->setFocus();
+    QTest::keyClicks(form.Text_NoteSaveGame, QStringLiteral("behind the door"));
+    MakeFile(StashPath(1) / "savegame.1", "Hall,");
+    Settle();
+    EXPECT_EQ(form.Text_NoteSaveGame->toPlainText().toStdString(), "behind the door");
+    EXPECT_EQ(form.List_SaveGameTomb->count(), 1);
+    form.Text_NoteSaveGame->document()->setModified(false); // it is stored
+    WaitUntil([this] { return form.List_SaveGameTomb->count() == 2; });
+}
+
 // What is selected in a list of savegames would be lost.
 TEST_F(WindowBeside, LeavesAPageAloneOfWhichNothingHasChanged) {
     form.Pul_SaveGames->click();
