@@ -128,6 +128,22 @@ TEST_F(Fitting, TheSavegamesPageFitsToo) {
     EXPECT_THAT(faults, IsEmpty());
 }
 
+TEST_F(Fitting, TheAuthorsAddressesFitToo) {
+    Faults faults;
+    std::string emails;
+    for (const char* name : {"a", "somebody.with.a.long.name", "c", "d", "e", "f", "g"})
+        emails += std::string(name) + "@example.org" + '\0';
+    core::archive.Table.Edit(1)->Emails = emails;
+    core::archive.Table.Edit(1)->Sites = "http://levels.example.org/" + std::string(80, 'x');
+    core::SelectLevel(1);
+    QTest::qWait(50);
+    EXPECT_TRUE(form.Bar_Contacts->isVisible());
+    LookForCuts(form, faults);
+    LookForOverlaps(form, faults);
+    LookAtTabOrder(form, faults);
+    EXPECT_THAT(faults, IsEmpty());
+}
+
 // As long as a translation may make them.
 TEST_F(Fitting, NotesBelowFieldsFitToo) {
     Faults faults;

@@ -141,6 +141,14 @@ TEST_F(PrincipaleCommands, SaveAsTakesTheNewNameIntoTheTitle) {
     Choose(Entry::mnu_SaveAs);
     EXPECT_TRUE(Exists(home / "second.kva"));
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 4 (second.kva levels)");
+    EXPECT_EQ(form.Label_Info->text().toStdString(),
+              "The Archive of 4 levels is saved: C:\\Kelvash\\second.kva");
+}
+
+TEST_F(PrincipaleCommands, ASaveAsThatIsGivenUpSaysNothing) {
+    robot.Will("Save current archive as ...", [](QWidget* window) { window->close(); });
+    Choose(Entry::mnu_SaveAs);
+    EXPECT_EQ(form.Label_Info->text().toStdString(), "");
 }
 
 TEST_F(PrincipaleCommands, LoadOpensAnotherArchive) {
