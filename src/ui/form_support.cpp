@@ -1,6 +1,8 @@
 #include "ui/form_support.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemModel>
+#include <QComboBox>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -100,6 +102,11 @@ QString ShownText(const std::string& text) {
     return FromUtf8(CleanText(text)).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
 }
 
+QString WrappedText(const std::string& text) {
+    constexpr QChar kMayBreak(0x200B); // takes no room
+    return ShownText(text).replace(QLatin1Char('\\'), QLatin1Char('\\') + QString(kMayBreak));
+}
+
 QString ShownLine(const std::string& text) {
     return FromUtf8(CleanLine(text));
 }
@@ -113,6 +120,19 @@ QString ToolTipText(const QString& text) {
     if (!Qt::mightBeRichText(text) && (text.size() <= kWide || !text.contains(QLatin1Char(' ')))) return text;
     return QStringLiteral("<span>%1</span>")
         .arg(text.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")));
+}
+
+void TakeLongItems(QComboBox* combo) {
+    constexpr int kLeast = 12; // letters
+    combo->setMinimumContentsLength(kLeast);
+    combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    QObject::connect(combo, &QComboBox::currentTextChanged, combo,
+                     [combo](const QString& text) { combo->setToolTip(ToolTipText(text)); });
+    QObject::connect(combo->model(), &QAbstractItemModel::rowsInserted, combo,
+                     [combo](const QModelIndex&, int first, int last) {
+                         for (int i = first; i <= last; ++i)
+                             combo->setItemData(i, ToolTipText(combo->itemText(i)), Qt::ToolTipRole);
+                     });
 }
 
 QString WithoutLetter(const QString& caption) {
