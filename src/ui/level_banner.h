@@ -16,6 +16,8 @@ class LevelBanner final : public QWidget {
     // colours of the program stand in its place. The former picture stays for as long as its level does.
     void ShowLevel(const QString& name, const QString& author, const QString& native_path);
     QString Name() const { return name_; }
+    // In pixels of the screen; that of the last time until it has been read for another one.
+    QSize PictureSize() const { return picture_.size(); }
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -31,7 +33,8 @@ class LevelBanner final : public QWidget {
     QString path_;
     QPixmap picture_;
     bool pending_ = false;
-    int reading_ = 0; // number of the last reading: what an earlier one brings isn't wanted any more
+    bool reads_ = false; // for a size of a moment ago perhaps
+    int reading_ = 0;    // number of the last reading: what an earlier one brings isn't wanted any more
 };
 
 } // namespace kelvash::ui
