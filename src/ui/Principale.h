@@ -88,7 +88,7 @@ class Principale final : public QMainWindow {
     ElidedLabel* const Label_InfoDir = Make<ElidedLabel>(this, "Label_InfoDir", Qt::ElideMiddle);
     QPushButton* const Pul_ScreenShots = Make<QPushButton>(this, "Pul_ScreenShots");
     QPushButton* const Pul_SaveGames = Make<QPushButton>(this, "Pul_SaveGames");
-    QLabel* const Label_Info = Make<QLabel>(this, "Label_Info");
+    ElidedLabel* const Label_Info = Make<ElidedLabel>(this, "Label_Info", Qt::ElideMiddle);
     QProgressBar* const ProgressBar1 = Make<QProgressBar>(this, "ProgressBar1");
 
     QGroupBox* const Frame_ScreenShots = Make<QGroupBox>(this, "Frame_ScreenShots");

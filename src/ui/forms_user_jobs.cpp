@@ -132,7 +132,7 @@ void FormsUser::Show(Progress& progress) {
 
 void FormsUser::SetLabel(BarPlace place, const std::string& text) {
     if (Progress* const progress = Find(place)) {
-        progress->label->setText(ShownText(text));
+        progress->label->setText(WrappedText(text));
         Show(*progress);
     }
     if (const Display* const display = FindDisplay(place)) display->label->setText(ShownText(text));
