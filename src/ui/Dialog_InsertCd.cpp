@@ -18,6 +18,7 @@ Dialog_InsertCd::Dialog_InsertCd(QWidget* parent) : QDialog(parent) {
     drive->addStretch();
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(Label_Mex);
+    Label_Mex->setWordWrap(true);
     layout->addLayout(drive);
     layout->addLayout(FootRow(this, HelpMark::SmallWindows, {}, {Pul_Ok, Pul_Cancel}));
     layout->setSpacing(fontMetrics().height());

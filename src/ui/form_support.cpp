@@ -58,6 +58,23 @@ QString MarkUnless(bool dead, Letters& letters, const QString& text) {
     return dead ? WithoutLetter(text) : letters.Mark(WithoutLetter(text));
 }
 
+constexpr QChar kMayWrap(0x200B); // takes no room
+
+// A word that is longer than any line should count on goes on behind a folder, or wherever it has to.
+QString WithWraps(const QString& word) {
+    constexpr int kLongest = 40; // letters
+    if (word.size() <= kLongest) return word;
+    QString wrapped;
+    int since = 0;
+    for (const QChar letter : word) {
+        wrapped += letter;
+        if (letter != QLatin1Char('\\') && ++since < kLongest) continue;
+        wrapped += kMayWrap;
+        since = 0;
+    }
+    return wrapped;
+}
+
 // Properties of controls and actions.
 constexpr const char* kNotYet = "kelvash_not_yet";
 constexpr const char* kLettersLast = "kelvash_letters_last";
@@ -103,8 +120,19 @@ QString ShownText(const std::string& text) {
 }
 
 QString WrappedText(const std::string& text) {
-    constexpr QChar kMayBreak(0x200B); // takes no room
-    return ShownText(text).replace(QLatin1Char('\\'), QLatin1Char('\\') + QString(kMayBreak));
+    QString wrapped, word;
+    for (const QChar letter : ShownText(text) + QLatin1Char(' ')) {
+        word += letter;
+        if (!letter.isSpace()) continue;
+        wrapped += WithWraps(word);
+        word.clear();
+    }
+    wrapped.chop(1);
+    return wrapped;
+}
+
+QString WithoutWraps(QString text) {
+    return text.remove(kMayWrap);
 }
 
 QString ShownLine(const std::string& text) {

@@ -28,8 +28,10 @@ inline std::string ToUtf8(const QString& text) {
 QString Caption(MessageId id, const MessageArgs& args = {});
 // A text of the logic for a label or a box: line breaks as Qt has them, and no controls.
 QString ShownText(const std::string& text);
-// The same for a label of several lines: a path may go on in the next one behind any of its folders.
+// The same for a label of several lines. What no line holds, such as a long path, goes on in the next one:
+// marks that are not seen say where. What is copied from there goes without them.
 QString WrappedText(const std::string& text);
+QString WithoutWraps(QString text);
 // The same for a place of one line: a name, a caption, an item of a list.
 QString ShownLine(const std::string& text);
 // The native path of a path text, as Qt takes it; empty for an empty one.

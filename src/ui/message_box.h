@@ -4,6 +4,7 @@
 // whole: paths and names stand in it that are wanted elsewhere.
 #pragma once
 
+#include <QClipboard>
 #include <QMessageBox>
 #include <string>
 
@@ -28,7 +29,9 @@ class MessageBox final : public QMessageBox {
 
   private:
     QList<QLabel*> Texts() const;
+    QString WholeText() const;
     void CopyText() const;
+    void CleanClipboard(QClipboard::Mode mode) const;
 
     bool closable_ = true;
 };
