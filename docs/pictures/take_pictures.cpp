@@ -1,4 +1,4 @@
-// Opens every form on a sandbox and keeps a picture of each: take_pictures HOME FOLDER.
+// Opens every form on a sandbox and keeps a picture of each, light and dark: take_pictures HOME FOLDER.
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
@@ -56,10 +56,15 @@ class Camera {
   public:
     explicit Camera(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
+    // In the light and in the dark.
     void Take(QWidget* window, const std::string& name) const {
-        Wait();
-        const std::filesystem::path file = folder_ / (name + ".png");
-        window->grab().save(QString::fromStdString(file.string()));
+        for (const bool dark : {false, true}) {
+            Theme::SetDark(dark);
+            Wait();
+            const std::filesystem::path file = folder_ / (name + (dark ? "_dark.png" : ".png"));
+            window->grab().save(QString::fromStdString(file.string()));
+        }
+        Theme::SetDark(false);
     }
     // Takes the modal window that `open` brings up, and closes it.
     void TakeModal(const std::string& name, const std::function<void()>& open) const {
@@ -99,13 +104,9 @@ class Camera {
 void TakeMainForm(const Camera& camera, Principale& form) {
     core::SelectLevel(1);
     camera.Take(&form, "principale");
-    Theme::SetDark(true);
-    camera.Take(&form, "principale_dark");
     form.Pul_Tiles->click();
     camera.Take(&form, "principale_tiles");
     form.Pul_List->click();
-    camera.TakeModal("dialog_testo_dark", [&] { ShowHelp(&form, HelpMark::MainWindow); });
-    Theme::SetDark(false);
     core::SelectLevel(2);
     form.Pul_SaveGames->click();
     camera.Take(&form, "principale_savegames");
@@ -169,18 +170,13 @@ void TakeEmptyPages(const Camera& camera, Principale& form) {
     FirstStart page(nullptr);
     page.Begin(program::FirstStep::Backup);
     page.resize(page.width(), page.heightForWidth(page.width()));
-    for (const bool dark : {false, true}) {
-        const std::string suffix = dark ? "_dark" : "";
-        Theme::SetDark(dark);
-        close();
-        camera.Take(&form, "empty_archive" + suffix);
-        core::archive = archive;
-        core::RefreshLevelList();
-        page.show();
-        camera.Take(&page, "first_start" + suffix);
-        page.hide();
-    }
-    Theme::SetDark(false);
+    close();
+    camera.Take(&form, "empty_archive");
+    core::archive = archive;
+    core::RefreshLevelList();
+    page.show();
+    camera.Take(&page, "first_start");
+    page.hide();
     core::SelectLevel(3);
     camera.Take(&form, "empty_screenshots");
     form.Pul_SaveGames->click();

@@ -26,6 +26,8 @@ void Fill(QComboBox* combo, const std::vector<std::string>& items) {
 
 Dialog_Autore::Dialog_Autore(QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("Dialog_Autore"));
+    for (QComboBox* combo : {Combo_Email, Combo_Siti})
+        TakeLongItems(combo);
     Set_Caption_Texts();
     Lay();
     const auto add_email = [](intake::AuthorNotes& notes, std::int32_t) { return AddEmail(notes); };
@@ -57,15 +59,15 @@ void Dialog_Autore::Set_Caption_Texts() {
     SetCaptions(this, {{this, msg::kAutoreCaption},
                        {Label_NomeAutore, msg::kAutoreName, Text_NomeAutore},
                        {Label_Email, msg::kAutoreEmails, Combo_Email},
-                       {Pul_NewEmail, msg::kAutoreNewEmail},
-                       {Pul_ChangeEmail, msg::kAutoreChangeEmail},
-                       {Pul_DelEmail, msg::kAutoreDelEmail},
-                       {Pul_SendMail, msg::kAutoreSendMail},
+                       {Pul_NewEmail, msg::kAutoreNewEmail, Glyph::Add},
+                       {Pul_ChangeEmail, msg::kAutoreChangeEmail, Glyph::Note},
+                       {Pul_DelEmail, msg::kAutoreDelEmail, Glyph::Delete},
+                       {Pul_SendMail, msg::kAutoreSendMail, Glyph::Email},
                        {Label_Siti, msg::kAutoreSites, Combo_Siti},
-                       {Pul_New_Sito, msg::kAutoreNewSite},
-                       {Pul_ModSito, msg::kAutoreModSite},
-                       {Pul_DelSito, msg::kAutoreDelSite},
-                       {Pul_GoSito, msg::kAutoreGoSite},
+                       {Pul_New_Sito, msg::kAutoreNewSite, Glyph::Add},
+                       {Pul_ModSito, msg::kAutoreModSite, Glyph::Note},
+                       {Pul_DelSito, msg::kAutoreDelSite, Glyph::Delete},
+                       {Pul_GoSito, msg::kAutoreGoSite, Glyph::Address},
                        {Label_NoteAutore, msg::kAutoreNote, Text_NoteAutore},
                        {Pul_Help, msg::kAutoreHelp},
                        {Pul_Ok, msg::kAutoreOk},

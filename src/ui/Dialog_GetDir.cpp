@@ -101,6 +101,7 @@ bool IsFolderName(const std::string& name) {
 
 Dialog_GetDir::Dialog_GetDir(QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("Dialog_GetDir"));
+    TakeLongItems(Drive1);
     Set_Caption_Texts();
     Lay();
     FillDrives();
@@ -121,7 +122,7 @@ void Dialog_GetDir::Set_Caption_Texts() {
                        {Label_Drive, msg::kGetDirDrive, Drive1},
                        {Label_PathDir, msg::kGetDirPath, Text_PathDir},
                        {Label_Path, msg::kGetDirNewName, Text_Path},
-                       {Pul_NuovaCartella, msg::kGetDirNew},
+                       {Pul_NuovaCartella, msg::kGetDirNew, Glyph::NewFolder},
                        {Pul_Help, msg::kGetDirHelp},
                        {Pul_Ok, msg::kGetDirOk},
                        {Pul_Cancel, msg::kGetDirCancel},

@@ -29,7 +29,7 @@ void Dialog_Indice::Set_Caption_Texts() {
     SetCaptions(this, {{this, msg::kIndiceCaption},
                        {Opt_Main, msg::kIndiceMain},
                        {Opt_Sub, msg::kIndiceSub},
-                       {Pul_Find, msg::kIndiceFind},
+                       {Pul_Find, msg::kIndiceFind, Glyph::Search},
                        {Pul_Ok, msg::kIndiceOk},
                        {Pul_Cancel, msg::kIndiceCancel},
                        ControlCaption::Spoken(Text_Find, msg::kIndiceSought),
@@ -48,12 +48,11 @@ void Dialog_Indice::Lay() {
     layout->addLayout(kinds);
     layout->addLayout(search);
     layout->addWidget(List_Indice, 1);
-    layout->addLayout(FootRow({Label_Items}, {Pul_Ok, Pul_Cancel}));
+    layout->addLayout(FootRow(this, HelpMark::ReadingHelp, {Label_Items}, {Pul_Ok, Pul_Cancel}));
     List_Indice->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // a longer title ends in "..."
     List_Indice->setSpacing(1);
     Opt_Main->setChecked(true);
     Pul_Find->setEnabled(false);
-    Pul_Ok->setDefault(true);
     Text_Find->setFocus();
     setSizeGripEnabled(true);
     resize(fontMetrics().averageCharWidth() * 78, fontMetrics().lineSpacing() * 30);
@@ -79,8 +78,10 @@ const std::vector<HelpTopic>& Dialog_Indice::Topics() const {
 
 void Dialog_Indice::ShowTopics() {
     List_Indice->clear();
-    for (const HelpTopic& topic : Topics()) // one line each, whatever the title holds
-        List_Indice->addItem(FromUtf8(topic.title).simplified());
+    for (const HelpTopic& topic : Topics()) { // one line each, whatever the title holds
+        auto* const item = new QListWidgetItem(FromUtf8(topic.title).simplified(), List_Indice);
+        item->setToolTip(ToolTipText(item->text()));
+    }
     Label_Items->setText(QString::number(Topics().size()) + Caption(msg::kIndiceItems));
 }
 

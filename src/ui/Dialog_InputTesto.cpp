@@ -6,7 +6,6 @@
 
 #include "ui/Dialog_InputTesto_messages.h"
 #include "ui/form_kit.h"
-#include "ui/look.h"
 
 namespace kelvash::ui {
 
@@ -27,7 +26,7 @@ Dialog_InputTesto::Dialog_InputTesto(QWidget* parent) : QDialog(parent) {
 
 void Dialog_InputTesto::Set_Caption_Texts() {
     SetCaptions(this, {{this, msg::kInputCaption},
-                       {Pul_Svuota, msg::kInputClear},
+                       {Pul_Svuota, msg::kInputClear, Glyph::Empty},
                        {Pul_Ok, msg::kInputOk},
                        {Pul_Annulla, msg::kInputCancel},
                        ControlCaption::WhatGoes(Pul_Svuota, msg::kInputGoes),
@@ -37,11 +36,9 @@ void Dialog_InputTesto::Set_Caption_Texts() {
 void Dialog_InputTesto::Lay() {
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(Text1, 1);
-    layout->addLayout(FootRow({Pul_Svuota}, {Pul_Ok, Pul_Annulla}));
+    layout->addLayout(FootRow(this, HelpMark::SmallWindows, {Pul_Svuota}, {Pul_Ok, Pul_Annulla}));
     Text1->setTabChangesFocus(true);
     Text1->setFocus();
-    Pul_Ok->setDefault(true);
-    SetMainAction(Pul_Ok);
     const int letter = fontMetrics().averageCharWidth();
     Text1->setMinimumSize(letter * 40, fontMetrics().lineSpacing() * 4);
     resize(letter * 70, fontMetrics().lineSpacing() * 16);

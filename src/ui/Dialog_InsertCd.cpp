@@ -6,7 +6,6 @@
 #include "foundation/drives.h"
 #include "ui/Dialog_InsertCd_messages.h"
 #include "ui/form_kit.h"
-#include "ui/look.h"
 
 namespace kelvash::ui {
 
@@ -19,11 +18,10 @@ Dialog_InsertCd::Dialog_InsertCd(QWidget* parent) : QDialog(parent) {
     drive->addStretch();
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(Label_Mex);
+    Label_Mex->setWordWrap(true);
     layout->addLayout(drive);
-    layout->addLayout(FootRow({}, {Pul_Ok, Pul_Cancel}));
+    layout->addLayout(FootRow(this, HelpMark::SmallWindows, {}, {Pul_Ok, Pul_Cancel}));
     layout->setSpacing(fontMetrics().height());
-    Pul_Ok->setDefault(true);
-    SetMainAction(Pul_Ok);
     layout->addStrut(fontMetrics().averageCharWidth() * 48);
     connect(Pul_Ok, &QPushButton::clicked, this, &QDialog::accept);
     connect(Pul_Cancel, &QPushButton::clicked, this, &QDialog::reject);
@@ -38,7 +36,7 @@ void Dialog_InsertCd::Set_Caption_Texts() {
 
 void Dialog_InsertCd::ImpostaValori(const cd::CdDriveChoice& choice) {
     setWindowTitle(ShownLine(choice.Title));
-    Label_Mex->setText(ShownText(choice.Text));
+    Label_Mex->setText(WrappedText(choice.Text));
     Combo_Unita->clear();
     for (const std::string& drive : CdDrives())
         Combo_Unita->addItem(FromUtf8(drive));

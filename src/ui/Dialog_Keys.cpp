@@ -14,7 +14,6 @@
 #include "ui/form_kit.h"
 #include "ui/help.h"
 #include "ui/look.h"
-#include "ui/screen_keeper.h"
 
 namespace kelvash::ui {
 
@@ -79,11 +78,10 @@ Dialog_Keys::Dialog_Keys(QWidget* parent)
     Scroll_Keys->setWidgetResizable(true);
     auto* const layout = new QVBoxLayout(this);
     layout->addWidget(Scroll_Keys, 1);
-    layout->addLayout(FootRow({}, {Pul_Ok}));
+    layout->addLayout(FootRow(this, HelpMark::Keyboard, {}, {Pul_Ok}));
     layout->setSpacing(space::kWide);
     Pul_Ok->setDefault(true);
     connect(Pul_Ok, &QPushButton::clicked, this, &QDialog::accept);
-    KeepOnScreen(this);
 }
 
 void Dialog_Keys::Set_Caption_Texts() {

@@ -19,9 +19,9 @@ class Dialog_NewArc final : public QDialog {
     bool MakeNew = false; // which button has ended the form
 
     QLabel* const Label_Info = Make<QLabel>(this, "Label_Info");
+    QPushButton* const Pul_Help = Make<QPushButton>(this, "Pul_Help");
     QPushButton* const Pul_New = Make<QPushButton>(this, "Pul_New");
     QPushButton* const Pul_Load = Make<QPushButton>(this, "Pul_Load");
-    QPushButton* const Pul_Help = Make<QPushButton>(this, "Pul_Help");
 };
 
 } // namespace kelvash::ui

@@ -42,14 +42,14 @@ void Dialog_NewLevel::Set_Caption_Texts() {
                        {Label_Note, msg::kNewLevelNote, Text_Note},
                        {Label_MoreInfo, msg::kNewLevelMoreInfo, Combo_MoreInfo},
                        {Frame_Files, msg::kNewLevelFileFrame},
-                       {Pul_AddFile, msg::kNewLevelAddFile},
-                       {Pul_AddFolder, msg::kNewLevelAddFolder},
-                       {Pul_SearchLevel, msg::kNewLevelSearch},
-                       {Pul_CompileTom, msg::kNewLevelCompile},
-                       {Pul_SetMyLanguage, msg::kNewLevelLanguage},
-                       {Pul_Remove, msg::kNewLevelRemove},
-                       {Pul_RimuoviTutti, msg::kNewLevelRemoveAll},
-                       {Pul_Refresh, msg::kNewLevelRefresh},
+                       {Pul_AddFile, msg::kNewLevelAddFile, Glyph::AddFile},
+                       {Pul_AddFolder, msg::kNewLevelAddFolder, Glyph::NewFolder},
+                       {Pul_SearchLevel, msg::kNewLevelSearch, Glyph::Search},
+                       {Pul_CompileTom, msg::kNewLevelCompile, Glyph::Repair},
+                       {Pul_SetMyLanguage, msg::kNewLevelLanguage, Glyph::Language},
+                       {Pul_Remove, msg::kNewLevelRemove, Glyph::TakeOut},
+                       {Pul_RimuoviTutti, msg::kNewLevelRemoveAll, Glyph::Delete},
+                       {Pul_Refresh, msg::kNewLevelRefresh, Glyph::Refresh},
                        {Pul_Help, msg::kNewLevelHelp},
                        {Pul_Ok, msg::kNewLevelOk},
                        {Pul_Cancel, msg::kNewLevelCancel},
@@ -92,8 +92,7 @@ QLayout* Dialog_NewLevel::LayFields() {
                                          : FaultOfText(typed, core::kLineWidth);
     });
     Note_Fields->Watch(Text_Note, [](const QString& typed) { return FaultOfText(typed, core::kLineWidth); });
-    Combo_MoreInfo->setMinimumContentsLength(20); // long names of files don't widen the form
-    Combo_MoreInfo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    TakeLongItems(Combo_MoreInfo);
     return grid;
 }
 

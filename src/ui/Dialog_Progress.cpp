@@ -29,7 +29,7 @@ Dialog_Progress::Dialog_Progress(QWidget* parent) : QDialog(parent) {
 }
 
 void Dialog_Progress::Set_Caption_Texts() {
-    SetCaptions(this, {{this, msg::kProgressCaption}, {Pul_Stop, msg::kNewLevelStop}});
+    SetCaptions(this, {{this, msg::kProgressCaption}, {Pul_Stop, msg::kNewLevelStop, Glyph::Stop}});
 }
 
 } // namespace kelvash::ui

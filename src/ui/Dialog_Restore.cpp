@@ -25,9 +25,9 @@ Dialog_Restore::Dialog_Restore(FormsUser& user, QWidget* parent) : QDialog(paren
 void Dialog_Restore::Set_Caption_Texts() {
     SetCaptions(this, {{this, msg::kRestoreCaption},
                        {Label_Choose, msg::kRestoreChoose},
-                       {Pul_Fast, msg::kRestoreFast},
+                       {Pul_Fast, msg::kRestoreFast, Glyph::Fast},
                        {Label_Fast, msg::kRestoreFastText},
-                       {Pul_Full, msg::kRestoreFull},
+                       {Pul_Full, msg::kRestoreFull, Glyph::Restore},
                        {Label_Full, msg::kRestoreFullText},
                        {Pul_Cancel, msg::kRestoreCancel},
                        {Pul_Help, msg::kRestoreHelp},

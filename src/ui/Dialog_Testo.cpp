@@ -44,7 +44,7 @@ Dialog_Testo::Dialog_Testo(QWidget* parent) : QDialog(parent) {
     highlighter_ = new TopicHighlighter(Text_File->document());
     TakeColours();
     Timer1->setSingleShot(true);
-    connect(Timer1, &QTimer::timeout, this, &Dialog_Testo::GoToMark);
+    connect(Timer1, &QTimer::timeout, this, [this] { GoToMark(mark_); });
     connect(Text_Trova, &QLineEdit::textChanged, this, &Dialog_Testo::EnableSearch);
     connect(Pul_Trova, &QPushButton::clicked, this, &Dialog_Testo::Find);
     connect(Pul_Dopo, &QPushButton::clicked, this, &Dialog_Testo::FindNext);
@@ -57,11 +57,11 @@ Dialog_Testo::Dialog_Testo(QWidget* parent) : QDialog(parent) {
 
 void Dialog_Testo::Set_Caption_Texts() {
     SetCaptions(this, {{this, msg::kTestoCaption},
-                       {Pul_Trova, msg::kTestoFind},
-                       {Pul_Dopo, msg::kTestoNext},
-                       {Pul_Prima, msg::kTestoPrevious},
+                       {Pul_Trova, msg::kTestoFind, Glyph::Search},
+                       {Pul_Dopo, msg::kTestoNext, Glyph::Next},
+                       {Pul_Prima, msg::kTestoPrevious, Glyph::Previous},
                        {Check_ParolaIntera, msg::kTestoWholeWord},
-                       {Pul_Index, msg::kTestoIndex},
+                       {Pul_Index, msg::kTestoIndex, Glyph::Index},
                        {Pul_Ok, msg::kTestoOk},
                        ControlCaption::Spoken(Text_Trova, msg::kTestoSought),
                        ControlCaption::Spoken(Text_File, msg::kTestoText)});
@@ -77,7 +77,7 @@ void Dialog_Testo::Lay() {
     auto* const layout = new QVBoxLayout(this);
     layout->addLayout(search);
     layout->addWidget(Text_File, 1);
-    layout->addLayout(FootRow({Pul_Index}, {Pul_Ok}));
+    layout->addLayout(FootRow(this, HelpMark::ReadingHelp, {Pul_Index}, {Pul_Ok}));
     Text_File->setReadOnly(true);
     Text_File->setTabChangesFocus(true);
     Text_File->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -227,8 +227,12 @@ void Dialog_Testo::ShowIndex() {
     Text_File->verticalScrollBar()->setValue(top);
 }
 
-void Dialog_Testo::GoToMark() {
-    GoTo(mark_ == kNoMark ? 0 : FindMark(text_, mark_).value_or(0));
+bool Dialog_Testo::Shows(const std::string& text) const {
+    return text_ == TextToShow(text);
+}
+
+void Dialog_Testo::GoToMark(int mark) {
+    GoTo(mark == kNoMark ? 0 : FindMark(text_, mark).value_or(0));
 }
 
 void Dialog_Testo::GoTo(std::size_t position) {

@@ -29,6 +29,10 @@ class Dialog_Testo final : public QDialog {
     // An empty caption leaves the form's own. The text is shown from the mark on, once the form is on the
     // screen; from the top if it doesn't have the mark.
     void ImpostaValori(const std::string& caption, const std::string& text, int mark);
+    // True if that is the text that it has been given.
+    bool Shows(const std::string& text) const;
+    // Goes to a mark of the text; to its top without one.
+    void GoToMark(int mark);
 
     QLineEdit* const Text_Trova = Make<QLineEdit>(this, "Text_Trova");
     QPushButton* const Pul_Trova = Make<QPushButton>(this, "Pul_Trova");
@@ -60,7 +64,6 @@ class Dialog_Testo final : public QDialog {
     void FindPrevious();
     void ShowMatch(const std::optional<TextMatch>& match);
     void ShowIndex();
-    void GoToMark();
     void GoTo(std::size_t position); // of text_
 
     std::string text_; // as it stands in the file

@@ -25,9 +25,9 @@ void Dialog_TrovaTrle::Set_Caption_Texts() {
     SetCaptions(this, {{this, msg::kTrovaCaption},
                        {Label_Info, msg::kTrovaText, {kLineBreak, kLineBreak}},
                        {Label_Title, msg::kTrovaPath},
-                       {Pul_Sfoglia, msg::kTrovaBrowse},
-                       {Pul_InstallTrleCD, msg::kTrovaInstallCd},
-                       {Pul_InstallCompresso, msg::kTrovaInstallZips},
+                       {Pul_Sfoglia, msg::kTrovaBrowse, Glyph::Folder},
+                       {Pul_InstallTrleCD, msg::kTrovaInstallCd, Glyph::Disc},
+                       {Pul_InstallCompresso, msg::kTrovaInstallZips, Glyph::Compress},
                        {Pul_Help, msg::kTrovaHelp},
                        {Pul_Ok, msg::kTrovaOk},
                        {Pul_Cancel, msg::kTrovaCancel}});
@@ -51,8 +51,6 @@ void Dialog_TrovaTrle::Lay() {
     layout->addLayout(FootRow(this, {Pul_Help, HelpMark::FindTrle, Pul_Ok, Pul_Cancel}));
     layout->setSpacing(fontMetrics().height());
     Label_Info->setWordWrap(true);
-    Label_Path->setFrameShape(QFrame::StyledPanel);
-    Label_Path->setTextInteractionFlags(Qt::TextSelectableByMouse);
     layout->addStrut(fontMetrics().averageCharWidth() * 84);
 }
 
@@ -62,7 +60,7 @@ void Dialog_TrovaTrle::ImpostaValori(const trle::TrleFolderChoice& choice) {
 }
 
 void Dialog_TrovaTrle::ShowFolder() {
-    Label_Path->setText(Folder.empty() ? Caption(msg::kTrovaNone) : FromUtf8(Folder));
+    Label_Path->SetPath(FromUtf8(Folder), Caption(msg::kTrovaNone));
     const bool fits = Folder.empty() || trle::CheckTrleFolder(Folder, false);
     Note_Path->Say(fits ? QString() : Caption(msg::kTrovaNoteUnfit));
     Pul_Ok->setEnabled(!Folder.empty());

@@ -9,6 +9,7 @@
 #include "trle/find_trle.h"
 #include "ui/field_note.h"
 #include "ui/form_support.h"
+#include "ui/path_label.h"
 
 namespace kelvash::ui {
 
@@ -24,7 +25,7 @@ class Dialog_TrovaTrle final : public QDialog {
 
     QLabel* const Label_Info = Make<QLabel>(this, "Label_Info");
     QLabel* const Label_Title = Make<QLabel>(this, "Label_Title");
-    QLabel* const Label_Path = Make<QLabel>(this, "Label_Path");
+    PathLabel* const Label_Path = Make<PathLabel>(this, "Label_Path");
     FieldNote* const Note_Path = Make<FieldNote>(this, "Note_Path");
     QPushButton* const Pul_Sfoglia = Make<QPushButton>(this, "Pul_Sfoglia");
     QPushButton* const Pul_InstallTrleCD = Make<QPushButton>(this, "Pul_InstallTrleCD");

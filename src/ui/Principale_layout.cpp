@@ -29,23 +29,23 @@ void Principale::Set_Caption_Texts() {
     SetCaptions(this, {{this, msg::kMainTitle},
                        {Frame_Livelli, msg::kMainFrameLevels},
                        ControlCaption::Hint(Text_Search, msg::kMainSearchHint),
-                       {Pul_Search, msg::kMainSearch},
-                       {Pul_Dopo, msg::kMainNext},
-                       {Pul_Prima, msg::kMainPrevious},
-                       {Pul_Play, msg::kMainPlay},
-                       {Pul_MoreInfo, msg::kMainMoreInfo},
-                       {Pul_Author, msg::kMainAuthor},
-                       {Pul_List, msg::kMainAsList},
-                       {Pul_Tiles, msg::kMainAsTiles},
-                       {Pul_NewArchive, msg::kMainNewArchive},
-                       {Pul_LoadArchive, msg::kMainLoadArchive},
-                       {Pul_AddLevel, msg::kMainToolAdd},
-                       {Pul_ShowAll, msg::kMainShowAll},
-                       {Pul_ChooseTrle, msg::kMainChooseTrle},
-                       {Pul_AddShots, msg::kMainAddShots},
-                       {Pul_PlayNow, msg::kMainPlayNow},
-                       {Pul_ScreenShots, msg::kMainScreenShots},
-                       {Pul_SaveGames, msg::kMainSaveGames},
+                       {Pul_Search, msg::kMainSearch, Glyph::Search},
+                       {Pul_Dopo, msg::kMainNext, Glyph::Next},
+                       {Pul_Prima, msg::kMainPrevious, Glyph::Previous},
+                       {Pul_Play, msg::kMainPlay, Glyph::Play},
+                       {Pul_MoreInfo, msg::kMainMoreInfo, Glyph::Info},
+                       {Pul_Author, msg::kMainAuthor, Glyph::Author},
+                       {Pul_List, msg::kMainAsList, Glyph::List},
+                       {Pul_Tiles, msg::kMainAsTiles, Glyph::Tiles},
+                       {Pul_NewArchive, msg::kMainNewArchive, Glyph::NewArchive},
+                       {Pul_LoadArchive, msg::kMainLoadArchive, Glyph::OpenArchive},
+                       {Pul_AddLevel, msg::kMainToolAdd, Glyph::Add},
+                       {Pul_ShowAll, msg::kMainShowAll, Glyph::List},
+                       {Pul_ChooseTrle, msg::kMainChooseTrle, Glyph::Folder},
+                       {Pul_AddShots, msg::kMainAddShots, Glyph::Add},
+                       {Pul_PlayNow, msg::kMainPlayNow, Glyph::Play},
+                       {Pul_ScreenShots, msg::kMainScreenShots, Glyph::Screenshots},
+                       {Pul_SaveGames, msg::kMainSaveGames, Glyph::Savegames},
                        {Frame_ScreenShots, msg::kMainFrameScreenShots},
                        {Pul_PrimoShot, msg::kMainFirstShot},
                        {Pul_PrimaScreenShot, msg::kMainPreviousShot},
@@ -55,12 +55,12 @@ void Principale::Set_Caption_Texts() {
                        {Label_SaveGameTomb, msg::kMainSlots, List_SaveGameTomb},
                        {Label_SaveGameArchiviati, msg::kMainOldSaves, List_SaveGameArchiviati},
                        {Label_NoteSaveGame, msg::kMainSaveNote, Text_NoteSaveGame},
-                       {Pul_RestoreSaveGame, msg::kMainRestoreSave},
-                       {Pul_ArchiviaSavegames, msg::kMainArchiveSaves},
-                       {Pul_DeleteSavegame, msg::kMainDeleteSave},
-                       {Pul_ImportSavegame, msg::kMainImportSave},
-                       {Pul_ExportSaveGame, msg::kMainExportSave},
-                       {Pul_ChangeScreenshot, msg::kMainChangeShot},
+                       {Pul_RestoreSaveGame, msg::kMainRestoreSave, Glyph::Restore},
+                       {Pul_ArchiviaSavegames, msg::kMainArchiveSaves, Glyph::Archive},
+                       {Pul_DeleteSavegame, msg::kMainDeleteSave, Glyph::Delete},
+                       {Pul_ImportSavegame, msg::kMainImportSave, Glyph::Import},
+                       {Pul_ExportSaveGame, msg::kMainExportSave, Glyph::Export},
+                       {Pul_ChangeScreenshot, msg::kMainChangeShot, Glyph::NoPicture},
                        ControlCaption::WhatGoes(Pul_DeleteSavegame, msg::kMainGoesSave),
                        ControlCaption::Spoken(Text_Search, msg::kMainSearch),
                        ControlCaption::Spoken(Combo_Livelli, msg::kMainFrameLevels),
@@ -68,6 +68,9 @@ void Principale::Set_Caption_Texts() {
                        ControlCaption::Spoken(Pul_PrimaScreenShot, msg::kMainSpokenPrevious),
                        ControlCaption::Spoken(Pul_DopoScreenShot, msg::kMainSpokenNext),
                        ControlCaption::Spoken(Pul_UltimoShot, msg::kMainSpokenLast)});
+    // Its hint stands between two icons.
+    Text_Search->setMinimumWidth(fontMetrics().horizontalAdvance(Text_Search->placeholderText()) +
+                                 2 * (fontMetrics().height() + space::kApart));
 }
 
 void Principale::Lay() {
@@ -135,10 +138,6 @@ void Principale::LayLibrary() {
     clear_ = Text_Search->addAction(IconOf(Glyph::Clear), QLineEdit::TrailingPosition);
     clear_->setVisible(false);
     connect(clear_, &QAction::triggered, Text_Search, &QLineEdit::clear);
-    Pul_Prima->setIcon(IconOf(Glyph::Previous));
-    Pul_Dopo->setIcon(IconOf(Glyph::Next));
-    Pul_List->setIcon(IconOf(Glyph::List));
-    Pul_Tiles->setIcon(IconOf(Glyph::Tiles));
     for (QPushButton* button : {Pul_List, Pul_Tiles}) {
         button->setCheckable(true);
         button->setAutoExclusive(true);

@@ -54,8 +54,6 @@ void Principale::LayPage() {
         tabs->addWidget(button);
     }
     tabs->addStretch();
-    Pul_ScreenShots->setIcon(IconOf(Glyph::Screenshots));
-    Pul_SaveGames->setIcon(IconOf(Glyph::Savegames));
     column->addLayout(tabs);
     LayScreenShots();
     LaySaveGames();
@@ -74,14 +72,11 @@ void Principale::LayEmptyStates() {
     add(Empty_Levels, Pul_LoadArchive, MenuEntry::mnu_Load);
     add(Empty_Levels, Pul_AddLevel, MenuEntry::mnu_AddLevel);
     add(Empty_Shots, Pul_AddShots, MenuEntry::mnu_Property);
-    Pul_AddShots->setIcon(IconOf(Glyph::Add));
     Empty_Levels->Add(Pul_ShowAll);
     connect(Pul_ShowAll, &QPushButton::clicked, Text_Search, &QLineEdit::clear);
     Empty_SaveGames->Add(Pul_PlayNow);
-    Pul_PlayNow->setIcon(IconOf(Glyph::Play));
     connect(Pul_PlayNow, &QPushButton::clicked, Pul_Play, &QPushButton::click);
     Empty_Trle->Add(Pul_ChooseTrle);
-    Pul_ChooseTrle->setIcon(IconOf(Glyph::Folder));
     connect(Pul_ChooseTrle, &QPushButton::clicked, this, [this] {
         door_.Try([] {
             if (trle::AskTrleFolder()) core::RefreshLevelList();
@@ -92,10 +87,7 @@ void Principale::LayEmptyStates() {
 QLayout* Principale::LayActions() {
     SetMainAction(Pul_Play);
     Pul_Play->setFont(FontOf(Type::Title));
-    Pul_Play->setIcon(IconOf(Glyph::Play, MainActionText()));
     Pul_Play->setMinimumSize(fontMetrics().averageCharWidth() * 26, fontMetrics().height() * 5 / 2);
-    Pul_MoreInfo->setIcon(IconOf(Glyph::Info));
-    Pul_Author->setIcon(IconOf(Glyph::Author));
     connect(Pul_Author, &QPushButton::clicked, Command(MenuEntry::mnu_ShowAutoreInfo), &QAction::trigger);
     SetExplaining(Label_Play);
     auto* const line = Row({Pul_Play, Pul_MoreInfo, Pul_Author});

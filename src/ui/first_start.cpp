@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "ui/first_start_messages.h"
+#include "ui/help.h"
 #include "ui/icons.h"
 #include "ui/look.h"
 
@@ -118,6 +119,7 @@ FirstStart::FirstStart(QWidget* parent)
     resize(QSize(width, height).boundedTo(room.size() * 19 / 20));
     move(room.center() - rect().center());
     qApp->installEventFilter(this);
+    ConnectHelpKey(this, HelpMark::FirstStart);
 }
 
 FirstStart::~FirstStart() {

@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QDialog>
+#include <QDialogButtonBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -47,6 +48,11 @@ ControlCaption::ControlCaption(QGroupBox* frame, MessageId title)
 ControlCaption::ControlCaption(QAbstractButton* button, MessageId text)
     : ControlCaption(button, text, &SetText<QAbstractButton>) {}
 
+ControlCaption::ControlCaption(QAbstractButton* button, MessageId text, Glyph icon)
+    : ControlCaption(button, text) {
+    icon_ = icon;
+}
+
 ControlCaption::ControlCaption(QLabel* label, MessageId text, MessageArgs args)
     : ControlCaption(label, text, &SetText<QLabel>) {
     args_ = std::move(args);
@@ -78,6 +84,7 @@ ControlCaption ControlCaption::WhatGoes(QAbstractButton* button, MessageId text)
 void ControlCaption::Set() const {
     const QString text = Caption(text_, args_);
     set_(control_, text);
+    if (icon_) SetIcon(static_cast<QAbstractButton*>(control_), *icon_);
     if (field_ == nullptr) return;
     static_cast<QLabel*>(control_)->setBuddy(field_);
     // Screen readers are told the label of a field by Qt, but not that of a list.
@@ -110,13 +117,48 @@ QHBoxLayout* FootRow(std::initializer_list<QWidget*> left, std::initializer_list
     return row;
 }
 
-QHBoxLayout* FootRow(QDialog* form, const FootButtons& buttons) {
-    ConnectHelp(form, buttons.help, buttons.page);
+namespace {
+
+bool OkStandsFirst(const QWidget* form) {
+    const int order = form->style()->styleHint(QStyle::SH_DialogButtonLayout, nullptr, form);
+    return order == QDialogButtonBox::WinLayout || order == QDialogButtonBox::KdeLayout;
+}
+
+// "OK" and "Cancel" have icons on the desktops where they have them everywhere.
+void TakeAnswerIcons(const QWidget* form, std::initializer_list<QPushButton*> answers) {
+    if (form->style()->styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons, nullptr, form) == 0) return;
+    for (QPushButton* answer : answers)
+        if (answer->icon().isNull()) SetIcon(answer, answer->isDefault() ? Glyph::Accept : Glyph::GiveUp);
+}
+
+} // namespace
+
+QHBoxLayout* FootRow(QDialog* form, HelpMark page, std::initializer_list<QWidget*> left,
+                     std::initializer_list<QPushButton*> answers) {
+    ConnectHelpKey(form, page);
     KeepOnScreen(form);
-    if (buttons.ok == nullptr) return FootRow({buttons.help}, {buttons.cancel});
-    buttons.ok->setDefault(true);
-    SetMainAction(buttons.ok);
-    return FootRow({buttons.help}, {buttons.ok, buttons.cancel});
+    if (answers.size() > 1) {
+        (*answers.begin())->setDefault(true);
+        SetMainAction(*answers.begin());
+    }
+    TakeAnswerIcons(form, answers);
+    QHBoxLayout* const row = Line(left);
+    const int place =
+        OkStandsFirst(form) ? -1 : row->count(); // of the next: behind the others or before them
+    QPushButton* former = nullptr;
+    for (QPushButton* answer : answers) {
+        row->insertWidget(place, answer);
+        if (former != nullptr && place >= 0) QWidget::setTabOrder(answer, former);
+        former = answer;
+    }
+    return row;
+}
+
+QHBoxLayout* FootRow(QDialog* form, const FootButtons& buttons) {
+    SetIcon(buttons.help, Glyph::Help);
+    ConnectHelp(buttons.help, form, buttons.page);
+    if (buttons.ok == nullptr) return FootRow(form, buttons.page, {buttons.help}, {buttons.cancel});
+    return FootRow(form, buttons.page, {buttons.help}, {buttons.ok, buttons.cancel});
 }
 
 QLabel* Explain(QLabel* label, const QAbstractButton* option) {

@@ -4,10 +4,12 @@
 
 #include <QBoxLayout>
 #include <initializer_list>
+#include <optional>
 
 #include "foundation/messages.h"
 #include "foundation/user.h"
 #include "ui/help.h"
+#include "ui/icons.h"
 
 class QAbstractButton;
 class QDialog;
@@ -24,13 +26,14 @@ namespace kelvash::ui {
 
 class FormsUser;
 
-// A line of a form's captions: a control, and the message that it shows.
+// A line of a form's captions: a control, the message that it shows, and a button's icon.
 class ControlCaption {
   public:
     ControlCaption(QDialog* form, MessageId title);
     ControlCaption(QMainWindow* form, MessageId title);
     ControlCaption(QGroupBox* frame, MessageId title);
     ControlCaption(QAbstractButton* button, MessageId text);
+    ControlCaption(QAbstractButton* button, MessageId text, Glyph icon);
     ControlCaption(QLabel* label, MessageId text, MessageArgs args);
     // The label of a field or a list: its letter leads there, and a screen reader says it there.
     ControlCaption(QLabel* label, MessageId text, QWidget* field = nullptr);
@@ -52,6 +55,7 @@ class ControlCaption {
     MessageId text_;
     MessageArgs args_;
     QWidget* field_ = nullptr;
+    std::optional<Glyph> icon_; // of a button alone
     Setter set_;
 };
 
@@ -65,14 +69,19 @@ QHBoxLayout* Line(std::initializer_list<QWidget*> controls);
 // The row at the foot of a form: some controls at the left, others at the right.
 QHBoxLayout* FootRow(std::initializer_list<QWidget*> left, std::initializer_list<QWidget*> right);
 
+// The usual one. At the right what ends the form, in the platform's order; of several the first is what Enter
+// means and what the form is there for. F1 opens the page. The form stays within its screen.
+QHBoxLayout* FootRow(QDialog* form, HelpMark page, std::initializer_list<QWidget*> left,
+                     std::initializer_list<QPushButton*> answers);
+
 struct FootButtons {
     QPushButton* help;
     HelpMark page;
     QPushButton* ok; // null in a form that only closes
     QPushButton* cancel;
 };
-// The usual one: "Help" at the left, "OK" and "Cancel" at the right. Help and F1 open the page, Enter means
-// OK; what OK and Cancel do is the form's own. The form stays within its screen.
+// The same with "Help" at the left, which opens the page too, "OK" and "Cancel" at the right. What OK and
+// Cancel do is the form's own.
 QHBoxLayout* FootRow(QDialog* form, const FootButtons& buttons);
 
 // Has a label explain a part of a form, or in one line an option, which it is to stand below.

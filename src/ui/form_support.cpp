@@ -1,6 +1,8 @@
 #include "ui/form_support.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemModel>
+#include <QComboBox>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -56,6 +58,23 @@ QString MarkUnless(bool dead, Letters& letters, const QString& text) {
     return dead ? WithoutLetter(text) : letters.Mark(WithoutLetter(text));
 }
 
+constexpr QChar kMayWrap(0x200B); // takes no room
+
+// A word that is longer than any line should count on goes on behind a folder, or wherever it has to.
+QString WithWraps(const QString& word) {
+    constexpr int kLongest = 40; // letters
+    if (word.size() <= kLongest) return word;
+    QString wrapped;
+    int since = 0;
+    for (const QChar letter : word) {
+        wrapped += letter;
+        if (letter != QLatin1Char('\\') && ++since < kLongest) continue;
+        wrapped += kMayWrap;
+        since = 0;
+    }
+    return wrapped;
+}
+
 // Properties of controls and actions.
 constexpr const char* kNotYet = "kelvash_not_yet";
 constexpr const char* kLettersLast = "kelvash_letters_last";
@@ -100,6 +119,22 @@ QString ShownText(const std::string& text) {
     return FromUtf8(CleanText(text)).replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
 }
 
+QString WrappedText(const std::string& text) {
+    QString wrapped, word;
+    for (const QChar letter : ShownText(text) + QLatin1Char(' ')) {
+        word += letter;
+        if (!letter.isSpace()) continue;
+        wrapped += WithWraps(word);
+        word.clear();
+    }
+    wrapped.chop(1);
+    return wrapped;
+}
+
+QString WithoutWraps(QString text) {
+    return text.remove(kMayWrap);
+}
+
 QString ShownLine(const std::string& text) {
     return FromUtf8(CleanLine(text));
 }
@@ -113,6 +148,19 @@ QString ToolTipText(const QString& text) {
     if (!Qt::mightBeRichText(text) && (text.size() <= kWide || !text.contains(QLatin1Char(' ')))) return text;
     return QStringLiteral("<span>%1</span>")
         .arg(text.toHtmlEscaped().replace(QLatin1Char('\n'), QLatin1String("<br>")));
+}
+
+void TakeLongItems(QComboBox* combo) {
+    constexpr int kLeast = 12; // letters
+    combo->setMinimumContentsLength(kLeast);
+    combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    QObject::connect(combo, &QComboBox::currentTextChanged, combo,
+                     [combo](const QString& text) { combo->setToolTip(ToolTipText(text)); });
+    QObject::connect(combo->model(), &QAbstractItemModel::rowsInserted, combo,
+                     [combo](const QModelIndex&, int first, int last) {
+                         for (int i = first; i <= last; ++i)
+                             combo->setItemData(i, ToolTipText(combo->itemText(i)), Qt::ToolTipRole);
+                     });
 }
 
 QString WithoutLetter(const QString& caption) {

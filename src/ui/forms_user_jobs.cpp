@@ -139,7 +139,7 @@ void FormsUser::Show(Progress& progress) {
 
 void FormsUser::SetLabel(BarPlace place, const std::string& text) {
     if (Progress* const progress = Find(place)) {
-        SayOrHide(progress->label, ShownText(text));
+        SayOrHide(progress->label, WrappedText(text));
         Show(*progress);
     }
     if (const Display* const display = FindDisplay(place)) display->label->setText(ShownText(text));

@@ -19,15 +19,22 @@ void ShowHelp(QWidget* parent, HelpMark mark) {
         ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kHelpMissing, {path}));
         return;
     }
+    if (auto* const open = qobject_cast<Dialog_Testo*>(parent); open != nullptr && open->Shows(*text)) {
+        open->GoToMark(static_cast<int>(mark));
+        return;
+    }
     Dialog_Testo form(parent);
     form.ImpostaValori(LoadMessage(msg::kHelpCaption), *text, static_cast<int>(mark));
     form.exec();
 }
 
-void ConnectHelp(QWidget* form, QPushButton* button, HelpMark mark) {
-    const auto show = [form, mark] { ShowHelp(form, mark); };
-    QObject::connect(button, &QPushButton::clicked, form, show);
-    QObject::connect(new QShortcut(QKeySequence(kHelpKey), form), &QShortcut::activated, form, show);
+void ConnectHelp(QPushButton* button, QWidget* form, HelpMark mark) {
+    QObject::connect(button, &QPushButton::clicked, form, [form, mark] { ShowHelp(form, mark); });
+}
+
+void ConnectHelpKey(QWidget* form, HelpMark mark) {
+    QObject::connect(new QShortcut(QKeySequence(kHelpKey), form), &QShortcut::activated, form,
+                     [form, mark] { ShowHelp(form, mark); });
 }
 
 } // namespace kelvash::ui

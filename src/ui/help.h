@@ -26,15 +26,20 @@ enum class HelpMark {
     AddLevel = 14,
     Author = 15,
     ArchivePreferences = 16,
-    Maintenance = 17
+    Maintenance = 17,
+    SmallWindows = 40,
+    ReadingHelp = 41
 };
 
 inline constexpr Qt::Key kHelpKey = Qt::Key_F1;
 
-// Shows the help at a mark, above a window; tells when the file is missing.
+// Shows the help at a mark, above a window, or in it if that shows the help already; tells when the file is
+// missing.
 void ShowHelp(QWidget* parent, HelpMark mark);
 
-// Makes a button, and the key anywhere in its form, show the help at a mark.
-void ConnectHelp(QWidget* form, QPushButton* button, HelpMark mark);
+// Makes a button show the help at a mark, above its form.
+void ConnectHelp(QPushButton* button, QWidget* form, HelpMark mark);
+// Makes the key do so, anywhere in a form.
+void ConnectHelpKey(QWidget* form, HelpMark mark);
 
 } // namespace kelvash::ui

@@ -1,5 +1,6 @@
 #include "ui/icons.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QIconEngine>
 #include <QImage>
@@ -9,6 +10,8 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+
+#include "ui/look_style.h"
 
 // They lie in a library, whose parts the linker leaves out unless somebody asks for them.
 static bool TakeIcons() {
@@ -27,6 +30,8 @@ constexpr std::array kFiles = {
 };
 
 constexpr int kSmallSide = 48; // pixels of the smaller drawings; the larger ones have four times as many
+
+constexpr const char* kGlyphMark = "kelvash_glyph"; // property of a button
 
 // The drawing that is no smaller than a side, if there is one.
 QString FileOf(Glyph glyph, int side) {
@@ -96,8 +101,25 @@ QIcon IconOf(Glyph glyph, Role role) {
     return QIcon(new GlyphEngine(glyph, role));
 }
 
+void SetIcon(QAbstractButton* button, Glyph glyph) {
+    button->setProperty(kGlyphMark, static_cast<int>(glyph));
+    RenewIcon(button);
+}
+
+void RenewIcon(QAbstractButton* button) {
+    const QVariant mark = button->property(kGlyphMark);
+    if (!mark.isValid()) return;
+    const auto glyph = static_cast<Glyph>(mark.toInt());
+    if (button->property(kMainActionMark).toBool())
+        button->setIcon(IconOf(glyph, Role::OnAccent));
+    else if (button->property(kDestructiveMark).toBool())
+        button->setIcon(IconOf(glyph, Role::Danger));
+    else
+        button->setIcon(IconOf(glyph));
+}
+
 void DrawGlyph(QPainter& painter, const QRect& place, Glyph glyph, const QColor& colour) {
-    const qreal ratio = painter.device()->devicePixelRatio();
+    const qreal ratio = painter.device()->devicePixelRatioF();
     QPixmap pixmap = Drawn(glyph, (QSizeF(place.size()) * ratio).toSize(), colour);
     pixmap.setDevicePixelRatio(ratio);
     painter.drawPixmap(place.topLeft(), pixmap);

@@ -6,6 +6,7 @@
 
 #include "ui/look.h"
 
+class QAbstractButton;
 class QPainter;
 
 namespace kelvash::ui {
@@ -21,6 +22,11 @@ enum class Glyph {
 QIcon IconOf(Glyph glyph);
 // The same in the colour of a role.
 QIcon IconOf(Glyph glyph, Role role);
+
+// Gives a button its icon, in the colour of its text: of a main action's and of a destructive one's too.
+void SetIcon(QAbstractButton* button, Glyph glyph);
+// To be called when what its button is for has changed.
+void RenewIcon(QAbstractButton* button);
 
 void DrawGlyph(QPainter& painter, const QRect& place, Glyph glyph, const QColor& colour);
 

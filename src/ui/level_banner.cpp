@@ -34,6 +34,8 @@ void LevelBanner::ShowLevel(const QString& name, const QString& author, const QS
     author_ = author;
     path_ = native_path;
     ++reading_;
+    reads_ = false;
+    setToolTip(ToolTipText(author_.isEmpty() ? name_ : name_ + QLatin1Char('\n') + author_));
     setAccessibleName(name_);
     setAccessibleDescription(author_);
     update();
@@ -54,17 +56,21 @@ void LevelBanner::ReadLater() {
 void LevelBanner::Load() {
     pending_ = false;
     if (path_.isEmpty()) return;
-    const auto take = [this, reading = ++reading_](const QImage& picture) {
+    reads_ = true;
+    const QSize pixels = (QSizeF(size()) * devicePixelRatioF()).toSize();
+    const auto take = [this, shown = size(), reading = ++reading_](const QImage& picture) {
         if (reading != reading_) return;
+        reads_ = false;
         picture_ = QPixmap::fromImage(picture);
         update();
+        if (shown != size()) ReadLater();
     };
-    ReadCoverBeside(this, path_, size() * devicePixelRatio(), nullptr, take);
+    ReadCoverBeside(this, path_, pixels, nullptr, take);
 }
 
 void LevelBanner::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    ReadLater();
+    if (!reads_) ReadLater(); // else it is done behind that reading
 }
 
 void LevelBanner::paintEvent(QPaintEvent*) {

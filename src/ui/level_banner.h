@@ -22,6 +22,8 @@ class LevelBanner final : public QWidget {
     void SetSign(std::optional<Glyph> sign);
     QString Name() const { return name_; }
     std::optional<Glyph> Sign() const { return sign_; }
+    // In pixels of the screen; that of the last time until it has been read for another one.
+    QSize PictureSize() const { return picture_.size(); }
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -38,7 +40,8 @@ class LevelBanner final : public QWidget {
     QPixmap picture_;
     std::optional<Glyph> sign_;
     bool pending_ = false;
-    int reading_ = 0; // number of the last reading: what an earlier one brings isn't wanted any more
+    bool reads_ = false; // for a size of a moment ago perhaps
+    int reading_ = 0;    // number of the last reading: what an earlier one brings isn't wanted any more
 };
 
 } // namespace kelvash::ui

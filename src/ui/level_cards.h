@@ -13,6 +13,7 @@
 
 #include "program/level_facts.h"
 #include "ui/cover_cache.h"
+#include "ui/look.h"
 
 namespace kelvash::ui {
 
@@ -45,7 +46,7 @@ class LevelCards final : public QObject {
     void LoadNext();
     void Insert(std::int32_t code, const program::LevelFacts& facts, const QImage& picture);
 
-    QSize size_{80, 60};
+    QSize size_ = picture::kRow;
     QCache<std::int32_t, LevelCard> ready_;
     std::deque<std::int32_t> wanted_;
     std::shared_ptr<CoverCache> covers_;

@@ -118,7 +118,7 @@ LevelDelegate::LevelDelegate(const LevelModel& levels, QObject* parent)
     : QStyledItemDelegate(parent), levels_(levels) {}
 
 QSize LevelDelegate::PictureSize(LibraryView view) {
-    return view == LibraryView::List ? QSize(80, 60) : QSize(180, 135);
+    return view == LibraryView::List ? picture::kRow : picture::kTile;
 }
 
 void LevelDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,

@@ -12,6 +12,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "ui/icons.h"
 #include "ui/look_style.h"
 
 namespace kelvash::ui {
@@ -214,6 +215,7 @@ void SetExplaining(QLabel* label) {
 
 void SetMainAction(QAbstractButton* button) {
     button->setProperty(kMainActionMark, true);
+    RenewIcon(button);
     QFont font = button->font();
     font.setWeight(QFont::DemiBold);
     button->setFont(font);
@@ -221,12 +223,9 @@ void SetMainAction(QAbstractButton* button) {
     if (DesktopHasItsLook()) FollowPalette(button, &ColoursOfMainAction);
 }
 
-Role MainActionText() {
-    return Role::OnAccent;
-}
-
 void SetDestructive(QAbstractButton* button) {
     button->setProperty(kDestructiveMark, true);
+    RenewIcon(button);
     if (DesktopHasItsLook()) FollowPalette(button, &ColoursOfDestructive);
 }
 
@@ -250,7 +249,7 @@ void DrawCover(QPainter& painter, const QRect& place, const QPixmap& picture) {
     QPainterPath shape;
     shape.addRoundedRect(place, kCornerRadius, kCornerRadius);
     painter.save();
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter.setRenderHint(QPainter::Antialiasing); // of the corners; the picture has its size already
     painter.setClipPath(shape);
     painter.drawPixmap(QRectF(place), picture, source);
     painter.restore();

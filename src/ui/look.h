@@ -9,13 +9,13 @@
 #include <QColor>
 #include <QFont>
 #include <QPalette>
+#include <QSize>
 
 class QAbstractButton;
 class QLabel;
 class QPainter;
 class QPixmap;
 class QRect;
-class QSize;
 class QWidget;
 
 namespace kelvash::ui {
@@ -28,6 +28,13 @@ inline constexpr int kNear = 12;
 inline constexpr int kApart = 16;
 inline constexpr int kWide = 24;
 } // namespace space
+
+// Room of pictures: in a row of the list, in a tile, and by itself, which is more where the window has more.
+namespace picture {
+inline constexpr QSize kRow{80, 60};
+inline constexpr QSize kTile{180, 135};
+inline constexpr QSize kAlone{320, 240};
+} // namespace picture
 
 inline constexpr int kCornerRadius = 6;
 
@@ -65,8 +72,6 @@ void SetType(QWidget* control, Type type);
 void SetExplaining(QLabel* label);
 // The action that a form is there for.
 void SetMainAction(QAbstractButton* button);
-// The role of its text and icon.
-Role MainActionText();
 // An action by which something goes.
 void SetDestructive(QAbstractButton* button);
 
@@ -77,7 +82,9 @@ void FollowPalette(QWidget* control, ColoursOf colours);
 // --- painting ---
 
 void FillRounded(QPainter& painter, const QRect& place, const QBrush& ground);
-// A picture that fills a place with round corners, cut off at the sides that it has too much of.
+// A picture that fills a place with round corners, cut off at the sides that it has too much of. Scaling it
+// well takes longer than a frame may: that is done where it is read, and one of another size stands in until
+// then.
 void DrawCover(QPainter& painter, const QRect& place, const QPixmap& picture);
 // What words on a picture need: a shade over its lower part, and their colour. Without a picture, the ground.
 void DrawShade(QPainter& painter, const QRect& picture);

@@ -8,7 +8,7 @@
 
 namespace kelvash::ui {
 
-// Nothing for an entry that words alone tell.
+// Nothing for the menus of the bar, which words alone tell.
 std::optional<Glyph> GlyphOf(MenuEntry entry);
 
 } // namespace kelvash::ui

@@ -40,10 +40,11 @@ MessageBox::MessageBox(Icon icon, const QString& title, StandardButtons buttons,
     connect(copy, &QAction::triggered, this, &MessageBox::CopyText);
     addAction(copy);
     setContextMenuPolicy(Qt::ActionsContextMenu);
+    connect(QGuiApplication::clipboard(), &QClipboard::changed, this, &MessageBox::CleanClipboard);
 }
 
 void MessageBox::Say(const std::string& text) {
-    const QString whole = ShownText(text);
+    const QString whole = WrappedText(text);
     const qsizetype end = whole.indexOf(QLatin1Char('\n'));
     const bool headed = end > 0 && end <= kLongestHeadline && !whole.mid(end).trimmed().isEmpty();
     setText(headed ? whole.left(end) : whole);
@@ -82,17 +83,26 @@ QList<QLabel*> MessageBox::Texts() const {
     return texts;
 }
 
+QString MessageBox::WholeText() const {
+    QStringList all;
+    for (const QLabel* label : Texts())
+        all << label->text();
+    return all.join(QLatin1Char('\n'));
+}
+
 // What is selected, else all.
 void MessageBox::CopyText() const {
-    QStringList all;
-    for (const QLabel* label : Texts()) {
-        if (label->hasSelectedText()) {
-            QGuiApplication::clipboard()->setText(label->selectedText());
-            return;
-        }
-        all << label->text();
-    }
-    QGuiApplication::clipboard()->setText(all.join(QLatin1Char('\n')));
+    QString text = WholeText();
+    for (const QLabel* label : Texts())
+        if (label->hasSelectedText()) text = label->selectedText();
+    QGuiApplication::clipboard()->setText(text);
+}
+
+// However a part of the text has got there.
+void MessageBox::CleanClipboard(QClipboard::Mode mode) const {
+    QClipboard* const clipboard = QGuiApplication::clipboard();
+    const QString text = clipboard->text(mode), clean = WithoutWraps(text);
+    if (clean != text && WholeText().contains(text)) clipboard->setText(clean, mode);
 }
 
 // What a picture at the side is higher than the text stays below it.

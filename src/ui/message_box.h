@@ -5,6 +5,7 @@
 // the answers are always within reach.
 #pragma once
 
+#include <QClipboard>
 #include <QMessageBox>
 #include <string>
 
@@ -29,9 +30,11 @@ class MessageBox final : public QMessageBox {
 
   private:
     QList<QLabel*> Texts() const;
+    QString WholeText() const;
     void KeepTextsTogether();
     void FitIntoScreen();
     void CopyText() const;
+    void CleanClipboard(QClipboard::Mode mode) const;
 
     bool closable_ = true;
     bool scrolls_ = false;

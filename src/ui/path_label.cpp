@@ -1,7 +1,9 @@
 #include "ui/path_label.h"
 
+#include <QHelpEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QToolTip>
 
 #include "ui/form_support.h"
 #include "ui/look.h"
@@ -48,10 +50,20 @@ QSize ElidedLabel::minimumSizeHint() const {
 void ElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     drawFrame(&painter);
-    const QRect room = contentsRect().adjusted(margin(), margin(), -margin(), -margin());
-    const QString shown = fontMetrics().elidedText(text(), left_out_, room.width());
-    style()->drawItemText(&painter, room, Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
+    const QString shown = fontMetrics().elidedText(text(), left_out_, Room().width());
+    style()->drawItemText(&painter, Room(), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), shown,
                           foregroundRole());
+}
+
+QRect ElidedLabel::Room() const {
+    return contentsRect().adjusted(margin(), margin(), -margin(), -margin());
+}
+
+bool ElidedLabel::event(QEvent* event) {
+    const bool has_all = fontMetrics().horizontalAdvance(text()) <= Room().width();
+    if (event->type() != QEvent::ToolTip || !toolTip().isEmpty() || has_all) return QLabel::event(event);
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), ToolTipText(text()), this);
+    return true;
 }
 
 } // namespace kelvash::ui

@@ -1,4 +1,4 @@
-// Lines of which is left out what doesn't fit; the tool tip has all of them. However long the text, they
+// Lines of which is left out what doesn't fit; then the tool tip has all of them. However long the text, they
 // leave the room of the window as it is.
 #pragma once
 
@@ -18,8 +18,10 @@ class ElidedLabel : public QLabel {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
 
   private:
+    QRect Room() const;
     Qt::TextElideMode left_out_;
 };
 

@@ -39,8 +39,9 @@ QByteArray WholeBitmap(const QByteArray& bytes) {
     return plain ? QByteArray::fromStdString(*plain) : QByteArray();
 }
 
-// `prepare` sees the reader before it reads.
-QImage Decode(const QByteArray& bytes, const std::function<void(QImageReader&)>& prepare) {
+// A picture that is to be scaled to a size. JPEG is decoded at a fraction of its own; twice what is wanted
+// leaves the scaling smooth.
+QImage DecodeNear(const QByteArray& bytes, const QSize& size, Qt::AspectRatioMode mode) {
     const char* const format = FormatOf(bytes);
     if (format == nullptr) return {};
     QBuffer buffer;
@@ -48,7 +49,9 @@ QImage Decode(const QByteArray& bytes, const std::function<void(QImageReader&)>&
     QImageReader reader(&buffer, format);
     reader.setAutoDetectImageFormat(false);
     reader.setAutoTransform(true);
-    prepare(reader);
+    const QSize whole = reader.size();
+    const QSize twice = whole.scaled(2 * size, mode).expandedTo({1, 1});
+    if (whole.isValid() && whole.width() > twice.width()) reader.setScaledSize(twice);
     return reader.read();
 }
 
@@ -76,26 +79,25 @@ void Beside(QObject* receiver, const std::function<QImage()>& decode, const Take
 
 } // namespace
 
-QImage DecodePicture(const QByteArray& bytes) {
-    return Decode(bytes, [](QImageReader&) {});
+QImage DecodeWhole(const QByteArray& bytes, const QSize& size) {
+    const QImage picture = DecodeNear(bytes, size, Qt::KeepAspectRatio);
+    if (picture.isNull()) return {};
+    const QSize fitting = picture.size().scaled(size, Qt::KeepAspectRatio).expandedTo({1, 1});
+    return picture.scaled(fitting, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 QImage DecodeCover(const QByteArray& bytes, const QSize& size) {
-    // JPEG is decoded at a fraction of its size; twice what is wanted leaves the scaling smooth.
-    const QImage picture = Decode(bytes, [&size](QImageReader& reader) {
-        const QSize whole = reader.size();
-        const QSize twice = whole.scaled(2 * size, Qt::KeepAspectRatioByExpanding);
-        if (whole.isValid() && whole.width() > twice.width()) reader.setScaledSize(twice);
-    });
+    const QImage picture = DecodeNear(bytes, size, Qt::KeepAspectRatioByExpanding);
     if (picture.isNull()) return {};
     // Cut first: a picture of one row, made as high as a cover, would be millions of pixels wide.
     return picture.copy(MiddleOf(picture.size(), size))
         .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
-void ReadPictureBeside(QObject* receiver, const QString& native_path, const TakePicture& take) {
+void ReadWholeBeside(QObject* receiver, const QString& native_path, const QSize& size,
+                     const TakePicture& take) {
     Beside(
-        receiver, [bytes = BytesOf(native_path)] { return DecodePicture(bytes); }, take);
+        receiver, [bytes = BytesOf(native_path), size] { return DecodeWhole(bytes, size); }, take);
 }
 
 void ReadCoverBeside(QObject* receiver, const QString& native_path, const QSize& size,

@@ -1,6 +1,6 @@
 // Reading of the levels' pictures: JPEG, bitmaps, PNG. Captures come as .jpg whatever they are: their
-// contents tell what they are. One that is cut short or claims more than memory has is none. Decoding takes
-// longer than a frame may: it is done beside the interface.
+// contents tell what they are. One that is cut short or claims more than memory has is none. Decoding and
+// scaling take longer than a frame may: they are done beside the interface.
 #pragma once
 
 #include <QByteArray>
@@ -16,8 +16,8 @@ namespace kelvash::ui {
 
 class CoverCache;
 
-// The whole picture; null for bytes that are none.
-QImage DecodePicture(const QByteArray& bytes);
+// All of it, as large as fits into a size; null for bytes that are none.
+QImage DecodeWhole(const QByteArray& bytes, const QSize& size);
 // Its middle in that size, which is no more than is shown; null for bytes that are none.
 QImage DecodeCover(const QByteArray& bytes, const QSize& size);
 
@@ -26,7 +26,8 @@ QImage DecodeCover(const QByteArray& bytes, const QSize& size);
 using TakePicture = std::function<void(const QImage& picture)>;
 
 // The file is read at once, and stays closed from then on: whatever begins next may move or delete it.
-void ReadPictureBeside(QObject* receiver, const QString& native_path, const TakePicture& take);
+void ReadWholeBeside(QObject* receiver, const QString& native_path, const QSize& size,
+                     const TakePicture& take);
 // A cover; with a cache one that is kept from an earlier time, if it is still the file's.
 void ReadCoverBeside(QObject* receiver, const QString& native_path, const QSize& size,
                      const std::shared_ptr<CoverCache>& cache, const TakePicture& take);

@@ -20,25 +20,44 @@ void PictureView::ShowFile(const QString& native_path, const QString& text) {
     path_ = native_path;
     text_ = text;
     ++reading_;
-    picture_ = scaled_ = {};
+    picture_ = {};
+    reads_ = false;
     setAccessibleName(path_.isEmpty() ? text_ : QFileInfo(path_).fileName());
     update();
+    ReadLater();
+}
+
+QSize PictureView::Pixels() const {
+    return (QSizeF(size()) * devicePixelRatioF()).toSize();
+}
+
+void PictureView::ReadLater() {
     if (path_.isEmpty() || pending_) return;
     pending_ = true;
     AfterPainting(this, [this] { Load(); });
 }
 
+// While the window is drawn larger one reading follows the other, not all of them at once.
+void PictureView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (!reads_) ReadLater();
+}
+
 void PictureView::Load() {
     pending_ = false;
     if (path_.isEmpty()) return;
-    ReadPictureBeside(this, path_, [this, reading = reading_](const QImage& picture) {
-        if (reading == reading_) Take(picture);
+    reads_ = true;
+    const QSize pixels = Pixels();
+    ReadWholeBeside(this, path_, pixels, [this, pixels, reading = ++reading_](const QImage& picture) {
+        if (reading != reading_) return;
+        reads_ = false;
+        Take(picture);
+        if (pixels != Pixels()) ReadLater();
     });
 }
 
 void PictureView::Take(const QImage& picture) {
     picture_ = QPixmap::fromImage(picture);
-    scaled_ = {};
     if (picture_.isNull())
         text_ = Caption(msg::kMainBadImage) + QLatin1Char('\n') + QFileInfo(path_).fileName();
     update();
@@ -53,14 +72,14 @@ void PictureView::paintEvent(QPaintEvent*) {
         DrawPicture(painter);
 }
 
-// Scaling takes longer than all else here: only another size has it done anew.
-void PictureView::DrawPicture(QPainter& painter) {
-    QRect place(QPoint(), picture_.size().scaled(size(), Qt::KeepAspectRatio).expandedTo({1, 1}));
-    place.moveCenter(rect().center());
-    const QSize pixels = place.size() * devicePixelRatio();
-    if (scaled_.size() != pixels)
-        scaled_ = picture_.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    painter.drawPixmap(place, scaled_);
+// Until it has been read for another size it is drawn as coarse as it comes out.
+void PictureView::DrawPicture(QPainter& painter) const {
+    QSizeF shown = QSizeF(picture_.size()) / devicePixelRatioF();
+    if (picture_.size().scaled(Pixels(), Qt::KeepAspectRatio) != picture_.size())
+        shown.scale(QSizeF(size()), Qt::KeepAspectRatio);
+    QRectF place(QPointF(), shown);
+    place.moveCenter(QRectF(rect()).center());
+    painter.drawPixmap(place.toRect(), picture_);
 }
 
 // A drawing above the text, both in the middle.

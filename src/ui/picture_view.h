@@ -4,6 +4,8 @@
 #include <QPixmap>
 #include <QWidget>
 
+#include "ui/look.h"
+
 namespace kelvash::ui {
 
 class PictureView final : public QWidget {
@@ -17,22 +19,27 @@ class PictureView final : public QWidget {
     void ShowFile(const QString& native_path, const QString& text);
     QString Path() const { return path_; }
     bool HasPicture() const { return !picture_.isNull(); }
+    // In pixels of the screen; that of the last time until it has been read for another one.
+    QSize PictureSize() const { return picture_.size(); }
     QString Text() const { return text_; }
-    QSize sizeHint() const override { return {320, 240}; }
+    QSize sizeHint() const override { return picture::kAlone; }
 
   private:
     void paintEvent(QPaintEvent* event) override;
-    void DrawPicture(QPainter& painter);
+    void resizeEvent(QResizeEvent* event) override;
+    void DrawPicture(QPainter& painter) const;
     void DrawEmpty(QPainter& painter) const;
+    QSize Pixels() const;
+    void ReadLater();
     void Load();
     void Take(const QImage& picture);
 
     QString path_;
     QString text_;
-    QPixmap picture_;
-    QPixmap scaled_; // to the size that it is shown at, while that stays
+    QPixmap picture_; // as large as it is shown
     bool pending_ = false;
-    int reading_ = 0; // number of the last reading: what an earlier one brings isn't wanted any more
+    bool reads_ = false; // for a size of a moment ago perhaps
+    int reading_ = 0;    // number of the last reading: what an earlier one brings isn't wanted any more
 };
 
 } // namespace kelvash::ui

@@ -11,6 +11,8 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "ui/form_support.h"
+
 namespace kelvash::test {
 
 namespace {
@@ -30,7 +32,7 @@ std::string Describe(const QWidget* window) {
     if (const auto* const box = qobject_cast<const QMessageBox*>(window))
         for (const QString& part : {box->text(), box->informativeText()})
             if (!part.isEmpty()) text += QLatin1Char('\n') + part;
-    return text.toStdString();
+    return ui::WithoutWraps(text).toStdString();
 }
 
 QAbstractButton* FindButton(QWidget* window, const std::string& button) {

@@ -6,23 +6,44 @@
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QApplication>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHelpEvent>
 #include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
 #include <QScreen>
 #include <QScrollArea>
 #include <QSizeGrip>
 #include <QSplitter>
+#include <QStyleOptionComboBox>
+#include <QStyleOptionGroupBox>
+#include <QToolButton>
+#include <QToolTip>
+#include <algorithm>
 
+#include "core/level_draft.h"
+#include "core/profile.h"
+#include "foundation/drives.h"
 #include "program/message_tables.h"
 #include "ui/field_note.h"
 #include "ui/forms_home.h"
 #include "ui/look.h"
+#include "ui/path_label.h"
 
 namespace kelvash::test {
 namespace {
 
 using testing::IsEmpty;
 
+namespace space = ui::space;
+
 constexpr QSize kLargest{1280, 720}; // of a form at 100 %
+
+// What levels and folders may be called.
+const std::string kLongName = "The Wonderful Adventures Below the Waterworks of West Wycombe, Part MMXXVI";
+const std::string kLongWord(79, 'W');
+const std::string kLongPath = "C:\\" + kLongWord + "\\" + kLongWord + "\\" + kLongWord;
 
 class Fitting : public FormsHome {
   protected:
@@ -38,12 +59,70 @@ class Fitting : public FormsHome {
         return " is " + std::to_string(is.width()) + "x" + std::to_string(is.height()) + " and wants " +
                std::to_string(wants.width()) + "x" + std::to_string(wants.height());
     }
+    // What a control shows in one line, beside the room that it has for it.
+    static bool IsCut(const QWidget* widget, int room, const QString& line, QSize& wants) {
+        wants =
+            QSize(widget->width() - room + widget->fontMetrics().horizontalAdvance(line), widget->height());
+        return wants.width() > widget->width();
+    }
+    // The widest item; a control whose tool tip has all of the current one may leave out some of it.
+    static bool IsComboCut(const QComboBox* combo, QSize& wants) {
+        QStyleOptionComboBox option;
+        option.initFrom(combo);
+        const QRect field =
+            combo->style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, combo);
+        QString widest = combo->placeholderText();
+        bool told = combo->toolTip() == combo->currentText();
+        for (int i = 0; i < combo->count(); ++i) {
+            const QString item = combo->itemText(i);
+            told = told && combo->itemData(i, Qt::ToolTipRole).toString() == item;
+            if (combo->fontMetrics().horizontalAdvance(item) > combo->fontMetrics().horizontalAdvance(widest))
+                widest = item;
+        }
+        const int icon = combo->itemIcon(0).isNull() ? 0 : combo->iconSize().width() + space::kTight;
+        return !told && IsCut(combo, field.width() - icon, widest, wants);
+    }
+    static bool IsTitleCut(const QGroupBox* group, QSize& wants) {
+        QStyleOptionGroupBox option;
+        option.initFrom(group);
+        option.text = group->title();
+        option.subControls = QStyle::SC_GroupBoxFrame | QStyle::SC_GroupBoxLabel;
+        const QRect room =
+            group->style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxLabel, group);
+        return !group->title().isEmpty() &&
+               IsCut(group, std::min(room.width(), group->width() - room.left()), group->title(), wants);
+    }
+    // A list without a scroll bar below it.
+    static bool AreRowsCut(const QListWidget* list, QSize& wants) {
+        if (list->horizontalScrollBarPolicy() != Qt::ScrollBarAlwaysOff) return false;
+        for (int row = 0; row < list->count(); ++row)
+            if (list->item(row)->toolTip().isEmpty() &&
+                IsCut(list, list->viewport()->width(), list->item(row)->text(), wants))
+                return true;
+        return false;
+    }
+    // Between the icons of a field.
+    static int RoomOf(const QLineEdit* field) {
+        int room = field->contentsRect().width() - 2 * space::kTight;
+        for (const QWidget* icon : field->findChildren<QToolButton*>())
+            if (icon->isVisible()) room -= icon->width();
+        return room;
+    }
     // Those that show words.
     static bool IsCut(const QWidget* widget, QSize& wants) {
+        if (const auto* const combo = qobject_cast<const QComboBox*>(widget)) return IsComboCut(combo, wants);
+        if (const auto* const group = qobject_cast<const QGroupBox*>(widget)) return IsTitleCut(group, wants);
+        if (const auto* const list = qobject_cast<const QListWidget*>(widget)) return AreRowsCut(list, wants);
+        if (const auto* const field = qobject_cast<const QLineEdit*>(widget))
+            return IsCut(field, RoomOf(field), field->placeholderText(), wants);
+        // They leave out what doesn't fit, and tell all of it: see TellsWhatItLeavesOut.
+        if (qobject_cast<const ui::ElidedLabel*>(widget) != nullptr) return false;
         if (const auto* const label = qobject_cast<const QLabel*>(widget)) {
             if (label->text().isEmpty() || !label->toolTip().isEmpty()) return false;
-            wants = label->wordWrap() ? QSize(label->width(), label->heightForWidth(label->width()))
-                                      : label->sizeHint();
+            wants = label->sizeHint();
+            if (label->wordWrap()) // not narrower than its longest word
+                wants = {std::max(label->width(), label->minimumSizeHint().width()),
+                         label->heightForWidth(label->width())};
             return label->width() < wants.width() || label->height() < wants.height();
         }
         if (const auto* const button = qobject_cast<const QAbstractButton*>(widget)) {
@@ -83,6 +162,32 @@ class Fitting : public FormsHome {
             if (now.bottom() < before.top() && now.left() < before.right())
                 faults.push_back("from " + NameOf(form, order[i - 1]) + " back to " + NameOf(form, order[i]));
         }
+    }
+    static void LookAtSize(const QWidget& form, Faults& faults) {
+        const QSize least = form.minimumSizeHint();
+        if (least.width() > kLargest.width() || least.height() > kLargest.height())
+            faults.push_back(NameOf(form, &form) + Sizes(kLargest, least));
+    }
+    // For all that is opened from now on.
+    void TakeLongData() {
+        core::LevelRecord& level = *core::archive.Table.Edit(1);
+        level.Name = kLongName;
+        level.Note = kLongWord;
+        level.Author = kLongWord;
+        level.Emails = kLongWord + "@" + kLongWord + '\0' + "ann@a.org";
+        level.Sites = "https://" + kLongWord + "/" + kLongWord;
+        level.AuthorNote = kLongPath;
+        level.MoreInfoFile = kLongWord + ".txt";
+        const std::string files = core::PlaceOf(1).Folder + "\\FILES\\";
+        MakeFile(NativePath(files + kLongWord + ".txt"), "text");
+        MakeFile(NativePath(files + "data\\" + kLongWord + ".tr4"), "level");
+        std::filesystem::create_directories(NativePath(kLongPath));
+        core::profile.LastArchive = kLongPath + "\\" + kLongWord + ".kva";
+        core::profile.DownloadFolder = kLongPath;
+        core::RefreshLevelList();
+        core::SelectLevel(1);
+        form.AggiornaDatiLivello(false);
+        QApplication::processEvents();
     }
     static QRect PlaceOf(const QWidget& form, const QWidget* widget) {
         return {widget->mapTo(&form, QPoint()), widget->size()};
@@ -189,11 +294,90 @@ TEST_F(Fitting, ThePagesWithNothingToShowFitToo) {
 
 TEST_F(Fitting, NoFormIsLargerThanASmallScreen) {
     Faults faults;
-    ForEach([&](QWidget& open) {
-        const QSize least = open.minimumSizeHint();
-        if (least.width() > kLargest.width() || least.height() > kLargest.height())
-            faults.push_back(NameOf(open, &open) + Sizes(kLargest, least));
+    ForEach([&](QWidget& open) { LookAtSize(open, faults); });
+    EXPECT_THAT(faults, IsEmpty());
+}
+
+// Names and paths as long as they may be, in all forms.
+TEST_F(Fitting, LongDataFits) {
+    TakeLongData();
+    EXPECT_THAT(FaultsOfAllForms(), IsEmpty());
+    Faults faults;
+    for (const bool saves : {false, true}) {
+        (saves ? form.Pul_SaveGames : form.Pul_ScreenShots)->click();
+        QTest::qWait(50);
+        LookForCuts(form, faults);
+        LookForOverlaps(form, faults);
+    }
+    EXPECT_THAT(faults, IsEmpty());
+}
+
+TEST_F(Fitting, LongDataMakesNoFormLarger) {
+    TakeLongData();
+    Faults faults;
+    ForEach([&](QWidget& open) { LookAtSize(open, faults); });
+    EXPECT_THAT(faults, IsEmpty());
+}
+
+TEST_F(Fitting, ALineThatLeavesOutSomethingTellsAllOfIt) {
+    TakeLongData();
+    form.Say(ui::FromUtf8(kLongPath));
+    for (QLabel* label :
+         {static_cast<QLabel*>(form.Label_InfoLevel), static_cast<QLabel*>(form.Label_Info)}) {
+        QHelpEvent hover(QEvent::ToolTip, QPoint(1, 1), label->mapToGlobal(QPoint(1, 1)));
+        QApplication::sendEvent(label, &hover);
+        EXPECT_EQ(QToolTip::text().toStdString(), label->text().toStdString());
+        EXPECT_GT(label->text().size(), 70);
+        QToolTip::hideText();
+    }
+    EXPECT_NE(form.Image_Level->toolTip().toStdString().find(kLongName), std::string::npos);
+}
+
+TEST_F(Fitting, LongPathsInFormsThatAskFit) {
+    TakeLongData();
+    Faults faults;
+    const auto look = [&](QWidget& window) {
+        LookAtSize(window, faults); // shown, it would scroll
+        Show(window);
+        QApplication::processEvents();
+        LookForCuts(window, faults);
+        LookForOverlaps(window, faults);
+    };
+    ui::Dialog_TrovaTrle asked(nullptr);
+    asked.ImpostaValori({"", kLongPath});
+    look(asked);
+    EXPECT_EQ(asked.Label_Path->toolTip().toStdString(), kLongPath);
+    ui::Dialog_GetDir folder(nullptr);
+    folder.ImpostaValori(kLongPath, kLongPath);
+    look(folder);
+    ui::Dialog_InsertCd disc(nullptr);
+    disc.ImpostaValori({kLongPath, "Insert CD " + kLongPath, "E:"});
+    look(disc);
+    robot.Will("MessageBox", [&faults](QWidget* box) {
+        LookForCuts(*box, faults);
+        LookForOverlaps(*box, faults);
+        Press(box, "OK");
     });
+    forms.Message(MessageStyle::Exclamation,
+                  MessageText("No such folder: " + kLongPath + "\r\n" + kLongPath));
+    EXPECT_THAT(faults, IsEmpty());
+}
+
+TEST_F(Fitting, LongPathsInAJobsWindowsFit) {
+    Faults faults;
+    const auto look = [&](QWidget& window, QLabel* label) {
+        label->setText(ui::WrappedText("Copying " + kLongPath));
+        LookAtSize(window, faults);
+        Show(window);
+        QApplication::processEvents();
+        LookForCuts(window, faults);
+    };
+    ui::Dialog_Progress progress(nullptr);
+    look(progress, progress.Label_Info);
+    ui::Dialog_Zip zip(nullptr);
+    look(zip, zip.Label_Info);
+    ui::Dialog_Wait wait(nullptr);
+    look(wait, wait.Label_Mex);
     EXPECT_THAT(faults, IsEmpty());
 }
 
@@ -236,7 +420,7 @@ class LongCaptions : public Fitting {
         }
         Load(table);
         form.Set_Caption_Texts();
-        QApplication::processEvents();
+        QTest::qWait(50); // they ask for their room, and so on up
     }
     ~LongCaptions() override { Load(program::ExportedMessages()); }
     LongCaptions(const LongCaptions&) = delete;
@@ -251,6 +435,18 @@ class LongCaptions : public Fitting {
 TEST_F(LongCaptions, FitAsWell) {
     EXPECT_THAT(Plain(form.Pul_Play->text()), "Playn");
     EXPECT_THAT(FaultsOfAllForms(), IsEmpty());
+}
+
+TEST_F(LongCaptions, FitWithLongDataToo) {
+    TakeLongData();
+    EXPECT_THAT(FaultsOfAllForms(), IsEmpty());
+}
+
+TEST_F(LongCaptions, MakeNoFormLargerThanASmallScreen) {
+    TakeLongData();
+    Faults faults;
+    ForEach([&](QWidget& open) { LookAtSize(open, faults); });
+    EXPECT_THAT(faults, IsEmpty());
 }
 
 } // namespace

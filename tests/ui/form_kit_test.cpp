@@ -2,16 +2,22 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QDialog>
+#include <QDialogButtonBox>
 #include <QGroupBox>
 #include <QLabel>
 #include <QListWidget>
 #include <QProgressBar>
+#include <QProxyStyle>
 #include <QPushButton>
+#include <utility>
+#include <vector>
 
 #include "support/ui_home.h"
 #include "ui/Dialog_GetDir_messages.h"
 #include "ui/Dialog_Settings_messages.h"
+#include "ui/look.h"
 
 namespace kelvash::test {
 namespace {
@@ -64,6 +70,79 @@ TEST_F(FormKit, TheFootRowMakesOkTheDefault) {
     EXPECT_EQ(row->indexOf(help), 0);
     EXPECT_EQ(row->indexOf(ok), 2) << "behind the room in the middle";
     EXPECT_EQ(row->indexOf(cancel), 3);
+}
+
+// A desktop's way with the buttons at the foot of a dialog.
+class DesktopStyle final : public QProxyStyle {
+  public:
+    DesktopStyle(QDialogButtonBox::ButtonLayout order, bool icons)
+        : QProxyStyle(QStringLiteral("Fusion")), order_(order), icons_(icons) {}
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override {
+        if (hint == SH_DialogButtonLayout) return order_;
+        if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return icons_ ? 1 : 0;
+        return QProxyStyle::styleHint(hint, option, widget, data);
+    }
+
+  private:
+    QDialogButtonBox::ButtonLayout order_;
+    bool icons_;
+};
+
+TEST_F(FormKit, OkAndCancelStandInThePlatformsOrder) {
+    const std::vector<std::pair<QDialogButtonBox::ButtonLayout, bool>> platforms = {
+        {QDialogButtonBox::WinLayout, true},
+        {QDialogButtonBox::KdeLayout, true},
+        {QDialogButtonBox::GnomeLayout, false},
+        {QDialogButtonBox::MacLayout, false}};
+    for (const auto& [order, ok_first] : platforms) {
+        DesktopStyle style(order, false);
+        QDialog dialog;
+        dialog.setStyle(&style);
+        auto* const help = new QPushButton(&dialog);
+        auto* const ok = new QPushButton(&dialog);
+        auto* const cancel = new QPushButton(&dialog);
+        QHBoxLayout* const row = ui::FootRow(&dialog, {help, ui::HelpMark::Settings, ok, cancel});
+        dialog.setLayout(row);
+        EXPECT_EQ(row->indexOf(help), 0);
+        EXPECT_EQ(row->indexOf(ok), ok_first ? 2 : 3) << order;
+        EXPECT_EQ(row->indexOf(cancel), ok_first ? 3 : 2) << order;
+        EXPECT_EQ(help->nextInFocusChain(), ok_first ? ok : cancel) << "the keyboard follows";
+        EXPECT_EQ((ok_first ? ok : cancel)->nextInFocusChain(), ok_first ? cancel : ok);
+        EXPECT_TRUE(ok->isDefault());
+    }
+}
+
+TEST_F(FormKit, OkAndCancelHaveIconsWhereTheDesktopsHave) {
+    for (const bool icons : {false, true}) {
+        DesktopStyle style(QDialogButtonBox::KdeLayout, icons);
+        QDialog dialog;
+        dialog.setStyle(&style);
+        auto* const help = new QPushButton(&dialog);
+        auto* const ok = new QPushButton(&dialog);
+        auto* const cancel = new QPushButton(&dialog);
+        dialog.setLayout(ui::FootRow(&dialog, {help, ui::HelpMark::Settings, ok, cancel}));
+        EXPECT_FALSE(help->icon().isNull());
+        EXPECT_EQ(ok->icon().isNull(), !icons);
+        EXPECT_EQ(cancel->icon().isNull(), !icons);
+    }
+}
+
+// The colour in the middle of a button's icon.
+QColor MiddleOfIcon(const QAbstractButton& button) {
+    return button.icon().pixmap(48, 48).toImage().pixelColor(24, 24);
+}
+
+TEST_F(FormKit, AnIconHasTheColourOfItsButtonsText) {
+    QPushButton plain(&form), main(&form), destructive(&form);
+    ui::SetMainAction(&main); // before its icon and after it
+    ui::SetCaptions(&form, {{&plain, msg::kGetDirNew, ui::Glyph::Play},
+                            {&main, msg::kGetDirNew, ui::Glyph::Play},
+                            {&destructive, msg::kGetDirNew, ui::Glyph::Play},
+                            ControlCaption::WhatGoes(&destructive, msg::kGetDirNew)});
+    EXPECT_EQ(MiddleOfIcon(plain).rgb(), QApplication::palette().color(QPalette::ButtonText).rgb());
+    EXPECT_EQ(MiddleOfIcon(main).rgb(), ui::ColourOf(ui::Role::OnAccent).rgb());
+    EXPECT_EQ(MiddleOfIcon(destructive).rgb(), ui::ColourOf(ui::Role::Danger).rgb());
 }
 
 TEST_F(FormKit, LabelAndBarFollowTheJobsOfTheirPlace) {

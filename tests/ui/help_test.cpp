@@ -84,7 +84,8 @@ TEST_F(Help, AButtonAndF1OpenIt) {
     PutHelp("top\n" + std::string(200, '\n') + "#7#\nhere\n" + std::string(200, '\n'));
     QWidget form;
     QPushButton button(&form);
-    ui::ConnectHelp(&form, &button, HelpMark::Archive);
+    ui::ConnectHelp(&button, &form, HelpMark::Archive);
+    ui::ConnectHelpKey(&form, HelpMark::Archive);
     form.show();
     for (const bool by_key : {false, true}) {
         form.activateWindow();
@@ -99,13 +100,30 @@ TEST_F(Help, AButtonAndF1OpenIt) {
     }
 }
 
+TEST_F(Help, F1InTheHelpGoesToHowItIsRead) {
+    PutHelp("top\n" + std::string(200, '\n') + "#41#\nhow to read\n" + std::string(200, '\n'));
+    std::string top_line;
+    robot.Will("Dialog_Testo", [&top_line](QWidget* window) {
+        auto* const help = dynamic_cast<ui::Dialog_Testo*>(window);
+        ASSERT_NE(help, nullptr);
+        WaitUntil([help] { return !help->Timer1->isActive(); });
+        QTest::keyClick(help, Qt::Key_F1);
+        top_line = help->Text_File->cursorForPosition(QPoint(0, 0)).block().text().toStdString();
+        Press(help, "Pul_Ok");
+    });
+    ui::ShowHelp(nullptr, HelpMark::MainWindow);
+    EXPECT_EQ(top_line, "how to read");
+    EXPECT_EQ(robot.Seen().size(), 1U) << "no second one above it";
+}
+
 TEST(ShippedHelpText, HasEveryMarkOnce) {
     const std::string text = ShippedHelp();
     for (const HelpMark mark :
          {HelpMark::MainWindow, HelpMark::FirstStart, HelpMark::Restore, HelpMark::Savegames,
           HelpMark::Questions, HelpMark::Settings, HelpMark::Archive, HelpMark::FindTrle,
           HelpMark::ChooseFolder, HelpMark::Search, HelpMark::Keyboard, HelpMark::Files, HelpMark::MoreInfo,
-          HelpMark::AddLevel, HelpMark::Author, HelpMark::ArchivePreferences, HelpMark::Maintenance}) {
+          HelpMark::AddLevel, HelpMark::Author, HelpMark::ArchivePreferences, HelpMark::Maintenance,
+          HelpMark::SmallWindows, HelpMark::ReadingHelp}) {
         const std::string sought = "#" + std::to_string(static_cast<int>(mark)) + "#";
         const std::size_t first = text.find(sought);
         ASSERT_NE(first, std::string::npos) << sought;

@@ -12,6 +12,7 @@
 
 #include "ui/Dialog_Keys.h"
 #include "ui/Dialog_Testo.h"
+#include "ui/help.h"
 #include "ui/principale_home.h"
 
 namespace kelvash::test {
@@ -64,6 +65,8 @@ TEST_F(Keys, NoneHasNoWords) {
     int keys = 0;
     for (const QWidget* window : std::initializer_list<const QWidget*>{&form, &help})
         for (const QShortcut* shortcut : window->findChildren<QShortcut*>()) {
+            if (shortcut->key() == QKeySequence(ui::kHelpKey))
+                continue; // the sheet tells it once for all forms
             ++keys;
             if (shortcut->whatsThis().isEmpty()) wordless.push_back(shortcut->key().toString().toStdString());
         }

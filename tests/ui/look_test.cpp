@@ -4,11 +4,11 @@
 
 #include <QApplication>
 #include <QListWidget>
+#include <QPainter>
 #include <QPushButton>
 #include <QToolButton>
 
 #include "ui/icons.h"
-#include "ui/menu_icons.h"
 
 namespace kelvash::ui {
 namespace {
@@ -133,15 +133,38 @@ TEST(Icons, AreDrawnInTheColourOfTheirRole) {
 }
 
 TEST(Icons, HaveThePixelsOfTheScreen) {
-    EXPECT_EQ(IconOf(Glyph::Add).pixmap(QSize(16, 16), 3.0).size(), QSize(48, 48));
+    for (const double scale : {1.0, 1.25, 1.5, 2.0, 3.0})
+        EXPECT_EQ(IconOf(Glyph::Add).pixmap(QSize(16, 16), scale).size(), QSize(16, 16) * scale);
 }
 
-TEST(Icons, StandBeforeEveryCommandOfSubstance) {
-    using enum MenuEntry;
-    for (const MenuEntry entry :
-         {mnu_New, mnu_Load, mnu_Save, mnu_AddLevel, mnu_Property, mnu_RemoveLevel, mnu_Export,
-          mnu_SetOriginale, mnu_FaiFullBackup, mnu_Settings, mnu_FindHelp})
-        EXPECT_TRUE(GlyphOf(entry).has_value()) << static_cast<int>(entry);
+TEST(Icons, ArePaintedInThePixelsOfTheScreen) {
+    constexpr int kSide = 32;
+    for (const double scale : {1.0, 1.5, 2.0, 3.0}) {
+        const int pixels = static_cast<int>(kSide * scale);
+        QImage plain(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
+        plain.fill(Qt::transparent);
+        QImage scaled = plain;
+        scaled.setDevicePixelRatio(scale);
+        QPainter on_plain(&plain), on_scaled(&scaled);
+        DrawGlyph(on_plain, {0, 0, pixels, pixels}, Glyph::Play, Qt::black);
+        DrawGlyph(on_scaled, {0, 0, kSide, kSide}, Glyph::Play, Qt::black);
+        on_plain.end();
+        on_scaled.end();
+        scaled.setDevicePixelRatio(1);
+        EXPECT_EQ(scaled, plain) << scale;
+    }
+}
+
+// Of a drawing that is made larger than it is, much more would be neither one nor the other.
+TEST(Icons, AreSharpAtThreeTimesTheirSize) {
+    for (const int side : {16, 20, 32, 64}) {
+        const QImage image = IconOf(Glyph::Tiles).pixmap(QSize(side, side), 3.0).toImage();
+        int edge = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                if (const int alpha = qAlpha(image.pixel(x, y)); alpha > 10 && alpha < 245) ++edge;
+        EXPECT_LT(edge, 8 * image.width()) << side;
+    }
 }
 
 // Between the right end of a red icon and the left end of the text behind it; below 0 if one isn't there.

@@ -74,6 +74,22 @@ TEST_F(MessageBoxes, MakeNoHeadlineOfAWholeParagraph) {
     });
 }
 
+// A path goes on in the next line, and is the file's name all the same.
+TEST_F(MessageBoxes, CopyALongPathAsItIs) {
+    const std::string path = "C:\\" + std::string(70, 'W') + "\\" + std::string(90, 'M') + "\\tomb4.exe";
+    Tell("No such file:\r\n" + path, [&path](MessageBox& box) {
+        EXPECT_LE(Rest(box)->minimumSizeHint().width(), Rest(box)->width());
+        CopyText(box)->trigger();
+        EXPECT_EQ(Copied(), "No such file:\n" + path);
+        QGuiApplication::clipboard()->clear();
+        Rest(box)->setFocus();
+        QTest::keyClick(Rest(box), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(Rest(box), Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(Copied(), path);
+    });
+    EXPECT_TRUE(robot.HasSeen(path));
+}
+
 TEST_F(MessageBoxes, ShowMarkUpInBothPartsAsItStands) {
     Tell("<b>one</b>\r\n<b>two</b>", [](MessageBox& box) {
         EXPECT_EQ(Headline(box)->textFormat(), Qt::PlainText);

@@ -20,7 +20,7 @@ QByteArray BytesOf(const QSize& size, const char* format) {
 
 TEST(PictureReading, TellsByTheContents) {
     for (const char* format : {"jpg", "bmp", "png"}) {
-        EXPECT_EQ(ui::DecodePicture(BytesOf({320, 240}, format)).size(), QSize(320, 240)) << format;
+        EXPECT_EQ(ui::DecodeWhole(BytesOf({320, 240}, format), {160, 90}).size(), QSize(120, 90)) << format;
         EXPECT_EQ(ui::DecodeCover(BytesOf({320, 240}, format), kCover).size(), kCover) << format;
     }
 }
@@ -29,10 +29,10 @@ TEST(PictureReading, TakesNothingThatNamesOtherFiles) {
     const QByteArray drawing =
         "<svg xmlns='http://www.w3.org/2000/svg' width='80' height='60'>"
         "<rect width='80' height='60' fill='red'/></svg>";
-    EXPECT_TRUE(ui::DecodePicture(drawing).isNull());
+    EXPECT_TRUE(ui::DecodeWhole(drawing, kCover).isNull());
     EXPECT_TRUE(ui::DecodeCover(drawing, kCover).isNull());
-    EXPECT_TRUE(ui::DecodePicture("P3 1 1 255 255 0 0").isNull());
-    EXPECT_TRUE(ui::DecodePicture({}).isNull());
+    EXPECT_TRUE(ui::DecodeWhole("P3 1 1 255 255 0 0", kCover).isNull());
+    EXPECT_TRUE(ui::DecodeWhole({}, kCover).isNull());
 }
 
 TEST(PictureReading, ACoverOfASliverIsNoLargerThanACover) {
@@ -43,10 +43,16 @@ TEST(PictureReading, ACoverOfASliverIsNoLargerThanACover) {
     }
 }
 
+TEST(PictureReading, ASliverFitsAsAWhole) {
+    EXPECT_EQ(ui::DecodeWhole(BytesOf({30000, 1}, "bmp"), kCover).size(), QSize(80, 1));
+    EXPECT_EQ(ui::DecodeWhole(BytesOf({1, 30000}, "bmp"), kCover).size(), QSize(1, 60));
+    EXPECT_EQ(ui::DecodeWhole(BytesOf({1, 1}, "bmp"), kCover).size(), QSize(60, 60));
+}
+
 TEST(PictureReading, ABitmapThatIsCutShortIsNone) {
     const QByteArray whole = BytesOf({320, 240}, "bmp");
     for (const qsizetype length : {whole.size() - 1, whole.size() / 2, qsizetype{60}, qsizetype{2}}) {
-        EXPECT_TRUE(ui::DecodePicture(whole.left(length)).isNull()) << length;
+        EXPECT_TRUE(ui::DecodeWhole(whole.left(length), kCover).isNull()) << length;
         EXPECT_TRUE(ui::DecodeCover(whole.left(length), kCover).isNull()) << length;
     }
 }
