@@ -1,0 +1,67 @@
+#include "companion/shot_capture.h"
+
+#include <optional>
+
+#include "companion/fragments.h"
+#include "companion/shot_files.h"
+#include "companion/shot_messages.h"
+#include "companion/shot_names.h"
+#include "core/archive.h"
+#include "core/change.h"
+#include "core/profile.h"
+#include "foundation/files.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+
+namespace kelvash::companion {
+
+namespace {
+
+// What stood in the way of a file.
+std::string WhyNot(const std::string& path) {
+    return LoadMessage(FolderExists(FolderOf(path)) ? msg::kCaptureNotWritten : msg::kCaptureNoFolder);
+}
+
+bool Store(const core::LevelPlace& level, const std::string& path, const swap::Picture& picture) {
+    const std::optional<std::string> jpeg = swap::JpegFromPicture(picture, swap::kBestQuality);
+    return jpeg && StoreShot(level, path, *jpeg, std::nullopt);
+}
+
+} // namespace
+
+CaptureOutcome CaptureShot(std::int32_t code, const swap::Picture& picture) {
+    const core::Change change(msg::kDoingCapture, core::kArchiveFolder | core::kUntold, code);
+    if (!change) return {CaptureEnd::Busy, {}, {}};
+    const core::LevelPlace& level = change.Level();
+    if (!level.IsListed()) return {CaptureEnd::Failed, {}, LoadMessage(msg::kCaptureNoLevel)};
+    const std::string path = NextShotPath(level, {});
+    if (Store(level, path, picture)) return {CaptureEnd::Saved, path, {}};
+    return {CaptureEnd::Failed, path,
+            LoadMessage(msg::kCaptureLost, {kLineBreak}) + path + kLineBreak + WhyNot(path)};
+}
+
+SaveCaptureEnd SaveCapture(std::int32_t code, const swap::Picture& picture, std::string& path) {
+    const core::Change change(msg::kDoingSaveCapture, core::kArchiveFolder, code);
+    if (!change) return SaveCaptureEnd::Again;
+    const core::LevelPlace& level = change.Level();
+    const std::string proposed = NextShotPath(level, {});
+    const std::optional<std::string> chosen =
+        TheUser().SaveFile({LoadMessage(msg::kCaptureTitle), LoadMessage(msg::kCaptureFilter),
+                            core::ScreenshotsFolder(level.Folder), FileNameOf(proposed)});
+    if (!chosen) return SaveCaptureEnd::Again;
+    path = *chosen;
+    if (const std::string end = LoadFragment(fragment::kCaptureJpeg); !EndsWithNoCase(path, end)) {
+        path += end;
+        if (FileExists(path) && !AskReplaceFile({path, 0, 0}, path)) return SaveCaptureEnd::Again;
+    }
+    if (Store(level, path, picture)) return SaveCaptureEnd::Saved;
+    TellCritical(LoadMessage(msg::kCaptureError, {kLineBreak + path + kLineBreak}) + WhyNot(path));
+    return SaveCaptureEnd::Failed;
+}
+
+void SetCaptureAsks(bool asks) {
+    core::profile.PromptCapture = asks;
+}
+
+} // namespace kelvash::companion
