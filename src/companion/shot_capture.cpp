@@ -1,5 +1,6 @@
 #include "companion/shot_capture.h"
 
+#include <ctime>
 #include <optional>
 
 #include "companion/fragments.h"
@@ -23,9 +24,17 @@ std::string WhyNot(const std::string& path) {
     return LoadMessage(FolderExists(FolderOf(path)) ? msg::kCaptureNotWritten : msg::kCaptureNoFolder);
 }
 
-bool Store(const core::LevelPlace& level, const std::string& path, const swap::Picture& picture) {
-    const std::optional<std::string> jpeg = swap::JpegFromPicture(picture, swap::kBestQuality);
+bool Store(const core::LevelPlace& level, const std::string& path, const std::optional<std::string>& jpeg) {
     return jpeg && StoreShot(level, path, *jpeg, std::nullopt);
+}
+
+std::optional<std::string> Encoded(const swap::Picture& picture) {
+    return swap::JpegFromPicture(picture, swap::kBestQuality);
+}
+
+bool MayReplace(const std::string& path, const std::optional<std::string>& jpeg) {
+    return !jpeg || !FileExists(path) ||
+           AskReplaceFile({path, static_cast<std::int64_t>(jpeg->size()), std::time(nullptr)}, path);
 }
 
 } // namespace
@@ -36,7 +45,7 @@ CaptureOutcome CaptureShot(std::int32_t code, const swap::Picture& picture) {
     const core::LevelPlace& level = change.Level();
     if (!level.IsListed()) return {CaptureEnd::Failed, {}, LoadMessage(msg::kCaptureNoLevel)};
     const std::string path = NextShotPath(level, {});
-    if (Store(level, path, picture)) return {CaptureEnd::Saved, path, {}};
+    if (Store(level, path, Encoded(picture))) return {CaptureEnd::Saved, path, {}};
     return {CaptureEnd::Failed, path,
             LoadMessage(msg::kCaptureLost, {kLineBreak}) + path + kLineBreak + WhyNot(path)};
 }
@@ -51,11 +60,13 @@ SaveCaptureEnd SaveCapture(std::int32_t code, const swap::Picture& picture, std:
                             core::ScreenshotsFolder(level.Folder), FileNameOf(proposed)});
     if (!chosen) return SaveCaptureEnd::Again;
     path = *chosen;
+    const std::optional<std::string> jpeg = Encoded(picture);
+    // The dialog has asked about the name as it was typed.
     if (const std::string end = LoadFragment(fragment::kCaptureJpeg); !EndsWithNoCase(path, end)) {
         path += end;
-        if (FileExists(path) && !AskReplaceFile({path, 0, 0}, path)) return SaveCaptureEnd::Again;
+        if (!MayReplace(path, jpeg)) return SaveCaptureEnd::Again;
     }
-    if (Store(level, path, picture)) return SaveCaptureEnd::Saved;
+    if (Store(level, path, jpeg)) return SaveCaptureEnd::Saved;
     TellCritical(LoadMessage(msg::kCaptureError, {kLineBreak + path + kLineBreak}) + WhyNot(path));
     return SaveCaptureEnd::Failed;
 }

@@ -42,8 +42,7 @@ class Server {
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
-    bool IsUp() const { return clipboard_.IsUp(); }
-    bool Put(std::string bitmap);
+    bool Put(SharedBytes bitmap);
 
   private:
     void Serve();
@@ -85,10 +84,11 @@ bool Server::Owns() const {
     return reply && reply->owner == clipboard_.Window();
 }
 
-bool Server::Put(std::string bitmap) {
+bool Server::Put(SharedBytes bitmap) {
+    if (!clipboard_.IsUp()) return false;
     {
         const std::lock_guard lock(mutex_);
-        picture_ = std::make_shared<const std::string>(std::move(bitmap));
+        picture_ = std::move(bitmap);
     }
     xcb_set_selection_owner(clipboard_.Xcb(), clipboard_.Window(), selection_, XCB_CURRENT_TIME);
     return Owns();
@@ -210,11 +210,11 @@ bool PutClipboardPicture(std::string bitmap) {
     const std::string display = platform::ClipboardDisplay();
     if (display.empty() || bitmap.empty()) return false;
     platform::OwnPicture& own = platform::TheOwnPicture();
-    if (!own.server || own.display != display || !own.server->IsUp()) {
-        own.server = std::make_unique<platform::Server>(display);
-        own.display = display;
-    }
-    return own.server->IsUp() && own.server->Put(std::move(bitmap));
+    const auto picture = std::make_shared<const std::string>(std::move(bitmap));
+    if (own.server && own.display == display && own.server->Put(picture)) return true;
+    own.server = std::make_unique<platform::Server>(display); // the former one's display may have ended
+    own.display = display;
+    return own.server->Put(picture);
 }
 
 } // namespace kelvash

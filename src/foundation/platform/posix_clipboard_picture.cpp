@@ -17,6 +17,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kPatience = 200ms;
+// Before a display that didn't answer is tried again.
+constexpr auto kPause = 1s;
 // Of a picture file: 32 bits a pixel of the largest screens.
 constexpr std::size_t kMostBytes = std::size_t{160} << 20;
 // What is asked for, the best first.
@@ -52,13 +54,14 @@ struct Piece {
 
 class Reader {
   public:
-    std::uint64_t Change();
+    std::uint64_t Change() { return Connect() ? change_ : 0; }
     ClipboardPicture Read();
     void Empty();
     OwnsClipboard owns = nullptr;
 
   private:
     bool Connect();
+    bool Drain();
     void Subscribe();
     bool Note(const xcb_generic_event_t& event);
     std::optional<Piece> Convert(xcb_atom_t target, ClipboardClock::time_point until);
@@ -69,6 +72,7 @@ class Reader {
     xcb_atom_t KindOffered(std::string_view targets);
 
     std::string tried_; // the display that was connected, or couldn't be
+    ClipboardClock::time_point next_try_;
     std::unique_ptr<ClipboardConnection> clipboard_;
     std::uint64_t change_ = 0;
     std::uint8_t owner_event_ = 0;
@@ -76,15 +80,17 @@ class Reader {
     std::array<xcb_atom_t, kPictureKinds.size()> kinds_{};
 };
 
-// Connects at the first use, and again where the display is another one or its server has ended.
+// Connects at the first use, and again where the display is another one or its server has ended. What has
+// been told until now is heeded by that.
 bool Reader::Connect() {
     const std::string display = ClipboardDisplay();
     const bool is_same = tried_ == display;
-    if (clipboard_ && is_same && clipboard_->IsUp()) return true;
-    if (!clipboard_ && is_same) return false;
+    if (clipboard_ && is_same && Drain()) return true;
+    const auto now = ClipboardClock::now();
+    if (display.empty() || (!clipboard_ && is_same && now < next_try_)) return false;
     clipboard_.reset();
     tried_ = display;
-    if (display.empty()) return false;
+    next_try_ = now + kPause;
     clipboard_ = std::make_unique<ClipboardConnection>(display);
     if (clipboard_->IsUp()) Subscribe();
     if (owner_event_ != 0 && clipboard_->IsUp()) return true;
@@ -123,11 +129,11 @@ bool Reader::Note(const xcb_generic_event_t& event) {
     return true;
 }
 
-std::uint64_t Reader::Change() {
-    if (!Connect()) return 0;
+// False if the server is no more.
+bool Reader::Drain() {
     while (const HeldEvent event{xcb_poll_for_event(clipboard_->Xcb())})
         Note(*event);
-    return clipboard_->IsUp() ? change_ : 0;
+    return clipboard_->IsUp();
 }
 
 bool Reader::HasOwner() {
@@ -203,7 +209,7 @@ xcb_atom_t Reader::KindOffered(std::string_view targets) {
 ClipboardPicture Reader::Read() {
     if (owns != nullptr && owns()) return {};
     if (!Connect() || !HasOwner()) return {};
-    Change(); // of an owner before this one
+    Drain(); // of an owner before this one
     const auto until = ClipboardClock::now() + kPatience;
     const std::optional<Piece> targets = Convert(targets_, until);
     if (!targets) return {ClipboardContent::Failed, {}};
