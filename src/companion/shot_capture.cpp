@@ -40,9 +40,10 @@ bool MayReplace(const std::string& path, const std::optional<std::string>& jpeg)
 } // namespace
 
 CaptureOutcome CaptureShot(std::int32_t code, const swap::Picture& picture) {
-    const core::Change change(msg::kDoingCapture, core::kArchiveFolder | core::kUntold, code);
+    // Not about a level: a change that is tells that it has gone, and the game lies over the box.
+    const core::Change change(msg::kDoingCapture, core::kArchiveFolder | core::kUntold);
     if (!change) return {CaptureEnd::Busy, {}, {}};
-    const core::LevelPlace& level = change.Level();
+    const core::LevelPlace level = core::PlaceOf(code);
     if (!level.IsListed()) return {CaptureEnd::Failed, {}, LoadMessage(msg::kCaptureNoLevel)};
     const std::string path = NextShotPath(level, {});
     if (Store(level, path, Encoded(picture))) return {CaptureEnd::Saved, path, {}};

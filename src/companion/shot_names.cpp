@@ -15,6 +15,9 @@ namespace kelvash::companion {
 
 namespace {
 
+// What a file's name gets behind it while it is written.
+constexpr std::size_t kUnfinished = 4; // bytes
+
 // What SafeFileName leaves: no file of Windows can have it.
 std::string WithoutOddities(std::string name) {
     std::replace_if(
@@ -40,7 +43,7 @@ std::string NextShotPath(const trle_state::LevelPlace& level, std::string_view e
     const KnownNames names(folder);
     for (int counter = 1;; ++counter) {
         const std::string start = std::to_string(counter) + LoadFragment(fragment::kShotCounterEnd);
-        const std::size_t room = kLongestFileName - start.size() - end.size();
+        const std::size_t room = kLongestFileName - kUnfinished - start.size() - end.size();
         std::string path = folder + "\\" + start;
         path.append(Shortened(name, room)).append(end);
         if (!FileExists(path) && !FolderExists(path)) return path;
@@ -53,7 +56,8 @@ std::string NamedShotPath(const trle_state::LevelPlace& level, std::string_view 
     if (!name.empty() && !EndsWithNoCase(name, extension)) name += extension;
     const std::optional<PlainName> plain = PlainName::From(name);
     // No Windows takes these in a name, and pictures move there with their Archive.
-    if (!plain || name.find_first_of("<>\"|?*") != std::string::npos || name.size() == extension.size())
+    if (!plain || !PlainName::From(Trim(typed)) || name.find_first_of("<>\"|?*") != std::string::npos ||
+        name.size() == extension.size())
         return {};
     return PathIn(core::ScreenshotsFolder(level.Folder), *plain);
 }

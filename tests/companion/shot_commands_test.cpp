@@ -204,7 +204,7 @@ TEST_F(ShotCommands, RenameOverAnotherOnlyWhenTold) {
     Take("a.bmp");
     Take("b.bmp", std::string(100, 'x'));
     user.WillAnswer("b.bmp", "no");
-    EXPECT_FALSE(Rename("a.bmp", "B"));
+    EXPECT_FALSE(Rename("a.bmp", "b"));
     EXPECT_THAT(Names(), ElementsAre("a.bmp", "b.bmp"));
     user.WillAnswer("b.bmp", "yes");
     EXPECT_TRUE(Rename("a.bmp", "b"));

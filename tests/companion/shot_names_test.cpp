@@ -52,10 +52,10 @@ TEST_F(ShotNames, HaveABlankForWhatNoFileMayHave) {
 }
 
 TEST_F(ShotNames, AreCutWhereTheDiskWouldRefuseThem) {
-    EXPECT_EQ(Next(std::string(256, 'x')), "1) " + std::string(248, 'x') + ".jpg");
+    EXPECT_EQ(Next(std::string(256, 'x')), "1) " + std::string(244, 'x') + ".jpg");
     // Two bytes each, and no half of one.
     const std::string cut = Next(std::string("x") + Utf8FromAnsi(std::string(255, '\xFC')));
-    EXPECT_EQ(cut, "1) x" + Utf8FromAnsi(std::string(123, '\xFC')) + ".jpg");
+    EXPECT_EQ(cut, "1) x" + Utf8FromAnsi(std::string(121, '\xFC')) + ".jpg");
 }
 
 TEST_F(ShotNames, OfTheUserKeepTheExtension) {
