@@ -36,6 +36,7 @@
 namespace kelvash::ui {
 
 class FormsUser;
+class ScreenshotPanel;
 
 class Principale final : public QMainWindow {
     Q_OBJECT
@@ -60,6 +61,7 @@ class Principale final : public QMainWindow {
     void ShowTitle();
     // What has been done, in the status line for a while.
     void Say(const QString& done);
+    ScreenshotPanel& Shots() { return *shots_; }
     // The panel of the screenshots, or that of the savegames.
     void ShowPanel(bool screenshots);
 
@@ -147,8 +149,6 @@ class Principale final : public QMainWindow {
     void ShowEmptyLibrary();
     void ShowRightSide(bool shown);
     void ShowSavegames(const std::vector<std::string>& slots, const std::vector<std::string>& archived);
-    void ShowImages();
-    void PageImages(std::size_t first);
 
     void SayJobRuns();
     void ShowLevelMenu(const QPoint& where);
@@ -184,9 +184,7 @@ class Principale final : public QMainWindow {
     QWidget* const right_side_ = new QWidget(this);
     QSplitter* const splitter_ = Make<QSplitter>(this, "Splitter1");
     QByteArray divided_; // by the splitter, while the right side is hidden
-    std::vector<std::string> image_names_;
-    std::string image_hint_; // what stands in the place of the first picture; empty for the default one
-    std::size_t first_shown_image_ = 0;
+    ScreenshotPanel* shots_ = nullptr;
     std::string wish_; // native path of an Archive that another start wants open
     bool playing_ = false;
     bool syncing_ = false; // the program, not the user, changes the view's selection

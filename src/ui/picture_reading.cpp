@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "swap/bitmap_file.h"
+#include "swap/picture_codec.h"
 #include "ui/cover_cache.h"
 
 namespace kelvash::ui {
@@ -39,8 +40,8 @@ QByteArray WholeBitmap(const QByteArray& bytes) {
     return plain ? QByteArray::fromStdString(*plain) : QByteArray();
 }
 
-// A picture that is to be scaled to a size. JPEG is decoded at a fraction of its own; twice what is wanted
-// leaves the scaling smooth.
+// A picture that is to be scaled to a size, none for as it is. JPEG is decoded at a fraction of its own;
+// twice what is wanted leaves the scaling smooth.
 QImage DecodeNear(const QByteArray& bytes, const QSize& size, Qt::AspectRatioMode mode) {
     const char* const format = FormatOf(bytes);
     if (format == nullptr) return {};
@@ -51,8 +52,14 @@ QImage DecodeNear(const QByteArray& bytes, const QSize& size, Qt::AspectRatioMod
     reader.setAutoTransform(true);
     const QSize whole = reader.size();
     const QSize twice = whole.scaled(2 * size, mode).expandedTo({1, 1});
-    if (whole.isValid() && whole.width() > twice.width()) reader.setScaledSize(twice);
+    if (size.isValid() && whole.isValid() && whole.width() > twice.width()) reader.setScaledSize(twice);
     return reader.read();
+}
+
+QImage ScaleWhole(const QImage& picture, const QSize& size) {
+    if (picture.isNull()) return {};
+    const QSize fitting = picture.size().scaled(size, Qt::KeepAspectRatio).expandedTo({1, 1});
+    return picture.scaled(fitting, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 // The middle of a picture in the proportions of a size.
@@ -80,10 +87,7 @@ void Beside(QObject* receiver, const std::function<QImage()>& decode, const Take
 } // namespace
 
 QImage DecodeWhole(const QByteArray& bytes, const QSize& size) {
-    const QImage picture = DecodeNear(bytes, size, Qt::KeepAspectRatio);
-    if (picture.isNull()) return {};
-    const QSize fitting = picture.size().scaled(size, Qt::KeepAspectRatio).expandedTo({1, 1});
-    return picture.scaled(fitting, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return ScaleWhole(DecodeNear(bytes, size, Qt::KeepAspectRatio), size);
 }
 
 QImage DecodeCover(const QByteArray& bytes, const QSize& size) {
@@ -92,6 +96,22 @@ QImage DecodeCover(const QByteArray& bytes, const QSize& size) {
     // Cut first: a picture of one row, made as high as a cover, would be millions of pixels wide.
     return picture.copy(MiddleOf(picture.size(), size))
         .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+QImage ReadPicture(const QString& native_path) {
+    return DecodeNear(BytesOf(native_path), {}, Qt::KeepAspectRatio);
+}
+
+QImage ImageOf(const swap::Picture& picture) {
+    return QImage(reinterpret_cast<const uchar*>(picture.Pixels.data()), static_cast<int>(picture.Width),
+                  static_cast<int>(picture.Height), static_cast<qsizetype>(picture.Width) * 3,
+                  QImage::Format_RGB888)
+        .copy();
+}
+
+void ScaleWholeBeside(QObject* receiver, const QImage& picture, const QSize& size, const TakePicture& take) {
+    Beside(
+        receiver, [picture, size] { return ScaleWhole(picture, size); }, take);
 }
 
 void ReadWholeBeside(QObject* receiver, const QString& native_path, const QSize& size,

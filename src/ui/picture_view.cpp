@@ -20,6 +20,7 @@ void PictureView::ShowFile(const QString& native_path, const QString& text) {
     path_ = native_path;
     text_ = text;
     ++reading_;
+    whole_ = {};
     picture_ = {};
     reads_ = false;
     setAccessibleName(path_.isEmpty() ? text_ : QFileInfo(path_).fileName());
@@ -27,14 +28,34 @@ void PictureView::ShowFile(const QString& native_path, const QString& text) {
     ReadLater();
 }
 
+// Those that the picture may take up on the screen.
 QSize PictureView::Pixels() const {
-    return (QSizeF(size()) * devicePixelRatioF()).toSize();
+    const bool fits =
+        natural_ && !whole_.isNull() && whole_.width() <= width() && whole_.height() <= height();
+    return (QSizeF(fits ? whole_.size() : size()) * devicePixelRatioF()).toSize();
 }
 
 void PictureView::ReadLater() {
-    if (path_.isEmpty() || pending_) return;
+    if ((path_.isEmpty() && whole_.isNull()) || pending_) return;
     pending_ = true;
     AfterPainting(this, [this] { Load(); });
+}
+
+void PictureView::ShowPicture(const QImage& picture, const QString& name) {
+    path_.clear();
+    text_ = name;
+    ++reading_;
+    whole_ = picture;
+    picture_ = QPixmap::fromImage(picture);
+    reads_ = false;
+    setAccessibleName(name);
+    update();
+    ReadLater();
+}
+
+void PictureView::SetSelected(bool selected) {
+    selected_ = selected;
+    update();
 }
 
 // While the window is drawn larger one reading follows the other, not all of them at once.
@@ -45,15 +66,19 @@ void PictureView::resizeEvent(QResizeEvent* event) {
 
 void PictureView::Load() {
     pending_ = false;
-    if (path_.isEmpty()) return;
+    if (path_.isEmpty() && whole_.isNull()) return;
     reads_ = true;
     const QSize pixels = Pixels();
-    ReadWholeBeside(this, path_, pixels, [this, pixels, reading = ++reading_](const QImage& picture) {
+    const auto take = [this, pixels, reading = ++reading_](const QImage& picture) {
         if (reading != reading_) return;
         reads_ = false;
         Take(picture);
         if (pixels != Pixels()) ReadLater();
-    });
+    };
+    if (whole_.isNull())
+        ReadWholeBeside(this, path_, pixels, take);
+    else
+        ScaleWholeBeside(this, whole_, pixels, take);
 }
 
 void PictureView::Take(const QImage& picture) {
@@ -70,13 +95,24 @@ void PictureView::paintEvent(QPaintEvent*) {
         DrawEmpty(painter);
     else
         DrawPicture(painter);
+    if (selected_ || hasFocus()) DrawSelection(painter);
+}
+
+// The one with the keyboard stands out from the one that is only chosen.
+void PictureView::DrawSelection(QPainter& painter) const {
+    const int line = space::kTight / 2;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(ColourOf(hasFocus() ? Role::Accent : Role::MutedText), line));
+    painter.drawRoundedRect(rect().adjusted(line, line, -line, -line), kCornerRadius, kCornerRadius);
 }
 
 // Until it has been read for another size it is drawn as coarse as it comes out.
 void PictureView::DrawPicture(QPainter& painter) const {
+    const QSize room = Pixels();
     QSizeF shown = QSizeF(picture_.size()) / devicePixelRatioF();
-    if (picture_.size().scaled(Pixels(), Qt::KeepAspectRatio) != picture_.size())
-        shown.scale(QSizeF(size()), Qt::KeepAspectRatio);
+    if (picture_.size().scaled(room, Qt::KeepAspectRatio) != picture_.size())
+        shown.scale(QSizeF(room) / devicePixelRatioF(), Qt::KeepAspectRatio);
     QRectF place(QPointF(), shown);
     place.moveCenter(QRectF(rect()).center());
     painter.drawPixmap(place.toRect(), picture_);
