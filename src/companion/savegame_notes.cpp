@@ -14,12 +14,13 @@ namespace kelvash::companion {
 namespace {
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-constexpr std::size_t kLongestNote = std::size_t{1} << 20; // bytes; what is behind isn't shown
+constexpr std::size_t kLongestNote = std::size_t{1} << 24; // bytes; no person writes as many
 
 // The bytes of a note file.
 std::string EncodeNote(std::string_view text) {
     std::string bytes = AnsiFromUtf8(text);
-    if (Utf8FromAnsi(bytes) != text) bytes = std::string(kUtf8Mark) + std::string(text);
+    if (Utf8FromAnsi(bytes) != text || bytes.starts_with(kUtf8Mark))
+        bytes = std::string(kUtf8Mark) + std::string(text);
     return bytes + kLineBreak;
 }
 

@@ -192,7 +192,6 @@ TEST_F(Archiving, OfALevelWhoseFolderIsGoneSaysSo) {
     EXPECT_TRUE(Exists(trle / "savegame.3"));
 }
 
-// The same number of files that the list of the slots has room for.
 TEST_F(Archiving, CompactingNumbersAnewInTheOrderOfTime) {
     PutSlot(7, 2);
     PutSlot(3, 9);
@@ -220,22 +219,6 @@ TEST_F(Archiving, KeepsTheDatesThatTieThePictures) {
     EXPECT_EQ(Archive(1), SlotsResult::Done);
     EXPECT_EQ(FileTime("C:\\Levels\\LEVEL_0001\\backup_savegames\\savegame.0"), 1'000'000'000);
     EXPECT_EQ(FileTime("C:\\Levels\\LEVEL_0001\\savegames\\slot1\\savegame.0"), 1'000'000'500);
-}
-
-TEST_F(Archiving, ASavegameThatAppearsMeanwhileIsNotReplaced) {
-    PutSlot(2, 1);
-    PutSlot(3, 2);
-    bool made = false;
-    user.when_pumped = [&] { // the game saves while the slots are being put in order
-        if (made || !Exists(home / "_temp_savegame/savegame.2") || Exists(Slots() / "savegame.3")) return;
-        PutSlot(0, 50);
-        made = true;
-    };
-    EXPECT_EQ(CompactSlots(1, Asker::User).Result, SlotsResult::Done);
-    if (made) {
-        EXPECT_EQ(Contents(Slots()),
-                  (SaveMap{{"savegame.0", "50"}, {"savegame.1", "1"}, {"savegame.2", "2"}}));
-    }
 }
 
 } // namespace
