@@ -8,17 +8,10 @@
 #include "companion/slots_outcome.h"
 #include "core/archive.h"
 #include "foundation/native_text.h"
+#include "support/savegame_bytes.h"
 #include "support/swap_home.h"
 
 namespace kelvash::test {
-
-// A savegame as the game writes it: the title padded with NULs, the number, and what tells it from others.
-inline std::string SaveBytes(const std::string& title, int number, const std::string& more = {}) {
-    std::string bytes = title + std::string(75 - title.size(), '\0');
-    bytes += static_cast<char>(number & 0xFF);
-    bytes += static_cast<char>(number >> 8 & 0xFF);
-    return bytes + more;
-}
 
 class SavegameHome : public SwapHome {
   protected:

@@ -85,7 +85,7 @@ class SavegameFaultsHome : public SavegameHome {
             found.insert(What(file));
         for (const std::filesystem::path& folder : {Slots(), Archived(), Repeated()})
             for (const auto& [name, what] : Contents(folder))
-                found.insert(what);
+                if (!name.ends_with("Kelvash.tmp") && !name.ends_with(".new")) found.insert(what);
         return found;
     }
     static std::string What(const std::filesystem::path& file) {

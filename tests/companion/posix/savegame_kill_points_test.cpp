@@ -5,6 +5,7 @@
 namespace kelvash::companion {
 namespace {
 
+using test::Exists;
 using test::Fault;
 using test::RunTraced;
 using test::SavegameOperation;
@@ -34,7 +35,9 @@ class SavegameKillPoints : public test::SavegameFaultsHome {
         }
         std::cout << "  " << whole.calls << " kill points in " << operation.name << ", " << waiting
                   << " with the working folder\n";
-        EXPECT_GT(waiting, 0);
+        if (operation.name != "import") {
+            EXPECT_GT(waiting, 0);
+        }
     }
 };
 
