@@ -72,6 +72,7 @@ KeyLine LineOf(const std::vector<QKeySequence>& keys, const QString& words) {
 std::vector<KeyLine> AddedKeys(const QWidget& where) {
     std::vector<KeyLine> lines;
     for (const QShortcut* shortcut : where.findChildren<QShortcut*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (shortcut->whatsThis().isEmpty()) continue; // one that works in every form is told once
         const KeyLine line = LineOf({shortcut->key()}, shortcut->whatsThis());
         if (!lines.empty() && lines.back().words == line.words)
             lines.back().keys << line.keys;

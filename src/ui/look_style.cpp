@@ -10,6 +10,7 @@
 
 #include "ui/icons.h"
 #include "ui/look.h"
+#include "ui/look_marks.h"
 
 namespace kelvash::ui {
 
@@ -228,6 +229,13 @@ void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
         case PE_PanelItemViewItem:
         case PE_PanelItemViewRow:
             DrawRow(option, painter);
+            return;
+        case PE_IndicatorCheckBox:
+        case PE_IndicatorItemViewItemCheck:
+            DrawCheckMark(*option, *painter);
+            return;
+        case PE_IndicatorRadioButton:
+            DrawChoiceMark(*option, *painter);
             return;
         case PE_FrameFocusRect:
             if (Has(option, State_KeyboardFocusChange))

@@ -149,6 +149,12 @@ void MessageBox::showEvent(QShowEvent* event) {
     (defaultButton() != nullptr ? defaultButton() : answers.constFirst())->setFocus();
 }
 
+// Its icon is a picture, of the colours of when it was set.
+void MessageBox::changeEvent(QEvent* event) {
+    QMessageBox::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && icon() != NoIcon) setIcon(icon());
+}
+
 void MessageBox::keyPressEvent(QKeyEvent* event) {
     if (closable_ || event->key() != Qt::Key_Escape) QMessageBox::keyPressEvent(event);
 }

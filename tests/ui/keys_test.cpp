@@ -65,8 +65,7 @@ TEST_F(Keys, NoneHasNoWords) {
     int keys = 0;
     for (const QWidget* window : std::initializer_list<const QWidget*>{&form, &help})
         for (const QShortcut* shortcut : window->findChildren<QShortcut*>()) {
-            if (shortcut->key() == QKeySequence(ui::kHelpKey))
-                continue; // the sheet tells it once for all forms
+            if (shortcut->key() == QKeySequence(ui::kHelpKey)) continue; // told once, as one of every form
             ++keys;
             if (shortcut->whatsThis().isEmpty()) wordless.push_back(shortcut->key().toString().toStdString());
         }
@@ -115,6 +114,15 @@ TEST_F(Keys, AQuestionMarkCanBeTypedIntoTheSearch) {
     form.Text_Search->setFocus();
     QTest::keyClick(form.Text_Search, Qt::Key_Question);
     EXPECT_EQ(form.Text_Search->text().toStdString(), "?");
+}
+
+TEST_F(Keys, TheSheetTellsTheHelpKeyOnce) {
+    for (const ui::KeyLine& line : ui::AddedKeys(ui::Dialog_Testo(nullptr)))
+        EXPECT_FALSE(line.words.isEmpty()) << line.keys.join(QLatin1Char(' ')).toStdString();
+    const ui::Dialog_Keys sheet(&form); // its own key is none of the window's
+    for (const ui::KeyGroup& group : ui::KeysOf(form))
+        for (const ui::KeyLine& line : group.lines)
+            EXPECT_FALSE(line.words.isEmpty()) << line.keys.join(QLatin1Char(' ')).toStdString();
 }
 
 TEST_F(Keys, TheMenuOpensTheSheetToo) {

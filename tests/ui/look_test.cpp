@@ -3,10 +3,14 @@
 #include <gmock/gmock.h>
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QListWidget>
 #include <QPainter>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QStyleOptionButton>
 #include <QToolButton>
+#include <algorithm>
 
 #include "ui/icons.h"
 
@@ -111,6 +115,59 @@ TEST(Look, AControlFollowsAChangeOfThePaletteWhileItsFormIsOpen) {
     }
     QApplication::setPalette(before);
     QApplication::processEvents();
+}
+
+// The strongest contrast to the ground within the mark of an option.
+double ContrastOfMark(QAbstractButton& option, QStyle::SubElement mark) {
+    option.resize(option.sizeHint());
+    const QImage picture = option.grab().toImage();
+    QStyleOptionButton drawn;
+    drawn.initFrom(&option);
+    const QRect place = option.style()->subElementRect(mark, &drawn, &option);
+    double contrast = 1;
+    for (int y = place.top(); y <= place.bottom(); ++y)
+        for (int x = place.left(); x <= place.right(); ++x)
+            contrast =
+                std::max(contrast, ContrastOf(picture.pixelColor(QPoint(x, y) * picture.devicePixelRatio()),
+                                              ColourOf(Role::Surface)));
+    return contrast;
+}
+
+TEST(Look, MarksOfOptionsStandOutFromTheirGround) {
+    constexpr double kSeen = 3; // contrast of what is no text
+    for (const bool dark : {false, true}) {
+        TakeLook(dark);
+        for (const bool on : {false, true}) {
+            QCheckBox check;
+            check.setChecked(on);
+            EXPECT_GE(ContrastOfMark(check, QStyle::SE_CheckBoxIndicator), kSeen) << dark << on;
+            QRadioButton choice;
+            choice.setChecked(on);
+            EXPECT_GE(ContrastOfMark(choice, QStyle::SE_RadioButtonIndicator), kSeen) << dark << on;
+        }
+    }
+    TakeLook(false);
+}
+
+// One that holds has the accent's colour, an other one hasn't.
+TEST(Look, AMarkTellsWhetherItsOptionHolds) {
+    for (const bool dark : {false, true}) {
+        TakeLook(dark);
+        QCheckBox check;
+        check.resize(check.sizeHint());
+        QStyleOptionButton drawn;
+        drawn.initFrom(&check);
+        const QRect place = check.style()->subElementRect(QStyle::SE_CheckBoxIndicator, &drawn, &check);
+        const QPoint inside(place.center().x(), place.top() + 3);
+        const auto colour = [&] {
+            const QImage picture = check.grab().toImage();
+            return picture.pixelColor(inside * picture.devicePixelRatio());
+        };
+        EXPECT_EQ(colour(), ColourOf(Role::Raised));
+        check.setChecked(true);
+        EXPECT_EQ(colour(), ColourOf(Role::Accent));
+    }
+    TakeLook(false);
 }
 
 TEST(Icons, EachGlyphHasADrawing) {

@@ -74,6 +74,22 @@ TEST_F(MessageBoxes, MakeNoHeadlineOfAWholeParagraph) {
     });
 }
 
+TEST_F(MessageBoxes, DrawTheirIconInTheColoursOfTheMoment) {
+    const auto colours = [](const MessageBox& box) {
+        const QImage icon = box.iconPixmap().toImage();
+        return icon.pixelColor(icon.width() / 2, icon.height() / 8);
+    };
+    Tell("Told", [&](MessageBox& box) {
+        EXPECT_EQ(colours(box), ui::ColourOf(ui::Role::Accent));
+        const QColor light = colours(box);
+        ui::TakeLook(true);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(colours(box), ui::ColourOf(ui::Role::Accent));
+        EXPECT_NE(colours(box), light);
+        ui::TakeLook(false);
+    });
+}
+
 // A path goes on in the next line, and is the file's name all the same.
 TEST_F(MessageBoxes, CopyALongPathAsItIs) {
     const std::string path = "C:\\" + std::string(70, 'W') + "\\" + std::string(90, 'M') + "\\tomb4.exe";
