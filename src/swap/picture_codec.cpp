@@ -6,6 +6,7 @@
 
 #include "foundation/platform/sdl.h"
 #include "swap/bitmap_file.h"
+#include "swap/png_file.h"
 
 namespace kelvash::swap {
 
@@ -85,6 +86,7 @@ std::optional<Picture> PictureFromJpeg(std::string_view bytes) {
 }
 
 std::optional<Picture> DecodePicture(std::string_view bytes) {
+    if (bytes.starts_with("\x89PNG")) return PictureFromPng(bytes);
     return bytes.starts_with("BM") ? PictureFromBitmap(bytes) : PictureFromJpeg(bytes);
 }
 

@@ -1,4 +1,4 @@
-// Pictures in memory, and the two kinds of files that hold them.
+// Pictures in memory, and the files that hold them.
 #pragma once
 
 #include <cstdint>
@@ -26,7 +26,7 @@ inline constexpr int kBestQuality = 90;
 std::optional<Picture> PictureFromBitmap(std::string_view bytes);
 // Colour and grey pictures, no CMYK. A picture that is cut short or needs repair is refused.
 std::optional<Picture> PictureFromJpeg(std::string_view bytes);
-// Either of them, by what the bytes begin with.
+// Any of them, PNG too (png_file.h), by what the bytes begin with.
 std::optional<Picture> DecodePicture(std::string_view bytes);
 
 // 24 bits, the 40-byte head, rows from bottom to top.

@@ -134,8 +134,9 @@ bool ScreenshotPanel::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::FocusOut:
             static_cast<QWidget*>(watched)->update();
             return false;
-        case QEvent::MouseButtonDblClick:
-            window_.Command(MenuEntry::mnu_Zoom)->trigger();
+        case QEvent::MouseButtonDblClick: // behind the event: its window goes on with it
+            QMetaObject::invokeMethod(
+                this, [this] { window_.Command(MenuEntry::mnu_Zoom)->trigger(); }, Qt::QueuedConnection);
             return true;
         case QEvent::KeyPress:
             return TakeKey(static_cast<const QKeyEvent*>(event)->key());

@@ -169,7 +169,8 @@ TEST_F(ScreenshotPage, ShowsAPictureAtItsFullSizeByADoubleClick) {
     Have({"1.bmp", "2.bmp"});
     robot.Will("Dialog_ScreenShot", [](QWidget* window) {
         auto& zoom = dynamic_cast<ui::Dialog_ScreenShot&>(*window);
-        ASSERT_TRUE(QTest::qWaitForWindowActive(window));
+        window->activateWindow(); // as a window manager does
+        WaitUntil([window] { return QApplication::activeWindow() == window; });
         EXPECT_EQ(zoom.windowTitle().toStdString(), "Screen-Shot: " + PathOf("2.bmp"));
         EXPECT_EQ(zoom.Picture1->size(), QSize(kWidth, kHeight));
         EXPECT_EQ(zoom.Label_Zoom->text().toStdString(), "100 %");
@@ -185,7 +186,7 @@ TEST_F(ScreenshotPage, ShowsAPictureAtItsFullSizeByADoubleClick) {
         EXPECT_FALSE(window->isVisible());
     });
     QTest::mouseDClick(form.Image2, Qt::LeftButton);
-    EXPECT_TRUE(robot.HasSeen("Dialog_ScreenShot"));
+    WaitUntil([this] { return robot.HasSeen("Dialog_ScreenShot") && !QApplication::activeModalWidget(); });
 }
 
 TEST_F(ScreenshotPage, ZoomsWithinItsBounds) {
