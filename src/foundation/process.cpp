@@ -46,6 +46,13 @@ void ReleaseProcess(Process& process) {
     platform::Release(process);
 }
 
+bool HoldsOpen(std::int64_t process_id, const std::vector<std::string>& files) {
+    std::vector<platform::NativeFile> native;
+    for (const std::string& file : files)
+        native.push_back(NativePath(file));
+    return platform::HoldsOpen(process_id, native);
+}
+
 std::int64_t FindProcessOf(std::string_view program) {
     return platform::FindProcessOf(NativePath(program));
 }

@@ -21,6 +21,11 @@ class FakeDesktop final : public Desktop {
     bool ReadJoystick(int id, JoystickState& state) override;
     std::vector<DesktopWindow> TopWindows() override { return windows; }
     std::vector<DesktopWindow> WindowsOf(std::int64_t process_id) override;
+    DesktopReach Reach() override { return reach; }
+    DesktopWindow FocusedWindow() override { return focused; }
+    void Activate(std::uintptr_t window) override { activated.push_back(window); }
+    std::string PictureOf(std::uintptr_t window) override { return pictures[window]; }
+    bool PrintScreenCopies() override { return print_screen_copies; }
     void SetTopMost(std::uintptr_t window, bool on) override { top_most[window] = on; }
     void ShowCursor(bool show) override { cursor_shown = show; }
     ScreenSize Screen() override { return {1024, 768}; }
@@ -34,6 +39,11 @@ class FakeDesktop final : public Desktop {
     std::vector<int> pressed;
     std::map<int, JoystickState> joysticks;
     std::vector<DesktopWindow> windows;
+    DesktopReach reach = DesktopReach::NoDisplay;
+    DesktopWindow focused;
+    std::vector<std::uintptr_t> activated;
+    std::map<std::uintptr_t, std::string> pictures; // bytes of bitmap files
+    bool print_screen_copies = false;
     std::map<std::uintptr_t, bool> top_most;
     std::vector<std::pair<int, int>> beeps;
     bool cursor_shown = true;

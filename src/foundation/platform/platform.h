@@ -138,6 +138,9 @@ NativeFile NativeTool(std::string_view name);
 // that works in the program's folder counts as well: Wine may know the program by another path.
 std::int64_t FindProcessOf(const NativeFile& program);
 
+// See foundation/process.h.
+bool HoldsOpen(std::int64_t process_id, const std::vector<NativeFile>& files);
+
 // --- locks (posix_lock.cpp) ---
 
 // Makes a folder that nobody but the user can reach into. False if that can't be had, or if what stands there

@@ -1,10 +1,12 @@
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 #include "foundation/drives.h"
 #include "foundation/platform/platform.h"
@@ -87,6 +89,22 @@ std::int64_t FindProcessOf(const NativeFile& program) {
     for (const std::string& id : ProcessIds())
         if (Runs(id, program)) return std::stoll(id);
     return 0;
+}
+
+bool HoldsOpen(std::int64_t process_id, const std::vector<NativeFile>& files) {
+    using Identity = std::pair<dev_t, ino_t>;
+    std::vector<Identity> wanted;
+    struct stat status {};
+    for (const NativeFile& file : files)
+        if (::stat(file.c_str(), &status) == 0) wanted.emplace_back(status.st_dev, status.st_ino);
+    const std::string folder = "/proc/" + std::to_string(process_id) + "/fd";
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(folder.c_str()), ::closedir);
+    if (wanted.empty() || entries == nullptr) return false;
+    while (const dirent* entry = ::readdir(entries.get()))
+        if (::fstatat(::dirfd(entries.get()), entry->d_name, &status, 0) == 0 &&
+            std::find(wanted.begin(), wanted.end(), Identity(status.st_dev, status.st_ino)) != wanted.end())
+            return true;
+    return false;
 }
 
 } // namespace kelvash::platform

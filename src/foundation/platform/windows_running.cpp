@@ -5,6 +5,8 @@
 // Behind windows.h.
 #include <tlhelp32.h>
 
+#include <algorithm>
+
 namespace kelvash::platform {
 
 namespace fs = std::filesystem;
@@ -38,6 +40,17 @@ std::int64_t FindProcessOf(const NativeFile& program) {
             return entry.th32ProcessID;
     }
     return 0;
+}
+
+// What is open can't be opened for oneself alone. Who has it open can't be asked.
+bool HoldsOpen(std::int64_t, const std::vector<NativeFile>& files) {
+    return std::any_of(files.begin(), files.end(), [](const NativeFile& file) {
+        const HANDLE handle = CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (handle == INVALID_HANDLE_VALUE) return GetLastError() == ERROR_SHARING_VIOLATION;
+        CloseHandle(handle);
+        return false;
+    });
 }
 
 } // namespace kelvash::platform
