@@ -22,14 +22,14 @@ WatchCalls::WatchCalls()
     : CountPictures([](const LevelPlace& level) { return Screenshots(level).size(); }),
       Now(&SteadySeconds),
       Wait(&WaitPumping) {
-    ArchiveSlots = [](const LevelPlace&, int) { return SaveOutcome(); };
-    RestoreLastSlot = [](const LevelPlace&) { return SaveOutcome(); };
+    ArchiveSlots = [](const LevelPlace&, int) { return WorkOutcome(); };
+    RestoreLastSlot = [](const LevelPlace&) { return WorkOutcome(); };
     ClipboardChange = [] { return std::uint64_t{0}; };
     ReadClipboard = [](std::string&) { return Offered::None; };
     PutClipboard = [](const std::string&) {};
     EmptyClipboard = [] {};
     IsBlack = [](const std::string&) { return false; };
-    SavePicture = [](const LevelPlace&, const std::string&) { return false; };
+    SavePicture = [](const LevelPlace&, const std::string&) { return WorkOutcome(); };
 }
 
 } // namespace kelvash::companion

@@ -11,12 +11,12 @@
 
 namespace kelvash::companion {
 
-// How work on the savegames ended. Refused: another program holds the folders; it is tried again at the next
-// tick. Partly: savegames were moved, but not all is as it should be. With Partly and Failed a text says why,
-// unless a message has said it.
-enum class SaveWork { Done, Nothing, Refused, Partly, Failed };
-struct SaveOutcome {
-    SaveWork Work = SaveWork::Nothing;
+// How work on a level's files ended. Refused: another program holds the folders; it is tried again at the
+// next tick. Partly: something was done, but not all is as it should be. With Partly and Failed a text says
+// why, unless a message has said it.
+enum class Work { Done, Nothing, Refused, Partly, Failed };
+struct WorkOutcome {
+    Work End = Work::Nothing;
     MessageText Why;
 };
 
@@ -36,8 +36,8 @@ struct WatchCalls {
     std::function<void()> RunMediaEvents;
 
     // Never empty. They show no box while the game runs: what they would tell is told after it.
-    std::function<SaveOutcome(const LevelPlace& level, int count)> ArchiveSlots;
-    std::function<SaveOutcome(const LevelPlace& level)> RestoreLastSlot;
+    std::function<WorkOutcome(const LevelPlace& level, int count)> ArchiveSlots;
+    std::function<WorkOutcome(const LevelPlace& level)> RestoreLastSlot;
 
     // Never empty. A number that changes whenever the clipboard does; what is on it now, as the bytes of a
     // picture file; putting a bitmap file there; emptying it.
@@ -46,9 +46,9 @@ struct WatchCalls {
     std::function<void(const std::string& bitmap)> PutClipboard;
     std::function<void()> EmptyClipboard;
     // Never empty. Of the bytes of a picture file: whether it is black; its place among the level's pictures
-    // under the next automatic name, false if it couldn't be stored.
+    // under the next automatic name.
     std::function<bool(const std::string& picture)> IsBlack;
-    std::function<bool(const LevelPlace& level, const std::string& picture)> SavePicture;
+    std::function<WorkOutcome(const LevelPlace& level, const std::string& picture)> SavePicture;
     // Asks for the picture's name and stores it. Empty where nobody can be asked: then it is stored at once.
     std::function<void(const LevelPlace& level, const std::string& picture)> AskPictureName;
 

@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <limits>
+#include <optional>
 #include <utility>
 
 #include "companion/held_back_user.h"
@@ -15,6 +16,7 @@
 #include "foundation/desktop.h"
 #include "foundation/messages.h"
 #include "foundation/state.h"
+#include "foundation/user.h"
 
 namespace kelvash::companion {
 
@@ -26,11 +28,18 @@ constexpr double kSamePressSeconds = 2;
 // Presses that wait for a job to end; each holds a whole picture.
 constexpr std::size_t kMostWaiting = 4;
 
+// One that isn't stored yet.
+struct Waiting {
+    std::string Bytes;
+    bool IsOwn = false; // of the game's window, not yet on the clipboard
+    bool HasBeeped = false;
+};
+
 struct PictureNotes {
-    std::uint64_t Seen = 0;                                  // the clipboard's number at the last look
-    std::deque<std::string> Taken;                           // of the game's window, not stored yet
+    std::uint64_t Seen = 0; // the clipboard's number at the last look
+    std::deque<Waiting> Taken;
     bool WasPressed = false;                                 // since the last picture
-    double OwnAt = -std::numeric_limits<double>::infinity(); // when a picture of the window was stored last
+    double OwnAt = -std::numeric_limits<double>::infinity(); // when the last one of the window was pressed
     std::size_t LastPicture = 0;                             // its hash; 0 for none
     int Lost = 0;
 };
@@ -41,12 +50,14 @@ void Clear() {
     notes.Seen = watch_calls.ClipboardChange();
 }
 
-bool Store(const core::LevelPlace& level, const std::string& picture) {
+Work Store(const core::LevelPlace& level, const std::string& picture) {
     const JobScope job;
     HeldBackUser user;
-    const bool stored = watch_calls.SavePicture(level, picture);
+    const WorkOutcome outcome = watch_calls.SavePicture(level, picture);
+    if (outcome.End == Work::Refused) return outcome.End; // it comes to pass
     user.TellAfterGame();
-    return stored;
+    if (outcome.End != Work::Done && !outcome.Why.text.empty()) TellAfterGame(outcome.Why);
+    return outcome.End;
 }
 
 // The text of the number, as somebody would type it into the game.
@@ -55,23 +66,46 @@ void TypeThirteen() {
     SendKey('3', 0);
 }
 
-void Capture(const std::string& picture) {
-    const std::size_t hash = std::hash<std::string>()(picture);
-    if (core::profile.VerifyImage && watch_calls.IsBlack(picture)) return Clear();
-    TheDesktop().Beep(100, 150);
+// False if it is to be tried again.
+bool Capture(Waiting& taken) {
+    if (core::profile.VerifyImage && watch_calls.IsBlack(taken.Bytes)) return Clear(), true;
+    if (!std::exchange(taken.HasBeeped, true)) TheDesktop().Beep(100, 150);
     const std::optional<core::LevelPlace> level = LevelInTrle();
     const std::size_t before = level ? watch_calls.CountPictures(*level) : 0;
+    Work stored = Work::Failed;
     if (level && core::profile.PromptCapture && watch_calls.AskPictureName) {
         TypeThirteen();
-        notes.LastPicture = hash;
-        watch_calls.AskPictureName(*level, picture);
-    } else if (!level || !Store(*level, picture)) {
-        ++notes.Lost;
-        return Clear();
+        watch_calls.AskPictureName(*level, taken.Bytes);
+        stored = Work::Done;
+    } else if (level) {
+        stored = Store(*level, taken.Bytes);
     }
-    notes.LastPicture = hash;
-    if (watch_calls.ShowPictures) watch_calls.ShowPictures(*level, before);
+    if (stored == Work::Refused) return false;
+    if (stored == Work::Done) {
+        notes.LastPicture = std::hash<std::string>()(taken.Bytes);
+        if (watch_calls.ShowPictures) watch_calls.ShowPictures(*level, before);
+    } else {
+        ++notes.Lost;
+    }
     Clear();
+    return true;
+}
+
+void Take(Waiting taken) {
+    if (notes.Taken.size() < kMostWaiting)
+        notes.Taken.push_back(std::move(taken));
+    else
+        ++notes.Lost;
+}
+
+// Takes the place of the last picture of the window that was pressed for, which shows the same.
+void TakeOfPress(std::string picture) {
+    for (auto own = notes.Taken.rbegin(); own != notes.Taken.rend(); ++own) {
+        if (!own->IsOwn) continue;
+        *own = {std::move(picture)};
+        return;
+    }
+    Take({std::move(picture)});
 }
 
 // The same picture may be offered again, by a tool that keeps the clipboard's content for instance.
@@ -81,23 +115,31 @@ void TakeOffered() {
     if (offered == Offered::None) return;
     const bool was_pressed = std::exchange(notes.WasPressed, false);
     if (offered == Offered::Failed) {
-        if (notes.Taken.empty()) ++notes.Lost;
+        if (!was_pressed || notes.Taken.empty()) ++notes.Lost;
         return Clear();
     }
     const bool is_own_press = !was_pressed && watch_calls.Now() - notes.OwnAt < kSamePressSeconds;
     const bool is_old = !was_pressed && std::hash<std::string>()(picture) == notes.LastPicture;
     if (is_own_press || is_old) return Clear();
-    if (!notes.Taken.empty()) notes.Taken.pop_front(); // of the same press
-    Capture(picture);
+    if (was_pressed)
+        TakeOfPress(std::move(picture));
+    else
+        Take({std::move(picture)});
 }
 
-void TakeOwn() {
-    const std::string picture = std::move(notes.Taken.front());
-    notes.Taken.pop_front();
-    notes.WasPressed = false;
-    notes.OwnAt = watch_calls.Now();
-    watch_calls.PutClipboard(picture);
-    Capture(picture);
+void StoreTaken() {
+    while (!notes.Taken.empty()) {
+        Waiting taken = std::move(notes.Taken.front());
+        notes.Taken.pop_front();
+        if (std::exchange(taken.IsOwn, false)) {
+            notes.OwnAt = watch_calls.Now();
+            notes.WasPressed = false;
+            watch_calls.PutClipboard(taken.Bytes);
+        }
+        if (Capture(taken)) continue;
+        notes.Taken.push_front(std::move(taken));
+        return;
+    }
 }
 
 } // namespace
@@ -110,17 +152,12 @@ void ForgetPictures() {
 void HeedPictures(std::vector<std::string> prints) {
     for (std::string& print : prints) {
         notes.WasPressed = true;
-        if (print.empty()) continue;
-        if (notes.Taken.size() < kMostWaiting)
-            notes.Taken.push_back(std::move(print));
-        else
-            ++notes.Lost;
+        if (!print.empty()) Take({std::move(print), true});
     }
     if (watch_calls.MayChangeFiles && !watch_calls.MayChangeFiles()) return;
     const std::uint64_t change = watch_calls.ClipboardChange();
     if (change != std::exchange(notes.Seen, change)) TakeOffered();
-    while (!notes.Taken.empty())
-        TakeOwn();
+    StoreTaken();
 }
 
 void TellLostPictures() {

@@ -100,44 +100,44 @@ bool SlotsAreFull() {
                          [](const Save& save) { return IsSlot(save.Name); }) == kAllSlots;
 }
 
-using Work = std::function<SaveOutcome(const core::LevelPlace&)>;
+using SavesWork = std::function<WorkOutcome(const core::LevelPlace&)>;
 
 // Refused where it has to be tried again.
-SaveWork Do(const Work& work) {
+Work Do(const SavesWork& work) {
     const std::optional<core::LevelPlace> level = LevelInTrle();
     if (!level) {
         TellAfterGame(LoadMessage(msg::kWatchUnknownLevel));
-        return SaveWork::Failed;
+        return Work::Failed;
     }
     const JobScope job;
     HeldBackUser user;
-    const SaveOutcome outcome = work(*level);
+    const WorkOutcome outcome = work(*level);
     LookAgain();
-    const bool is_bad = outcome.Work == SaveWork::Partly || outcome.Work == SaveWork::Failed;
-    if (outcome.Work == SaveWork::Refused) return SaveWork::Refused; // not worth a word: it comes to pass
+    const bool is_bad = outcome.End == Work::Partly || outcome.End == Work::Failed;
+    if (outcome.End == Work::Refused) return Work::Refused; // not worth a word: it comes to pass
     user.TellAfterGame();
     if (is_bad && !outcome.Why.text.empty())
         TellAfterGame(outcome.Why);
     else if (is_bad && !user.HasTold())
         TellAfterGame(LoadMessage(msg::kWatchSavesFailed));
-    return outcome.Work;
+    return outcome.End;
 }
 
 bool MayTouchSaves() {
     return (!watch_calls.MayChangeFiles || watch_calls.MayChangeFiles()) && SavesAreStill();
 }
 
-void DoWanted(bool& wanted, const Work& work) {
-    if (wanted && MayTouchSaves()) wanted = Do(work) == SaveWork::Refused;
+void DoWanted(bool& wanted, const SavesWork& work) {
+    if (wanted && MayTouchSaves()) wanted = Do(work) == Work::Refused;
 }
 
 void ArchiveFullSlots() {
     const int count = core::profile.SavegamesToKeep;
     if (count < 1 || notes.Seen == notes.NotMoved || !MayTouchSaves()) return;
-    const SaveWork done = Do([count](const auto& level) { return watch_calls.ArchiveSlots(level, count); });
-    if (done == SaveWork::Refused) return;
+    const Work done = Do([count](const auto& level) { return watch_calls.ArchiveSlots(level, count); });
+    if (done == Work::Refused) return;
     if (SlotsAreFull()) notes.NotMoved = notes.Seen;
-    if (done != SaveWork::Done) return;
+    if (done != Work::Done) return;
     TheDesktop().Beep(300, 100);
     TheDesktop().Beep(100, 150);
 }

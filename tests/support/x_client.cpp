@@ -1,3 +1,5 @@
+#include "support/x_client.h"
+
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -7,8 +9,6 @@
 
 #include <chrono>
 #include <thread>
-
-#include "support/x_client.h"
 
 namespace kelvash::test {
 
@@ -24,8 +24,8 @@ bool ManagerIsThere(Display* display) {
     unsigned long count = 0, left = 0;
     unsigned char* bytes = nullptr;
     const Atom name = XInternAtom(display, "_NET_SUPPORTING_WM_CHECK", False);
-    XGetWindowProperty(display, DefaultRootWindow(display), name, 0, 1, False, AnyPropertyType, &type, &format,
-                       &count, &left, &bytes);
+    XGetWindowProperty(display, DefaultRootWindow(display), name, 0, 1, False, AnyPropertyType, &type,
+                       &format, &count, &left, &bytes);
     if (bytes != nullptr) XFree(bytes);
     return count > 0;
 }

@@ -3,6 +3,7 @@
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 #include <X11/extensions/Xfixes.h>
+#include <poll.h>
 
 #include <algorithm>
 #include <array>
@@ -82,16 +83,24 @@ class X11Desktop final : public Desktop {
 Display* X11Desktop::Connection() {
     const char* name = std::getenv("DISPLAY");
     if (name == nullptr || *name == '\0') return nullptr;
-    if (lost_ || tried_ != name) Open(name);
+    // A server of this machine that isn't there is found out at once, and may come back.
+    const bool may_come = display_ == nullptr && *name == ':';
+    if (lost_ || may_come || tried_ != name) Open(name);
     if (display_ == nullptr) return nullptr;
     DropEvents();
     if (lost_) Open(name);
     return display_;
 }
 
-// Nobody asked for events, but a new keyboard mapping is told all the same.
+// Nobody asked for events, but a new keyboard mapping is told all the same. The end of the server is seen by
+// its end of the connection, without a question that would have to be awaited.
 void X11Desktop::DropEvents() {
-    const ErrorScope scope(display_, ErrorScope::Calls::Answered); // nothing is asked of the server
+    const ErrorScope scope(display_, ErrorScope::Calls::Answered);
+    pollfd server{ConnectionNumber(display_), POLLIN, 0};
+    if (::poll(&server, 1, 0) > 0 && (server.revents & (POLLHUP | POLLERR)) != 0) {
+        lost_ = true;
+        return;
+    }
     while (XPending(display_) > 0) {
         XEvent event;
         XNextEvent(display_, &event);

@@ -304,10 +304,11 @@ TEST_F(X11, AWindowsPictureIsABitmapFile) {
     XSetForeground(display, pen, 0xFF8001);
     XDrawPoint(display, window, pen, 1, 0); // the upper right
     XSync(display, False);
-    const std::string head("BM\x46\0\0\0\0\0\0\0\x36\0\0\0"
-                           "\x28\0\0\0\2\0\0\0\2\0\0\0\1\0\x18\0\0\0\0\0\x10\0\0\0"
-                           "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
-                           54);
+    const std::string head(
+        "BM\x46\0\0\0\0\0\0\0\x36\0\0\0"
+        "\x28\0\0\0\2\0\0\0\2\0\0\0\1\0\x18\0\0\0\0\0\x10\0\0\0"
+        "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
+        54);
     const std::string rows("\x30\x20\x10\x30\x20\x10\0\0\x30\x20\x10\x01\x80\xFF\0\0", 16);
     EXPECT_EQ(desktop.PictureOf(window), head + rows);
     XFreeGC(display, pen);
