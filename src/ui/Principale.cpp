@@ -44,6 +44,7 @@ bool Principale::Load(const std::string& command_line, const program::FirstStepW
     const JobScope job;
     const bool runs = program::StartUp(command_line, at_first_start);
     Timer1->setInterval(core::session.TimerInterval);
+    Timer_Joystick->start();
     SetView(RestoreWindow({this, splitter_}));
     ShowPanel(core::profile.ShowScreenShots);
     if (runs && companion::AdoptGame()) {
@@ -85,7 +86,7 @@ void Principale::ConnectControls(FormsUser& user) {
     connect(Pul_DopoScreenShot, &QPushButton::clicked, this, [this] { PageImages(first_shown_image_ + 2); });
     connect(Pul_UltimoShot, &QPushButton::clicked, this,
             [this] { PageImages((image_names_.size() - 1) / 2 * 2); });
-    connect(Timer1, &QTimer::timeout, this, &Principale::WatchGame);
+    connect(Timer1, &QTimer::timeout, &watch_, &WatchWindow::Tick);
     // A click in one list takes the selection of the other away.
     connect(List_SaveGameTomb, &QListWidget::itemClicked, List_SaveGameArchiviati,
             &QListWidget::clearSelection);
@@ -168,7 +169,7 @@ void Principale::Play() {
 
 void Principale::ShowPlaying() {
     Label_Info->setText(Caption(msg::kMainPlaying));
-    Timer1->start();
+    watch_.Begin();
 }
 
 void Principale::SetPlaying(bool playing) {
@@ -177,19 +178,6 @@ void Principale::SetPlaying(bool playing) {
     menuBar()->setEnabled(!playing);
     centralWidget()->setEnabled(!playing);
     Label_Info->clear();
-}
-
-// Closing the game brings the level's new savegames and the mark of the level that is in. While a job runs
-// that waits for a later tick.
-void Principale::WatchGame() {
-    if (!companion::game.WatcherActive || !door_.IsFree() || companion::GameRuns()) return;
-    Timer1->stop();
-    door_.Try([this] {
-        SetPlaying(false);
-        core::RefreshLevelList();
-    });
-    activateWindow();
-    Combo_Livelli->setFocus();
 }
 
 void Principale::EnableCommands() {

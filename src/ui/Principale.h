@@ -1,7 +1,7 @@
 // The main form: the list of levels, and what is known of the selected one.
 //
 // It shows core::level_list and works on it; what a command does stands in the logic. While the game runs all
-// of it is disabled, and Timer1 looks whether the game has ended.
+// of it is disabled, and Timer1 watches (ui/watch_window.h).
 #pragma once
 
 #include <QBoxLayout>
@@ -25,12 +25,14 @@
 #include "ui/form_support.h"
 #include "ui/icon_button.h"
 #include "ui/job_door.h"
+#include "ui/joystick_navigation.h"
 #include "ui/level_banner.h"
 #include "ui/level_delegate.h"
 #include "ui/level_model.h"
 #include "ui/path_label.h"
 #include "ui/picture_view.h"
 #include "ui/principale_menu.h"
+#include "ui/watch_window.h"
 
 namespace kelvash::ui {
 
@@ -59,6 +61,18 @@ class Principale final : public QMainWindow {
     void ShowTitle();
     // What has been done, in the status line for a while.
     void Say(const QString& done);
+    // While the game runs nothing can be commanded.
+    void SetPlaying(bool playing);
+    // True where no job runs.
+    bool IsFree() const { return door_.IsFree(); }
+    WatchWindow& Watch() { return watch_; }
+    // The pictures of the shown level: how many there are, the left one of the pair that is shown, and which
+    // of the two is selected.
+    std::size_t ImageCount() const { return image_names_.size(); }
+    std::size_t FirstImage() const { return first_shown_image_; }
+    void ShowImagesFrom(std::size_t first) { PageImages(first); }
+    int SelectedSide() const { return selected_side_; }
+    void SelectSide(int side) { selected_side_ = side; }
     // The panel of the screenshots, or that of the savegames.
     void ShowPanel(bool screenshots);
 
@@ -120,6 +134,7 @@ class Principale final : public QMainWindow {
     QPushButton* const Pul_ChangeScreenshot = Make<QPushButton>(this, "Pul_ChangeScreenshot");
 
     QTimer* const Timer1 = Make<QTimer>(this, "Timer1");
+    QTimer* const Timer_Joystick = Make<QTimer>(this, "Timer_Joystick");
 
   private:
     // Principale_layout.cpp
@@ -156,10 +171,8 @@ class Principale final : public QMainWindow {
     bool SelectedIsShown() const;
     bool Search();
     void Play();
-    void SetPlaying(bool playing);
     void ShowPlaying();
     void OpenWish();
-    void WatchGame();
     bool MayClose();
     void EnableCommands();
     bool TakesDrops() const;
@@ -184,8 +197,11 @@ class Principale final : public QMainWindow {
     std::string image_hint_; // what stands in the place of the first picture; empty for the default one
     std::size_t first_shown_image_ = 0;
     std::string wish_; // native path of an Archive that another start wants open
+    int selected_side_ = 0;
     bool playing_ = false;
     bool syncing_ = false; // the program, not the user, changes the view's selection
+    WatchWindow watch_{*this};
+    JoystickNavigation joystick_{*this};
 };
 
 } // namespace kelvash::ui

@@ -190,6 +190,13 @@ Role MainActionText() {
     return Role::OnAccent;
 }
 
+void SetBlack(QWidget* window) {
+    QPalette black = window->palette();
+    black.setColor(QPalette::Window, Qt::black);
+    window->setPalette(black);
+    window->setAutoFillBackground(true);
+}
+
 void SetDestructive(QAbstractButton* button) {
     button->setProperty(kDestructiveMark, true);
     if (!DesktopHasItsLook()) return;

@@ -67,6 +67,8 @@ void SetExplaining(QLabel* label);
 void SetMainAction(QAbstractButton* button);
 // The role of its text and icon.
 Role MainActionText();
+// A window that is to show nothing at all, whatever the desktop's colours.
+void SetBlack(QWidget* window);
 // An action by which something goes.
 void SetDestructive(QAbstractButton* button);
 
