@@ -7,6 +7,7 @@
 #include "companion/watch_calls.h"
 #include "companion/watcher.h"
 #include "core/profile.h"
+#include "foundation/drive_options.h"
 #include "foundation/drives.h"
 #include "foundation/process.h"
 

@@ -47,10 +47,7 @@ void ReleaseProcess(Process& process) {
 }
 
 bool HoldsOpen(std::int64_t process_id, const std::vector<std::string>& files) {
-    std::vector<platform::NativeFile> native;
-    for (const std::string& file : files)
-        native.push_back(NativePath(file));
-    return platform::HoldsOpen(process_id, native);
+    return platform::HoldsOpen(process_id, files);
 }
 
 std::int64_t FindProcessOf(std::string_view program) {

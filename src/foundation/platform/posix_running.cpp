@@ -1,12 +1,11 @@
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <climits>
 #include <memory>
 #include <system_error>
-#include <utility>
 
 #include "foundation/drives.h"
 #include "foundation/platform/platform.h"
@@ -32,8 +31,8 @@ bool IsSame(const fs::path& a, const fs::path& b) {
     return !a.empty() && fs::equivalent(a, b, error);
 }
 
-std::string NameIn(std::string_view word) {
-    return std::string(word.substr(word.find_last_of("/\\") + 1)); // npos + 1 is the whole word
+std::string_view NameIn(std::string_view word) {
+    return word.substr(word.find_last_of("/\\") + 1); // npos + 1 is the whole word
 }
 
 // Where a word of a command line leads: native, a path text of a drive, or below the working folder.
@@ -91,19 +90,21 @@ std::int64_t FindProcessOf(const NativeFile& program) {
     return 0;
 }
 
-bool HoldsOpen(std::int64_t process_id, const std::vector<NativeFile>& files) {
-    using Identity = std::pair<dev_t, ino_t>;
-    std::vector<Identity> wanted;
-    struct stat status {};
-    for (const NativeFile& file : files)
-        if (::stat(file.c_str(), &status) == 0) wanted.emplace_back(status.st_dev, status.st_ino);
+bool HoldsOpen(std::int64_t process_id, const std::vector<std::string>& files) {
     const std::string folder = "/proc/" + std::to_string(process_id) + "/fd";
     const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(folder.c_str()), ::closedir);
-    if (wanted.empty() || entries == nullptr) return false;
-    while (const dirent* entry = ::readdir(entries.get()))
-        if (::fstatat(::dirfd(entries.get()), entry->d_name, &status, 0) == 0 &&
-            std::find(wanted.begin(), wanted.end(), Identity(status.st_dev, status.st_ino)) != wanted.end())
+    if (files.empty() || entries == nullptr) return false;
+    while (const dirent* entry = ::readdir(entries.get())) {
+        char link[PATH_MAX];
+        const ssize_t length = ::readlinkat(::dirfd(entries.get()), entry->d_name, link, sizeof link);
+        if (length <= 0 || link[0] != '/') continue; // pipes, sockets
+        const std::string open(link, static_cast<std::size_t>(length));
+        const std::string_view name = NameIn(open);
+        if (std::any_of(files.begin(), files.end(), [&](const std::string& file) {
+                return EqualNoCase(NameIn(file), name) && IsSame(NativePath(file), open);
+            }))
             return true;
+    }
     return false;
 }
 
