@@ -8,7 +8,7 @@ work=${1:-$build/bench/work}
 
 cmake --preset release >/dev/null
 cmake --build --preset release --target \
-    ratios intake_ratios gaps swap_once inflate_files empty peak kelvash-cli empty_window window_bench kelvash >/dev/null
+    ratios intake_ratios gaps watch_tick swap_once inflate_files empty peak kelvash-cli empty_window window_bench kelvash >/dev/null
 rm -rf "$work"
 mkdir -p "$work"
 work=$(cd "$work" && pwd) # some commands run in a folder of it
@@ -18,6 +18,8 @@ mkdir "$work/intake"
 "$build/bench/intake_ratios" "$work/intake"
 mkdir "$work/gaps"
 "$build/bench/gaps" "$work/gaps"
+mkdir "$work/watch"
+xvfb-run -a "$build/bench/watch_tick" "$work/watch"
 echo
 # Without a session bus of its own a window program may wait for one to be started.
 "$build/bin/kelvash-cli" demo "$work/demo" >/dev/null

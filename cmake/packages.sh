@@ -11,7 +11,7 @@ build_packages=(
 check_packages=(
     git libbenchmark-dev
     clang clang-format clang-tidy libclang-rt-14-dev
-    strace xvfb xauth x11-utils dbus-bin dbus-daemon
+    strace xvfb openbox xauth x11-utils dbus-bin dbus-daemon
 )
 windows_packages=(
     cmake ninja-build ccache googletest

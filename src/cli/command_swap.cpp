@@ -6,6 +6,7 @@
 #include "cli/steps.h"
 #include "cli/terminal.h"
 #include "companion/game.h"
+#include "companion/watcher.h"
 #include "core/level_list.h"
 #include "core/session.h"
 #include "foundation/messages.h"
@@ -62,7 +63,7 @@ bool Play(Session& session, const std::string& typed) {
     const bool played = StartUpWithArchive(session, {}) && TakeCode(typed, code) &&
                         DoneWithoutFailure(session.user, [&] { return program::PlayLevel(code); });
     if (companion::game.WatcherActive)
-        companion::WaitForGameEnd(&Interrupted); // a signal leaves it to itself
+        companion::WatchUntilEnd(core::session.TimerInterval, &Interrupted); // a signal leaves it to itself
     return EndSession(session) && played;
 }
 

@@ -1,11 +1,15 @@
 #include "companion/game.h"
 
-#include <string>
+#include <vector>
 
+#include "companion/fragments.h"
+#include "companion/messages.h"
+#include "companion/watch_calls.h"
+#include "companion/watcher.h"
 #include "core/ports.h"
 #include "core/profile.h"
+#include "foundation/desktop.h"
 #include "foundation/messages.h"
-#include "foundation/pumping.h"
 #include "foundation/state.h"
 #include "foundation/text.h"
 #include "trle_state/fragments.h"
@@ -20,15 +24,52 @@ std::string GameProgram() {
     return core::TrleFolder() + LoadFragment(fragment::kGameProgram);
 }
 
+// Under Wine a window names its program; where a container stands around the game, that alone tells whose it
+// is.
+bool IsOfGame(const DesktopWindow& window) {
+    return window.process_id == game.GameProcess.id ||
+           EqualNoCase(window.program, LoadFragment(fragment::kGameFile));
+}
+
+std::uintptr_t FindGameWindow() {
+    const std::vector<DesktopWindow> own = ListThreadWindows(game.GameProcess.id);
+    return own.empty() ? 0 : own.front().handle;
+}
+
+// A message would lie over the game.
+void TellUnreachable() {
+    if (TheDesktop().Reach() == DesktopReach::OnlyWayland)
+        TellAfterGame(LoadMessage(msg::kWatchOnlyWayland, {kLineBreak}));
+}
+
+void AwaitGameWindow() {
+    constexpr double kLookSeconds = 0.2;
+    if (TheDesktop().Reach() != DesktopReach::Full) return TellUnreachable();
+    const double end = watch_calls.Now() + kWindowSeconds;
+    while (game.GameWindow == 0 && watch_calls.Now() < end && !WaitForProcess(game.GameProcess, 0)) {
+        watch_calls.Wait(kLookSeconds);
+        game.GameWindow = FindGameWindow();
+    }
+    // A window manager may have left the new window behind the cover.
+    if (game.GameWindow != 0 && watch_calls.CoverWindow &&
+        TheDesktop().FocusedWindow().handle == watch_calls.CoverWindow())
+        TheDesktop().Activate(game.GameWindow);
+}
+
 } // namespace
 
 bool StartGame(const Arguments& arguments, bool suspended) {
     game = GameState();
+    if (watch_calls.ShowCover) watch_calls.ShowCover();
     if (!RunFull(GameProgram(), arguments, Window::Normal, game.GameProcess, suspended)) {
         game = GameState();
+        if (watch_calls.CloseCover) watch_calls.CloseCover();
         return false;
     }
+    game.IsOurs = true;
     if (suspended) ResumeProcess(game.GameProcess);
+    BeginWatch();
+    AwaitGameWindow();
     return true;
 }
 
@@ -36,7 +77,10 @@ bool AdoptGame() {
     if (GameRuns()) return true;
     game.GameProcess.id = core::FindGame();
     game.WatcherActive = game.GameProcess.id != 0;
-    return game.WatcherActive;
+    if (!game.WatcherActive) return false;
+    game.GameWindow = FindGameWindow();
+    BeginWatch();
+    return true;
 }
 
 bool GameRuns() {
@@ -46,10 +90,19 @@ bool GameRuns() {
     return false;
 }
 
-void WaitForGameEnd(bool (*given_up)()) {
-    constexpr double kPollSeconds = 0.1;
-    while (GameRuns() && !given_up())
-        WaitPumping(kPollSeconds);
+// The number of a process that isn't a child may belong to another by now.
+void EndGameProcess() {
+    if (game.GameProcess.id != 0 && (game.IsOurs || core::FindGame() == game.GameProcess.id))
+        KillProcess(game.GameProcess);
+}
+
+std::uintptr_t FocusOfGame() {
+    const DesktopWindow focused = TheDesktop().FocusedWindow();
+    if (focused.handle == 0 || game.GameProcess.id == 0) return 0;
+    const bool is_cover = watch_calls.CoverWindow && focused.handle == watch_calls.CoverWindow();
+    const bool may_hold_game =
+        game.GameWindow == 0 && EqualNoCase(focused.program, LoadFragment(fragment::kWineDesktop));
+    return is_cover || may_hold_game || IsOfGame(focused) ? focused.handle : 0;
 }
 
 } // namespace kelvash::companion

@@ -1,26 +1,36 @@
 // The running game.
 #pragma once
 
+#include <cstdint>
+#include <string>
+
 #include "foundation/process.h"
 
 namespace kelvash::companion {
 
 struct GameState {
-    Process GameProcess; // id 0 when no game runs
-    bool WatcherActive = false;
+    Process GameProcess;           // id 0 when no game runs
+    bool WatcherActive = false;    // the watcher's ticks do their work; not within one
+    std::uintptr_t GameWindow = 0; // the first that was found; 0 if none was
+    bool IsOurs = false;           // started by this program
 };
 extern GameState& game;
 
-// Starts tomb4.exe in the TRLE folder. A suspended start begins stopped and is resumed at once. True if the
-// game started.
+// Starts tomb4.exe in the TRLE folder behind the cover, and waits for its window: until one is there, the
+// game has ended, or kWindowSeconds are over, as with a game in a desktop of Wine's own. A suspended start
+// begins stopped and is resumed at once. True if the game started.
 [[nodiscard]] bool StartGame(const Arguments& arguments, bool suspended);
+inline constexpr double kWindowSeconds = 10;
 
 // Takes a game that runs already, started by an earlier run or by hand, for this run's own. True if one runs.
 bool AdoptGame();
 
 // One look at the game: true while it runs. When it has ended the state goes back to that of no game.
 bool GameRuns();
-// Waits for the game's end, or until `given_up` says so, with the interface pumped.
-void WaitForGameEnd(bool (*given_up)());
+// Ends the game at once, if it is still the process that was found.
+void EndGameProcess();
+
+// The window that gets the keys now, if it is the game's or the cover; 0 else.
+std::uintptr_t FocusOfGame();
 
 } // namespace kelvash::companion

@@ -29,6 +29,15 @@ Desktop* SetDesktop(Desktop* desktop) {
     return std::exchange(CurrentDesktop(), desktop);
 }
 
+std::uint32_t Desktop::KeysHeld(std::initializer_list<int> virtual_keys) {
+    std::uint32_t held = 0, bit = 1;
+    for (const int key : virtual_keys) {
+        if (KeyHeld(key)) held |= bit;
+        bit <<= 1;
+    }
+    return held;
+}
+
 void SendKey(int virtual_key, int scan_code) {
     TheDesktop().PressKey(virtual_key, scan_code);
     TheUser().PumpEvents();

@@ -1,6 +1,8 @@
 // The desktop port: keys, joystick, windows, screen, clipboard picture, beep.
 //
-// Implementations: X11 with SDL2 on Linux (the clipboard by the forms), Win32 on Windows, a fake in tests.
+// Implementations: X11 with SDL2 on Linux (the clipboard by the forms), Win32 on Windows, a fake in tests. On
+// a Wayland desktop it is the X11 server beside it that is seen, with the windows of those programs alone
+// that go through it; Wine's do.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +22,12 @@ struct DesktopWindow {
     std::uintptr_t handle = 0;
     std::string caption;
     std::int64_t process_id = 0;
+    std::string program{}; // under Wine the program's file name; what else it says of itself, or nothing
 };
+
+// How much of the desktop can be seen: windows and keys; nothing, without a display; or nothing because it is
+// a Wayland desktop without an X11 server.
+enum class DesktopReach { Full, NoDisplay, OnlyWayland };
 
 // Axes 0 to 65535 with the rest position near 32767; one bit a button.
 struct JoystickState {
@@ -43,6 +50,8 @@ class Desktop {
 
     // True while the key is held down, whichever window has the focus.
     virtual bool KeyHeld(int virtual_key) = 0;
+    // The same of several keys, 32 at most, at one instant: bit i is set while the i-th is held.
+    virtual std::uint32_t KeysHeld(std::initializer_list<int> virtual_keys);
     // Presses and releases a key.
     virtual void PressKey(int virtual_key, int scan_code) = 0;
     // False if there is no such joystick.
@@ -51,6 +60,16 @@ class Desktop {
     virtual std::vector<DesktopWindow> TopWindows() = 0;
     // The visible ones of one process.
     virtual std::vector<DesktopWindow> WindowsOf(std::int64_t process_id) = 0;
+    virtual DesktopReach Reach() = 0;
+    // The window that gets the keys; handle 0 if there is none, or it can't be told.
+    virtual DesktopWindow FocusedWindow() = 0;
+    // Brings a window to the top and gives it the keys.
+    virtual void Activate(std::uintptr_t window) = 0;
+    // What a window shows, as the bytes of a bitmap file of 24 bits; as much of it as is on the screen. Empty
+    // if it can't be had.
+    virtual std::string PictureOf(std::uintptr_t window) = 0;
+    // True where the system itself puts a picture on the clipboard when Print Screen is pressed.
+    virtual bool PrintScreenCopies() = 0;
     virtual void SetTopMost(std::uintptr_t window, bool top_most) = 0;
     virtual void ShowCursor(bool show) = 0;
     virtual ScreenSize Screen() = 0;

@@ -28,6 +28,8 @@ std::string_view SuffixOf(LockKind kind) {
             return ".profile.lock";
         case LockKind::Window:
             return ".window.lock";
+        case LockKind::Watch:
+            return ".watch.lock";
     }
     return {};
 }

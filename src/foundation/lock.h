@@ -19,6 +19,7 @@ enum class LockKind {
     Change,  // the files of the folder
     Profile, // the profile in it, for the instant of its writing
     Window,  // the one window of an application's folder
+    Watch,   // the one watcher beside the game of a TRLE folder
 };
 
 // Who holds a lock, for a message; empty and 0 if that can't be told.

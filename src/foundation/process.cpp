@@ -46,6 +46,10 @@ void ReleaseProcess(Process& process) {
     platform::Release(process);
 }
 
+bool HoldsOpen(std::int64_t process_id, const std::vector<std::string>& files) {
+    return platform::HoldsOpen(process_id, files);
+}
+
 std::int64_t FindProcessOf(std::string_view program) {
     return platform::FindProcessOf(NativePath(program));
 }

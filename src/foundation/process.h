@@ -45,6 +45,10 @@ void ReleaseProcess(Process& process);
 // Id of a process that runs a program, whoever has started it; 0 if there is none. A few milliseconds.
 std::int64_t FindProcessOf(std::string_view program);
 
+// True if a process has one of these files open; on Windows, if anybody has. One look at the process,
+// whatever the number of files.
+bool HoldsOpen(std::int64_t process_id, const std::vector<std::string>& files);
+
 // Opens a document with the program that the desktop has for its extension, or an address (see
 // OpenableAddress). What a document's bytes or rights say doesn't count: only what is called a program
 // (".exe") is run, the verb being its parameters; else that is what to do with the document ("open" or empty

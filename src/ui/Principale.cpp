@@ -60,6 +60,7 @@ bool Principale::Load(const std::string& command_line, const program::FirstStepW
     const JobScope job;
     const bool runs = program::StartUp(command_line, at_first_start);
     Timer1->setInterval(core::session.TimerInterval);
+    Timer_Joystick->start();
     SetView(RestoreWindow({this, splitter_}));
     ShowPanel(core::profile.ShowScreenShots);
     if (runs && companion::AdoptGame()) {
@@ -97,7 +98,7 @@ void Principale::ConnectControls(FormsUser& user) {
             [this] { door_.Try([] { program::ShowMoreInfo(); }); });
     connect(Pul_ScreenShots, &QPushButton::clicked, this, [this] { ShowPanel(true); });
     connect(Pul_SaveGames, &QPushButton::clicked, this, [this] { ShowPanel(false); });
-    connect(Timer1, &QTimer::timeout, this, &Principale::WatchGame);
+    connect(Timer1, &QTimer::timeout, &watch_, &WatchWindow::Tick);
     connect(Timer_Beside, &QTimer::timeout, this, &Principale::LookBeside);
     // A click in one list takes the selection of the other away.
     connect(List_SaveGameTomb, &QListWidget::itemClicked, List_SaveGameArchiviati,
@@ -175,7 +176,7 @@ void Principale::Play() {
 
 void Principale::ShowPlaying() {
     Label_Info->SetLine(Caption(msg::kMainPlaying));
-    Timer1->start();
+    watch_.Begin();
 }
 
 void Principale::SetPlaying(bool playing) {
@@ -186,25 +187,12 @@ void Principale::SetPlaying(bool playing) {
     Label_Info->SetLine({});
 }
 
-// Closing the game brings the level's new savegames and the mark of the level that is in. While a job runs
-// that waits for a later tick.
-void Principale::WatchGame() {
-    if (!companion::game.WatcherActive || !door_.IsFree() || companion::GameRuns()) return;
-    Timer1->stop();
-    door_.Try([this] {
-        SetPlaying(false);
-        core::RefreshLevelList();
-    });
-    activateWindow();
-    Combo_Livelli->setFocus();
-}
-
 // What others change shows by itself when nothing else is at work. The eye keeps its place: the list its
 // scrolling, the level its pair of pictures, the status line its word.
 void Principale::LookBeside() {
     if (isMinimized() || IsWriting(focusWidget()) || !door_.MayInterrupt()) return;
     const std::int32_t level = core::SelectedLevel();
-    const std::size_t pair = first_shown_image_;
+    const std::size_t pair = shots_->Pages().FirstShownImage;
     const int scrolled = Combo_Livelli->verticalScrollBar()->value();
     const QString said = Label_Info->text();
     program::Beside changed{};
@@ -213,7 +201,7 @@ void Principale::LookBeside() {
     if (changed == program::Beside::Page) AggiornaDatiLivello(true);
     levels_->RenewAll();
     if (core::SelectedLevel() == level) {
-        PageImages(pair);
+        shots_->ShowFrom(pair);
         Combo_Livelli->verticalScrollBar()->setValue(scrolled);
     }
     Label_Info->SetLine(said);

@@ -1,7 +1,7 @@
 // The main form: the list of levels, and what is known of the selected one.
 //
 // It shows core::level_list and works on it; what a command does stands in the logic. While the game runs all
-// of it is disabled, and Timer1 looks whether the game has ended.
+// of it is disabled, and Timer1 watches (ui/watch_window.h).
 #pragma once
 
 #include <QBoxLayout>
@@ -26,12 +26,14 @@
 #include "ui/form_support.h"
 #include "ui/icon_button.h"
 #include "ui/job_door.h"
+#include "ui/joystick_navigation.h"
 #include "ui/level_banner.h"
 #include "ui/level_delegate.h"
 #include "ui/level_model.h"
 #include "ui/path_label.h"
 #include "ui/picture_view.h"
 #include "ui/principale_menu.h"
+#include "ui/watch_window.h"
 
 namespace kelvash::ui {
 
@@ -62,6 +64,11 @@ class Principale final : public QMainWindow {
     // What has been done, in the status line for a while.
     void Say(const QString& done);
     ScreenshotPanel& Shots() { return *shots_; }
+    // While the game runs nothing can be commanded.
+    void SetPlaying(bool playing);
+    // True where no job runs.
+    bool IsFree() const { return door_.IsFree(); }
+    WatchWindow& Watch() { return watch_; }
     // The panel of the screenshots, or that of the savegames.
     void ShowPanel(bool screenshots);
 
@@ -125,6 +132,7 @@ class Principale final : public QMainWindow {
 
     QTimer* const Timer1 = Make<QTimer>(this, "Timer1");
     QTimer* const Timer_Beside = Make<QTimer>(this, "Timer_Beside"); // see program/beside.h
+    QTimer* const Timer_Joystick = Make<QTimer>(this, "Timer_Joystick");
 
   private:
     // Principale_layout.cpp
@@ -159,10 +167,8 @@ class Principale final : public QMainWindow {
     void FilterLevels();
     bool Search();
     void Play();
-    void SetPlaying(bool playing);
     void ShowPlaying();
     void OpenWish();
-    void WatchGame();
     void LookBeside();
     bool MayClose();
     void EnableCommands();
@@ -188,6 +194,8 @@ class Principale final : public QMainWindow {
     std::string wish_; // native path of an Archive that another start wants open
     bool playing_ = false;
     bool syncing_ = false; // the program, not the user, changes the view's selection
+    WatchWindow watch_{*this};
+    JoystickNavigation joystick_{*this};
 };
 
 } // namespace kelvash::ui

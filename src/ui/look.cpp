@@ -223,6 +223,13 @@ void SetMainAction(QAbstractButton* button) {
     if (DesktopHasItsLook()) FollowPalette(button, &ColoursOfMainAction);
 }
 
+void SetBlack(QWidget* window) {
+    QPalette black = window->palette();
+    black.setColor(QPalette::Window, Qt::black);
+    window->setPalette(black);
+    window->setAutoFillBackground(true);
+}
+
 void SetDestructive(QAbstractButton* button) {
     button->setProperty(kDestructiveMark, true);
     RenewIcon(button);

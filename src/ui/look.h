@@ -72,6 +72,8 @@ void SetType(QWidget* control, Type type);
 void SetExplaining(QLabel* label);
 // The action that a form is there for.
 void SetMainAction(QAbstractButton* button);
+// A window that is to show nothing at all, whatever the desktop's colours.
+void SetBlack(QWidget* window);
 // An action by which something goes.
 void SetDestructive(QAbstractButton* button);
 

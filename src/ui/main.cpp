@@ -25,6 +25,7 @@
 #include "ui/single_instance.h"
 #include "ui/start_screen.h"
 #include "ui/theme.h"
+#include "ui/x11_wish.h"
 
 namespace kelvash::ui {
 
@@ -194,7 +195,9 @@ int Run(const QApplication& application) {
 
 int main(int argc, char** argv) {
     const kelvash::FontSearch font_search;
+    kelvash::ui::WishForX11();
     const QApplication application(argc, argv);
+    kelvash::ui::ForgetWishForX11();
     QCoreApplication::setApplicationName(QStringLiteral("kelvash"));
     QCoreApplication::setApplicationVersion(QStringLiteral("1.4"));
     QGuiApplication::setDesktopFileName(QStringLiteral("kelvash"));

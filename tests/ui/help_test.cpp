@@ -119,11 +119,11 @@ TEST_F(Help, F1InTheHelpGoesToHowItIsRead) {
 TEST(ShippedHelpText, HasEveryMarkOnce) {
     const std::string text = ShippedHelp();
     for (const HelpMark mark :
-         {HelpMark::MainWindow, HelpMark::FirstStart, HelpMark::Restore, HelpMark::Savegames,
-          HelpMark::Questions, HelpMark::Settings, HelpMark::Archive, HelpMark::FindTrle,
-          HelpMark::ChooseFolder, HelpMark::Search, HelpMark::Keyboard, HelpMark::Files, HelpMark::MoreInfo,
-          HelpMark::AddLevel, HelpMark::Author, HelpMark::ArchivePreferences, HelpMark::Maintenance,
-          HelpMark::Screenshots, HelpMark::SmallWindows, HelpMark::ReadingHelp}) {
+         {HelpMark::MainWindow,   HelpMark::FirstStart,  HelpMark::Restore,      HelpMark::Savegames,
+          HelpMark::Questions,    HelpMark::Settings,    HelpMark::Archive,      HelpMark::FindTrle,
+          HelpMark::ChooseFolder, HelpMark::Search,      HelpMark::Keyboard,     HelpMark::Files,
+          HelpMark::MoreInfo,     HelpMark::AddLevel,    HelpMark::Author,       HelpMark::ArchivePreferences,
+          HelpMark::Maintenance,  HelpMark::Screenshots, HelpMark::SmallWindows, HelpMark::ReadingHelp}) {
         const std::string sought = "#" + std::to_string(static_cast<int>(mark)) + "#";
         const std::size_t first = text.find(sought);
         ASSERT_NE(first, std::string::npos) << sought;

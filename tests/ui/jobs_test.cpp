@@ -91,10 +91,12 @@ TEST_F(WindowAtWork, ADropFromBeforeWaits) {
 }
 
 TEST_F(WindowAtWork, ATickOfTheWatcherWaits) {
-    companion::game.WatcherActive = true; // of a game that has ended
+    companion::game.GameProcess.id = 2'000'000'000; // of a game that has ended
+    companion::game.WatcherActive = true;
     form.Timer1->start(0);
     DuringAJob([this] {
         QTest::qWait(20);
+        EXPECT_FALSE(companion::game.WatcherActive) << "the end is seen, the lists wait";
         EXPECT_TRUE(form.Timer1->isActive());
     });
     EXPECT_TRUE(form.Timer1->isActive());

@@ -138,6 +138,9 @@ NativeFile NativeTool(std::string_view name);
 // that works in the program's folder counts as well: Wine may know the program by another path.
 std::int64_t FindProcessOf(const NativeFile& program);
 
+// See foundation/process.h. Path texts: only those that may be open are looked for on the disk.
+bool HoldsOpen(std::int64_t process_id, const std::vector<std::string>& files);
+
 // --- locks (posix_lock.cpp) ---
 
 // Makes a folder that nobody but the user can reach into. False if that can't be had, or if what stands there

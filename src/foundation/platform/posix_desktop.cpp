@@ -3,6 +3,7 @@
 #include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 #include <X11/extensions/Xfixes.h>
+#include <poll.h>
 
 #include <algorithm>
 #include <array>
@@ -12,6 +13,8 @@
 #include "foundation/platform/platform.h"
 #include "foundation/platform/posix_joystick.h"
 #include "foundation/platform/posix_keys.h"
+#include "foundation/platform/posix_tones.h"
+#include "foundation/platform/posix_x11.h"
 #include "foundation/text.h"
 
 namespace kelvash::platform {
@@ -23,55 +26,6 @@ constexpr int kFrameDepth = 4;
 // More of a caption is of no use; in units of four bytes.
 constexpr long kCaptionLength = 1024;
 
-int IgnoreError(Display*, XErrorEvent*) {
-    return 0;
-}
-
-int IgnoreEnd(Display*) {
-    return 0;
-}
-
-// Windows of other programs vanish at any time, and the server may end. While this lives, neither ends the
-// program, as Xlib's own handlers would do it.
-class ErrorScope {
-  public:
-    explicit ErrorScope(Display* display)
-        : display_(display), old_(XSetErrorHandler(IgnoreError)), old_end_(XSetIOErrorHandler(IgnoreEnd)) {}
-    ~ErrorScope() {
-        XSync(display_, False);
-        XSetErrorHandler(old_);
-        XSetIOErrorHandler(old_end_);
-    }
-    ErrorScope(const ErrorScope&) = delete;
-    ErrorScope& operator=(const ErrorScope&) = delete;
-
-  private:
-    Display* display_;
-    XErrorHandler old_;
-    XIOErrorHandler old_end_;
-};
-
-// The server's answer, freed at the end.
-struct Property {
-    unsigned char* bytes = nullptr;
-    unsigned long count = 0;
-    Atom type = None;
-    int format = 0;
-    Property() = default;
-    Property(const Property&) = delete;
-    Property& operator=(const Property&) = delete;
-    ~Property() {
-        if (bytes != nullptr) XFree(bytes);
-    }
-    bool Read(Display* display, ::Window window, Atom name, long length) {
-        unsigned long left = 0;
-        return XGetWindowProperty(display, window, name, 0, length, False, AnyPropertyType, &type, &format,
-                                  &count, &left, &bytes) == Success &&
-               bytes != nullptr && count > 0;
-    }
-    std::string Text() const { return {reinterpret_cast<const char*>(bytes), count}; }
-};
-
 class X11Desktop final : public Desktop {
   public:
     X11Desktop() = default;
@@ -79,15 +33,21 @@ class X11Desktop final : public Desktop {
     // the program for it.
     ~X11Desktop() override = default;
 
-    bool KeyHeld(int virtual_key) override;
+    bool KeyHeld(int virtual_key) override { return KeysHeld({virtual_key}) != 0; }
+    std::uint32_t KeysHeld(std::initializer_list<int> virtual_keys) override;
     void PressKey(int virtual_key, int scan_code) override;
     bool ReadJoystick(int id, JoystickState& state) override { return joysticks_.Read(id, state); }
     std::vector<DesktopWindow> TopWindows() override;
     std::vector<DesktopWindow> WindowsOf(std::int64_t process_id) override;
+    DesktopReach Reach() override;
+    DesktopWindow FocusedWindow() override;
+    void Activate(std::uintptr_t window) override;
+    std::string PictureOf(std::uintptr_t window) override;
+    bool PrintScreenCopies() override { return false; }
     void SetTopMost(std::uintptr_t window, bool top_most) override;
     void ShowCursor(bool show) override;
     ScreenSize Screen() override;
-    void Beep(int hertz, int milliseconds) override;
+    void Beep(int hertz, int milliseconds) override { tones_.Play(hertz, milliseconds); }
     bool WindowAnimation() override { return false; }
     void SetWindowAnimation(bool) override {}
     // X11 hands a selection over through the receiver's event loop, which only the forms have: their desktop
@@ -103,6 +63,10 @@ class X11Desktop final : public Desktop {
     Atom Named(const char* name) { return XInternAtom(display_, name, False); }
     bool Describe(::Window window, DesktopWindow& described);
     std::string CaptionOf(::Window window);
+    std::string ProgramOf(::Window window);
+    ::Window ParentOf(::Window window);
+    bool HasWindowManager();
+    void TellManager(::Window window, const char* message, std::initializer_list<long> data);
     bool IsVisible(::Window window);
     void Collect(::Window parent, int depth, std::vector<DesktopWindow>& windows);
 
@@ -111,6 +75,7 @@ class X11Desktop final : public Desktop {
     bool lost_ = false;
     bool cursor_hidden_ = false;
     Joysticks joysticks_;
+    Tones tones_;
 };
 
 // The connection, opened with the first call that needs it, and again after the server has ended; null
@@ -118,16 +83,24 @@ class X11Desktop final : public Desktop {
 Display* X11Desktop::Connection() {
     const char* name = std::getenv("DISPLAY");
     if (name == nullptr || *name == '\0') return nullptr;
-    if (lost_ || tried_ != name) Open(name);
+    // A server of this machine that isn't there is found out at once, and may come back.
+    const bool may_come = display_ == nullptr && *name == ':';
+    if (lost_ || may_come || tried_ != name) Open(name);
     if (display_ == nullptr) return nullptr;
     DropEvents();
     if (lost_) Open(name);
     return display_;
 }
 
-// Nobody asked for events, but a new keyboard mapping is told all the same.
+// Nobody asked for events, but a new keyboard mapping is told all the same. The end of the server is seen by
+// its end of the connection, without a question that would have to be awaited.
 void X11Desktop::DropEvents() {
-    const ErrorScope scope(display_);
+    const ErrorScope scope(display_, ErrorScope::Calls::Answered);
+    pollfd server{ConnectionNumber(display_), POLLIN, 0};
+    if (::poll(&server, 1, 0) > 0 && (server.revents & (POLLHUP | POLLERR)) != 0) {
+        lost_ = true;
+        return;
+    }
     while (XPending(display_) > 0) {
         XEvent event;
         XNextEvent(display_, &event);
@@ -152,17 +125,23 @@ void X11Desktop::Close() {
     cursor_hidden_ = false;
 }
 
-bool X11Desktop::KeyHeld(int virtual_key) {
+std::uint32_t X11Desktop::KeysHeld(std::initializer_list<int> virtual_keys) {
     Display* display = Connection();
-    if (display == nullptr) return false;
-    const ErrorScope scope(display);
+    if (display == nullptr) return 0;
+    const ErrorScope scope(display, ErrorScope::Calls::Answered);
     std::array<char, 32> keys{};
     XQueryKeymap(display, keys.data());
-    const std::vector<KeySym> symbols = KeySymbols(virtual_key);
-    return std::any_of(symbols.begin(), symbols.end(), [&](KeySym symbol) {
-        const unsigned code = XKeysymToKeycode(display, symbol);
-        return code != 0 && (static_cast<unsigned char>(keys[code / 8]) >> (code % 8) & 1) != 0;
-    });
+    std::uint32_t held = 0, bit = 1;
+    for (const int key : virtual_keys) {
+        const std::vector<KeySym> symbols = KeySymbols(key);
+        if (std::any_of(symbols.begin(), symbols.end(), [&](KeySym symbol) {
+                const unsigned code = XKeysymToKeycode(display, symbol);
+                return code != 0 && (static_cast<unsigned char>(keys[code / 8]) >> (code % 8) & 1) != 0;
+            }))
+            held |= bit;
+        bit <<= 1;
+    }
+    return held;
 }
 
 void X11Desktop::PressKey(int virtual_key, int) {
@@ -185,14 +164,22 @@ std::string X11Desktop::CaptionOf(::Window window) {
     return plain.type == XA_STRING ? Utf8FromAnsi(plain.Text()) : plain.Text();
 }
 
+// Wine names a window's program there; so do most others in some way.
+std::string X11Desktop::ProgramOf(::Window window) {
+    Property names;
+    if (!names.Read(display_, window, XA_WM_CLASS, kCaptionLength) || names.format != 8) return {};
+    return Utf8FromAnsi(names.Text().c_str()); // two names, each with its NUL
+}
+
 // False for a window that is no program's own: it has neither a caption nor a process.
 bool X11Desktop::Describe(::Window window, DesktopWindow& described) {
     described = {window, CaptionOf(window), 0};
     Property process;
-    if (process.Read(display_, window, Named("_NET_WM_PID"), 1) && process.format == 32)
-        described.process_id =
-            static_cast<std::int64_t>(*reinterpret_cast<const unsigned long*>(process.bytes));
-    return described.process_id != 0 || !described.caption.empty();
+    if (process.Read(display_, window, Named("_NET_WM_PID"), 1))
+        described.process_id = static_cast<std::int64_t>(process.Number());
+    if (described.process_id == 0 && described.caption.empty()) return false;
+    described.program = ProgramOf(window);
+    return true;
 }
 
 // Below `parent`, from the top of the stack down; a program's window is not looked into.
@@ -235,20 +222,85 @@ std::vector<DesktopWindow> X11Desktop::WindowsOf(std::int64_t process_id) {
     return windows;
 }
 
+DesktopReach X11Desktop::Reach() {
+    if (Connection() != nullptr) return DesktopReach::Full;
+    const char* wayland = std::getenv("WAYLAND_DISPLAY");
+    return wayland == nullptr || *wayland == '\0' ? DesktopReach::NoDisplay : DesktopReach::OnlyWayland;
+}
+
+// 0 behind the root.
+::Window X11Desktop::ParentOf(::Window window) {
+    ::Window root = 0, parent = 0;
+    ::Window* children = nullptr;
+    unsigned count = 0;
+    if (XQueryTree(display_, window, &root, &parent, &children, &count) == 0) return 0;
+    if (children != nullptr) XFree(children);
+    return parent;
+}
+
+// The focus lies on a program's window, or on one within it. Where it follows the pointer, or is on a window
+// of the manager's own, the manager knows whose it is.
+DesktopWindow X11Desktop::FocusedWindow() {
+    Display* display = Connection();
+    if (display == nullptr) return {};
+    const ErrorScope scope(display);
+    ::Window focus = 0;
+    int revert = 0;
+    XGetInputFocus(display, &focus, &revert);
+    DesktopWindow found;
+    const ::Window root = DefaultRootWindow(display);
+    for (::Window at = focus == PointerRoot ? 0 : focus; at != 0 && at != root; at = ParentOf(at))
+        if (Describe(at, found)) return found;
+    Property active;
+    if (active.Read(display, root, Named("_NET_ACTIVE_WINDOW"), 1) && active.Number() != 0 &&
+        Describe(active.Number(), found))
+        return found;
+    return {};
+}
+
+bool X11Desktop::HasWindowManager() {
+    Property manager;
+    return manager.Read(display_, DefaultRootWindow(display_), Named("_NET_SUPPORTING_WM_CHECK"), 1);
+}
+
+void X11Desktop::TellManager(::Window window, const char* message, std::initializer_list<long> data) {
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = Named(message);
+    event.xclient.format = 32;
+    std::copy(data.begin(), data.end(), event.xclient.data.l);
+    XSendEvent(display_, DefaultRootWindow(display_), False,
+               SubstructureRedirectMask | SubstructureNotifyMask, &event);
+}
+
+void X11Desktop::Activate(std::uintptr_t window) {
+    Display* display = Connection();
+    if (display == nullptr || window == 0) return;
+    const ErrorScope scope(display);
+    constexpr long kFromPager = 2; // as the user's own wish: not held back as an intruder
+    if (HasWindowManager()) {
+        TellManager(window, "_NET_ACTIVE_WINDOW", {kFromPager, CurrentTime, 0});
+        return;
+    }
+    XRaiseWindow(display, window);
+    if (IsVisible(window)) XSetInputFocus(display, window, RevertToParent, CurrentTime);
+}
+
+std::string X11Desktop::PictureOf(std::uintptr_t window) {
+    Display* display = Connection();
+    if (display == nullptr || window == 0) return {};
+    const ErrorScope scope(display);
+    return PictureOfWindow(display, window);
+}
+
 void X11Desktop::SetTopMost(std::uintptr_t window, bool top_most) {
     Display* display = Connection();
     if (display == nullptr || window == 0) return;
     const ErrorScope scope(display);
-    XEvent event{};
-    event.xclient.type = ClientMessage;
-    event.xclient.window = window;
-    event.xclient.message_type = Named("_NET_WM_STATE");
-    event.xclient.format = 32;
-    event.xclient.data.l[0] = top_most ? 1 : 0; // add, remove
-    event.xclient.data.l[1] = static_cast<long>(Named("_NET_WM_STATE_ABOVE"));
-    event.xclient.data.l[3] = 1; // from an application
-    XSendEvent(display, DefaultRootWindow(display), False, SubstructureRedirectMask | SubstructureNotifyMask,
-               &event);
+    constexpr long kFromApplication = 1;
+    TellManager(window, "_NET_WM_STATE",
+                {top_most ? 1 : 0, static_cast<long>(Named("_NET_WM_STATE_ABOVE")), 0, kFromApplication});
     if (top_most) XRaiseWindow(display, window); // all there is without a window manager
 }
 
@@ -269,20 +321,6 @@ ScreenSize X11Desktop::Screen() {
     Display* display = Connection();
     if (display == nullptr) return {};
     return {DisplayWidth(display, DefaultScreen(display)), DisplayHeight(display, DefaultScreen(display))};
-}
-
-void X11Desktop::Beep(int hertz, int milliseconds) {
-    Display* display = Connection();
-    if (display == nullptr) return;
-    {
-        const ErrorScope scope(display);
-        XKeyboardControl bell{};
-        bell.bell_pitch = hertz;
-        bell.bell_duration = milliseconds;
-        XChangeKeyboardControl(display, KBBellPitch | KBBellDuration, &bell);
-        XBell(display, 100);
-    }
-    Sleep(milliseconds / 1000.0); // the next one would cut it off
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <climits>
 #include <memory>
 #include <system_error>
 
@@ -30,8 +31,8 @@ bool IsSame(const fs::path& a, const fs::path& b) {
     return !a.empty() && fs::equivalent(a, b, error);
 }
 
-std::string NameIn(std::string_view word) {
-    return std::string(word.substr(word.find_last_of("/\\") + 1)); // npos + 1 is the whole word
+std::string_view NameIn(std::string_view word) {
+    return word.substr(word.find_last_of("/\\") + 1); // npos + 1 is the whole word
 }
 
 // Where a word of a command line leads: native, a path text of a drive, or below the working folder.
@@ -87,6 +88,24 @@ std::int64_t FindProcessOf(const NativeFile& program) {
     for (const std::string& id : ProcessIds())
         if (Runs(id, program)) return std::stoll(id);
     return 0;
+}
+
+bool HoldsOpen(std::int64_t process_id, const std::vector<std::string>& files) {
+    const std::string folder = "/proc/" + std::to_string(process_id) + "/fd";
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(::opendir(folder.c_str()), ::closedir);
+    if (files.empty() || entries == nullptr) return false;
+    while (const dirent* entry = ::readdir(entries.get())) {
+        char link[PATH_MAX];
+        const ssize_t length = ::readlinkat(::dirfd(entries.get()), entry->d_name, link, sizeof link);
+        if (length <= 0 || link[0] != '/') continue; // pipes, sockets
+        const std::string open(link, static_cast<std::size_t>(length));
+        const std::string_view name = NameIn(open);
+        if (std::any_of(files.begin(), files.end(), [&](const std::string& file) {
+                return EqualNoCase(NameIn(file), name) && IsSame(NativePath(file), open);
+            }))
+            return true;
+    }
+    return false;
 }
 
 } // namespace kelvash::platform

@@ -1,5 +1,5 @@
-// SDL2 (bitmaps, joysticks), loaded when it is first asked for: with the sound and display libraries behind
-// it, linking it would add 6 ms to every start of a program.
+// SDL2 (bitmaps, joysticks, tones), loaded when it is first asked for: with the sound and display libraries
+// behind it, linking it would add 6 ms to every start of a program.
 #pragma once
 
 #include <SDL.h>
@@ -22,7 +22,12 @@ namespace kelvash::platform {
     USE(JoystickUpdate)            \
     USE(JoystickGetAxis)           \
     USE(JoystickNumButtons)        \
-    USE(JoystickGetButton)
+    USE(JoystickGetButton)         \
+    USE(OpenAudioDevice)           \
+    USE(PauseAudioDevice)          \
+    USE(QueueAudio)                \
+    USE(GetQueuedAudioSize)        \
+    USE(CloseAudioDevice)
 
 struct Sdl {
 #define KELVASH_SDL_MEMBER(name) decltype(&SDL_##name) name;

@@ -14,15 +14,49 @@ HWND WindowOf(std::uintptr_t handle) {
     return reinterpret_cast<HWND>(handle);
 }
 
-BOOL CALLBACK Collect(HWND window, LPARAM list) {
+DesktopWindow Described(HWND window) {
     wchar_t caption[kCaptionLength];
     const int length = GetWindowTextW(window, caption, kCaptionLength);
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
-    reinterpret_cast<std::vector<DesktopWindow>*>(list)->push_back(
-        {reinterpret_cast<std::uintptr_t>(window), Utf8FromWide({caption, static_cast<std::size_t>(length)}),
-         process});
+    return {reinterpret_cast<std::uintptr_t>(window),
+            Utf8FromWide({caption, static_cast<std::size_t>(length)}), process};
+}
+
+BOOL CALLBACK Collect(HWND window, LPARAM list) {
+    reinterpret_cast<std::vector<DesktopWindow>*>(list)->push_back(Described(window));
     return TRUE;
+}
+
+// The client area of a window as the screen shows it.
+std::string ClientPicture(HWND window) {
+    RECT area{};
+    if (IsWindowVisible(window) == FALSE || GetClientRect(window, &area) == FALSE) return {};
+    BITMAPINFO info{};
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), area.right, area.bottom, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+    const std::size_t row = (static_cast<std::size_t>(area.right) * 3 + 3) / 4 * 4;
+    const std::size_t size = row * static_cast<std::size_t>(area.bottom);
+    if (size == 0) return {};
+    const HDC source = GetDC(window);
+    const HDC target = CreateCompatibleDC(source);
+    void* bits = nullptr;
+    const HBITMAP bitmap = CreateDIBSection(source, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    std::string bytes;
+    if (target != nullptr && bitmap != nullptr) {
+        const HGDIOBJ former = SelectObject(target, bitmap);
+        if (BitBlt(target, 0, 0, area.right, area.bottom, source, 0, 0, SRCCOPY) != FALSE) {
+            GdiFlush();
+            BITMAPFILEHEADER head{0x4D42, static_cast<DWORD>(54 + size), 0, 0, 54};
+            bytes.assign(reinterpret_cast<const char*>(&head), sizeof head);
+            bytes.append(reinterpret_cast<const char*>(&info.bmiHeader), sizeof info.bmiHeader);
+            bytes.append(static_cast<const char*>(bits), size);
+        }
+        SelectObject(target, former);
+    }
+    if (bitmap != nullptr) DeleteObject(bitmap);
+    if (target != nullptr) DeleteDC(target);
+    ReleaseDC(window, source);
+    return bytes;
 }
 
 class WindowsDesktop final : public Desktop {
@@ -50,6 +84,18 @@ class WindowsDesktop final : public Desktop {
         });
         return windows;
     }
+    DesktopReach Reach() override { return DesktopReach::Full; }
+    DesktopWindow FocusedWindow() override {
+        const HWND window = GetForegroundWindow();
+        return window == nullptr ? DesktopWindow() : Described(window);
+    }
+    void Activate(std::uintptr_t window) override {
+        if (window != 0) SetForegroundWindow(WindowOf(window));
+    }
+    std::string PictureOf(std::uintptr_t window) override {
+        return window == 0 ? std::string() : ClientPicture(WindowOf(window));
+    }
+    bool PrintScreenCopies() override { return true; }
     void SetTopMost(std::uintptr_t window, bool top_most) override {
         if (window != 0)
             SetWindowPos(WindowOf(window), top_most ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,

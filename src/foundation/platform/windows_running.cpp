@@ -1,9 +1,12 @@
+#include "foundation/drives.h"
 #include "foundation/platform/platform.h"
 #include "foundation/platform/windows_common.h"
 #include "foundation/text.h"
 
 // Behind windows.h.
 #include <tlhelp32.h>
+
+#include <algorithm>
 
 namespace kelvash::platform {
 
@@ -38,6 +41,18 @@ std::int64_t FindProcessOf(const NativeFile& program) {
             return entry.th32ProcessID;
     }
     return 0;
+}
+
+// What is open can't be opened for oneself alone. Who has it open can't be asked.
+bool HoldsOpen(std::int64_t, const std::vector<std::string>& files) {
+    return std::any_of(files.begin(), files.end(), [](const std::string& text) {
+        const NativeFile file = NativePath(text);
+        const HANDLE handle = CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (handle == INVALID_HANDLE_VALUE) return GetLastError() == ERROR_SHARING_VIOLATION;
+        CloseHandle(handle);
+        return false;
+    });
 }
 
 } // namespace kelvash::platform

@@ -13,14 +13,7 @@
 #include "foundation/platform/posix_joystick.h"
 #include "support/foundation_home.h"
 #include "support/platform.h"
-#include "support/x_server.h"
-
-// Behind the others: X11 defines common words as macros.
-#include <X11/Xatom.h>
-#include <X11/Xlib.h>
-#include <X11/Xutil.h>
-#include <X11/extensions/XTest.h>
-#include <X11/keysym.h>
+#include "support/x_client.h"
 
 namespace kelvash {
 namespace {
@@ -35,6 +28,12 @@ TEST(DesktopWithoutDisplay, EveryCallIsHarmless) {
     desktop.PressKey(kKeyPrintScreen, 0);
     EXPECT_THAT(desktop.TopWindows(), IsEmpty());
     EXPECT_THAT(desktop.WindowsOf(1), IsEmpty());
+    EXPECT_EQ(desktop.Reach(), DesktopReach::NoDisplay);
+    EXPECT_EQ(desktop.KeysHeld({kKeyF9, kKeyF11}), 0U);
+    EXPECT_EQ(desktop.FocusedWindow().handle, 0U);
+    desktop.Activate(1);
+    EXPECT_EQ(desktop.PictureOf(1), "");
+    EXPECT_FALSE(desktop.PrintScreenCopies());
     desktop.SetTopMost(1, true);
     desktop.ShowCursor(false);
     desktop.ShowCursor(true);
@@ -53,38 +52,9 @@ TEST(DesktopWithoutDisplay, ADisplayThatDoesNotAnswerIsNone) {
     test::SetEnvironment("DISPLAY", "");
 }
 
-// A client of its own on the private server plays the other programs.
-class X11 : public testing::Test {
+class X11 : public testing::Test, protected test::XClient {
   protected:
-    X11() : display(XOpenDisplay(nullptr)) {}
-    ~X11() override {
-        if (display != nullptr) XCloseDisplay(display);
-    }
     void SetUp() override { ASSERT_NE(display, nullptr); }
-
-    ::Window Root() { return DefaultRootWindow(display); }
-    Atom Named(const char* name) { return XInternAtom(display, name, False); }
-
-    ::Window MakeWindow(::Window parent, bool shown) {
-        const ::Window window = XCreateSimpleWindow(display, parent, 0, 0, 100, 100, 0, 0, 0);
-        if (shown) XMapWindow(display, window);
-        XSync(display, False);
-        return window;
-    }
-    void SetProcess(::Window window, unsigned long id) {
-        XChangeProperty(display, window, Named("_NET_WM_PID"), XA_CARDINAL, 32, PropModeReplace,
-                        reinterpret_cast<unsigned char*>(&id), 1);
-        XSync(display, False);
-    }
-    void SetCaption(::Window window, const char* atom, Atom type, std::string text) {
-        XChangeProperty(display, window, Named(atom), type, 8, PropModeReplace,
-                        reinterpret_cast<unsigned char*>(text.data()), static_cast<int>(text.size()));
-        XSync(display, False);
-    }
-    void Key(KeySym symbol, bool pressed) {
-        XTestFakeKeyEvent(display, XKeysymToKeycode(display, symbol), pressed ? True : False, CurrentTime);
-        XSync(display, False);
-    }
 
     static std::vector<std::uintptr_t> Handles(const std::vector<DesktopWindow>& windows) {
         std::vector<std::uintptr_t> handles;
@@ -93,8 +63,6 @@ class X11 : public testing::Test {
         return handles;
     }
 
-    test::XServer server;
-    Display* display;
     Desktop& desktop = TheDesktop();
 };
 
@@ -258,6 +226,7 @@ TEST_F(X11, ScreenCursorAndBell) {
     ShowCursor();
     ShowCursor();
     desktop.Beep(300, 10);
+    desktop.Beep(0, 10);
     EXPECT_FALSE(desktop.KeyHeld(kKeyF9)); // the connection is still good
 }
 
@@ -270,6 +239,105 @@ TEST_F(X11, AServerThatEndsDoesNotEndTheProgram) {
     EXPECT_THAT(desktop.TopWindows(), IsEmpty());
     desktop.PressKey(kKeyF9, 0);
     EXPECT_EQ(desktop.Screen().width, 0);
+}
+
+TEST_F(X11, KeysAreAskedAboutTogether) {
+    EXPECT_EQ(desktop.KeysHeld({kKeyF9, kKeyF11, kKeyPrintScreen}), 0U);
+    Key(XK_F9, true);
+    Key(XK_Print, true);
+    EXPECT_EQ(desktop.KeysHeld({kKeyF9, kKeyF11, kKeyPrintScreen}), 0b101U);
+    EXPECT_EQ(desktop.KeysHeld({0, kKeyPrintScreen}), 0b10U);
+    Key(XK_F9, false);
+    Key(XK_Print, false);
+}
+
+TEST_F(X11, TheFocusIsOnAProgramsWindow) {
+    EXPECT_EQ(desktop.Reach(), DesktopReach::Full);
+    EXPECT_EQ(desktop.FocusedWindow().handle, 0U);
+    const ::Window window = MakeWindow(Root(), true);
+    const ::Window field = MakeWindow(window, true);
+    SetProcess(window, 4711);
+    SetProgram(window, "tomb4.exe", "Tomb4.exe");
+    XSetInputFocus(display, field, RevertToNone, CurrentTime);
+    XSync(display, False);
+    const DesktopWindow focused = desktop.FocusedWindow();
+    EXPECT_EQ(focused.handle, window);
+    EXPECT_EQ(focused.process_id, 4711);
+    EXPECT_EQ(focused.program, "tomb4.exe");
+    XSetInputFocus(display, None, RevertToNone, CurrentTime);
+    XSync(display, False);
+    EXPECT_EQ(desktop.FocusedWindow().handle, 0U);
+}
+
+TEST_F(X11, AWindowComesToTheFrontWithTheFocus) {
+    const ::Window lower = MakeWindow(Root(), true);
+    const ::Window upper = MakeWindow(Root(), true);
+    SetProcess(lower, 1);
+    SetProcess(upper, 2);
+    desktop.Activate(lower);
+    EXPECT_THAT(Handles(ListTopWindows()), ElementsAre(lower, upper));
+    EXPECT_EQ(desktop.FocusedWindow().handle, lower);
+    desktop.Activate(0);
+    desktop.Activate(0x7FFFFFF); // no such window
+    EXPECT_EQ(desktop.FocusedWindow().handle, lower);
+}
+
+TEST_F(X11, AWindowManagerGivesTheFocus) {
+    const test::WindowManager manager;
+    const ::Window first = MakeWindow(Root(), true);
+    SetProcess(first, 1);
+    const ::Window second = MakeWindow(Root(), true);
+    SetProcess(second, 2);
+    desktop.Activate(first);
+    EXPECT_TRUE(test::Comes([&] { return desktop.FocusedWindow().handle == first; }));
+    desktop.Activate(second);
+    EXPECT_TRUE(test::Comes([&] { return desktop.FocusedWindow().handle == second; }));
+    EXPECT_THAT(Handles(ListThreadWindows(1)), ElementsAre(first));
+}
+
+// A picture of 2 x 2 pixels, rows from the bottom up: blue, green, red.
+TEST_F(X11, AWindowsPictureIsABitmapFile) {
+    const ::Window window = XCreateSimpleWindow(display, Root(), 10, 10, 2, 2, 0, 0, 0x102030);
+    XMapWindow(display, window);
+    XSync(display, False);
+    const GC pen = XCreateGC(display, window, 0, nullptr);
+    XSetForeground(display, pen, 0xFF8001);
+    XDrawPoint(display, window, pen, 1, 0); // the upper right
+    XSync(display, False);
+    const std::string head(
+        "BM\x46\0\0\0\0\0\0\0\x36\0\0\0"
+        "\x28\0\0\0\2\0\0\0\2\0\0\0\1\0\x18\0\0\0\0\0\x10\0\0\0"
+        "\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0",
+        54);
+    const std::string rows("\x30\x20\x10\x30\x20\x10\0\0\x30\x20\x10\x01\x80\xFF\0\0", 16);
+    EXPECT_EQ(desktop.PictureOf(window), head + rows);
+    XFreeGC(display, pen);
+}
+
+TEST_F(X11, APictureHasWhatIsOnTheScreen) {
+    const ::Window window = MakeWindow(Root(), true); // 100 x 100
+    XMoveWindow(display, window, -40, 530);
+    XSync(display, False);
+    const std::string picture = desktop.PictureOf(window);
+    ASSERT_EQ(picture.size(), 54U + 180 * 70);
+    EXPECT_EQ(picture.substr(18, 8), std::string("\x3C\0\0\0\x46\0\0\0", 8)); // 60 x 70
+    XMoveWindow(display, window, 900, 0);
+    XSync(display, False);
+    EXPECT_EQ(desktop.PictureOf(window), "") << "all of it is outside";
+    XUnmapWindow(display, window);
+    XSync(display, False);
+    EXPECT_EQ(desktop.PictureOf(window), "");
+    XDestroyWindow(display, window);
+    XSync(display, False);
+    EXPECT_EQ(desktop.PictureOf(window), "");
+}
+
+TEST(DesktopWithoutDisplay, AWaylandDesktopWithoutX11IsKnown) {
+    test::SetEnvironment("DISPLAY", "");
+    test::SetEnvironment("WAYLAND_DISPLAY", "wayland-0");
+    EXPECT_EQ(TheDesktop().Reach(), DesktopReach::OnlyWayland);
+    test::SetEnvironment("WAYLAND_DISPLAY", "");
+    EXPECT_EQ(TheDesktop().Reach(), DesktopReach::NoDisplay);
 }
 
 // SDL's virtual stick plays the real one.

@@ -5,6 +5,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <fstream>
+
 #include "foundation/process.h"
 #include "support/foundation_home.h"
 
@@ -49,6 +51,22 @@ class Running : public FoundationHome {
 
 TEST_F(Running, FindsNothingWhereNothingRuns) {
     EXPECT_EQ(FindProcessOf(game_), 0);
+}
+
+TEST_F(Running, KnowsWhichFilesAProcessHoldsOpen) {
+    MakeFile(drive / "trle" / "savegame.0", "a");
+    MakeFile(drive / "trle" / "savegame.1", "b");
+    const std::vector<std::string> both = {"C:\\trle\\savegame.0", "C:\\trle\\SAVEGAME.1"};
+    EXPECT_FALSE(HoldsOpen(getpid(), both));
+    {
+        const std::ifstream open(drive / "trle" / "savegame.1");
+        EXPECT_TRUE(HoldsOpen(getpid(), both));
+        EXPECT_FALSE(HoldsOpen(getpid(), {both[0]}));
+        EXPECT_FALSE(HoldsOpen(getpid(), {"C:\\trle\\savegame.2"})) << "one that isn't there";
+        EXPECT_FALSE(HoldsOpen(getpid(), {}));
+        EXPECT_FALSE(HoldsOpen(0, both)) << "no process";
+    }
+    EXPECT_FALSE(HoldsOpen(getpid(), both));
 }
 
 TEST_F(Running, FindsANativeProgramWhereverItWorks) {

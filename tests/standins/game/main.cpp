@@ -1,8 +1,10 @@
 // A stand-in for the game: a native program that does to its folder what the game does.
 //
 // It reads which level the script names and what the language file calls it, keeps the level's track open for
-// the length of its run, then writes the next savegame. KELVASH_GAME_MS is the length of the run in
-// milliseconds (1500 without it). Ends with 0, or with 1 if the folder holds no level that could be played.
+// the length of its run, and saves: on the key S in its window, where there is a display, else at its end. In
+// the window Escape ends it. KELVASH_GAME_MS is the length of the run in milliseconds, at whose end it saves:
+// without a display 1500, with one for ever. Ends with 0, or with 1 if the folder holds no level that could
+// be played.
 #include <algorithm>
 #include <cctype>
 #include <chrono>
@@ -15,6 +17,8 @@
 #include <string>
 #include <thread>
 #include <vector>
+
+#include "game_window.h"
 
 namespace {
 
@@ -143,10 +147,19 @@ bool Save(const std::string& title, std::size_t seconds) {
     return file.good();
 }
 
+// Below 0 if it isn't said.
 int Milliseconds() {
-    constexpr int kUsual = 1500;
     const char* value = std::getenv("KELVASH_GAME_MS");
-    return value == nullptr ? kUsual : std::atoi(value);
+    return value == nullptr ? -1 : std::atoi(value);
+}
+
+// In the window, else asleep. True if the run has had its time.
+bool Play(const std::string& title, const std::function<bool()>& save) {
+    constexpr int kUsual = 1500;
+    const int milliseconds = Milliseconds();
+    if (standin::RunWindow({"Tomb Raider (stand-in)", title, milliseconds, save})) return milliseconds >= 0;
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds < 0 ? kUsual : milliseconds));
+    return true;
 }
 
 } // namespace
@@ -166,6 +179,11 @@ int main() {
     std::string piece(kRead, '\0');
     audio.seekg(kHead);
     audio.read(piece.data(), static_cast<std::streamsize>(piece.size()));
-    std::this_thread::sleep_for(std::chrono::milliseconds(Milliseconds()));
-    return Save(TitleOf(script, level), static_cast<std::size_t>(Milliseconds()) / 1000) ? 0 : 1;
+    const std::string title = TitleOf(script, level);
+    const auto start = std::chrono::steady_clock::now();
+    const auto save = [&] {
+        const std::chrono::duration<double> played = std::chrono::steady_clock::now() - start;
+        return Save(title, static_cast<std::size_t>(played.count()));
+    };
+    return !Play(title, save) || save() ? 0 : 1;
 }

@@ -1,0 +1,75 @@
+#include "companion/watched_keys.h"
+
+#include <utility>
+
+#include "companion/game.h"
+#include "core/profile.h"
+#include "foundation/desktop.h"
+#include "foundation/state.h"
+
+namespace kelvash::companion {
+
+namespace {
+
+// In the order in which they are asked about.
+constexpr std::uint32_t kF9 = 1, kF11 = 2, kPrint = 4;
+
+// More presses than that between two ticks are those of a player who leans on the key.
+constexpr std::size_t kMostPrints = 4;
+
+struct KeyNotes {
+    std::uint32_t Tapped = 0;
+    std::uint32_t Held = 0; // at the last look
+    std::vector<std::string> Prints;
+};
+constinit KeyNotes& notes = State<KeyNotes>::Get();
+
+void NotePrint(std::uintptr_t window) {
+    if (notes.Prints.size() >= kMostPrints) return;
+    Desktop& desktop = TheDesktop();
+    notes.Prints.push_back(desktop.PrintScreenCopies() ? std::string() : desktop.PictureOf(window));
+}
+
+// With the only-button flag off other buttons may be held as well. A mask of 0 disables the action.
+bool Matches(std::uint32_t pressed, std::int32_t configured, bool only) {
+    const auto mask = static_cast<std::uint32_t>(configured);
+    return mask != 0 && (only ? pressed : pressed & mask) == mask;
+}
+
+// The game's window rather than the cover, which shows nothing.
+void PressPrintScreen() {
+    SendKey(kKeyPrintScreen, 0);
+    NotePrint(game.GameWindow != 0 ? game.GameWindow : FocusOfGame());
+}
+
+} // namespace
+
+void ForgetKeys() {
+    notes = KeyNotes();
+}
+
+void NoteKeys() {
+    const std::uint32_t held = TheDesktop().KeysHeld({kKeyF9, kKeyF11, kKeyPrintScreen});
+    const std::uint32_t pressed = held & ~std::exchange(notes.Held, held);
+    if (held == 0) return;
+    const std::uintptr_t focus = FocusOfGame();
+    if (focus == 0) return;
+    notes.Tapped |= held & (kF9 | kF11);
+    if ((pressed & kPrint) != 0) NotePrint(focus);
+}
+
+WatchedKeys TakeKeys() {
+    NoteKeys();
+    const std::uint32_t tapped = std::exchange(notes.Tapped, 0);
+    return {(tapped & kF9) != 0, (tapped & kF11) != 0, std::exchange(notes.Prints, {})};
+}
+
+void HeedJoystick() {
+    const core::ProfileRecord& profile = core::profile;
+    JoystickState joystick;
+    if (!profile.EnableJoystick || !TheDesktop().ReadJoystick(profile.JoystickId, joystick)) return;
+    if (Matches(joystick.buttons, profile.JoyButtonA, profile.JoyFlagA)) PressPrintScreen();
+    if (Matches(joystick.buttons, profile.JoyButtonB, profile.JoyFlagB)) EndGameProcess();
+}
+
+} // namespace kelvash::companion

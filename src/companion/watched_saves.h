@@ -1,0 +1,14 @@
+// The savegames in the TRLE folder while the game runs: when they may be touched, and the work that F9, F11
+// and full slots ask for.
+#pragma once
+
+#include "companion/watched_keys.h"
+
+namespace kelvash::companion {
+
+void ForgetSaves();
+// Does what the keys ask for, and archives by itself when the slots are full. What can't be done now, because
+// the game is saving, or another program or job is at work, stays remembered.
+void HeedSaves(const WatchedKeys& keys);
+
+} // namespace kelvash::companion

@@ -1,0 +1,31 @@
+// The watcher beside the running game.
+//
+// A program calls PollKeys every kPollMillis and Tick at the profile's interval, from StartGame or AdoptGame
+// on until Tick says that there is nothing more to watch. The watcher acts on the level that is in TRLE,
+// whatever is selected. Of several programs that watch the game of one TRLE folder only one acts, the others
+// wait for its end. Nothing is told while the game runs: what went wrong comes after it.
+#pragma once
+
+#include "foundation/message_text.h"
+
+namespace kelvash::companion {
+
+inline constexpr int kPollMillis = 20;
+
+// What is remembered of an earlier game is forgotten, and what is on the clipboard now is nobody's picture.
+// To be called once the game has been started or found.
+void BeginWatch();
+// True from the start of a game to its end, a tick at work included.
+bool IsWatching();
+// Takes note of the keys that are held now, if the game or its cover has the focus: a tap between two ticks
+// acts at the next one.
+void PollKeys();
+// One look at everything, in the specified order. False once there is nothing left to watch, the lists shown
+// after the game included. A tick within a tick sees no more than the game's end.
+bool Tick();
+// Keeps a text for after the game; one and the same is told once.
+void TellAfterGame(const MessageText& text);
+// Polls and ticks, every `interval` milliseconds, until the game has ended or `given_up` says so.
+void WatchUntilEnd(int interval, bool (*given_up)());
+
+} // namespace kelvash::companion

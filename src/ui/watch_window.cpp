@@ -1,0 +1,74 @@
+#include "ui/watch_window.h"
+
+#include "companion/watch_calls.h"
+#include "companion/watcher.h"
+#include "core/level_list.h"
+#include "ui/Principale.h"
+#include "ui/screenshot_panel.h"
+
+namespace kelvash::ui {
+
+using companion::watch_calls;
+
+WatchWindow::WatchWindow(Principale& window) : window_(window) {
+    poll_.setInterval(companion::kPollMillis);
+    poll_.setTimerType(Qt::PreciseTimer);
+    connect(&poll_, &QTimer::timeout, this, &companion::PollKeys);
+    watch_calls.ShowCover = [this] { ShowCover(); };
+    watch_calls.CloseCover = [this] { CloseCover(); };
+    watch_calls.CoverWindow = [this] { return cover_ == nullptr ? 0 : std::uintptr_t{cover_->winId()}; };
+    watch_calls.MayChangeFiles = [this] { return window_.IsFree(); };
+    watch_calls.ShowPictures = [this](const auto& level, std::size_t before) { ShowPictures(level, before); };
+    watch_calls.ShowAfterGame = [this] { ShowAfterGame(); };
+    watch_calls.TakeFocus = [this] {
+        window_.activateWindow();
+        window_.Combo_Livelli->setFocus();
+    };
+}
+
+WatchWindow::~WatchWindow() {
+    watch_calls = companion::WatchCalls();
+    delete cover_;
+}
+
+void WatchWindow::Begin() {
+    window_.Timer1->start();
+    poll_.start();
+}
+
+void WatchWindow::Tick() {
+    if (companion::Tick()) return;
+    window_.Timer1->stop();
+    poll_.stop();
+}
+
+void WatchWindow::ShowCover() {
+    delete cover_;
+    cover_ = new Dialog_Blank;
+    cover_->ImpostaValori(window_);
+    connect(cover_, &Dialog_Blank::Closed, this, [this] { window_.SetPlaying(false); });
+    window_.SetPlaying(true);
+    cover_->showFullScreen();
+}
+
+void WatchWindow::CloseCover() {
+    if (cover_ == nullptr) return window_.SetPlaying(false); // of a game that was found running
+    cover_->close();
+    cover_->deleteLater();
+    cover_ = nullptr;
+}
+
+// Closing the game brings the level's new savegames and the mark of the level that is in.
+void WatchWindow::ShowAfterGame() {
+    core::RefreshLevelList();
+    window_.Shots().ShowLast();
+}
+
+// The page that the new picture is on, if its level is shown.
+void WatchWindow::ShowPictures(const core::LevelPlace& level, std::size_t before) {
+    if (core::SelectedLevel() != level.Code) return;
+    window_.AggiornaDatiLivello(true);
+    window_.Shots().ShowFrom(before / 2 * 2);
+}
+
+} // namespace kelvash::ui

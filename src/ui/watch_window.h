@@ -1,0 +1,44 @@
+// The main form beside the running game: the cover over the desktop, the timers by which the watcher works,
+// and the lists as they are when something has come to them.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+#include <cstddef>
+
+#include "core/archive.h"
+#include "ui/Dialog_Blank.h"
+
+namespace kelvash::ui {
+
+class Principale;
+
+class WatchWindow final : public QObject {
+    Q_OBJECT
+
+  public:
+    // Gives the watcher what it asks of a window (companion::watch_calls), until it is gone.
+    explicit WatchWindow(Principale& window);
+    ~WatchWindow() override;
+    WatchWindow(const WatchWindow&) = delete;
+    WatchWindow& operator=(const WatchWindow&) = delete;
+
+    // A game runs: ticks and looks at the keys until it has ended.
+    void Begin();
+    void Tick();
+    // Null while it isn't shown.
+    Dialog_Blank* Cover() const { return cover_; }
+
+  private:
+    void ShowCover();
+    void CloseCover();
+    void ShowAfterGame();
+    void ShowPictures(const core::LevelPlace& level, std::size_t before);
+
+    Principale& window_;
+    QPointer<Dialog_Blank> cover_;
+    QTimer poll_;
+};
+
+} // namespace kelvash::ui
