@@ -48,10 +48,11 @@ void Dialog_ScreenShot::Lay() {
     layout->addWidget(Scroll1, 1);
     SetExplaining(Label_Zoom);
     Label_Zoom->setAlignment(Qt::AlignCenter);
-    layout->addLayout(FootRow(this, HelpMark::Screenshots, {Pul_Help},
-                              {Pul_ZoomOut, Label_Zoom, Pul_ZoomIn, Pul_FullSize, Pul_Fit, Pul_Close}));
+    layout->addLayout(
+        FootRow({Pul_Help}, {Pul_ZoomOut, Label_Zoom, Pul_ZoomIn, Pul_FullSize, Pul_Fit, Pul_Close}));
     Pul_Close->setDefault(true);
     ConnectHelp(Pul_Help, this, HelpMark::Screenshots);
+    ConnectHelpKey(this, HelpMark::Screenshots);
     KeepOnScreen(this);
     SetZoom(1);
     Label_Zoom->setMinimumWidth(
