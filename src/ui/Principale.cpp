@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "companion/game.h"
+#include "companion/watcher.h"
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/profile.h"
@@ -244,6 +245,7 @@ bool Principale::MayClose() {
         return false;
     if (!program::SaveToClose()) return false;
     SaveWindow({this, splitter_}, delegate_->View());
+    companion::TellRemembered();
     return true;
 }
 
