@@ -3,7 +3,7 @@
 build_packages=(
     cmake ninja-build g++ lld ccache pkg-config
     zlib1g-dev libdeflate-dev libturbojpeg0-dev libzip-dev libarchive-dev libxxhash-dev zip unzip
-    libsdl2-dev libx11-dev libxtst-dev libxfixes-dev
+    libsdl2-dev libx11-dev libxtst-dev libxfixes-dev libxcb1-dev libxcb-xfixes0-dev
     qt6-base-dev libgl-dev fonts-dejavu-core bootstrap-icons librsvg2-bin
     nlohmann-json3-dev libcli11-dev
     libgtest-dev libgmock-dev

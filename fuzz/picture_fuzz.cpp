@@ -1,4 +1,5 @@
-// Any bytes as a bitmap and as a JPEG: what is taken converts on, and back to a picture of the same size.
+// Any bytes as a bitmap, as a JPEG and as a PNG: what is taken converts on, and back to a picture of the same
+// size.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -7,11 +8,16 @@
 
 #include "swap/bitmap_file.h"
 #include "swap/picture.h"
+#include "swap/picture_codec.h"
 
 namespace {
 
 using kelvash::swap::BitmapFromJpeg;
+using kelvash::swap::BitmapFromPicture;
+using kelvash::swap::DecodePicture;
 using kelvash::swap::JpegFromBitmap;
+using kelvash::swap::Picture;
+using kelvash::swap::PictureFromBitmap;
 using kelvash::swap::PlainBitmap;
 
 void Require(bool truth) {
@@ -38,6 +44,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require(jpeg.has_value());
         const std::optional<std::string> back = BitmapFromJpeg(*jpeg);
         Require(back.has_value() && SizeOf(*back) == SizeOf(*bitmap));
+    }
+    if (const std::optional<Picture> picture = DecodePicture(bytes)) {
+        Require(picture->Pixels.size() == std::size_t{picture->Width} * picture->Height * 3);
+        Require(PictureFromBitmap(BitmapFromPicture(*picture))->Pixels == picture->Pixels);
     }
     return 0;
 }

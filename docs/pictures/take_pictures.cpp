@@ -10,6 +10,7 @@
 
 #include "cd/cd_access.h"
 #include "cd/messages.h"
+#include "companion/shot_files.h"
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/profile.h"
@@ -24,6 +25,7 @@
 #include "trle/find_trle.h"
 #include "trle/messages.h"
 #include "ui/Dialog_Autore.h"
+#include "ui/Dialog_Cattura.h"
 #include "ui/Dialog_GetDir.h"
 #include "ui/Dialog_InputTesto.h"
 #include "ui/Dialog_InsertCd_messages.h"
@@ -41,6 +43,7 @@
 #include "ui/help.h"
 #include "ui/look.h"
 #include "ui/messages.h"
+#include "ui/screenshot_panel.h"
 #include "ui/shipped_files.h"
 #include "ui/theme.h"
 
@@ -247,6 +250,20 @@ void TakeLevelForms(const Camera& camera, Principale& form) {
     progress.hide();
 }
 
+void TakeScreenshotForms(const Camera& camera, Principale& form) {
+    core::SelectLevel(1);
+    camera.TakeModal("dialog_screenshot", [&] { form.Command(MenuEntry::mnu_Zoom)->trigger(); });
+    camera.TakeModal("dialog_resize", [&] { form.Command(MenuEntry::mnu_ResizeSave)->trigger(); });
+    const auto picture = companion::ReadShot(form.Shots().Pages().SelectedImage());
+    if (!picture) std::exit(EXIT_FAILURE);
+    camera.TakeModal("dialog_cattura", [&] {
+        core::profile.PromptCapture = true;
+        Dialog_Cattura capture(&form);
+        capture.ImpostaValori(1, *picture);
+        capture.exec();
+    });
+}
+
 void TakeHelp(const Camera& camera, Principale& form) {
     camera.TakeModal("dialog_testo", [&] { ShowHelp(&form, HelpMark::FirstStart); });
     QTimer::singleShot(kSettle, qApp, [&camera] {
@@ -280,6 +297,7 @@ int main(int argc, char** argv) {
     TakeFirstStart(camera, user);
     TakeSmallForms(camera, user, form);
     TakeLevelForms(camera, form);
+    TakeScreenshotForms(camera, form);
     TakeHelp(camera, form);
     return 0;
 }

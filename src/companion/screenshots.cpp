@@ -1,23 +1,17 @@
 #include "companion/screenshots.h"
 
-#include <algorithm>
-
 #include "companion/fragments.h"
+#include "companion/shot_files.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
-#include "foundation/text.h"
 
 namespace kelvash::companion {
 
 std::vector<std::string> Screenshots(const core::LevelPlace& level) {
-    const std::vector<std::string> kinds = Split(LoadFragment(fragment::kShotKinds), '|');
     std::vector<std::string> files = ListFiles(core::ScreenshotsFolder(level.Folder), "*");
-    std::erase_if(files, [&](const std::string& file) {
-        return std::none_of(kinds.begin(), kinds.end(),
-                            [&](const std::string& kind) { return EndsWithNoCase(file, kind); });
-    });
+    std::erase_if(files, [](const std::string& file) { return !IsShotName(file); });
     return files;
 }
 

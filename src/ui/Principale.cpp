@@ -25,6 +25,7 @@
 #include "ui/form_kit.h"
 #include "ui/forms_user.h"
 #include "ui/menu_commands.h"
+#include "ui/screenshot_panel.h"
 #include "ui/window_state.h"
 
 namespace kelvash::ui {
@@ -38,6 +39,7 @@ Principale::Principale(FormsUser& user) : menu_(menuBar(), this, MenuCommands(*t
                  Pul_ChooseTrle, Pul_AddShots, Pul_PlayNow});
     Set_Caption_Texts();
     Lay();
+    shots_ = new ScreenshotPanel(*this);
     ConnectControls(user);
 }
 
@@ -81,12 +83,6 @@ void Principale::ConnectControls(FormsUser& user) {
             [this] { door_.Try([] { program::ShowMoreInfo(); }); });
     connect(Pul_ScreenShots, &QPushButton::clicked, this, [this] { ShowPanel(true); });
     connect(Pul_SaveGames, &QPushButton::clicked, this, [this] { ShowPanel(false); });
-    connect(Pul_PrimoShot, &QPushButton::clicked, this, [this] { PageImages(0); });
-    connect(Pul_PrimaScreenShot, &QPushButton::clicked, this,
-            [this] { PageImages(first_shown_image_ < 2 ? 0 : first_shown_image_ - 2); });
-    connect(Pul_DopoScreenShot, &QPushButton::clicked, this, [this] { PageImages(first_shown_image_ + 2); });
-    connect(Pul_UltimoShot, &QPushButton::clicked, this,
-            [this] { PageImages((image_names_.size() - 1) / 2 * 2); });
     connect(Timer1, &QTimer::timeout, &watch_, &WatchWindow::Tick);
     // A click in one list takes the selection of the other away.
     connect(List_SaveGameTomb, &QListWidget::itemClicked, List_SaveGameArchiviati,

@@ -37,6 +37,7 @@
 namespace kelvash::ui {
 
 class FormsUser;
+class ScreenshotPanel;
 
 class Principale final : public QMainWindow {
     Q_OBJECT
@@ -66,13 +67,7 @@ class Principale final : public QMainWindow {
     // True where no job runs.
     bool IsFree() const { return door_.IsFree(); }
     WatchWindow& Watch() { return watch_; }
-    // The pictures of the shown level: how many there are, the left one of the pair that is shown, and which
-    // of the two is selected.
-    std::size_t ImageCount() const { return image_names_.size(); }
-    std::size_t FirstImage() const { return first_shown_image_; }
-    void ShowImagesFrom(std::size_t first) { PageImages(first); }
-    int SelectedSide() const { return selected_side_; }
-    void SelectSide(int side) { selected_side_ = side; }
+    ScreenshotPanel& Shots() { return *shots_; }
     // The panel of the screenshots, or that of the savegames.
     void ShowPanel(bool screenshots);
 
@@ -159,8 +154,6 @@ class Principale final : public QMainWindow {
     void ShowRightSide(bool shown);
     QString NoteToShow(const std::string& note) const;
     void ShowSavegames(const std::vector<std::string>& slots, const std::vector<std::string>& archived);
-    void ShowImages();
-    void PageImages(std::size_t first);
 
     void ShowLevelMenu(const QPoint& where);
     void ConnectControls(FormsUser& user);
@@ -193,11 +186,8 @@ class Principale final : public QMainWindow {
     QWidget* const right_side_ = new QWidget(this);
     QSplitter* const splitter_ = Make<QSplitter>(this, "Splitter1");
     QByteArray divided_; // by the splitter, while the right side is hidden
-    std::vector<std::string> image_names_;
-    std::string image_hint_; // what stands in the place of the first picture; empty for the default one
-    std::size_t first_shown_image_ = 0;
+    ScreenshotPanel* shots_ = nullptr;
     std::string wish_; // native path of an Archive that another start wants open
-    int selected_side_ = 0;
     bool playing_ = false;
     bool syncing_ = false; // the program, not the user, changes the view's selection
     WatchWindow watch_{*this};

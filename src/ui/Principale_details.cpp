@@ -9,6 +9,7 @@
 #include "program/level_view.h"
 #include "ui/Principale.h"
 #include "ui/Principale_messages.h"
+#include "ui/screenshot_panel.h"
 
 namespace kelvash::ui {
 
@@ -33,9 +34,7 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
         SelectedIsShown() ? program::SelectedLevelView() : std::nullopt;
     const program::LevelView shown = view.value_or(program::LevelView());
     if (view) levels_->Renew(view->Code);
-    image_names_ = shown.Screenshots;
-    image_hint_ = shown.FolderMissing ? LoadMessage(msg::kMainLevelMissing) + shown.Folder : std::string();
-    PageImages(keep_image ? first_shown_image_ : 0);
+    shots_->ShowLevel(shown, keep_image);
     ShowSavegames(shown.SlotSavegames, shown.ArchivedSavegames);
     Label_InfoLevel->SetLine(NoteToShow(shown.Note));
     Label_InfoDir->SetLine(ShownLine(shown.Place));
@@ -117,33 +116,6 @@ void Principale::ShowSavegames(const std::vector<std::string>& slots,
     FillList(List_SaveGameArchiviati, archived);
     Text_NoteSaveGame->clear();
     Image_SaveGame->ShowFile(DefaultPicture(), Caption(msg::kMainNoImage));
-}
-
-void Principale::PageImages(std::size_t first) {
-    if (first >= image_names_.size()) first = image_names_.empty() ? 0 : (image_names_.size() - 1) / 2 * 2;
-    first_shown_image_ = first;
-    ShowImages();
-}
-
-void Principale::ShowImages() {
-    const auto show = [this](PictureView* view, std::size_t index) {
-        const bool there = index < image_names_.size();
-        view->ShowFile(there ? NativeText(image_names_[index]) : QString(), {});
-    };
-    show(Image1, first_shown_image_);
-    show(Image2, first_shown_image_ + 1);
-    if (image_names_.empty())
-        Image1->ShowFile(image_hint_.empty() ? DefaultPicture() : QString(),
-                         image_hint_.empty() ? Caption(msg::kMainNoImage) : ShownText(image_hint_));
-    Image2->setVisible(first_shown_image_ + 1 < image_names_.size() || image_names_.size() > 2);
-    const bool before = first_shown_image_ > 0;
-    const bool behind = first_shown_image_ + 2 < image_names_.size();
-    for (QPushButton* button : {Pul_PrimoShot, Pul_PrimaScreenShot})
-        button->setEnabled(before);
-    for (QPushButton* button : {Pul_DopoScreenShot, Pul_UltimoShot})
-        button->setEnabled(behind);
-    for (QPushButton* button : {Pul_PrimoShot, Pul_PrimaScreenShot, Pul_DopoScreenShot, Pul_UltimoShot})
-        button->setVisible(!image_names_.empty());
 }
 
 } // namespace kelvash::ui

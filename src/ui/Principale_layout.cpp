@@ -198,6 +198,8 @@ void Principale::SetTabOrder() {
                                                          Pul_Author,
                                                          Pul_ScreenShots,
                                                          Pul_SaveGames,
+                                                         Image1,
+                                                         Image2,
                                                          Pul_AddShots,
                                                          Pul_PrimoShot,
                                                          Pul_PrimaScreenShot,

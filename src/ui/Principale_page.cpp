@@ -71,7 +71,7 @@ void Principale::LayEmptyStates() {
     add(Empty_Levels, Pul_NewArchive, MenuEntry::mnu_New);
     add(Empty_Levels, Pul_LoadArchive, MenuEntry::mnu_Load);
     add(Empty_Levels, Pul_AddLevel, MenuEntry::mnu_AddLevel);
-    add(Empty_Shots, Pul_AddShots, MenuEntry::mnu_Property);
+    add(Empty_Shots, Pul_AddShots, MenuEntry::mnu_AddScreenshot);
     Pul_AddShots->setIcon(IconOf(Glyph::Add));
     Empty_Levels->Add(Pul_ShowAll);
     connect(Pul_ShowAll, &QPushButton::clicked, Text_Search, &QLineEdit::clear);

@@ -4,13 +4,17 @@
 #include <QGuiApplication>
 #include <QMimeData>
 
+#include "foundation/clipboard_picture.h"
+
 namespace kelvash::ui {
 
 FormsDesktop::FormsDesktop() : own_(TheDesktop()) {
     SetDesktop(this);
+    TakeOwnClipboard([] { return QGuiApplication::clipboard()->ownsClipboard(); });
 }
 
 FormsDesktop::~FormsDesktop() {
+    TakeOwnClipboard(nullptr);
     SetDesktop(&own_);
 }
 

@@ -26,7 +26,8 @@ enum class HelpMark {
     AddLevel = 14,
     Author = 15,
     ArchivePreferences = 16,
-    Maintenance = 17
+    Maintenance = 17,
+    Screenshots = 30
 };
 
 inline constexpr Qt::Key kHelpKey = Qt::Key_F1;

@@ -8,6 +8,7 @@
 #include "core/profile.h"
 #include "foundation/desktop.h"
 #include "ui/Principale.h"
+#include "ui/screenshot_panel.h"
 
 namespace kelvash::ui {
 
@@ -73,25 +74,9 @@ void JoystickNavigation::HeedAxes(int x, int y) {
         if (window_.Frame_ScreenShots->isHidden())
             MoveSavegame(across > 0);
         else
-            MovePicture(across > 0);
+            window_.Shots().MoveCursor(across > 0 ? 1 : -1);
     } else if (std::abs(down) > kDeadBand) {
         Click(down >= 0 ? window_.Pul_Dopo : window_.Pul_Prima);
-    }
-}
-
-// From one picture of the pair to the other, then to the next pair.
-void JoystickNavigation::MovePicture(bool forward) {
-    const int side = window_.SelectedSide();
-    if (forward && side == 0 && window_.FirstImage() + 1 < window_.ImageCount()) {
-        window_.SelectSide(1);
-    } else if (forward && side == 1 && window_.FirstImage() + 2 < window_.ImageCount()) {
-        window_.Pul_DopoScreenShot->click();
-        window_.SelectSide(0);
-    } else if (!forward && side == 1) {
-        window_.SelectSide(0);
-    } else if (!forward && window_.FirstImage() > 0) {
-        window_.Pul_PrimaScreenShot->click();
-        window_.SelectSide(1);
     }
 }
 

@@ -45,6 +45,7 @@ constexpr auto kIcons = std::to_array<EntryIcon>({
     {MenuEntry::mnu_OpenEditor, Glyph::Note},
     {MenuEntry::mnu_SendScreenshotemail, Glyph::Email},
     {MenuEntry::mnu_CopyPathInClip, Glyph::Copy},
+    {MenuEntry::mnu_CopyShot, Glyph::NoPicture},
     {MenuEntry::mnu_PropertyScreenShot, Glyph::Info},
     {MenuEntry::mnu_DeleteShot, Glyph::Delete},
     {MenuEntry::mnu_RenameShot, Glyph::Rename},

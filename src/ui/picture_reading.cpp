@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "swap/bitmap_file.h"
+#include "swap/picture_codec.h"
 #include "ui/cover_cache.h"
 
 namespace kelvash::ui {
@@ -91,6 +92,17 @@ QImage DecodeCover(const QByteArray& bytes, const QSize& size) {
     // Cut first: a picture of one row, made as high as a cover, would be millions of pixels wide.
     return picture.copy(MiddleOf(picture.size(), size))
         .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+QImage ReadPicture(const QString& native_path) {
+    return DecodePicture(BytesOf(native_path));
+}
+
+QImage ImageOf(const swap::Picture& picture) {
+    return QImage(reinterpret_cast<const uchar*>(picture.Pixels.data()), static_cast<int>(picture.Width),
+                  static_cast<int>(picture.Height), static_cast<qsizetype>(picture.Width) * 3,
+                  QImage::Format_RGB888)
+        .copy();
 }
 
 void ReadPictureBeside(QObject* receiver, const QString& native_path, const TakePicture& take) {

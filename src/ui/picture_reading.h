@@ -12,6 +12,10 @@
 
 class QObject;
 
+namespace kelvash::swap {
+struct Picture;
+} // namespace kelvash::swap
+
 namespace kelvash::ui {
 
 class CoverCache;
@@ -20,6 +24,11 @@ class CoverCache;
 QImage DecodePicture(const QByteArray& bytes);
 // Its middle in that size, which is no more than is shown; null for bytes that are none.
 QImage DecodeCover(const QByteArray& bytes, const QSize& size);
+
+// The same of a file, at once.
+QImage ReadPicture(const QString& native_path);
+// A picture of the logic.
+QImage ImageOf(const swap::Picture& picture);
 
 // What is done with a picture when it is there; null if the file is none. It runs on the interface's thread,
 // behind the call, unless the receiver is gone by then.

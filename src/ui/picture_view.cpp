@@ -28,6 +28,21 @@ void PictureView::ShowFile(const QString& native_path, const QString& text) {
     AfterPainting(this, [this] { Load(); });
 }
 
+void PictureView::ShowPicture(const QImage& picture, const QString& name) {
+    path_.clear();
+    text_ = name;
+    ++reading_;
+    picture_ = QPixmap::fromImage(picture);
+    scaled_ = {};
+    setAccessibleName(name);
+    update();
+}
+
+void PictureView::SetSelected(bool selected) {
+    selected_ = selected;
+    update();
+}
+
 void PictureView::Load() {
     pending_ = false;
     if (path_.isEmpty()) return;
@@ -51,11 +66,23 @@ void PictureView::paintEvent(QPaintEvent*) {
         DrawEmpty(painter);
     else
         DrawPicture(painter);
+    if (selected_ || hasFocus()) DrawSelection(painter);
+}
+
+// The one with the keyboard stands out from the one that is only chosen.
+void PictureView::DrawSelection(QPainter& painter) const {
+    const int line = space::kTight / 2;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(ColourOf(hasFocus() ? Role::Accent : Role::MutedText), line));
+    painter.drawRoundedRect(rect().adjusted(line, line, -line, -line), kCornerRadius, kCornerRadius);
 }
 
 // Scaling takes longer than all else here: only another size has it done anew.
 void PictureView::DrawPicture(QPainter& painter) {
-    QRect place(QPoint(), picture_.size().scaled(size(), Qt::KeepAspectRatio).expandedTo({1, 1}));
+    const QSize whole = picture_.size().scaled(size(), Qt::KeepAspectRatio).expandedTo({1, 1});
+    const bool fits = natural_ && picture_.width() <= width() && picture_.height() <= height();
+    QRect place(QPoint(), fits ? picture_.size() : whole);
     place.moveCenter(rect().center());
     const QSize pixels = place.size() * devicePixelRatio();
     if (scaled_.size() != pixels)

@@ -82,6 +82,7 @@ constexpr std::array kEntries = {
     KELVASH_ENTRY(1, mnu_OpenEditor, msg::kMnuOpenEditor),
     KELVASH_ENTRY(1, mnu_SendScreenshotemail, msg::kMnuSendScreenshotemail),
     KELVASH_ENTRY(1, mnu_CopyPathInClip, msg::kMnuCopyPathInClip),
+    KELVASH_ENTRY(1, mnu_CopyShot, msg::kMnuCopyShot),
     KELVASH_ENTRY(1, mnu_PropertyScreenShot, msg::kMnuPropertyScreenShot),
     KELVASH_ENTRY(1, mnu_DeleteShot, msg::kMnuDeleteShot),
     KELVASH_ENTRY(1, mnu_RenameShot, msg::kMnuRenameShot),

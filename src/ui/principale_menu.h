@@ -62,6 +62,7 @@ enum class MenuEntry {
     mnu_OpenEditor,
     mnu_SendScreenshotemail,
     mnu_CopyPathInClip,
+    mnu_CopyShot,
     mnu_PropertyScreenShot,
     mnu_DeleteShot,
     mnu_RenameShot,

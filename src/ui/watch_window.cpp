@@ -4,6 +4,7 @@
 #include "companion/watcher.h"
 #include "core/level_list.h"
 #include "ui/Principale.h"
+#include "ui/screenshot_panel.h"
 
 namespace kelvash::ui {
 
@@ -60,15 +61,14 @@ void WatchWindow::CloseCover() {
 // Closing the game brings the level's new savegames and the mark of the level that is in.
 void WatchWindow::ShowAfterGame() {
     core::RefreshLevelList();
-    const std::size_t count = window_.ImageCount();
-    window_.ShowImagesFrom(count == 0 ? 0 : (count - 1) / 2 * 2);
+    window_.Shots().ShowLast();
 }
 
 // The page that the new picture is on, if its level is shown.
 void WatchWindow::ShowPictures(const core::LevelPlace& level, std::size_t before) {
     if (core::SelectedLevel() != level.Code) return;
     window_.AggiornaDatiLivello(true);
-    window_.ShowImagesFrom(before / 2 * 2);
+    window_.Shots().ShowFrom(before / 2 * 2);
 }
 
 } // namespace kelvash::ui

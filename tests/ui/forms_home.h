@@ -5,6 +5,7 @@
 
 #include "intake/new_level.h"
 #include "ui/Dialog_Autore.h"
+#include "ui/Dialog_Cattura.h"
 #include "ui/Dialog_GetDir.h"
 #include "ui/Dialog_Indice.h"
 #include "ui/Dialog_InputTesto.h"
@@ -14,7 +15,9 @@
 #include "ui/Dialog_NewLevel.h"
 #include "ui/Dialog_PrefArc.h"
 #include "ui/Dialog_Progress.h"
+#include "ui/Dialog_Resize.h"
 #include "ui/Dialog_Restore.h"
+#include "ui/Dialog_ScreenShot.h"
 #include "ui/Dialog_Settings.h"
 #include "ui/Dialog_Testo.h"
 #include "ui/Dialog_TrovaTrle.h"
@@ -41,6 +44,7 @@ class FormsHome : public PrincipaleHome {
             dynamic_cast<ui::Dialog_Autore&>(open).ImpostaValori(1);
             look(open);
         });
+        Open<ui::Dialog_Cattura>(look);
         Open<ui::Dialog_GetDir>(look);
         Open<ui::Dialog_Indice>(look);
         Open<ui::Dialog_InputTesto>(look);
@@ -53,6 +57,8 @@ class FormsHome : public PrincipaleHome {
         Open<ui::Dialog_NewArc>(look);
         Open<ui::Dialog_PrefArc>(look);
         Open<ui::Dialog_Progress>(look);
+        Open<ui::Dialog_Resize>(look);
+        Open<ui::Dialog_ScreenShot>(look);
         Open<ui::Dialog_Settings>(look);
         Open<ui::Dialog_Testo>(look);
         Open<ui::Dialog_TrovaTrle>(look);

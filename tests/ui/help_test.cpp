@@ -105,7 +105,8 @@ TEST(ShippedHelpText, HasEveryMarkOnce) {
          {HelpMark::MainWindow, HelpMark::FirstStart, HelpMark::Restore, HelpMark::Savegames,
           HelpMark::Questions, HelpMark::Settings, HelpMark::Archive, HelpMark::FindTrle,
           HelpMark::ChooseFolder, HelpMark::Search, HelpMark::Keyboard, HelpMark::Files, HelpMark::MoreInfo,
-          HelpMark::AddLevel, HelpMark::Author, HelpMark::ArchivePreferences, HelpMark::Maintenance}) {
+          HelpMark::AddLevel, HelpMark::Author, HelpMark::ArchivePreferences, HelpMark::Maintenance,
+          HelpMark::Screenshots}) {
         const std::string sought = "#" + std::to_string(static_cast<int>(mark)) + "#";
         const std::size_t first = text.find(sought);
         ASSERT_NE(first, std::string::npos) << sought;

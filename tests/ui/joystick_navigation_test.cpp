@@ -8,6 +8,7 @@
 #include "core/level_list.h"
 #include "support/fake_desktop.h"
 #include "ui/principale_home.h"
+#include "ui/screenshot_panel.h"
 
 namespace kelvash::test {
 namespace {
@@ -47,10 +48,10 @@ class JoystickNavigation : public PrincipaleHome {
             MakeFile(LevelPath(2) / "SCREENSHOTS" / (std::to_string(i) + ".bmp"), "BM");
         core::SelectLevel(2);
         core::RefreshLevelList();
-        ASSERT_EQ(form.ImageCount(), static_cast<std::size_t>(count));
+        ASSERT_EQ(form.Shots().Pages().ImageCount(), static_cast<std::size_t>(count));
     }
     // The picture under the joystick's cursor, counted from 0.
-    std::size_t Cursor() { return form.FirstImage() + static_cast<std::size_t>(form.SelectedSide()); }
+    std::size_t Cursor() { return form.Shots().Pages().FirstShownImage + static_cast<std::size_t>(form.Shots().Pages().SelectedSide); }
 
     FakeDesktop desktop;
 };
@@ -131,7 +132,7 @@ TEST_F(JoystickNavigation, LeftAndRightGoThroughThePicturesAndTurnThePage) {
         Look(65535, 32767);
         EXPECT_EQ(Cursor(), picture);
     }
-    EXPECT_EQ(form.FirstImage(), 4U);
+    EXPECT_EQ(form.Shots().Pages().FirstShownImage, 4U);
     for (const std::size_t picture : {3U, 2U, 1U, 0U, 0U}) {
         Look(0, 32767);
         EXPECT_EQ(Cursor(), picture);

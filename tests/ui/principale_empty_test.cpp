@@ -16,13 +16,12 @@ using PrincipaleEmpty = PrincipaleHome;
 TEST_F(PrincipaleEmpty, SaysWhatHelpsWhereThereIsNoScreenshot) {
     core::SelectLevel(2);
     EXPECT_TRUE(form.Empty_Shots->isVisible());
-    EXPECT_EQ(form.Empty_Shots->Sentence().toStdString(), "Add pictures in the level's properties");
+    EXPECT_EQ(form.Empty_Shots->Sentence().toStdString(), "No screenshots yet: press Print Screen in the game");
     EXPECT_TRUE(form.Image1->isVisible()) << "the default picture has its place";
-    robot.WillPress("Dialog_NewLevel", "Pul_Cancel");
+    MakeFile(drive / "1.bmp", MakeBitmap({}));
+    robot.WillChooseFile("Select an image to add in screen-shot list", drive / "1.bmp");
+    robot.WillPress("Screenshot '1.bmp' saved in screenshot list as", "OK");
     Press(&form, "Pul_AddShots");
-    EXPECT_TRUE(robot.HasSeen("Dialog_NewLevel"));
-    MakeFile(LevelPath(2) / "SCREENSHOTS/1.bmp", MakeBitmap({}));
-    form.AggiornaDatiLivello(false);
     EXPECT_FALSE(form.Empty_Shots->isVisible());
 }
 

@@ -144,6 +144,7 @@ TEST_F(PrincipaleForm, HasTheWholeMenuInItsOrder) {
         "  mnu_OpenEditor=Open image with graphical program",
         "  mnu_SendScreenshotemail=Send screenshot to your friends via email",
         "  mnu_CopyPathInClip=Copy full path in clipboard",
+        "  mnu_CopyShot=Copy image in clipboard",
         "  mnu_PropertyScreenShot=Property",
         "  mnu_DeleteShot=Delete",
         "  mnu_RenameShot=Rename",
@@ -209,13 +210,16 @@ TEST_F(PrincipaleForm, GreysTheCommandsThatCantDoAnythingYet) {
         if (action->isEnabled() && action->menu() == nullptr &&
             action->objectName().startsWith(QLatin1String("mnu_"), Qt::CaseInsensitive))
             enabled.push_back(action->objectName().toStdString());
-    EXPECT_THAT(enabled, testing::UnorderedElementsAre(
-                             "mnu_New", "mnu_Load", "mnu_Save", "mnu_SaveAs", "Mnu_Exit", "mnu_ShowSavegames",
-                             "mnu_ShowScreenShot", "mnu_SetOriginale", "mnu_CalcolaSize", "mnu_FaiFullBackup",
-                             "mnu_Settings", "mnu_About", "mnu_FindHelp", "mnu_HelpSaveGameMan",
-                             "mnu_HelpFaq", "mnu_Keys", "mnu_AddLevel", "mnu_Property", "mnu_ShowAutoreInfo",
-                             "mnu_RemoveLevel", "mnu_Export", "mnu_PrefArchive", "mnu_MoveArc", "mnu_Recover",
-                             "mnu_ControllaUguali", "mnu_CreaInfoTr4", "mnu_Kept"));
+    EXPECT_THAT(enabled,
+                testing::UnorderedElementsAre(
+                    "mnu_New", "mnu_Load", "mnu_Save", "mnu_SaveAs", "Mnu_Exit", "mnu_ShowSavegames",
+                    "mnu_ShowScreenShot", "mnu_SetOriginale", "mnu_CalcolaSize", "mnu_FaiFullBackup",
+                    "mnu_Settings", "mnu_About", "mnu_FindHelp", "mnu_HelpSaveGameMan", "mnu_HelpFaq",
+                    "mnu_Keys", "mnu_AddLevel", "mnu_Property", "mnu_ShowAutoreInfo", "mnu_RemoveLevel",
+                    "mnu_Export", "mnu_PrefArchive", "mnu_MoveArc", "mnu_Recover", "mnu_ControllaUguali",
+                    "mnu_CreaInfoTr4", "mnu_Kept", "mnu_CaptureScreen", "mnu_AddScreenshot", "mnu_OpenEditor",
+                    "mnu_CopyPathInClip", "mnu_CopyShot", "mnu_PropertyScreenShot", "mnu_DeleteShot",
+                    "mnu_RenameShot", "mnu_ResizeSave", "mnu_SaveShot", "mnu_Zoom"));
 }
 
 TEST_F(PrincipaleForm, GreysAMenuInWhichNothingCanBeDone) {

@@ -1,0 +1,36 @@
+// The picture on the clipboard, read and put without a toolkit: a program without windows captures too.
+//
+// On X11 all goes over connections of its own, in at most 200 ms whatever the clipboard's owner does; where
+// there is no display, no X server any more, or too old a one, there is no clipboard. Nothing here waits for
+// the program's own windows: what they own themselves is none (see TakeOwnClipboard).
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace kelvash {
+
+// A number that changes whenever a program has put something on the clipboard, this one included, or has
+// emptied it. 0 without a clipboard. Cheap: it asks the server for nothing.
+std::uint64_t ClipboardChange();
+
+// None: no bitmap is there. Failed: one is offered and couldn't be had: refused, too slow, out of bounds, or
+// its owner has gone.
+enum class ClipboardContent { None, Picture, Failed };
+struct ClipboardPicture {
+    ClipboardContent Content = ClipboardContent::None;
+    std::string Bytes; // of a .bmp, .png or .jpg file, as the owner gave them: not looked into
+};
+ClipboardPicture ReadClipboardPicture();
+
+// Empties the clipboard, whoever owns it.
+void EmptyClipboard();
+// Puts the bytes of a .bmp file on the clipboard, for all programs as long as this one runs and none puts
+// something else there. False if it can't be.
+[[nodiscard]] bool PutClipboardPicture(std::string bitmap);
+
+// Who says whether windows of this program own the clipboard: then it holds nothing for it. Null for none.
+using OwnsClipboard = bool (*)();
+void TakeOwnClipboard(OwnsClipboard owns);
+
+} // namespace kelvash

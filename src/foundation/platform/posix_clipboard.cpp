@@ -1,0 +1,53 @@
+#include "foundation/platform/posix_clipboard.h"
+
+#include <poll.h>
+
+#include <algorithm>
+#include <array>
+
+namespace kelvash::platform {
+
+std::string ClipboardDisplay() {
+    const char* const name = std::getenv("DISPLAY");
+    return name == nullptr ? std::string() : name;
+}
+
+ClipboardConnection::ClipboardConnection(const std::string& display) {
+    int number = 0;
+    connection_ = xcb_connect(display.c_str(), &number);
+    if (xcb_connection_has_error(connection_) != 0) return;
+    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection_));
+    for (; number > 0 && screens.rem > 1; --number)
+        xcb_screen_next(&screens);
+    root_ = screens.data->root;
+    window_ = xcb_generate_id(connection_);
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_create_window(connection_, 0, window_, root_, -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                      XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+}
+
+ClipboardConnection::~ClipboardConnection() {
+    xcb_disconnect(connection_);
+}
+
+xcb_atom_t ClipboardConnection::Named(std::string_view name) const {
+    const Held<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
+        connection_, xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data()),
+        nullptr));
+    return reply ? reply->atom : xcb_atom_t{0};
+}
+
+HeldEvent ClipboardConnection::Wait(ClipboardClock::time_point until, int wake) const {
+    xcb_flush(connection_);
+    while (IsUp()) {
+        if (HeldEvent event(xcb_poll_for_event(connection_)); event) return event;
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - ClipboardClock::now());
+        if (left.count() <= 0) return nullptr;
+        std::array<pollfd, 2> waited = {{{Descriptor(), POLLIN, 0}, {wake, POLLIN, 0}}};
+        const int longest = static_cast<int>(std::min<std::int64_t>(left.count(), 60'000));
+        if (::poll(waited.data(), waited.size(), longest) > 0 && waited[1].revents != 0) return nullptr;
+    }
+    return nullptr;
+}
+
+} // namespace kelvash::platform

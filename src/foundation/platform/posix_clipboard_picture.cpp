@@ -1,0 +1,256 @@
+// Reading of the clipboard's picture by X11's selections.
+#include <xcb/xfixes.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "foundation/clipboard_picture.h"
+#include "foundation/platform/posix_clipboard.h"
+
+namespace kelvash::platform {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kPatience = 200ms;
+// Before a display that didn't answer is tried again.
+constexpr auto kPause = 1s;
+// Of a picture file: 32 bits a pixel of the largest screens.
+constexpr std::size_t kMostBytes = std::size_t{160} << 20;
+// What is asked for, the best first.
+constexpr std::array<std::string_view, 3> kPictureKinds = {"image/bmp", "image/png", "image/jpeg"};
+
+// A window for one reading: what an owner answers too late goes to a window that is no more.
+class Receiver {
+  public:
+    explicit Receiver(const ClipboardConnection& clipboard)
+        : clipboard_(clipboard), window_(xcb_generate_id(clipboard.Xcb())) {
+        const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+        xcb_create_window(clipboard.Xcb(), 0, window_, clipboard.Root(), -1, -1, 1, 1, 0,
+                          XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+    }
+    ~Receiver() {
+        xcb_destroy_window(clipboard_.Xcb(), window_);
+        xcb_flush(clipboard_.Xcb());
+    }
+    Receiver(const Receiver&) = delete;
+    Receiver& operator=(const Receiver&) = delete;
+    xcb_window_t Window() const { return window_; }
+
+  private:
+    const ClipboardConnection& clipboard_;
+    xcb_window_t window_;
+};
+
+// What an owner has handed over.
+struct Piece {
+    xcb_atom_t type = 0;
+    std::string bytes;
+};
+
+class Reader {
+  public:
+    std::uint64_t Change() { return Connect() ? change_ : 0; }
+    ClipboardPicture Read();
+    void Empty();
+    OwnsClipboard owns = nullptr;
+
+  private:
+    bool Connect();
+    bool Drain();
+    void Subscribe();
+    bool Note(const xcb_generic_event_t& event);
+    std::optional<Piece> Convert(xcb_atom_t target, ClipboardClock::time_point until);
+    bool IsAnswered(const Receiver& receiver, xcb_atom_t target, ClipboardClock::time_point until);
+    std::optional<Piece> Take(const Receiver& receiver);
+    std::optional<std::string> TakePieces(const Receiver& receiver, ClipboardClock::time_point until);
+    bool HasOwner();
+    xcb_atom_t KindOffered(std::string_view targets);
+
+    std::string tried_; // the display that was connected, or couldn't be
+    ClipboardClock::time_point next_try_;
+    std::unique_ptr<ClipboardConnection> clipboard_;
+    std::uint64_t change_ = 0;
+    std::uint8_t owner_event_ = 0;
+    xcb_atom_t selection_ = 0, targets_ = 0, incremental_ = 0, place_ = 0;
+    std::array<xcb_atom_t, kPictureKinds.size()> kinds_{};
+};
+
+// Connects at the first use, and again where the display is another one or its server has ended. What has
+// been told until now is heeded by that.
+bool Reader::Connect() {
+    const std::string display = ClipboardDisplay();
+    const bool is_same = tried_ == display;
+    if (clipboard_ && is_same && Drain()) return true;
+    const auto now = ClipboardClock::now();
+    if (display.empty() || (!clipboard_ && is_same && now < next_try_)) return false;
+    clipboard_.reset();
+    tried_ = display;
+    next_try_ = now + kPause;
+    clipboard_ = std::make_unique<ClipboardConnection>(display);
+    if (clipboard_->IsUp()) Subscribe();
+    if (owner_event_ != 0 && clipboard_->IsUp()) return true;
+    clipboard_.reset();
+    return false;
+}
+
+// Asks to be told of every new owner.
+void Reader::Subscribe() {
+    owner_event_ = 0;
+    xcb_connection_t* const xcb = clipboard_->Xcb();
+    const xcb_query_extension_reply_t* const fixes = xcb_get_extension_data(xcb, &xcb_xfixes_id);
+    if (fixes == nullptr || fixes->present == 0) return;
+    const Held<xcb_xfixes_query_version_reply_t> version(
+        xcb_xfixes_query_version_reply(xcb, xcb_xfixes_query_version(xcb, 1, 0), nullptr));
+    selection_ = clipboard_->Named("CLIPBOARD");
+    targets_ = clipboard_->Named("TARGETS");
+    incremental_ = clipboard_->Named("INCR");
+    place_ = clipboard_->Named("KELVASH_PICTURE");
+    std::transform(kPictureKinds.begin(), kPictureKinds.end(), kinds_.begin(),
+                   [this](std::string_view kind) { return clipboard_->Named(kind); });
+    if (!version || selection_ == 0) return;
+    xcb_xfixes_select_selection_input(xcb, clipboard_->Window(), selection_,
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    xcb_flush(xcb);
+    owner_event_ = fixes->first_event + XCB_XFIXES_SELECTION_NOTIFY;
+    ++change_;
+}
+
+// True for an event that says that the clipboard has another owner.
+bool Reader::Note(const xcb_generic_event_t& event) {
+    if (KindOf(event) != owner_event_) return false;
+    ++change_;
+    return true;
+}
+
+// False if the server is no more.
+bool Reader::Drain() {
+    while (const HeldEvent event{xcb_poll_for_event(clipboard_->Xcb())})
+        Note(*event);
+    return clipboard_->IsUp();
+}
+
+bool Reader::HasOwner() {
+    xcb_connection_t* const xcb = clipboard_->Xcb();
+    const Held<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(xcb, xcb_get_selection_owner(xcb, selection_), nullptr));
+    return reply && reply->owner != XCB_NONE;
+}
+
+// Waits for the owner's word. False if it refuses, says nothing in time, or goes.
+bool Reader::IsAnswered(const Receiver& receiver, xcb_atom_t target, ClipboardClock::time_point until) {
+    while (const HeldEvent event = clipboard_->Wait(until)) {
+        if (Note(*event)) return false;
+        if (KindOf(*event) != XCB_SELECTION_NOTIFY) continue;
+        const auto& answer = *reinterpret_cast<const xcb_selection_notify_event_t*>(event.get());
+        if (answer.requestor == receiver.Window() && answer.target == target)
+            return answer.property != XCB_NONE;
+    }
+    return false;
+}
+
+// What lies in the receiver's property, and takes it away, which tells an owner to go on.
+std::optional<Piece> Reader::Take(const Receiver& receiver) {
+    xcb_connection_t* const xcb = clipboard_->Xcb();
+    const Held<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(xcb,
+                               xcb_get_property(xcb, 1, receiver.Window(), place_, XCB_GET_PROPERTY_TYPE_ANY,
+                                                0, static_cast<std::uint32_t>(kMostBytes / 4)),
+                               nullptr));
+    if (!reply || reply->type == XCB_NONE || reply->bytes_after != 0) return std::nullopt;
+    const auto* const value = static_cast<const char*>(xcb_get_property_value(reply.get()));
+    return Piece{reply->type,
+                 std::string(value, static_cast<std::size_t>(xcb_get_property_value_length(reply.get())))};
+}
+
+// A picture that comes in pieces; an empty one is its end.
+std::optional<std::string> Reader::TakePieces(const Receiver& receiver, ClipboardClock::time_point until) {
+    std::string bytes;
+    while (const HeldEvent event = clipboard_->Wait(until)) {
+        if (Note(*event)) return std::nullopt;
+        if (KindOf(*event) != XCB_PROPERTY_NOTIFY) continue;
+        const auto& told = *reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
+        if (told.window != receiver.Window() || told.atom != place_ || told.state != XCB_PROPERTY_NEW_VALUE)
+            continue;
+        const std::optional<Piece> piece = Take(receiver);
+        if (!piece || bytes.size() + piece->bytes.size() > kMostBytes) return std::nullopt;
+        if (piece->bytes.empty()) return bytes;
+        bytes += piece->bytes;
+    }
+    return std::nullopt;
+}
+
+std::optional<Piece> Reader::Convert(xcb_atom_t target, ClipboardClock::time_point until) {
+    const Receiver receiver(*clipboard_);
+    xcb_convert_selection(clipboard_->Xcb(), receiver.Window(), selection_, target, place_, XCB_CURRENT_TIME);
+    if (!IsAnswered(receiver, target, until)) return std::nullopt;
+    std::optional<Piece> piece = Take(receiver);
+    if (!piece || piece->type != incremental_) return piece;
+    std::optional<std::string> bytes = TakePieces(receiver, until);
+    if (!bytes) return std::nullopt;
+    return Piece{target, std::move(*bytes)};
+}
+
+// The best of the offered kinds of pictures; 0 if none of them is one.
+xcb_atom_t Reader::KindOffered(std::string_view targets) {
+    const std::span offered(reinterpret_cast<const xcb_atom_t*>(targets.data()),
+                            targets.size() / sizeof(xcb_atom_t));
+    for (const xcb_atom_t kind : kinds_)
+        if (kind != 0 && std::find(offered.begin(), offered.end(), kind) != offered.end()) return kind;
+    return 0;
+}
+
+ClipboardPicture Reader::Read() {
+    if (owns != nullptr && owns()) return {};
+    if (!Connect() || !HasOwner()) return {};
+    Drain(); // of an owner before this one
+    const auto until = ClipboardClock::now() + kPatience;
+    const std::optional<Piece> targets = Convert(targets_, until);
+    if (!targets) return {ClipboardContent::Failed, {}};
+    const xcb_atom_t kind = KindOffered(targets->bytes);
+    if (kind == 0) return {};
+    std::optional<Piece> picture = Convert(kind, until);
+    if (!picture || picture->bytes.empty()) return {ClipboardContent::Failed, {}};
+    return {ClipboardContent::Picture, std::move(picture->bytes)};
+}
+
+void Reader::Empty() {
+    if (!Connect()) return;
+    xcb_set_selection_owner(clipboard_->Xcb(), XCB_NONE, selection_, XCB_CURRENT_TIME);
+    xcb_flush(clipboard_->Xcb());
+}
+
+Reader& TheReader() {
+    static Reader reader;
+    return reader;
+}
+
+} // namespace
+
+} // namespace kelvash::platform
+
+namespace kelvash {
+
+std::uint64_t ClipboardChange() {
+    return platform::TheReader().Change();
+}
+
+ClipboardPicture ReadClipboardPicture() {
+    return platform::TheReader().Read();
+}
+
+void EmptyClipboard() {
+    platform::TheReader().Empty();
+}
+
+void TakeOwnClipboard(OwnsClipboard owns) {
+    platform::TheReader().owns = owns;
+}
+
+} // namespace kelvash
