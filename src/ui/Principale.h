@@ -35,6 +35,7 @@
 namespace kelvash::ui {
 
 class FormsUser;
+class SavegamePanel;
 
 class Principale final : public QMainWindow {
     Q_OBJECT
@@ -61,6 +62,7 @@ class Principale final : public QMainWindow {
     void Say(const QString& done);
     // The panel of the screenshots, or that of the savegames.
     void ShowPanel(bool screenshots);
+    SavegamePanel& Savegames() { return *savegames_; }
 
     QGroupBox* const Frame_Livelli = Make<QGroupBox>(this, "Frame_Livelli");
     QLineEdit* const Text_Search = Make<QLineEdit>(this, "Text_Search");
@@ -143,7 +145,6 @@ class Principale final : public QMainWindow {
     void ShowEmptyLibrary();
     void ShowRightSide(bool shown);
     QString NoteToShow(const std::string& note) const;
-    void ShowSavegames(const std::vector<std::string>& slots, const std::vector<std::string>& archived);
     void ShowImages();
     void PageImages(std::size_t first);
 
@@ -174,6 +175,7 @@ class Principale final : public QMainWindow {
     MainMenu menu_;
     LevelModel* const levels_ = new LevelModel(this);
     LevelDelegate* const delegate_ = new LevelDelegate(*levels_, this);
+    SavegamePanel* savegames_ = nullptr;
     QAction* play_ = nullptr;
     QAction* more_ = nullptr;  // the level's document
     QAction* clear_ = nullptr; // empties the search

@@ -1,5 +1,4 @@
 // What the main form shows of the selected level: its note, its pictures, its savegames.
-#include "companion/savegames.h"
 #include "companion/screenshots.h"
 #include "core/archive.h"
 #include "core/level_list.h"
@@ -9,6 +8,7 @@
 #include "program/level_view.h"
 #include "ui/Principale.h"
 #include "ui/Principale_messages.h"
+#include "ui/savegame_panel.h"
 
 namespace kelvash::ui {
 
@@ -18,12 +18,6 @@ namespace {
 QString DefaultPicture() {
     const std::string path = companion::DefaultScreenshot();
     return FileExists(path) ? NativeText(path) : QString();
-}
-
-void FillList(QListWidget* list, const std::vector<std::string>& savegames) {
-    list->clear();
-    for (const std::string& path : savegames)
-        list->addItem(ShownLine(companion::SavegameLine(path)));
 }
 
 } // namespace
@@ -36,7 +30,7 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
     image_names_ = shown.Screenshots;
     image_hint_ = shown.FolderMissing ? LoadMessage(msg::kMainLevelMissing) + shown.Folder : std::string();
     PageImages(keep_image ? first_shown_image_ : 0);
-    ShowSavegames(shown.SlotSavegames, shown.ArchivedSavegames);
+    savegames_->Show(shown);
     Label_InfoLevel->SetLine(NoteToShow(shown.Note));
     Label_InfoDir->SetLine(ShownLine(shown.Place));
     ShowHead(shown);
@@ -109,14 +103,6 @@ void Principale::ShowEmptyLibrary() {
 QString Principale::NoteToShow(const std::string& note) const {
     if (levels_->rowCount() > 0) return ShownLine(note);
     return Caption(core::ArchiveIsOpen() ? msg::kMainNoLevelFound : msg::kMainNoArchiveNote);
-}
-
-void Principale::ShowSavegames(const std::vector<std::string>& slots,
-                               const std::vector<std::string>& archived) {
-    FillList(List_SaveGameTomb, slots);
-    FillList(List_SaveGameArchiviati, archived);
-    Text_NoteSaveGame->clear();
-    Image_SaveGame->ShowFile(DefaultPicture(), Caption(msg::kMainNoImage));
 }
 
 void Principale::PageImages(std::size_t first) {
