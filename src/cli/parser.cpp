@@ -37,8 +37,9 @@ void AddGlobalOptions(CLI::App& app, Options& options) {
     app.set_version_flag("--version", "kelvash-cli " + LoadFragment(fragment::kAboutVersion));
 }
 
-// Tells the parser of one argument; what is typed goes to where it points.
-void AddArgument(CLI::App& parser, const Argument& argument) {
+// Tells the parser of one argument; what is typed goes to where it points. One of a command that has parts
+// isn't asked for, because a part may be named in its place.
+void AddArgument(CLI::App& parser, const Argument& argument, bool is_asked) {
     if (bool* const* flag = std::get_if<bool*>(&argument.value)) {
         parser.add_flag(argument.name, **flag, argument.about);
         return;
@@ -46,7 +47,7 @@ void AddArgument(CLI::App& parser, const Argument& argument) {
     CLI::Option& option =
         *std::visit([&](auto* value) { return parser.add_option(argument.name, *value, argument.about); },
                     argument.value);
-    option.required(argument.required);
+    option.required(argument.required && is_asked);
     if (!argument.choices.empty()) {
         if (argument.any_case)
             option.check(CLI::IsMember(argument.choices, CLI::ignore_case));
@@ -62,7 +63,7 @@ void AddArgument(CLI::App& parser, const Argument& argument) {
 void AddCommand(CLI::App& parent, const Command& command) {
     CLI::App& parser = *parent.add_subcommand(command.name, command.about);
     for (const Argument& argument : command.arguments)
-        AddArgument(parser, argument);
+        AddArgument(parser, argument, command.parts.empty());
     for (const Command& part : command.parts)
         AddCommand(parser, part);
     if (!command.parts.empty()) parser.require_subcommand(command.run ? 0 : 1, 1);
@@ -77,6 +78,15 @@ const Command* ChosenOf(const CLI::App& parser, const std::vector<Command>& comm
         if (command.name != inner.get_name()) continue;
         const Command* part = ChosenOf(inner, command.parts);
         return part != nullptr ? part : &command;
+    }
+    return nullptr;
+}
+
+// An argument that the command needs, and that nobody has typed; null if there is none.
+const Argument* MissingArgument(const Command& command) {
+    for (const Argument& argument : command.arguments) {
+        std::string* const* text = std::get_if<std::string*>(&argument.value);
+        if (argument.required && text != nullptr && (*text)->empty()) return &argument;
     }
     return nullptr;
 }
@@ -138,6 +148,11 @@ std::optional<int> ParseWords(std::vector<std::string> words, const std::vector<
         return kWrongUsage;
     }
     chosen = ChosenOf(app, commands);
+    const bool has_parts = chosen != nullptr && !chosen->parts.empty();
+    if (const Argument* missing = has_parts ? MissingArgument(*chosen) : nullptr; missing != nullptr) {
+        std::cerr << missing->name << " is required\nRun with --help for more information.\n";
+        return kWrongUsage;
+    }
     return std::nullopt;
 }
 

@@ -9,6 +9,7 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
+#include "swap/savegame_files.h"
 #include "trle_state/trle_state.h"
 
 namespace kelvash::companion {
@@ -33,8 +34,7 @@ std::int32_t ReadSavegameInfo(std::string_view path, std::string& title) {
 }
 
 std::int32_t SavegameSlotNumber(std::string_view path) {
-    const std::string extension = ExtensionOf(FileNameOf(path));
-    return extension.empty() ? 0 : LeadingNumber(std::string_view(extension).substr(1));
+    return swap::SlotNumber(path);
 }
 
 std::string SavegameLine(std::string_view path) {
@@ -54,6 +54,14 @@ std::string SlotFolder(const core::LevelPlace& level) {
 
 std::vector<std::string> SlotSavegames(const core::LevelPlace& level) {
     return ListFiles(SlotFolder(level), LoadFragment(fragment::kSaveSlotMask));
+}
+
+std::vector<std::string> KeptSavegames(const core::LevelPlace& level) {
+    const std::string folder = swap::RepeatedFolder(level.Folder);
+    std::vector<std::string> kept = ListFiles(folder, LoadFragment(fragment::kSaveSlotMask));
+    const std::vector<std::string> notes = swap::ListLoneNotes(folder);
+    kept.insert(kept.end(), notes.begin(), notes.end());
+    return kept;
 }
 
 std::vector<std::string> ArchivedSavegames(const core::LevelPlace& level) {

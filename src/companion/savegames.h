@@ -28,5 +28,8 @@ std::string SlotFolder(const core::LevelPlace& level);
 // Full paths of the savegames in a level's slots, and of those archived at any depth below its SAVEGAMES.
 std::vector<std::string> SlotSavegames(const core::LevelPlace& level);
 std::vector<std::string> ArchivedSavegames(const core::LevelPlace& level);
+// Of those in the level's REPEATED: what had the number of another when it was restored, and notes that lost
+// their savegames.
+std::vector<std::string> KeptSavegames(const core::LevelPlace& level);
 
 } // namespace kelvash::companion

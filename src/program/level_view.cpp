@@ -11,6 +11,7 @@
 #include "foundation/user.h"
 #include "program/fragments.h"
 #include "program/messages.h"
+#include "swap/moved_saves.h"
 #include "trle_state/trle_state.h"
 
 namespace kelvash::program {
@@ -45,6 +46,7 @@ std::optional<LevelView> SelectedLevelView() {
         TellUnknownLevel(std::to_string(level.Code));
         return std::nullopt;
     }
+    swap::LookForMovedSaves(); // of a killed run: the lists are to show them
     LevelView view;
     view.Code = level.Code;
     view.Folder = level.Folder;

@@ -23,6 +23,7 @@
 #include "program/registering.h"
 #include "swap/backup.h"
 #include "swap/kept_files.h"
+#include "swap/moved_saves.h"
 #include "swap/remove.h"
 #include "swap/rescued_saves.h"
 #include "swap/restore.h"
@@ -117,6 +118,7 @@ enum class Trle { Good, Wanting, LockedOut };
 // A TRLE folder that lacks files of its own is brought in order before another one is asked for. One at which
 // another program is at work isn't judged a second time: what it lacks meanwhile tells nothing.
 Trle MendTrle() {
+    swap::LookForMovedSaves();
     static_cast<void>(swap::EndCutShort(true)); // what can't be ended is told, and waits
     const std::string trle = core::TrleFolder();
     if (trle.empty() || !FolderExists(trle)) return Trle::Wanting;

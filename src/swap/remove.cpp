@@ -15,6 +15,7 @@
 #include "swap/backup.h"
 #include "swap/fragments.h"
 #include "swap/messages.h"
+#include "swap/moved_saves.h"
 #include "swap/restore.h"
 #include "swap/saves.h"
 #include "swap/take_out.h"
@@ -274,6 +275,10 @@ std::int32_t RemovePreviousLevel(std::int32_t code) {
     const core::Change change(msg::kDoingTakeOut, core::kSwap);
     if (!change) return kRemovalRefused;
     if (!trle::TrleIsThere()) return kRemovalRefused;
+    if (MessageText why; !BringMovedSavesHome(Rescue::Yes, why)) {
+        TellCritical(why);
+        return kRemovalRefused;
+    }
     TrleState state = LookAtTrle();
     if (IsUnfinished(state)) {
         const CutShort ended = EndCutShort();

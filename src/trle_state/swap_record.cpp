@@ -1,8 +1,6 @@
 #include "trle_state/swap_record.h"
 
 #include <array>
-#include <charconv>
-#include <initializer_list>
 
 #include "foundation/drives.h"
 #include "foundation/files.h"
@@ -11,6 +9,7 @@
 #include "foundation/user.h"
 #include "trle_state/fragments.h"
 #include "trle_state/messages.h"
+#include "trle_state/record_lines.h"
 #include "trle_state/surroundings.h"
 
 namespace kelvash::trle_state {
@@ -21,71 +20,8 @@ namespace {
 constexpr std::size_t kLongestRecord = std::size_t{64} << 20;
 constexpr std::string_view kFirstLine = "Kelvash swap record 1\n";
 constexpr std::array<std::string_view, 5> kSteps = {"original", "leaving", "entering", "in", "restoring"};
-constexpr std::string_view kEndKey = "end";
 
-using Values = std::vector<std::string>;
-
-// A line is a key and its values, each with its length in bytes in front, so that no sign can end one.
-void AppendLine(std::string_view key, std::initializer_list<std::string_view> values, std::string& bytes) {
-    bytes.append(key).append(" ");
-    for (const std::string_view value : values)
-        bytes.append(std::to_string(value.size())).append(":").append(value).append(",");
-    bytes += '\n';
-}
-
-void AppendFiles(std::string_view key, const std::vector<RecordedFile>& files, std::string& bytes) {
-    for (const RecordedFile& file : files)
-        AppendLine(key,
-                   {file.Target, std::to_string(file.Stamp.Size), std::to_string(file.Stamp.Time),
-                    file.Stamp.Hash, file.Kept},
-                   bytes);
-}
-
-template <class Number>
-bool TakeNumber(std::string_view text, Number& number) {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size();
-}
-
-// Takes a line off the bytes; false if they don't begin with a whole one.
-bool TakeLine(std::string_view& bytes, std::string& key, Values& values) {
-    const std::size_t blank = bytes.find(' ');
-    if (blank == std::string_view::npos) return false;
-    key = bytes.substr(0, blank);
-    bytes.remove_prefix(blank + 1);
-    values.clear();
-    while (!bytes.empty() && bytes.front() != '\n') {
-        const std::size_t colon = bytes.find(':');
-        std::size_t length = 0;
-        if (colon == std::string_view::npos || !TakeNumber(bytes.substr(0, colon), length)) return false;
-        bytes.remove_prefix(colon + 1);
-        if (length >= bytes.size() || bytes[length] != ',') return false;
-        values.emplace_back(bytes.substr(0, length));
-        bytes.remove_prefix(length + 1);
-    }
-    if (bytes.empty()) return false;
-    bytes.remove_prefix(1);
-    return true;
-}
-
-bool TakeFile(const Values& values, std::vector<RecordedFile>& files) {
-    constexpr std::size_t kValues = 5;
-    if (values.size() < kValues) return false;
-    RecordedFile file{values[0], {0, 0, values[3]}, values[4]};
-    if (!TakeNumber(values[1], file.Stamp.Size) || !TakeNumber(values[2], file.Stamp.Time)) return false;
-    files.push_back(std::move(file));
-    return true;
-}
-
-bool TakeOwner(const Values& values, LevelOwner& owner) {
-    constexpr std::size_t kValues = 5;
-    if (values.size() < kValues || !TakeNumber(values[4], owner.Code)) return false;
-    owner.Folder = values[0];
-    owner.FromHome = values[1];
-    owner.Name = values[2];
-    owner.Tr4InfHash = values[3];
-    return true;
-}
+using Values = RecordValues;
 
 bool TakeStep(const Values& values, SwapStep& step) {
     for (std::size_t i = 0; i < kSteps.size(); ++i)
@@ -117,11 +53,7 @@ std::string EncodeSwapRecord(const SwapRecord& record, std::string_view trle) {
     std::string bytes(kFirstLine);
     AppendLine("trle", {trle}, bytes);
     AppendLine("step", {kSteps[static_cast<std::size_t>(record.Step)]}, bytes);
-    AppendLine("owner",
-               {record.Owner.Folder, record.Owner.FromHome, record.Owner.Name, record.Owner.Tr4InfHash,
-                std::to_string(record.Owner.Code)},
-               bytes);
-    if (!record.Owner.Former.empty()) AppendLine("former", {record.Owner.Former}, bytes);
+    AppendOwner(record.Owner, bytes);
     AppendLine("marker", {record.MarkerHash}, bytes);
     AppendFiles("copied", record.Copied, bytes);
     AppendFiles("overwritten", record.Overwritten, bytes);
@@ -129,26 +61,16 @@ std::string EncodeSwapRecord(const SwapRecord& record, std::string_view trle) {
     AppendFiles("left-copied", record.LeftCopied, bytes);
     AppendFiles("left-overwritten", record.LeftOverwritten, bytes);
     AppendFiles("save", record.Saves, bytes);
-    AppendLine(kEndKey, {HashOfBytes(bytes)}, bytes);
+    AppendEnd(bytes);
     return bytes;
 }
 
 std::optional<SwapRecord> DecodeSwapRecord(std::string_view bytes) {
-    const std::string_view whole = bytes;
-    if (!bytes.starts_with(kFirstLine)) return std::nullopt;
-    bytes.remove_prefix(kFirstLine.size());
     SwapRecord record;
-    std::string key;
-    Values values;
-    for (;;) {
-        const std::string_view before = whole.substr(0, whole.size() - bytes.size());
-        if (!TakeLine(bytes, key, values)) return std::nullopt;
-        if (key == kEndKey) {
-            const bool sound = values.size() == 1 && values[0] == HashOfBytes(before) && bytes.empty();
-            return sound ? std::optional<SwapRecord>(std::move(record)) : std::nullopt;
-        }
-        if (!TakeField(key, values, record)) return std::nullopt;
-    }
+    const bool sound = TakeRecordLines(bytes, kFirstLine, [&](const std::string& key, const Values& values) {
+        return TakeField(key, values, record);
+    });
+    return sound ? std::optional<SwapRecord>(std::move(record)) : std::nullopt;
 }
 
 std::string SwapRecordPath() {

@@ -37,6 +37,7 @@
 namespace kelvash::ui {
 
 class FormsUser;
+class SavegamePanel;
 class ScreenshotPanel;
 
 class Principale final : public QMainWindow {
@@ -70,6 +71,7 @@ class Principale final : public QMainWindow {
     ScreenshotPanel& Shots() { return *shots_; }
     // The panel of the screenshots, or that of the savegames.
     void ShowPanel(bool screenshots);
+    SavegamePanel& Savegames() { return *savegames_; }
 
     QGroupBox* const Frame_Livelli = Make<QGroupBox>(this, "Frame_Livelli");
     QLineEdit* const Text_Search = Make<QLineEdit>(this, "Text_Search");
@@ -153,7 +155,6 @@ class Principale final : public QMainWindow {
     void ShowEmptyLibrary();
     void ShowRightSide(bool shown);
     QString NoteToShow(const std::string& note) const;
-    void ShowSavegames(const std::vector<std::string>& slots, const std::vector<std::string>& archived);
 
     void ShowLevelMenu(const QPoint& where);
     void ConnectControls(FormsUser& user);
@@ -180,6 +181,7 @@ class Principale final : public QMainWindow {
     MainMenu menu_;
     LevelModel* const levels_ = new LevelModel(this);
     LevelDelegate* const delegate_ = new LevelDelegate(*levels_, this);
+    SavegamePanel* savegames_ = nullptr;
     QAction* play_ = nullptr;
     QAction* more_ = nullptr;  // the level's document
     QAction* clear_ = nullptr; // empties the search

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <optional>
 
+#include "foundation/clipboard_picture.h"
 #include "foundation/platform/platform.h"
 #include "foundation/platform/posix_joystick.h"
 #include "foundation/platform/posix_keys.h"
@@ -50,10 +51,8 @@ class X11Desktop final : public Desktop {
     void Beep(int hertz, int milliseconds) override { tones_.Play(hertz, milliseconds); }
     bool WindowAnimation() override { return false; }
     void SetWindowAnimation(bool) override {}
-    // X11 hands a selection over through the receiver's event loop, which only the forms have: their desktop
-    // answers.
-    bool ClipboardHasBitmap() override { return false; }
-    void ClearClipboard() override {}
+    bool ClipboardHasBitmap() override { return ReadClipboardPicture().Content == ClipboardContent::Picture; }
+    void ClearClipboard() override { EmptyClipboard(); }
 
   private:
     Display* Connection();

@@ -1,0 +1,93 @@
+#include "companion/archive_slots.h"
+
+#include <algorithm>
+
+#include "companion/fragments.h"
+#include "companion/slot_folders.h"
+#include "companion/slots_messages.h"
+#include "companion/slots_work.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/text.h"
+#include "trle_state/file_stamp.h"
+
+namespace kelvash::companion {
+
+using swap::SavegameFile;
+using trle_state::HoldSameBytes;
+
+namespace {
+
+// Each place in turn is given the lowest of those behind it. Equal numbers change their order by that, which
+// is meant.
+void ExchangeSort(std::vector<NumberedSave>& saves) {
+    for (std::size_t i = 0; i < saves.size(); ++i)
+        for (std::size_t j = i + 1; j < saves.size(); ++j)
+            if (saves[i].Number > saves[j].Number) std::swap(saves[i], saves[j]);
+}
+
+SavegameFile CopyIn(const std::string& folder, const SavegameFile& save, std::size_t number) {
+    const auto as = static_cast<std::int32_t>(number);
+    return {swap::SavegamePath(folder, as), save.Note.empty() ? std::string() : swap::NotePath(folder, as)};
+}
+
+bool IsSame(const SavegameFile& save, const SavegameFile& copy) {
+    return HoldSameBytes(save.Path, copy.Path) && (save.Note.empty() || HoldSameBytes(save.Note, copy.Note));
+}
+
+// Copies the savegames, whole and on the disk, into a new folder slotN. False, with nothing left of it and
+// why.
+bool FillSlotFolder(const SlotsWork& work, const std::vector<NumberedSave>& saves, std::size_t count,
+                    std::string& folder, MessageText& why) {
+    const std::string staging = NewSlotFolder(work.Level(), why);
+    if (staging.empty()) return false;
+    folder = FreeSlotFolder(work.Level());
+    for (std::size_t i = 0; i < count; ++i) {
+        if (swap::PlacePair(saves[i].File, staging, static_cast<std::int32_t>(i), work.Level().Folder,
+                            swap::Placing::Copy))
+            continue;
+        why = LoadMessage(msg::kArchiveCannotCopy) + saves[i].File.Path;
+        RemoveCopies(staging, work.Slots());
+        return false;
+    }
+    if (!FileExists(folder) && !FolderExists(folder) && RenameFile(staging, folder)) return true;
+    why = LoadMessage(msg::kArchiveCannotCreate) + folder;
+    RemoveCopies(staging, work.Slots());
+    return false;
+}
+
+} // namespace
+
+SlotsOutcome ArchiveSlots(std::int32_t code, std::int32_t count, Asker asker) {
+    const SlotsWork work(msg::kDoingArchive, code, asker);
+    if (!work) return work.Refusal();
+    std::vector<NumberedSave> saves = NumberedSaves(work.Slots());
+    if (saves.size() < 2 || count < 1) return {};
+    ExchangeSort(saves);
+    const std::size_t archived = std::min(saves.size(), static_cast<std::size_t>(count));
+    const std::size_t first_kept = std::min(archived, saves.size() - 1);
+    std::string folder;
+    MessageText why;
+    if (!FillSlotFolder(work, saves, archived, folder, why)) return {SlotsResult::Refused, 0, why};
+    std::vector<Renumbering> staying;
+    bool all_left = true;
+    for (std::size_t i = 0; i < saves.size(); ++i) {
+        const SavegameFile& save = saves[i].File;
+        // One that the game has written meanwhile is another savegame.
+        const bool leaves = i < first_kept && IsSame(save, CopyIn(folder, save, i));
+        if (leaves && swap::LeavePair(save)) continue;
+        all_left = all_left && !leaves;
+        staying.push_back({save, static_cast<std::int32_t>(staying.size())});
+    }
+    SlotsOutcome outcome = Renumber(work, staying);
+    outcome.Count = static_cast<std::int32_t>(archived);
+    if (outcome.Result == SlotsResult::Done && all_left) return outcome;
+    outcome.Message = LoadMessage(msg::kArchivePartly, {folder, kLineBreak}) +
+                      (outcome.Message.text.empty() ? LoadMessage(msg::kArchiveCannotLeave) + work.Slots()
+                                                    : outcome.Message);
+    outcome.Result = SlotsResult::Partly;
+    return outcome;
+}
+
+} // namespace kelvash::companion

@@ -1,0 +1,13 @@
+#include "companion/compact_slots.h"
+
+#include "companion/slots_messages.h"
+#include "companion/slots_work.h"
+
+namespace kelvash::companion {
+
+SlotsOutcome CompactSlots(std::int32_t code, Asker asker) {
+    const SlotsWork work(msg::kDoingCompact, code, asker);
+    return work ? Compact(work) : work.Refusal();
+}
+
+} // namespace kelvash::companion

@@ -1,0 +1,161 @@
+#include "companion/savegame_transfer.h"
+
+#include <algorithm>
+#include <set>
+
+#include "companion/archive_slots.h"
+#include "companion/fragments.h"
+#include "companion/savegame_messages.h"
+#include "companion/savegame_notes.h"
+#include "companion/savegames.h"
+#include "companion/slots_work.h"
+#include "foundation/files.h"
+#include "foundation/messages.h"
+#include "foundation/path.h"
+#include "foundation/place.h"
+#include "foundation/place_file.h"
+#include "foundation/text.h"
+#include "foundation/user.h"
+#include "trle_state/file_stamp.h"
+
+namespace kelvash::companion {
+
+using trle_state::HoldSameBytes;
+
+namespace {
+
+// True if there is room for so many; `outcome` says why not.
+bool MakeRoom(const SlotsWork& work, std::size_t coming, SlotsOutcome& outcome) {
+    const auto fits = [&] { return coming + SlotSavegames(work.Level()).size() <= kGameSlots; };
+    if (fits()) return true;
+    outcome = ArchiveSlots(work.Level().Code, kGameSlots, Asker::User);
+    if (outcome.Result != SlotsResult::Done && outcome.Result != SlotsResult::Nothing) return false;
+    outcome = {};
+    if (fits()) return true;
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kImportTooMany) + std::to_string(kMostToImport));
+    return false;
+}
+
+// Where files of one name go: the folder, then its sub-folders slot1, slot2, ...
+class ExportPlaces {
+  public:
+    explicit ExportPlaces(std::string folder) : folder_(std::move(folder)) {}
+
+    // Empty if a sub-folder can't be made.
+    std::string For(const std::string& file) {
+        std::string folder = folder_;
+        for (int number = 1; !taken_.insert(FoldCase(folder + "\\" + FileNameOf(file))).second; ++number)
+            folder = folder_ + LoadFragment(fragment::kExportFolder) + std::to_string(number);
+        return CreateFolder(folder) ? folder + "\\" + FileNameOf(file) : std::string();
+    }
+
+  private:
+    std::string folder_;
+    std::set<std::string> taken_;
+};
+
+enum class Exported { Done, NotWanted, NotCopied, NotDeleted };
+
+// The note goes beside the copy, without replacing another one.
+bool TakeOutOfLevel(const std::string& file, const std::string& target) {
+    const std::string note = OwnNoteOf(file);
+    if (!HoldSameBytes(file, target) || !FlushFile(target)) return false;
+    const std::string target_note = NotePathOf(target);
+    const bool note_goes = note.empty() || HoldSameBytes(note, target_note) || CopyFileNew(note, target_note);
+    return note_goes && DeleteFile(file) && (note.empty() || DeleteFile(note));
+}
+
+Exported Export(const std::string& file, const std::string& target, Sources sources) {
+    if (target.empty()) return Exported::NotCopied;
+    if (IsSamePlace(file, target)) return Exported::NotWanted; // it is there already, and stays
+    if (FileExists(target) && !HoldSameBytes(file, target) && !AskReplaceFile(file, target))
+        return Exported::NotWanted;
+    if (!CopyFileWhole(file, target)) return Exported::NotCopied;
+    if (sources == Sources::Delete && !TakeOutOfLevel(file, target)) return Exported::NotDeleted;
+    return Exported::Done;
+}
+
+} // namespace
+
+SlotsOutcome ImportSavegames(std::int32_t code, const std::vector<std::string>& files) {
+    const SlotsWork work(msg::kDoingImport, code, Asker::User);
+    if (!work) return work.Refusal();
+    SlotsOutcome outcome;
+    if (!MakeRoom(work, files.size(), outcome)) return outcome;
+    if (!CreateFolder(work.Slots()))
+        return {SlotsResult::Refused, 0, LoadMessage(msg::kImportNoSlots) + work.Slots()};
+    for (const std::string& file : files) {
+        const std::int32_t slot = swap::FreeNumber(work.Slots(), 0);
+        const bool copied =
+            swap::PlacePair({file}, work.Slots(), slot, work.Level().Folder, swap::Placing::Copy);
+        if (!copied)
+            return {outcome.Count == 0 ? SlotsResult::Refused : SlotsResult::Partly, outcome.Count,
+                    LoadMessage(msg::kImportCannotCopy) + file};
+        ++outcome.Count;
+    }
+    outcome.Result = SlotsResult::Done;
+    return outcome;
+}
+
+SlotsOutcome ExportSavegames(std::int32_t code, const std::vector<std::string>& files,
+                             const std::string& folder, Sources sources) {
+    const SlotsWork work(msg::kDoingExportSaves, code, Asker::User);
+    if (!work) return work.Refusal();
+    SlotsOutcome outcome;
+    ExportPlaces places(folder);
+    std::string not_copied;
+    std::string not_deleted;
+    for (const std::string& file : files) {
+        const Exported exported = Export(file, places.For(file), sources);
+        if (exported == Exported::NotCopied) not_copied += kLineBreak + file;
+        if (exported == Exported::NotDeleted) not_deleted += kLineBreak + file;
+        if (exported == Exported::Done || exported == Exported::NotDeleted) ++outcome.Count;
+    }
+    if (!not_copied.empty()) outcome.Message = LoadMessage(msg::kExportCannotCopy) + not_copied;
+    if (!not_deleted.empty()) {
+        const MessageText kept = LoadMessage(msg::kExportCannotDelete) + not_deleted;
+        outcome.Message = not_copied.empty() ? kept : outcome.Message + kLineBreak + kept;
+    }
+    const bool partly = !outcome.Message.text.empty();
+    outcome.Result = partly              ? outcome.Count > 0 ? SlotsResult::Partly : SlotsResult::Refused
+                     : outcome.Count > 0 ? SlotsResult::Done
+                                         : SlotsResult::Nothing;
+    return outcome;
+}
+
+std::string ChooseSavegameToImport() {
+    return TheUser()
+        .OpenFile({LoadMessage(msg::kImportTitle), LoadMessage(msg::kImportFilter), {}, {}})
+        .value_or(std::string());
+}
+
+std::string ChooseImportFolder() {
+    return TheUser().ChooseFolder(LoadMessage(msg::kImportFolderTitle), {}).value_or(std::string());
+}
+
+std::string ChooseExportFolder() {
+    return TheUser().ChooseFolder(LoadMessage(msg::kExportTitleFolder), {}).value_or(std::string());
+}
+
+std::vector<std::string> SavegamesToList(std::int32_t code, ListPurpose purpose, const std::string& folder) {
+    const core::LevelPlace level = core::PlaceOf(code);
+    if (!level.IsListed()) {
+        TellCritical(LoadMessage(msg::kListNoLevel));
+        return {};
+    }
+    if (purpose == ListPurpose::Import) {
+        std::vector<std::string> found = ListFiles(folder, LoadFragment(fragment::kSaveSlotMask));
+        if (found.empty()) ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kListNoFiles) + folder);
+        return found;
+    }
+    std::vector<std::string> found = SlotSavegames(level);
+    const std::vector<std::string> archived = ArchivedSavegames(level);
+    found.insert(found.end(), archived.begin(), archived.end());
+    return found;
+}
+
+void TellNothingChosen() {
+    ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kListNothing));
+}
+
+} // namespace kelvash::companion

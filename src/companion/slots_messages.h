@@ -1,0 +1,5 @@
+// The texts of the operations on savegames.
+#pragma once
+
+#include "companion/slots_messages.inc"
+#include "foundation/messages.h"

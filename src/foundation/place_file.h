@@ -1,0 +1,20 @@
+// Putting a file where nothing stands yet, and leaving alone what may appear there meanwhile: a running game
+// writes its savegames into the same folder.
+#pragma once
+
+#include <string_view>
+
+namespace kelvash {
+
+// Gives a file a second place, on any drive. The destination is whole and on the disk at once and replaces
+// nothing. On one drive the two are one file until one of them goes: it is not to be written in place. False
+// if something stands there, or on any error.
+[[nodiscard]] bool PlaceFileNew(std::string_view source, std::string_view destination);
+// The same, always with bytes of its own.
+[[nodiscard]] bool CopyFileNew(std::string_view source, std::string_view destination);
+// Takes one place of a file away; another keeps its attributes. True also when nothing is there.
+[[nodiscard]] bool LeavePlace(std::string_view path);
+// True if the path itself is a link, wherever it leads.
+bool IsLink(std::string_view path);
+
+} // namespace kelvash

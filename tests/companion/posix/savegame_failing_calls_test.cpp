@@ -1,0 +1,86 @@
+// Each call of an operation on savegames that changes the file system fails in turn: once, or from there on
+// every call that takes room. What is told must be true, and nothing is lost.
+#include <cerrno>
+
+#include "companion/posix/savegame_faults_home.h"
+
+namespace kelvash::companion {
+namespace {
+
+using test::Fault;
+using test::RunTraced;
+using test::SavegameOperation;
+using test::SaveMap;
+
+class SavegameFailingCalls : public test::SavegameFaultsHome {
+  protected:
+    // What the slots hold; for TRLE the savegames and notes there.
+    SaveMap InSlots() const {
+        SaveMap found;
+        for (const auto& entry : std::filesystem::directory_iterator(SlotsNow())) {
+            const std::string name = entry.path().filename().string();
+            if (name.starts_with("savegame.") || name.starts_with("note")) found[name] = What(entry.path());
+        }
+        return found;
+    }
+
+    void FailEverywhere(const SavegameOperation& operation, int error, bool lasting) {
+        const auto body = [&] { return static_cast<int>(operation.run().Result); };
+        Arrange();
+        const SaveMap before = InSlots();
+        const int calls = RunTraced(body, {}).calls;
+        const SaveMap after = InSlots();
+        std::map<SlotsResult, int> results;
+        for (int at = 1; at <= calls && !HasFailure(); ++at) {
+            SCOPED_TRACE(operation.name + ": call " + std::to_string(at) + " of " + std::to_string(calls) +
+                         (lasting ? " and all later ones fail with " : " fails with ") +
+                         std::to_string(error));
+            Arrange();
+            const test::TracedRun run = RunTraced(body, {Fault::Fail, at, error, lasting});
+            ASSERT_GE(run.exit_code, 0);
+            const auto result = static_cast<SlotsResult>(run.exit_code);
+            ++results[result];
+            if (result == SlotsResult::Done) {
+                EXPECT_EQ(InSlots(), after);
+            }
+            if (result == SlotsResult::Refused) ExpectRefused(before);
+            swap::LookForMovedSaves();
+            ExpectAll(operation.may_go);
+        }
+        std::cout << "  " << calls << " failing calls in " << operation.name << ": "
+                  << results[SlotsResult::Done] << " done, " << results[SlotsResult::Refused] << " refused, "
+                  << results[SlotsResult::Partly] << " partly\n";
+        EXPECT_GT(results[SlotsResult::Refused] + results[SlotsResult::Partly], 0);
+    }
+    // A lone note may have gone aside, and names may be others; savegames are where they were.
+    void ExpectRefused(SaveMap before) const {
+        SaveMap now = InSlots();
+        std::multiset<std::string> saves, saves_now;
+        for (const auto& [name, what] : before)
+            if (name.starts_with("savegame.")) saves.insert(what);
+        for (const auto& [name, what] : now)
+            if (name.starts_with("savegame.")) saves_now.insert(what);
+        EXPECT_EQ(saves_now, saves);
+    }
+    void FailAll() {
+        user.MayBeTold("");
+        for (const SavegameOperation& operation : Operations()) {
+            FailEverywhere(operation, ENOSPC, false);
+            FailEverywhere(operation, ENOSPC, true);
+            FailEverywhere(operation, EACCES, false);
+        }
+    }
+};
+
+TEST_F(SavegameFailingCalls, LoseNothingInTheStash) {
+    FailAll();
+}
+
+TEST_F(SavegameFailingCalls, LoseNothingInTrle) {
+    ASSERT_TRUE(swap::InstallLevel(1));
+    where = test::Where::InTrle;
+    FailAll();
+}
+
+} // namespace
+} // namespace kelvash::companion
