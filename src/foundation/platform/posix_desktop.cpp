@@ -1,8 +1,3 @@
-#include <X11/Xatom.h>
-#include <X11/Xlib.h>
-#include <X11/Xutil.h>
-#include <X11/extensions/XTest.h>
-#include <X11/extensions/Xfixes.h>
 #include <poll.h>
 
 #include <algorithm>
@@ -17,6 +12,13 @@
 #include "foundation/platform/posix_tones.h"
 #include "foundation/platform/posix_x11.h"
 #include "foundation/text.h"
+
+// Behind the others: X11 defines common words as macros.
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
+#include <X11/extensions/Xfixes.h>
 
 namespace kelvash::platform {
 
