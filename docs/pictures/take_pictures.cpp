@@ -112,7 +112,9 @@ void TakeMainForm(const Camera& camera, Principale& form) {
     form.Pul_List->click();
     core::SelectLevel(2);
     form.Pul_SaveGames->click();
+    form.List_SaveGameTomb->setCurrentRow(0);
     camera.Take(&form, "principale_savegames");
+    camera.TakeModal("dialog_listsavegame", [&] { form.Command(MenuEntry::mnu_ExportSavegame)->trigger(); });
     form.Pul_ScreenShots->click();
     camera.TakeModal("dialog_keys", [&] { form.Command(MenuEntry::mnu_Keys)->trigger(); });
     camera.TakeModal("about", [&] { form.Command(MenuEntry::mnu_About)->trigger(); });

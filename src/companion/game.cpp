@@ -1,5 +1,6 @@
 #include "companion/game.h"
 
+#include <utility>
 #include <vector>
 
 #include "companion/fragments.h"
@@ -24,11 +25,16 @@ std::string GameProgram() {
     return core::TrleFolder() + LoadFragment(fragment::kGameProgram);
 }
 
-// Under Wine a window names its program; where a container stands around the game, that alone tells whose it
-// is.
+// Where a container or a desktop of Wine's own stands around the game, no window has its process; what a
+// window says of its program has to do then.
 bool IsOfGame(const DesktopWindow& window) {
-    return window.process_id == game.GameProcess.id ||
-           EqualNoCase(window.program, LoadFragment(fragment::kGameFile));
+    if (window.process_id == game.GameProcess.id) return true;
+    return game.GameWindow == 0 && (EqualNoCase(window.program, LoadFragment(fragment::kGameFile)) ||
+                                    EqualNoCase(window.program, LoadFragment(fragment::kWineDesktop)));
+}
+
+bool IsCover(std::uintptr_t window) {
+    return watch_calls.CoverWindow && window == watch_calls.CoverWindow();
 }
 
 std::uintptr_t FindGameWindow() {
@@ -36,9 +42,13 @@ std::uintptr_t FindGameWindow() {
     return own.empty() ? 0 : own.front().handle;
 }
 
-// A message would lie over the game.
+// Once a run, and not now: a message would lie over the game.
 void TellUnreachable() {
-    if (TheDesktop().Reach() == DesktopReach::OnlyWayland)
+    struct Unreachable {
+        bool IsTold = false;
+    };
+    if (TheDesktop().Reach() == DesktopReach::OnlyWayland &&
+        !std::exchange(State<Unreachable>::Get().IsTold, true))
         TellAfterGame(LoadMessage(msg::kWatchOnlyWayland, {kLineBreak}));
 }
 
@@ -51,8 +61,7 @@ void AwaitGameWindow() {
         game.GameWindow = FindGameWindow();
     }
     // A window manager may have left the new window behind the cover.
-    if (game.GameWindow != 0 && watch_calls.CoverWindow &&
-        TheDesktop().FocusedWindow().handle == watch_calls.CoverWindow())
+    if (game.GameWindow != 0 && IsCover(TheDesktop().FocusedWindow().handle))
         TheDesktop().Activate(game.GameWindow);
 }
 
@@ -99,10 +108,12 @@ void EndGameProcess() {
 std::uintptr_t FocusOfGame() {
     const DesktopWindow focused = TheDesktop().FocusedWindow();
     if (focused.handle == 0 || game.GameProcess.id == 0) return 0;
-    const bool is_cover = watch_calls.CoverWindow && focused.handle == watch_calls.CoverWindow();
-    const bool may_hold_game =
-        game.GameWindow == 0 && EqualNoCase(focused.program, LoadFragment(fragment::kWineDesktop));
-    return is_cover || may_hold_game || IsOfGame(focused) ? focused.handle : 0;
+    return IsCover(focused.handle) || IsOfGame(focused) ? focused.handle : 0;
+}
+
+std::uintptr_t ShownGameWindow() {
+    const std::uintptr_t focus = FocusOfGame();
+    return focus == 0 || IsCover(focus) ? game.GameWindow : focus;
 }
 
 } // namespace kelvash::companion

@@ -32,5 +32,7 @@ void EndGameProcess();
 
 // The window that gets the keys now, if it is the game's or the cover; 0 else.
 std::uintptr_t FocusOfGame();
+// The window that shows the game: the one with the keys, which a game may have made anew, else the first.
+std::uintptr_t ShownGameWindow();
 
 } // namespace kelvash::companion

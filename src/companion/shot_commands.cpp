@@ -72,6 +72,7 @@ bool Rename(const core::LevelPlace& level, const std::string& path, const std::s
 }
 
 bool WriteAs(const core::LevelPlace& level, const std::string& path, const std::string& target) {
+    if (IsSamePlace(path, target)) return true; // by a link, whatever the two are called
     if (EqualNoCase(ExtensionOf(path), ExtensionOf(target))) return CopyShot(level, path, target);
     const std::optional<swap::Picture> picture = ReadShot(path);
     if (!picture) return false;

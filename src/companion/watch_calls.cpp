@@ -1,10 +1,18 @@
 #include "companion/watch_calls.h"
 
 #include <chrono>
+#include <optional>
+#include <utility>
 
+#include "companion/archive_slots.h"
+#include "companion/black_test.h"
+#include "companion/restore_slots.h"
 #include "companion/screenshots.h"
+#include "companion/shot_capture.h"
+#include "foundation/clipboard_picture.h"
 #include "foundation/pumping.h"
 #include "foundation/state.h"
+#include "swap/picture_codec.h"
 
 namespace kelvash::companion {
 
@@ -12,24 +20,77 @@ constinit WatchCalls& watch_calls = State<WatchCalls>::Get();
 
 namespace {
 
+using LevelPlace = core::LevelPlace;
+
 double SteadySeconds() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+WorkOutcome EndOf(SlotsOutcome outcome) {
+    const auto end = [&] {
+        switch (outcome.Result) {
+            case SlotsResult::Done:
+                return Work::Done;
+            case SlotsResult::Nothing:
+                return Work::Nothing;
+            case SlotsResult::Busy:
+                return Work::Refused;
+            case SlotsResult::Refused:
+                return Work::Failed;
+            case SlotsResult::Partly:
+                break;
+        }
+        return Work::Partly;
+    };
+    return {end(), std::move(outcome.Message)};
+}
+
+Offered ReadOffered(std::string& bytes) {
+    ClipboardPicture picture = ReadClipboardPicture();
+    bytes = std::move(picture.Bytes);
+    switch (picture.Content) {
+        case ClipboardContent::None:
+            return Offered::None;
+        case ClipboardContent::Picture:
+            return Offered::Picture;
+        case ClipboardContent::Failed:
+            break;
+    }
+    return Offered::Failed;
+}
+
+// One that can't be read isn't black: that it is lost is told where it is stored.
+bool IsBlackPicture(const std::string& bytes) {
+    const std::optional<swap::Picture> picture = swap::DecodePicture(bytes);
+    return picture && !IsImageNotBlack(*picture);
+}
+
+WorkOutcome StorePicture(const LevelPlace& level, const std::string& bytes) {
+    const std::optional<swap::Picture> picture = swap::DecodePicture(bytes);
+    if (!picture) return {Work::Failed, {}};
+    CaptureOutcome outcome = CaptureShot(level.Code, *picture);
+    if (outcome.End == CaptureEnd::Busy) return {Work::Refused, {}};
+    return {outcome.End == CaptureEnd::Saved ? Work::Done : Work::Failed, std::move(outcome.Message)};
 }
 
 } // namespace
 
 WatchCalls::WatchCalls()
-    : CountPictures([](const LevelPlace& level) { return Screenshots(level).size(); }),
+    : ArchiveSlots([](const LevelPlace& level, int count) {
+          return EndOf(companion::ArchiveSlots(level.Code, count, Asker::Watcher));
+      }),
+      RestoreLastSlot([](const LevelPlace& level) {
+          return EndOf(companion::RestoreLastSlot(level.Code, Asker::Watcher));
+      }),
+      ClipboardChange(&kelvash::ClipboardChange),
+      ReadClipboard(&ReadOffered),
+      // Where it can't be put the picture is stored all the same.
+      PutClipboard([](const std::string& bitmap) { static_cast<void>(PutClipboardPicture(bitmap)); }),
+      EmptyClipboard(&kelvash::EmptyClipboard),
+      IsBlack(&IsBlackPicture),
+      SavePicture(&StorePicture),
+      CountPictures([](const LevelPlace& level) { return Screenshots(level).size(); }),
       Now(&SteadySeconds),
-      Wait(&WaitPumping) {
-    ArchiveSlots = [](const LevelPlace&, int) { return WorkOutcome(); };
-    RestoreLastSlot = [](const LevelPlace&) { return WorkOutcome(); };
-    ClipboardChange = [] { return std::uint64_t{0}; };
-    ReadClipboard = [](std::string&) { return Offered::None; };
-    PutClipboard = [](const std::string&) {};
-    EmptyClipboard = [] {};
-    IsBlack = [](const std::string&) { return false; };
-    SavePicture = [](const LevelPlace&, const std::string&) { return WorkOutcome(); };
-}
+      Wait(&WaitPumping) {}
 
 } // namespace kelvash::companion

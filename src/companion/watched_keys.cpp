@@ -24,10 +24,11 @@ struct KeyNotes {
 };
 constinit KeyNotes& notes = State<KeyNotes>::Get();
 
-void NotePrint(std::uintptr_t window) {
+void NotePrint() {
     if (notes.Prints.size() >= kMostPrints) return;
     Desktop& desktop = TheDesktop();
-    notes.Prints.push_back(desktop.PrintScreenCopies() ? std::string() : desktop.PictureOf(window));
+    notes.Prints.push_back(desktop.PrintScreenCopies() ? std::string()
+                                                       : desktop.PictureOf(ShownGameWindow()));
 }
 
 // With the only-button flag off other buttons may be held as well. A mask of 0 disables the action.
@@ -36,10 +37,9 @@ bool Matches(std::uint32_t pressed, std::int32_t configured, bool only) {
     return mask != 0 && (only ? pressed : pressed & mask) == mask;
 }
 
-// The game's window rather than the cover, which shows nothing.
 void PressPrintScreen() {
     SendKey(kKeyPrintScreen, 0);
-    NotePrint(game.GameWindow != 0 ? game.GameWindow : FocusOfGame());
+    NotePrint();
 }
 
 } // namespace
@@ -52,10 +52,9 @@ void NoteKeys() {
     const std::uint32_t held = TheDesktop().KeysHeld({kKeyF9, kKeyF11, kKeyPrintScreen});
     const std::uint32_t pressed = held & ~std::exchange(notes.Held, held);
     if (held == 0) return;
-    const std::uintptr_t focus = FocusOfGame();
-    if (focus == 0) return;
+    if (FocusOfGame() == 0) return;
     notes.Tapped |= held & (kF9 | kF11);
-    if ((pressed & kPrint) != 0) NotePrint(focus);
+    if ((pressed & kPrint) != 0) NotePrint();
 }
 
 WatchedKeys TakeKeys() {

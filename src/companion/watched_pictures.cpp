@@ -42,6 +42,7 @@ struct PictureNotes {
     double OwnAt = -std::numeric_limits<double>::infinity(); // when the last one of the window was pressed
     std::size_t LastPicture = 0;                             // its hash; 0 for none
     int Lost = 0;
+    bool GameHasEnded = false; // nothing is asked over the game, nor typed into it, any more
 };
 constinit PictureNotes& notes = State<PictureNotes>::Get();
 
@@ -73,7 +74,7 @@ bool Capture(Waiting& taken) {
     const std::optional<core::LevelPlace> level = LevelInTrle();
     const std::size_t before = level ? watch_calls.CountPictures(*level) : 0;
     Work stored = Work::Failed;
-    if (level && core::profile.PromptCapture && watch_calls.AskPictureName) {
+    if (level && core::profile.PromptCapture && watch_calls.AskPictureName && !notes.GameHasEnded) {
         TypeThirteen();
         watch_calls.AskPictureName(*level, taken.Bytes);
         stored = Work::Done;
@@ -152,12 +153,24 @@ void ForgetPictures() {
 void HeedPictures(std::vector<std::string> prints) {
     for (std::string& print : prints) {
         notes.WasPressed = true;
-        if (!print.empty()) Take({std::move(print), true});
+        if (!print.empty())
+            Take({std::move(print), true});
+        else if (!TheDesktop().PrintScreenCopies())
+            ++notes.Lost;
     }
     if (watch_calls.MayChangeFiles && !watch_calls.MayChangeFiles()) return;
     const std::uint64_t change = watch_calls.ClipboardChange();
     if (change != std::exchange(notes.Seen, change)) TakeOffered();
     StoreTaken();
+}
+
+void EndPictures(std::vector<std::string> prints) {
+    for (std::string& print : prints)
+        if (!print.empty()) Take({std::move(print), true});
+    notes.GameHasEnded = true;
+    StoreTaken();
+    notes.Lost += static_cast<int>(notes.Taken.size());
+    notes.Taken.clear();
 }
 
 void TellLostPictures() {

@@ -123,6 +123,14 @@ Work Do(const SavesWork& work) {
     return outcome.End;
 }
 
+WorkOutcome ArchiveAll(const core::LevelPlace& level) {
+    return watch_calls.ArchiveSlots(level, kAllSlots);
+}
+
+WorkOutcome RestoreLast(const core::LevelPlace& level) {
+    return watch_calls.RestoreLastSlot(level);
+}
+
 bool MayTouchSaves() {
     return (!watch_calls.MayChangeFiles || watch_calls.MayChangeFiles()) && SavesAreStill();
 }
@@ -157,11 +165,19 @@ void ForgetSaves() {
 void HeedSaves(const WatchedKeys& keys) {
     LookAtSaves();
     TakeWish(keys.Archive, notes.ArchiveWanted);
-    DoWanted(notes.ArchiveWanted,
-             [](const auto& level) { return watch_calls.ArchiveSlots(level, kAllSlots); });
+    DoWanted(notes.ArchiveWanted, &ArchiveAll);
     TakeWish(keys.Restore, notes.RestoreWanted);
-    DoWanted(notes.RestoreWanted, [](const auto& level) { return watch_calls.RestoreLastSlot(level); });
+    DoWanted(notes.RestoreWanted, &RestoreLast);
     if (core::profile.ArchiveSavegames && SlotsAreFull()) ArchiveFullSlots();
+}
+
+void EndSaves() {
+    const auto finish = [](bool& wanted, const SavesWork& work) {
+        if (std::exchange(wanted, false) && Do(work) == Work::Refused)
+            TellAfterGame(LoadMessage(msg::kWatchSavesLate));
+    };
+    finish(notes.ArchiveWanted, &ArchiveAll);
+    finish(notes.RestoreWanted, &RestoreLast);
 }
 
 } // namespace kelvash::companion

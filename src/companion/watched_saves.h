@@ -10,5 +10,7 @@ void ForgetSaves();
 // Does what the keys ask for, and archives by itself when the slots are full. What can't be done now, because
 // the game is saving, or another program or job is at work, stays remembered.
 void HeedSaves(const WatchedKeys& keys);
+// The game has ended: does what is still remembered.
+void EndSaves();
 
 } // namespace kelvash::companion

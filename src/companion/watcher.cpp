@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -27,6 +28,7 @@ struct WatchNotes {
     bool EndPending = false; // the game has ended; what follows from it is still to come
     double BeganAt = 0;      // by the watcher's clock
     FolderLock Lock;
+    std::vector<std::string> LastPrints; // of a press right before the game's end
     std::vector<MessageText> Later;
 };
 constinit WatchNotes& notes = State<WatchNotes>::Get();
@@ -58,11 +60,6 @@ bool IsTheWatcher() {
            LockResult::Held;
 }
 
-void TellRemembered() {
-    for (const MessageText& text : std::exchange(notes.Later, {}))
-        ShowMessage(MessageStyle::Exclamation, text);
-}
-
 void NoteEnd() {
     const bool died_young = game.IsOurs && game.GameWindow == 0 &&
                             TheDesktop().Reach() == DesktopReach::Full &&
@@ -80,11 +77,12 @@ void FinishEnd() {
         const JobScope job;
         watch_calls.Wait(1);
         notes.EndPending = false;
+        EndSaves();
+        EndPictures(std::exchange(notes.LastPrints, {}));
         notes.Lock.Release();
         Call(watch_calls.ShowAfterGame);
     }
     Call(watch_calls.TakeFocus);
-    TellLostPictures();
     TellRemembered();
 }
 
@@ -99,7 +97,10 @@ void WatchGame() {
         HeedJoystick();
     }
     WatchedKeys keys = TakeKeys();
-    if (GameHasEnded()) return NoteEnd();
+    if (GameHasEnded()) {
+        if (acts) notes.LastPrints = std::move(keys.Prints);
+        return NoteEnd();
+    }
     if (!acts) return;
     HeedSaves(keys);
     HeedPictures(std::move(keys.Prints));
@@ -146,6 +147,12 @@ void TellAfterGame(const MessageText& text) {
     if (std::none_of(notes.Later.begin(), notes.Later.end(), same)) notes.Later.push_back(text);
 }
 
+void TellRemembered() {
+    TellLostPictures();
+    for (const MessageText& text : std::exchange(notes.Later, {}))
+        ShowMessage(MessageStyle::Exclamation, text);
+}
+
 void WatchUntilEnd(int interval, bool (*given_up)()) {
     const int polls = std::max(1, interval / kPollMillis);
     for (int poll = 1; !given_up(); ++poll) {
@@ -153,6 +160,7 @@ void WatchUntilEnd(int interval, bool (*given_up)()) {
         PollKeys();
         if (poll % polls == 0 && !Tick()) return;
     }
+    TellRemembered();
 }
 
 } // namespace kelvash::companion

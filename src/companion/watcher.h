@@ -25,6 +25,8 @@ void PollKeys();
 bool Tick();
 // Keeps a text for after the game; one and the same is told once.
 void TellAfterGame(const MessageText& text);
+// Tells it: for who leaves before the game.
+void TellRemembered();
 // Polls and ticks, every `interval` milliseconds, until the game has ended or `given_up` says so.
 void WatchUntilEnd(int interval, bool (*given_up)());
 

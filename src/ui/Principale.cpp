@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "companion/game.h"
+#include "companion/watcher.h"
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/profile.h"
@@ -26,6 +27,7 @@
 #include "ui/form_kit.h"
 #include "ui/forms_user.h"
 #include "ui/menu_commands.h"
+#include "ui/savegame_panel.h"
 #include "ui/screenshot_panel.h"
 #include "ui/window_state.h"
 
@@ -46,14 +48,13 @@ bool IsWriting(const QWidget* focus) {
 Principale::Principale(FormsUser& user) : menu_(menuBar(), this, MenuCommands(*this, user), door_) {
     setObjectName(QStringLiteral("Principale"));
     setAcceptDrops(true);
-    NotYet({Pul_RestoreSaveGame, Pul_ArchiviaSavegames, Pul_DeleteSavegame, Pul_ImportSavegame,
-            Pul_ExportSaveGame, Pul_ChangeScreenshot});
     LettersLast({Pul_Author, Pul_List, Pul_Tiles, Pul_NewArchive, Pul_LoadArchive, Pul_AddLevel, Pul_ShowAll,
                  Pul_ChooseTrle, Pul_AddShots, Pul_PlayNow});
     Set_Caption_Texts();
     Lay();
     shots_ = new ScreenshotPanel(*this);
     ConnectControls(user);
+    savegames_ = new SavegamePanel(*this, door_);
 }
 
 bool Principale::Load(const std::string& command_line, const program::FirstStepWatcher& at_first_start) {
@@ -100,11 +101,6 @@ void Principale::ConnectControls(FormsUser& user) {
     connect(Pul_SaveGames, &QPushButton::clicked, this, [this] { ShowPanel(false); });
     connect(Timer1, &QTimer::timeout, &watch_, &WatchWindow::Tick);
     connect(Timer_Beside, &QTimer::timeout, this, &Principale::LookBeside);
-    // A click in one list takes the selection of the other away.
-    connect(List_SaveGameTomb, &QListWidget::itemClicked, List_SaveGameArchiviati,
-            &QListWidget::clearSelection);
-    connect(List_SaveGameArchiviati, &QListWidget::itemClicked, List_SaveGameTomb,
-            &QListWidget::clearSelection);
 }
 
 void Principale::ShowLevels() {
@@ -271,6 +267,7 @@ bool Principale::MayClose() {
         return false;
     if (!program::SaveToClose()) return false;
     SaveWindow({this, splitter_}, delegate_->View());
+    companion::TellRemembered();
     return true;
 }
 

@@ -38,6 +38,7 @@
 namespace kelvash::ui {
 
 class FormsUser;
+class SavegamePanel;
 class ScreenshotPanel;
 
 class Principale final : public QMainWindow {
@@ -63,14 +64,15 @@ class Principale final : public QMainWindow {
     void ShowTitle();
     // What has been done, in the status line for a while.
     void Say(const QString& done);
-    ScreenshotPanel& Shots() { return *shots_; }
     // While the game runs nothing can be commanded.
     void SetPlaying(bool playing);
     // True where no job runs.
     bool IsFree() const { return door_.IsFree(); }
     WatchWindow& Watch() { return watch_; }
+    ScreenshotPanel& Shots() { return *shots_; }
     // The panel of the screenshots, or that of the savegames.
     void ShowPanel(bool screenshots);
+    SavegamePanel& Savegames() { return *savegames_; }
 
     QGroupBox* const Frame_Livelli = Make<QGroupBox>(this, "Frame_Livelli");
     QLineEdit* const Text_Search = Make<QLineEdit>(this, "Text_Search");
@@ -156,7 +158,6 @@ class Principale final : public QMainWindow {
     void ShowEmptiness(const program::LevelView* level);
     void ShowEmptyLibrary();
     void ShowRightSide(bool shown);
-    void ShowSavegames(const std::vector<std::string>& slots, const std::vector<std::string>& archived);
 
     void SayJobRuns();
     void ShowLevelMenu(const QPoint& where);
@@ -184,6 +185,7 @@ class Principale final : public QMainWindow {
     MainMenu menu_;
     LevelModel* const levels_ = new LevelModel(this);
     LevelDelegate* const delegate_ = new LevelDelegate(*levels_, this);
+    SavegamePanel* savegames_ = nullptr;
     QAction* play_ = nullptr;
     QAction* more_ = nullptr;  // the level's document
     QAction* clear_ = nullptr; // empties the search

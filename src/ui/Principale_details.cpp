@@ -1,7 +1,6 @@
 // What the main form shows of the selected level: its note, its pictures, its savegames.
 #include <QStatusBar>
 
-#include "companion/savegames.h"
 #include "companion/screenshots.h"
 #include "core/archive.h"
 #include "core/level_list.h"
@@ -13,25 +12,10 @@
 #include "program/level_view.h"
 #include "ui/Principale.h"
 #include "ui/Principale_messages.h"
+#include "ui/savegame_panel.h"
 #include "ui/screenshot_panel.h"
 
 namespace kelvash::ui {
-
-namespace {
-
-// The picture that stands for none; empty if the user has taken it away.
-QString DefaultPicture() {
-    const std::string path = companion::DefaultScreenshot();
-    return FileExists(path) ? NativeText(path) : QString();
-}
-
-void FillList(QListWidget* list, const std::vector<std::string>& savegames) {
-    list->clear();
-    for (const std::string& path : savegames)
-        list->addItem(ShownLine(companion::SavegameLine(path)));
-}
-
-} // namespace
 
 void Principale::AggiornaDatiLivello(bool keep_image) {
     program::NoteShownLevel();
@@ -39,7 +23,7 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
     const program::LevelView shown = view.value_or(program::LevelView());
     if (view) levels_->Renew(view->Code);
     shots_->ShowLevel(shown, keep_image);
-    ShowSavegames(shown.SlotSavegames, shown.ArchivedSavegames);
+    savegames_->Show(shown);
     Label_InfoLevel->SetLine(core::ArchiveIsOpen() ? ShownLine(shown.Note)
                                                    : Caption(msg::kMainNoArchiveNote));
     Label_InfoDir->SetLine(ShownLine(shown.Place));
@@ -123,14 +107,6 @@ void Principale::ShowEmptyLibrary() {
         Empty_Levels->Say(Glyph::Nothing, Caption(msg::kMainNoLevels), {Pul_AddLevel});
     else
         Empty_Levels->Say(Glyph::Search, Caption(msg::kMainNoLevelFound), {Pul_ShowAll});
-}
-
-void Principale::ShowSavegames(const std::vector<std::string>& slots,
-                               const std::vector<std::string>& archived) {
-    FillList(List_SaveGameTomb, slots);
-    FillList(List_SaveGameArchiviati, archived);
-    Text_NoteSaveGame->clear();
-    Image_SaveGame->ShowFile(DefaultPicture(), Caption(msg::kMainNoImage));
 }
 
 } // namespace kelvash::ui

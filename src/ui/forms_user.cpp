@@ -195,6 +195,41 @@ std::optional<std::string> FormsUser::OpenFile(const FileDialog& dialog) {
                                                    NativeStart(dialog), QtFilter(dialog.filter)));
 }
 
+namespace {
+
+// The first extension of a filter as Qt writes it, without its dot: "bmp" of "Bitmaps (*.bmp)".
+QString SuffixOf(const QString& filter) {
+    const qsizetype start = filter.lastIndexOf(QLatin1String("(*.")) + 3;
+    return start < 3 ? QString()
+                     : filter.mid(start).section(QLatin1Char(')'), 0, 0).section(QLatin1Char(' '), 0, 0);
+}
+
+// Another kind of file was chosen: a name that is typed now is one of that kind, and so is the one that
+// stands there, if it was of the former one.
+void TakeKind(QFileDialog& window, const QString& filter) {
+    const QString former = window.defaultSuffix();
+    const QString suffix = SuffixOf(filter);
+    if (suffix.isEmpty() || suffix == QLatin1String("*")) return;
+    window.setDefaultSuffix(suffix);
+    const QFileInfo file(window.selectedFiles().value(0));
+    if (!former.isEmpty() && file.suffix().compare(former, Qt::CaseInsensitive) == 0 && !file.isDir())
+        window.selectFile(file.completeBaseName() + QLatin1Char('.') + suffix);
+}
+
+// A proposed name stands under the filter of its own kind.
+void SelectKindOf(QFileDialog& window, const std::string& name) {
+    const QString suffix = QFileInfo(FromUtf8(name)).suffix().toLower();
+    if (suffix.isEmpty()) return;
+    for (const QString& filter : window.nameFilters()) {
+        if (SuffixOf(filter) != suffix) continue;
+        window.selectNameFilter(filter);
+        window.setDefaultSuffix(suffix);
+        return;
+    }
+}
+
+} // namespace
+
 std::optional<std::string> FormsUser::SaveFile(const FileDialog& dialog) {
     QFileDialog window(ParentOfBoxes(), ShownText(dialog.title), NativeStart(dialog),
                        QtFilter(dialog.filter));
@@ -205,6 +240,9 @@ std::optional<std::string> FormsUser::SaveFile(const FileDialog& dialog) {
     const std::string extension =
         parts.size() > 1 ? ExtensionOf(Split(parts[1], ';').front()) : std::string();
     if (!extension.empty()) window.setDefaultSuffix(FromUtf8(extension.substr(1)));
+    SelectKindOf(window, dialog.name);
+    connect(&window, &QFileDialog::filterSelected, &window,
+            [&window](const QString& filter) { TakeKind(window, filter); });
     if (window.exec() != QDialog::Accepted) return std::nullopt;
     return PathOfFile(window.selectedFiles().value(0));
 }

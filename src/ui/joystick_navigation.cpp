@@ -74,15 +74,10 @@ void JoystickNavigation::HeedAxes(int x, int y) {
         if (window_.Frame_ScreenShots->isHidden())
             MoveSavegame(across > 0);
         else
-            MovePicture(across > 0);
+            window_.Shots().MoveCursor(across > 0 ? 1 : -1);
     } else if (std::abs(down) > kDeadBand) {
         Click(down >= 0 ? window_.Pul_Dopo : window_.Pul_Prima);
     }
-}
-
-// From one picture of the pair to the other, then to the next pair.
-void JoystickNavigation::MovePicture(bool forward) {
-    window_.Shots().MoveCursor(forward ? 1 : -1);
 }
 
 // From the last savegame to the first, and back.

@@ -23,7 +23,6 @@ class JoystickNavigation final : public QObject {
     bool HeedButtons(std::uint32_t buttons, QWidget* zoom);
     void HeedFirstButton(QWidget* zoom);
     void HeedAxes(int x, int y);
-    void MovePicture(bool forward);
     void MoveSavegame(bool forward);
 
     Principale& window_;

@@ -1,10 +1,17 @@
 #include "ui/watch_window.h"
 
+#include <optional>
+
+#include "companion/game.h"
 #include "companion/watch_calls.h"
 #include "companion/watcher.h"
 #include "core/level_list.h"
+#include "foundation/desktop.h"
+#include "swap/picture_codec.h"
+#include "ui/Dialog_Cattura.h"
 #include "ui/Principale.h"
 #include "ui/screenshot_panel.h"
+#include "ui/watch_window_messages.h"
 
 namespace kelvash::ui {
 
@@ -18,6 +25,9 @@ WatchWindow::WatchWindow(Principale& window) : window_(window) {
     watch_calls.CloseCover = [this] { CloseCover(); };
     watch_calls.CoverWindow = [this] { return cover_ == nullptr ? 0 : std::uintptr_t{cover_->winId()}; };
     watch_calls.MayChangeFiles = [this] { return window_.IsFree(); };
+    watch_calls.AskPictureName = [this](const auto& level, const auto& picture) {
+        AskPictureName(level, picture);
+    };
     watch_calls.ShowPictures = [this](const auto& level, std::size_t before) { ShowPictures(level, before); };
     watch_calls.ShowAfterGame = [this] { ShowAfterGame(); };
     watch_calls.TakeFocus = [this] {
@@ -69,6 +79,23 @@ void WatchWindow::ShowPictures(const core::LevelPlace& level, std::size_t before
     if (core::SelectedLevel() != level.Code) return;
     window_.AggiornaDatiLivello(true);
     window_.Shots().ShowFrom(before / 2 * 2);
+}
+
+// Over the game, which gets the keys back behind it.
+void WatchWindow::AskPictureName(const core::LevelPlace& level, const std::string& picture) {
+    const std::optional<swap::Picture> decoded = swap::DecodePicture(picture);
+    if (!decoded) {
+        companion::TellAfterGame(LoadMessage(msg::kWatchUnreadable));
+        return;
+    }
+    Dialog_Cattura form(nullptr);
+    form.ImpostaValori(level.Code, *decoded);
+    QTimer::singleShot(0, &form, [&form] {
+        form.raise();
+        TheDesktop().Activate(std::uintptr_t{form.winId()});
+    });
+    form.exec();
+    if (companion::game.GameProcess.id != 0) TheDesktop().Activate(companion::ShownGameWindow());
 }
 
 } // namespace kelvash::ui

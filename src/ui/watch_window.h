@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <cstddef>
+#include <string>
 
 #include "core/archive.h"
 #include "ui/Dialog_Blank.h"
@@ -34,6 +35,7 @@ class WatchWindow final : public QObject {
     void ShowCover();
     void CloseCover();
     void ShowAfterGame();
+    void AskPictureName(const core::LevelPlace& level, const std::string& picture);
     void ShowPictures(const core::LevelPlace& level, std::size_t before);
 
     Principale& window_;

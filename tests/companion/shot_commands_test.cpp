@@ -2,7 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include "companion/shot_files.h"
 #include "companion/shots_home.h"
 #include "core/profile.h"
 

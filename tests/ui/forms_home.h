@@ -11,6 +11,7 @@
 #include "ui/Dialog_InputTesto.h"
 #include "ui/Dialog_InsertCd.h"
 #include "ui/Dialog_Keys.h"
+#include "ui/Dialog_ListSaveGame.h"
 #include "ui/Dialog_NewArc.h"
 #include "ui/Dialog_NewLevel.h"
 #include "ui/Dialog_PrefArc.h"
@@ -51,6 +52,11 @@ class FormsHome : public PrincipaleHome {
         Open<ui::Dialog_InsertCd>(look);
         Open<ui::Dialog_Keys>([&](QWidget& open) {
             dynamic_cast<ui::Dialog_Keys&>(open).ImpostaValori(form);
+            look(open);
+        });
+        Open<ui::Dialog_ListSaveGame>([&](QWidget& open) {
+            core::SelectLevel(1);
+            EXPECT_TRUE(dynamic_cast<ui::Dialog_ListSaveGame&>(open).ImpostaValori({}, false, false, false));
             look(open);
         });
         Open<ui::FirstStart>(look);

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 
 #include <QApplication>
+#include <QComboBox>
+#include <QFileDialog>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -143,6 +145,25 @@ TEST_F(FormsUserPort, CompletesANameToSaveUnder) {
     robot.WillChooseFile("Save", drive / "mine.old");
     EXPECT_EQ(forms.SaveFile({MessageText("Save"), "Archives (*.kva)|*.kva", "C:", "test.kva"}),
               "C:\\mine.old");
+}
+
+// The filter says what kind of file a name stands for.
+TEST_F(FormsUserPort, NamesAFileByTheKindThatIsChosen) {
+    const FileDialog dialog{MessageText("Save"), "Bitmaps (*.bmp)|*.bmp|Jpegs (*.jpg)|*.jpg", "C:", "a.jpg"};
+    robot.Will("Save", [](QWidget* window) {
+        auto* const open = qobject_cast<QFileDialog*>(window);
+        ASSERT_NE(open, nullptr);
+        EXPECT_EQ(open->selectedNameFilter().toStdString(), "Jpegs (*.jpg)");
+        EXPECT_EQ(open->defaultSuffix().toStdString(), "jpg");
+        auto* const kinds = open->findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
+        ASSERT_NE(kinds, nullptr);
+        kinds->setCurrentIndex(0);
+        Q_EMIT kinds->activated(0); // by the user
+        Q_EMIT kinds->textActivated(kinds->currentText());
+        EXPECT_EQ(open->defaultSuffix().toStdString(), "bmp");
+        QMetaObject::invokeMethod(open, "accept");
+    });
+    EXPECT_EQ(forms.SaveFile(dialog), "C:\\a.bmp");
 }
 
 TEST_F(FormsUserPort, AsksBeforeACompletedNameReplacesAFile) {

@@ -1,8 +1,3 @@
-#include <X11/Xatom.h>
-#include <X11/Xlib.h>
-#include <X11/Xutil.h>
-#include <X11/extensions/XTest.h>
-#include <X11/extensions/Xfixes.h>
 #include <poll.h>
 
 #include <algorithm>
@@ -10,12 +5,20 @@
 #include <cstdlib>
 #include <optional>
 
+#include "foundation/clipboard_picture.h"
 #include "foundation/platform/platform.h"
 #include "foundation/platform/posix_joystick.h"
 #include "foundation/platform/posix_keys.h"
 #include "foundation/platform/posix_tones.h"
 #include "foundation/platform/posix_x11.h"
 #include "foundation/text.h"
+
+// Behind the others: X11 defines common words as macros.
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/extensions/XTest.h>
+#include <X11/extensions/Xfixes.h>
 
 namespace kelvash::platform {
 
@@ -50,10 +53,8 @@ class X11Desktop final : public Desktop {
     void Beep(int hertz, int milliseconds) override { tones_.Play(hertz, milliseconds); }
     bool WindowAnimation() override { return false; }
     void SetWindowAnimation(bool) override {}
-    // X11 hands a selection over through the receiver's event loop, which only the forms have: their desktop
-    // answers.
-    bool ClipboardHasBitmap() override { return false; }
-    void ClearClipboard() override {}
+    bool ClipboardHasBitmap() override { return ReadClipboardPicture().Content == ClipboardContent::Picture; }
+    void ClearClipboard() override { EmptyClipboard(); }
 
   private:
     Display* Connection();

@@ -65,6 +65,10 @@ TEST_F(WatchedKeys, OnlyTheGameAndItsCoverAreListenedTo) {
     desktop.focused = {kCover, "", 4713};
     TickAfter(2);
     EXPECT_THAT(TakeDone(), ElementsAre(kBeep, kRestore));
+    desktop.focused = {6, "another game of that name", 4711, "tomb4.exe"};
+    TickAfter(2);
+    EXPECT_THAT(TakeDone(), IsEmpty());
+    game.GameWindow = 0; // none has the game's process
     desktop.focused = {6, "the game in a container", 1, "Tomb4.exe"};
     TickAfter(2);
     EXPECT_THAT(TakeDone(), ElementsAre(kBeep, kRestore));
@@ -169,6 +173,29 @@ TEST_F(WatchedKeys, RefusedLocksAreTriedAgainAtTheNextTick) {
     EndGame();
     Tick();
     EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(WatchedKeys, WhatIsStillRememberedAtTheEndIsDoneThen) {
+    Play();
+    Save("savegame.0", "new");
+    Tap(kKeyF9);
+    TickAfter(0.5);
+    EXPECT_THAT(TakeDone(), ElementsAre(kBeep));
+    EndGame();
+    Tick();
+    EXPECT_THAT(TakeDone(), ElementsAre("uncover", "wait 1000", kArchive, "show lists", "focus"));
+}
+
+TEST_F(WatchedKeys, WhatIsRefusedToTheEndIsTold) {
+    Play();
+    outcome = {Work::Refused, {}};
+    Tap(kKeyF11);
+    TickAfter(2);
+    EndGame();
+    Tick();
+    EXPECT_THAT(user.Told(),
+                ElementsAre("exclamation: The savegames were not archived or restored as the key asked "
+                            "for: another program was using the folders until the game ended"));
 }
 
 TEST_F(WatchedKeys, ATickWithinTheWorkIsHarmless) {

@@ -214,6 +214,40 @@ TEST_F(WatchedPictures, TheJoysticksButtonTakesOneAtEachTick) {
     EXPECT_EQ(DoneAfter(0.5).size(), 6U);
 }
 
+TEST_F(WatchedPictures, APressRightBeforeTheEndIsStored) {
+    Play();
+    Tap(kKeyPrintScreen);
+    EndGame();
+    TickAfter(0.5);
+    const std::vector<std::string> seen = TakeDone();
+    ASSERT_EQ(seen.size(), 9U);
+    EXPECT_EQ(seen[2], "put window");
+    EXPECT_EQ(seen[4], "save window for " + kLevel);
+    EXPECT_EQ(seen[7], "show lists");
+}
+
+TEST_F(WatchedPictures, APressThatShowsNothingIsToldAsLost) {
+    desktop.pictures.clear();
+    Play();
+    Tap(kKeyPrintScreen);
+    EXPECT_THAT(DoneAfter(0.5), IsEmpty());
+    EndGame();
+    Tick();
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre("exclamation: Screenshots that could not be stored while the game was running: 1"));
+}
+
+TEST_F(WatchedPictures, TheCoverIsNotTaken) {
+    Play();
+    desktop.pictures[kCover] = "black";
+    desktop.focused = {kCover, "", 4713};
+    Tap(kKeyPrintScreen);
+    const std::vector<std::string> seen = DoneAfter(0.5);
+    ASSERT_FALSE(seen.empty());
+    EXPECT_EQ(seen[0], "put window");
+}
+
 TEST_F(WatchedPictures, APressElsewhereTakesNothing) {
     Play();
     desktop.focused = {5, "an editor", 4711};

@@ -14,7 +14,6 @@
 #include "companion/watch_calls.h"
 #include "companion/watcher.h"
 #include "core/profile.h"
-#include "support/fake_desktop.h"
 #include "support/swap_home.h"
 
 namespace kelvash::companion {
@@ -123,7 +122,6 @@ class WatcherHome : public test::SwapHome {
     }
 
     double now = 1000;
-    test::FakeDesktop desktop;
     std::vector<std::string> done;
     std::size_t told_beeps = 0, told_keys = 0;
     WorkOutcome outcome{Work::Done, {}};

@@ -1,0 +1,5 @@
+// The texts of Dialog_ListSaveGame.
+#pragma once
+
+#include "foundation/messages.h"
+#include "ui/Dialog_ListSaveGame_messages.inc"

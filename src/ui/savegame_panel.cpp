@@ -1,0 +1,306 @@
+#include "ui/savegame_panel.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+#include <QListWidget>
+#include <QSignalBlocker>
+#include <algorithm>
+#include <array>
+
+#include "companion/archive_slots.h"
+#include "companion/restore_slots.h"
+#include "companion/savegame_commands.h"
+#include "companion/savegame_mail.h"
+#include "companion/savegame_notes.h"
+#include "companion/savegames.h"
+#include "companion/screenshots.h"
+#include "core/level_list.h"
+#include "foundation/files.h"
+#include "ui/Dialog_InputTesto.h"
+#include "ui/Dialog_ListSaveGame.h"
+#include "ui/Principale.h"
+#include "ui/form_support.h"
+#include "ui/job_door.h"
+#include "ui/savegame_panel_messages.h"
+
+namespace kelvash::ui {
+
+using companion::Asker;
+using companion::SlotsOutcome;
+using companion::SlotsResult;
+
+namespace {
+
+template <class Data>
+void Fill(QListWidget* list, const std::vector<std::string>& savegames, const Data& data_of) {
+    const QSignalBlocker quiet(list);
+    list->clear();
+    list->setUniformItemSizes(true);
+    for (std::size_t i = 0; i < savegames.size(); ++i) {
+        auto* const item = new QListWidgetItem(ShownLine(companion::SavegameLine(savegames[i])), list);
+        item->setData(Qt::UserRole, data_of(i));
+    }
+}
+
+} // namespace
+
+SavegamePanel::SavegamePanel(Principale& window, JobDoor& door)
+    : QObject(&window), window_(window), door_(door) {
+    ConnectControls();
+}
+
+void SavegamePanel::ConnectControls() {
+    struct ButtonCommand {
+        QPushButton* button;
+        void (SavegamePanel::*run)();
+    };
+    const std::array<ButtonCommand, 6> commands = {
+        {{window_.Pul_RestoreSaveGame, &SavegamePanel::RestoreToSlots},
+         {window_.Pul_ArchiviaSavegames, &SavegamePanel::Archive},
+         {window_.Pul_DeleteSavegame, &SavegamePanel::DeleteSavegame},
+         {window_.Pul_ImportSavegame, &SavegamePanel::ImportOne},
+         {window_.Pul_ExportSaveGame, &SavegamePanel::MailSelected},
+         {window_.Pul_ChangeScreenshot, &SavegamePanel::ChooseImage}}};
+    for (const ButtonCommand& command : commands)
+        connect(command.button, &QPushButton::clicked, this,
+                [this, run = command.run] { door_.Try([this, run] { (this->*run)(); }); });
+    QListWidget* const slots_list = window_.List_SaveGameTomb;
+    QListWidget* const archived_list = window_.List_SaveGameArchiviati;
+    connect(slots_list, &QListWidget::itemSelectionChanged, this,
+            [=, this] { TakeChoice(slots_list, archived_list); });
+    connect(archived_list, &QListWidget::itemSelectionChanged, this,
+            [=, this] { TakeChoice(archived_list, slots_list); });
+    window_.Text_NoteSaveGame->setToolTip(Caption(msg::kPanelNoteTip));
+    window_.Text_NoteSaveGame->installEventFilter(this);
+    window_.Text_NoteSaveGame->viewport()->installEventFilter(this);
+    window_.Image_SaveGame->installEventFilter(this);
+}
+
+void SavegamePanel::Show(const program::LevelView& level) {
+    slots_ = level.SlotSavegames;
+    archived_ = level.ArchivedSavegames;
+    screenshots_ = level.Screenshots;
+    images_.reset();
+    level_name_ = level.Name;
+    Fill(window_.List_SaveGameTomb, slots_,
+         [this](std::size_t i) { return companion::SavegameSlotNumber(slots_[i]); });
+    Fill(window_.List_SaveGameArchiviati, archived_, [](std::size_t i) { return static_cast<int>(i); });
+    ShowDetails();
+}
+
+int SavegamePanel::ChosenRow(const QListWidget* list) {
+    const QList<QListWidgetItem*> chosen = list->selectedItems();
+    return chosen.isEmpty() ? -1 : list->row(chosen.front());
+}
+
+// One savegame is chosen at most, in either list.
+void SavegamePanel::TakeChoice(QListWidget* chosen, QListWidget* other) {
+    if (ChosenRow(chosen) >= 0) {
+        const QSignalBlocker quiet(other);
+        other->clearSelection();
+    }
+    ShowDetails();
+}
+
+SavegamePanel::Selected SavegamePanel::GetSelectedSavegame() const {
+    Selected selected;
+    const QListWidget* list = window_.List_SaveGameArchiviati;
+    selected.archived = ChosenRow(list) >= 0;
+    if (!selected.archived) list = window_.List_SaveGameTomb;
+    selected.index = ChosenRow(list);
+    if (selected.index < 0) {
+        TellCritical(LoadMessage(msg::kPanelNoneSelected));
+        return selected;
+    }
+    selected.data = list->item(selected.index)->data(Qt::UserRole).toInt();
+    selected.path = (selected.archived ? archived_ : slots_).at(static_cast<std::size_t>(selected.index));
+    return selected;
+}
+
+void SavegamePanel::ShowDefaultImage() {
+    current_image_.clear();
+    const std::string path = companion::DefaultScreenshot();
+    window_.Image_SaveGame->ShowFile(FileExists(path) ? NativeText(path) : QString(),
+                                     Caption(msg::kPanelNoImage));
+}
+
+void SavegamePanel::ShowDetails() {
+    const int archived = ChosenRow(window_.List_SaveGameArchiviati);
+    const int slot = ChosenRow(window_.List_SaveGameTomb);
+    if (archived < 0 && slot < 0) {
+        window_.Text_NoteSaveGame->clear();
+        ShowDefaultImage();
+        return;
+    }
+    const std::string& path = archived >= 0 ? archived_.at(static_cast<std::size_t>(archived))
+                                            : slots_.at(static_cast<std::size_t>(slot));
+    window_.Text_NoteSaveGame->setPlainText(ShownText(companion::ReadNote(path)));
+    if (!images_) images_ = companion::DatedImages(screenshots_);
+    current_image_ = companion::LinkedImage(FileTime(path).value_or(0), *images_);
+    if (current_image_.empty())
+        ShowDefaultImage();
+    else
+        window_.Image_SaveGame->ShowFile(NativeText(current_image_), {});
+}
+
+void SavegamePanel::Choose(int archived_row) {
+    QListWidget* const list = window_.List_SaveGameArchiviati;
+    const int row = std::min(archived_row, list->count() - 1);
+    if (row < 0) return;
+    list->setCurrentRow(row);
+    list->scrollToItem(list->item(row));
+}
+
+void SavegamePanel::Refresh(int archived_row) {
+    window_.AggiornaDatiLivello(true);
+    Choose(archived_row);
+}
+
+void SavegamePanel::Archive() {
+    const SlotsOutcome outcome =
+        companion::ArchiveSlots(core::SelectedLevel(), companion::kGameSlots, Asker::User);
+    Refresh();
+    TellOutcome(outcome);
+}
+
+void SavegamePanel::BackupSavegame() {
+    const SlotsOutcome outcome =
+        companion::ArchiveSlots(core::SelectedLevel(), companion::kGameSlots, Asker::User);
+    Refresh();
+    TellOutcome(outcome);
+    if (outcome.Result == SlotsResult::Done)
+        ShowMessage(MessageStyle::Plain, LoadMessage(msg::kPanelArchived));
+    if (outcome.Result == SlotsResult::Nothing)
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kPanelNothingArchived));
+}
+
+void SavegamePanel::RestoreSavegames() {
+    const SlotsOutcome outcome = companion::RestoreLastSlot(core::SelectedLevel(), Asker::User);
+    Refresh();
+    TellOutcome(outcome);
+    if (outcome.Result == SlotsResult::Done)
+        ShowMessage(MessageStyle::Plain, LoadMessage(msg::kPanelRestored));
+    if (outcome.Result == SlotsResult::Nothing)
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kPanelNothingRestored));
+}
+
+void SavegamePanel::RestoreToSlots() {
+    const int row = ChosenRow(window_.List_SaveGameArchiviati);
+    if (row < 0) {
+        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kPanelSelectOld));
+        return;
+    }
+    const SlotsOutcome outcome =
+        companion::RestoreToSlots(core::SelectedLevel(), archived_.at(static_cast<std::size_t>(row)));
+    Refresh(row);
+    TellOutcome(outcome);
+}
+
+void SavegamePanel::DeleteSavegame() {
+    const Selected selected = GetSelectedSavegame();
+    if (selected.path.empty()) return;
+    const SlotsOutcome outcome = companion::AskDeleteSavegame(core::SelectedLevel(), selected.path);
+    if (outcome.Result != SlotsResult::Nothing) Refresh(selected.archived ? selected.index : -1);
+    TellOutcome(outcome);
+}
+
+void SavegamePanel::SaveAs() {
+    const Selected selected = GetSelectedSavegame();
+    if (!selected.path.empty()) companion::SaveSavegameAs(selected.path);
+}
+
+void SavegamePanel::ImportOne() {
+    const std::string path = companion::ChooseSavegameToImport();
+    if (path.empty()) return;
+    const int row = ChosenRow(window_.List_SaveGameArchiviati);
+    const SlotsOutcome outcome = companion::RestoreToSlots(core::SelectedLevel(), path);
+    Refresh(row);
+    TellOutcome(outcome);
+}
+
+void SavegamePanel::ImportFolder() {
+    const std::string folder = companion::ChooseImportFolder();
+    if (!folder.empty()) List(companion::ListPurpose::Import, folder);
+}
+
+void SavegamePanel::Export() {
+    List(companion::ListPurpose::Export, {});
+}
+
+void SavegamePanel::MailMany() {
+    List(companion::ListPurpose::Mail, {});
+}
+
+void SavegamePanel::List(companion::ListPurpose purpose, const std::string& folder) {
+    Dialog_ListSaveGame form(&window_);
+    const bool is_import = purpose == companion::ListPurpose::Import;
+    if (!form.ImpostaValori(folder, is_import, purpose == companion::ListPurpose::Mail, false)) return;
+    form.exec();
+    if (form.Changed) Refresh();
+}
+
+void SavegamePanel::MailSelected() {
+    const Selected selected = GetSelectedSavegame();
+    if (!selected.path.empty())
+        companion::SendSavegames({selected.path}, level_name_, companion::MailFrom::Selection);
+}
+
+void SavegamePanel::ShowProperty() {
+    const Selected selected = GetSelectedSavegame();
+    if (!selected.path.empty())
+        ShowMessage(MessageStyle::Plain, companion::SavegameProperty(selected.path, current_image_));
+}
+
+void SavegamePanel::ChooseImage() {
+    const Selected selected = GetSelectedSavegame();
+    if (selected.path.empty() || !companion::ChooseLinkedImage(core::SelectedLevel(), selected.path)) return;
+    images_.reset(); // their dates are others now
+    ShowDetails();
+}
+
+void SavegamePanel::EditNote() {
+    const Selected selected = GetSelectedSavegame();
+    if (selected.path.empty()) return;
+    Dialog_InputTesto form(&window_);
+    form.ImpostaValori(LoadMessage(msg::kPanelNoteTitle), companion::ReadNote(selected.path));
+    if (form.exec() == QDialog::Accepted && companion::WriteNote(selected.path, form.Testo)) ShowDetails();
+    window_.List_SaveGameArchiviati->setFocus();
+}
+
+void SavegamePanel::FindNote() {
+    const int row = ChosenRow(window_.List_SaveGameArchiviati);
+    const std::optional<std::size_t> selected = row < 0 ? std::nullopt : std::optional<std::size_t>(row);
+    const std::optional<std::size_t> found = companion::FindSavegameNote(archived_, selected);
+    if (!found) return;
+    window_.ShowPanel(false);
+    Choose(static_cast<int>(*found));
+}
+
+void SavegamePanel::FindAgain(companion::SearchWay way) {
+    const int row = ChosenRow(window_.List_SaveGameArchiviati);
+    const std::optional<std::size_t> selected = row < 0 ? std::nullopt : std::optional<std::size_t>(row);
+    const std::optional<std::size_t> found = companion::FindSavegameAgain(archived_, selected, way);
+    if (!found) return;
+    window_.ShowPanel(false);
+    Choose(static_cast<int>(*found));
+}
+
+bool SavegamePanel::eventFilter(QObject* watched, QEvent* event) {
+    const bool double_click = event->type() == QEvent::MouseButtonDblClick;
+    if (watched == window_.Image_SaveGame && double_click && open_picture) {
+        const std::string image = current_image_.empty() ? companion::DefaultScreenshot() : current_image_;
+        door_.Try([&] { open_picture(image); });
+        return true;
+    }
+    const bool enter = event->type() == QEvent::KeyPress && watched == window_.Text_NoteSaveGame &&
+                       (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Return ||
+                        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Enter);
+    if (enter || (watched == window_.Text_NoteSaveGame->viewport() && double_click)) {
+        // The click's own event must have ended before a form opens.
+        door_.WhenFree([this] { EditNote(); });
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace kelvash::ui

@@ -1,0 +1,35 @@
+#include "swap/moved_saves.h"
+
+#include <gtest/gtest.h>
+
+#include "core/archive.h"
+#include "support/swap_home.h"
+#include "trle_state/level_owner.h"
+
+namespace kelvash::swap {
+namespace {
+
+using test::BytesOf;
+using test::Exists;
+using test::MakeFile;
+
+class MovedSavegamesLinks : public test::SwapHome {
+  protected:
+    MovedSavegamesLinks() { AddLevel(1, "City", {{"city.tr4", "city"}}); }
+};
+
+TEST_F(MovedSavegamesLinks, ALinkInTheFoldersPlaceIsNotFollowed) {
+    MakeFile(drive / "elsewhere/savegame.3", "somebody's own");
+    std::filesystem::create_directory_symlink(drive / "elsewhere", home / "_temp_savegame");
+    MessageText why;
+    EXPECT_TRUE(BringMovedSavesHome(Rescue::Yes, why));
+    EXPECT_FALSE(BeginMoving(trle_state::OwnerOf(core::PlaceOf(1)), {}, why));
+    EXPECT_EQ(why,
+              "The savegames stay as they are. Something is in the way that isn't a folder of Kelvash's "
+              "own: C:\\Kelvash\\_temp_savegame");
+    EXPECT_EQ(BytesOf(drive / "elsewhere/savegame.3"), "somebody's own");
+    EXPECT_FALSE(Exists(home / "moved_saves.rec"));
+}
+
+} // namespace
+} // namespace kelvash::swap
