@@ -38,7 +38,7 @@ void LevelCards::SetPictureSize(QSize size) {
 
 const LevelCard* LevelCards::Of(std::int32_t code) {
     const LevelCard* const ready = ready_.object(code);
-    if (ready == nullptr) Want(code);
+    if (ready == nullptr || stale_.erase(code) > 0) Want(code);
     return ready;
 }
 
@@ -47,13 +47,14 @@ void LevelCards::Renew(std::int32_t code) {
 }
 
 void LevelCards::RenewAll() {
-    for (const std::int32_t code : ready_.keys())
-        Want(code);
+    const QList<std::int32_t> ready = ready_.keys();
+    stale_ = {ready.begin(), ready.end()};
 }
 
 void LevelCards::ForgetAll() {
     ++generation_;
     ready_.clear();
+    stale_.clear();
     wanted_.clear();
 }
 

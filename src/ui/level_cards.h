@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <unordered_set>
 
 #include "program/level_facts.h"
 #include "ui/cover_cache.h"
@@ -35,6 +36,7 @@ class LevelCards final : public QObject {
     const LevelCard* Of(std::int32_t code);
     // Reads it anew; what was read before stands until then.
     void Renew(std::int32_t code);
+    // The same for each at the next asking for it.
     void RenewAll();
     void ForgetAll();
 
@@ -48,6 +50,7 @@ class LevelCards final : public QObject {
 
     QSize size_ = picture::kRow;
     QCache<std::int32_t, LevelCard> ready_;
+    std::unordered_set<std::int32_t> stale_; // of those that are ready
     std::deque<std::int32_t> wanted_;
     std::shared_ptr<CoverCache> covers_;
     int generation_ = 0; // of what is kept: what was begun for an older one isn't wanted any more

@@ -40,6 +40,11 @@ void LevelModel::SetFilter(const QString& text) {
     endResetModel();
 }
 
+void LevelModel::RenewAll() {
+    cards_.RenewAll();
+    if (rowCount() > 0) Q_EMIT dataChanged(index(0), index(rowCount() - 1));
+}
+
 void LevelModel::TakeFilter() {
     shown_.clear();
     for (std::size_t i = 0; i < folded_.size(); ++i)

@@ -36,7 +36,8 @@ class LevelModel final : public QAbstractListModel {
 
     // Reads what a level's folder tells anew.
     void Renew(std::int32_t code) { cards_.Renew(code); }
-    void RenewAll() { cards_.RenewAll(); }
+    // The same for all levels, those that are seen at once.
+    void RenewAll();
     void SetPictureSize(QSize size) { cards_.SetPictureSize(size); }
 
   private:

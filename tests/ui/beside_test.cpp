@@ -73,6 +73,18 @@ TEST_F(WindowBeside, ShowsFilesThatComeToTheLevel) {
     EXPECT_EQ(form.Label_Info->text().toStdString(), "Added: City of Gold");
 }
 
+TEST_F(WindowBeside, ReadsTheRowsOfOtherLevelsAnew) {
+    const auto line = [this] {
+        const auto& model = dynamic_cast<const ui::LevelModel&>(*form.Combo_Livelli->model());
+        return model.Row(1).line.toStdString();
+    };
+    WaitUntil([&] { return line().find("savegame") == std::string::npos; });
+    Settle(); // its card is read
+    MakeFile(StashPath(2) / "savegame.0", "Alpha,");
+    WriteBeside([](core::ArchiveContents& other) { other.Table.Edit(2)->SavesSize = 6; });
+    WaitUntil([&] { return line().find("1 savegame") != std::string::npos; });
+}
+
 TEST_F(WindowBeside, LeavesAnArchiveWithUnsavedChangesAlone) {
     core::archive.ArchiveChanged = true;
     WriteBeside(&AddDelta);

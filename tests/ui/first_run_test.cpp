@@ -178,6 +178,20 @@ TEST_F(GuidedFirstRun, StopsAtTheStepThatWasGivenUp) {
     EXPECT_TRUE(form.Empty_Levels->isVisible());
 }
 
+// As a kill in the second step leaves it: without a profile.
+TEST_F(GuidedFirstRun, GoesOnAtTheStepAtWhichItWasBrokenOff) {
+    MakeFile(home / "first_start.prf", std::string("\2\0\0\0", 4) + "C:\\trle" + std::string(249, ' '));
+    WillSee("is original?", {kDone, kNow, kToCome});
+    robot.WillPress("is original?", "Yes");
+    robot.WillPress("Do you want a full backup?", "Yes");
+    robot.WillPress("Dialog_NewArc", "Pul_New");
+    WillChooseFolder("Select main folder for new archive", "C:\\Levels");
+    ASSERT_TRUE(Load());
+    EXPECT_FALSE(robot.HasSeen("Dialog_TrovaTrle"));
+    EXPECT_EQ(at_the_end, (std::vector<StepState>{kDone, kDone, kDone}));
+    EXPECT_FALSE(Exists(home / "first_start.prf"));
+}
+
 TEST_F(GuidedFirstRun, ALaterStartHasNoPage) {
     core::profile = core::ProfileRecord();
     core::profile.LastArchive = "C:\\Levels\\gone.kva";
