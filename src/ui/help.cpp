@@ -28,7 +28,12 @@ void ShowHelp(QWidget* parent, HelpMark mark) {
     form.exec();
 }
 
-void ConnectHelp(QPushButton* button, QWidget* form, HelpMark mark) {
+void ConnectHelp(QWidget* form, QPushButton* button, HelpMark mark) {
+    ConnectHelpButton(form, button, mark);
+    ConnectHelpKey(form, mark);
+}
+
+void ConnectHelpButton(QWidget* form, QPushButton* button, HelpMark mark) {
     QObject::connect(button, &QPushButton::clicked, form, [form, mark] { ShowHelp(form, mark); });
 }
 
