@@ -23,7 +23,7 @@ Dialog_NewArc::Dialog_NewArc(QWidget* parent) : QDialog(parent) {
             MakeNew = button == Pul_New;
             accept();
         });
-    ConnectHelpButton(this, Pul_Help, HelpMark::Archive);
+    ConnectHelp(Pul_Help, this, HelpMark::Archive);
 }
 
 void Dialog_NewArc::Set_Caption_Texts() {

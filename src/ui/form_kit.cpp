@@ -156,7 +156,7 @@ QHBoxLayout* FootRow(QDialog* form, HelpMark page, std::initializer_list<QWidget
 
 QHBoxLayout* FootRow(QDialog* form, const FootButtons& buttons) {
     SetIcon(buttons.help, Glyph::Help);
-    ConnectHelpButton(form, buttons.help, buttons.page);
+    ConnectHelp(buttons.help, form, buttons.page);
     if (buttons.ok == nullptr) return FootRow(form, buttons.page, {buttons.help}, {buttons.cancel});
     return FootRow(form, buttons.page, {buttons.help}, {buttons.ok, buttons.cancel});
 }

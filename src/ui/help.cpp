@@ -28,12 +28,7 @@ void ShowHelp(QWidget* parent, HelpMark mark) {
     form.exec();
 }
 
-void ConnectHelp(QWidget* form, QPushButton* button, HelpMark mark) {
-    ConnectHelpButton(form, button, mark);
-    ConnectHelpKey(form, mark);
-}
-
-void ConnectHelpButton(QWidget* form, QPushButton* button, HelpMark mark) {
+void ConnectHelp(QPushButton* button, QWidget* form, HelpMark mark) {
     QObject::connect(button, &QPushButton::clicked, form, [form, mark] { ShowHelp(form, mark); });
 }
 

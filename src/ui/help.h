@@ -37,10 +37,9 @@ inline constexpr Qt::Key kHelpKey = Qt::Key_F1;
 // missing.
 void ShowHelp(QWidget* parent, HelpMark mark);
 
-// Makes a button, and the key anywhere in its form, show the help at a mark.
-void ConnectHelp(QWidget* form, QPushButton* button, HelpMark mark);
-// Makes one of the two alone do so.
-void ConnectHelpButton(QWidget* form, QPushButton* button, HelpMark mark);
+// Makes a button show the help at a mark, above its form.
+void ConnectHelp(QPushButton* button, QWidget* form, HelpMark mark);
+// Makes the key do so, anywhere in a form.
 void ConnectHelpKey(QWidget* form, HelpMark mark);
 
 } // namespace kelvash::ui

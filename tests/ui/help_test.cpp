@@ -84,7 +84,8 @@ TEST_F(Help, AButtonAndF1OpenIt) {
     PutHelp("top\n" + std::string(200, '\n') + "#7#\nhere\n" + std::string(200, '\n'));
     QWidget form;
     QPushButton button(&form);
-    ui::ConnectHelp(&form, &button, HelpMark::Archive);
+    ui::ConnectHelp(&button, &form, HelpMark::Archive);
+    ui::ConnectHelpKey(&form, HelpMark::Archive);
     form.show();
     for (const bool by_key : {false, true}) {
         form.activateWindow();
