@@ -121,7 +121,7 @@ void SavegamePanel::ShowDefaultImage() {
     current_image_.clear();
     const std::string path = companion::DefaultScreenshot();
     window_.Image_SaveGame->ShowFile(FileExists(path) ? NativeText(path) : QString(),
-                                     Caption(msg::kPanelNoImage));
+                                     Caption(msg::kSavesNoImage));
 }
 
 void SavegamePanel::ShowDetails() {

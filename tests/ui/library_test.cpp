@@ -245,7 +245,8 @@ TEST_F(Library, ALevelsMenuBeginsWithPlayAndMoreInfo) {
 }
 
 TEST_F(Library, WhatIsGreySaysWhy) {
-    EXPECT_EQ(form.Command(Entry::mnu_Zoom)->statusTip().toStdString(), "This comes with a later version");
+    EXPECT_EQ(form.Command(Entry::mnu_ConvertWav)->statusTip().toStdString(),
+              "This comes with a later version");
     core::level_list.Selected = -1;
     form.AggiornaDatiLivello(false);
     EXPECT_EQ(form.Command(Entry::mnu_Property)->statusTip().toStdString(), "No level is selected");
