@@ -204,6 +204,25 @@ TEST_F(Archiving, CompactingNumbersAnewInTheOrderOfTime) {
     ExpectNothingMoving();
 }
 
+TEST_F(Archiving, GoesRoundAFolderInASavegamesPlace) {
+    PutSlot(4, 1);
+    PutSlot(7, 2);
+    PutNote(Slots(), 7, "two");
+    std::filesystem::create_directories(Slots() / "savegame.0");
+    std::filesystem::create_directories(Slots() / "note2.txt");
+    EXPECT_EQ(CompactSlots(1, Asker::User).Result, SlotsResult::Done);
+    EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.1", "1"}, {"savegame.3", "2"}, {"note3.txt", "two"}}));
+    ExpectNothingMoving();
+}
+
+TEST_F(Archiving, OfFilesThatDifferByCaseAloneLosesNone) {
+    MakeFile(Slots() / "savegame.3", SaveBytes("City", 2, "a"));
+    MakeFile(Slots() / "SAVEGAME.3", SaveBytes("City", 1, "b"));
+    if (Contents(Slots()).size() < 2) GTEST_SKIP() << "a disk without regard to case";
+    EXPECT_EQ(CompactSlots(1, Asker::User).Result, SlotsResult::Done);
+    EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.0", "1b"}, {"savegame.1", "2a"}}));
+}
+
 TEST_F(Archiving, CompactingOneMovesItToTheFirst) {
     PutSlot(9, 2);
     PutNote(Slots(), 9, "n");
