@@ -217,6 +217,7 @@ void MeasureSavegames() {
             QCoreApplication::processEvents();
         }));
     PrintRow("one of them chosen, with its picture", chosen, 50);
+    std::filesystem::remove_all(NativePath(level.Folder));
 }
 
 } // namespace

@@ -95,6 +95,17 @@ TEST_F(Archiving, NoneIsNothing) {
     EXPECT_EQ(ArchiveSlots(trle_state::kNoLevel, 15, Asker::User).Result, SlotsResult::Nothing);
 }
 
+TEST_F(Archiving, OfALevelOfAnotherArchiveIsRefusedWithoutABox) {
+    for (const std::int32_t code : {77, trle_state::kNoLevel}) {
+        const SlotsOutcome outcome = ArchiveSlots(code, 15, Asker::Watcher);
+        EXPECT_EQ(outcome.Result, SlotsResult::Refused);
+        EXPECT_EQ(outcome.Message,
+                  "Nothing has been done with the savegames: the level in the TRLE folder is "
+                  "not one of this Archive");
+    }
+    EXPECT_TRUE(user.Told().empty());
+}
+
 TEST_F(Archiving, TakesOddAndTooManySavegames) {
     for (int slot = 0; slot < 18; ++slot)
         PutSlot(slot, slot + 1);
