@@ -71,7 +71,7 @@ bool SaveSavegameAs(const std::string& path) {
     const std::optional<std::string> target = TheUser().SaveFile(
         {LoadMessage(msg::kSaveAsTitle), LoadMessage(msg::kSaveAsFilter), {}, FileNameOf(path)});
     if (!target) return false;
-    const core::Change change(msg::kDoingCopySave, core::kAll);
+    const core::Change change(msg::kDoingSaveCopy, core::kAll);
     if (!change) return false;
     if (CopySavegame(path, *target, swap::Placing::Copy)) return true;
     TellCritical(LoadMessage(msg::kSaveCannotCopy) + path);
