@@ -25,7 +25,7 @@ void Dialog_Cattura::Set_Caption_Texts() {
     SetCaptions(this, {{this, msg::kCatturaCaption},
                        {Check_AutoSave, msg::kCatturaAutoSave},
                        {Pul_Help, msg::kCatturaHelp},
-                       {Pul_Save, msg::kCatturaSave},
+                       {Pul_Save, msg::kCatturaSave, Glyph::SaveAs},
                        {Pul_Cancel, msg::kCatturaCancel}});
 }
 

@@ -44,7 +44,7 @@ Dialog_ListSaveGame::Dialog_ListSaveGame(QWidget* parent) : QDialog(parent) {
 void Dialog_ListSaveGame::Set_Caption_Texts() {
     SetCaptions(this, {{this, msg::kListSavesCaption},
                        {Label_List, msg::kListSavesLabel, List_Shot},
-                       {Pul_All, msg::kListSavesAll},
+                       {Pul_All, msg::kListSavesAll, Glyph::All},
                        {Check_Elimina, msg::kListSavesDelete},
                        {Pul_Ok, msg::kListSavesOk},
                        {Pul_Annulla, msg::kListSavesCancel},

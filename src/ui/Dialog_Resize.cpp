@@ -28,7 +28,7 @@ void Dialog_Resize::Set_Caption_Texts() {
                        {Label_Resize, msg::kResizeSize, Combo_Resize},
                        {Label_JpgQuality, msg::kResizeQuality, Combo_JpgQuality},
                        {Pul_Help, msg::kResizeHelp},
-                       {Pul_Save, msg::kResizeSave},
+                       {Pul_Save, msg::kResizeSave, Glyph::SaveAs},
                        {Pul_Cancel, msg::kResizeClose}});
 }
 

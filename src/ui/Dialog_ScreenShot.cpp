@@ -31,12 +31,12 @@ Dialog_ScreenShot::Dialog_ScreenShot(QWidget* parent) : QDialog(parent) {
 
 void Dialog_ScreenShot::Set_Caption_Texts() {
     SetCaptions(this, {{this, msg::kZoomCaption},
-                       {Pul_Help, msg::kZoomHelp},
-                       {Pul_ZoomOut, msg::kZoomOut},
-                       {Pul_ZoomIn, msg::kZoomIn},
-                       {Pul_FullSize, msg::kZoomFull},
-                       {Pul_Fit, msg::kZoomFit},
-                       {Pul_Close, msg::kZoomClose},
+                       {Pul_Help, msg::kZoomHelp, Glyph::Help},
+                       {Pul_ZoomOut, msg::kZoomOut, Glyph::ZoomOut},
+                       {Pul_ZoomIn, msg::kZoomIn, Glyph::Zoom},
+                       {Pul_FullSize, msg::kZoomFull, Glyph::FullSize},
+                       {Pul_Fit, msg::kZoomFit, Glyph::Fit},
+                       {Pul_Close, msg::kZoomClose, Glyph::GiveUp},
                        ControlCaption::Spoken(Scroll1, msg::kZoomArea)});
 }
 

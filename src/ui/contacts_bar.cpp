@@ -35,6 +35,7 @@ ContactsBar::ContactsBar(QWidget* parent) : QWidget(parent), others_(new QMenu(t
         const std::string name = "Pul_Contact" + std::to_string(i + 1);
         auto* const button = Make<QPushButton>(this, name.c_str());
         SetType(button, Type::Caption);
+        SetIcon(button, GlyphOf(Kind::Email));
         button->hide();
         connect(button, &QPushButton::clicked, this, [this, i] { Choose(i); });
         row->addWidget(button);
@@ -42,6 +43,7 @@ ContactsBar::ContactsBar(QWidget* parent) : QWidget(parent), others_(new QMenu(t
     }
     more_ = Make<QPushButton>(this, "Pul_MoreContacts");
     SetType(more_, Type::Caption);
+    SetIcon(more_, Glyph::More);
     more_->setMenu(others_);
     more_->hide();
     row->addWidget(more_);
@@ -68,7 +70,7 @@ void ContactsBar::ShowContacts(const std::vector<std::string>& emails,
         if (!stands) continue;
         button.setText(ToTheLetter(metrics.elidedText(contacts_[i].text, Qt::ElideRight,
                                                       metrics.averageCharWidth() * kMostLetters)));
-        button.setIcon(IconOf(GlyphOf(contacts_[i].kind)));
+        SetIcon(&button, GlyphOf(contacts_[i].kind));
         button.setToolTip(ToolTipText(contacts_[i].text));
     }
     Fit();

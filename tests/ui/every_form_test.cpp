@@ -159,15 +159,17 @@ TEST_F(EveryForm, OpensItsHelpByTheKey) {
     });
     EXPECT_THAT(
         topics,
-        ElementsAre(Pair("Dialog_Autore", "Author notes"), Pair("Dialog_GetDir", "Choosing a folder"),
-                    Pair("Dialog_Indice", "Using this help"), Pair("Dialog_InputTesto", "Small windows"),
-                    Pair("Dialog_InsertCd", "Small windows"), Pair("Dialog_Keys", "Keyboard"),
-                    Pair("Dialog_NewArc", "The Archive"), Pair("Dialog_NewLevel", "Adding a level"),
-                    Pair("Dialog_PrefArc", "Preferences of the Archive"),
-                    Pair("Dialog_Restore", "Back to the original configuration"),
-                    Pair("Dialog_Settings", "The settings"), Pair("Dialog_Testo", "Using this help"),
-                    Pair("Dialog_TrovaTrle", "Finding the TRLE folder"),
-                    Pair("FirstStart", "The first start"), Pair("Principale", "The main window")));
+        ElementsAre(
+            Pair("Dialog_Autore", "Author notes"), Pair("Dialog_Cattura", "Screenshots"),
+            Pair("Dialog_GetDir", "Choosing a folder"), Pair("Dialog_Indice", "Using this help"),
+            Pair("Dialog_InputTesto", "Small windows"), Pair("Dialog_InsertCd", "Small windows"),
+            Pair("Dialog_Keys", "Keyboard"), Pair("Dialog_ListSaveGame", "Savegame management"),
+            Pair("Dialog_NewArc", "The Archive"), Pair("Dialog_NewLevel", "Adding a level"),
+            Pair("Dialog_PrefArc", "Preferences of the Archive"), Pair("Dialog_Resize", "Screenshots"),
+            Pair("Dialog_Restore", "Back to the original configuration"),
+            Pair("Dialog_ScreenShot", "Screenshots"), Pair("Dialog_Settings", "The settings"),
+            Pair("Dialog_Testo", "Using this help"), Pair("Dialog_TrovaTrle", "Finding the TRLE folder"),
+            Pair("FirstStart", "The first start"), Pair("Principale", "The main window")));
 }
 
 TEST_F(EveryForm, TellsItsButtonsApart) {

@@ -255,7 +255,8 @@ TEST_F(SavegamePanel, ExportsAllAndTakesThemOut) {
 }
 
 TEST_F(SavegamePanel, CommandsWantALevel) {
-    Type("no level is called so");
+    core::level_list.Selected = -1;
+    form.AggiornaDatiLivello(false);
     for (const Entry entry :
          {Entry::mnu_BackupSavegame, Entry::mnu_RestoreSavegames, Entry::mnu_ImportSaveGame,
           Entry::mnu_ExportSavegame, Entry::mnu_DelSavegame, Entry::mnu_FindSavegameNote})
