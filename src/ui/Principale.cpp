@@ -99,7 +99,7 @@ void Principale::ConnectControls(FormsUser& user) {
             [this] { door_.Try([] { program::ShowMoreInfo(); }); });
     connect(Pul_ScreenShots, &QPushButton::clicked, this, [this] { ShowPanel(true); });
     connect(Pul_SaveGames, &QPushButton::clicked, this, [this] { ShowPanel(false); });
-    connect(Timer1, &QTimer::timeout, &watch_, &WatchWindow::Tick);
+    connect(Timer1, &QTimer::timeout, &watch_, &WatchWindow::TickSoon);
     connect(Timer_Beside, &QTimer::timeout, this, &Principale::LookBeside);
 }
 

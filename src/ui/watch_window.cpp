@@ -1,6 +1,7 @@
 #include "ui/watch_window.h"
 
 #include <optional>
+#include <utility>
 
 #include "companion/game.h"
 #include "companion/watch_calls.h"
@@ -46,7 +47,13 @@ void WatchWindow::Begin() {
     poll_.start();
 }
 
+void WatchWindow::TickSoon() {
+    if (!std::exchange(tick_is_due_, true))
+        QMetaObject::invokeMethod(this, &WatchWindow::Tick, Qt::QueuedConnection);
+}
+
 void WatchWindow::Tick() {
+    tick_is_due_ = false;
     if (companion::Tick()) return;
     window_.Timer1->stop();
     poll_.stop();

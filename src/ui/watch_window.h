@@ -27,11 +27,14 @@ class WatchWindow final : public QObject {
 
     // A game runs: ticks and looks at the keys until it has ended.
     void Begin();
-    void Tick();
+    // Ticks at the end of this event: a timer doesn't fire again while what it has called still works, and
+    // the game's end is to be seen under the question for a picture's name.
+    void TickSoon();
     // Null while it isn't shown.
     Dialog_Blank* Cover() const { return cover_; }
 
   private:
+    void Tick();
     void ShowCover();
     void CloseCover();
     void ShowAfterGame();
@@ -41,6 +44,7 @@ class WatchWindow final : public QObject {
     Principale& window_;
     QPointer<Dialog_Blank> cover_;
     QTimer poll_;
+    bool tick_is_due_ = false;
 };
 
 } // namespace kelvash::ui

@@ -33,6 +33,12 @@ class GameWindow {
         XChangeProperty(display, window_, XInternAtom(display, "_NET_WM_PID", False), XA_CARDINAL, 32,
                         PropModeReplace, reinterpret_cast<unsigned char*>(&process), 1);
         XStoreName(display, window_, plan.title.c_str());
+        XSizeHints place{};
+        place.flags = USPosition;
+        place.x = (DisplayWidth(display, DefaultScreen(display)) - kWidth) / 2;
+        place.y = (DisplayHeight(display, DefaultScreen(display)) - kHeight) / 2;
+        XSetWMNormalHints(display, window_, &place);
+        XMoveWindow(display, window_, place.x, place.y);
         XSetWMProtocols(display, window_, &close_, 1);
         XSelectInput(display, window_, ExposureMask | KeyPressMask);
         XMapRaised(display, window_);

@@ -6,7 +6,10 @@
 #include <QTest>
 
 #include "companion/game.h"
+#include "companion/watcher.h"
 #include "core/level_list.h"
+#include "core/profile.h"
+#include "foundation/desktop.h"
 #include "foundation/state.h"
 #include "support/built.h"
 #include "support/program_run.h"
@@ -115,6 +118,49 @@ TEST_F(WholeRoad, OfALevelFromChoiceToEndOfPlay) {
     EXPECT_FALSE(Exists(trle / "data" / "harbour.tr4"));
     EXPECT_TRUE(ComesHere([&] { return !form.Timer1->isActive(); }));
     qunsetenv("KELVASH_GAME_MS");
+}
+
+TEST_F(WholeRoad, TheEndIsSeenUnderTheQuestionForAPicturesName) {
+    ui::Principale form(forms);
+    ASSERT_TRUE(form.Load(""));
+    form.show();
+    form.Timer1->setInterval(100);
+    core::profile.PromptCapture = true;
+    core::SelectLevel(2);
+    Press(&form, "Pul_Play");
+    ASSERT_TRUE(ComesHere([] { return companion::FocusOfGame() == companion::game.GameWindow; }));
+    robot.Will("Dialog_Cattura", [&](QWidget* question) {
+        EXPECT_TRUE(companion::IsWatching());
+        TapHere(XK_Escape); // the keys are the game's: the question is on another display here
+        EXPECT_TRUE(ComesHere([&] { return form.centralWidget()->isEnabled(); }));
+        EXPECT_EQ(companion::game.GameProcess.id, 0);
+        EXPECT_TRUE(question->isVisible());
+        Press(question, "Pul_Cancel");
+    });
+    TapHere(XK_Print);
+    EXPECT_TRUE(ComesHere([&] { return !form.Timer1->isActive(); }));
+    EXPECT_TRUE(robot.HasSeen("Dialog_Cattura"));
+    EXPECT_FALSE(Exists(level / "SCREENSHOTS" / "1) Harbour of Brass.jpg"));
+    EXPECT_FALSE(companion::IsWatching());
+}
+
+TEST_F(WholeRoad, AKelvashThatStartsBesideTheGameWatchesIt) {
+    const RunningProgram player(
+        {Built("bin/kelvash-cli"), {"--json", "--home", (c / "Kelvash").string(), "play", "2"}, {}, root});
+    ASSERT_TRUE(ComesHere([] { return TheDesktop().FocusedWindow().caption == "Tomb Raider (stand-in)"; }));
+    player.Kill(); // the game plays on
+    ui::Principale form(forms);
+    ASSERT_TRUE(form.Load(""));
+    form.show();
+    form.Timer1->setInterval(100);
+    EXPECT_FALSE(form.centralWidget()->isEnabled());
+    EXPECT_EQ(form.Watch().Cover(), nullptr) << "nothing comes over a game that runs";
+    QTest::qWait(1500);
+    TapHere(XK_F9);
+    EXPECT_TRUE(ComesHere([this] { return SavesIn(level / "SAVEGAMES" / "slot1") == 2; }));
+    TapHere(XK_Escape);
+    EXPECT_TRUE(ComesHere([&] { return !form.Timer1->isActive(); }));
+    EXPECT_TRUE(form.centralWidget()->isEnabled());
 }
 
 } // namespace
