@@ -56,8 +56,11 @@ SlotsOutcome AskDeleteSavegame(std::int32_t code, const std::string& path) {
     if (!AskYesNo(MessageStyle::Question, question)) return {};
     const SlotsWork work(msg::kDoingDeleteSave, code, Asker::User);
     if (!work) return work.Refusal();
-    if (!FileExists(path) || !DeleteSavegame(path))
+    const std::string note = OwnNoteOf(path);
+    if (!FileExists(path) || (!DeleteSavegame(path) && FileExists(path)))
         return {SlotsResult::Refused, 0, LoadMessage(msg::kSaveCannotDelete) + path};
+    if (!note.empty() && FileExists(note))
+        return {SlotsResult::Partly, 1, LoadMessage(msg::kSaveNoteStays) + note};
     SlotsOutcome outcome{SlotsResult::Done};
     if (EqualNoCase(FolderOf(path), work.Slots())) outcome = Compact(work);
     outcome.Count = 1;

@@ -195,6 +195,7 @@ SlotsOutcome Compact(const SlotsWork& work) {
     std::vector<NumberedSave> saves = NumberedSaves(work.Slots());
     SortAscending(saves);
     std::vector<Renumbering> list;
+    list.reserve(saves.size());
     for (NumberedSave& save : saves)
         list.push_back({std::move(save.File), static_cast<std::int32_t>(list.size())});
     return Renumber(work, list);
