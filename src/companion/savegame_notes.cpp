@@ -60,10 +60,14 @@ std::string NotePathOf(std::string_view savegame) {
 }
 
 std::string OwnNoteOf(std::string_view savegame) {
-    if (!FileExists(NotePathOf(savegame))) return {};
-    for (const swap::SavegameFile& save : swap::ListSavegameFiles(FolderOf(savegame)))
+    const std::string note = NotePathOf(savegame);
+    if (!FileExists(note)) return {};
+    bool is_anothers = false;
+    for (const swap::SavegameFile& save : swap::ListSavegameFiles(FolderOf(savegame))) {
         if (EqualNoCase(save.Path, savegame)) return save.Note;
-    return {};
+        is_anothers = is_anothers || EqualNoCase(save.Note, note);
+    }
+    return is_anothers ? std::string() : note; // an archived one may have more in front of its name
 }
 
 std::vector<std::string> OwnNotesOf(const std::vector<std::string>& savegames) {
@@ -76,7 +80,7 @@ std::vector<std::string> OwnNotesOf(const std::vector<std::string>& savegames) {
             for (const swap::SavegameFile& save : swap::ListSavegameFiles(folder))
                 found->second[FoldCase(save.Path)] = save.Note;
         const auto note = found->second.find(FoldCase(savegame));
-        notes.push_back(note == found->second.end() ? std::string() : note->second);
+        notes.push_back(note == found->second.end() ? OwnNoteOf(savegame) : note->second);
     }
     return notes;
 }

@@ -85,7 +85,7 @@ bool OwnsItsNote(std::string_view path) {
     const std::vector<SavegameFile> saves = SavegamesIn(FolderOf(path));
     const std::map<std::int32_t, std::size_t> owners = OwnersOfNotes(saves);
     const auto owner = owners.find(SlotNumber(path));
-    return owner != owners.end() && EqualNoCase(saves[owner->second].Path, path);
+    return owner == owners.end() ? FileExists(path) : EqualNoCase(saves[owner->second].Path, path);
 }
 
 std::vector<std::string> ListLoneNotes(std::string_view folder) {

@@ -26,17 +26,17 @@ class SavegameFailingCalls : public test::SavegameFaultsHome {
 
     void FailEverywhere(const SavegameOperation& operation, int error, bool lasting) {
         const auto body = [&] { return static_cast<int>(operation.run().Result); };
-        Arrange();
+        Arrange(operation);
         const SaveMap before = InSlots();
-        const int calls = RunTraced(body, {}).calls;
+        const int calls = RunTraced(body, Plan(Fault::None, 0)).calls;
         const SaveMap after = InSlots();
         std::map<SlotsResult, int> results;
         for (int at = 1; at <= calls && !HasFailure(); ++at) {
             SCOPED_TRACE(operation.name + ": call " + std::to_string(at) + " of " + std::to_string(calls) +
                          (lasting ? " and all later ones fail with " : " fails with ") +
                          std::to_string(error));
-            Arrange();
-            const test::TracedRun run = RunTraced(body, {Fault::Fail, at, error, lasting});
+            Arrange(operation);
+            const test::TracedRun run = RunTraced(body, Plan(Fault::Fail, at, error, lasting));
             ASSERT_GE(run.exit_code, 0);
             const auto result = static_cast<SlotsResult>(run.exit_code);
             ++results[result];
@@ -63,7 +63,6 @@ class SavegameFailingCalls : public test::SavegameFaultsHome {
         EXPECT_EQ(saves_now, saves);
     }
     void FailAll() {
-        user.MayBeTold("");
         for (const SavegameOperation& operation : Operations()) {
             FailEverywhere(operation, ENOSPC, false);
             FailEverywhere(operation, ENOSPC, true);
@@ -74,6 +73,12 @@ class SavegameFailingCalls : public test::SavegameFaultsHome {
 
 TEST_F(SavegameFailingCalls, LoseNothingInTheStash) {
     FailAll();
+}
+
+TEST_F(SavegameFailingCalls, LoseNothingBetweenTwoDrives) {
+    no_links = true;
+    for (const SavegameOperation& operation : Operations())
+        if (!operation.from_full) FailEverywhere(operation, ENOSPC, true);
 }
 
 TEST_F(SavegameFailingCalls, LoseNothingInTrle) {
