@@ -1,6 +1,5 @@
-#include "foundation/place_file.h"
-
 #include "foundation/files.h"
+#include "foundation/place_file.h"
 #include "support/foundation_home.h"
 
 namespace kelvash {

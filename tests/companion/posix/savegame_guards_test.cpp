@@ -15,9 +15,11 @@
 #include "core/change.h"
 #include "foundation/place_file.h"
 #include "foundation/user.h"
+#include "support/pump_clock.h"
 #include "support/savegame_home.h"
 #include "swap/install.h"
 #include "swap/moved_saves.h"
+#include "trle_state/swap_record.h"
 
 namespace kelvash::companion {
 namespace {
@@ -55,7 +57,7 @@ class BusyUser : public User {
     void SetLabel(BarPlace, const std::string&) override {}
     void SetBar(BarPlace, int) override {}
     void LevelListChanged() override {}
-    void PumpEvents() override {}
+    void PumpEvents() override { meanwhile_(); }
     bool StopRequested() override { return false; }
 
   private:
@@ -151,6 +153,106 @@ TEST_F(SavegameGuards, AnOperationInTheMiddleOfAnotherFindsTheDoorShut) {
     EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.0", "15"}, {"savegame.1", "100"}}));
     SetUser(&user);
     EXPECT_EQ(ArchiveSlots(1, 1, Asker::Watcher).Result, SlotsResult::Done);
+}
+
+// The game writes a savegame anew while it is being renumbered.
+class WrittenMeanwhile : public SavegameGuards {
+  protected:
+    void WriteOnce(const std::string& name) {
+        if (!Exists(home / "_temp_savegame" / name) || written) return;
+        written = true;
+        std::filesystem::remove(Slots() / name);
+        MakeFile(Slots() / name, SaveBytes("City", 99));
+    }
+    WrittenMeanwhile() { test::SetPumpStep(std::chrono::milliseconds(20)); }
+
+    const JobScope job;
+    bool written = false;
+};
+
+TEST_F(WrittenMeanwhile, ASavegameStaysAndSoDoTheOthers) {
+    PutSlot(3, 1);
+    PutSlot(5, 2);
+    const BusyUser game([this] { WriteOnce("savegame.5"); });
+    const SlotsOutcome outcome = CompactSlots(1, Asker::Watcher);
+    EXPECT_EQ(outcome.Result, SlotsResult::Busy);
+    EXPECT_EQ(outcome.Message, "The savegames stay as they are, because the game is writing this one: " +
+                                   kSlots + "savegame.5");
+    EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.3", "1"}, {"savegame.5", "99"}}));
+    ExpectNothingMoving();
+    EXPECT_EQ(CompactSlots(1, Asker::Watcher).Result, SlotsResult::Done);
+    EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.0", "1"}, {"savegame.1", "99"}}));
+}
+
+TEST_F(WrittenMeanwhile, AnArchivingOwesTheOrder) {
+    PutSlot(3, 1);
+    PutSlot(5, 2);
+    PutSlot(7, 3);
+    const BusyUser game([this] { WriteOnce("savegame.7"); });
+    const SlotsOutcome outcome = ArchiveSlots(1, 1, Asker::Watcher);
+    EXPECT_EQ(outcome.Result, SlotsResult::Partly);
+    EXPECT_TRUE(outcome.CompactOwed);
+    EXPECT_EQ(outcome.Message, "The savegames have been copied to " + kArchive +
+                                   "slot1, but the slots are not as they should be.\r\nThe savegames stay as "
+                                   "they are, because the game is writing this one: " +
+                                   kSlots + "savegame.7");
+    EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.5", "2"}, {"savegame.7", "99"}}));
+}
+
+TEST_F(SavegameGuards, TheWatcherLeavesASwapThatWasCutShort) {
+    ASSERT_TRUE(swap::InstallLevel(1));
+    for (const auto& entry : std::filesystem::directory_iterator(home)) {
+        if (entry.path().extension() != ".rec") continue;
+        std::optional<trle_state::SwapRecord> record = trle_state::DecodeSwapRecord(BytesOf(entry.path()));
+        ASSERT_TRUE(record);
+        record->Step = trle_state::SwapStep::Leaving;
+        MakeFile(entry.path(), trle_state::EncodeSwapRecord(*record, "C:\\trle"));
+    }
+    const SlotsOutcome outcome = ArchiveSlots(1, 15, Asker::Watcher);
+    EXPECT_EQ(outcome.Result, SlotsResult::Refused);
+    EXPECT_EQ(outcome.Message,
+              "Nothing has been done with the savegames, because the level in TRLE is only "
+              "half there: its swap was cut short.");
+}
+
+TEST_F(SavegameGuards, FullSlotsThatWereArchivedForNothingAreToldOf) {
+    for (int slot = 0; slot < 15; ++slot)
+        PutSlot(slot, slot + 1);
+    user.WillAnswer("All Tomb Raider slots are full", "yes");
+    const SlotsOutcome outcome = RestoreToSlots(1, "C:\\gone\\savegame.4");
+    EXPECT_EQ(outcome.Result, SlotsResult::Partly);
+    EXPECT_EQ(outcome.Message,
+              "The savegames of the slots have been archived, but nothing could be copied into "
+              "the slots: C:\\gone\\savegame.4");
+    EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.0", "15"}}));
+}
+
+TEST_F(SavegameGuards, ADeleteTellsThatTheSlotsHaveGaps) {
+    PutSlot(0, 1);
+    PutSlot(1, 2);
+    MakeFile(home / "_temp_savegame", "a file");
+    user.WillAnswer("Delete savegame [", "yes");
+    const SlotsOutcome outcome = AskDeleteSavegame(1, kSlots + "savegame.0");
+    EXPECT_EQ(outcome.Result, SlotsResult::Partly);
+    EXPECT_EQ(
+        outcome.Message,
+        "The savegame has been deleted, but the slots could not be put in order.\r\nThe savegames stay as "
+        "they are. Something is in the way that isn't a folder of Kelvash's own: "
+        "C:\\Kelvash\\_temp_savegame");
+    EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.1", "2"}}));
+}
+
+TEST_F(SavegameGuards, ARestoreTellsWhatStaysWhereItWas) {
+    PutSlot(0, 5, "new");
+    PutArchived(1, 3, 5, "old");
+    MakeFile(Repeated(), "a file");
+    const SlotsOutcome outcome = RestoreLastSlot(1, Asker::User);
+    EXPECT_EQ(outcome.Result, SlotsResult::Partly);
+    EXPECT_EQ(outcome.Message,
+              "Not all savegames could be restored. This one, and those behind it, are still "
+              "where they were: " +
+                  kArchive + "slot1\\savegame.3");
+    EXPECT_EQ(Contents(Archived() / "slot1"), (SaveMap{{"savegame.3", "5old"}}));
 }
 
 TEST_F(SavegameGuards, NobodyBringsHomeWhatIsJustBeingRenumbered) {
