@@ -7,6 +7,7 @@
 #include "cli/form_runners.h"
 #include "cli/messages.h"
 #include "cli/terminal.h"
+#include "companion/savegame_messages.h"
 #include "companion/slots_messages.h"
 #include "core/level_messages.h"
 #include "foundation/drives.h"
@@ -40,9 +41,10 @@ constexpr std::array<Word, 7> kWords = {{{"yes", Answer::Yes},
 constexpr const char* kHiddenPassword = "***";
 
 // Questions whose No, and inputs whose Cancel, means that what the command is for isn't done.
-constexpr std::array<MessageId, 10> kPermissions = {
+constexpr std::array<MessageId, 11> kPermissions = {
     {msg::kOriginalNeeded, msg::kBackupNoRoom, msg::kZipNoRoom, msg::kZipTooLarge, msg::kRemoveQuestion,
-     msg::kEqualQuestion, msg::kEqualFound, msg::kLanguageInput, msg::kReplaceFile, msg::kRestoreSlotsFull}};
+     msg::kEqualQuestion, msg::kEqualFound, msg::kLanguageInput, msg::kReplaceFile, msg::kSaveDeleteQuestion,
+     msg::kRestoreSlotsFull}};
 
 bool IsPermission(MessageId id) {
     return std::find(kPermissions.begin(), kPermissions.end(), id) != kPermissions.end();

@@ -11,11 +11,13 @@
 #include "companion/savegame_messages.h"
 #include "companion/savegame_notes.h"
 #include "companion/savegame_transfer.h"
+#include "companion/savegames.h"
 #include "core/level_list.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
+#include "foundation/texts.h"
 #include "foundation/user.h"
 #include "swap/moved_saves.h"
 #include "swap/rescued_saves.h"
@@ -55,6 +57,7 @@ struct SavesRun {
     std::string count = std::to_string(companion::kGameSlots);
     std::string text;
     std::string folder;
+    bool force = false;
     core::LevelPlace level;
     SavegameLists lists; // as they are afterwards
 };
@@ -136,8 +139,9 @@ bool Note(Session&, SavesRun& run) {
 bool TakeSource(const SavesRun& run, const std::string& typed, std::string& path) {
     path = SavegameCalled(run.level, typed);
     if (path.empty() && !TakePath(typed, path)) return false;
-    if (FileExists(path)) return true;
-    TellCritical(LoadMessage(msg::kCliNoImportFile) + typed);
+    const bool is_file = FileExists(path);
+    if (is_file && companion::IsSavegameName(FileNameOf(path))) return true;
+    TellCritical(LoadMessage(is_file ? msg::kCliNoSavegameName : msg::kCliNoImportFile) + typed);
     return false;
 }
 
@@ -150,7 +154,8 @@ bool Import(Session&, SavesRun& run) {
                                       : companion::ImportSavegames(run.level.Code, sources));
 }
 
-bool Export(Session&, SavesRun& run) {
+bool Export(Session& session, SavesRun& run) {
+    if (run.force) session.user.Preset({{.id = msg::kReplaceFile, .answer = "yes"}});
     std::string path;
     std::string folder;
     if (!TakeFile(run, path) || !TakePath(run.folder, folder)) return false;
@@ -201,7 +206,7 @@ Command SavesCommand() {
                    .required = true}},
                  &Import),
             part("export", "Copies a savegame into a folder",
-                 {FileArgument(run), PathArgument("DIR", run->folder)}, &Export),
+                 {FileArgument(run), PathArgument("DIR", run->folder), ForceArgument(run->force)}, &Export),
             RescuedCommand()}};
 }
 

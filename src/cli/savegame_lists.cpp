@@ -30,7 +30,7 @@ std::string FileBelow(const core::LevelPlace& level, const std::string& path) {
     return path;
 }
 
-ordered_json Record(const core::LevelPlace& level, const std::string& path,
+ordered_json Record(const core::LevelPlace& level, const std::string& path, const std::string& note,
                     const std::vector<companion::DatedImage>& images) {
     const std::int64_t time = FileTime(path).value_or(0);
     ordered_json record = {
@@ -44,10 +44,19 @@ ordered_json Record(const core::LevelPlace& level, const std::string& path,
     record["slot"] = companion::SavegameSlotNumber(path);
     record["number"] = companion::ReadSavegameInfo(path, title);
     record["title"] = title;
-    if (!companion::OwnNoteOf(path).empty()) record["note"] = companion::ReadNote(path);
+    if (!note.empty()) record["note"] = companion::ReadNoteFile(note);
     if (const std::string image = companion::LinkedImage(time, images); !image.empty())
         record["image"] = FileBelow(level, image);
     return record;
+}
+
+ordered_json Records(const core::LevelPlace& level, const std::vector<std::string>& paths,
+                     const std::vector<companion::DatedImage>& images) {
+    ordered_json records = ordered_json::array();
+    const std::vector<std::string> notes = companion::OwnNotesOf(paths);
+    for (std::size_t i = 0; i < paths.size(); ++i)
+        records.push_back(Record(level, paths[i], notes[i], images));
+    return records;
 }
 
 std::vector<std::string> AllOf(const core::LevelPlace& level) {
@@ -75,15 +84,10 @@ std::string Lines(MessageId heading, const ordered_json& list) {
 } // namespace
 
 SavegameLists ListSavegames(const core::LevelPlace& level) {
-    SavegameLists lists;
     const std::vector<companion::DatedImage> images = companion::DatedImages(companion::Screenshots(level));
-    for (const std::string& path : companion::SlotSavegames(level))
-        lists.slots.push_back(Record(level, path, images));
-    for (const std::string& path : companion::ArchivedSavegames(level))
-        lists.archived.push_back(Record(level, path, images));
-    for (const std::string& path : companion::KeptSavegames(level))
-        lists.kept.push_back(Record(level, path, images));
-    return lists;
+    return {Records(level, companion::SlotSavegames(level), images),
+            Records(level, companion::ArchivedSavegames(level), images),
+            Records(level, companion::KeptSavegames(level), images)};
 }
 
 std::string SavegameLines(const SavegameLists& lists) {

@@ -9,6 +9,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/place_file.h"
 #include "foundation/text.h"
 #include "trle_state/file_stamp.h"
 
@@ -51,9 +52,11 @@ bool FillSlotFolder(const SlotsWork& work, const std::vector<NumberedSave>& save
         RemoveCopies(staging, work.Slots());
         return false;
     }
-    if (!FileExists(folder) && !FolderExists(folder) && RenameFile(staging, folder)) return true;
+    const bool is_there = !AnythingStands(folder) && RenameFile(staging, folder);
+    // Its names must be on the disk before those of the slots go.
+    if (is_there && FlushFolder(folder) && FlushFolder(FolderOf(folder))) return true;
     why = LoadMessage(msg::kArchiveCannotCreate) + folder;
-    RemoveCopies(staging, work.Slots());
+    RemoveCopies(is_there ? folder : staging, work.Slots());
     return false;
 }
 
@@ -61,7 +64,10 @@ bool FillSlotFolder(const SlotsWork& work, const std::vector<NumberedSave>& save
 
 SlotsOutcome ArchiveSlots(std::int32_t code, std::int32_t count, Asker asker) {
     const SlotsWork work(msg::kDoingArchive, code, asker);
-    if (!work) return work.Refusal();
+    return work ? ArchiveWithin(work, count) : work.Refusal();
+}
+
+SlotsOutcome ArchiveWithin(const SlotsWork& work, std::int32_t count) {
     std::vector<NumberedSave> saves = NumberedSaves(work.Slots());
     if (saves.size() < 2 || count < 1) return {};
     ExchangeSort(saves);
@@ -72,18 +78,21 @@ SlotsOutcome ArchiveSlots(std::int32_t code, std::int32_t count, Asker asker) {
     if (!FillSlotFolder(work, saves, archived, folder, why)) return {SlotsResult::Refused, 0, why};
     std::vector<Renumbering> staying;
     bool all_left = true;
+    std::int32_t slot = 0;
     for (std::size_t i = 0; i < saves.size(); ++i) {
         const SavegameFile& save = saves[i].File;
         // One that the game has written meanwhile is another savegame.
         const bool leaves = i < first_kept && IsSame(save, CopyIn(folder, save, i));
         if (leaves && swap::LeavePair(save)) continue;
         all_left = all_left && !leaves;
-        staying.push_back({save, static_cast<std::int32_t>(staying.size())});
+        slot = UsableSlot(work, slot);
+        staying.push_back({save, slot++});
     }
     SlotsOutcome outcome = Renumber(work, staying);
+    outcome.CompactOwed = outcome.Result == SlotsResult::Busy;
     outcome.Count = static_cast<std::int32_t>(archived);
     if (outcome.Result == SlotsResult::Done && all_left) return outcome;
-    outcome.Message = LoadMessage(msg::kArchivePartly, {folder, kLineBreak}) +
+    outcome.Message = LoadMessageOfOthers(msg::kArchivePartly, {folder, kLineBreak}) +
                       (outcome.Message.text.empty() ? LoadMessage(msg::kArchiveCannotLeave) + work.Slots()
                                                     : outcome.Message);
     outcome.Result = SlotsResult::Partly;

@@ -14,5 +14,8 @@ inline constexpr std::int32_t kGameSlots = 15; // the game knows savegame.0 to s
 // always stays in the slots too. Nothing for fewer than two. May run beside the game: a savegame that appears
 // or changes meanwhile is left alone. Opens its own core::Change.
 [[nodiscard]] SlotsOutcome ArchiveSlots(std::int32_t code, std::int32_t count, Asker asker);
+// The same in the middle of an operation that needs room.
+class SlotsWork;
+[[nodiscard]] SlotsOutcome ArchiveWithin(const SlotsWork& work, std::int32_t count);
 
 } // namespace kelvash::companion

@@ -13,6 +13,7 @@
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/place_file.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "trle_state/file_stamp.h"
@@ -43,20 +44,25 @@ bool HasNumber(const std::vector<Place>& places, std::int32_t number) {
                        [=](const Place& place) { return place.Number == number; });
 }
 
-// The name of the first place of the game that nothing has.
-std::optional<std::string> FreeName(const std::vector<Place>& places) {
+// The name of the first place of the game that nothing has. Odd names take places too, by their count.
+std::optional<std::string> FreeName(const SlotsWork& work, const std::vector<Place>& places) {
+    std::optional<std::string> free;
+    std::size_t usable = 0;
     for (std::int32_t i = 0; i < kGameSlots; ++i) {
+        if (swap::IsBlocked(work.Slots(), i)) continue;
+        ++usable;
         std::string name = FoldCase(FileNameOf(swap::SavegamePath({}, i)));
-        if (std::none_of(places.begin(), places.end(),
-                         [&](const Place& place) { return place.Name == name; }))
-            return name;
+        const bool is_free = std::none_of(places.begin(), places.end(),
+                                          [&](const Place& place) { return place.Name == name; });
+        if (is_free && !free) free = std::move(name);
     }
-    return std::nullopt;
+    return places.size() < usable ? free : std::nullopt;
 }
 
 // The newest of the folder come first. How many is said by the free names alone: the count of free places
 // only rises from one savegame to the next, and that is meant.
-RestorePlan PlanRestore(std::vector<NumberedSave> slots, std::vector<NumberedSave> folder) {
+RestorePlan PlanRestore(const SlotsWork& work, std::vector<NumberedSave> slots,
+                        std::vector<NumberedSave> folder) {
     RestorePlan plan;
     for (NumberedSave& save : slots) {
         std::string name = FoldCase(FileNameOf(save.File.Path));
@@ -69,15 +75,18 @@ RestorePlan PlanRestore(std::vector<NumberedSave> slots, std::vector<NumberedSav
             plan.Duplicates.push_back(std::move(save));
             continue;
         }
-        std::optional<std::string> name = FreeName(plan.Places);
+        std::optional<std::string> name = FreeName(work, plan.Places);
         if (!name) break;
         plan.Places.push_back({std::move(save.File), save.Number, std::move(*name), true});
     }
     std::sort(plan.Places.begin(), plan.Places.end(), [](const Place& a, const Place& b) {
         return a.Number != b.Number ? a.Number < b.Number : a.Name < b.Name;
     });
-    for (std::size_t i = 0; i < plan.Places.size(); ++i)
-        plan.Places[i].Slot = static_cast<std::int32_t>(i);
+    std::int32_t slot = 0;
+    for (Place& place : plan.Places) {
+        place.Slot = UsableSlot(work, slot);
+        slot = place.Slot + 1;
+    }
     return plan;
 }
 
@@ -93,14 +102,38 @@ SlotsOutcome MakeRoom(const SlotsWork& work, std::vector<Place>& places) {
     return outcome;
 }
 
+// A copy with bytes of its own: the game may write it in place while the archived one is still there.
 bool Bring(const SlotsWork& work, Place& place) {
     const std::int32_t slot = swap::FreeNumber(work.Slots(), place.Slot);
-    if (!swap::PlacePair(place.File, work.Slots(), slot, work.Level().Folder, swap::Placing::Move))
+    if (!swap::PlacePair(place.File, work.Slots(), slot, work.Level().Folder, swap::Placing::Copy))
         return false;
-    const bool left = swap::LeavePair(place.File);
     place.File = {swap::SavegamePath(work.Slots(), slot),
                   place.File.Note.empty() ? std::string() : swap::NotePath(work.Slots(), slot)};
-    return left;
+    return true;
+}
+
+// The archived ones go once all copies are on the disk, each only if its copy is still the same. Counts them,
+// and gives the first one that stays.
+std::string BringAll(const SlotsWork& work, std::vector<Place>& places, std::int32_t& count) {
+    std::vector<std::pair<SavegameFile, const Place*>> brought;
+    std::string stays;
+    for (Place& place : places) {
+        if (!place.Comes) continue;
+        const SavegameFile from = place.File;
+        if (!Bring(work, place)) {
+            stays = from.Path;
+            break;
+        }
+        brought.emplace_back(from, &place);
+    }
+    const bool on_disk = brought.empty() || FlushFolder(work.Slots());
+    for (const auto& [from, place] : brought) {
+        const bool is_copy = HoldSameBytes(from.Path, place->File.Path) &&
+                             (from.Note.empty() || HoldSameBytes(from.Note, place->File.Note));
+        if (!on_disk || !is_copy || !swap::LeavePair(from)) return from.Path;
+        ++count;
+    }
+    return stays;
 }
 
 // Out of the folder: deleted where the slots have the same bytes.
@@ -113,7 +146,7 @@ bool TakeOut(const SlotsWork& work, const SavegameFile& save, std::vector<Place>
     if (const std::string note = swap::NotePath(work.Slots(), swap::SlotNumber(twin->File.Path));
         FileExists(note))
         twin->File.Note = note;
-    return DeleteFile(save.Path);
+    return HoldSameBytes(twin->File.Path, save.Path) && LeavePlace(save.Path);
 }
 
 SlotsOutcome Partly(std::int32_t count, const std::string& file) {
@@ -123,12 +156,8 @@ SlotsOutcome Partly(std::int32_t count, const std::string& file) {
 SlotsOutcome Carry(const SlotsWork& work, RestorePlan& plan) {
     SlotsOutcome outcome = MakeRoom(work, plan.Places);
     if (outcome.Result != SlotsResult::Done) return outcome;
-    for (Place& place : plan.Places) {
-        if (!place.Comes) continue;
-        const std::string from = place.File.Path;
-        if (!Bring(work, place)) return Partly(outcome.Count, from);
-        ++outcome.Count;
-    }
+    if (const std::string stays = BringAll(work, plan.Places, outcome.Count); !stays.empty())
+        return Partly(outcome.Count, stays);
     for (const NumberedSave& save : plan.Duplicates) {
         if (!TakeOut(work, save.File, plan.Places)) return Partly(outcome.Count, save.File.Path);
         ++outcome.Count;
@@ -137,11 +166,18 @@ SlotsOutcome Carry(const SlotsWork& work, RestorePlan& plan) {
 }
 
 // False if the user doesn't want the slots freed, or it can't be done: then `outcome` says why.
-bool FreeSlots(std::int32_t code, std::size_t in_slots, SlotsOutcome& outcome) {
-    if (in_slots < kGameSlots) return true;
+bool FreeSlots(const SlotsWork& work, SlotsOutcome& outcome) {
+    if (SlotSavegames(work.Level()).size() < kGameSlots) return true;
     if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kRestoreSlotsFull, {kLineBreak}))) return false;
-    outcome = ArchiveSlots(code, kGameSlots, Asker::User);
+    outcome = ArchiveWithin(work, kGameSlots);
     return outcome.Result == SlotsResult::Done;
+}
+
+// Nothing has been copied; the slots may have been archived all the same.
+SlotsOutcome NotCopied(const SlotsOutcome& archiving, const std::string& path) {
+    if (archiving.Result == SlotsResult::Done)
+        return {SlotsResult::Partly, 0, LoadMessage(msg::kToSlotsOnlyArchived) + path};
+    return {SlotsResult::Refused, 0, LoadMessage(msg::kToSlotsCannotCopy) + path};
 }
 
 } // namespace
@@ -155,7 +191,7 @@ SlotsOutcome RestoreLastSlot(std::int32_t code, Asker asker) {
     if (folder.empty()) return {};
     if (!CreateFolder(work.Slots()))
         return {SlotsResult::Refused, 0, LoadMessage(msg::kRestoreNoSlots) + work.Slots()};
-    RestorePlan plan = PlanRestore(std::move(slots), NumberedSaves(folder));
+    RestorePlan plan = PlanRestore(work, std::move(slots), NumberedSaves(folder));
     const SlotsOutcome outcome = Carry(work, plan);
     if (outcome.Count > 0 || outcome.Result == SlotsResult::Done)
         LowerSavesCounter(work.Level(), outcome.Count);
@@ -165,14 +201,15 @@ SlotsOutcome RestoreLastSlot(std::int32_t code, Asker asker) {
 SlotsOutcome RestoreToSlots(std::int32_t code, const std::string& path) {
     const SlotsWork work(msg::kDoingToSlots, code, Asker::User);
     if (!work) return work.Refusal();
+    // Archiving would give it another name, and its own to another one.
+    if (work.IsInSlots(path)) return {SlotsResult::Refused, 0, LoadMessage(msg::kToSlotsFromSlots)};
     SlotsOutcome outcome;
-    if (!FreeSlots(code, SlotSavegames(work.Level()).size(), outcome)) return outcome;
+    if (!FreeSlots(work, outcome)) return outcome;
     const std::int32_t slot = swap::FreeNumber(work.Slots(), 0);
-    if (slot >= kGameSlots) return {};
     const SavegameFile save{path, OwnNoteOf(path)};
-    if (!CreateFolder(work.Slots()) ||
+    if (slot >= kGameSlots || !CreateFolder(work.Slots()) ||
         !swap::PlacePair(save, work.Slots(), slot, work.Level().Folder, swap::Placing::Copy))
-        return {SlotsResult::Refused, 0, LoadMessage(msg::kToSlotsCannotCopy) + path};
+        return NotCopied(outcome, path);
     outcome = Compact(work);
     outcome.Count = 1;
     if (outcome.Result == SlotsResult::Done) return outcome;

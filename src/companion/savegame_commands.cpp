@@ -27,7 +27,8 @@ std::string Quoted(const std::string& text) {
 
 // A note of another savegame, which the destination replaces, may be worth keeping.
 bool CopyNote(const std::string& note, const std::string& target) {
-    if (note.empty() || IsSamePlace(note, target) || HoldSameBytes(note, target)) return true;
+    if (note.empty()) return DeleteFile(target); // that of the savegame that has been replaced
+    if (IsSamePlace(note, target) || HoldSameBytes(note, target)) return true;
     if (FileExists(target) && !AskReplaceFile(note, target)) return true;
     return CopyFileWhole(note, target);
 }
@@ -38,7 +39,8 @@ bool CopySavegame(const std::string& source, const std::string& destination, swa
     if (IsSamePlace(source, destination)) return true;
     const std::string note = OwnNoteOf(source);
     const std::string target_note = NotePathOf(destination);
-    if (!CopyFileWhole(source, destination) || !CopyNote(note, target_note)) return false;
+    const bool has_note = !note.empty() || !OwnNoteOf(destination).empty();
+    if (!CopyFileWhole(source, destination) || (has_note && !CopyNote(note, target_note))) return false;
     if (placing == swap::Placing::Copy) return true;
     const bool is_whole =
         HoldSameBytes(source, destination) && (note.empty() || HoldSameBytes(note, target_note));
@@ -51,22 +53,28 @@ bool DeleteSavegame(std::string_view path) {
 }
 
 SlotsOutcome AskDeleteSavegame(std::int32_t code, const std::string& path) {
+    trle_state::FileStamp seen = trle_state::StampOf(path);
+    seen.Hash = trle_state::HashOfFile(path);
     const MessageText question =
         LoadMessage(msg::kSaveDeleteQuestion, {std::string(Trim(SavegameLine(path)))});
     if (!AskYesNo(MessageStyle::Question, question)) return {};
     const SlotsWork work(msg::kDoingDeleteSave, code, Asker::User);
     if (!work) return work.Refusal();
+    MessageText why;
+    if (!work.Has(path, seen, why)) return {SlotsResult::Refused, 0, why};
     const std::string note = OwnNoteOf(path);
-    if (!FileExists(path) || (!DeleteSavegame(path) && FileExists(path)))
-        return {SlotsResult::Refused, 0, LoadMessage(msg::kSaveCannotDelete) + path};
-    if (!note.empty() && FileExists(note))
-        return {SlotsResult::Partly, 1, LoadMessage(msg::kSaveNoteStays) + note};
+    const bool all_gone = DeleteSavegame(path);
+    if (FileExists(path)) return {SlotsResult::Refused, 0, LoadMessage(msg::kSaveCannotDelete) + path};
     SlotsOutcome outcome{SlotsResult::Done};
-    if (EqualNoCase(FolderOf(path), work.Slots())) outcome = Compact(work);
+    if (work.IsInSlots(path)) outcome = Compact(work);
     outcome.Count = 1;
-    if (outcome.Result == SlotsResult::Done) return outcome;
-    outcome.Result = SlotsResult::Partly;
-    outcome.Message = LoadMessage(msg::kSaveDeletedPartly, {kLineBreak}) + outcome.Message;
+    if (outcome.Result != SlotsResult::Done)
+        outcome.Message = LoadMessage(msg::kSaveDeletedPartly, {kLineBreak}) + outcome.Message;
+    if (!all_gone) {
+        const std::string more = outcome.Message.text.empty() ? "" : kLineBreak + outcome.Message.text;
+        outcome.Message = LoadMessage(msg::kSaveNoteStays) + note + more;
+    }
+    if (!outcome.Message.text.empty()) outcome.Result = SlotsResult::Partly;
     return outcome;
 }
 
@@ -88,8 +96,8 @@ MessageText SavegameProperty(const std::string& path, const std::string& image) 
                      FormatDate(LoadFragment(fragment::kPropertyDatePattern), FileTime(image).value_or(0)) +
                      ")";
     const std::string note = OwnNoteOf(path);
-    return LoadMessage(msg::kSaveProperty, {SavegameLine(path) + kLineBreak, Quoted(path) + kLineBreak,
-                                            image_text + kLineBreak}) +
+    return LoadMessageOfOthers(msg::kSaveProperty, {SavegameLine(path) + kLineBreak,
+                                                    Quoted(path) + kLineBreak, image_text + kLineBreak}) +
            (note.empty() ? LoadMessage(msg::kSaveNoNote).text : Quoted(note));
 }
 

@@ -1,13 +1,19 @@
 #include "companion/savegame_notes.h"
 
+#include <map>
+
 #include "companion/slots_messages.h"
-#include "core/change.h"
+#include "companion/slots_work.h"
+#include "core/profile.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/place.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
 #include "swap/savegame_files.h"
+#include "trle_state/level_owner.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::companion {
 
@@ -32,6 +38,21 @@ std::string DecodeNote(std::string_view bytes) {
     return text;
 }
 
+// By the folder that it lies in: TRLE, or one below a level's.
+std::int32_t LevelOfSavegame(const std::string& savegame) {
+    std::string folder = FolderOf(savegame);
+    if (IsSamePlace(folder, core::TrleFolder())) return trle_state::CurrentLevelCode();
+    std::int32_t code = core::kNoLevel;
+    for (; code == core::kNoLevel && folder.find('\\') != std::string::npos; folder = FolderOf(folder))
+        code = trle_state::CodeOfFolder(folder);
+    return code;
+}
+
+bool RefuseNote(MessageId why, const std::string& path) {
+    TellCritical(LoadMessage(why) + path);
+    return false;
+}
+
 } // namespace
 
 std::string NotePathOf(std::string_view savegame) {
@@ -49,6 +70,21 @@ std::string OwnNoteOf(std::string_view savegame) {
     return is_anothers ? std::string() : note; // an archived one may have more in front of its name
 }
 
+std::vector<std::string> OwnNotesOf(const std::vector<std::string>& savegames) {
+    std::map<std::string, std::map<std::string, std::string>> folders; // notes by savegames, in capitals
+    std::vector<std::string> notes;
+    for (const std::string& savegame : savegames) {
+        const std::string folder = FolderOf(savegame);
+        const auto [found, is_new] = folders.try_emplace(folder);
+        if (is_new)
+            for (const swap::SavegameFile& save : swap::ListSavegameFiles(folder))
+                found->second[FoldCase(save.Path)] = save.Note;
+        const auto note = found->second.find(FoldCase(savegame));
+        notes.push_back(note == found->second.end() ? OwnNoteOf(savegame) : note->second);
+    }
+    return notes;
+}
+
 bool IsNoteName(std::string_view name) {
     return swap::IsNoteName(name);
 }
@@ -62,19 +98,20 @@ std::string ReadNoteFile(std::string_view note) {
     return DecodeNote(ReadFileStart(note, kLongestNote).value_or(std::string()));
 }
 
-bool WriteNote(const std::string& savegame, std::string_view text) {
-    const core::Change change(msg::kDoingNote, core::kAll);
-    if (!change) return false;
-    const std::string note = NotePathOf(savegame);
-    const bool is_anothers = FileExists(note) && OwnNoteOf(savegame).empty();
-    if (!FileExists(savegame) || is_anothers) {
-        TellCritical(LoadMessage(msg::kNoteNoSavegame) + savegame);
+bool WriteNote(const std::string& savegame, std::string_view text, const trle_state::FileStamp& seen) {
+    const std::int32_t code = LevelOfSavegame(savegame);
+    if (code == core::kNoLevel || !FileExists(savegame)) return RefuseNote(msg::kNoteNoSavegame, savegame);
+    const SlotsWork work(msg::kDoingNote, code, Asker::User);
+    MessageText why;
+    if (!work || !work.Has(savegame, seen, why)) {
+        TellOutcome(work ? SlotsOutcome{SlotsResult::Refused, 0, why} : work.Refusal());
         return false;
     }
+    if (!swap::OwnsItsNote(savegame)) return RefuseNote(msg::kNoteNoSavegame, savegame);
+    const std::string note = NotePathOf(savegame);
     const bool stands =
         Trim(text).empty() ? DeleteFile(note) : ReplaceFileBytes(note, EncodeNote(text), Flush::Yes);
-    if (!stands) TellCritical(LoadMessage(msg::kNoteNotWritten) + note);
-    return stands;
+    return stands || RefuseNote(msg::kNoteNotWritten, note);
 }
 
 } // namespace kelvash::companion

@@ -7,6 +7,9 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "trle_state/file_stamp.h"
 
 namespace kelvash::companion {
 
@@ -14,6 +17,8 @@ namespace kelvash::companion {
 std::string NotePathOf(std::string_view savegame);
 // The same for one that is there and is this savegame's own; else empty.
 std::string OwnNoteOf(std::string_view savegame);
+// The same for many, in their order; each folder is read once.
+std::vector<std::string> OwnNotesOf(const std::vector<std::string>& savegames);
 // True for the name of a note: note<N>.txt.
 bool IsNoteName(std::string_view name);
 
@@ -21,8 +26,11 @@ bool IsNoteName(std::string_view name);
 std::string ReadNote(std::string_view savegame);
 // The text of a note file.
 std::string ReadNoteFile(std::string_view note);
-// Replaces the note; a text that trims to nothing deletes it. False after a message, with the old one in its
-// place. Opens its own core::Change.
-[[nodiscard]] bool WriteNote(const std::string& savegame, std::string_view text);
+// Replaces the note of a level's savegame; a text that trims to nothing deletes it. `seen` is what the
+// savegame was when the text was begun, if that is known. False after a message, with the old note in its
+// place: also where the savegame is no level's, has become another one, or its number is another's. Opens
+// its own core::Change.
+[[nodiscard]] bool WriteNote(const std::string& savegame, std::string_view text,
+                             const trle_state::FileStamp& seen = {});
 
 } // namespace kelvash::companion

@@ -16,20 +16,21 @@ struct NoteSearch {
 };
 constinit NoteSearch& last = State<NoteSearch>::Get();
 
-bool Holds(const std::string& savegame, const std::string& folded) {
-    return FoldCase(ReadNote(savegame)).find(folded) != std::string::npos;
+bool Holds(const std::string& note, const std::string& folded) {
+    return FoldCase(note.empty() ? note : ReadNoteFile(note)).find(folded) != std::string::npos;
 }
 
 std::optional<std::size_t> Search(const std::vector<std::string>& archived,
                                   std::optional<std::size_t> selected, SearchWay way) {
     const std::size_t count = archived.size();
+    const std::vector<std::string> notes = OwnNotesOf(archived);
     const std::string folded = FoldCase(last.Text);
     const bool back = way == SearchWay::Back;
     // Without a selection the first to be looked at is the first of the list, or the last.
     const std::size_t start = selected.value_or(back ? 0 : count - 1) % count;
     for (std::size_t step = 1; step <= count; ++step) {
         const std::size_t at = (back ? start + count - step : start + step) % count;
-        if (Holds(archived[at], folded)) return at;
+        if (Holds(notes[at], folded)) return at;
     }
     ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kFindNothing));
     return std::nullopt;

@@ -24,16 +24,24 @@ using trle_state::HoldSameBytes;
 
 namespace {
 
-// True if there is room for so many; `outcome` says why not.
-bool MakeRoom(const SlotsWork& work, std::size_t coming, SlotsOutcome& outcome) {
+// True if there is room for so many; `outcome` says why not. `archived`: the slots have been for that.
+bool MakeRoom(const SlotsWork& work, std::size_t coming, SlotsOutcome& outcome, bool& archived) {
     const auto fits = [&] { return coming + SlotSavegames(work.Level()).size() <= kGameSlots; };
     if (fits()) return true;
-    outcome = ArchiveSlots(work.Level().Code, kGameSlots, Asker::User);
+    outcome = ArchiveWithin(work, kGameSlots);
     if (outcome.Result != SlotsResult::Done && outcome.Result != SlotsResult::Nothing) return false;
+    archived = outcome.Result == SlotsResult::Done;
     outcome = {};
     if (fits()) return true;
     ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kImportTooMany) + std::to_string(kMostToImport));
+    if (archived) outcome = {SlotsResult::Partly, 0, LoadMessage(msg::kImportOnlyArchived)};
     return false;
+}
+
+SlotsOutcome NotImported(const std::string& file, std::int32_t count, bool archived) {
+    MessageText why = LoadMessage(msg::kImportCannotCopy) + file;
+    if (archived && count == 0) why = LoadMessage(msg::kImportOnlyArchived) + kLineBreak + why;
+    return {archived || count > 0 ? SlotsResult::Partly : SlotsResult::Refused, count, why};
 }
 
 // Where files of one name go: the folder, then its sub-folders slot1, slot2, ...
@@ -59,14 +67,16 @@ enum class Exported { Done, NotWanted, NotCopied, NotDeleted };
 // The note goes beside the copy, without replacing another one.
 bool TakeOutOfLevel(const std::string& file, const std::string& target) {
     const std::string note = OwnNoteOf(file);
-    if (!HoldSameBytes(file, target) || !FlushFile(target)) return false;
+    if (!FlushFile(target)) return false;
     const std::string target_note = NotePathOf(target);
     const bool note_goes = note.empty() || HoldSameBytes(note, target_note) || CopyFileNew(note, target_note);
-    return note_goes && DeleteFile(file) && (note.empty() || DeleteFile(note));
+    return note_goes && FlushFolder(FolderOf(target)) && HoldSameBytes(file, target) &&
+           swap::LeavePair({file, note});
 }
 
-Exported Export(const std::string& file, const std::string& target, Sources sources) {
-    if (target.empty()) return Exported::NotCopied;
+Exported Export(const SlotsWork& work, const std::string& file, const std::string& target, Sources sources) {
+    MessageText why; // its place among those that weren't exported tells enough
+    if (target.empty() || !work.Has(file, {}, why)) return Exported::NotCopied;
     if (IsSamePlace(file, target)) return Exported::NotWanted; // it is there already, and stays
     if (FileExists(target) && !HoldSameBytes(file, target) && !AskReplaceFile(file, target))
         return Exported::NotWanted;
@@ -80,17 +90,18 @@ Exported Export(const std::string& file, const std::string& target, Sources sour
 SlotsOutcome ImportSavegames(std::int32_t code, const std::vector<std::string>& files) {
     const SlotsWork work(msg::kDoingImport, code, Asker::User);
     if (!work) return work.Refusal();
+    for (const std::string& file : files) // archiving would give it another name
+        if (work.IsInSlots(file)) return {SlotsResult::Refused, 0, LoadMessage(msg::kImportFromSlots) + file};
     SlotsOutcome outcome;
-    if (!MakeRoom(work, files.size(), outcome)) return outcome;
+    bool archived = false;
+    if (!MakeRoom(work, files.size(), outcome, archived)) return outcome;
     if (!CreateFolder(work.Slots()))
         return {SlotsResult::Refused, 0, LoadMessage(msg::kImportNoSlots) + work.Slots()};
     for (const std::string& file : files) {
         const std::int32_t slot = swap::FreeNumber(work.Slots(), 0);
-        const bool copied =
-            swap::PlacePair({file}, work.Slots(), slot, work.Level().Folder, swap::Placing::Copy);
-        if (!copied)
-            return {outcome.Count == 0 ? SlotsResult::Refused : SlotsResult::Partly, outcome.Count,
-                    LoadMessage(msg::kImportCannotCopy) + file};
+        if (slot >= kGameSlots ||
+            !swap::PlacePair({file}, work.Slots(), slot, work.Level().Folder, swap::Placing::Copy))
+            return NotImported(file, outcome.Count, archived);
         ++outcome.Count;
     }
     outcome.Result = SlotsResult::Done;
@@ -106,7 +117,7 @@ SlotsOutcome ExportSavegames(std::int32_t code, const std::vector<std::string>& 
     std::string not_copied;
     std::string not_deleted;
     for (const std::string& file : files) {
-        const Exported exported = Export(file, places.For(file), sources);
+        const Exported exported = Export(work, file, places.For(file), sources);
         if (exported == Exported::NotCopied) not_copied += kLineBreak + file;
         if (exported == Exported::NotDeleted) not_deleted += kLineBreak + file;
         if (exported == Exported::Done || exported == Exported::NotDeleted) ++outcome.Count;

@@ -13,7 +13,8 @@ namespace kelvash::companion {
 inline constexpr std::int32_t kMostToImport = 14;
 
 // Puts savegames into the lowest free slots, without their notes. Where they don't fit the slots are archived
-// first; Nothing, after a message, if they don't fit then either.
+// first; if they don't fit then either that is told, and it is Nothing, or Partly after an archiving. One
+// that is in the slots already is refused.
 [[nodiscard]] SlotsOutcome ImportSavegames(std::int32_t code, const std::vector<std::string>& files);
 
 // Copies savegames into a folder under their own names, without their notes; of one name the second and the

@@ -9,8 +9,8 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
+#include "swap/moved_saves.h"
 #include "swap/savegame_files.h"
-#include "trle_state/trle_state.h"
 
 namespace kelvash::companion {
 
@@ -33,6 +33,11 @@ std::int32_t ReadSavegameInfo(std::string_view path, std::string& title) {
     return reader.Get<std::int16_t>();
 }
 
+bool IsSavegameName(std::string_view name) {
+    const std::string start = LoadFragment(fragment::kSaveNamePart);
+    return StartsWithNoCase(name, start) && name.size() > start.size();
+}
+
 std::int32_t SavegameSlotNumber(std::string_view path) {
     return swap::SlotNumber(path);
 }
@@ -48,8 +53,7 @@ std::string SavegameLine(std::string_view path) {
 }
 
 std::string SlotFolder(const core::LevelPlace& level) {
-    if (level.Code == trle_state::CurrentLevelCode()) return core::TrleFolder();
-    return core::StashFolder(level.Folder);
+    return swap::SlotsOfFolder(level.Folder);
 }
 
 std::vector<std::string> SlotSavegames(const core::LevelPlace& level) {

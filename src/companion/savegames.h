@@ -17,13 +17,15 @@ namespace kelvash::companion {
 
 // Running number and title. A file that can't be read has the number 0 and the title "<NOT READABLE>".
 std::int32_t ReadSavegameInfo(std::string_view path, std::string& title);
+// True for a name as the game gives it: "savegame." and something.
+bool IsSavegameName(std::string_view name);
 // The number behind the dot of the file's name.
 std::int32_t SavegameSlotNumber(std::string_view path);
 // How a list shows a savegame: "  12 Title  (dd/mm/yyyy  hh:nn:ss) ".
 std::string SavegameLine(std::string_view path);
 
 // Where the slots of a level are: the TRLE folder while it is installed there, else the level's
-// BACKUP_SAVEGAMES.
+// BACKUP_SAVEGAMES. Empty where that can't be told (swap/moved_saves.h).
 std::string SlotFolder(const core::LevelPlace& level);
 // Full paths of the savegames in a level's slots, and of those archived at any depth below its SAVEGAMES.
 std::vector<std::string> SlotSavegames(const core::LevelPlace& level);

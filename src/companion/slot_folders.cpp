@@ -44,7 +44,9 @@ std::string NewSlotFolder(const core::LevelPlace& level, MessageText& why) {
     const std::string staging = StagingFolder(level);
     RemoveCopies(staging, SlotFolder(level));
     // Savegames that are nowhere else stay archived.
-    if (FolderExists(staging) && !RenameFile(staging, FreeSlotFolder(level))) {
+    const bool is_own = FolderExists(staging) && !IsLink(staging);
+    const bool in_the_way = is_own ? !RenameFile(staging, FreeSlotFolder(level)) : AnythingStands(staging);
+    if (in_the_way) {
         why = LoadMessage(msg::kArchiveInTheWay) + staging;
         return {};
     }
@@ -55,7 +57,7 @@ std::string NewSlotFolder(const core::LevelPlace& level, MessageText& why) {
 
 void RemoveCopies(const std::string& staging, std::string_view slots) {
     if (!FolderExists(staging) || IsLink(staging)) return;
-    DeleteFile(staging + "\\" + std::string(kPartialFile));
+    static_cast<void>(LeavePlace(staging + "\\" + std::string(kPartialFile)));
     const std::vector<SavegameFile> there = swap::ListSavegameFiles(slots);
     for (const SavegameFile& copy : swap::ListSavegameFiles(staging))
         for (const SavegameFile& save : there) {
@@ -74,9 +76,9 @@ std::string LastSlotFolder(const core::LevelPlace& level) {
         ++number;
     for (; number > 0; --number) {
         std::string folder = SlotFolderPath(level, number);
+        if (IsLink(folder)) continue; // it leads to files of somebody else
         if (AnyFile(folder, LoadFragment(fragment::kSaveSlotMask))) return folder;
-        // A link to a folder leads to files of somebody else.
-        if (!IsLink(folder) && IsTrulyEmpty(folder)) RemoveEmptyFolder(folder);
+        if (IsTrulyEmpty(folder)) RemoveEmptyFolder(folder);
     }
     return {};
 }

@@ -5,9 +5,11 @@
 
 #include "companion/savegames.h"
 #include "companion/slots_messages.h"
+#include "core/profile.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
+#include "foundation/place.h"
 #include "foundation/place_file.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
@@ -26,47 +28,66 @@ void TellOutcome(const SlotsOutcome& outcome) {
     if (!outcome.Message.text.empty()) TellCritical(outcome.Message);
 }
 
-namespace {
-
-// A Change tells of a level that the Archive doesn't have, which the watcher must not.
-std::int32_t CodeFor(std::int32_t code, Asker asker) {
-    return asker == Asker::User || core::PlaceOf(code).IsListed() ? code : core::kNoLevel;
+SlotsWork::SlotsWork(MessageId doing, std::int32_t code, Asker asker)
+    : change_(doing, core::kAll | (asker == Asker::Watcher ? core::kUntold | core::kSilent : 0U), code) {
+    is_open_ = Enter(code, asker);
 }
 
-} // namespace
+bool SlotsWork::Refuse(MessageText why, SlotsResult result) {
+    refusal_ = {result, 0, std::move(why)};
+    return false;
+}
 
-SlotsWork::SlotsWork(MessageId doing, std::int32_t code, Asker asker)
-    : change_(doing, core::kAll | (asker == Asker::Watcher ? core::kUntold : 0U), CodeFor(code, asker)) {
-    if (!change_) // it has been told, or is to be tried again
-        Refuse(asker == Asker::Watcher ? SlotsResult::Busy : SlotsResult::Refused, {});
-    else if (asker == Asker::Watcher && !Level().IsListed())
-        Refuse(SlotsResult::Refused, LoadMessage(msg::kSlotsUnknownLevel));
-    else if (code == core::kNoLevel)
-        Refuse(SlotsResult::Nothing, {});
-    else
-        is_open_ = Prepare(asker);
+bool SlotsWork::Enter(std::int32_t code, Asker asker) {
+    const bool watches = asker == Asker::Watcher;
+    if (!change_ && watches)
+        return Refuse(change_.Why(), change_.IsLockedOut() ? SlotsResult::Busy : SlotsResult::Refused);
+    if (!change_) return Refuse({}); // it has been told
+    if (!moving_.IsOutermost())
+        return Refuse(watches ? MessageText() : LoadMessage(msg::kSlotsUnderWay), SlotsResult::Busy);
+    return TakeLevel(code, asker) && Prepare(asker);
+}
+
+bool SlotsWork::TakeLevel(std::int32_t code, Asker asker) {
+    level_ = change_.Level();
+    if (code != core::kNoLevel) return true;
+    if (asker == Asker::User) return Refuse({}, SlotsResult::Nothing);
+    const trle_state::TrleState state = trle_state::LookAtTrle();
+    level_.Name = state.Record.Owner.Name;
+    level_.Folder = state.OwnerFolder;
+    return !level_.Folder.empty() || Refuse(LoadMessage(msg::kSlotsNobodys));
 }
 
 bool SlotsWork::Prepare(Asker asker) {
     if (trle_state::LookAtTrle().Content == trle_state::Holds::CutShort) {
-        const bool ended = asker == Asker::User && swap::EndCutShort() == swap::CutShort::Ended;
-        if (!ended) {
-            Refuse(asker == Asker::Watcher ? SlotsResult::Busy : SlotsResult::Refused, {});
-            return false;
-        }
+        if (asker == Asker::Watcher) return Refuse(LoadMessage(msg::kSlotsCutShort));
+        if (swap::EndCutShort() != swap::CutShort::Ended) return Refuse({});
     }
-    if (!FolderExists(Level().Folder)) {
-        Refuse(SlotsResult::Refused, LoadMessage(msg::kSlotsNoLevelFolder) + Level().Folder);
-        return false;
-    }
+    if (!FolderExists(level_.Folder)) return Refuse(LoadMessage(msg::kSlotsNoLevelFolder) + level_.Folder);
     MessageText why;
     const swap::Rescue rescue = asker == Asker::User ? swap::Rescue::Yes : swap::Rescue::No;
-    if (!swap::BringMovedSavesHome(rescue, why)) {
-        Refuse(SlotsResult::Refused, why);
+    if (!swap::BringMovedSavesHome(rescue, why)) return Refuse(why);
+    slots_ = SlotFolder(level_);
+    return !slots_.empty() || Refuse(LoadMessage(msg::kSlotsNowhere) + core::TrleFolder());
+}
+
+bool SlotsWork::IsInSlots(std::string_view path) const {
+    return IsSamePlace(FolderOf(path), slots_);
+}
+
+bool SlotsWork::Has(const std::string& savegame, const trle_state::FileStamp& seen, MessageText& why) const {
+    const bool is_own = IsInSlots(savegame) || LiesIn(savegame, core::SavegamesFolder(level_.Folder)) ||
+                        LiesIn(savegame, swap::RepeatedFolder(level_.Folder));
+    if (!is_own || !FileExists(savegame)) {
+        why = LoadMessage(msg::kSlotsNotHere) + savegame;
         return false;
     }
-    slots_ = SlotFolder(Level());
-    return true;
+    const trle_state::FileStamp now = trle_state::StampOf(savegame);
+    const bool is_same =
+        seen.Size < 0 || (now.Size == seen.Size && now.Time == seen.Time &&
+                          (seen.Hash.empty() || trle_state::HashOfFile(savegame) == seen.Hash));
+    if (!is_same) why = LoadMessage(msg::kSlotsAnother) + savegame;
+    return is_same;
 }
 
 std::vector<NumberedSave> NumberedSaves(std::string_view folder) {
@@ -82,6 +103,12 @@ std::vector<NumberedSave> NumberedSaves(std::string_view folder) {
 void SortAscending(std::vector<NumberedSave>& saves) {
     std::stable_sort(saves.begin(), saves.end(),
                      [](const NumberedSave& a, const NumberedSave& b) { return a.Number < b.Number; });
+}
+
+std::int32_t UsableSlot(const SlotsWork& work, std::int32_t from) {
+    while (swap::IsBlocked(work.Slots(), from))
+        ++from;
+    return from;
 }
 
 namespace {
@@ -143,10 +170,10 @@ SlotsOutcome TakeAllIn(const SlotsWork& work, const std::vector<Mover>& movers) 
         if (!TakeIn(mover))
             return GiveUp(movers, SlotsResult::Refused,
                           LoadMessage(msg::kSlotsCannotMove) + mover.Entry->File.Path);
-    for (const Mover& mover : movers)
-        if (!IsAsTakenIn(mover))
-            return GiveUp(movers, SlotsResult::Busy,
-                          LoadMessage(msg::kSlotsChanging) + mover.Entry->File.Path);
+    // The names must be on the disk before others go.
+    if (!FlushFolder(swap::MovingFolder()))
+        return GiveUp(movers, SlotsResult::Refused,
+                      LoadMessage(msg::kSlotsCannotMove) + swap::MovingFolder());
     return {SlotsResult::Done};
 }
 
@@ -154,28 +181,43 @@ MessageText NotInOrder() {
     return LoadMessage(msg::kSlotsNotInOrder) + swap::MovingFolder();
 }
 
-SlotsOutcome ComeBack(const std::string& stays) {
+SlotsOutcome ComeBack(SlotsResult result, MessageText told) {
     MessageText why;
-    if (swap::BringMovedSavesHome(swap::Rescue::No, why))
-        return {SlotsResult::Refused, 0, LoadMessage(msg::kSlotsCannotLeave) + stays};
+    if (swap::BringMovedSavesHome(swap::Rescue::No, why)) return {result, 0, std::move(told)};
     return {SlotsResult::Partly, 0, NotInOrder()};
+}
+
+// Takes the movers out of the slots, each only while it is what was taken in: of one that has been written
+// since, the working folder holds what the player has overwritten, and that goes.
+SlotsOutcome LeaveAll(const std::vector<Mover>& movers) {
+    for (const Mover& mover : movers) {
+        const std::string& path = mover.Entry->File.Path;
+        if (!IsAsTakenIn(mover)) {
+            if (FileExists(path)) static_cast<void>(swap::LeavePair(mover.In));
+            return {SlotsResult::Busy, 0, LoadMessage(msg::kSlotsChanging) + path};
+        }
+        if (!swap::LeavePair(mover.Entry->File))
+            return {SlotsResult::Refused, 0, LoadMessage(msg::kSlotsCannotLeave) + path};
+    }
+    return {SlotsResult::Done};
 }
 
 // The slots hold none of the movers any more. False if one could not be put into its new place.
 bool PutBack(const SlotsWork& work, const std::vector<Mover>& movers) {
-    bool all = true;
+    std::vector<const Mover*> placed;
     for (const Mover& mover : movers) {
         const std::int32_t slot = swap::FreeNumber(work.Slots(), mover.Entry->Slot);
-        const bool is_back =
-            swap::PlacePair(mover.In, work.Slots(), slot, work.Level().Folder, swap::Placing::Move) &&
-            swap::LeavePair(mover.In);
-        all = all && is_back;
-        if (!is_back) continue;
+        if (!swap::PlacePair(mover.In, work.Slots(), slot, work.Level().Folder, swap::Placing::Move))
+            continue;
+        placed.push_back(&mover);
         mover.Entry->Slot = slot;
         mover.Entry->File.Path = swap::SavegamePath(work.Slots(), slot);
         if (!mover.In.Note.empty()) mover.Entry->File.Note = swap::NotePath(work.Slots(), slot);
     }
-    return all;
+    const bool stand = FlushFolder(work.Slots());
+    return std::all_of(placed.begin(), placed.end(),
+                       [&](const Mover* mover) { return stand && swap::LeavePair(mover->In); }) &&
+           placed.size() == movers.size();
 }
 
 } // namespace
@@ -183,9 +225,12 @@ bool PutBack(const SlotsWork& work, const std::vector<Mover>& movers) {
 SlotsOutcome Renumber(const SlotsWork& work, std::vector<Renumbering>& list) {
     const std::vector<Mover> movers = MoversOf(work, list);
     if (movers.empty()) return {SlotsResult::Done};
+    swap::RenumberScope scope;
     if (SlotsOutcome in = TakeAllIn(work, movers); in.Result != SlotsResult::Done) return in;
-    for (const Mover& mover : movers)
-        if (!swap::LeavePair(mover.Entry->File)) return ComeBack(mover.Entry->File.Path);
+    if (SlotsOutcome left = LeaveAll(movers); left.Result != SlotsResult::Done) {
+        scope.End();
+        return ComeBack(left.Result, left.Message);
+    }
     const bool all = PutBack(work, movers);
     if (all && swap::EndMoving()) return {SlotsResult::Done};
     return {SlotsResult::Partly, 0, NotInOrder()};
@@ -195,9 +240,11 @@ SlotsOutcome Compact(const SlotsWork& work) {
     std::vector<NumberedSave> saves = NumberedSaves(work.Slots());
     SortAscending(saves);
     std::vector<Renumbering> list;
-    list.reserve(saves.size());
-    for (NumberedSave& save : saves)
-        list.push_back({std::move(save.File), static_cast<std::int32_t>(list.size())});
+    std::int32_t slot = 0;
+    for (NumberedSave& save : saves) {
+        slot = UsableSlot(work, slot);
+        list.push_back({std::move(save.File), slot++});
+    }
     return Renumber(work, list);
 }
 

@@ -10,11 +10,14 @@
 #include "core/change.h"
 #include "swap/moved_saves.h"
 #include "swap/savegame_files.h"
+#include "trle_state/file_stamp.h"
 
 namespace kelvash::companion {
 
 // The door of an operation on a level's savegames: the locks, a TRLE folder whose swap has ended, and nothing
-// left in the working folder.
+// left in the working folder. One at a time: an operation that begins in the middle of another, from an event
+// that a box or a long copy lets through, finds it shut. For the watcher kNoLevel is the level of another
+// Archive that is in TRLE.
 class SlotsWork {
   public:
     SlotsWork(MessageId doing, std::int32_t code, Asker asker);
@@ -22,16 +25,25 @@ class SlotsWork {
     explicit operator bool() const { return is_open_; }
     // Why it isn't open.
     const SlotsOutcome& Refusal() const { return refusal_; }
-    const core::LevelPlace& Level() const { return change_.Level(); }
+    const core::LevelPlace& Level() const { return level_; }
     // The folder of the slots.
     const std::string& Slots() const { return slots_; }
 
+    // True for a file right in the slots.
+    bool IsInSlots(std::string_view path) const;
+    // True if a savegame that was chosen before the door is the level's, and still the one that was seen;
+    // else `why`. `seen` may know nothing, or no hash.
+    bool Has(const std::string& savegame, const trle_state::FileStamp& seen, MessageText& why) const;
+
   private:
-    void Refuse(SlotsResult result, MessageText why) { refusal_ = {result, 0, std::move(why)}; }
+    bool Refuse(MessageText why, SlotsResult result = SlotsResult::Refused);
+    bool Enter(std::int32_t code, Asker asker);
+    bool TakeLevel(std::int32_t code, Asker asker);
     bool Prepare(Asker asker);
 
     core::Change change_;
     swap::MovingScope moving_;
+    core::LevelPlace level_;
     std::string slots_;
     SlotsOutcome refusal_;
     bool is_open_ = false;
@@ -45,6 +57,8 @@ struct NumberedSave {
 std::vector<NumberedSave> NumberedSaves(std::string_view folder);
 // In the order of the running numbers; equal ones stay as they stand.
 void SortAscending(std::vector<NumberedSave>& saves);
+// The lowest slot from `from` on whose names no folder and no dead link has.
+std::int32_t UsableSlot(const SlotsWork& work, std::int32_t from);
 
 // A savegame of the slots and the number that it gets there.
 struct Renumbering {

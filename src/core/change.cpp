@@ -31,19 +31,6 @@ std::string ArchiveFolder() {
     return std::string(Trim(archive.Header.SecondaryFolder));
 }
 
-void TellRefusal(MessageId refusal, const LockHolder& holder) {
-    TellCritical(LoadMessage(refusal, {holder.Program, std::to_string(holder.Process), holder.Doing}));
-}
-
-// The door of an outer swap has looked already, unless another TRLE folder has been chosen since.
-bool GameIsOut() {
-    const auto& looked_at = state.SwapFolders;
-    if (std::find(looked_at.begin(), looked_at.end(), TrleFolder()) != looked_at.end() || FindGame() == 0)
-        return true;
-    TellCritical(LoadMessage(msg::kGameIsRunning));
-    return false;
-}
-
 // The Archive may lie in another folder than at the door.
 void KeepUnsaved() {
     LockHolder holder;
@@ -52,20 +39,32 @@ void KeepUnsaved() {
         state.Unsaved.Tell(doing);
 }
 
-// Level 0000 and the choice of none are for the operation to judge.
-bool LevelStands(const LevelPlace& level) {
-    if (level.Code <= 0 || level.IsListed()) return true;
-    TellCritical(LoadMessage(msg::kLevelIsGone));
+} // namespace
+
+bool Change::Refuse(MessageText why) {
+    why_ = std::move(why);
+    if (!silent_) TellCritical(why_);
     return false;
 }
 
-} // namespace
+// The door of an outer swap has looked already, unless another TRLE folder has been chosen since.
+bool Change::GameIsOut() {
+    const auto& looked_at = state.SwapFolders;
+    const bool is_known = std::find(looked_at.begin(), looked_at.end(), TrleFolder()) != looked_at.end();
+    return is_known || FindGame() == 0 || Refuse(LoadMessage(msg::kGameIsRunning));
+}
 
-Change::Change(MessageId doing, unsigned what, std::int32_t level) : untold_((what & kUntold) != 0) {
+// Level 0000 and the choice of none are for the operation to judge.
+bool Change::LevelStands() {
+    return level_.Code <= 0 || level_.IsListed() || Refuse(LoadMessage(msg::kLevelIsGone));
+}
+
+Change::Change(MessageId doing, unsigned what, std::int32_t level)
+    : untold_((what & kUntold) != 0), silent_((what & kSilent) != 0) {
     SettleUnsaved();
     granted_ = TakeLocks(LoadMessage(doing), what);
     if (granted_ && level != kNoLevel) level_ = PlaceOf(level);
-    granted_ = granted_ && LevelStands(level_);
+    granted_ = granted_ && LevelStands();
     if (granted_ && (what & kNoGame) != 0) state.SwapFolders.push_back(swap_folder_.emplace(TrleFolder()));
     if (granted_) return;
     state.Refused = state.Refused || !is_passed_over_;
@@ -76,15 +75,13 @@ bool Change::Take(FolderLock& lock, const std::string& folder, const std::string
     if (folder.empty()) return true;
     LockHolder holder;
     const LockResult result = lock.Await(folder, LockKind::Change, doing, state.Patience, holder);
-    is_passed_over_ = untold_ && result == LockResult::Held;
+    is_locked_out_ = result == LockResult::Held;
+    is_passed_over_ = untold_ && is_locked_out_;
     if (is_passed_over_) return false;
-    if (result == LockResult::Held) {
-        state.LockedOut = true;
-        TellRefusal(refusal, holder);
-    } else if (result == LockResult::Failed) {
-        TellCritical(LoadMessage(msg::kCannotLock));
-    }
-    return result == LockResult::Taken;
+    if (result == LockResult::Failed) return Refuse(LoadMessage(msg::kCannotLock));
+    if (!is_locked_out_) return true;
+    state.LockedOut = true;
+    return Refuse(LoadMessage(refusal, {holder.Program, std::to_string(holder.Process), holder.Doing}));
 }
 
 bool Change::TakeLocks(const std::string& doing, unsigned what) {

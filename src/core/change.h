@@ -31,6 +31,8 @@ inline constexpr unsigned kSwap = kAll | 8;
 // Added to these: who is locked out by another program's work isn't told of it, and nothing counts as
 // refused.
 inline constexpr unsigned kUntold = 16;
+// Added to kUntold: no other reason is told either. A running game lies over every box.
+inline constexpr unsigned kSilent = 32;
 
 using trle_state::kNoLevel;
 using trle_state::LevelPlace;
@@ -45,6 +47,9 @@ class Change {
     Change& operator=(const Change&) = delete;
 
     explicit operator bool() const { return granted_; }
+    // Why it isn't granted: because another program holds a lock, or what Why() says.
+    bool IsLockedOut() const { return is_locked_out_; }
+    const MessageText& Why() const { return why_; }
     // The level that it is about, as it was found here; that of kNoLevel if it isn't about one.
     const LevelPlace& Level() const { return level_; }
     // Ends it before its scope does. An Archive with unsaved changes stays locked until they are saved or
@@ -56,10 +61,16 @@ class Change {
     bool TakeArchive(const std::string& doing);
     void CloseSwap();
     bool Take(FolderLock& lock, const std::string& folder, const std::string& doing, MessageId refusal);
+    bool Refuse(MessageText why);
+    bool GameIsOut();
+    bool LevelStands();
 
     FolderLock home_, trle_, archive_;
     bool untold_;
+    bool silent_;
+    bool is_locked_out_ = false;
     bool is_passed_over_ = false;
+    MessageText why_;
     bool granted_ = false;
     LevelPlace level_;
     std::optional<std::string> swap_folder_; // of an open swap

@@ -156,6 +156,8 @@ bool RenameFile(std::string_view old_path, std::string_view new_path) {
 
 bool CopyFileWhole(std::string_view source, std::string_view destination) {
     const std::string partial = FolderOf(destination) + "\\" + std::string(kPartialFile);
+    // A killed run may have left it as a second name of another file, whose attributes are to stay.
+    static_cast<void>(platform::Unlink(NativePath(partial)));
     if (!CopyFile(source, partial)) return false;
     ClearReadOnly(destination);
     // As whole as a rename; but of a file that takes another one's place by a rename some file systems begin

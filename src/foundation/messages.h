@@ -32,6 +32,9 @@ using MessageArgs = std::vector<std::string>;
 // occurrence, so that "~1" and "~10" can stand in one text. A mark without an argument stays.
 MessageText LoadMessage(MessageId id, const MessageArgs& args = {});
 
+// The same in one pass, for arguments that others have written: what looks like a mark in one stays.
+MessageText LoadMessageOfOthers(MessageId id, const MessageArgs& args);
+
 struct Fragment {
     std::int32_t id;
     std::string_view name;

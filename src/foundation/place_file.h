@@ -14,6 +14,11 @@ namespace kelvash {
 [[nodiscard]] bool CopyFileNew(std::string_view source, std::string_view destination);
 // Takes one place of a file away; another keeps its attributes. True also when nothing is there.
 [[nodiscard]] bool LeavePlace(std::string_view path);
+// The names that a folder has got, and its own, are on the disk after this, as far as the platform offers
+// that. False on error.
+[[nodiscard]] bool FlushFolder(std::string_view folder);
+// True for a file, a folder or a link, one that leads nowhere too.
+bool AnythingStands(std::string_view path);
 // True if the path itself is a link, wherever it leads.
 bool IsLink(std::string_view path);
 

@@ -250,6 +250,7 @@ bool StartUp(std::string_view command_line, const FirstStepWatcher& at_first_sta
         EndFirstSteps();
         begin(FirstStep::Over);
     }
+    swap::LookForMovedSaves(); // now that the level is known that they may be of
     RegisterAppPaths();
     swap::TellRescuedSaves();
     core::TellCutShortMove();

@@ -4,6 +4,7 @@
 
 #include "core/archive.h"
 #include "core/change.h"
+#include "core/ports.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
@@ -36,6 +37,7 @@ namespace {
 
 struct MovingState {
     int Scopes = 0;
+    int Renumberings = 0; // under way
 };
 constinit MovingState& moving = State<MovingState>::Get();
 
@@ -70,10 +72,11 @@ const SavegameFile* FindTwin(const SavegameFile& save, const std::vector<Savegam
 bool BringHome(const SavegameFile& save, const std::string& slots, const std::string& level_folder) {
     const std::int32_t own = SlotNumber(save.Path);
     if (const std::string target = slots + "\\" + FileNameOf(save.Path);
-        !EqualNoCase(target, SavegamePath(slots, own)) && save.Note.empty() && !FileExists(target))
-        return PlaceFileNew(save.Path, target) && LeavePair(save);
+        !EqualNoCase(target, SavegamePath(slots, own)) && save.Note.empty() && !AnythingStands(target))
+        return PlaceFileNew(save.Path, target) && FlushFolder(slots) && LeavePair(save);
     const std::int32_t number = FreeNumber(slots, own) == own ? own : FreeNumber(slots, 0);
-    return PlacePair(save, slots, number, level_folder, Placing::Move) && LeavePair(save);
+    return PlacePair(save, slots, number, level_folder, Placing::Move) && FlushFolder(slots) &&
+           LeavePair(save);
 }
 
 // What is there already has come home before the end of the run.
@@ -93,7 +96,8 @@ void BringAllHome(const std::string& slots, const std::string& level_folder) {
 }
 
 std::string FromWhere(const std::optional<MovedSaves>& moved) {
-    return moved ? LoadMessage(msg::kMovingOwner, {moved->Owner.Name, moved->Archive, moved->Owner.Folder})
+    return moved ? LoadMessageOfOthers(msg::kMovingOwner,
+                                       {moved->Owner.Name, moved->Archive, moved->Owner.Folder})
                  : LoadMessage(msg::kMovingUnknown, {MovingFolder()});
 }
 
@@ -133,12 +137,12 @@ std::string MovingRecord() {
 
 std::string SlotsOfFolder(std::string_view level_folder) {
     const TrleState state = LookAtTrle();
-    const bool known = state.Content != Holds::Unknown && FolderExists(core::TrleFolder());
-    const std::string owner = state.OwnerFolder.empty() && state.Content == Holds::Original
-                                  ? core::LevelFolder(0, false)
-                                  : state.OwnerFolder;
-    if (known && !owner.empty() && IsSamePlace(owner, level_folder)) return core::TrleFolder();
-    return core::StashFolder(level_folder);
+    const bool is_zero = IsSamePlace(core::LevelFolder(0, false), level_folder);
+    if (state.Content == Holds::Unknown) return is_zero ? std::string() : core::StashFolder(level_folder);
+    const bool is_in = state.OwnerFolder.empty() ? is_zero && state.Content == Holds::Original
+                                                 : IsSamePlace(state.OwnerFolder, level_folder);
+    if (!is_in) return core::StashFolder(level_folder);
+    return FolderExists(core::TrleFolder()) ? core::TrleFolder() : std::string();
 }
 
 bool BeginMoving(const LevelOwner& owner, const std::vector<std::string>& files, MessageText& why) {
@@ -166,15 +170,21 @@ bool EndMoving() {
 
 bool BringMovedSavesHome(Rescue rescue, MessageText& why) {
     if (!IsOwnFolder() && !FileExists(MovingRecord())) return true;
+    if (moving.Renumberings > 0) {
+        why = LoadMessage(msg::kMovingUnderWay);
+        return false;
+    }
     if (IsOwnFolder()) DeleteFile(MovingFolder() + "\\" + std::string(kPartialFile));
     const std::optional<MovedSaves> moved = ReadRecord();
+    bool may_rescue = rescue == Rescue::Yes;
     if (!WaitingFiles().empty() && moved) {
         const std::string level_folder = trle_state::FindOwnerFolder(moved->Owner);
         const std::string slots = level_folder.empty() ? std::string() : SlotsOfFolder(level_folder);
         if (!slots.empty() && CreateFolder(slots)) BringAllHome(slots, level_folder);
+        may_rescue = may_rescue && (level_folder.empty() || FolderExists(core::TrleFolder()));
     }
     const std::vector<std::string> left = WaitingFiles();
-    if (left.empty() || (rescue == Rescue::Yes && RescueFiles(left, FromWhere(moved)))) {
+    if (left.empty() || (may_rescue && RescueFiles(left, FromWhere(moved)))) {
         static_cast<void>(EndMoving()); // a folder that holds folders is for the next BeginMoving to judge
         return true;
     }
@@ -184,12 +194,25 @@ bool BringMovedSavesHome(Rescue rescue, MessageText& why) {
 
 void LookForMovedSaves() {
     if (moving.Scopes > 0 || (WaitingFiles().empty() && !FileExists(MovingRecord()))) return;
-    const core::Change change(msg::kDoingHomecoming, core::kAll | core::kUntold);
+    // Without an Archive the owner may not be known yet, and a box would lie below a running game.
+    const bool told = core::ArchiveIsOpen() && core::FindGame() == 0;
+    const core::Change change(msg::kDoingHomecoming,
+                              core::kAll | core::kUntold | (told ? 0U : core::kSilent));
     MessageText why;
-    if (change && !BringMovedSavesHome(Rescue::Yes, why)) TellCritical(why);
+    const bool home = change && BringMovedSavesHome(told ? Rescue::Yes : Rescue::No, why);
+    if (change && !home && told) TellCritical(why);
 }
 
-MovingScope::MovingScope() {
+RenumberScope::RenumberScope() {
+    ++moving.Renumberings;
+}
+
+void RenumberScope::End() {
+    if (stands_) --moving.Renumberings;
+    stands_ = false;
+}
+
+MovingScope::MovingScope() : is_outermost_(moving.Scopes == 0) {
     ++moving.Scopes;
 }
 

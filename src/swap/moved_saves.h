@@ -30,6 +30,8 @@ std::string MovingFolder();
 std::string MovingRecord();
 
 // Where the saves of the level with that folder are now: the TRLE root while they are there, else its stash.
+// Empty if that can't be told, or reached: TRLE is gone with the level in it, or nobody knows whose the saves
+// in TRLE are and they may be those of level 0000.
 std::string SlotsOfFolder(std::string_view level_folder);
 
 // Writes the record for these files and makes the empty folder. False, with why: nothing has changed then.
@@ -40,11 +42,13 @@ std::string SlotsOfFolder(std::string_view level_folder);
 
 // Brings home what lies in the folder: a savegame that its level has already only leaves, any other takes its
 // own number, or the lowest that is free. The caller holds the locks. With Rescue::No nothing is told, and
-// what has no home stays where it is. False, with why, if something is left.
+// what has no home stays where it is; so does what has one while TRLE is missing. False, with why, if
+// something is left, or if a renumbering is under way.
 enum class Rescue { Yes, No };
 [[nodiscard]] bool BringMovedSavesHome(Rescue rescue, MessageText& why);
-// The same for a start of the program and for whoever is about to list savegames, under locks of its own;
-// tells what is left. Nothing while another program is at work, or a MovingScope of this one stands.
+// The same for a start of the program and for whoever is about to list savegames, under locks of its own.
+// Without an open Archive, and while the game runs, nothing is rescued or told. Nothing is done while another
+// program is at work, or a MovingScope of this one stands.
 void LookForMovedSaves();
 
 // Says for its length that an operation of this run uses the folder.
@@ -54,6 +58,25 @@ class MovingScope {
     ~MovingScope();
     MovingScope(const MovingScope&) = delete;
     MovingScope& operator=(const MovingScope&) = delete;
+
+    // False for one that stands in another: an operation began in the middle of it.
+    bool IsOutermost() const { return is_outermost_; }
+
+  private:
+    bool is_outermost_;
+};
+
+// Says from BeginMoving to the last move that files lie between two places: nobody brings them home then.
+class RenumberScope {
+  public:
+    RenumberScope();
+    ~RenumberScope() { End(); }
+    RenumberScope(const RenumberScope&) = delete;
+    RenumberScope& operator=(const RenumberScope&) = delete;
+    void End();
+
+  private:
+    bool stands_ = true;
 };
 
 } // namespace kelvash::swap

@@ -1,6 +1,7 @@
 #include "swap/savegame_files.h"
 
 #include <algorithm>
+#include <limits>
 #include <map>
 
 #include "foundation/files.h"
@@ -18,7 +19,7 @@ using trle_state::HoldSameBytes;
 namespace {
 
 bool IsPlain(std::string_view path) {
-    return EqualNoCase(ExtensionOf(FileNameOf(path)), "." + std::to_string(SlotNumber(path)));
+    return EqualNoCase(path, SavegamePath(FolderOf(path), SlotNumber(path)));
 }
 
 bool Place(const std::string& source, const std::string& target, Placing placing) {
@@ -28,9 +29,26 @@ bool Place(const std::string& source, const std::string& target, Placing placing
 // A number of REPEATED under which nothing stands at all.
 std::int32_t NewNumber(const std::string& repeated) {
     std::int32_t number = 0;
-    while (FileExists(SavegamePath(repeated, number)) || FileExists(NotePath(repeated, number)))
+    while (AnythingStands(SavegamePath(repeated, number)) || AnythingStands(NotePath(repeated, number)))
         ++number;
     return number;
+}
+
+// The savegames by their places in the list: of each number the one whose a note is.
+std::map<std::int32_t, std::size_t> OwnersOfNotes(const std::vector<SavegameFile>& saves) {
+    std::map<std::int32_t, std::size_t> owners;
+    for (std::size_t i = 0; i < saves.size(); ++i) {
+        const auto [owner, is_first] = owners.emplace(SlotNumber(saves[i].Path), i);
+        if (!is_first && !IsPlain(saves[owner->second].Path) && IsPlain(saves[i].Path)) owner->second = i;
+    }
+    return owners;
+}
+
+std::vector<SavegameFile> SavegamesIn(std::string_view folder) {
+    std::vector<SavegameFile> saves;
+    for (const std::string& path : ListFiles(folder, LoadFragment(fragment::kSaveFileMask)))
+        saves.push_back({path});
+    return saves;
 }
 
 } // namespace
@@ -57,17 +75,17 @@ bool IsNoteName(std::string_view name) {
 }
 
 std::vector<SavegameFile> ListSavegameFiles(std::string_view folder) {
-    std::vector<SavegameFile> saves;
-    for (const std::string& path : ListFiles(folder, LoadFragment(fragment::kSaveFileMask)))
-        saves.push_back({path});
-    std::map<std::int32_t, std::size_t> owners; // of the notes
-    for (std::size_t i = 0; i < saves.size(); ++i) {
-        const auto [owner, is_first] = owners.emplace(SlotNumber(saves[i].Path), i);
-        if (!is_first && IsPlain(saves[i].Path)) owner->second = i;
-    }
-    for (const auto& [number, owner] : owners)
+    std::vector<SavegameFile> saves = SavegamesIn(folder);
+    for (const auto& [number, owner] : OwnersOfNotes(saves))
         if (const std::string note = NotePath(folder, number); FileExists(note)) saves[owner].Note = note;
     return saves;
+}
+
+bool OwnsItsNote(std::string_view path) {
+    const std::vector<SavegameFile> saves = SavegamesIn(FolderOf(path));
+    const std::map<std::int32_t, std::size_t> owners = OwnersOfNotes(saves);
+    const auto owner = owners.find(SlotNumber(path));
+    return owner == owners.end() ? FileExists(path) : EqualNoCase(saves[owner->second].Path, path);
 }
 
 std::vector<std::string> ListLoneNotes(std::string_view folder) {
@@ -81,17 +99,22 @@ std::vector<std::string> ListLoneNotes(std::string_view folder) {
     return notes;
 }
 
+bool IsBlocked(std::string_view folder, std::int32_t number) {
+    for (const std::string& path : {SavegamePath(folder, number), NotePath(folder, number)})
+        if (AnythingStands(path) && !FileExists(path)) return true;
+    return false;
+}
+
 std::int32_t FreeNumber(std::string_view folder, std::int32_t from) {
     const std::vector<SavegameFile> saves = ListSavegameFiles(folder);
     const auto is_taken = [&](std::int32_t number) {
-        const std::string path = SavegamePath(folder, number);
         const std::string note = NotePath(folder, number);
-        return FileExists(path) || FolderExists(path) || IsLink(path) || FolderExists(note) ||
+        return AnythingStands(SavegamePath(folder, number)) || IsBlocked(folder, number) ||
                std::any_of(saves.begin(), saves.end(),
                            [&](const SavegameFile& save) { return EqualNoCase(save.Note, note); });
     };
     while (is_taken(from))
-        ++from;
+        from = from == std::numeric_limits<std::int32_t>::max() ? 0 : from + 1;
     return from;
 }
 
@@ -117,20 +140,22 @@ std::string RepeatedFolder(std::string_view level_folder) {
 bool MoveToRepeated(const SavegameFile& save, std::string_view level_folder) {
     const std::string repeated = RepeatedFolder(level_folder);
     return CreateFolder(repeated) &&
-           PlacePair(save, repeated, NewNumber(repeated), level_folder, Placing::Move) && LeavePair(save);
+           PlacePair(save, repeated, NewNumber(repeated), level_folder, Placing::Move) &&
+           FlushFolder(repeated) && LeavePair(save);
 }
 
 bool MoveNoteToRepeated(const std::string& note, std::string_view level_folder) {
     const std::string repeated = RepeatedFolder(level_folder);
     return CreateFolder(repeated) && PlaceFileNew(note, NotePath(repeated, NewNumber(repeated))) &&
-           LeavePlace(note);
+           FlushFolder(repeated) && LeavePlace(note);
 }
 
 bool PassNote(const std::string& note, const SavegameFile& stays, std::string_view level_folder) {
     if (note.empty()) return true;
     if (!stays.Note.empty() && HoldSameBytes(note, stays.Note)) return LeavePlace(note);
     const std::string target = NotePath(FolderOf(stays.Path), SlotNumber(stays.Path));
-    if (stays.Note.empty() && !FileExists(target)) return PlaceFileNew(note, target) && LeavePlace(note);
+    if (stays.Note.empty() && !AnythingStands(target) && OwnsItsNote(stays.Path))
+        return PlaceFileNew(note, target) && FlushFolder(FolderOf(target)) && LeavePlace(note);
     return MoveNoteToRepeated(note, level_folder);
 }
 

@@ -25,15 +25,19 @@ std::string NotePath(std::string_view folder, std::int32_t number);
 bool IsNoteName(std::string_view name);
 // The savegames of a folder in the order of their names.
 std::vector<SavegameFile> ListSavegameFiles(std::string_view folder);
+// True if a note of this savegame's number is, or would be, its own.
+bool OwnsItsNote(std::string_view path);
 // Notes whose savegame isn't there, as full paths.
 std::vector<std::string> ListLoneNotes(std::string_view folder);
 
-// The lowest number from `from` on under which nothing stands, a folder neither, but a note that belongs to
-// no savegame.
+// True for a number under whose names something stands that is no file: a folder, a link that leads nowhere.
+bool IsBlocked(std::string_view folder, std::int32_t number);
+// The lowest number from `from` on, and behind the highest from 0 on, under which nothing stands, a note
+// whose savegame is gone aside.
 std::int32_t FreeNumber(std::string_view folder, std::int32_t from);
 
 // Gives a savegame and its note a second place under a number that FreeNumber gave. A note there whose
-// savegame is gone goes to REPEATED of the level first. False with nothing left there. `copy`: with bytes of
+// savegame is gone goes to REPEATED of the level first. False with nothing left there. Copy: with bytes of
 // its own.
 enum class Placing { Move, Copy };
 [[nodiscard]] bool PlacePair(const SavegameFile& save, std::string_view folder, std::int32_t number,

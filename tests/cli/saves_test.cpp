@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/cli_home.h"
+#include "foundation/lock.h"
 #include "support/savegame_bytes.h"
 #include "support/zip_bytes.h"
 
@@ -167,7 +168,72 @@ TEST_F(SavesCommands, ExportAsksBeforeItReplaces) {
     EXPECT_FALSE(Exists(drive / "out/note1.txt"));
     MakeFile(drive / "out/savegame.1", "somebody's own");
     EXPECT_EQ(Json({"saves", "export", "1", "backup_savegames\\savegame.1", "C:\\out"}).status, 3);
+    const std::string no = Answers(R"([{"when":"Replace file","answer":"no"}])");
+    EXPECT_EQ(
+        Json({"saves", "export", "1", "backup_savegames\\savegame.1", "C:\\out", "--answers", no}).status, 3);
     EXPECT_EQ(BytesOf(drive / "out/savegame.1"), "somebody's own");
+    EXPECT_EQ(Json({"saves", "export", "--force", "1", "backup_savegames\\savegame.1", "C:\\out"}).status, 0);
+    EXPECT_EQ(BytesOf(drive / "out/savegame.1"), SaveBytes("Maze", 6));
+}
+
+TEST_F(SavesCommands, ADeclinedArchivingOfFullSlotsGivesThree) {
+    for (int slot = 3; slot < 15; ++slot)
+        MakeFile(Slots() / ("savegame." + std::to_string(slot)), SaveBytes("Maze", slot + 5));
+    MakeFile(drive / "in/savegame.0", SaveBytes("Maze", 90));
+    const std::string no = Answers(R"([{"when":"slots are full","answer":"no"}])");
+    const CliRun declined = Json({"saves", "import", "1", "C:\\in\\savegame.0", "--answers", no});
+    EXPECT_EQ(declined.status, 3) << declined.Output();
+    EXPECT_FALSE(Exists(Archived() / "slot1"));
+    const CliRun yes = Json({"saves", "import", "1", "C:\\in\\savegame.0", "--yes"});
+    EXPECT_EQ(yes.status, 0) << yes.Output();
+    EXPECT_THAT(Short(Result(yes)["slots"]),
+                ElementsAre("backup_savegames\\savegame.0 19", "backup_savegames\\savegame.1 90"));
+}
+
+TEST_F(SavesCommands, OnlySavegamesAreImportedAndNoneOfTheSlots) {
+    MakeFile(drive / "in/picture.bmp", "a picture");
+    CliRun run = Json({"saves", "import", "1", "C:\\in\\picture.bmp"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.Output(),
+                HasSubstr("Only a file called savegame.N can be imported: C:\\\\in\\\\picture.bmp"));
+    run = Json({"saves", "import", "1", "backup_savegames\\savegame.1"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.Output(), HasSubstr("You must select a savegame from [Old Recorded Savegames] list"));
+    run = Json({"saves", "to-slots", "1", "backup_savegames\\savegame.1"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(Result(run)["slots"].size(), 3U);
+}
+
+TEST_F(SavesCommands, WaitForNobodyAndSayWhoIsAtWork) {
+    FolderLock lock;
+    LockHolder holder;
+    ASSERT_EQ(lock.Take("C:\\Levels", LockKind::Change, "moving the Archive", holder), LockResult::Taken);
+    const std::string file = "backup_savegames\\savegame.1";
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"archive", "1"},
+                                                  {"restore-last", "1"},
+                                                  {"to-slots", "1", file},
+                                                  {"delete", "1", file},
+                                                  {"note", "1", file, "text"},
+                                                  {"import", "1", "C:\\Levels\\LEVEL_0001\\" + file},
+                                                  {"export", "1", file, "C:\\"}}) {
+        std::vector<std::string> all = {"saves"};
+        all.insert(all.end(), words.begin(), words.end());
+        const CliRun run = Json(all);
+        EXPECT_EQ(run.status, 4) << words.front() << run.Output();
+        EXPECT_THAT(run.Output(), HasSubstr("is using this Archive: moving the Archive"));
+    }
+    EXPECT_EQ(Json({"saves", "1"}).status, 0);
+    EXPECT_EQ(BytesOf(Slots() / "savegame.1"), SaveBytes("Maze", 6));
+}
+
+TEST_F(SavesCommands, NeedTheirArguments) {
+    for (const char* part : {"archive", "restore-last", "to-slots", "delete", "note", "import", "export"}) {
+        const CliRun run = Json({"saves", part});
+        EXPECT_EQ(run.status, 2) << part;
+        EXPECT_THAT(run.errors, HasSubstr("CODE is required")) << part;
+    }
+    EXPECT_EQ(Json({"saves", "delete", "1"}).status, 2);
+    EXPECT_EQ(Json({"saves", "export", "1", "savegame.0"}).status, 2);
 }
 
 TEST_F(SavesCommands, ActOnTrleWhileTheLevelIsIn) {

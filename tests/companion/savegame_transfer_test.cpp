@@ -65,7 +65,9 @@ TEST_F(Importing, TakesFourteenBesideOne) {
 TEST_F(Importing, OfFifteenBesideOneSaysThatFourteenIsTheMost) {
     for (int slot = 0; slot < 3; ++slot)
         PutSlot(slot, slot + 1);
-    EXPECT_EQ(ImportSavegames(1, Files(15)).Result, SlotsResult::Nothing);
+    const SlotsOutcome outcome = ImportSavegames(1, Files(15));
+    EXPECT_EQ(outcome.Result, SlotsResult::Partly);
+    EXPECT_EQ(outcome.Message, "The savegames of the slots have been archived, but none has been imported.");
     EXPECT_THAT(user.Told(),
                 ElementsAre("exclamation: Too savegames! Max number of savegames to import in a single "
                             "operation is 14"));

@@ -44,5 +44,11 @@ TEST(MessageMarks, AMarkInsideAnArgumentIsFilledInItsTurn) {
     EXPECT_EQ(FillMarks("~1~2", {"a~1", "X"}), "a~1X");         // its own turn is over
 }
 
+TEST(MessageMarks, InAnArgumentOfOthersAreNone) {
+    EXPECT_EQ(LoadMessageOfOthers(msg::kErrorCopyingFileTo, {"~1 ~2", "X"}),
+              "Error copying file '~1 ~2' to '");
+    EXPECT_EQ(LoadMessageOfOthers(msg::kCannotCreateFolder, {}), "I can not create '~1' folder");
+}
+
 } // namespace
 } // namespace kelvash

@@ -158,11 +158,17 @@ class Tracer {
             kill(child_, SIGKILL);
         } else if (plan_.fault == Fault::Fail &&
                    (here || (plan_.lasting && run_.calls > plan_.at && kind == Kind::TakesRoom))) {
-            // Call number -1 is skipped with the result that stands there.
-            registers.orig_rax = static_cast<decltype(registers.orig_rax)>(-1);
-            registers.rax = static_cast<decltype(registers.rax)>(-plan_.error);
-            ptrace(PTRACE_SETREGS, thread, nullptr, &registers);
+            Fail(thread, registers, plan_.error);
+        } else if (plan_.no_links && (registers.orig_rax == SYS_link || registers.orig_rax == SYS_linkat)) {
+            Fail(thread, registers, EXDEV);
         }
+    }
+
+    // Call number -1 is skipped with the result that stands there.
+    static void Fail(pid_t thread, Registers& registers, int error) {
+        registers.orig_rax = static_cast<decltype(registers.orig_rax)>(-1);
+        registers.rax = static_cast<decltype(registers.rax)>(-error);
+        ptrace(PTRACE_SETREGS, thread, nullptr, &registers);
     }
 
     pid_t child_;

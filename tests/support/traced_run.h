@@ -17,6 +17,7 @@ struct FaultPlan {
     int error = 0;
     bool lasting = false;
     bool in_program = false; // nothing happens before the body has become another program
+    bool no_links = false;   // no file can be given a second name, as between two drives
 };
 
 struct TracedRun {

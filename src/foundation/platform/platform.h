@@ -48,6 +48,8 @@ bool RenameOver(const NativeFile& from, const NativeFile& to, bool flush);
 // What has been written to the file system of a folder reaches the disk, as far as the platform offers that
 // for files that are closed.
 bool FlushDrive(const NativeFile& folder);
+// The names in a folder reach the disk, where they don't by themselves.
+bool FlushFolder(const NativeFile& folder);
 // The bytes of a closed file reach the disk. False if it can't be opened or written.
 bool FlushFile(const NativeFile& file);
 // Bytes of the files in a tree whose names, spelt in UTF-8, count. Links to folders are not followed, names

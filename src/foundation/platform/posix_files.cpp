@@ -156,6 +156,11 @@ bool FlushDrive(const NativeFile& folder) {
     return open_folder.fd >= 0 && ::syncfs(open_folder.fd) == 0;
 }
 
+bool FlushFolder(const NativeFile& folder) {
+    const Descriptor open_folder(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return open_folder.fd >= 0 && (::fsync(open_folder.fd) == 0 || errno == EINVAL);
+}
+
 bool FlushFile(const NativeFile& file) {
     const Descriptor open_file(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
     return open_file.fd >= 0 && ::fdatasync(open_file.fd) == 0;

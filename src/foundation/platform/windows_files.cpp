@@ -91,6 +91,10 @@ bool FlushDrive(const NativeFile&) {
     return true;
 }
 
+bool FlushFolder(const NativeFile&) {
+    return true; // NTFS keeps a journal of its names
+}
+
 bool FlushFile(const NativeFile& file) {
     const HANDLE handle = CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);

@@ -26,17 +26,17 @@ class SavegameFailingCalls : public test::SavegameFaultsHome {
 
     void FailEverywhere(const SavegameOperation& operation, int error, bool lasting) {
         const auto body = [&] { return static_cast<int>(operation.run().Result); };
-        Arrange();
+        Arrange(operation);
         const SaveMap before = InSlots();
-        const int calls = RunTraced(body, {}).calls;
+        const int calls = RunTraced(body, Plan(Fault::None, 0)).calls;
         const SaveMap after = InSlots();
         std::map<SlotsResult, int> results;
         for (int at = 1; at <= calls && !HasFailure(); ++at) {
             SCOPED_TRACE(operation.name + ": call " + std::to_string(at) + " of " + std::to_string(calls) +
                          (lasting ? " and all later ones fail with " : " fails with ") +
                          std::to_string(error));
-            Arrange();
-            const test::TracedRun run = RunTraced(body, {Fault::Fail, at, error, lasting});
+            Arrange(operation);
+            const test::TracedRun run = RunTraced(body, Plan(Fault::Fail, at, error, lasting));
             ASSERT_GE(run.exit_code, 0);
             const auto result = static_cast<SlotsResult>(run.exit_code);
             ++results[result];
@@ -63,7 +63,6 @@ class SavegameFailingCalls : public test::SavegameFaultsHome {
         EXPECT_EQ(saves_now, saves);
     }
     void FailAll() {
-        user.MayBeTold("");
         for (const SavegameOperation& operation : Operations()) {
             FailEverywhere(operation, ENOSPC, false);
             FailEverywhere(operation, ENOSPC, true);
@@ -72,8 +71,51 @@ class SavegameFailingCalls : public test::SavegameFaultsHome {
     }
 };
 
+TEST_F(SavegameFailingCalls, AreToldInTheseWords) {
+    const std::vector<std::string> texts = {
+        "The savegames stay as they are. There is no room, or I cannot read: C:\\Levels",
+        "The savegames stay as they are. I cannot move: C:\\Levels",
+        "The savegames could not all be put in order. Those that are missing in the slots are brought back "
+        "as "
+        "soon as that is possible. They lie in: C:\\Kelvash\\_temp_savegame",
+        "The savegames stay as they are. There is no room in the Archive, or I cannot read: C:\\Levels",
+        "slot2, but the slots are not as they should be.\r\nNot all of the archived ones could be taken out "
+        "of: "
+        "C:\\Levels",
+        "The savegame has been deleted, but not its description: "
+        "C:\\Levels\\LEVEL_0001\\backup_savegames\\note4.txt"};
+    std::set<std::size_t> told;
+    for (const SavegameOperation& operation : Operations()) {
+        if (operation.name != "archive two" && operation.name != "compact" && operation.name != "delete")
+            continue;
+        const auto body = [&] {
+            const std::string message = operation.run().Message.text;
+            int found = 0;
+            for (std::size_t i = 0; i < texts.size(); ++i)
+                if (message.find(texts[i]) != std::string::npos) found |= 1 << i;
+            return found;
+        };
+        Arrange();
+        const int calls = RunTraced(body, {}).calls;
+        for (int at = 1; at <= calls; ++at) {
+            Arrange();
+            const int found = RunTraced(body, {Fault::Fail, at, EACCES, false}).exit_code;
+            for (std::size_t i = 0; i < texts.size(); ++i)
+                if ((found >> i & 1) != 0) told.insert(i);
+        }
+    }
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        EXPECT_EQ(told.count(i), 1U) << texts[i];
+}
+
 TEST_F(SavegameFailingCalls, LoseNothingInTheStash) {
     FailAll();
+}
+
+TEST_F(SavegameFailingCalls, LoseNothingBetweenTwoDrives) {
+    no_links = true;
+    for (const SavegameOperation& operation : Operations())
+        if (!operation.from_full) FailEverywhere(operation, ENOSPC, true);
 }
 
 TEST_F(SavegameFailingCalls, LoseNothingInTrle) {

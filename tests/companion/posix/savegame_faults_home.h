@@ -12,6 +12,7 @@
 #include "companion/compact_slots.h"
 #include "companion/restore_slots.h"
 #include "companion/savegame_commands.h"
+#include "companion/savegame_notes.h"
 #include "companion/savegame_transfer.h"
 #include "support/savegame_home.h"
 #include "support/traced_run.h"
@@ -26,6 +27,8 @@ struct SavegameOperation {
     std::string name;
     std::function<companion::SlotsOutcome()> run;
     std::set<std::string> may_go = {}; // savegames and notes that it deletes
+    bool renumbers = true;
+    bool from_full = false; // begins with full slots
 };
 
 class SavegameFaultsHome : public SavegameHome {
@@ -33,14 +36,23 @@ class SavegameFaultsHome : public SavegameHome {
     void SetUp() override {
         if (!CanTrace()) GTEST_SKIP() << "no process can be traced here";
         user.MayAnswer("Delete savegame [", "yes");
+        user.MayAnswer("All Tomb Raider slots are full", "yes");
+        user.MayBeTold("");
     }
 
     std::filesystem::path SlotsNow() const { return where == Where::InTrle ? trle : Slots(); }
 
     // The start of every run: odd and plain savegames, notes, twins in the archive and none.
+    void Arrange(const SavegameOperation& operation) {
+        Arrange();
+        for (int slot = 6; operation.from_full && slot < 17; ++slot)
+            MakeFile(SlotsNow() / ("savegame." + std::to_string(slot)),
+                     SaveBytes("City", 100, std::to_string(slot)));
+    }
     void Arrange() {
         namespace fs = std::filesystem;
-        for (const fs::path& folder : {Slots(), Archived(), Repeated(), home / "_temp_savegame"})
+        for (const fs::path& folder :
+             {Slots(), Archived(), Repeated(), home / "_temp_savegame", drive / "out"})
             fs::remove_all(folder);
         fs::remove(home / "moved_saves.rec");
         for (const fs::directory_entry& entry : fs::directory_iterator(home))
@@ -49,6 +61,7 @@ class SavegameFaultsHome : public SavegameHome {
             fs::remove(file);
         fs::create_directories(Slots());
         fs::create_directories(Archived());
+        fs::create_directories(drive / "out");
         const auto put = [this](const std::string& name, int number, const std::string& id) {
             MakeFile(SlotsNow() / name, SaveBytes("City", number, id));
         };
@@ -72,7 +85,8 @@ class SavegameFaultsHome : public SavegameHome {
         std::vector<std::filesystem::path> files;
         for (const auto& entry : std::filesystem::directory_iterator(trle)) {
             const std::string name = entry.path().filename().string();
-            if (name.starts_with("savegame.") || name.starts_with("note")) files.push_back(entry.path());
+            if (!name.ends_with(".new") && (name.starts_with("savegame.") || name.starts_with("note")))
+                files.push_back(entry.path());
         }
         return files;
     }
@@ -83,7 +97,7 @@ class SavegameFaultsHome : public SavegameHome {
         std::multiset<std::string> found;
         for (const std::filesystem::path& file : GamesFiles())
             found.insert(What(file));
-        for (const std::filesystem::path& folder : {Slots(), Archived(), Repeated()})
+        for (const std::filesystem::path& folder : {Slots(), Archived(), Repeated(), drive / "out"})
             for (const auto& [name, what] : Contents(folder))
                 if (!name.ends_with("Kelvash.tmp") && !name.ends_with(".new")) found.insert(what);
         return found;
@@ -121,7 +135,7 @@ class SavegameFaultsHome : public SavegameHome {
              {std::pair<std::string, std::string>{"3three", "note of three"}, {"5five", "note of five"}}) {
             if (may_go.count(save) > 0) continue;
             bool together = false;
-            for (const std::filesystem::path& folder : {SlotsNow(), Archived(), Repeated()})
+            for (const std::filesystem::path& folder : {SlotsNow(), Archived(), Repeated(), drive / "out"})
                 for (const auto& [name, what] : Contents(folder)) {
                     if (what != save) continue;
                     const std::filesystem::path path = folder / name;
@@ -142,7 +156,27 @@ class SavegameFaultsHome : public SavegameHome {
                 {"restore last", [] { return RestoreLastSlot(1, Asker::Watcher); }},
                 {"compact", [] { return CompactSlots(1, Asker::User); }},
                 {"to slots", [=] { return RestoreToSlots(1, archived); }},
-                {"import", [] { return ImportSavegames(1, {"C:\\in\\savegame.0"}); }},
+                {"import", [] { return ImportSavegames(1, {"C:\\in\\savegame.0"}); }, {}, false},
+                {"to full slots", [=] { return RestoreToSlots(1, archived); }, {}, true, true},
+                {"import into full slots",
+                 [] { return ImportSavegames(1, {"C:\\in\\savegame.0"}); },
+                 {},
+                 true,
+                 true},
+                {"note",
+                 [this] {
+                     const bool done = WriteNote(SlotText() + "\\savegame.5", "100 words");
+                     return SlotsOutcome{done ? SlotsResult::Done : SlotsResult::Refused};
+                 },
+                 {"note of nine"},
+                 false},
+                {"export and delete",
+                 [=, this] {
+                     return ExportSavegames(1, {SlotText() + "\\savegame.4", archived}, "C:\\out",
+                                            Sources::Delete);
+                 },
+                 {},
+                 false},
                 {"delete",
                  [this] { return AskDeleteSavegame(1, SlotText() + "\\savegame.4"); },
                  {"3three", "note of three"}}};
@@ -151,7 +185,15 @@ class SavegameFaultsHome : public SavegameHome {
         return where == Where::InTrle ? "C:\\trle" : "C:\\Levels\\LEVEL_0001\\backup_savegames";
     }
 
+    // On another drive than the application's folder nothing can be linked.
+    FaultPlan Plan(Fault fault, int at, int error = 0, bool lasting = false) const {
+        FaultPlan plan{fault, at, error, lasting};
+        plan.no_links = no_links;
+        return plan;
+    }
+
     Where where = Where::InStash;
+    bool no_links = false;
 };
 
 } // namespace kelvash::test
