@@ -95,14 +95,15 @@ TEST_F(Archiving, NoneIsNothing) {
     EXPECT_EQ(ArchiveSlots(trle_state::kNoLevel, 15, Asker::User).Result, SlotsResult::Nothing);
 }
 
-TEST_F(Archiving, OfALevelOfAnotherArchiveIsRefusedWithoutABox) {
-    for (const std::int32_t code : {77, trle_state::kNoLevel}) {
-        const SlotsOutcome outcome = ArchiveSlots(code, 15, Asker::Watcher);
-        EXPECT_EQ(outcome.Result, SlotsResult::Refused);
-        EXPECT_EQ(outcome.Message,
-                  "Nothing has been done with the savegames: the level in the TRLE folder is "
-                  "not one of this Archive");
-    }
+TEST_F(Archiving, OfALevelThatIsNowhereIsRefusedWithoutABox) {
+    const SlotsOutcome removed = ArchiveSlots(77, 15, Asker::Watcher);
+    EXPECT_EQ(removed.Result, SlotsResult::Refused);
+    EXPECT_EQ(removed.Message, "The level is no longer in the Archive: another Kelvash has removed it");
+    const SlotsOutcome nobodys = ArchiveSlots(trle_state::kNoLevel, 15, Asker::Watcher);
+    EXPECT_EQ(nobodys.Result, SlotsResult::Refused);
+    EXPECT_EQ(nobodys.Message,
+              "Nothing has been done with the savegames. The folder of the level that is in "
+              "TRLE can't be found.");
     EXPECT_TRUE(user.Told().empty());
 }
 
