@@ -14,8 +14,11 @@ bool MailScreenshot(std::int32_t code, const std::string& path, const SendShot& 
         ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kMailNoShot));
         return false;
     }
-    return send({LoadMessage(msg::kMailSubject, {FileNameOf(path)}) + core::PlaceOf(code).Name,
-                 LoadMessage(msg::kMailText), path});
+    if (send({LoadMessage(msg::kMailSubject, {FileNameOf(path)}) + core::PlaceOf(code).Name,
+              LoadMessage(msg::kMailText), path}))
+        return true;
+    TellCritical(LoadMessage(msg::kMailShotFailed));
+    return false;
 }
 
 } // namespace kelvash::companion

@@ -12,10 +12,10 @@ struct ShotMail {
     std::string Text;
     std::string Attachment; // path of the picture
 };
-// Hands a letter to the mail program; false, after its own message, if there is none.
+// Hands a letter to the mail program; false if there is none, or it refuses.
 using SendShot = std::function<bool(const ShotMail& mail)>;
 
-// False, after a message, for a level without pictures, or what sending says.
+// False, after a message, for a level without pictures, and if the letter can't be handed over.
 [[nodiscard]] bool MailScreenshot(std::int32_t code, const std::string& path, const SendShot& send);
 
 } // namespace kelvash::companion

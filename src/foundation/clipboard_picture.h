@@ -2,7 +2,7 @@
 //
 // On X11 all goes over connections of its own, in at most 200 ms whatever the clipboard's owner does; where
 // there is no display, no X server any more, or too old a one, there is no clipboard. Nothing here waits for
-// the program's own windows: what they own themselves is none (see TakeOwnClipboard).
+// the program's own windows: what they own themselves is none (see TakeOwnWindow).
 #pragma once
 
 #include <cstdint>
@@ -29,8 +29,9 @@ void EmptyClipboard();
 // something else there. False if it can't be.
 [[nodiscard]] bool PutClipboardPicture(std::string bitmap);
 
-// Who says whether windows of this program own the clipboard: then it holds nothing for it. Null for none.
-using OwnsClipboard = bool (*)();
-void TakeOwnClipboard(OwnsClipboard owns);
+// Who names a window of this program's own interface, 0 for none at the moment: what such windows own is no
+// picture for the program, and waiting for it would be in vain. Null for nobody.
+using OwnWindow = std::uintptr_t (*)();
+void TakeOwnWindow(OwnWindow window);
 
 } // namespace kelvash

@@ -3,18 +3,30 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QWindow>
 
 #include "foundation/clipboard_picture.h"
 
 namespace kelvash::ui {
 
+namespace {
+
+// All of them belong to one client of the display.
+std::uintptr_t AnyWindow() {
+    for (const QWindow* window : QGuiApplication::topLevelWindows())
+        if (window->handle() != nullptr) return static_cast<std::uintptr_t>(window->winId());
+    return 0;
+}
+
+} // namespace
+
 FormsDesktop::FormsDesktop() : own_(TheDesktop()) {
     SetDesktop(this);
-    TakeOwnClipboard([] { return QGuiApplication::clipboard()->ownsClipboard(); });
+    TakeOwnWindow(AnyWindow);
 }
 
 FormsDesktop::~FormsDesktop() {
-    TakeOwnClipboard(nullptr);
+    TakeOwnWindow(nullptr);
     SetDesktop(&own_);
 }
 

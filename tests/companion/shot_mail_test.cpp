@@ -24,6 +24,8 @@ TEST_F(MailOfAShot, HasThePictureAndItsLevelInTheSubject) {
     EXPECT_EQ(sent.Attachment, PathOf("1) City.jpg"));
     EXPECT_EQ(sent.Text, "A screenshot is attached.");
     EXPECT_FALSE(MailScreenshot(1, PathOf("1) City.jpg"), [](const ShotMail&) { return false; }));
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: The screenshot could not be handed to your mail program"));
 }
 
 TEST_F(MailOfAShot, IsNotWrittenForALevelWithoutAny) {

@@ -191,7 +191,8 @@ TEST_F(Library, ALevelsMenuBeginsWithPlayAndMoreInfo) {
 }
 
 TEST_F(Library, WhatIsGreySaysWhy) {
-    EXPECT_EQ(form.Command(Entry::mnu_Zoom)->statusTip().toStdString(), "This comes with a later version");
+    EXPECT_EQ(form.Command(Entry::mnu_ConvertWav)->statusTip().toStdString(),
+              "This comes with a later version");
     Type("zzz");
     EXPECT_EQ(form.Command(Entry::mnu_Property)->statusTip().toStdString(), "No level is selected");
     CloseArchive();

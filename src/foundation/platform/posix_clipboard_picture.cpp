@@ -57,7 +57,7 @@ class Reader {
     std::uint64_t Change() { return Connect() ? change_ : 0; }
     ClipboardPicture Read();
     void Empty();
-    OwnsClipboard owns = nullptr;
+    OwnWindow own_window = nullptr;
 
   private:
     bool Connect();
@@ -68,7 +68,8 @@ class Reader {
     bool IsAnswered(const Receiver& receiver, xcb_atom_t target, ClipboardClock::time_point until);
     std::optional<Piece> Take(const Receiver& receiver);
     std::optional<std::string> TakePieces(const Receiver& receiver, ClipboardClock::time_point until);
-    bool HasOwner();
+    xcb_window_t Owner();
+    bool IsOwn(xcb_window_t owner) const;
     xcb_atom_t KindOffered(std::string_view targets);
 
     std::string tried_; // the display that was connected, or couldn't be
@@ -136,11 +137,20 @@ bool Reader::Drain() {
     return clipboard_->IsUp();
 }
 
-bool Reader::HasOwner() {
+// 0 for none.
+xcb_window_t Reader::Owner() {
     xcb_connection_t* const xcb = clipboard_->Xcb();
     const Held<xcb_get_selection_owner_reply_t> reply(
         xcb_get_selection_owner_reply(xcb, xcb_get_selection_owner(xcb, selection_), nullptr));
-    return reply && reply->owner != XCB_NONE;
+    return reply ? reply->owner : xcb_window_t{XCB_NONE};
+}
+
+// The numbers of a client's windows differ in these bits alone. What the toolkit believes to own is told to
+// it later than to this reader.
+bool Reader::IsOwn(xcb_window_t owner) const {
+    const std::uintptr_t window = own_window == nullptr ? 0 : own_window();
+    const std::uint32_t own_bits = xcb_get_setup(clipboard_->Xcb())->resource_id_mask;
+    return window != 0 && ((owner ^ static_cast<xcb_window_t>(window)) & ~own_bits) == 0;
 }
 
 // Waits for the owner's word. False if it refuses, says nothing in time, or goes.
@@ -207,9 +217,10 @@ xcb_atom_t Reader::KindOffered(std::string_view targets) {
 }
 
 ClipboardPicture Reader::Read() {
-    if (owns != nullptr && owns()) return {};
-    if (!Connect() || !HasOwner()) return {};
-    Drain(); // of an owner before this one
+    if (!Connect()) return {};
+    const xcb_window_t owner = Owner();
+    if (owner == XCB_NONE || IsOwn(owner)) return {};
+    Drain(); // what was told of an owner before this one
     const auto until = ClipboardClock::now() + kPatience;
     const std::optional<Piece> targets = Convert(targets_, until);
     if (!targets) return {ClipboardContent::Failed, {}};
@@ -249,8 +260,8 @@ void EmptyClipboard() {
     platform::TheReader().Empty();
 }
 
-void TakeOwnClipboard(OwnsClipboard owns) {
-    platform::TheReader().owns = owns;
+void TakeOwnWindow(OwnWindow window) {
+    platform::TheReader().own_window = window;
 }
 
 } // namespace kelvash

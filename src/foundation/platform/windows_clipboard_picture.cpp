@@ -16,8 +16,8 @@ constexpr int kTries = 20;
 constexpr DWORD kPause = 10; // milliseconds
 
 struct Clipboard {
-    OwnsClipboard owns = nullptr;
-    HWND window = nullptr;
+    OwnWindow own_window = nullptr; // of the interface
+    HWND window = nullptr;          // of this file
 };
 
 Clipboard& Own() {
@@ -32,6 +32,14 @@ HWND OwnerWindow() {
         window =
             CreateWindowExW(0, L"STATIC", L"Kelvash", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
     return window;
+}
+
+// True while the interface of this program owns the clipboard.
+bool IsOwn() {
+    const HWND owner = GetClipboardOwner();
+    DWORD process = 0;
+    if (owner != nullptr) GetWindowThreadProcessId(owner, &process);
+    return Own().own_window != nullptr && process == GetCurrentProcessId() && owner != Own().window;
 }
 
 // The clipboard, open for as long as this lives.
@@ -95,9 +103,7 @@ std::uint64_t ClipboardChange() {
 }
 
 ClipboardPicture ReadClipboardPicture() {
-    const OwnsClipboard owns = platform::Own().owns;
-    if (owns != nullptr && owns()) return {};
-    if (IsClipboardFormatAvailable(CF_DIB) == 0) return {};
+    if (platform::IsOwn() || IsClipboardFormatAvailable(CF_DIB) == 0) return {};
     const platform::OpenedClipboard clipboard;
     const HANDLE handle = clipboard ? GetClipboardData(CF_DIB) : nullptr;
     const auto* const bytes = handle == nullptr ? nullptr : static_cast<const char*>(GlobalLock(handle));
@@ -129,8 +135,8 @@ bool PutClipboardPicture(std::string bitmap) {
     return false;
 }
 
-void TakeOwnClipboard(OwnsClipboard owns) {
-    platform::Own().owns = owns;
+void TakeOwnWindow(OwnWindow window) {
+    platform::Own().own_window = window;
 }
 
 } // namespace kelvash

@@ -213,12 +213,29 @@ TEST_F(ClipboardPictureOf, AnEmptyOneFails) {
     EXPECT_EQ(Read().Content, ClipboardContent::Failed);
 }
 
+// As the toolkit's windows: another client of this process, of which another window is named.
 TEST_F(ClipboardPictureOf, ThisProgramsWindowsIsNone) {
-    const OtherProgram other(Manner::Gives, "image/bmp", "BM12345678");
-    TakeOwnClipboard([] { return true; });
+    static std::uintptr_t named;
+    xcb_connection_t* const toolkit = xcb_connect(nullptr, nullptr);
+    const auto owner = xcb_generate_id(toolkit), window = xcb_generate_id(toolkit);
+    const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(toolkit)).data;
+    for (const xcb_window_t made : {owner, window})
+        xcb_create_window(toolkit, 0, made, screen->root, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                          XCB_COPY_FROM_PARENT, 0, nullptr);
+    const char* const clipboard = "CLIPBOARD";
+    xcb_intern_atom_reply_t* const atom =
+        xcb_intern_atom_reply(toolkit, xcb_intern_atom(toolkit, 0, 9, clipboard), nullptr);
+    xcb_set_selection_owner(toolkit, owner, atom->atom, XCB_CURRENT_TIME);
+    free(atom);
+    free(xcb_get_input_focus_reply(toolkit, xcb_get_input_focus(toolkit), nullptr)); // all has arrived
+    EXPECT_EQ(Read().Content, ClipboardContent::Failed) << "it answers nobody";
+    named = window;
+    TakeOwnWindow([] { return named; });
     EXPECT_EQ(Read().Content, ClipboardContent::None);
-    TakeOwnClipboard(nullptr);
+    const OtherProgram other(Manner::Gives, "image/bmp", "BM12345678");
     EXPECT_EQ(Read().Content, ClipboardContent::Picture);
+    TakeOwnWindow(nullptr);
+    xcb_disconnect(toolkit);
 }
 
 TEST_F(ClipboardPictureOf, EachOwnerIsAChange) {
