@@ -184,6 +184,42 @@ void MeasureList() {
     PrintRow("a letter typed in the filter", type, 10);
 }
 
+// A level with 2,000 archived savegames and 1,000 pictures, its page shown anew each time.
+void MeasureSavegames() {
+    constexpr int kSaves = 2000;
+    constexpr int kShots = 1000;
+    constexpr int kLevel = 7;
+    const core::LevelPlace level = core::PlaceOf(kLevel);
+    for (int i = 0; i < kSaves; ++i) {
+        const std::filesystem::path folder =
+            NativePath(core::SavegamesFolder(level.Folder) + "\\slot" + std::to_string(i / 15 + 1));
+        std::filesystem::create_directories(folder);
+        std::ofstream(folder / ("savegame." + std::to_string(i % 15))) << "City" << std::string(16000, '\1');
+    }
+    const std::filesystem::path shots = NativePath(core::ScreenshotsFolder(level.Folder));
+    std::filesystem::create_directories(shots);
+    for (int i = 0; i < kShots; ++i)
+        std::ofstream(shots / (std::to_string(i) + ".jpg")) << "no picture";
+    ui::FormsUser user;
+    ui::Principale form(user);
+    form.show();
+    core::RefreshLevelList();
+    core::SelectLevel(kLevel);
+    form.ShowPanel(false);
+    std::vector<double> shown;
+    for (int i = 0; i < kStarts; ++i)
+        shown.push_back(Milliseconds([&] { form.AggiornaDatiLivello(false); }));
+    PrintRow("a level with 2,000 savegames and 1,000 pictures shown", shown, 100);
+    std::vector<double> chosen;
+    for (int i = 0; i < kStarts; ++i)
+        chosen.push_back(Milliseconds([&] {
+            form.List_SaveGameArchiviati->setCurrentRow(i * 90);
+            QCoreApplication::processEvents();
+        }));
+    PrintRow("one of them chosen, with its picture", chosen, 50);
+    std::filesystem::remove_all(NativePath(level.Folder));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -196,6 +232,7 @@ int main(int argc, char** argv) {
     if (!SetAppFolder(home.toStdString())) return 1;
     MakeManyLevels();
     MeasureList();
+    MeasureSavegames();
     MeasurePictures();
     return 0;
 }

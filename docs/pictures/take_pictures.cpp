@@ -10,6 +10,7 @@
 
 #include "cd/cd_access.h"
 #include "cd/messages.h"
+#include "companion/savegame_notes.h"
 #include "companion/shot_files.h"
 #include "core/archive.h"
 #include "core/level_list.h"
@@ -43,6 +44,7 @@
 #include "ui/help.h"
 #include "ui/look.h"
 #include "ui/messages.h"
+#include "ui/savegame_panel.h"
 #include "ui/screenshot_panel.h"
 #include "ui/shipped_files.h"
 #include "ui/theme.h"
@@ -110,7 +112,10 @@ void TakeMainForm(const Camera& camera, Principale& form) {
     Theme::SetDark(false);
     core::SelectLevel(2);
     form.Pul_SaveGames->click();
-    form.List_SaveGameTomb->setCurrentRow(0);
+    form.Savegames().Archive();
+    static_cast<void>(companion::WriteNote("C:\\Levels\\LEVEL_0002\\savegames\\slot1\\savegame.1",
+                                           "The crane's switch is behind the third boiler."));
+    form.List_SaveGameArchiviati->setCurrentRow(1);
     camera.Take(&form, "principale_savegames");
     camera.TakeModal("dialog_listsavegame", [&] { form.Command(MenuEntry::mnu_ExportSavegame)->trigger(); });
     form.Pul_ScreenShots->click();

@@ -56,8 +56,11 @@ SlotsOutcome AskDeleteSavegame(std::int32_t code, const std::string& path) {
     if (!AskYesNo(MessageStyle::Question, question)) return {};
     const SlotsWork work(msg::kDoingDeleteSave, code, Asker::User);
     if (!work) return work.Refusal();
-    if (!FileExists(path) || !DeleteSavegame(path))
+    const std::string note = OwnNoteOf(path);
+    if (!FileExists(path) || (!DeleteSavegame(path) && FileExists(path)))
         return {SlotsResult::Refused, 0, LoadMessage(msg::kSaveCannotDelete) + path};
+    if (!note.empty() && FileExists(note))
+        return {SlotsResult::Partly, 1, LoadMessage(msg::kSaveNoteStays) + note};
     SlotsOutcome outcome{SlotsResult::Done};
     if (EqualNoCase(FolderOf(path), work.Slots())) outcome = Compact(work);
     outcome.Count = 1;
@@ -71,7 +74,7 @@ bool SaveSavegameAs(const std::string& path) {
     const std::optional<std::string> target = TheUser().SaveFile(
         {LoadMessage(msg::kSaveAsTitle), LoadMessage(msg::kSaveAsFilter), {}, FileNameOf(path)});
     if (!target) return false;
-    const core::Change change(msg::kDoingSaveAs, core::kAll);
+    const core::Change change(msg::kDoingSaveCopy, core::kAll);
     if (!change) return false;
     if (CopySavegame(path, *target, swap::Placing::Copy)) return true;
     TellCritical(LoadMessage(msg::kSaveCannotCopy) + path);

@@ -39,10 +39,14 @@ std::string NotePathOf(std::string_view savegame) {
 }
 
 std::string OwnNoteOf(std::string_view savegame) {
-    if (!FileExists(NotePathOf(savegame))) return {};
-    for (const swap::SavegameFile& save : swap::ListSavegameFiles(FolderOf(savegame)))
+    const std::string note = NotePathOf(savegame);
+    if (!FileExists(note)) return {};
+    bool is_anothers = false;
+    for (const swap::SavegameFile& save : swap::ListSavegameFiles(FolderOf(savegame))) {
         if (EqualNoCase(save.Path, savegame)) return save.Note;
-    return {};
+        is_anothers = is_anothers || EqualNoCase(save.Note, note);
+    }
+    return is_anothers ? std::string() : note; // an archived one may have more in front of its name
 }
 
 bool IsNoteName(std::string_view name) {

@@ -45,7 +45,7 @@ class ExportPlaces {
     std::string For(const std::string& file) {
         std::string folder = folder_;
         for (int number = 1; !taken_.insert(FoldCase(folder + "\\" + FileNameOf(file))).second; ++number)
-            folder = folder_ + LoadFragment(fragment::kExportFolder) + std::to_string(number);
+            folder = folder_ + LoadFragment(fragment::kExportSubFolder) + std::to_string(number);
         return CreateFolder(folder) ? folder + "\\" + FileNameOf(file) : std::string();
     }
 

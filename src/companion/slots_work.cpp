@@ -26,10 +26,21 @@ void TellOutcome(const SlotsOutcome& outcome) {
     if (!outcome.Message.text.empty()) TellCritical(outcome.Message);
 }
 
+namespace {
+
+// A Change tells of a level that the Archive doesn't have, which the watcher must not.
+std::int32_t CodeFor(std::int32_t code, Asker asker) {
+    return asker == Asker::User || core::PlaceOf(code).IsListed() ? code : core::kNoLevel;
+}
+
+} // namespace
+
 SlotsWork::SlotsWork(MessageId doing, std::int32_t code, Asker asker)
-    : change_(doing, core::kAll | (asker == Asker::Watcher ? core::kUntold : 0U), code) {
+    : change_(doing, core::kAll | (asker == Asker::Watcher ? core::kUntold : 0U), CodeFor(code, asker)) {
     if (!change_) // it has been told, or is to be tried again
         Refuse(asker == Asker::Watcher ? SlotsResult::Busy : SlotsResult::Refused, {});
+    else if (asker == Asker::Watcher && !Level().IsListed())
+        Refuse(SlotsResult::Refused, LoadMessage(msg::kSlotsUnknownLevel));
     else if (code == core::kNoLevel)
         Refuse(SlotsResult::Nothing, {});
     else

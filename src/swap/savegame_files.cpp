@@ -86,9 +86,9 @@ std::int32_t FreeNumber(std::string_view folder, std::int32_t from) {
     const auto is_taken = [&](std::int32_t number) {
         const std::string path = SavegamePath(folder, number);
         const std::string note = NotePath(folder, number);
-        return std::any_of(saves.begin(), saves.end(), [&](const SavegameFile& save) {
-            return EqualNoCase(save.Path, path) || EqualNoCase(save.Note, note);
-        });
+        return FileExists(path) || FolderExists(path) || IsLink(path) || FolderExists(note) ||
+               std::any_of(saves.begin(), saves.end(),
+                           [&](const SavegameFile& save) { return EqualNoCase(save.Note, note); });
     };
     while (is_taken(from))
         ++from;

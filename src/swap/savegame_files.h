@@ -28,7 +28,8 @@ std::vector<SavegameFile> ListSavegameFiles(std::string_view folder);
 // Notes whose savegame isn't there, as full paths.
 std::vector<std::string> ListLoneNotes(std::string_view folder);
 
-// The lowest number from `from` on under which neither a savegame stands nor a note that belongs to one.
+// The lowest number from `from` on under which nothing stands, a folder neither, but a note that belongs to
+// no savegame.
 std::int32_t FreeNumber(std::string_view folder, std::int32_t from);
 
 // Gives a savegame and its note a second place under a number that FreeNumber gave. A note there whose

@@ -31,14 +31,31 @@ using companion::SlotsResult;
 
 namespace {
 
+// Reads its file when its line is to be shown: a level may have thousands of savegames.
+class SavegameItem final : public QListWidgetItem {
+  public:
+    explicit SavegameItem(const std::string& path) : path_(path) {}
+
+    QVariant data(int role) const override {
+        if (role != Qt::DisplayRole) return QListWidgetItem::data(role);
+        if (line_.isNull()) line_ = ShownLine(companion::SavegameLine(path_));
+        return line_;
+    }
+
+  private:
+    std::string path_;
+    mutable QString line_;
+};
+
 template <class Data>
 void Fill(QListWidget* list, const std::vector<std::string>& savegames, const Data& data_of) {
     const QSignalBlocker quiet(list);
     list->clear();
     list->setUniformItemSizes(true);
     for (std::size_t i = 0; i < savegames.size(); ++i) {
-        auto* const item = new QListWidgetItem(ShownLine(companion::SavegameLine(savegames[i])), list);
+        auto* const item = new SavegameItem(savegames[i]);
         item->setData(Qt::UserRole, data_of(i));
+        list->addItem(item);
     }
 }
 
@@ -121,7 +138,7 @@ void SavegamePanel::ShowDefaultImage() {
     current_image_.clear();
     const std::string path = companion::DefaultScreenshot();
     window_.Image_SaveGame->ShowFile(FileExists(path) ? NativeText(path) : QString(),
-                                     Caption(msg::kPanelNoImage));
+                                     Caption(msg::kSavePanelNoImage));
 }
 
 void SavegamePanel::ShowDetails() {

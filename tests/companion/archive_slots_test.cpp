@@ -95,6 +95,17 @@ TEST_F(Archiving, NoneIsNothing) {
     EXPECT_EQ(ArchiveSlots(trle_state::kNoLevel, 15, Asker::User).Result, SlotsResult::Nothing);
 }
 
+TEST_F(Archiving, OfALevelOfAnotherArchiveIsRefusedWithoutABox) {
+    for (const std::int32_t code : {77, trle_state::kNoLevel}) {
+        const SlotsOutcome outcome = ArchiveSlots(code, 15, Asker::Watcher);
+        EXPECT_EQ(outcome.Result, SlotsResult::Refused);
+        EXPECT_EQ(outcome.Message,
+                  "Nothing has been done with the savegames: the level in the TRLE folder is "
+                  "not one of this Archive");
+    }
+    EXPECT_TRUE(user.Told().empty());
+}
+
 TEST_F(Archiving, TakesOddAndTooManySavegames) {
     for (int slot = 0; slot < 18; ++slot)
         PutSlot(slot, slot + 1);
@@ -202,6 +213,25 @@ TEST_F(Archiving, CompactingNumbersAnewInTheOrderOfTime) {
         Contents(Slots()),
         (SaveMap{{"savegame.0", "2"}, {"savegame.1", "4"}, {"note1.txt", "four"}, {"savegame.2", "9"}}));
     ExpectNothingMoving();
+}
+
+TEST_F(Archiving, GoesRoundAFolderInASavegamesPlace) {
+    PutSlot(4, 1);
+    PutSlot(7, 2);
+    PutNote(Slots(), 7, "two");
+    std::filesystem::create_directories(Slots() / "savegame.0");
+    std::filesystem::create_directories(Slots() / "note2.txt");
+    EXPECT_EQ(CompactSlots(1, Asker::User).Result, SlotsResult::Done);
+    EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.1", "1"}, {"savegame.3", "2"}, {"note3.txt", "two"}}));
+    ExpectNothingMoving();
+}
+
+TEST_F(Archiving, OfFilesThatDifferByCaseAloneLosesNone) {
+    MakeFile(Slots() / "savegame.3", SaveBytes("City", 2, "a"));
+    MakeFile(Slots() / "SAVEGAME.3", SaveBytes("City", 1, "b"));
+    if (Contents(Slots()).size() < 2) GTEST_SKIP() << "a disk without regard to case";
+    EXPECT_EQ(CompactSlots(1, Asker::User).Result, SlotsResult::Done);
+    EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.0", "1b"}, {"savegame.1", "2a"}}));
 }
 
 TEST_F(Archiving, CompactingOneMovesItToTheFirst) {

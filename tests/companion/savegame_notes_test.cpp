@@ -76,6 +76,13 @@ TEST_F(SavegameNotes, BelongToThePlainNumber) {
     EXPECT_EQ(ReadNote(save), "plain");
 }
 
+TEST_F(SavegameNotes, OfAnOddlyNamedArchivedOneAreItsOwn) {
+    MakeFile(Archived() / "old/my savegame.7", "x");
+    const std::string odd = "C:\\Levels\\LEVEL_0001\\savegames\\old\\my savegame.7";
+    EXPECT_TRUE(WriteNote(odd, "from a friend"));
+    EXPECT_EQ(ReadNote(odd), "from a friend");
+}
+
 TEST_F(SavegameNotes, ThatCannotBeWrittenStayAsTheyWere) {
     std::filesystem::create_directories(Slots() / "note3.txt");
     EXPECT_FALSE(WriteNote(save, "new"));

@@ -113,8 +113,9 @@ TEST_F(EveryForm, SaysWhatItsDestructiveButtonsTakeAway) {
         }
     });
     EXPECT_THAT(silent, IsEmpty());
-    EXPECT_THAT(marked, UnorderedElementsAre("Pul_DeleteSavegame", "Pul_DelEmail", "Pul_DelSito",
-                                             "Pul_Svuota", "Pul_Full", "Pul_Remove", "Pul_RimuoviTutti"));
+    EXPECT_THAT(marked,
+                UnorderedElementsAre("Pul_DeleteSavegame", "Pul_DelEmail", "Pul_DelSito", "Pul_Svuota",
+                                     "Check_Elimina", "Pul_Full", "Pul_Remove", "Pul_RimuoviTutti"));
 }
 
 TEST_F(EveryForm, ReadsOutWhatTheListsHold) {

@@ -45,6 +45,8 @@ TEST_F(Keys, OfTheMainFormAreTold) {
         ElementsAre("File: Ctrl+O = Load Archive", "File: Ctrl+S = Save Archive", "File: Ctrl+Q = Exit",
                     "Levels: Ins = Add new level", "Levels: F2 = Properties of current level",
                     "Levels: Return, Enter = Play the selected level", "Levels: Del = Delete current level",
+                    "Savegames: Ctrl+F = Find savegames with description contains  ...",
+                    "Savegames: Ctrl+N = Find next savegame", "Savegames: Ctrl+P = Find previous savegame",
                     "Help: F1 = Help Kelvash", "Help: ? = Keys", "Tool bar: Ctrl+Return, Ctrl+Enter = Play",
                     "Tool bar: Ctrl+L = Search"));
 }

@@ -1,11 +1,10 @@
 #include "foundation/native_text.h"
 #include "foundation/platform/mail.h"
-#include "foundation/text.h"
-
-// Behind all others.
-#include <mapi.h>
-
 #include "foundation/platform/windows_common.h"
+#include "foundation/text.h"
+// clang-format off
+#include <mapi.h> // needs what windows.h declares
+// clang-format on
 
 namespace kelvash::platform {
 
