@@ -51,7 +51,10 @@ class JoystickNavigation : public PrincipaleHome {
         ASSERT_EQ(form.Shots().Pages().ImageCount(), static_cast<std::size_t>(count));
     }
     // The picture under the joystick's cursor, counted from 0.
-    std::size_t Cursor() { return form.Shots().Pages().FirstShownImage + static_cast<std::size_t>(form.Shots().Pages().SelectedSide); }
+    std::size_t Cursor() {
+        return form.Shots().Pages().FirstShownImage +
+               static_cast<std::size_t>(form.Shots().Pages().SelectedSide);
+    }
 
     FakeDesktop desktop;
 };
