@@ -22,6 +22,7 @@
 #include "program/level_view.h"
 #include "program/play.h"
 #include "program/start_up.h"
+#include "ui/Dialog_ScreenShot.h"
 #include "ui/Principale_messages.h"
 #include "ui/dropped_files.h"
 #include "ui/form_kit.h"
@@ -55,6 +56,10 @@ Principale::Principale(FormsUser& user) : menu_(menuBar(), this, MenuCommands(*t
     shots_ = new ScreenshotPanel(*this);
     ConnectControls(user);
     savegames_ = new SavegamePanel(*this, door_);
+    savegames_->open_picture = [this](const std::string& image) {
+        Dialog_ScreenShot form(this);
+        if (form.ImpostaValori(image)) form.exec();
+    };
 }
 
 bool Principale::Load(const std::string& command_line, const program::FirstStepWatcher& at_first_start) {
