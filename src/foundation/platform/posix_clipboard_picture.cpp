@@ -66,9 +66,9 @@ class Reader {
     bool Note(const xcb_generic_event_t& event);
     std::optional<Piece> Convert(xcb_atom_t target, ClipboardClock::time_point until);
     bool IsAnswered(const Receiver& receiver, xcb_atom_t target, ClipboardClock::time_point until);
-    std::optional<Piece> Take(const Receiver& receiver);
+    std::optional<Piece> Take(const Receiver& receiver, ClipboardClock::time_point until);
     std::optional<std::string> TakePieces(const Receiver& receiver, ClipboardClock::time_point until);
-    xcb_window_t Owner();
+    xcb_window_t Owner(ClipboardClock::time_point until);
     bool IsOwn(xcb_window_t owner) const;
     xcb_atom_t KindOffered(std::string_view targets);
 
@@ -103,17 +103,18 @@ bool Reader::Connect() {
 void Reader::Subscribe() {
     owner_event_ = 0;
     xcb_connection_t* const xcb = clipboard_->Xcb();
+    const auto until = ClipboardClock::now() + kPatience;
     const xcb_query_extension_reply_t* const fixes = xcb_get_extension_data(xcb, &xcb_xfixes_id);
     if (fixes == nullptr || fixes->present == 0) return;
-    const Held<xcb_xfixes_query_version_reply_t> version(
-        xcb_xfixes_query_version_reply(xcb, xcb_xfixes_query_version(xcb, 1, 0), nullptr));
-    selection_ = clipboard_->Named("CLIPBOARD");
-    targets_ = clipboard_->Named("TARGETS");
-    incremental_ = clipboard_->Named("INCR");
-    place_ = clipboard_->Named("KELVASH_PICTURE");
+    const auto version =
+        clipboard_->ReplyTo<xcb_xfixes_query_version_reply_t>(xcb_xfixes_query_version(xcb, 1, 0), until);
+    selection_ = clipboard_->Named("CLIPBOARD", until);
+    targets_ = clipboard_->Named("TARGETS", until);
+    incremental_ = clipboard_->Named("INCR", until);
+    place_ = clipboard_->Named("KELVASH_PICTURE", until);
     std::transform(kPictureKinds.begin(), kPictureKinds.end(), kinds_.begin(),
-                   [this](std::string_view kind) { return clipboard_->Named(kind); });
-    if (!version || selection_ == 0) return;
+                   [&](std::string_view kind) { return clipboard_->Named(kind, until); });
+    if (!version || selection_ == 0 || kinds_.back() == 0) return;
     xcb_xfixes_select_selection_input(xcb, clipboard_->Window(), selection_,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
@@ -138,10 +139,9 @@ bool Reader::Drain() {
 }
 
 // 0 for none.
-xcb_window_t Reader::Owner() {
-    xcb_connection_t* const xcb = clipboard_->Xcb();
-    const Held<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(xcb, xcb_get_selection_owner(xcb, selection_), nullptr));
+xcb_window_t Reader::Owner(ClipboardClock::time_point until) {
+    const auto reply = clipboard_->ReplyTo<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(clipboard_->Xcb(), selection_), until);
     return reply ? reply->owner : xcb_window_t{XCB_NONE};
 }
 
@@ -166,13 +166,11 @@ bool Reader::IsAnswered(const Receiver& receiver, xcb_atom_t target, ClipboardCl
 }
 
 // What lies in the receiver's property, and takes it away, which tells an owner to go on.
-std::optional<Piece> Reader::Take(const Receiver& receiver) {
-    xcb_connection_t* const xcb = clipboard_->Xcb();
-    const Held<xcb_get_property_reply_t> reply(
-        xcb_get_property_reply(xcb,
-                               xcb_get_property(xcb, 1, receiver.Window(), place_, XCB_GET_PROPERTY_TYPE_ANY,
-                                                0, static_cast<std::uint32_t>(kMostBytes / 4)),
-                               nullptr));
+std::optional<Piece> Reader::Take(const Receiver& receiver, ClipboardClock::time_point until) {
+    const auto reply = clipboard_->ReplyTo<xcb_get_property_reply_t>(
+        xcb_get_property(clipboard_->Xcb(), 1, receiver.Window(), place_, XCB_GET_PROPERTY_TYPE_ANY, 0,
+                         static_cast<std::uint32_t>(kMostBytes / 4)),
+        until);
     if (!reply || reply->type == XCB_NONE || reply->bytes_after != 0) return std::nullopt;
     const auto* const value = static_cast<const char*>(xcb_get_property_value(reply.get()));
     return Piece{reply->type,
@@ -188,7 +186,7 @@ std::optional<std::string> Reader::TakePieces(const Receiver& receiver, Clipboar
         const auto& told = *reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
         if (told.window != receiver.Window() || told.atom != place_ || told.state != XCB_PROPERTY_NEW_VALUE)
             continue;
-        const std::optional<Piece> piece = Take(receiver);
+        const std::optional<Piece> piece = Take(receiver, until);
         if (!piece || bytes.size() + piece->bytes.size() > kMostBytes) return std::nullopt;
         if (piece->bytes.empty()) return bytes;
         bytes += piece->bytes;
@@ -200,7 +198,7 @@ std::optional<Piece> Reader::Convert(xcb_atom_t target, ClipboardClock::time_poi
     const Receiver receiver(*clipboard_);
     xcb_convert_selection(clipboard_->Xcb(), receiver.Window(), selection_, target, place_, XCB_CURRENT_TIME);
     if (!IsAnswered(receiver, target, until)) return std::nullopt;
-    std::optional<Piece> piece = Take(receiver);
+    std::optional<Piece> piece = Take(receiver, until);
     if (!piece || piece->type != incremental_) return piece;
     std::optional<std::string> bytes = TakePieces(receiver, until);
     if (!bytes) return std::nullopt;
@@ -218,10 +216,10 @@ xcb_atom_t Reader::KindOffered(std::string_view targets) {
 
 ClipboardPicture Reader::Read() {
     if (!Connect()) return {};
-    const xcb_window_t owner = Owner();
+    const auto until = ClipboardClock::now() + kPatience;
+    const xcb_window_t owner = Owner(until);
     if (owner == XCB_NONE || IsOwn(owner)) return {};
     Drain(); // what was told of an owner before this one
-    const auto until = ClipboardClock::now() + kPatience;
     const std::optional<Piece> targets = Convert(targets_, until);
     if (!targets) return {ClipboardContent::Failed, {}};
     const xcb_atom_t kind = KindOffered(targets->bytes);
