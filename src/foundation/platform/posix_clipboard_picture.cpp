@@ -17,6 +17,9 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kPatience = 200ms;
+// For who asks again after an owner that hasn't answered: what it says meanwhile is noted.
+constexpr auto kLook = 20ms;
+constexpr auto kOwnerPatience = 5s;
 // Before a display that didn't answer is tried again.
 constexpr auto kPause = 1s;
 // Of a picture file: 32 bits a pixel of the largest screens.
@@ -46,6 +49,18 @@ class Receiver {
     xcb_window_t window_;
 };
 
+// What an owner has been asked for.
+struct Question {
+    Question(const ClipboardConnection& clipboard, xcb_atom_t asked, std::uint64_t at)
+        : receiver(clipboard), target(asked), change(at), until(ClipboardClock::now() + kOwnerPatience) {}
+
+    Receiver receiver;
+    xcb_atom_t target;
+    std::uint64_t change;
+    ClipboardClock::time_point until;
+    std::optional<bool> answer = {};
+};
+
 // What an owner has handed over.
 struct Piece {
     xcb_atom_t type = 0;
@@ -65,7 +80,9 @@ class Reader {
     void Subscribe();
     bool Note(const xcb_generic_event_t& event);
     std::optional<Piece> Convert(xcb_atom_t target, ClipboardClock::time_point until);
-    bool IsAnswered(const Receiver& receiver, xcb_atom_t target, ClipboardClock::time_point until);
+    bool IsAnswered(ClipboardClock::time_point until);
+    bool IsAsked() const { return question_ && question_->change == change_; }
+    ClipboardPicture NotHad();
     std::optional<Piece> Take(const Receiver& receiver, ClipboardClock::time_point until);
     std::optional<std::string> TakePieces(const Receiver& receiver, ClipboardClock::time_point until);
     xcb_window_t Owner(ClipboardClock::time_point until);
@@ -79,6 +96,7 @@ class Reader {
     std::uint8_t owner_event_ = 0;
     xcb_atom_t selection_ = 0, targets_ = 0, incremental_ = 0, place_ = 0;
     std::array<xcb_atom_t, kPictureKinds.size()> kinds_{};
+    std::unique_ptr<Question> question_; // that isn't answered yet
 };
 
 // Connects at the first use, and again where the display is another one or its server has ended. What has
@@ -89,6 +107,7 @@ bool Reader::Connect() {
     if (clipboard_ && is_same && Drain()) return true;
     const auto now = ClipboardClock::now();
     if (display.empty() || (!clipboard_ && is_same && now < next_try_)) return false;
+    question_.reset();
     clipboard_.reset();
     tried_ = display;
     next_try_ = now + kPause;
@@ -124,8 +143,14 @@ void Reader::Subscribe() {
     ++change_;
 }
 
-// True for an event that says that the clipboard has another owner.
+// True for an event that says that the clipboard has another owner. The owner's word is noted.
 bool Reader::Note(const xcb_generic_event_t& event) {
+    if (KindOf(event) == XCB_SELECTION_NOTIFY) {
+        const auto& answer = reinterpret_cast<const xcb_selection_notify_event_t&>(event);
+        if (question_ && answer.requestor == question_->receiver.Window() &&
+            answer.target == question_->target)
+            question_->answer = answer.property != XCB_NONE;
+    }
     if (KindOf(event) != owner_event_) return false;
     ++change_;
     return true;
@@ -153,15 +178,21 @@ bool Reader::IsOwn(xcb_window_t owner) const {
     return window != 0 && ((owner ^ static_cast<xcb_window_t>(window)) & ~own_bits) == 0;
 }
 
-// Waits for the owner's word. False if it refuses, says nothing in time, or goes.
-bool Reader::IsAnswered(const Receiver& receiver, xcb_atom_t target, ClipboardClock::time_point until) {
-    while (const HeldEvent event = clipboard_->Wait(until)) {
-        if (Note(*event)) return false;
-        if (KindOf(*event) != XCB_SELECTION_NOTIFY) continue;
-        const auto& answer = *reinterpret_cast<const xcb_selection_notify_event_t*>(event.get());
-        if (answer.requestor == receiver.Window() && answer.target == target)
-            return answer.property != XCB_NONE;
+// Waits for the owner's word. False if it refuses, says nothing in time, or goes; only one who may still
+// answer leaves the question open.
+bool Reader::IsAnswered(ClipboardClock::time_point until) {
+    while (!question_->answer) {
+        const HeldEvent event = clipboard_->Wait(until);
+        if (!event) {
+            if (!clipboard_->IsUp() || ClipboardClock::now() >= question_->until) question_.reset();
+            return false;
+        }
+        if (!Note(*event)) continue;
+        question_.reset();
+        return false;
     }
+    if (*question_->answer) return true;
+    question_.reset();
     return false;
 }
 
@@ -195,14 +226,25 @@ std::optional<std::string> Reader::TakePieces(const Receiver& receiver, Clipboar
 }
 
 std::optional<Piece> Reader::Convert(xcb_atom_t target, ClipboardClock::time_point until) {
-    const Receiver receiver(*clipboard_);
-    xcb_convert_selection(clipboard_->Xcb(), receiver.Window(), selection_, target, place_, XCB_CURRENT_TIME);
-    if (!IsAnswered(receiver, target, until)) return std::nullopt;
-    std::optional<Piece> piece = Take(receiver, until);
+    auto look = until;
+    if (IsAsked() && question_->target == target) {
+        look = std::min(until, ClipboardClock::now() + kLook);
+    } else {
+        question_ = std::make_unique<Question>(*clipboard_, target, change_);
+        xcb_convert_selection(clipboard_->Xcb(), question_->receiver.Window(), selection_, target, place_,
+                              XCB_CURRENT_TIME);
+    }
+    if (!IsAnswered(look)) return std::nullopt;
+    const std::unique_ptr<Question> answered = std::move(question_);
+    std::optional<Piece> piece = Take(answered->receiver, until);
     if (!piece || piece->type != incremental_) return piece;
-    std::optional<std::string> bytes = TakePieces(receiver, until);
+    std::optional<std::string> bytes = TakePieces(answered->receiver, until);
     if (!bytes) return std::nullopt;
     return Piece{target, std::move(*bytes)};
+}
+
+ClipboardPicture Reader::NotHad() {
+    return {question_ ? ClipboardContent::Slow : ClipboardContent::Failed, {}};
 }
 
 // The best of the offered kinds of pictures; 0 if none of them is one.
@@ -220,12 +262,16 @@ ClipboardPicture Reader::Read() {
     const xcb_window_t owner = Owner(until);
     if (owner == XCB_NONE || IsOwn(owner)) return {};
     Drain(); // what was told of an owner before this one
-    const std::optional<Piece> targets = Convert(targets_, until);
-    if (!targets) return {ClipboardContent::Failed, {}};
-    const xcb_atom_t kind = KindOffered(targets->bytes);
+    xcb_atom_t kind = IsAsked() ? question_->target : targets_;
+    if (kind == targets_) {
+        const std::optional<Piece> targets = Convert(targets_, until);
+        if (!targets) return NotHad();
+        kind = KindOffered(targets->bytes);
+    }
     if (kind == 0) return {};
     std::optional<Piece> picture = Convert(kind, until);
-    if (!picture || picture->bytes.empty()) return {ClipboardContent::Failed, {}};
+    if (!picture) return NotHad();
+    if (picture->bytes.empty()) return {ClipboardContent::Failed, {}};
     return {ClipboardContent::Picture, std::move(picture->bytes)};
 }
 

@@ -19,7 +19,16 @@ namespace kelvash {
 namespace {
 
 // What an owner does when it is asked for the picture.
-enum class Manner { Gives, GivesInPieces, StopsBetweenPieces, OffersText, Refuses, IsSilent, Vanishes };
+enum class Manner {
+    Gives,
+    GivesLate,
+    GivesInPieces,
+    StopsBetweenPieces,
+    OffersText,
+    Refuses,
+    IsSilent,
+    Vanishes
+};
 
 // The owner, in a process of its own.
 class Owner {
@@ -80,7 +89,8 @@ class Owner {
             return;
         } else if (manner_ == Manner::Refuses) {
             answer.property = XCB_NONE;
-        } else if (manner_ == Manner::Gives) {
+        } else if (manner_ == Manner::Gives || manner_ == Manner::GivesLate) {
+            if (manner_ == Manner::GivesLate) usleep(500'000);
             Put(request, kind_, 8, bytes_.size(), bytes_.data());
         } else {
             const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
@@ -197,8 +207,25 @@ TEST_F(ClipboardPictureOf, AProgramThatRefusesFails) {
     EXPECT_EQ(ContentOf(Manner::Refuses), ClipboardContent::Failed);
 }
 
-TEST_F(ClipboardPictureOf, AProgramThatSaysNothingFailsInTime) {
-    EXPECT_EQ(ContentOf(Manner::IsSilent), ClipboardContent::Failed);
+TEST_F(ClipboardPictureOf, AProgramThatSaysNothingIsSlowAndFailsInTheEnd) {
+    const OtherProgram other(Manner::IsSilent, "image/bmp", "BM12345678");
+    EXPECT_EQ(Read().Content, ClipboardContent::Slow);
+    usleep(5'100'000);
+    EXPECT_EQ(Read().Content, ClipboardContent::Failed);
+}
+
+TEST_F(ClipboardPictureOf, AProgramThatIsSlowIsWaitedForTickByTick) {
+    const OtherProgram other(Manner::GivesLate, "image/bmp", "BM12345678");
+    const std::uint64_t change = ClipboardChange();
+    ClipboardPicture picture = Read();
+    EXPECT_EQ(picture.Content, ClipboardContent::Slow);
+    for (int i = 0; i < 40 && picture.Content == ClipboardContent::Slow; ++i) {
+        usleep(50'000);
+        EXPECT_EQ(ClipboardChange(), change);
+        picture = Read();
+    }
+    EXPECT_EQ(picture.Content, ClipboardContent::Picture);
+    EXPECT_EQ(picture.Bytes, "BM12345678");
 }
 
 TEST_F(ClipboardPictureOf, AProgramThatStopsBetweenPiecesFailsInTime) {
@@ -229,7 +256,7 @@ TEST_F(ClipboardPictureOf, ThisProgramsWindowsIsNone) {
     xcb_set_selection_owner(toolkit, owner, atom->atom, XCB_CURRENT_TIME);
     free(atom);
     free(xcb_get_input_focus_reply(toolkit, xcb_get_input_focus(toolkit), nullptr)); // all has arrived
-    EXPECT_EQ(Read().Content, ClipboardContent::Failed) << "it answers nobody";
+    EXPECT_EQ(Read().Content, ClipboardContent::Slow) << "it answers nobody";
     named = window;
     TakeOwnWindow([] { return named; });
     EXPECT_EQ(Read().Content, ClipboardContent::None);
