@@ -19,27 +19,23 @@ namespace kelvash::companion {
 
 namespace {
 
-// Where the user wants it, with an extension that says its kind; empty if it is given up.
-std::string AskTarget(const std::string& path) {
+// Where the user wants it, with an extension that says its kind; empty if it is given up. The dialog has
+// asked about a file that stands there under the name as it was typed only.
+std::string AskTarget(const std::string& path, bool& may_replace) {
     const std::string jpeg = LoadFragment(fragment::kResizeJpeg);
-    const std::optional<std::string> chosen = TheUser().SaveFile(
-        {LoadMessage(msg::kResizeTitle), LoadMessage(msg::kResizeFilter), {}, BaseNameOf(path) + jpeg});
-    if (!chosen || IsShotName(*chosen)) return chosen.value_or(std::string());
-    const std::string target = *chosen + jpeg;
-    return FileExists(target) && !AskReplaceFile(path, target) ? std::string() : target;
+    const std::optional<std::string> chosen =
+        TheUser().SaveFile({LoadMessage(msg::kResizeTitle), LoadMessage(msg::kResizeFilter), FolderOf(path),
+                            BaseNameOf(path) + jpeg});
+    may_replace = !chosen || IsShotName(*chosen) || !FileExists(*chosen + jpeg);
+    return !chosen || IsShotName(*chosen) ? chosen.value_or(std::string()) : *chosen + jpeg;
 }
 
 bool Write(const core::LevelPlace& level, const std::string& path, const std::string& target,
-           const swap::Picture& resized, int quality) {
-    const std::optional<std::int64_t> date = FileTime(path);
-    if (!EndsWithNoCase(target, LoadFragment(fragment::kResizeJpeg))) {
-        if (StoreShot(level, target, swap::BitmapFromPicture(resized), date)) return true;
-        TellCritical(LoadMessage(msg::kResizeNotSaved) + target);
-        return false;
-    }
-    const std::optional<std::string> jpeg = swap::JpegFromPicture(resized, quality);
-    if (jpeg && StoreShot(level, target, *jpeg, date)) return true;
-    TellCritical(LoadMessage(msg::kResizeFailed));
+           const std::optional<std::string>& bytes) {
+    if (bytes && StoreShot(level, target, *bytes, FileTime(path))) return true;
+    TellCritical(EndsWithNoCase(target, LoadFragment(fragment::kResizeJpeg))
+                     ? LoadMessage(msg::kResizeFailed)
+                     : LoadMessage(msg::kResizeNotSaved) + target);
     return false;
 }
 
@@ -71,8 +67,16 @@ bool SaveResized(std::int32_t code, const std::string& path, const swap::Picture
                  const CopyText& copy) {
     const core::Change change(msg::kDoingResize, core::kArchiveFolder, code);
     if (!change) return false;
-    const std::string target = AskTarget(path);
-    if (target.empty() || !Write(change.Level(), path, target, resized, quality)) return false;
+    bool may_replace = true;
+    const std::string target = AskTarget(path, may_replace);
+    if (target.empty()) return false;
+    const std::optional<std::string> bytes = EndsWithNoCase(target, LoadFragment(fragment::kResizeJpeg))
+                                                 ? swap::JpegFromPicture(resized, quality)
+                                                 : swap::BitmapFromPicture(resized);
+    const FileFacts facts{target, bytes ? static_cast<std::int64_t>(bytes->size()) : 0,
+                          FileTime(path).value_or(0)};
+    if (!may_replace && !AskReplaceFile(facts, target)) return false;
+    if (!Write(change.Level(), path, target, bytes)) return false;
     const std::string native = TextOfNative(NativePath(target));
     copy(native);
     ShowMessage(MessageStyle::Plain, LoadMessage(msg::kResizeDone, {native + kLineBreak}));

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "companion/fragments.h"
+#include "companion/held_back_user.h"
 #include "companion/shot_files.h"
 #include "companion/shot_messages.h"
 #include "companion/shot_names.h"
@@ -14,6 +15,7 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "trle_state/trle_state.h"
 
 namespace kelvash::companion {
 
@@ -37,24 +39,58 @@ bool MayReplace(const std::string& path, const std::optional<std::string>& jpeg)
            AskReplaceFile({path, static_cast<std::int64_t>(jpeg->size()), std::time(nullptr)}, path);
 }
 
-} // namespace
+// As it is now: an outer job may have listed it elsewhere, or no more. What no Archive lists keeps its
+// folder.
+core::LevelPlace LevelNow(const core::LevelPlace& found) {
+    if (found.Code == core::kNoLevel) return found;
+    const core::LevelPlace level = core::PlaceOf(found.Code);
+    return level.IsListed() ? level : core::LevelPlace();
+}
 
-CaptureOutcome CaptureShot(std::int32_t code, const swap::Picture& picture) {
-    // Not about a level: a change that is tells that it has gone, and the game lies over the box.
+CaptureOutcome Capture(const core::LevelPlace& found, const swap::Picture& picture) {
+    // Not about a level: a change that is tells that it has gone.
     const core::Change change(msg::kDoingCapture, core::kArchiveFolder | core::kUntold);
     if (!change) return {CaptureEnd::Busy, {}, {}};
-    const core::LevelPlace level = core::PlaceOf(code);
-    if (!level.IsListed()) return {CaptureEnd::Failed, {}, LoadMessage(msg::kCaptureNoLevel)};
+    const core::LevelPlace level = LevelNow(found);
+    if (level.Folder.empty()) return {CaptureEnd::Failed, {}, LoadMessage(msg::kCaptureNoLevel)};
     const std::string path = NextShotPath(level, {});
     if (Store(level, path, Encoded(picture))) return {CaptureEnd::Saved, path, {}};
     return {CaptureEnd::Failed, path,
             LoadMessage(msg::kCaptureLost, {kLineBreak}) + path + kLineBreak + WhyNot(path)};
 }
 
+} // namespace
+
+CaptureOutcome CaptureShot(const core::LevelPlace& found, const swap::Picture& picture) {
+    HeldBackUser user;
+    CaptureOutcome outcome = Capture(found, picture);
+    // A lock that others hold is no fault; one that can't be made is, and has been told.
+    if (outcome.End == CaptureEnd::Busy && user.HasTold()) outcome.End = CaptureEnd::Failed;
+    user.TellAfterGame();
+    return outcome;
+}
+
+CaptureOutcome CaptureShot(std::int32_t code, const swap::Picture& picture) {
+    return CaptureShot(core::PlaceOf(code), picture);
+}
+
+std::optional<core::LevelPlace> LevelForShots() {
+    const std::int32_t code = trle_state::CurrentLevelCode();
+    if (code == 0) return core::PlaceOf(0);
+    if (const core::LevelPlace level = core::PlaceOf(code); level.IsListed()) return level;
+    const trle_state::TrleState state = trle_state::LookAtTrle();
+    if (state.Content != trle_state::Holds::Level || state.OwnerFolder.empty()) return std::nullopt;
+    core::LevelPlace level;
+    level.Name = state.Record.Owner.Name;
+    level.Folder = state.OwnerFolder;
+    return level;
+}
+
 SaveCaptureEnd SaveCapture(std::int32_t code, const swap::Picture& picture, std::string& path) {
     const core::Change change(msg::kDoingSaveCapture, core::kArchiveFolder, code);
     if (!change) return SaveCaptureEnd::Again;
     const core::LevelPlace& level = change.Level();
+    CreateFolder(core::ScreenshotsFolder(level.Folder)); // for the dialog to begin in
     const std::string proposed = NextShotPath(level, {});
     const std::optional<std::string> chosen =
         TheUser().SaveFile({LoadMessage(msg::kCaptureTitle), LoadMessage(msg::kCaptureFilter),

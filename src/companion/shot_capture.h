@@ -6,23 +6,31 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
+#include "core/archive.h"
 #include "foundation/message_text.h"
 #include "swap/picture_codec.h"
 
 namespace kelvash::companion {
 
 // Busy: another program or job holds the Archive's folder; nothing has changed, it can be tried again.
-// Failed: it can't be written, or no level of the open Archive has the code.
+// Failed: it can't be written, the folder can't be locked, or no level of the open Archive has the code.
 enum class CaptureEnd { Saved, Busy, Failed };
 struct CaptureOutcome {
     CaptureEnd End = CaptureEnd::Failed;
     std::string Path;         // of the new picture
     MessageText Message = {}; // why it isn't Saved, to be told when the game has ended
 };
-// The automatic capture: saves under the next automatic name and counts the picture's size.
+// The automatic capture: saves under the next automatic name and counts the picture's size where the open
+// Archive lists the level. What the Archive's own saving would tell or ask is kept for after the game.
+CaptureOutcome CaptureShot(const core::LevelPlace& level, const swap::Picture& picture);
+// The same for a level of the open Archive.
 CaptureOutcome CaptureShot(std::int32_t code, const swap::Picture& picture);
+// The level in TRLE as far as pictures go: that of another Archive too, which isn't listed, where its folder
+// is known. Nothing for none.
+std::optional<core::LevelPlace> LevelForShots();
 
 // The button of Dialog_Cattura: asks for a name and saves there. Again: the dialog was given up, or the
 // Archive's folder is held, which is told; the form stays. Failed, after a message: the form ends.

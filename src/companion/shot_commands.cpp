@@ -113,6 +113,7 @@ void CopyShotPath(const std::string& path, const CopyText& copy) {
 }
 
 bool OpenShotEditor(const std::string& path) {
+    if (IsDefaultShot(path)) return Refuse(LoadMessage(msg::kDefaultEdit));
     if (!IsThere(path)) return false;
     const std::string program = GraphicsProgram();
     if (program.empty()) return false;
@@ -179,8 +180,9 @@ bool SaveShotAs(std::int32_t code, const std::string& path) {
     if (IsDefaultShot(path)) return Refuse(LoadMessage(msg::kDefaultSave));
     const core::Change change(msg::kDoingSaveShot, core::kArchiveFolder, code);
     if (!change || !IsThere(path)) return false;
-    const std::optional<std::string> chosen = TheUser().SaveFile(
-        {LoadMessage(msg::kSaveShotTitle), LoadMessage(msg::kSaveShotFilter), {}, FileNameOf(path)});
+    const std::optional<std::string> chosen =
+        TheUser().SaveFile({LoadMessage(msg::kSaveShotTitle), LoadMessage(msg::kSaveShotFilter),
+                            FolderOf(path), FileNameOf(path)});
     if (!chosen) return false;
     std::string target = *chosen;
     if (!IsShotName(target)) {

@@ -9,6 +9,7 @@
 #include "foundation/clipboard_picture.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
+#include "foundation/path.h"
 #include "foundation/place.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
@@ -21,6 +22,23 @@ namespace {
 // Bytes of the file that stands at a path as far as the level's record counts it.
 std::int64_t Counted(const trle_state::LevelPlace& level, const std::string& path) {
     return LiesIn(path, core::ScreenshotsFolder(level.Folder)) ? FileSize(path) : 0;
+}
+
+// Where a file is made beside the one that it is to replace.
+std::string PartialBeside(const std::string& path) {
+    return FolderOf(path) + "\\" + std::string(kPartialFile);
+}
+
+// Puts a finished file, whole on the disk and of its date, in the place of another.
+bool PutInPlace(const trle_state::LevelPlace& level, const std::string& partial, const std::string& path,
+                bool is_finished) {
+    const std::int64_t before = Counted(level, path);
+    if (!is_finished || !RenameFile(partial, path)) {
+        DeleteFile(partial);
+        return false;
+    }
+    AddImageToLevel(Counted(level, path) - before, level);
+    return true;
 }
 
 bool MakeFolder(const trle_state::LevelPlace& level, const std::string& path) {
@@ -61,19 +79,18 @@ void AddImageToLevel(std::int64_t size, const trle_state::LevelPlace& level) {
 
 bool StoreShot(const trle_state::LevelPlace& level, const std::string& path, std::string_view bytes,
                std::optional<std::int64_t> date) {
-    const std::int64_t before = Counted(level, path);
-    if (!MakeFolder(level, path) || !ReplaceFileBytes(path, bytes, Flush::Yes)) return false;
-    if (date) SetFileDate(path, *date);
-    AddImageToLevel(Counted(level, path) - before, level);
-    return true;
+    if (!MakeFolder(level, path)) return false;
+    const std::string partial = PartialBeside(path);
+    const bool is_finished =
+        ReplaceFileBytes(partial, bytes, Flush::Yes) && (!date || SetFileDate(partial, *date));
+    return PutInPlace(level, partial, path, is_finished);
 }
 
 bool CopyShot(const trle_state::LevelPlace& level, const std::string& source, const std::string& path) {
     if (IsSamePlace(source, path)) return true;
-    const std::int64_t before = Counted(level, path);
-    if (!MakeFolder(level, path) || !CopyFileWhole(source, path)) return false;
-    AddImageToLevel(Counted(level, path) - before, level);
-    return FlushFile(path);
+    if (!MakeFolder(level, path)) return false;
+    const std::string partial = PartialBeside(path);
+    return PutInPlace(level, partial, path, CopyFile(source, partial) && FlushFile(partial));
 }
 
 bool ConvertToJpeg(std::string_view source, std::string_view destination, int quality) {

@@ -57,7 +57,7 @@ std::string NamedShotPath(const trle_state::LevelPlace& level, std::string_view 
     const std::optional<PlainName> plain = PlainName::From(name);
     // No Windows takes these in a name, and pictures move there with their Archive.
     if (!plain || !PlainName::From(Trim(typed)) || name.find_first_of("<>\"|?*") != std::string::npos ||
-        name.size() == extension.size())
+        name.size() == extension.size() || name.size() > kLongestFileName - kUnfinished)
         return {};
     return PathIn(core::ScreenshotsFolder(level.Folder), *plain);
 }

@@ -13,8 +13,8 @@ namespace kelvash::companion {
 // cut.
 std::string NextShotPath(const trle_state::LevelPlace& level, std::string_view extension);
 
-// Where a picture of a level goes under a name that was typed; empty for one that isn't a plain name. What
-// ends in another extension than `extension` gets it behind.
+// Where a picture of a level goes under a name that was typed; empty for one that isn't a plain name, or is
+// so long that it couldn't be written anew. What ends in another extension than `extension` gets it behind.
 std::string NamedShotPath(const trle_state::LevelPlace& level, std::string_view typed,
                           std::string_view extension);
 

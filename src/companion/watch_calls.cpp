@@ -53,6 +53,8 @@ Offered ReadOffered(std::string& bytes) {
             return Offered::None;
         case ClipboardContent::Picture:
             return Offered::Picture;
+        case ClipboardContent::Slow:
+            return Offered::Slow;
         case ClipboardContent::Failed:
             break;
     }
@@ -68,7 +70,7 @@ bool IsBlackPicture(const std::string& bytes) {
 WorkOutcome StorePicture(const LevelPlace& level, const std::string& bytes) {
     const std::optional<swap::Picture> picture = swap::DecodePicture(bytes);
     if (!picture) return {Work::Failed, {}};
-    CaptureOutcome outcome = CaptureShot(level.Code, *picture);
+    CaptureOutcome outcome = CaptureShot(level, *picture);
     if (outcome.End == CaptureEnd::Busy) return {Work::Refused, {}};
     return {outcome.End == CaptureEnd::Saved ? Work::Done : Work::Failed, std::move(outcome.Message)};
 }

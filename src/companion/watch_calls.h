@@ -20,8 +20,8 @@ struct WorkOutcome {
     MessageText Why;
 };
 
-// What the clipboard offers: no picture, one, or one that couldn't be had.
-enum class Offered { None, Picture, Failed };
+// What the clipboard offers: no picture, one, one that isn't there yet, or one that couldn't be had.
+enum class Offered { None, Picture, Slow, Failed };
 
 // An empty function is a call that the program has no use for, unless it says otherwise.
 struct WatchCalls {

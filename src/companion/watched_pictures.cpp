@@ -9,8 +9,8 @@
 
 #include "companion/held_back_user.h"
 #include "companion/messages.h"
+#include "companion/shot_capture.h"
 #include "companion/watch_calls.h"
-#include "companion/watched_level.h"
 #include "companion/watcher.h"
 #include "core/profile.h"
 #include "foundation/desktop.h"
@@ -71,10 +71,11 @@ void TypeThirteen() {
 bool Capture(Waiting& taken) {
     if (core::profile.VerifyImage && watch_calls.IsBlack(taken.Bytes)) return Clear(), true;
     if (!std::exchange(taken.HasBeeped, true)) TheDesktop().Beep(100, 150);
-    const std::optional<core::LevelPlace> level = LevelInTrle();
+    const std::optional<core::LevelPlace> level = LevelForShots();
+    const bool is_shown = level && level->Code != trle_state::kNoLevel; // not that of another Archive
     const std::size_t before = level ? watch_calls.CountPictures(*level) : 0;
     Work stored = Work::Failed;
-    if (level && core::profile.PromptCapture && watch_calls.AskPictureName && !notes.GameHasEnded) {
+    if (is_shown && core::profile.PromptCapture && watch_calls.AskPictureName && !notes.GameHasEnded) {
         TypeThirteen();
         watch_calls.AskPictureName(*level, taken.Bytes);
         stored = Work::Done;
@@ -84,7 +85,7 @@ bool Capture(Waiting& taken) {
     if (stored == Work::Refused) return false;
     if (stored == Work::Done) {
         notes.LastPicture = std::hash<std::string>()(taken.Bytes);
-        if (watch_calls.ShowPictures) watch_calls.ShowPictures(*level, before);
+        if (is_shown && watch_calls.ShowPictures) watch_calls.ShowPictures(*level, before);
     } else {
         ++notes.Lost;
     }
@@ -114,6 +115,10 @@ void TakeOffered() {
     std::string picture;
     const Offered offered = watch_calls.ReadClipboard(picture);
     if (offered == Offered::None) return;
+    if (offered == Offered::Slow) {
+        notes.Seen = 0; // no clipboard's number: the next tick looks again
+        return;
+    }
     const bool was_pressed = std::exchange(notes.WasPressed, false);
     if (offered == Offered::Failed) {
         if (!was_pressed || notes.Taken.empty()) ++notes.Lost;

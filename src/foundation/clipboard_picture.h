@@ -14,9 +14,10 @@ namespace kelvash {
 // emptied it. 0 without a clipboard. Cheap: it asks the server for nothing.
 std::uint64_t ClipboardChange();
 
-// None: no bitmap is there. Failed: one is offered and couldn't be had: refused, too slow, out of bounds, or
-// its owner has gone.
-enum class ClipboardContent { None, Picture, Failed };
+// None: no bitmap is there. Slow: its owner hasn't answered yet; who asks again while ClipboardChange stays
+// the same may get it. Failed: one is offered and couldn't be had: refused, too slow for seconds, out of
+// bounds, or its owner has gone.
+enum class ClipboardContent { None, Picture, Slow, Failed };
 struct ClipboardPicture {
     ClipboardContent Content = ClipboardContent::None;
     std::string Bytes; // of a .bmp, .png or .jpg file, as the owner gave them: not looked into

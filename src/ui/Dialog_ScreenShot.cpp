@@ -4,7 +4,9 @@
 #include <QVBoxLayout>
 #include <QWheelEvent>
 #include <QtMath>
+#include <optional>
 
+#include "companion/shot_files.h"
 #include "foundation/user.h"
 #include "ui/Dialog_ScreenShot_messages.h"
 #include "ui/form_kit.h"
@@ -78,11 +80,13 @@ void Dialog_ScreenShot::ConnectControls() {
 }
 
 bool Dialog_ScreenShot::ImpostaValori(const std::string& path) {
-    const QImage picture = ReadPicture(NativeText(path));
-    if (picture.isNull()) {
+    // Not the toolkit's reading: that fills up with grey what a cut file lacks.
+    const std::optional<swap::Picture> read = companion::ReadShot(path);
+    if (!read) {
         TellCritical(LoadMessage(msg::kZoomUnreadable) + path);
         return false;
     }
+    const QImage picture = ImageOf(*read);
     setWindowTitle(ShownLine(LoadMessage(msg::kZoomCaption) + path));
     Picture1->ShowPicture(picture);
     Scroll1->setAccessibleName(ShownLine(path));

@@ -102,6 +102,7 @@ Answer LosingAnswer(Buttons buttons, MessageId question) {
 }
 
 QString NativeStart(const FileDialog& dialog) {
+    if (dialog.folder.empty()) return FromUtf8(dialog.name); // where the user was last
     const std::string name = dialog.name.empty() ? std::string() : "\\" + dialog.name;
     return NativeText(dialog.folder + name);
 }

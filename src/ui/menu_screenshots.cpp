@@ -20,6 +20,7 @@ std::vector<MenuCommand> ScreenshotCommands(Principale& window) {
             {mnu_DeleteShot, LevelSelected, run(&ScreenshotPanel::Delete)},
             {mnu_RenameShot, LevelSelected, run(&ScreenshotPanel::Rename)},
             {mnu_ResizeSave, LevelSelected, run(&ScreenshotPanel::Resize)},
+            {mnu_SendScreenshotemail, LevelSelected, run(&ScreenshotPanel::Mail)},
             {mnu_SaveShot, LevelSelected, run(&ScreenshotPanel::Save)},
             {mnu_Zoom, LevelSelected, run(&ScreenshotPanel::Zoom)}};
 }

@@ -87,6 +87,11 @@ void Beside(QObject* receiver, const std::function<QImage()>& decode, const Take
 } // namespace
 
 QImage DecodeWhole(const QByteArray& bytes, const QSize& size) {
+    // The toolkit fills up with grey what a cut JPEG lacks; what the commands can't read isn't shown either.
+    if (QLatin1String(FormatOf(bytes)) == QLatin1String("jpg")) {
+        const auto picture = swap::DecodePicture({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+        return picture ? ScaleWhole(ImageOf(*picture), size) : QImage();
+    }
     return ScaleWhole(DecodeNear(bytes, size, Qt::KeepAspectRatio), size);
 }
 
@@ -96,10 +101,6 @@ QImage DecodeCover(const QByteArray& bytes, const QSize& size) {
     // Cut first: a picture of one row, made as high as a cover, would be millions of pixels wide.
     return picture.copy(MiddleOf(picture.size(), size))
         .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-}
-
-QImage ReadPicture(const QString& native_path) {
-    return DecodeNear(BytesOf(native_path), {}, Qt::KeepAspectRatio);
 }
 
 QImage ImageOf(const swap::Picture& picture) {

@@ -25,8 +25,6 @@ QImage DecodeWhole(const QByteArray& bytes, const QSize& size);
 // Its middle in that size, which is no more than is shown; null for bytes that are none.
 QImage DecodeCover(const QByteArray& bytes, const QSize& size);
 
-// The same of a file, at once.
-QImage ReadPicture(const QString& native_path);
 // A picture of the logic.
 QImage ImageOf(const swap::Picture& picture);
 

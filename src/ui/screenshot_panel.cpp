@@ -7,8 +7,10 @@
 #include "companion/screenshots.h"
 #include "companion/shot_commands.h"
 #include "companion/shot_files.h"
+#include "companion/shot_mail.h"
 #include "core/level_list.h"
 #include "foundation/files.h"
+#include "foundation/mail.h"
 #include "program/level_view.h"
 #include "ui/Dialog_Resize.h"
 #include "ui/Dialog_ScreenShot.h"
@@ -58,6 +60,11 @@ void ScreenshotPanel::ShowFrom(std::size_t first) {
 
 void ScreenshotPanel::ShowLast() {
     pages_.Last();
+    Draw();
+}
+
+void ScreenshotPanel::ShowPairOf(const std::string& path) {
+    pages_.Select(path);
     Draw();
 }
 
@@ -149,8 +156,7 @@ void ScreenshotPanel::Add() {
     std::string added;
     if (!companion::AddScreenshot(core::SelectedLevel(), added)) return;
     window_.AggiornaDatiLivello(true);
-    pages_.Select(added);
-    Draw();
+    ShowPairOf(added);
 }
 
 void ScreenshotPanel::OpenEditor() const {
@@ -181,8 +187,7 @@ void ScreenshotPanel::Rename() {
     std::string path = pages_.SelectedImage();
     if (!companion::RenameShot(core::SelectedLevel(), path)) return;
     window_.AggiornaDatiLivello(true);
-    pages_.Select(path);
-    Draw();
+    ShowPairOf(path);
 }
 
 void ScreenshotPanel::Resize() {
@@ -195,6 +200,14 @@ void ScreenshotPanel::Resize() {
 void ScreenshotPanel::Save() {
     if (companion::SaveShotAs(core::SelectedLevel(), pages_.SelectedImage()))
         window_.AggiornaDatiLivello(true);
+}
+
+void ScreenshotPanel::Mail() const {
+    const auto send = [](const companion::ShotMail& mail) {
+        return SendMail({.Subject = mail.Subject, .Text = mail.Text, .Attachments = {mail.Attachment}});
+    };
+    // It has told what failed.
+    static_cast<void>(companion::MailScreenshot(core::SelectedLevel(), pages_.SelectedImage(), send));
 }
 
 void ScreenshotPanel::Zoom() const {

@@ -30,6 +30,8 @@ class ScreenshotPanel final : public QObject {
     // The pair that begins with a picture, by its number in the level.
     void ShowFrom(std::size_t first);
     void ShowLast();
+    // The pair in which a picture is, which is selected; all stays where the level doesn't have it.
+    void ShowPairOf(const std::string& path);
     // Selects the next picture or the one before, on the next page if need be. False at the end.
     bool MoveCursor(int step);
     const companion::ShotPages& Pages() const { return pages_; }
@@ -43,6 +45,7 @@ class ScreenshotPanel final : public QObject {
     void Rename();
     void Resize();
     void Save();
+    void Mail() const;
     void Zoom() const;
 
   private:

@@ -47,6 +47,23 @@ TEST_F(ShotCapture, MakesTheFolderThatIsMissing) {
     EXPECT_EQ(CaptureShot(1, kPicture).End, CaptureEnd::Saved);
 }
 
+TEST_F(ShotCapture, StoresForALevelOfAnotherArchiveAndCountsNothing) {
+    std::filesystem::create_directories(drive / "Other/LEVEL_0009");
+    core::LevelPlace other;
+    other.Name = "Ruins";
+    other.Folder = "C:\\Other\\LEVEL_0009";
+    const CaptureOutcome outcome = CaptureShot(other, kPicture);
+    EXPECT_EQ(outcome.End, CaptureEnd::Saved);
+    EXPECT_THAT(NamesIn(drive / "Other/LEVEL_0009/screenshots"), ElementsAre("1) Ruins.jpg"));
+    EXPECT_EQ(Counted(), 0);
+    EXPECT_EQ(core::archive.Header.SecondaryFolderSize, 0);
+}
+
+TEST_F(ShotCapture, FindsTheLevelOfTheOriginalConfiguration) {
+    ASSERT_TRUE(companion::LevelForShots().has_value());
+    EXPECT_EQ(companion::LevelForShots()->Code, 0);
+}
+
 TEST_F(ShotCapture, SaysAfterwardsWhatCouldNotBeSaved) {
     std::filesystem::remove_all(LevelPath(1));
     const CaptureOutcome outcome = CaptureShot(1, kPicture);
@@ -67,6 +84,14 @@ TEST_F(ShotCapture, AsksForANameWhereItIsWanted) {
     EXPECT_EQ(user.last_start, PathOf("1) City.jpg"));
     EXPECT_THAT(Names(), ElementsAre("Door.jpg"));
     EXPECT_EQ(Counted(), FileSize(PathOf("Door.jpg")));
+}
+
+TEST_F(ShotCapture, HasItsFolderMadeBeforeItAsks) {
+    std::filesystem::remove(folder);
+    user.WillAnswer("Save captured screenshot", "cancel");
+    std::string path;
+    EXPECT_EQ(SaveCapture(1, kPicture, path), SaveCaptureEnd::Again);
+    EXPECT_TRUE(std::filesystem::is_directory(LevelPath(1) / "screenshots"));
 }
 
 TEST_F(ShotCapture, CountsOnlyWhatIsTheLevels) {

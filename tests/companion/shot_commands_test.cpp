@@ -158,11 +158,13 @@ TEST_F(ShotCommands, RefuseTheDefaultPictures) {
         EXPECT_FALSE(DeleteShot(1, path));
         EXPECT_FALSE(RenameShot(1, renaming));
         EXPECT_FALSE(SaveShotAs(1, path));
+        EXPECT_FALSE(OpenShotEditor(path));
         ShowShotProperty(path);
         EXPECT_THAT(user.Told(),
                     ElementsAre("exclamation: This is a default screen-shot, you can not delete it :-)",
                                 "exclamation: This is a default screen-shot, you can not rename it :-)",
                                 "exclamation: This is a default screen-shot, you can not save it :-)",
+                                "exclamation: This is a default screen-shot, you can not edit it :-)",
                                 "exclamation: This is a default screenshot. No property available"));
         user.Forget();
     }

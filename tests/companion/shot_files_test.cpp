@@ -106,6 +106,16 @@ TEST_F(ShotFiles, AreCopiedWithTheirDate) {
     EXPECT_EQ(Counted(), 62);
 }
 
+TEST_F(ShotFiles, LeaveNothingBesideThemWhenTheyCanNotBePut) {
+    Take("a.bmp");
+    std::filesystem::create_directories(folder / "b.bmp" / "sub");
+    EXPECT_FALSE(StoreShot(core::PlaceOf(1), PathOf("b.bmp"), kRedBlue, 2'000'000));
+    EXPECT_FALSE(CopyShot(core::PlaceOf(1), PathOf("a.bmp"), PathOf("b.bmp")));
+    EXPECT_FALSE(CopyShot(core::PlaceOf(1), PathOf("missing.bmp"), PathOf("c.bmp")));
+    EXPECT_THAT(Names(), ElementsAre("a.bmp"));
+    EXPECT_EQ(Counted(), 62);
+}
+
 TEST_F(ShotFiles, AreConvertedToJpeg) {
     Take("a.bmp");
     ASSERT_TRUE(ConvertToJpeg(PathOf("a.bmp"), "C:\\a.jpg", 90));

@@ -67,7 +67,8 @@ TEST_F(ShotNames, OfTheUserKeepTheExtension) {
     EXPECT_EQ(named("Entrance.bmp"), PathOf("Entrance.bmp.jpg"));
     for (const char* bad : {"", " ", ".jpg", "..", "a\\b", "a/b", "c:a", "con", "a*", "a?b", "a\tb", "a|b"})
         EXPECT_EQ(named(bad), "") << bad;
-    EXPECT_EQ(named(std::string(252, 'x')), "");
+    EXPECT_EQ(named(std::string(247, 'x')), PathOf(std::string(247, 'x') + ".jpg"));
+    EXPECT_EQ(named(std::string(248, 'x')), "") << "it couldn't be written anew";
 }
 
 } // namespace

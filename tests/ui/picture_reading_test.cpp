@@ -25,6 +25,12 @@ TEST(PictureReading, TellsByTheContents) {
     }
 }
 
+TEST(PictureReading, ShowsNothingOfACutPicture) {
+    QByteArray cut = BytesOf({320, 240}, "jpg");
+    cut.chop(cut.size() / 3);
+    EXPECT_TRUE(ui::DecodeWhole(cut, kCover).isNull());
+}
+
 TEST(PictureReading, TakesNothingThatNamesOtherFiles) {
     const QByteArray drawing =
         "<svg xmlns='http://www.w3.org/2000/svg' width='80' height='60'>"

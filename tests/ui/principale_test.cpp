@@ -219,12 +219,12 @@ TEST_F(PrincipaleForm, GreysTheCommandsThatCantDoAnythingYet) {
             "mnu_Property", "mnu_ShowAutoreInfo", "mnu_RemoveLevel", "mnu_Export", "mnu_PrefArchive",
             "mnu_MoveArc", "mnu_Recover", "mnu_ControllaUguali", "mnu_CreaInfoTr4", "mnu_Kept",
             "mnu_CaptureScreen", "mnu_AddScreenshot", "mnu_OpenEditor", "mnu_CopyPathInClip", "mnu_CopyShot",
-            "mnu_PropertyScreenShot", "mnu_DeleteShot", "mnu_RenameShot", "mnu_ResizeSave", "mnu_SaveShot",
-            "mnu_Zoom", "mnu_ImportSaveGameSingle", "mnu_ImportSaveGame", "mnu_FindSavegameNote",
-            "mnu_FineNextSavegame", "mnu_FindPreviousSavegame", "mnu_SendSaveGameEmail",
-            "mnu_SendSingoloSavegame", "mnu_ExportSavegame", "mnu_BackupSavegame", "mnu_RestoreSavegames",
-            "mnu_ScegliImmagine", "mnu_PropertySavegame", "mnu_DelSavegame", "mnu_SalvaSavegame",
-            "mnu_SendSavegame", "mnu_ChangeImageSavegame"));
+            "mnu_SendScreenshotemail", "mnu_PropertyScreenShot", "mnu_DeleteShot", "mnu_RenameShot",
+            "mnu_ResizeSave", "mnu_SaveShot", "mnu_Zoom", "mnu_ImportSaveGameSingle", "mnu_ImportSaveGame",
+            "mnu_FindSavegameNote", "mnu_FineNextSavegame", "mnu_FindPreviousSavegame",
+            "mnu_SendSaveGameEmail", "mnu_SendSingoloSavegame", "mnu_ExportSavegame", "mnu_BackupSavegame",
+            "mnu_RestoreSavegames", "mnu_ScegliImmagine", "mnu_PropertySavegame", "mnu_DelSavegame",
+            "mnu_SalvaSavegame", "mnu_SendSavegame", "mnu_ChangeImageSavegame"));
 }
 
 TEST_F(PrincipaleForm, GreysAMenuInWhichNothingCanBeDone) {

@@ -13,6 +13,7 @@
 #include "companion/shot_files.h"
 #include "foundation/files.h"
 #include "support/bitmaps.h"
+#include "swap/picture_codec.h"
 #include "ui/Dialog_Cattura.h"
 #include "ui/Dialog_Resize.h"
 #include "ui/Dialog_ScreenShot.h"
@@ -147,12 +148,24 @@ TEST_F(ScreenshotPage, RefusesTheDefaultPicture) {
     for (const auto& [entry, word] : {std::pair{Entry::mnu_DeleteShot, "delete"},
                                       {Entry::mnu_RenameShot, "rename"},
                                       {Entry::mnu_ResizeSave, "resize"},
-                                      {Entry::mnu_SaveShot, "save"}}) {
+                                      {Entry::mnu_SaveShot, "save"},
+                                      {Entry::mnu_OpenEditor, "edit"}}) {
         robot.WillPress("This is a default screen-shot, you can not " + std::string(word) + " it :-)", "OK");
         Choose(entry);
     }
     robot.WillPress("This is a default screenshot. No property available", "OK");
     Choose(Entry::mnu_PropertyScreenShot);
+    robot.WillPress("No screenshot available", "OK");
+    Choose(Entry::mnu_SendScreenshotemail);
+}
+
+TEST_F(ScreenshotPage, ShowsThePairOfAPicture) {
+    Have({"1.bmp", "2.bmp", "3.bmp", "4.bmp"});
+    form.Shots().ShowPairOf(PathOf("4.bmp"));
+    EXPECT_EQ(NameIn(form.Image1), "3.bmp");
+    EXPECT_EQ(Selected(), "4.bmp");
+    form.Shots().ShowPairOf(PathOf("5.bmp"));
+    EXPECT_EQ(Selected(), "4.bmp");
 }
 
 TEST_F(ScreenshotPage, NeedsALevel) {
@@ -204,6 +217,15 @@ TEST_F(ScreenshotPage, ZoomsWithinItsBounds) {
     EXPECT_FALSE(zoom.Pul_ZoomOut->isEnabled());
     zoom.Pul_Fit->click();
     EXPECT_EQ(zoom.Label_Zoom->text().toStdString(), "100 %") << "never larger than it is";
+}
+
+TEST_F(ScreenshotPage, ShowsNoPictureThatIsCut) {
+    const std::string whole = swap::JpegFromPicture({64, 64, std::string(64 * 64 * 3, 'x')}, 90).value_or("");
+    MakeFile(Folder() / "1.jpg", whole.substr(0, whole.size() / 2));
+    form.AggiornaDatiLivello(false);
+    robot.WillPress("This image can't be read: " + PathOf("1.jpg"), "OK");
+    Choose(Entry::mnu_Zoom);
+    EXPECT_FALSE(robot.HasSeen("Dialog_ScreenShot"));
 }
 
 TEST_F(ScreenshotPage, TellsAPictureThatCanNotBeShown) {

@@ -39,14 +39,24 @@ class ClipboardConnection {
     xcb_connection_t* Xcb() const { return connection_; }
     xcb_window_t Window() const { return window_; }
     xcb_window_t Root() const { return root_; }
-    xcb_atom_t Named(std::string_view name) const; // 0 if the server doesn't answer
+    // 0 if the server doesn't answer until then.
+    xcb_atom_t Named(std::string_view name, ClipboardClock::time_point until) const;
+    // The answer to a request; null if it is refused, or doesn't come until then.
+    template <class Answer, class Request>
+    Held<Answer> ReplyTo(Request request, ClipboardClock::time_point until) const {
+        return Held<Answer>(static_cast<Answer*>(AwaitReply(request.sequence, until)));
+    }
     int Descriptor() const { return xcb_get_file_descriptor(connection_); }
 
+    // Of one thread at a time: what one reads while another waits for it would be found too late.
+    //
     // The next event until then; null if none has come. `wake`, if it isn't negative, is a descriptor that
     // ends the waiting as soon as it can be read.
     HeldEvent Wait(ClipboardClock::time_point until, int wake = -1) const;
 
   private:
+    void* AwaitReply(unsigned request, ClipboardClock::time_point until) const;
+
     xcb_connection_t* connection_;
     xcb_window_t root_ = 0;
     xcb_window_t window_ = 0;
@@ -54,5 +64,7 @@ class ClipboardConnection {
 
 // The display that the program is to use now; empty for none.
 std::string ClipboardDisplay();
+// For how long a program that fetches this one's picture may pause on its way: 10 s at the start.
+void SetReceiverPatience(std::chrono::milliseconds patience);
 
 } // namespace kelvash::platform

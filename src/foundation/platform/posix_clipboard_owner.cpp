@@ -1,11 +1,15 @@
-// The program's own picture on the clipboard: a thread hands it to whoever asks.
+// The program's own picture on the clipboard: a thread hands it to whoever asks. All that goes over the
+// connection is that thread's; others leave it a picture and wait for its word.
 #include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <condition_variable>
 #include <list>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 #include "foundation/clipboard_picture.h"
@@ -22,8 +26,14 @@ using SharedBytes = std::shared_ptr<const std::string>;
 // More than this goes over in pieces of as much.
 constexpr std::size_t kPiece = std::size_t{1} << 20;
 constexpr std::size_t kRequestHead = 64; // bytes; generous
+// For how long the server may take to make this program the owner.
+constexpr auto kServerPatience = 1s;
+
 // For how long a receiver that has asked may fetch nothing.
-constexpr auto kReceiverPatience = 10s;
+std::atomic<std::chrono::milliseconds>& ReceiverPatience() {
+    static std::atomic<std::chrono::milliseconds> patience{10s};
+    return patience;
+}
 
 // A picture on its way, piece by piece, into a window's property.
 struct Transfer {
@@ -42,67 +52,132 @@ class Server {
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
 
+    // False if it can't be put, or takes too long.
     bool Put(SharedBytes bitmap);
 
   private:
     void Serve();
+    void TakeWanted();
+    bool Own();
+    bool Owns() const;
+    xcb_timestamp_t ServerTime();
     void Heed(const xcb_generic_event_t& event);
     void Answer(const xcb_selection_request_event_t& request);
     bool HandOver(const xcb_selection_request_event_t& request, xcb_atom_t place);
-    bool Owns() const;
+    void SendFirst(const xcb_selection_request_event_t& request, xcb_atom_t place);
     void SendNext(const xcb_property_notify_event_t& told);
     std::size_t PieceSize() const;
 
     ClipboardConnection clipboard_;
-    xcb_atom_t selection_, targets_, kind_, incremental_;
+    xcb_atom_t selection_, targets_, timestamp_, kind_, incremental_, clock_;
+    // Of the thread alone.
     std::list<Transfer> transfers_;
+    SharedBytes picture_;
+    xcb_timestamp_t owned_since_ = XCB_CURRENT_TIME;
+
     std::mutex mutex_;
-    SharedBytes picture_; // under the mutex
+    std::condition_variable told_;
+    // Under the mutex.
+    SharedBytes wanted_;
+    std::optional<bool> is_put_;
+    bool ends_ = false;
+    bool has_ended_ = false;
+
     int wake_;
     std::thread thread_;
 };
 
 Server::Server(const std::string& display)
-    : clipboard_(display),
-      selection_(clipboard_.Named("CLIPBOARD")),
-      targets_(clipboard_.Named("TARGETS")),
-      kind_(clipboard_.Named("image/bmp")),
-      incremental_(clipboard_.Named("INCR")),
-      wake_(::eventfd(0, EFD_CLOEXEC)),
-      thread_([this] { Serve(); }) {}
+    : clipboard_(display), wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    const auto until = ClipboardClock::now() + kServerPatience;
+    selection_ = clipboard_.Named("CLIPBOARD", until);
+    targets_ = clipboard_.Named("TARGETS", until);
+    timestamp_ = clipboard_.Named("TIMESTAMP", until);
+    kind_ = clipboard_.Named("image/bmp", until);
+    incremental_ = clipboard_.Named("INCR", until);
+    clock_ = clipboard_.Named("KELVASH_CLOCK", until);
+    thread_ = std::thread([this] { Serve(); });
+}
 
 Server::~Server() {
+    {
+        const std::lock_guard lock(mutex_);
+        ends_ = true;
+    }
     ::eventfd_write(wake_, 1);
     thread_.join();
     ::close(wake_);
 }
 
-bool Server::Owns() const {
-    xcb_connection_t* const xcb = clipboard_.Xcb();
-    const Held<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(xcb, xcb_get_selection_owner(xcb, selection_), nullptr));
-    return reply && reply->owner == clipboard_.Window();
-}
-
 bool Server::Put(SharedBytes bitmap) {
-    if (!clipboard_.IsUp()) return false;
-    {
-        const std::lock_guard lock(mutex_);
-        picture_ = std::move(bitmap);
-    }
-    xcb_set_selection_owner(clipboard_.Xcb(), clipboard_.Window(), selection_, XCB_CURRENT_TIME);
-    return Owns();
+    std::unique_lock lock(mutex_);
+    wanted_ = std::move(bitmap);
+    is_put_.reset();
+    ::eventfd_write(wake_, 1);
+    told_.wait_for(lock, 2 * kServerPatience, [this] { return is_put_ || has_ended_; });
+    return is_put_.value_or(false);
 }
 
 void Server::Serve() {
     while (clipboard_.IsUp()) {
-        const HeldEvent event = clipboard_.Wait(ClipboardClock::now() + kReceiverPatience, wake_);
+        const HeldEvent event = clipboard_.Wait(ClipboardClock::now() + ReceiverPatience().load(), wake_);
         if (event) Heed(*event);
         eventfd_t woken = 0;
-        if (!event && ::eventfd_read(wake_, &woken) == 0) return;
+        ::eventfd_read(wake_, &woken); // nothing is there after a mere pause
+        TakeWanted();
         const auto now = ClipboardClock::now();
         transfers_.remove_if([now](const Transfer& transfer) { return transfer.until < now; });
+        const std::lock_guard lock(mutex_);
+        if (ends_) break;
     }
+    const std::lock_guard lock(mutex_);
+    has_ended_ = true;
+    told_.notify_all();
+}
+
+// Puts what has been left here.
+void Server::TakeWanted() {
+    SharedBytes wanted;
+    {
+        const std::lock_guard lock(mutex_);
+        wanted = std::exchange(wanted_, nullptr);
+    }
+    if (!wanted) return;
+    picture_ = std::move(wanted);
+    const bool is_put = Own();
+    const std::lock_guard lock(mutex_);
+    is_put_ = is_put;
+    told_.notify_all();
+}
+
+bool Server::Own() {
+    const xcb_timestamp_t now = ServerTime();
+    if (now == XCB_CURRENT_TIME) return false;
+    xcb_set_selection_owner(clipboard_.Xcb(), clipboard_.Window(), selection_, now);
+    if (!Owns()) return false;
+    owned_since_ = now;
+    return true;
+}
+
+bool Server::Owns() const {
+    const auto reply = clipboard_.ReplyTo<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(clipboard_.Xcb(), selection_), ClipboardClock::now() + kServerPatience);
+    return reply && reply->owner == clipboard_.Window();
+}
+
+// By a change of an own property, whose event tells it. XCB_CURRENT_TIME, which is none, if it doesn't come.
+xcb_timestamp_t Server::ServerTime() {
+    xcb_change_property(clipboard_.Xcb(), XCB_PROP_MODE_APPEND, clipboard_.Window(), clock_, XCB_ATOM_INTEGER,
+                        8, 0, nullptr);
+    const auto until = ClipboardClock::now() + kServerPatience;
+    while (const HeldEvent event = clipboard_.Wait(until)) {
+        const auto& told = *reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
+        if (KindOf(*event) == XCB_PROPERTY_NOTIFY && told.window == clipboard_.Window() &&
+            told.atom == clock_)
+            return told.time;
+        Heed(*event);
+    }
+    return XCB_CURRENT_TIME;
 }
 
 void Server::Heed(const xcb_generic_event_t& event) {
@@ -114,10 +189,8 @@ void Server::Heed(const xcb_generic_event_t& event) {
             SendNext(reinterpret_cast<const xcb_property_notify_event_t&>(event));
             break;
         case XCB_SELECTION_CLEAR: // it may have been put again since
-            if (!Owns()) {
-                const std::lock_guard lock(mutex_);
+            if (reinterpret_cast<const xcb_selection_clear_event_t&>(event).time >= owned_since_ && !Owns())
                 picture_.reset();
-            }
             break;
         default:
             break;
@@ -138,35 +211,35 @@ void Server::Answer(const xcb_selection_request_event_t& request) {
     xcb_flush(clipboard_.Xcb());
 }
 
-// False for what isn't offered.
+// False for what isn't offered; several kinds at once aren't.
 bool Server::HandOver(const xcb_selection_request_event_t& request, xcb_atom_t place) {
-    xcb_connection_t* const xcb = clipboard_.Xcb();
-    SharedBytes picture;
-    {
-        const std::lock_guard lock(mutex_);
-        picture = picture_;
-    }
-    if (request.selection != selection_ || !picture) return false;
+    if (request.selection != selection_ || !picture_) return false;
     const auto put = [&](xcb_atom_t type, std::uint8_t format, std::size_t count, const void* values) {
-        xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, request.requestor, place, type, format,
+        xcb_change_property(clipboard_.Xcb(), XCB_PROP_MODE_REPLACE, request.requestor, place, type, format,
                             static_cast<std::uint32_t>(count), values);
+        return true;
     };
-    if (request.target == targets_) {
-        const std::array<xcb_atom_t, 2> offered = {targets_, kind_};
-        put(XCB_ATOM_ATOM, 32, offered.size(), offered.data());
-        return true;
-    }
+    const std::array<xcb_atom_t, 3> offered = {targets_, timestamp_, kind_};
+    if (request.target == targets_) return put(XCB_ATOM_ATOM, 32, offered.size(), offered.data());
+    if (request.target == timestamp_) return put(XCB_ATOM_INTEGER, 32, 1, &owned_since_);
     if (request.target != kind_) return false;
-    if (picture->size() <= PieceSize()) {
-        put(kind_, 8, picture->size(), picture->data());
-        return true;
-    }
-    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_change_window_attributes(xcb, request.requestor, XCB_CW_EVENT_MASK, &events);
-    const auto size = static_cast<std::uint32_t>(picture->size());
-    put(incremental_, 32, 1, &size);
-    transfers_.push_back({request.requestor, place, picture, 0, ClipboardClock::now() + kReceiverPatience});
+    if (picture_->size() <= PieceSize()) return put(kind_, 8, picture_->size(), picture_->data());
+    SendFirst(request, place);
     return true;
+}
+
+// Tells that it comes in pieces. Who asks for the same place again has given up what was on its way there.
+void Server::SendFirst(const xcb_selection_request_event_t& request, xcb_atom_t place) {
+    transfers_.remove_if([&](const Transfer& transfer) {
+        return transfer.window == request.requestor && transfer.place == place;
+    });
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(clipboard_.Xcb(), request.requestor, XCB_CW_EVENT_MASK, &events);
+    const auto size = static_cast<std::uint32_t>(picture_->size());
+    xcb_change_property(clipboard_.Xcb(), XCB_PROP_MODE_REPLACE, request.requestor, place, incremental_, 32,
+                        1, &size);
+    transfers_.push_back(
+        {request.requestor, place, picture_, 0, ClipboardClock::now() + ReceiverPatience().load()});
 }
 
 // The receiver has taken what was there. Behind the last piece goes an empty one.
@@ -181,7 +254,7 @@ void Server::SendNext(const xcb_property_notify_event_t& told) {
                         static_cast<std::uint32_t>(size), at->bytes->data() + at->sent);
     xcb_flush(clipboard_.Xcb());
     at->sent += size;
-    at->until = ClipboardClock::now() + kReceiverPatience;
+    at->until = ClipboardClock::now() + ReceiverPatience().load();
     if (size == 0) transfers_.erase(at);
 }
 
@@ -201,6 +274,10 @@ OwnPicture& TheOwnPicture() {
 }
 
 } // namespace
+
+void SetReceiverPatience(std::chrono::milliseconds patience) {
+    ReceiverPatience() = patience;
+}
 
 } // namespace kelvash::platform
 

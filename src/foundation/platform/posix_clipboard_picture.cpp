@@ -17,6 +17,9 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kPatience = 200ms;
+// For who asks again after an owner that hasn't answered: what it says meanwhile is noted.
+constexpr auto kLook = 20ms;
+constexpr auto kOwnerPatience = 5s;
 // Before a display that didn't answer is tried again.
 constexpr auto kPause = 1s;
 // Of a picture file: 32 bits a pixel of the largest screens.
@@ -46,6 +49,18 @@ class Receiver {
     xcb_window_t window_;
 };
 
+// What an owner has been asked for.
+struct Question {
+    Question(const ClipboardConnection& clipboard, xcb_atom_t asked, std::uint64_t at)
+        : receiver(clipboard), target(asked), change(at), until(ClipboardClock::now() + kOwnerPatience) {}
+
+    Receiver receiver;
+    xcb_atom_t target;
+    std::uint64_t change;
+    ClipboardClock::time_point until;
+    std::optional<bool> answer = {};
+};
+
 // What an owner has handed over.
 struct Piece {
     xcb_atom_t type = 0;
@@ -65,10 +80,12 @@ class Reader {
     void Subscribe();
     bool Note(const xcb_generic_event_t& event);
     std::optional<Piece> Convert(xcb_atom_t target, ClipboardClock::time_point until);
-    bool IsAnswered(const Receiver& receiver, xcb_atom_t target, ClipboardClock::time_point until);
-    std::optional<Piece> Take(const Receiver& receiver);
+    bool IsAnswered(ClipboardClock::time_point until);
+    bool IsAsked() const { return question_ && question_->change == change_; }
+    ClipboardPicture NotHad();
+    std::optional<Piece> Take(const Receiver& receiver, ClipboardClock::time_point until);
     std::optional<std::string> TakePieces(const Receiver& receiver, ClipboardClock::time_point until);
-    xcb_window_t Owner();
+    xcb_window_t Owner(ClipboardClock::time_point until);
     bool IsOwn(xcb_window_t owner) const;
     xcb_atom_t KindOffered(std::string_view targets);
 
@@ -79,6 +96,7 @@ class Reader {
     std::uint8_t owner_event_ = 0;
     xcb_atom_t selection_ = 0, targets_ = 0, incremental_ = 0, place_ = 0;
     std::array<xcb_atom_t, kPictureKinds.size()> kinds_{};
+    std::unique_ptr<Question> question_; // that isn't answered yet
 };
 
 // Connects at the first use, and again where the display is another one or its server has ended. What has
@@ -89,6 +107,7 @@ bool Reader::Connect() {
     if (clipboard_ && is_same && Drain()) return true;
     const auto now = ClipboardClock::now();
     if (display.empty() || (!clipboard_ && is_same && now < next_try_)) return false;
+    question_.reset();
     clipboard_.reset();
     tried_ = display;
     next_try_ = now + kPause;
@@ -103,17 +122,18 @@ bool Reader::Connect() {
 void Reader::Subscribe() {
     owner_event_ = 0;
     xcb_connection_t* const xcb = clipboard_->Xcb();
+    const auto until = ClipboardClock::now() + kPatience;
     const xcb_query_extension_reply_t* const fixes = xcb_get_extension_data(xcb, &xcb_xfixes_id);
     if (fixes == nullptr || fixes->present == 0) return;
-    const Held<xcb_xfixes_query_version_reply_t> version(
-        xcb_xfixes_query_version_reply(xcb, xcb_xfixes_query_version(xcb, 1, 0), nullptr));
-    selection_ = clipboard_->Named("CLIPBOARD");
-    targets_ = clipboard_->Named("TARGETS");
-    incremental_ = clipboard_->Named("INCR");
-    place_ = clipboard_->Named("KELVASH_PICTURE");
+    const auto version =
+        clipboard_->ReplyTo<xcb_xfixes_query_version_reply_t>(xcb_xfixes_query_version(xcb, 1, 0), until);
+    selection_ = clipboard_->Named("CLIPBOARD", until);
+    targets_ = clipboard_->Named("TARGETS", until);
+    incremental_ = clipboard_->Named("INCR", until);
+    place_ = clipboard_->Named("KELVASH_PICTURE", until);
     std::transform(kPictureKinds.begin(), kPictureKinds.end(), kinds_.begin(),
-                   [this](std::string_view kind) { return clipboard_->Named(kind); });
-    if (!version || selection_ == 0) return;
+                   [&](std::string_view kind) { return clipboard_->Named(kind, until); });
+    if (!version || selection_ == 0 || kinds_.back() == 0) return;
     xcb_xfixes_select_selection_input(xcb, clipboard_->Window(), selection_,
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
@@ -123,8 +143,14 @@ void Reader::Subscribe() {
     ++change_;
 }
 
-// True for an event that says that the clipboard has another owner.
+// True for an event that says that the clipboard has another owner. The owner's word is noted.
 bool Reader::Note(const xcb_generic_event_t& event) {
+    if (KindOf(event) == XCB_SELECTION_NOTIFY) {
+        const auto& answer = reinterpret_cast<const xcb_selection_notify_event_t&>(event);
+        if (question_ && answer.requestor == question_->receiver.Window() &&
+            answer.target == question_->target)
+            question_->answer = answer.property != XCB_NONE;
+    }
     if (KindOf(event) != owner_event_) return false;
     ++change_;
     return true;
@@ -138,10 +164,9 @@ bool Reader::Drain() {
 }
 
 // 0 for none.
-xcb_window_t Reader::Owner() {
-    xcb_connection_t* const xcb = clipboard_->Xcb();
-    const Held<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(xcb, xcb_get_selection_owner(xcb, selection_), nullptr));
+xcb_window_t Reader::Owner(ClipboardClock::time_point until) {
+    const auto reply = clipboard_->ReplyTo<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(clipboard_->Xcb(), selection_), until);
     return reply ? reply->owner : xcb_window_t{XCB_NONE};
 }
 
@@ -153,26 +178,30 @@ bool Reader::IsOwn(xcb_window_t owner) const {
     return window != 0 && ((owner ^ static_cast<xcb_window_t>(window)) & ~own_bits) == 0;
 }
 
-// Waits for the owner's word. False if it refuses, says nothing in time, or goes.
-bool Reader::IsAnswered(const Receiver& receiver, xcb_atom_t target, ClipboardClock::time_point until) {
-    while (const HeldEvent event = clipboard_->Wait(until)) {
-        if (Note(*event)) return false;
-        if (KindOf(*event) != XCB_SELECTION_NOTIFY) continue;
-        const auto& answer = *reinterpret_cast<const xcb_selection_notify_event_t*>(event.get());
-        if (answer.requestor == receiver.Window() && answer.target == target)
-            return answer.property != XCB_NONE;
+// Waits for the owner's word. False if it refuses, says nothing in time, or goes; only one who may still
+// answer leaves the question open.
+bool Reader::IsAnswered(ClipboardClock::time_point until) {
+    while (!question_->answer) {
+        const HeldEvent event = clipboard_->Wait(until);
+        if (!event) {
+            if (!clipboard_->IsUp() || ClipboardClock::now() >= question_->until) question_.reset();
+            return false;
+        }
+        if (!Note(*event)) continue;
+        question_.reset();
+        return false;
     }
+    if (*question_->answer) return true;
+    question_.reset();
     return false;
 }
 
 // What lies in the receiver's property, and takes it away, which tells an owner to go on.
-std::optional<Piece> Reader::Take(const Receiver& receiver) {
-    xcb_connection_t* const xcb = clipboard_->Xcb();
-    const Held<xcb_get_property_reply_t> reply(
-        xcb_get_property_reply(xcb,
-                               xcb_get_property(xcb, 1, receiver.Window(), place_, XCB_GET_PROPERTY_TYPE_ANY,
-                                                0, static_cast<std::uint32_t>(kMostBytes / 4)),
-                               nullptr));
+std::optional<Piece> Reader::Take(const Receiver& receiver, ClipboardClock::time_point until) {
+    const auto reply = clipboard_->ReplyTo<xcb_get_property_reply_t>(
+        xcb_get_property(clipboard_->Xcb(), 1, receiver.Window(), place_, XCB_GET_PROPERTY_TYPE_ANY, 0,
+                         static_cast<std::uint32_t>(kMostBytes / 4)),
+        until);
     if (!reply || reply->type == XCB_NONE || reply->bytes_after != 0) return std::nullopt;
     const auto* const value = static_cast<const char*>(xcb_get_property_value(reply.get()));
     return Piece{reply->type,
@@ -188,7 +217,7 @@ std::optional<std::string> Reader::TakePieces(const Receiver& receiver, Clipboar
         const auto& told = *reinterpret_cast<const xcb_property_notify_event_t*>(event.get());
         if (told.window != receiver.Window() || told.atom != place_ || told.state != XCB_PROPERTY_NEW_VALUE)
             continue;
-        const std::optional<Piece> piece = Take(receiver);
+        const std::optional<Piece> piece = Take(receiver, until);
         if (!piece || bytes.size() + piece->bytes.size() > kMostBytes) return std::nullopt;
         if (piece->bytes.empty()) return bytes;
         bytes += piece->bytes;
@@ -197,14 +226,25 @@ std::optional<std::string> Reader::TakePieces(const Receiver& receiver, Clipboar
 }
 
 std::optional<Piece> Reader::Convert(xcb_atom_t target, ClipboardClock::time_point until) {
-    const Receiver receiver(*clipboard_);
-    xcb_convert_selection(clipboard_->Xcb(), receiver.Window(), selection_, target, place_, XCB_CURRENT_TIME);
-    if (!IsAnswered(receiver, target, until)) return std::nullopt;
-    std::optional<Piece> piece = Take(receiver);
+    auto look = until;
+    if (IsAsked() && question_->target == target) {
+        look = std::min(until, ClipboardClock::now() + kLook);
+    } else {
+        question_ = std::make_unique<Question>(*clipboard_, target, change_);
+        xcb_convert_selection(clipboard_->Xcb(), question_->receiver.Window(), selection_, target, place_,
+                              XCB_CURRENT_TIME);
+    }
+    if (!IsAnswered(look)) return std::nullopt;
+    const std::unique_ptr<Question> answered = std::move(question_);
+    std::optional<Piece> piece = Take(answered->receiver, until);
     if (!piece || piece->type != incremental_) return piece;
-    std::optional<std::string> bytes = TakePieces(receiver, until);
+    std::optional<std::string> bytes = TakePieces(answered->receiver, until);
     if (!bytes) return std::nullopt;
     return Piece{target, std::move(*bytes)};
+}
+
+ClipboardPicture Reader::NotHad() {
+    return {question_ ? ClipboardContent::Slow : ClipboardContent::Failed, {}};
 }
 
 // The best of the offered kinds of pictures; 0 if none of them is one.
@@ -218,16 +258,20 @@ xcb_atom_t Reader::KindOffered(std::string_view targets) {
 
 ClipboardPicture Reader::Read() {
     if (!Connect()) return {};
-    const xcb_window_t owner = Owner();
+    const auto until = ClipboardClock::now() + kPatience;
+    const xcb_window_t owner = Owner(until);
     if (owner == XCB_NONE || IsOwn(owner)) return {};
     Drain(); // what was told of an owner before this one
-    const auto until = ClipboardClock::now() + kPatience;
-    const std::optional<Piece> targets = Convert(targets_, until);
-    if (!targets) return {ClipboardContent::Failed, {}};
-    const xcb_atom_t kind = KindOffered(targets->bytes);
+    xcb_atom_t kind = IsAsked() ? question_->target : targets_;
+    if (kind == targets_) {
+        const std::optional<Piece> targets = Convert(targets_, until);
+        if (!targets) return NotHad();
+        kind = KindOffered(targets->bytes);
+    }
     if (kind == 0) return {};
     std::optional<Piece> picture = Convert(kind, until);
-    if (!picture || picture->bytes.empty()) return {ClipboardContent::Failed, {}};
+    if (!picture) return NotHad();
+    if (picture->bytes.empty()) return {ClipboardContent::Failed, {}};
     return {ClipboardContent::Picture, std::move(picture->bytes)};
 }
 

@@ -1,6 +1,9 @@
 #include <cstring>
+#include <optional>
 #include <string_view>
+#include <utility>
 
+#include "foundation/clipboard_bitmap.h"
 #include "foundation/clipboard_picture.h"
 #include "foundation/platform/windows_common.h"
 
@@ -8,12 +11,10 @@ namespace kelvash::platform {
 
 namespace {
 
-constexpr std::size_t kFileHead = 14;
-constexpr std::size_t kInfoHead = 40;
 constexpr std::size_t kMostBytes = std::size_t{160} << 20;
 // Others hold the clipboard for moments only.
-constexpr int kTries = 20;
-constexpr DWORD kPause = 10; // milliseconds
+constexpr ULONGLONG kPatience = 200; // milliseconds
+constexpr DWORD kPause = 10;         // milliseconds
 
 struct Clipboard {
     OwnWindow own_window = nullptr; // of the interface
@@ -46,10 +47,9 @@ bool IsOwn() {
 class OpenedClipboard {
   public:
     OpenedClipboard() {
-        for (int i = 0; i < kTries && !open_; ++i) {
-            if (i > 0) ::Sleep(kPause);
-            open_ = OpenClipboard(OwnerWindow()) != 0;
-        }
+        const ULONGLONG start = GetTickCount64();
+        while (!(open_ = OpenClipboard(OwnerWindow()) != 0) && GetTickCount64() - start < kPatience)
+            ::Sleep(kPause);
     }
     ~OpenedClipboard() {
         if (open_) CloseClipboard();
@@ -61,36 +61,6 @@ class OpenedClipboard {
   private:
     bool open_ = false;
 };
-
-std::uint32_t NumberAt(std::string_view bytes, std::size_t at) {
-    std::uint32_t number = 0;
-    std::memcpy(&number, bytes.data() + at, sizeof number);
-    return number;
-}
-
-// Where the pixels of a bitmap without a file's head begin: behind head, masks and palette.
-std::size_t PixelOffset(std::string_view dib) {
-    const std::size_t head = NumberAt(dib, 0);
-    const std::uint32_t bits = NumberAt(dib, 14) & 0xFFFF;
-    const std::uint32_t packing = NumberAt(dib, 16);
-    std::size_t colours = NumberAt(dib, 32);
-    if (colours == 0 && bits <= 8) colours = std::size_t{1} << bits;
-    const std::size_t masks = packing == BI_BITFIELDS && head == kInfoHead ? 12 : 0;
-    return kFileHead + head + masks + colours * 4;
-}
-
-// A file's bytes of what the clipboard holds.
-std::string FileOf(std::string_view dib) {
-    std::string file = "BM";
-    const auto add = [&file](std::size_t number) {
-        const auto value = static_cast<std::uint32_t>(number);
-        file.append(reinterpret_cast<const char*>(&value), sizeof value);
-    };
-    add(kFileHead + dib.size());
-    add(0);
-    add(PixelOffset(dib));
-    return file.append(dib);
-}
 
 } // namespace
 
@@ -110,8 +80,9 @@ ClipboardPicture ReadClipboardPicture() {
     if (bytes == nullptr) return {ClipboardContent::Failed, {}};
     const std::string_view dib(bytes, GlobalSize(handle));
     ClipboardPicture picture{ClipboardContent::Failed, {}};
-    if (dib.size() >= platform::kInfoHead && dib.size() <= platform::kMostBytes)
-        picture = {ClipboardContent::Picture, platform::FileOf(dib)};
+    if (dib.size() <= platform::kMostBytes)
+        if (std::optional<std::string> file = FileOfDib(dib))
+            picture = {ClipboardContent::Picture, std::move(*file)};
     GlobalUnlock(handle);
     return picture;
 }
@@ -121,16 +92,18 @@ void EmptyClipboard() {
     if (clipboard) ::EmptyClipboard();
 }
 
+// All that can fail comes before the clipboard is emptied.
 bool PutClipboardPicture(std::string bitmap) {
-    if (bitmap.size() <= platform::kFileHead + platform::kInfoHead) return false;
-    const std::string_view dib = std::string_view(bitmap).substr(platform::kFileHead);
-    const platform::OpenedClipboard clipboard;
-    if (!clipboard || ::EmptyClipboard() == 0) return false;
-    const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, dib.size());
+    const std::optional<std::string> dib = DibOfFile(bitmap);
+    const HGLOBAL memory = dib ? GlobalAlloc(GMEM_MOVEABLE, dib->size()) : nullptr;
     if (memory == nullptr) return false;
-    std::memcpy(GlobalLock(memory), dib.data(), dib.size());
-    GlobalUnlock(memory);
-    if (SetClipboardData(CF_DIB, memory) != nullptr) return true; // the system's own from now on
+    if (void* const bytes = GlobalLock(memory); bytes != nullptr) {
+        std::memcpy(bytes, dib->data(), dib->size());
+        GlobalUnlock(memory);
+        const platform::OpenedClipboard clipboard;
+        if (clipboard && ::EmptyClipboard() != 0 && SetClipboardData(CF_DIB, memory) != nullptr)
+            return true; // the memory is the system's own from now on
+    }
     GlobalFree(memory);
     return false;
 }

@@ -55,6 +55,15 @@ TEST_F(WatchedPictures, OneThatCannotBeHadIsClearedAndToldAfterTheGame) {
         ElementsAre("exclamation: Screenshots that could not be stored while the game was running: 1"));
 }
 
+TEST_F(WatchedPictures, OneThatComesSlowlyIsAwaitedTickByTick) {
+    Play();
+    Offer("picture");
+    offered = Offered::Slow;
+    EXPECT_THAT(DoneAfter(0.5), IsEmpty());
+    offered = Offered::Picture;
+    EXPECT_EQ(DoneAfter(0.5), Stored("picture"));
+}
+
 TEST_F(WatchedPictures, ABlackOneIsDroppedWithoutASound) {
     core::profile.VerifyImage = true;
     Play();

@@ -11,6 +11,7 @@
 #include <chrono>
 #include <string>
 
+#include "foundation/platform/posix_clipboard.h"
 #include "support/platform.h"
 #include "support/x_server.h"
 
@@ -18,7 +19,16 @@ namespace kelvash {
 namespace {
 
 // What an owner does when it is asked for the picture.
-enum class Manner { Gives, GivesInPieces, StopsBetweenPieces, OffersText, Refuses, IsSilent, Vanishes };
+enum class Manner {
+    Gives,
+    GivesLate,
+    GivesInPieces,
+    StopsBetweenPieces,
+    OffersText,
+    Refuses,
+    IsSilent,
+    Vanishes
+};
 
 // The owner, in a process of its own.
 class Owner {
@@ -79,7 +89,8 @@ class Owner {
             return;
         } else if (manner_ == Manner::Refuses) {
             answer.property = XCB_NONE;
-        } else if (manner_ == Manner::Gives) {
+        } else if (manner_ == Manner::Gives || manner_ == Manner::GivesLate) {
+            if (manner_ == Manner::GivesLate) usleep(500'000);
             Put(request, kind_, 8, bytes_.size(), bytes_.data());
         } else {
             const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
@@ -196,8 +207,25 @@ TEST_F(ClipboardPictureOf, AProgramThatRefusesFails) {
     EXPECT_EQ(ContentOf(Manner::Refuses), ClipboardContent::Failed);
 }
 
-TEST_F(ClipboardPictureOf, AProgramThatSaysNothingFailsInTime) {
-    EXPECT_EQ(ContentOf(Manner::IsSilent), ClipboardContent::Failed);
+TEST_F(ClipboardPictureOf, AProgramThatSaysNothingIsSlowAndFailsInTheEnd) {
+    const OtherProgram other(Manner::IsSilent, "image/bmp", "BM12345678");
+    EXPECT_EQ(Read().Content, ClipboardContent::Slow);
+    usleep(5'100'000);
+    EXPECT_EQ(Read().Content, ClipboardContent::Failed);
+}
+
+TEST_F(ClipboardPictureOf, AProgramThatIsSlowIsWaitedForTickByTick) {
+    const OtherProgram other(Manner::GivesLate, "image/bmp", "BM12345678");
+    const std::uint64_t change = ClipboardChange();
+    ClipboardPicture picture = Read();
+    EXPECT_EQ(picture.Content, ClipboardContent::Slow);
+    for (int i = 0; i < 40 && picture.Content == ClipboardContent::Slow; ++i) {
+        usleep(50'000);
+        EXPECT_EQ(ClipboardChange(), change);
+        picture = Read();
+    }
+    EXPECT_EQ(picture.Content, ClipboardContent::Picture);
+    EXPECT_EQ(picture.Bytes, "BM12345678");
 }
 
 TEST_F(ClipboardPictureOf, AProgramThatStopsBetweenPiecesFailsInTime) {
@@ -228,7 +256,7 @@ TEST_F(ClipboardPictureOf, ThisProgramsWindowsIsNone) {
     xcb_set_selection_owner(toolkit, owner, atom->atom, XCB_CURRENT_TIME);
     free(atom);
     free(xcb_get_input_focus_reply(toolkit, xcb_get_input_focus(toolkit), nullptr)); // all has arrived
-    EXPECT_EQ(Read().Content, ClipboardContent::Failed) << "it answers nobody";
+    EXPECT_EQ(Read().Content, ClipboardContent::Slow) << "it answers nobody";
     named = window;
     TakeOwnWindow([] { return named; });
     EXPECT_EQ(Read().Content, ClipboardContent::None);
@@ -278,6 +306,114 @@ TEST_F(ClipboardPictureOf, ThisProgramGoesOverInPiecesWhereItIsLarge) {
         large.push_back(static_cast<char>(i % 251));
     ASSERT_TRUE(PutClipboardPicture(large));
     EXPECT_TRUE(Read().Bytes == large);
+}
+
+TEST_F(ClipboardPictureOf, ThisProgramIsThereHoweverLongNobodyAsks) {
+    platform::SetReceiverPatience(std::chrono::milliseconds(50));
+    ASSERT_TRUE(PutClipboardPicture("BM12345678"));
+    usleep(300'000);
+    EXPECT_EQ(Read().Bytes, "BM12345678");
+    usleep(300'000);
+    ASSERT_TRUE(PutClipboardPicture("BMabc"));
+    EXPECT_EQ(Read().Bytes, "BMabc");
+    platform::SetReceiverPatience(std::chrono::seconds(10));
+}
+
+TEST_F(ClipboardPictureOf, ThisProgramIsThereEachTime) {
+    for (int i = 0; i < 100; ++i) {
+        const std::string picture = "BM" + std::to_string(i);
+        ASSERT_TRUE(PutClipboardPicture(picture));
+        ASSERT_EQ(Read().Bytes, picture);
+    }
+}
+
+// A program that asks this one.
+class Asker {
+  public:
+    Asker() {
+        const xcb_screen_t* const screen = xcb_setup_roots_iterator(xcb_get_setup(xcb_)).data;
+        const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+        xcb_create_window(xcb_, 0, window_, screen->root, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                          XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+    }
+    ~Asker() { xcb_disconnect(xcb_); }
+    Asker(const Asker&) = delete;
+    Asker& operator=(const Asker&) = delete;
+
+    xcb_atom_t Named(std::string_view name) {
+        xcb_intern_atom_reply_t* const reply = xcb_intern_atom_reply(
+            xcb_, xcb_intern_atom(xcb_, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr);
+        const xcb_atom_t atom = reply->atom;
+        free(reply);
+        return atom;
+    }
+    // False if it is refused.
+    bool Ask(const char* target) {
+        xcb_convert_selection(xcb_, window_, Named("CLIPBOARD"), Named(target), Named("PLACE"),
+                              XCB_CURRENT_TIME);
+        xcb_flush(xcb_);
+        const platform::HeldEvent answer = Await(XCB_SELECTION_NOTIFY);
+        return answer && reinterpret_cast<const xcb_selection_notify_event_t&>(*answer).property != XCB_NONE;
+    }
+    // What lies in the place, which is taken away.
+    std::string Take(xcb_atom_t* type = nullptr) {
+        const platform::Held<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+            xcb_, xcb_get_property(xcb_, 1, window_, Named("PLACE"), XCB_GET_PROPERTY_TYPE_ANY, 0, 1 << 24),
+            nullptr));
+        if (type != nullptr) *type = reply->type;
+        return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+                static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+    }
+    std::string TakePieces() {
+        while (xcb_generic_event_t* const event = xcb_poll_for_event(xcb_))
+            free(event); // of what was there before
+        Take();
+        std::string bytes;
+        for (;;) {
+            const platform::HeldEvent event = Await(XCB_PROPERTY_NOTIFY);
+            if (!event) return "nothing came";
+            if (reinterpret_cast<const xcb_property_notify_event_t&>(*event).state != XCB_PROPERTY_NEW_VALUE)
+                continue;
+            const std::string piece = Take();
+            if (piece.empty()) return bytes;
+            bytes += piece;
+        }
+    }
+
+  private:
+    platform::HeldEvent Await(int kind) {
+        for (int i = 0; i < 500; ++i) {
+            platform::HeldEvent event(xcb_poll_for_event(xcb_));
+            if (event && platform::KindOf(*event) == kind) return event;
+            if (!event) usleep(10'000);
+        }
+        return nullptr;
+    }
+
+    xcb_connection_t* xcb_ = xcb_connect(nullptr, nullptr);
+    xcb_window_t window_ = xcb_generate_id(xcb_);
+};
+
+TEST_F(ClipboardPictureOf, ThisProgramBeginsAnewForWhoAsksTwice) {
+    std::string large = "BM";
+    for (int i = 0; i < 9'000'000; ++i)
+        large.push_back(static_cast<char>(i % 251));
+    ASSERT_TRUE(PutClipboardPicture(large));
+    Asker asker;
+    ASSERT_TRUE(asker.Ask("image/bmp"));
+    ASSERT_TRUE(asker.Ask("image/bmp"));
+    EXPECT_TRUE(asker.TakePieces() == large);
+}
+
+TEST_F(ClipboardPictureOf, ThisProgramTellsSinceWhenAndRefusesTheRest) {
+    ASSERT_TRUE(PutClipboardPicture("BM12345678"));
+    Asker asker;
+    ASSERT_TRUE(asker.Ask("TIMESTAMP"));
+    xcb_atom_t type = 0;
+    EXPECT_NE(asker.Take(&type), std::string(4, '\0'));
+    EXPECT_EQ(type, XCB_ATOM_INTEGER);
+    EXPECT_FALSE(asker.Ask("MULTIPLE"));
+    EXPECT_FALSE(asker.Ask("image/png"));
 }
 
 TEST_F(ClipboardPictureOf, ThisProgramGivesWayToAnother) {
