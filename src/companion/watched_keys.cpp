@@ -42,6 +42,17 @@ void PressPrintScreen() {
     NotePrint();
 }
 
+// The keys that are down, if the game has the focus.
+std::uint32_t Look() {
+    const std::uint32_t held = TheDesktop().KeysHeld({kKeyF9, kKeyF11, kKeyPrintScreen});
+    const std::uint32_t pressed = held & ~std::exchange(notes.Held, held);
+    if (held == 0) return 0;
+    if (FocusOfGame() == 0) return 0;
+    notes.Tapped |= pressed & (kF9 | kF11);
+    if ((pressed & kPrint) != 0) NotePrint();
+    return held;
+}
+
 } // namespace
 
 void ForgetKeys() {
@@ -49,18 +60,15 @@ void ForgetKeys() {
 }
 
 void NoteKeys() {
-    const std::uint32_t held = TheDesktop().KeysHeld({kKeyF9, kKeyF11, kKeyPrintScreen});
-    const std::uint32_t pressed = held & ~std::exchange(notes.Held, held);
-    if (held == 0) return;
-    if (FocusOfGame() == 0) return;
-    notes.Tapped |= held & (kF9 | kF11);
-    if ((pressed & kPrint) != 0) NotePrint();
+    Look();
 }
 
+// A key that is down at the tick acts, and so does one that was tapped since the last; one that is let go
+// right behind a tick has acted.
 WatchedKeys TakeKeys() {
-    NoteKeys();
-    const std::uint32_t tapped = std::exchange(notes.Tapped, 0);
-    return {(tapped & kF9) != 0, (tapped & kF11) != 0, std::exchange(notes.Prints, {})};
+    const std::uint32_t held = Look();
+    const std::uint32_t keys = std::exchange(notes.Tapped, 0) | held;
+    return {(keys & kF9) != 0, (keys & kF11) != 0, std::exchange(notes.Prints, {})};
 }
 
 void HeedJoystick() {

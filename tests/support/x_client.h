@@ -39,7 +39,7 @@ class XClient {
     // A key of the keyboard goes down or up.
     void Key(KeySym symbol, bool pressed);
     // Down, held for that long, and up.
-    void Tap(KeySym symbol, int milliseconds = 60);
+    void Tap(KeySym symbol, int milliseconds = 150);
 
     XServer server;
     Display* display;

@@ -145,6 +145,24 @@ TEST_F(Watcher, MediaEventsRunFirstWithTheGuardUp) {
     EXPECT_THAT(TakeDone(), ElementsAre("media", "beep 200 150", testing::StartsWith("archive 15")));
 }
 
+TEST_F(Watcher, ATapAcrossATickActsOnceAndAKeyThatIsHeldAtEachTick) {
+    Play();
+    desktop.held = {kKeyF9};
+    PollKeys();
+    TickAfter(2);
+    EXPECT_THAT(TakeDone(), ElementsAre("beep 200 150", testing::StartsWith("archive 15")));
+    PollKeys();
+    desktop.held.clear();
+    PollKeys();
+    TickAfter(2);
+    EXPECT_THAT(TakeDone(), IsEmpty());
+    desktop.held = {kKeyF9};
+    for (int tick = 0; tick < 2; ++tick) {
+        TickAfter(2);
+        EXPECT_THAT(TakeDone(), ElementsAre("beep 200 150", testing::StartsWith("archive 15")));
+    }
+}
+
 TEST_F(Watcher, EverythingComesInTheSpecifiedOrder) {
     core::profile.ArchiveSavegames = true;
     core::profile.SavegamesToKeep = 5;
