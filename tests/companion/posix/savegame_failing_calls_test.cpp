@@ -31,7 +31,7 @@ class SavegameFailingCalls : public test::SavegameFaultsHome {
         const int calls = RunTraced(body, Plan(Fault::None, 0)).calls;
         const SaveMap after = InSlots();
         std::map<SlotsResult, int> results;
-        for (int at = 1; at <= calls && !HasFailure(); ++at) {
+        for (int at = 1; at <= calls && !HasFailure(); at += Step(operation)) {
             SCOPED_TRACE(operation.name + ": call " + std::to_string(at) + " of " + std::to_string(calls) +
                          (lasting ? " and all later ones fail with " : " fails with ") +
                          std::to_string(error));

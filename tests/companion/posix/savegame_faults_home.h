@@ -185,6 +185,12 @@ class SavegameFaultsHome : public SavegameHome {
         return where == Where::InTrle ? "C:\\trle" : "C:\\Levels\\LEVEL_0001\\backup_savegames";
     }
 
+    // From one fault to the next. The slots in TRLE, and full ones, take the same roads as those of the
+    // stash: each third call of theirs is met.
+    int Step(const SavegameOperation& operation) const {
+        return where == Where::InTrle || operation.from_full ? 3 : 1;
+    }
+
     // On another drive than the application's folder nothing can be linked.
     FaultPlan Plan(Fault fault, int at, int error = 0, bool lasting = false) const {
         FaultPlan plan{fault, at, error, lasting};
