@@ -39,7 +39,7 @@ class PlayWatch : public CliHome, protected XClient {
     void Play() {
         program_ = std::make_unique<RunningProgram>(ProgramStart{
             Built("bin/kelvash-cli"), {"--json", "--home", (c / "Kelvash").string(), "play", "2"}, {}, root});
-        ASSERT_TRUE(Comes([this] { return GameHasFocus(); }));
+        ASSERT_TRUE(Comes(&GameHasFocus));
         SleepSeconds(3); // two from the window's coming on
     }
     ProgramEnd Leave() {
