@@ -264,8 +264,11 @@ TEST_F(Removal, UsesTheRecordsListsForAnInstallCutShort) {
     ASSERT_TRUE(WriteSwapRecord(record));
     test::MakeFile(trle / "Kelvash.txt", "#LEVEL_CODE=0001#\r\n#LEVEL_NAME=City#\r\n");
     fs::remove(trle / "script.dat");
-    fs::copy_file(LevelPath(1) / "FILES" / "city.tr4", trle / "data/city.tr4");
-    fs::copy_file(LevelPath(1) / "FILES" / "script.dat", trle / "script.dat");
+    for (const auto& [name, place] : {std::pair{"city.tr4", "data/city.tr4"}, {"script.dat", "script.dat"}}) {
+        const fs::path stored = LevelPath(1) / "FILES" / name;
+        fs::copy_file(stored, trle / place);
+        fs::last_write_time(trle / place, fs::last_write_time(stored)); // as the program copies
+    }
     EXPECT_EQ(RemovePreviousLevel(2), 0);
     EXPECT_FALSE(test::Exists(trle / "data" / "city.tr4"));
     EXPECT_EQ(test::BytesOf(trle / "script.dat"), test::BytesOf(backup / "script.dat"));
