@@ -62,6 +62,12 @@ Principale::Principale(FormsUser& user) : menu_(menuBar(), this, MenuCommands(*t
     };
 }
 
+// The panels look at this form when its controls, which go later, have an event.
+Principale::~Principale() {
+    delete savegames_;
+    delete shots_;
+}
+
 bool Principale::Load(const std::string& command_line, const program::FirstStepWatcher& at_first_start) {
     const JobScope job;
     const bool runs = program::StartUp(command_line, at_first_start);

@@ -46,6 +46,7 @@ class Principale final : public QMainWindow {
 
   public:
     explicit Principale(FormsUser& user);
+    ~Principale() override;
     void Set_Caption_Texts();
     // The program's start behind the form's back: profile, TRLE folder, backup, Archive. False if the program
     // is to end at once.
