@@ -11,6 +11,7 @@
 #include "foundation/state.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "foundation/waiting.h"
 
 namespace kelvash {
 
@@ -19,6 +20,9 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr double kPollSeconds = 0.05;
+// Who has just taken a lock writes its name the instant after.
+constexpr int kNoteLooks = 10;
+constexpr double kNoteSeconds = 0.005;
 
 std::string_view SuffixOf(LockKind kind) {
     switch (kind) {
@@ -68,7 +72,7 @@ std::string NoteOf(std::string_view doing) {
 }
 
 // A note that is just being written tells nothing.
-LockHolder ReadHolder(const fs::path& file) {
+LockHolder ReadNote(const fs::path& file) {
     LockHolder holder;
     std::string process;
     std::ifstream note(file, std::ios::binary);
@@ -78,6 +82,16 @@ LockHolder ReadHolder(const fs::path& file) {
         return holder;
     }
     return {};
+}
+
+// Waits a little for the name of who has just come.
+LockHolder ReadHolder(const fs::path& file) {
+    LockHolder holder = ReadNote(file);
+    for (int look = 1; look < kNoteLooks && holder.Process == 0; ++look) {
+        WaitSeconds(kNoteSeconds, Wait::Sleep);
+        holder = ReadNote(file);
+    }
+    return holder;
 }
 
 } // namespace

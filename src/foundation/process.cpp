@@ -42,6 +42,11 @@ void KillProcess(const Process& process) {
     platform::Kill(process);
 }
 
+bool TakeProcess(std::int64_t id, Process& process) {
+    process = {};
+    return id > 0 && platform::Take(id, process);
+}
+
 void ReleaseProcess(Process& process) {
     platform::Release(process);
 }

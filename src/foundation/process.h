@@ -14,13 +14,15 @@ namespace kelvash {
 
 using Arguments = std::vector<std::string>;
 
-// A started process; id 0 is none. `handle` is the platform's (a process handle on Windows, the id
-// elsewhere).
+// A started process, or one that runs already (TakeProcess); id 0 is none. `handle` is the platform's (a
+// process handle on Windows, the id elsewhere).
 struct Process {
     std::int64_t id = 0;
     std::uintptr_t handle = 0;
     std::int64_t thread_id = 0;
     std::uintptr_t thread_handle = 0;
+    int descriptor =
+        -1;            // of a taken one: what it is known by though its id may be used again (not on Windows)
     std::string run{}; // of a tool: what all carry in their environment that it starts (not on Windows)
     std::uintptr_t job_handle = 0; // of a tool on Windows: what holds it and all that it starts
 };
@@ -38,7 +40,11 @@ void ResumeProcess(const Process& process);
 // `exit_code`.
 bool WaitForProcess(const Process& process, double seconds, int* exit_code = nullptr);
 void KillProcess(const Process& process);
-// Gives back what the system keeps for a started process that nobody asks about any more; the process runs
+// Takes hold of a process that this program hasn't started: its end is seen though nobody heeds it, and
+// another one that gets its id later isn't taken for it. False, with no process, if it has ended. Until
+// ReleaseProcess.
+[[nodiscard]] bool TakeProcess(std::int64_t id, Process& process);
+// Gives back what the system keeps for a process that nobody asks about any more; the process runs
 // on.
 void ReleaseProcess(Process& process);
 

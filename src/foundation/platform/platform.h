@@ -126,6 +126,9 @@ void Resume(const Process& process);
 void Kill(const Process& process);
 // Ends a tool and all processes that come of it, its own end or not.
 void KillRun(const Process& process);
+// Takes hold of a process by its id. False, with `process` as it was, if it has ended; one that the system
+// keeps from this program is known by its id alone.
+bool Take(std::int64_t id, Process& process);
 // Gives the process's handles back; it runs on.
 void Release(Process& process);
 // `document` is a native path or an address. Only a file that is called a Windows program is run.

@@ -64,6 +64,9 @@ class ClipboardConnection {
 
 // The display that the program is to use now; empty for none.
 std::string ClipboardDisplay();
+// ClipboardChange counts from now on what has happened to the clipboard until now: it is told of it later
+// than who has done it.
+void AwaitClipboardNews();
 // For how long a program that fetches this one's picture may pause on its way: 10 s at the start.
 void SetReceiverPatience(std::chrono::milliseconds patience);
 

@@ -293,10 +293,14 @@ bool PutClipboardPicture(std::string bitmap) {
     if (display.empty() || bitmap.empty()) return false;
     platform::OwnPicture& own = platform::TheOwnPicture();
     const auto picture = std::make_shared<const std::string>(std::move(bitmap));
-    if (own.server && own.display == display && own.server->Put(picture)) return true;
-    own.server = std::make_unique<platform::Server>(display); // the former one's display may have ended
-    own.display = display;
-    return own.server->Put(picture);
+    bool is_put = own.server && own.display == display && own.server->Put(picture);
+    if (!is_put) {
+        own.server = std::make_unique<platform::Server>(display); // the former one's display may have ended
+        own.display = display;
+        is_put = own.server->Put(picture);
+    }
+    if (is_put) platform::AwaitClipboardNews();
+    return is_put;
 }
 
 } // namespace kelvash

@@ -70,6 +70,7 @@ struct Piece {
 class Reader {
   public:
     std::uint64_t Change() { return Connect() ? change_ : 0; }
+    void AwaitNews();
     ClipboardPicture Read();
     void Empty();
     OwnWindow own_window = nullptr;
@@ -81,6 +82,8 @@ class Reader {
     bool Note(const xcb_generic_event_t& event);
     std::optional<Piece> Convert(xcb_atom_t target, ClipboardClock::time_point until);
     bool IsAnswered(ClipboardClock::time_point until);
+    // The answer is known: the owner has none of what it was asked for.
+    bool Refuses(xcb_atom_t target) const { return refused_ == target && refused_at_ == change_; }
     bool IsAsked() const { return question_ && question_->change == change_; }
     ClipboardPicture NotHad();
     std::optional<Piece> Take(const Receiver& receiver, ClipboardClock::time_point until);
@@ -97,6 +100,8 @@ class Reader {
     xcb_atom_t selection_ = 0, targets_ = 0, incremental_ = 0, place_ = 0;
     std::array<xcb_atom_t, kPictureKinds.size()> kinds_{};
     std::unique_ptr<Question> question_; // that isn't answered yet
+    xcb_atom_t refused_ = 0;             // what an owner was asked for last and doesn't give
+    std::uint64_t refused_at_ = 0;       // the clipboard's number then
 };
 
 // Connects at the first use, and again where the display is another one or its server has ended. What has
@@ -192,6 +197,8 @@ bool Reader::IsAnswered(ClipboardClock::time_point until) {
         return false;
     }
     if (*question_->answer) return true;
+    refused_ = question_->target;
+    refused_at_ = question_->change;
     question_.reset();
     return false;
 }
@@ -265,6 +272,7 @@ ClipboardPicture Reader::Read() {
     xcb_atom_t kind = IsAsked() ? question_->target : targets_;
     if (kind == targets_) {
         const std::optional<Piece> targets = Convert(targets_, until);
+        if (!targets && Refuses(targets_)) return {}; // it has a text, as some old programs do
         if (!targets) return NotHad();
         kind = KindOffered(targets->bytes);
     }
@@ -273,6 +281,13 @@ ClipboardPicture Reader::Read() {
     if (!picture) return NotHad();
     if (picture->bytes.empty()) return {ClipboardContent::Failed, {}};
     return {ClipboardContent::Picture, std::move(picture->bytes)};
+}
+
+// The answer to any question comes behind what happened before it.
+void Reader::AwaitNews() {
+    if (!Connect()) return;
+    Owner(ClipboardClock::now() + kPatience);
+    Drain();
 }
 
 void Reader::Empty() {
@@ -287,6 +302,10 @@ Reader& TheReader() {
 }
 
 } // namespace
+
+void AwaitClipboardNews() {
+    TheReader().AwaitNews();
+}
 
 } // namespace kelvash::platform
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <fstream>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,7 @@ Joysticks::~Joysticks() {
     if (started_ != Started::Yes) return;
     for (const auto& [id, stick] : opened_)
         sdl_->JoystickClose(stick);
+    const std::lock_guard subsystems(SdlSubsystems());
     sdl_->QuitSubSystem(SDL_INIT_JOYSTICK);
 }
 
@@ -48,6 +50,7 @@ bool Joysticks::Start() {
         sdl_ = LoadSdl();
         started_ = Started::Failed;
         if (sdl_ == nullptr) return false;
+        const std::lock_guard subsystems(SdlSubsystems());
         // SDL owns no window here and may take neither the signals nor the program's end for itself.
         sdl_->SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
         sdl_->SetHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1");

@@ -68,9 +68,26 @@ void ReapAll() {
         Reap(id, exit_code);
 }
 
-bool HasEnded(pid_t id, int* exit_code) {
+// By number: the library declares the call without C linkage.
+int OpenDescriptor(pid_t id) {
+    return static_cast<int>(::syscall(SYS_pidfd_open, id, 0));
+}
+
+// One that has ended and that nobody has reaped keeps its id: "id (name) Z ...".
+bool IsUnreaped(pid_t id) {
+    const std::string state = BytesOfProcess(std::to_string(id), "stat");
+    const std::size_t at = state.rfind(") ");
+    return at != std::string::npos && (state[at + 2] == 'Z' || state[at + 2] == 'X');
+}
+
+bool HasEnded(const Process& process, int* exit_code) {
+    const pid_t id = IdOf(process);
+    if (process.descriptor >= 0) {
+        pollfd wait{process.descriptor, POLLIN, 0};
+        return ::poll(&wait, 1, 0) > 0;
+    }
     const auto child = Children().find(id);
-    if (child == Children().end()) return ::kill(id, 0) != 0 && errno == ESRCH;
+    if (child == Children().end()) return (::kill(id, 0) != 0 && errno == ESRCH) || IsUnreaped(id);
     if (!Reap(id, child->second)) return false;
     if (exit_code != nullptr) *exit_code = *child->second;
     return true;
@@ -78,8 +95,7 @@ bool HasEnded(pid_t id, int* exit_code) {
 
 // Sleeps until a process ends, whoever its parent is, or the time is over. True if it is known to have ended.
 bool SleepUntilEnd(pid_t id, double seconds) {
-    // By number: the library declares the call without C linkage.
-    const auto descriptor = static_cast<int>(::syscall(SYS_pidfd_open, id, 0));
+    const int descriptor = OpenDescriptor(id);
     if (descriptor < 0) {
         Sleep(std::min(seconds, kPollSeconds));
         return false;
@@ -124,6 +140,7 @@ struct Launch {
     bool silent = false;
     bool suspended = false;
     bool own_group = false;
+    bool own_session = false;
     int output = -1; // where both streams go
     int input = -1;
 };
@@ -157,6 +174,7 @@ bool Redirect(const Launch& launch) {
     for (const int number : {SIGPIPE, SIGIO}) // ignored ones would stay so
         ::signal(number, SIG_DFL);
     if (launch.own_group) ::setpgid(0, 0);
+    if (launch.own_session) ::setsid(); // what the terminal tells this program's group isn't for it
     if (!Redirect(launch)) FailChild(status_pipe, kRedirectionFailed);
     ::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
     if (::chdir(launch.folder.c_str()) != 0) FailChild(status_pipe, kStartFailed);
@@ -274,7 +292,8 @@ SpawnResult Spawn(const SpawnRequest& request, Process& process, int* output) {
                   request.folder.string(),
                   request.window == Window::Hidden,
                   request.suspended,
-                  request.is_tool};
+                  request.is_tool,
+                  !request.is_tool};
     if (launch.words.empty()) return SpawnResult::NotStarted;
     if (request.is_tool) launch.environment.push_back(process.run = NewRunMark());
     if (output == nullptr) return Start(launch, process);
@@ -296,7 +315,7 @@ std::optional<std::size_t> ReadPipe(int descriptor, const Process& process, char
     if (ready == 0) {
         // A process may leave servants behind that hold its pipe (Wine's server does), so its own end counts
         // too: what it printed is in the pipe by then.
-        if (!HasEnded(IdOf(process), nullptr)) return std::nullopt;
+        if (!HasEnded(process, nullptr)) return std::nullopt;
         ready = ::poll(&wait, 1, 0);
         if (ready == 0) return 0;
     }
@@ -315,7 +334,7 @@ bool WaitFor(const Process& process, double seconds, int* exit_code) {
     if (id <= 0) return true;
     const auto start = std::chrono::steady_clock::now();
     for (;;) {
-        if (HasEnded(id, exit_code)) return true;
+        if (HasEnded(process, exit_code)) return true;
         const std::chrono::duration<double> passed = std::chrono::steady_clock::now() - start;
         const double left = seconds - passed.count();
         if (left <= 0) return false;
@@ -329,17 +348,39 @@ void Resume(const Process& process) {
 }
 
 void Kill(const Process& process) {
-    if (process.id > 0 && !HasEnded(IdOf(process), nullptr)) ::kill(IdOf(process), SIGKILL);
+    if (process.id <= 0 || HasEnded(process, nullptr)) return;
+    if (process.descriptor >= 0)
+        ::syscall(SYS_pidfd_send_signal, process.descriptor, SIGKILL, nullptr, 0);
+    else
+        ::kill(IdOf(process), SIGKILL);
 }
 
 void KillRun(const Process& process) {
     if (process.id <= 0) return;
     // The group's number is nobody else's as long as the child isn't reaped.
-    if (!process.run.empty() && !HasEnded(IdOf(process), nullptr)) ::kill(-IdOf(process), SIGKILL);
+    if (!process.run.empty() && !HasEnded(process, nullptr)) ::kill(-IdOf(process), SIGKILL);
     KillMarked(process.run);
 }
 
-void Release(Process&) {}
+// One of this program's own needs no descriptor: its id is nobody else's until it is reaped here.
+bool Take(std::int64_t id, Process& process) {
+    Process taken;
+    taken.id = taken.thread_id = id;
+    taken.handle = taken.thread_handle = static_cast<std::uintptr_t>(id);
+    if (!Children().contains(static_cast<pid_t>(id)))
+        taken.descriptor = OpenDescriptor(static_cast<pid_t>(id));
+    if (HasEnded(taken, nullptr)) {
+        Release(taken);
+        return false;
+    }
+    process = std::move(taken);
+    return true;
+}
+
+void Release(Process& process) {
+    if (process.descriptor >= 0) ::close(process.descriptor);
+    process.descriptor = -1;
+}
 
 bool OpenWithDesktop(const std::string& document, std::string_view verb, Window window,
                      const NativeFile& folder) {
@@ -354,6 +395,7 @@ bool OpenWithDesktop(const std::string& document, std::string_view verb, Window 
     const std::string opener = FindOnPath("xdg-open").string();
     if (opener.empty() || document.starts_with('-')) return false; // an option is no address
     Launch launch{{opener, document}, OwnEnvironment(), folder.empty() ? "/" : folder.string(), true};
+    launch.own_session = true;
     int exit_code = 0;
     return Start(launch, process) == SpawnResult::Started &&
            (!WaitFor(process, kOpenerSeconds, &exit_code) || exit_code == 0);

@@ -24,6 +24,18 @@ constexpr auto kLook = std::chrono::milliseconds(10);
 // The device has played what SDL has handed it after that time.
 constexpr auto kTail = std::chrono::milliseconds(100);
 
+bool StartSound(const Sdl& sdl) {
+    const std::lock_guard subsystems(SdlSubsystems());
+    sdl.SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+    sdl.SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Kelvash");
+    return sdl.InitSubSystem(SDL_INIT_AUDIO) == 0;
+}
+
+void EndSound(const Sdl& sdl) {
+    const std::lock_guard subsystems(SdlSubsystems());
+    sdl.QuitSubSystem(SDL_INIT_AUDIO);
+}
+
 bool IsSet(const char* name) {
     const char* value = std::getenv(name);
     return value != nullptr && *value != '\0';
@@ -85,19 +97,17 @@ void Tones::Play(int hertz, int milliseconds) {
 void Tones::Work() {
     const Sdl* const sdl = LoadSdl();
     if (sdl == nullptr) return;
-    sdl->SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
-    sdl->SetHint(SDL_HINT_AUDIO_DEVICE_APP_NAME, "Kelvash");
     std::unique_lock lock(mutex_);
     while (!ends_) {
         changed_.wait(lock, [this] { return ends_ || !waiting_.empty(); });
         if (ends_) return;
         lock.unlock();
-        const bool ready = sdl->InitSubSystem(SDL_INIT_AUDIO) == 0;
+        const bool ready = StartSound(*sdl);
         lock.lock();
         if (!ready || !PlayAll(lock)) waiting_.clear();
         if (!ready) continue;
         lock.unlock();
-        sdl->QuitSubSystem(SDL_INIT_AUDIO);
+        EndSound(*sdl);
         lock.lock();
     }
 }

@@ -4,6 +4,8 @@
 
 #include <SDL.h>
 
+#include <mutex>
+
 namespace kelvash::platform {
 
 // The functions in use, under SDL's own names without the prefix.
@@ -34,6 +36,13 @@ struct Sdl {
     KELVASH_SDL_FUNCTIONS(KELVASH_SDL_MEMBER)
 #undef KELVASH_SDL_MEMBER
 };
+
+// SDL's subsystems are begun and ended under this: tones have a thread of their own, joysticks the
+// program's, and SDL counts the users of what both share without a lock.
+inline std::mutex& SdlSubsystems() {
+    static std::mutex mutex;
+    return mutex;
+}
 
 // True once anybody in this process has loaded the library.
 bool SdlIsLoaded();

@@ -15,10 +15,14 @@ constexpr std::size_t kMostBytes = std::size_t{160} << 20;
 // Others hold the clipboard for moments only.
 constexpr ULONGLONG kPatience = 200; // milliseconds
 constexpr DWORD kPause = 10;         // milliseconds
+// Who holds it longer than that won't let go of it.
+constexpr ULONGLONG kHolderPatience = 5000; // milliseconds
 
 struct Clipboard {
     OwnWindow own_window = nullptr; // of the interface
     HWND window = nullptr;          // of this file
+    DWORD held_at = 0;              // the clipboard's number when it couldn't be opened
+    ULONGLONG held_since = 0;
 };
 
 Clipboard& Own() {
@@ -41,6 +45,17 @@ bool IsOwn() {
     DWORD process = 0;
     if (owner != nullptr) GetWindowThreadProcessId(owner, &process);
     return Own().own_window != nullptr && process == GetCurrentProcessId() && owner != Own().window;
+}
+
+// What is to be said of a clipboard that somebody else holds open.
+ClipboardContent HeldBySomebody() {
+    Clipboard& own = Own();
+    const DWORD number = GetClipboardSequenceNumber();
+    if (own.held_since == 0 || number != std::exchange(own.held_at, number))
+        own.held_since = GetTickCount64();
+    if (GetTickCount64() - own.held_since < kHolderPatience) return ClipboardContent::Slow;
+    own.held_since = 0;
+    return ClipboardContent::Failed;
 }
 
 // The clipboard, open for as long as this lives.
@@ -75,7 +90,9 @@ std::uint64_t ClipboardChange() {
 ClipboardPicture ReadClipboardPicture() {
     if (platform::IsOwn() || IsClipboardFormatAvailable(CF_DIB) == 0) return {};
     const platform::OpenedClipboard clipboard;
-    const HANDLE handle = clipboard ? GetClipboardData(CF_DIB) : nullptr;
+    if (!clipboard) return {platform::HeldBySomebody(), {}};
+    platform::Own().held_since = 0;
+    const HANDLE handle = GetClipboardData(CF_DIB);
     const auto* const bytes = handle == nullptr ? nullptr : static_cast<const char*>(GlobalLock(handle));
     if (bytes == nullptr) return {ClipboardContent::Failed, {}};
     const std::string_view dib(bytes, GlobalSize(handle));

@@ -195,7 +195,9 @@ SpawnResult Spawn(const SpawnRequest& request, Process& process, int* output) {
     std::wstring environment = ToolEnvironment();
     const DWORD flags = CREATE_UNICODE_ENVIRONMENT | EXTENDED_STARTUPINFO_PRESENT |
                         (request.suspended || request.is_tool ? DWORD{CREATE_SUSPENDED} : 0) |
-                        (request.window == Window::Hidden ? DWORD{CREATE_NO_WINDOW} : 0);
+                        (request.window == Window::Hidden ? DWORD{CREATE_NO_WINDOW} : 0) |
+                        // Ctrl+C in this program's console isn't for what the user works with.
+                        (request.is_tool ? 0 : DWORD{CREATE_NEW_PROCESS_GROUP});
     PROCESS_INFORMATION made{};
     if (CreateProcessW(request.program.c_str(), line.data(), nullptr, nullptr, output != nullptr, flags,
                        environment.data(), request.folder.c_str(), start_up.Info(), &made) == 0)
@@ -267,6 +269,23 @@ void KillRun(const Process& process) {
         TerminateJobObject(reinterpret_cast<HANDLE>(process.job_handle), kKilled);
     else
         Kill(process);
+}
+
+// Ending it may be denied where asking is not.
+bool Take(std::int64_t id, Process& process) {
+    Process taken;
+    taken.id = id;
+    constexpr DWORD kAsking = SYNCHRONIZE | PROCESS_QUERY_LIMITED_INFORMATION;
+    HANDLE handle = OpenById(taken, kAsking | PROCESS_TERMINATE);
+    if (handle == nullptr) handle = OpenById(taken, kAsking);
+    if (handle == nullptr && GetLastError() == ERROR_INVALID_PARAMETER) return false; // there is none
+    taken.handle = reinterpret_cast<std::uintptr_t>(handle);
+    if (handle != nullptr && HasEnded(taken, 0)) {
+        CloseHandle(handle);
+        return false;
+    }
+    process = std::move(taken);
+    return true;
 }
 
 void Release(Process& process) {

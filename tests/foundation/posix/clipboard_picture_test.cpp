@@ -26,6 +26,7 @@ enum class Manner {
     StopsBetweenPieces,
     OffersText,
     Refuses,
+    RefusesTargets,
     IsSilent,
     Vanishes
 };
@@ -80,7 +81,9 @@ class Owner {
         answer.selection = request.selection;
         answer.target = request.target;
         answer.property = request.property;
-        if (request.target == targets_) {
+        if (request.target == targets_ && manner_ == Manner::RefusesTargets) {
+            answer.property = XCB_NONE;
+        } else if (request.target == targets_) {
             const xcb_atom_t offered = manner_ == Manner::OffersText ? Named("UTF8_STRING") : kind_;
             Put(request, XCB_ATOM_ATOM, 32, 1, &offered);
         } else if (manner_ == Manner::Vanishes) {
@@ -203,6 +206,10 @@ TEST_F(ClipboardPictureOf, AProgramThatOffersTextIsNone) {
     EXPECT_EQ(ContentOf(Manner::OffersText), ClipboardContent::None);
 }
 
+TEST_F(ClipboardPictureOf, AProgramThatDoesNotSayWhatItHasIsNone) {
+    EXPECT_EQ(ContentOf(Manner::RefusesTargets), ClipboardContent::None);
+}
+
 TEST_F(ClipboardPictureOf, AProgramThatRefusesFails) {
     EXPECT_EQ(ContentOf(Manner::Refuses), ClipboardContent::Failed);
 }
@@ -298,6 +305,17 @@ TEST_F(ClipboardPictureOf, ThisProgramIsThereForOthers) {
     EXPECT_EQ(Read().Bytes, "BM12345678");
     ASSERT_TRUE(PutClipboardPicture("BMabc"));
     EXPECT_EQ(Read().Bytes, "BMabc");
+}
+
+// Who clears it later looks whether it is still the same.
+TEST_F(ClipboardPictureOf, ThisProgramIsCountedOnceItIsThere) {
+    ClipboardChange();
+    for (int round = 0; round < 200; ++round) {
+        ASSERT_TRUE(PutClipboardPicture("BM12345678"));
+        const std::uint64_t change = ClipboardChange();
+        usleep(2'000);
+        ASSERT_EQ(ClipboardChange(), change) << "in round " << round;
+    }
 }
 
 TEST_F(ClipboardPictureOf, ThisProgramGoesOverInPiecesWhereItIsLarge) {

@@ -7,6 +7,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <thread>
+
 #include "foundation/platform/platform.h"
 #include "foundation/process.h"
 #include "support/foundation_home.h"
@@ -74,6 +76,26 @@ TEST_F(LockOfProcesses, KeepsAnotherProcessOutAndNamesItsHolder) {
     EXPECT_EQ(holder.Program, "foundation_tests");
     EXPECT_EQ(holder.Process, other_);
     EXPECT_EQ(holder.Doing, "adding a level to be read in one line");
+}
+
+// It has the lock an instant before its name is there.
+TEST_F(LockOfProcesses, WaitsForTheNameOfWhoHasJustTakenIt) {
+    const fs::path file = RuntimeFolder() / (FolderIdentity("C:\\Kelvash") + ".lock");
+    const int descriptor = platform::OpenLockFile(file);
+    ASSERT_EQ(platform::TryLock(descriptor), LockResult::Taken);
+    platform::WriteNote(descriptor, {});
+    std::thread late([descriptor] {
+        usleep(20'000);
+        platform::WriteNote(descriptor, "kelvash\n4711\nadding a level\n");
+    });
+    EXPECT_EQ(TakeHere(), LockResult::Held);
+    late.join();
+    EXPECT_EQ(holder.Program, "kelvash");
+    EXPECT_EQ(holder.Process, 4711);
+    platform::WriteNote(descriptor, {});
+    EXPECT_EQ(TakeHere(), LockResult::Held) << "it doesn't wait for ever";
+    EXPECT_EQ(holder.Process, 0);
+    platform::CloseLockFile(descriptor);
 }
 
 TEST_F(LockOfProcesses, EndsWithTheDeathOfItsProcess) {

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <utility>
 
 #include "foundation/process.h"
 #include "support/foundation_home.h"
@@ -82,6 +83,25 @@ TEST_F(Running, FindsOneThatHasEndedNoMore) {
     siginfo_t information{};
     ASSERT_EQ(waitid(P_PID, static_cast<id_t>(started_), &information, WEXITED | WNOWAIT), 0);
     EXPECT_EQ(FindProcessOf(game_), 0) << "a process that nobody has reaped yet counts as running";
+}
+
+TEST_F(Running, IsHeldToItsEndAndNotBeyond) {
+    Start(drive / "trle" / "tomb4.exe", drive / "trle", {"tomb4.exe", "30"});
+    Process process;
+    ASSERT_TRUE(TakeProcess(started_, process));
+    EXPECT_EQ(process.id, started_);
+    EXPECT_FALSE(WaitForProcess(process, 0));
+    KillProcess(process);
+    EXPECT_TRUE(WaitForProcess(process, 10)) << "nobody has reaped it";
+    ASSERT_EQ(waitpid(std::exchange(started_, 0), nullptr, 0), process.id);
+    // Its number may be another's by now: as if it were this test's.
+    Process reused = process;
+    reused.id = getpid();
+    EXPECT_TRUE(WaitForProcess(reused, 0));
+    KillProcess(reused);
+    ReleaseProcess(process);
+    EXPECT_FALSE(TakeProcess(process.id, process));
+    EXPECT_FALSE(TakeProcess(0, process));
 }
 
 TEST_F(Running, LeavesAGameOfAnotherFolderAlone) {
