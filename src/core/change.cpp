@@ -71,7 +71,8 @@ Change::Change(MessageId doing, unsigned what, std::int32_t level)
     End();
 }
 
-bool Change::Take(FolderLock& lock, const std::string& folder, const std::string& doing, MessageId refusal) {
+bool Change::Take(FolderLock& lock, const std::string& folder, const std::string& doing,
+                  const Refusal& refusal) {
     if (folder.empty()) return true;
     LockHolder holder;
     const LockResult result = lock.Await(folder, LockKind::Change, doing, state.Patience, holder);
@@ -81,12 +82,17 @@ bool Change::Take(FolderLock& lock, const std::string& folder, const std::string
     if (result == LockResult::Failed) return Refuse(LoadMessage(msg::kCannotLock));
     if (!is_locked_out_) return true;
     state.LockedOut = true;
-    return Refuse(LoadMessage(refusal, {holder.Program, std::to_string(holder.Process), holder.Doing}));
+    if (holder.Process == 0) return Refuse(LoadMessage(refusal.Unnamed));
+    return Refuse(LoadMessage(refusal.Named, {holder.Program, std::to_string(holder.Process), holder.Doing}));
 }
 
 bool Change::TakeLocks(const std::string& doing, unsigned what) {
-    if ((what & kHomeFolder) != 0 && !Take(home_, AppFolder(), doing, msg::kHomeInUse)) return false;
-    if ((what & kTrleFolder) != 0 && !Take(trle_, TrleFolder(), doing, msg::kTrleInUse)) return false;
+    if ((what & kHomeFolder) != 0 &&
+        !Take(home_, AppFolder(), doing, {msg::kHomeInUse, msg::kHomeInUseUnnamed}))
+        return false;
+    if ((what & kTrleFolder) != 0 &&
+        !Take(trle_, TrleFolder(), doing, {msg::kTrleInUse, msg::kTrleInUseUnnamed}))
+        return false;
     if ((what & kNoGame) != 0 && !GameIsOut()) return false;
     return (what & kArchiveFolder) == 0 || TakeArchive(doing);
 }
@@ -95,7 +101,7 @@ bool Change::TakeLocks(const std::string& doing, unsigned what) {
 bool Change::TakeArchive(const std::string& doing) {
     for (;;) {
         const std::string folder = ArchiveFolder();
-        if (!Take(archive_, folder, doing, msg::kArchiveInUse)) return false;
+        if (!Take(archive_, folder, doing, {msg::kArchiveInUse, msg::kArchiveInUseUnnamed})) return false;
         if (archive_.IsTaken() && !archive_.IsOnly()) return true; // an outer Change is at work
         if (!RefreshArchive() || EqualNoCase(ArchiveFolder(), folder)) return true;
     }

@@ -60,7 +60,11 @@ class Change {
     bool TakeLocks(const std::string& doing, unsigned what);
     bool TakeArchive(const std::string& doing);
     void CloseSwap();
-    bool Take(FolderLock& lock, const std::string& folder, const std::string& doing, MessageId refusal);
+    struct Refusal {
+        MessageId Named;
+        MessageId Unnamed; // where who holds the lock can't be told
+    };
+    bool Take(FolderLock& lock, const std::string& folder, const std::string& doing, const Refusal& refusal);
     bool Refuse(MessageText why);
     bool GameIsOut();
     bool LevelStands();

@@ -7,6 +7,7 @@
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
+#include "foundation/platform/platform.h"
 #include "intake/author_notes.h"
 #include "intake/messages.h"
 #include "intake/new_level.h"
@@ -88,6 +89,16 @@ TEST_F(ChangeTest, EndsBeforeItsScope) {
     Change change(msg::kDoingInstall, kSwap);
     change.End();
     EXPECT_FALSE(IsLocked("C:\\trle"));
+}
+
+TEST_F(ChangeTest, IsRefusedByOneWhoseNameIsNotThere) {
+    const int other = platform::OpenLockFile(RuntimeFolder() / (FolderIdentity("C:\\trle") + ".lock"));
+    ASSERT_EQ(platform::TryLock(other), LockResult::Taken);
+    platform::WriteNote(other, {});
+    const Change change(msg::kDoingAdd, kAll);
+    EXPECT_FALSE(static_cast<bool>(change));
+    EXPECT_THAT(user.Told(), ElementsAre("critical: Another Kelvash is using this TRLE folder"));
+    platform::CloseLockFile(other);
 }
 
 TEST_F(ChangeTest, IsRefusedWithoutALock) {
