@@ -13,9 +13,11 @@ check_packages=(
     clang clang-format clang-tidy libclang-rt-14-dev
     strace xvfb openbox xauth x11-utils dbus-bin dbus-daemon
 )
+# A game for Windows, and what plays it: some tests watch one.
+game_packages=(g++-mingw-w64-x86-64 wine wine64)
 windows_packages=(
     cmake ninja-build ccache googletest
-    g++-mingw-w64-x86-64 wine wine64
+    "${game_packages[@]}"
     dpkg-dev nasm pkg-config
 )
 # What building Qt for there takes from this system.
