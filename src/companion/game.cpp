@@ -52,6 +52,12 @@ void TellUnreachable() {
         TellAfterGame(LoadMessage(msg::kWatchOnlyWayland, {kLineBreak}));
 }
 
+// A window manager may have left the new window behind the cover.
+void RaiseGame() {
+    if (game.GameWindow != 0 && IsCover(TheDesktop().FocusedWindow().handle))
+        TheDesktop().Activate(game.GameWindow);
+}
+
 void AwaitGameWindow() {
     constexpr double kLookSeconds = 0.2;
     if (TheDesktop().Reach() != DesktopReach::Full) return TellUnreachable();
@@ -60,18 +66,25 @@ void AwaitGameWindow() {
         watch_calls.Wait(kLookSeconds);
         game.GameWindow = FindGameWindow();
     }
-    // A window manager may have left the new window behind the cover.
-    if (game.GameWindow != 0 && IsCover(TheDesktop().FocusedWindow().handle))
-        TheDesktop().Activate(game.GameWindow);
+    game.LookedAt = watch_calls.Now();
+    RaiseGame();
+}
+
+// A process that has got the game's number meanwhile isn't the game.
+bool HoldGame(std::int64_t id) {
+    if (id == 0 || !TakeProcess(id, game.GameProcess)) return false;
+    if (core::FindGame() == id) return true;
+    ForgetGame();
+    return false;
 }
 
 } // namespace
 
 bool StartGame(const Arguments& arguments, bool suspended) {
-    game = GameState();
+    ForgetGame();
     if (watch_calls.ShowCover) watch_calls.ShowCover();
     if (!RunFull(GameProgram(), arguments, Window::Normal, game.GameProcess, suspended)) {
-        game = GameState();
+        ForgetGame();
         if (watch_calls.CloseCover) watch_calls.CloseCover();
         return false;
     }
@@ -83,20 +96,45 @@ bool StartGame(const Arguments& arguments, bool suspended) {
 }
 
 bool AdoptGame() {
-    if (GameRuns()) return true;
-    game.GameProcess.id = core::FindGame();
-    game.WatcherActive = game.GameProcess.id != 0;
-    if (!game.WatcherActive) return false;
+    if (game.GameProcess.id != 0) return GameRuns(); // the end of one that is watched is its tick's
+    if (!HoldGame(core::FindGame())) return false;
+    game.WatcherActive = true;
     game.GameWindow = FindGameWindow();
+    game.LookedAt = watch_calls.Now();
     BeginWatch();
+    TellUnreachable();
     return true;
 }
 
+bool TakeOverGame() {
+    struct Unwatched {
+        std::int64_t Game = 0; // that nobody watched at the last look
+    };
+    std::int64_t& last = State<Unwatched>::Get().Game;
+    const bool is_for_us = game.GameProcess.id == 0 && NobodyWatches();
+    const std::int64_t found = is_for_us ? core::FindGame() : 0;
+    const std::int64_t before = std::exchange(last, found);
+    return found != 0 && found == before && AdoptGame();
+}
+
 bool GameRuns() {
-    if (game.GameProcess.id == 0) return false;
-    if (!WaitForProcess(game.GameProcess, 0)) return true;
+    return game.GameProcess.id != 0 && !WaitForProcess(game.GameProcess, 0);
+}
+
+void ForgetGame() {
+    ReleaseProcess(game.GameProcess);
     game = GameState();
-    return false;
+}
+
+void LookForGameWindow() {
+    constexpr double kSecondsBetween = 5; // a game in a desktop of Wine's own never gets one
+    const double now = watch_calls.Now();
+    if (game.GameWindow != 0 || now - game.LookedAt < kSecondsBetween ||
+        TheDesktop().Reach() != DesktopReach::Full)
+        return;
+    game.LookedAt = now;
+    game.GameWindow = FindGameWindow();
+    RaiseGame();
 }
 
 // The number of a process that isn't a child may belong to another by now.

@@ -12,6 +12,7 @@ struct GameState {
     Process GameProcess;           // id 0 when no game runs
     bool WatcherActive = false;    // the watcher's ticks do their work; not within one
     std::uintptr_t GameWindow = 0; // the first that was found; 0 if none was
+    double LookedAt = 0;           // for a window, by the watcher's clock
     bool IsOurs = false;           // started by this program
 };
 extern GameState& game;
@@ -24,9 +25,16 @@ inline constexpr double kWindowSeconds = 10;
 
 // Takes a game that runs already, started by an earlier run or by hand, for this run's own. True if one runs.
 bool AdoptGame();
+// The same for a game that nobody watches any more, because the program that did has ended. To be asked now
+// and then: a game that has just been started is left to who has started it, so the first time says no.
+bool TakeOverGame();
 
-// One look at the game: true while it runs. When it has ended the state goes back to that of no game.
+// One look at the game: true while it runs. Changes nothing: its end is the watcher's.
 bool GameRuns();
+// The state is that of no game, and the system's handles are given back.
+void ForgetGame();
+// One look for the window of a game that had none so far; every few seconds at most.
+void LookForGameWindow();
 // Ends the game at once, if it is still the process that was found.
 void EndGameProcess();
 

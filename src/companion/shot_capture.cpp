@@ -15,7 +15,6 @@
 #include "foundation/path.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
-#include "trle_state/trle_state.h"
 
 namespace kelvash::companion {
 
@@ -72,18 +71,6 @@ CaptureOutcome CaptureShot(const core::LevelPlace& found, const swap::Picture& p
 
 CaptureOutcome CaptureShot(std::int32_t code, const swap::Picture& picture) {
     return CaptureShot(core::PlaceOf(code), picture);
-}
-
-std::optional<core::LevelPlace> LevelForShots() {
-    const std::int32_t code = trle_state::CurrentLevelCode();
-    if (code == 0) return core::PlaceOf(0);
-    if (const core::LevelPlace level = core::PlaceOf(code); level.IsListed()) return level;
-    const trle_state::TrleState state = trle_state::LookAtTrle();
-    if (state.Content != trle_state::Holds::Level || state.OwnerFolder.empty()) return std::nullopt;
-    core::LevelPlace level;
-    level.Name = state.Record.Owner.Name;
-    level.Folder = state.OwnerFolder;
-    return level;
 }
 
 SaveCaptureEnd SaveCapture(std::int32_t code, const swap::Picture& picture, std::string& path) {

@@ -28,9 +28,6 @@ struct CaptureOutcome {
 CaptureOutcome CaptureShot(const core::LevelPlace& level, const swap::Picture& picture);
 // The same for a level of the open Archive.
 CaptureOutcome CaptureShot(std::int32_t code, const swap::Picture& picture);
-// The level in TRLE as far as pictures go: that of another Archive too, which isn't listed, where its folder
-// is known. Nothing for none.
-std::optional<core::LevelPlace> LevelForShots();
 
 // The button of Dialog_Cattura: asks for a name and saves there. Again: the dialog was given up, or the
 // Archive's folder is held, which is told; the form stays. Failed, after a message: the form ends.

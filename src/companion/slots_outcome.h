@@ -23,8 +23,8 @@ struct SlotsOutcome {
     SlotsResult Result = SlotsResult::Nothing;
     std::int32_t Count = 0;   // savegames that were dealt with
     MessageText Message = {}; // why it isn't Done; empty if that has been told, or for Nothing
-    // The slots have gaps, because a savegame was being written: CompactSlots closes them once the game is
-    // still. So does the next archiving or restore.
+    // The slots have gaps, because a savegame was being written: the watcher closes them by CompactSlots once
+    // the game is still. So does the next archiving or restore.
     bool CompactOwed = false;
 };
 

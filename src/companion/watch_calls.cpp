@@ -6,13 +6,14 @@
 
 #include "companion/archive_slots.h"
 #include "companion/black_test.h"
+#include "companion/compact_slots.h"
 #include "companion/restore_slots.h"
-#include "companion/screenshots.h"
 #include "companion/shot_capture.h"
 #include "foundation/clipboard_picture.h"
 #include "foundation/pumping.h"
 #include "foundation/state.h"
 #include "swap/picture_codec.h"
+#include "trle_state/file_stamp.h"
 
 namespace kelvash::companion {
 
@@ -42,7 +43,7 @@ WorkOutcome EndOf(SlotsOutcome outcome) {
         }
         return Work::Partly;
     };
-    return {end(), std::move(outcome.Message)};
+    return {end(), std::move(outcome.Message), {}, outcome.CompactOwed};
 }
 
 Offered ReadOffered(std::string& bytes) {
@@ -67,12 +68,19 @@ bool IsBlackPicture(const std::string& bytes) {
     return picture && !IsImageNotBlack(*picture);
 }
 
+std::string ShownBy(const std::string& bytes) {
+    const std::optional<swap::Picture> picture = swap::DecodePicture(bytes);
+    if (!picture) return trle_state::HashOfBytes(bytes);
+    return std::to_string(picture->Width) + ' ' + trle_state::HashOfBytes(picture->Pixels);
+}
+
 WorkOutcome StorePicture(const LevelPlace& level, const std::string& bytes) {
     const std::optional<swap::Picture> picture = swap::DecodePicture(bytes);
     if (!picture) return {Work::Failed, {}};
     CaptureOutcome outcome = CaptureShot(level, *picture);
     if (outcome.End == CaptureEnd::Busy) return {Work::Refused, {}};
-    return {outcome.End == CaptureEnd::Saved ? Work::Done : Work::Failed, std::move(outcome.Message)};
+    return {outcome.End == CaptureEnd::Saved ? Work::Done : Work::Failed, std::move(outcome.Message),
+            std::move(outcome.Path)};
 }
 
 } // namespace
@@ -84,14 +92,16 @@ WatchCalls::WatchCalls()
       RestoreLastSlot([](const LevelPlace& level) {
           return EndOf(companion::RestoreLastSlot(level.Code, Asker::Watcher));
       }),
+      CompactSlots(
+          [](const LevelPlace& level) { return EndOf(companion::CompactSlots(level.Code, Asker::Watcher)); }),
       ClipboardChange(&kelvash::ClipboardChange),
       ReadClipboard(&ReadOffered),
       // Where it can't be put the picture is stored all the same.
       PutClipboard([](const std::string& bitmap) { static_cast<void>(PutClipboardPicture(bitmap)); }),
       EmptyClipboard(&kelvash::EmptyClipboard),
       IsBlack(&IsBlackPicture),
+      WhatItShows(&ShownBy),
       SavePicture(&StorePicture),
-      CountPictures([](const LevelPlace& level) { return Screenshots(level).size(); }),
       Now(&SteadySeconds),
       Wait(&WaitPumping) {}
 

@@ -18,6 +18,8 @@ enum class Work { Done, Nothing, Refused, Partly, Failed };
 struct WorkOutcome {
     Work End = Work::Nothing;
     MessageText Why;
+    std::string Path{};       // of the picture that was stored
+    bool CompactOwed = false; // the slots have gaps, to be closed once the game is still
 };
 
 // What the clipboard offers: no picture, one, one that isn't there yet, or one that couldn't be had.
@@ -38,6 +40,7 @@ struct WatchCalls {
     // Never empty. They show no box while the game runs: what they would tell is told after it.
     std::function<WorkOutcome(const LevelPlace& level, int count)> ArchiveSlots;
     std::function<WorkOutcome(const LevelPlace& level)> RestoreLastSlot;
+    std::function<WorkOutcome(const LevelPlace& level)> CompactSlots;
 
     // Never empty. A number that changes whenever the clipboard does; what is on it now, as the bytes of a
     // picture file; putting a bitmap file there; emptying it.
@@ -45,17 +48,18 @@ struct WatchCalls {
     std::function<Offered(std::string& bytes)> ReadClipboard;
     std::function<void(const std::string& bitmap)> PutClipboard;
     std::function<void()> EmptyClipboard;
-    // Never empty. Of the bytes of a picture file: whether it is black; its place among the level's pictures
-    // under the next automatic name.
+    // Never empty. Of the bytes of a picture file: whether it is black; what it shows, a text that is the
+    // same for the same picture in another encoding; its place among the level's pictures under the next
+    // automatic name.
     std::function<bool(const std::string& picture)> IsBlack;
+    std::function<std::string(const std::string& picture)> WhatItShows;
     std::function<WorkOutcome(const LevelPlace& level, const std::string& picture)> SavePicture;
-    // Asks for the picture's name and stores it. Empty where nobody can be asked: then it is stored at once.
-    std::function<void(const LevelPlace& level, const std::string& picture)> AskPictureName;
+    // Asks for the picture's name and stores it; gives its path, none if it was given up. Empty where nobody
+    // can be asked: then it is stored at once.
+    std::function<std::string(const LevelPlace& level, const std::string& picture)> AskPictureName;
 
-    // A picture has come to a level: `before` is how many it had.
-    std::function<void(const LevelPlace& level, std::size_t before)> ShowPictures;
-    // How many pictures a level has.
-    std::function<std::size_t(const LevelPlace& level)> CountPictures;
+    // A picture has come to a level.
+    std::function<void(const LevelPlace& level, const std::string& path)> ShowPictures;
     // The game has ended: lists and pictures as they are now; then the keys to the main window.
     std::function<void()> ShowAfterGame;
     std::function<void()> TakeFocus;

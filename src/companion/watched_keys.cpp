@@ -21,14 +21,18 @@ struct KeyNotes {
     std::uint32_t Tapped = 0;
     std::uint32_t Held = 0; // at the last look
     std::vector<std::string> Prints;
+    int MissedPrints = 0;
 };
 constinit KeyNotes& notes = State<KeyNotes>::Get();
 
 void NotePrint() {
-    if (notes.Prints.size() >= kMostPrints) return;
     Desktop& desktop = TheDesktop();
-    notes.Prints.push_back(desktop.PrintScreenCopies() ? std::string()
-                                                       : desktop.PictureOf(ShownGameWindow()));
+    const bool copies = desktop.PrintScreenCopies(); // of many presses the last is there
+    if (notes.Prints.size() >= kMostPrints) {
+        if (!copies) ++notes.MissedPrints;
+        return;
+    }
+    notes.Prints.push_back(copies ? std::string() : desktop.PictureOf(ShownGameWindow()));
 }
 
 // With the only-button flag off other buttons may be held as well. A mask of 0 disables the action.
@@ -66,9 +70,14 @@ void NoteKeys() {
 // A key that is down at the tick acts, and so does one that was tapped since the last; one that is let go
 // right behind a tick has acted.
 WatchedKeys TakeKeys() {
-    const std::uint32_t held = Look();
-    const std::uint32_t keys = std::exchange(notes.Tapped, 0) | held;
-    return {(keys & kF9) != 0, (keys & kF11) != 0, std::exchange(notes.Prints, {})};
+    notes.Tapped |= Look();
+    return TakeNotedKeys();
+}
+
+WatchedKeys TakeNotedKeys() {
+    const std::uint32_t keys = std::exchange(notes.Tapped, 0);
+    return {(keys & kF9) != 0, (keys & kF11) != 0, std::exchange(notes.Prints, {}),
+            std::exchange(notes.MissedPrints, 0)};
 }
 
 void HeedJoystick() {

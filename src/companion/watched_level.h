@@ -1,4 +1,4 @@
-// The level on which the watcher acts: that in TRLE.
+// The level on which the watcher acts: that in TRLE, whatever is selected.
 #pragma once
 
 #include <optional>
@@ -7,7 +7,8 @@
 
 namespace kelvash::companion {
 
-// Nothing while that of another Archive is in, or one that nobody knows.
+// That of another Archive, which isn't listed and has no code (core::kNoLevel), where its folder is known.
+// Nothing for a level that nobody knows.
 std::optional<core::LevelPlace> LevelInTrle();
 
 } // namespace kelvash::companion

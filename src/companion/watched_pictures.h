@@ -2,18 +2,18 @@
 // took of the game's window where the system puts nothing there by itself.
 #pragma once
 
-#include <string>
-#include <vector>
+#include "companion/watched_keys.h"
 
 namespace kelvash::companion {
 
-// What is on the clipboard now is nobody's picture.
+// What is on the clipboard now is nobody's picture, offered again later neither.
 void ForgetPictures();
-// Takes what is new, `prints` being the presses of Print Screen since the last tick (WatchedKeys::Prints).
-// What can't be stored now, because a job is at work, is taken later.
-void HeedPictures(std::vector<std::string> prints);
-// The game has ended: stores what was taken and not stored yet, and counts what can't be as lost.
-void EndPictures(std::vector<std::string> prints);
+// Takes what is new, `keys` being those since the last tick. What can't be stored now, because a job is at
+// work, is stored later.
+void HeedPictures(WatchedKeys keys);
+// The game has ended, or the program is about to: takes what the last presses bring, stores what isn't stored
+// yet, without a question, and counts what can't be as lost.
+void EndPictures(WatchedKeys keys);
 // Tells after the game how many pictures were lost.
 void TellLostPictures();
 

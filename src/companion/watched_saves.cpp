@@ -45,6 +45,7 @@ struct SaveNotes {
     double ChangedAt = 0; // by the watcher's clock: when a change was seen
     bool ArchiveWanted = false;
     bool RestoreWanted = false;
+    bool CompactOwed = false; // a savegame was being written while the slots were put in order
     Saves NotMoved; // full slots that the automatic archive couldn't empty: it doesn't try the same again
 };
 constinit SaveNotes& notes = State<SaveNotes>::Get();
@@ -113,6 +114,8 @@ Work Do(const SavesWork& work) {
     HeldBackUser user;
     const WorkOutcome outcome = work(*level);
     LookAgain();
+    if (outcome.End == Work::Done || outcome.CompactOwed) notes.CompactOwed = outcome.CompactOwed;
+    if (outcome.CompactOwed) notes.ChangedAt = watch_calls.Now();
     const bool is_bad = outcome.End == Work::Partly || outcome.End == Work::Failed;
     if (outcome.End == Work::Refused) return Work::Refused; // not worth a word: it comes to pass
     user.TellAfterGame();
@@ -129,6 +132,10 @@ WorkOutcome ArchiveAll(const core::LevelPlace& level) {
 
 WorkOutcome RestoreLast(const core::LevelPlace& level) {
     return watch_calls.RestoreLastSlot(level);
+}
+
+WorkOutcome CompactAll(const core::LevelPlace& level) {
+    return watch_calls.CompactSlots(level);
 }
 
 bool MayTouchSaves() {
@@ -156,6 +163,34 @@ void TakeWish(bool pressed, bool& wanted) {
     wanted = true;
 }
 
+void TakeWishes(const WatchedKeys& keys) {
+    TakeWish(keys.Archive, notes.ArchiveWanted);
+    TakeWish(keys.Restore, notes.RestoreWanted);
+}
+
+// Waits till the game has written what it is writing, but not for long.
+bool SavesComeToRest() {
+    constexpr double kPatience = 2;
+    constexpr double kLookSeconds = 0.1;
+    const double end = watch_calls.Now() + kPatience;
+    for (;;) {
+        LookAtSaves();
+        if (SavesAreStill()) return true;
+        if (watch_calls.Now() >= end) return false;
+        watch_calls.Wait(kLookSeconds);
+    }
+}
+
+// Does what is wanted now or never.
+void Finish(bool may, const MessageText& late) {
+    const auto finish = [&](bool& wanted, const SavesWork& work) {
+        if (std::exchange(wanted, false) && (!may || Do(work) == Work::Refused)) TellAfterGame(late);
+    };
+    finish(notes.ArchiveWanted, &ArchiveAll);
+    finish(notes.RestoreWanted, &RestoreLast);
+    if (may && std::exchange(notes.CompactOwed, false)) Do(&CompactAll); // gaps alone are no harm
+}
+
 } // namespace
 
 void ForgetSaves() {
@@ -169,15 +204,18 @@ void HeedSaves(const WatchedKeys& keys) {
     TakeWish(keys.Restore, notes.RestoreWanted);
     DoWanted(notes.RestoreWanted, &RestoreLast);
     if (core::profile.ArchiveSavegames && SlotsAreFull()) ArchiveFullSlots();
+    DoWanted(notes.CompactOwed, &CompactAll);
 }
 
-void EndSaves() {
-    const auto finish = [](bool& wanted, const SavesWork& work) {
-        if (std::exchange(wanted, false) && Do(work) == Work::Refused)
-            TellAfterGame(LoadMessage(msg::kWatchSavesLate));
-    };
-    finish(notes.ArchiveWanted, &ArchiveAll);
-    finish(notes.RestoreWanted, &RestoreLast);
+void EndSaves(const WatchedKeys& keys) {
+    TakeWishes(keys);
+    Finish(true, LoadMessage(msg::kWatchSavesLate));
+}
+
+void LeaveSaves(const WatchedKeys& keys) {
+    TakeWishes(keys);
+    const bool is_wanted = notes.ArchiveWanted || notes.RestoreWanted;
+    if (is_wanted) Finish(SavesComeToRest(), LoadMessage(msg::kWatchSavesLeft, {kLineBreak}));
 }
 
 } // namespace kelvash::companion

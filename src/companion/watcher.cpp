@@ -26,9 +26,9 @@ namespace {
 struct WatchNotes {
     bool InTick = false;
     bool EndPending = false; // the game has ended; what follows from it is still to come
+    bool Acts = false;       // at the last look
     double BeganAt = 0;      // by the watcher's clock
     FolderLock Lock;
-    std::vector<std::string> LastPrints; // of a press right before the game's end
     std::vector<MessageText> Later;
 };
 constinit WatchNotes& notes = State<WatchNotes>::Get();
@@ -53,11 +53,14 @@ void Call(const std::function<void()>& call) {
 }
 
 // Of two programs beside one game the first acts. Where there are no locks there is no other either.
-bool IsTheWatcher() {
-    if (notes.Lock.IsTaken()) return true;
+bool TakeWatch(FolderLock& lock) {
     LockHolder holder;
-    return notes.Lock.Take(core::TrleFolder(), LockKind::Watch, LoadMessage(msg::kDoingWatch), holder) !=
+    return lock.Take(core::TrleFolder(), LockKind::Watch, LoadMessage(msg::kDoingWatch), holder) !=
            LockResult::Held;
+}
+
+bool IsTheWatcher() {
+    return notes.Lock.IsTaken() || TakeWatch(notes.Lock);
 }
 
 void NoteEnd() {
@@ -65,20 +68,23 @@ void NoteEnd() {
                             TheDesktop().Reach() == DesktopReach::Full &&
                             watch_calls.Now() - notes.BeganAt < kWindowSeconds;
     if (died_young) TellAfterGame(LoadMessage(msg::kWatchDiedYoung, {kLineBreak}));
-    game = GameState();
+    ForgetGame();
     notes.EndPending = true;
     Call(watch_calls.CloseCover);
 }
 
-// The game's last savegames are on the disk a moment after its end.
+// The game's last savegames are on the disk a moment after its end. What was pressed before it and not heeded
+// yet, because the tick of it came later or another was at work, is done now.
 void FinishEnd() {
-    if (watch_calls.MayChangeFiles && !watch_calls.MayChangeFiles()) return;
     {
         const JobScope job;
         watch_calls.Wait(1);
         notes.EndPending = false;
-        EndSaves();
-        EndPictures(std::exchange(notes.LastPrints, {}));
+        const WatchedKeys keys = TakeNotedKeys();
+        if (notes.Acts) {
+            EndSaves(keys);
+            EndPictures(keys);
+        }
         notes.Lock.Release();
         Call(watch_calls.ShowAfterGame);
     }
@@ -91,19 +97,21 @@ bool GameHasEnded() {
 }
 
 void WatchGame() {
-    const bool acts = IsTheWatcher();
-    if (acts) {
+    notes.Acts = IsTheWatcher();
+    if (notes.Acts) {
         Call(watch_calls.RunMediaEvents);
         HeedJoystick();
     }
+    if (GameHasEnded()) return NoteEnd();
     WatchedKeys keys = TakeKeys();
-    if (GameHasEnded()) {
-        if (acts) notes.LastPrints = std::move(keys.Prints);
-        return NoteEnd();
-    }
-    if (!acts) return;
+    if (!notes.Acts) return;
+    LookForGameWindow();
     HeedSaves(keys);
-    HeedPictures(std::move(keys.Prints));
+    HeedPictures(std::move(keys));
+}
+
+bool MayChangeFiles() {
+    return !watch_calls.MayChangeFiles || watch_calls.MayChangeFiles();
 }
 
 } // namespace
@@ -113,7 +121,13 @@ void BeginWatch() {
     ForgetSaves();
     ForgetPictures();
     notes.EndPending = false;
+    notes.Acts = IsTheWatcher();
     notes.BeganAt = watch_calls.Now();
+}
+
+bool NobodyWatches() {
+    FolderLock lock;
+    return !notes.InTick && !notes.EndPending && !core::TrleFolder().empty() && TakeWatch(lock);
 }
 
 bool IsWatching() {
@@ -137,7 +151,7 @@ bool Tick() {
     {
         const TickScope scope;
         if (game.GameProcess.id != 0) WatchGame();
-        if (notes.EndPending) FinishEnd();
+        if (notes.EndPending && MayChangeFiles()) FinishEnd();
     }
     return game.WatcherActive || notes.EndPending;
 }
@@ -153,6 +167,27 @@ void TellRemembered() {
         ShowMessage(MessageStyle::Exclamation, text);
 }
 
+void FinishWatch() {
+    const bool has_ended = game.GameProcess.id != 0 && GameHasEnded();
+    if (notes.InTick || !(has_ended || notes.EndPending)) return;
+    const TickScope scope;
+    if (has_ended) NoteEnd();
+    FinishEnd();
+}
+
+void LeaveWatch() {
+    FinishWatch();
+    if (notes.InTick || game.GameProcess.id == 0 || !notes.Acts) return;
+    {
+        const TickScope scope;
+        const JobScope job;
+        const WatchedKeys keys = TakeNotedKeys();
+        LeaveSaves(keys);
+        EndPictures(keys);
+    }
+    FinishWatch(); // it may have ended meanwhile
+}
+
 void WatchUntilEnd(int interval, bool (*given_up)()) {
     const int polls = std::max(1, interval / kPollMillis);
     for (int poll = 1; !given_up(); ++poll) {
@@ -160,6 +195,7 @@ void WatchUntilEnd(int interval, bool (*given_up)()) {
         PollKeys();
         if (poll % polls == 0 && !Tick()) return;
     }
+    LeaveWatch();
     TellRemembered();
 }
 

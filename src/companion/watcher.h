@@ -15,6 +15,9 @@ inline constexpr int kPollMillis = 20;
 // What is remembered of an earlier game is forgotten, and what is on the clipboard now is nobody's picture.
 // To be called once the game has been started or found.
 void BeginWatch();
+// True where no program, this one included, watches the game of the TRLE folder or has still to do what
+// follows from its end.
+bool NobodyWatches();
 // True from the start of a game to its end, a tick at work included.
 bool IsWatching();
 // Takes note of the keys that are held now, if the game or its cover has the focus: a tap between two ticks
@@ -27,7 +30,14 @@ bool Tick();
 void TellAfterGame(const MessageText& text);
 // Tells it: for who leaves before the game.
 void TellRemembered();
-// Polls and ticks, every `interval` milliseconds, until the game has ended or `given_up` says so.
+// Does at once what follows from the end of a game, if it has ended: before another one is started, whose
+// level would take the place of its own.
+void FinishWatch();
+// For who leaves, perhaps, before the game: does what the keys have asked for and stores the pictures that
+// wait, within seconds; what can't be done is told by TellRemembered. The watch may go on after it.
+void LeaveWatch();
+// Polls and ticks, every `interval` milliseconds, until the game has ended or `given_up` says so; then leaves
+// it.
 void WatchUntilEnd(int interval, bool (*given_up)());
 
 } // namespace kelvash::companion

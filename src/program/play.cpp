@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "companion/game.h"
+#include "companion/watcher.h"
 #include "core/archive.h"
 #include "foundation/desktop.h"
 #include "foundation/messages.h"
@@ -19,6 +20,7 @@ using swap::Swapped;
 
 bool PlayLevel(std::int32_t code) {
     constexpr double kSecondsBeforeWatching = 2;
+    companion::FinishWatch();
     std::optional<Swapped> installed;
     const bool started = swap::OnChosenFolder(msg::kDoingPlay, code, [&](const core::LevelPlace& level) {
         installed = swap::InstallHere(level);

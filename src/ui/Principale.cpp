@@ -197,7 +197,12 @@ void Principale::SetPlaying(bool playing) {
 // What others change shows by itself when nothing else is at work. The eye keeps its place: the list its
 // scrolling, the level its pair of pictures, the status line its word.
 void Principale::LookBeside() {
-    if (isMinimized() || IsWriting(focusWidget()) || !door_.MayInterrupt()) return;
+    if (IsWriting(focusWidget()) || !door_.MayInterrupt()) return;
+    if (!playing_ && companion::TakeOverGame()) {
+        SetPlaying(true);
+        ShowPlaying();
+    }
+    if (isMinimized()) return;
     const std::int32_t level = core::SelectedLevel();
     const std::size_t pair = shots_->Pages().FirstShownImage;
     const int scrolled = Combo_Livelli->verticalScrollBar()->value();
@@ -276,6 +281,7 @@ bool Principale::MayClose() {
     if (companion::GameRuns() &&
         !AskYesNo(MessageStyle::Question, LoadMessage(msg::kCloseWhilePlaying, {kLineBreak})))
         return false;
+    companion::LeaveWatch(); // before what it has changed is saved
     if (!program::SaveToClose()) return false;
     SaveWindow({this, splitter_}, delegate_->View());
     companion::TellRemembered();

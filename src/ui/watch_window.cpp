@@ -27,9 +27,9 @@ WatchWindow::WatchWindow(Principale& window) : window_(window) {
     watch_calls.CoverWindow = [this] { return cover_ == nullptr ? 0 : std::uintptr_t{cover_->winId()}; };
     watch_calls.MayChangeFiles = [this] { return window_.IsFree(); };
     watch_calls.AskPictureName = [this](const auto& level, const auto& picture) {
-        AskPictureName(level, picture);
+        return AskPictureName(level, picture);
     };
-    watch_calls.ShowPictures = [this](const auto& level, std::size_t before) { ShowPictures(level, before); };
+    watch_calls.ShowPictures = [this](const auto& level, const auto& path) { ShowPictures(level, path); };
     watch_calls.ShowAfterGame = [this] { ShowAfterGame(); };
     watch_calls.TakeFocus = [this] {
         window_.activateWindow();
@@ -81,19 +81,21 @@ void WatchWindow::ShowAfterGame() {
     window_.Shots().ShowLast();
 }
 
-// The page that the new picture is on, if its level is shown.
-void WatchWindow::ShowPictures(const core::LevelPlace& level, std::size_t before) {
+// The page that the new picture is on, if its level is shown: the last one, but for names that are sorted
+// between others ("10)" stands before "2)").
+void WatchWindow::ShowPictures(const core::LevelPlace& level, const std::string& path) {
     if (core::SelectedLevel() != level.Code) return;
     window_.AggiornaDatiLivello(true);
-    window_.Shots().ShowFrom(before / 2 * 2);
+    window_.Shots().ShowLast();
+    window_.Shots().ShowPairOf(path);
 }
 
 // Over the game, which gets the keys back behind it.
-void WatchWindow::AskPictureName(const core::LevelPlace& level, const std::string& picture) {
+std::string WatchWindow::AskPictureName(const core::LevelPlace& level, const std::string& picture) {
     const std::optional<swap::Picture> decoded = swap::DecodePicture(picture);
     if (!decoded) {
         companion::TellAfterGame(LoadMessage(msg::kWatchUnreadable));
-        return;
+        return {};
     }
     Dialog_Cattura form(nullptr);
     form.ImpostaValori(level.Code, *decoded);
@@ -103,6 +105,7 @@ void WatchWindow::AskPictureName(const core::LevelPlace& level, const std::strin
     });
     form.exec();
     if (companion::game.GameProcess.id != 0) TheDesktop().Activate(companion::ShownGameWindow());
+    return form.SavedPath;
 }
 
 } // namespace kelvash::ui

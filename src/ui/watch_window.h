@@ -5,7 +5,6 @@
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
-#include <cstddef>
 #include <string>
 
 #include "core/archive.h"
@@ -38,8 +37,8 @@ class WatchWindow final : public QObject {
     void ShowCover();
     void CloseCover();
     void ShowAfterGame();
-    void AskPictureName(const core::LevelPlace& level, const std::string& picture);
-    void ShowPictures(const core::LevelPlace& level, std::size_t before);
+    std::string AskPictureName(const core::LevelPlace& level, const std::string& picture);
+    void ShowPictures(const core::LevelPlace& level, const std::string& path);
 
     Principale& window_;
     QPointer<Dialog_Blank> cover_;

@@ -59,11 +59,6 @@ TEST_F(ShotCapture, StoresForALevelOfAnotherArchiveAndCountsNothing) {
     EXPECT_EQ(core::archive.Header.SecondaryFolderSize, 0);
 }
 
-TEST_F(ShotCapture, FindsTheLevelOfTheOriginalConfiguration) {
-    ASSERT_TRUE(companion::LevelForShots().has_value());
-    EXPECT_EQ(companion::LevelForShots()->Code, 0);
-}
-
 TEST_F(ShotCapture, SaysAfterwardsWhatCouldNotBeSaved) {
     std::filesystem::remove_all(LevelPath(1));
     const CaptureOutcome outcome = CaptureShot(1, kPicture);

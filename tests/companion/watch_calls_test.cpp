@@ -56,9 +56,10 @@ class OtherProgram {
 
 TEST_F(WatchCallsOnFiles, APictureIsStoredUnderTheNextName) {
     EXPECT_EQ(watch_calls.SavePicture(Level(), Bitmap(200)).End, Work::Done);
-    EXPECT_EQ(watch_calls.SavePicture(Level(), Bitmap(100)).End, Work::Done);
+    const WorkOutcome second = watch_calls.SavePicture(Level(), Bitmap(100));
+    EXPECT_EQ(second.End, Work::Done);
+    EXPECT_EQ(second.Path, "C:\\Levels\\LEVEL_0001\\screenshots\\2) City.jpg");
     EXPECT_THAT(NamesIn(Shots()), ElementsAre("1) City.jpg", "2) City.jpg"));
-    EXPECT_EQ(watch_calls.CountPictures(Level()), 2U);
 }
 
 TEST_F(WatchCallsOnFiles, BlackIsBlackAndDamageIsNot) {
@@ -67,6 +68,14 @@ TEST_F(WatchCallsOnFiles, BlackIsBlackAndDamageIsNot) {
     EXPECT_FALSE(watch_calls.IsBlack("no picture"));
     EXPECT_EQ(watch_calls.SavePicture(Level(), "no picture").End, Work::Failed);
     EXPECT_EQ(watch_calls.SavePicture(Level(), Bitmap(200).substr(0, 60)).End, Work::Failed);
+}
+
+TEST_F(WatchCallsOnFiles, WhatAPictureShowsHasNothingToDoWithItsEncoding) {
+    std::string other = Bitmap(200);
+    other[38] = 100; // its resolution
+    EXPECT_EQ(watch_calls.WhatItShows(other), watch_calls.WhatItShows(Bitmap(200)));
+    EXPECT_NE(watch_calls.WhatItShows(Bitmap(201)), watch_calls.WhatItShows(Bitmap(200)));
+    EXPECT_NE(watch_calls.WhatItShows("no picture"), watch_calls.WhatItShows("no other"));
 }
 
 TEST_F(WatchCallsOnFiles, ALevelsFolderThatHasGoneIsAFailure) {

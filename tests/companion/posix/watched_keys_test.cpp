@@ -85,10 +85,11 @@ TEST_F(WatchedKeys, TheLevelInTrleCountsWhateverIsSelected) {
     Offer("picture");
     TickAfter(2);
     EXPECT_THAT(TakeDone(), ElementsAre(kBeep, "archive 15 of City", "beep 100 150", "save picture for City",
-                                        "show pictures of City, 3 before", "clear"));
+                                        "show pictures of City, new.jpg", "clear"));
 }
 
-TEST_F(WatchedKeys, ALevelThatTheArchiveHasNoMoreIsToldAfterTheGame) {
+// Its folder is all that it takes.
+TEST_F(WatchedKeys, ALevelThatTheArchiveHasNoMoreIsActedOnInItsFolder) {
     AddLevel(1, "City", {{"city.tr4", "c"}});
     ASSERT_TRUE(swap::InstallLevel(1));
     Play();
@@ -96,15 +97,41 @@ TEST_F(WatchedKeys, ALevelThatTheArchiveHasNoMoreIsToldAfterTheGame) {
     Tap(kKeyF9);
     Offer("picture");
     TickAfter(2);
-    EXPECT_THAT(TakeDone(), ElementsAre(kBeep, "beep 100 150", "save picture for City", "clear"))
-        << "its folder is known";
+    EXPECT_THAT(TakeDone(),
+                ElementsAre(kBeep, "archive 15 of City", "beep 100 150", "save picture for City", "clear"));
+    const WatchCalls real;
+    watch_calls.ArchiveSlots = real.ArchiveSlots;
+    watch_calls.RestoreLastSlot = real.RestoreLastSlot;
+    for (const char number : {'\1', '\2'})
+        Save(std::string("savegame.") + char('0' + number), std::string(75, 'x') + number + '\0');
+    TickAfter(2);
+    Tap(kKeyF9);
+    TickAfter(2);
+    EXPECT_THAT(NamesIn(LevelPath(1) / "SAVEGAMES" / "slot1"), ElementsAre("savegame.0", "savegame.1"));
+    TickAfter(2);
+    Tap(kKeyF11);
+    TickAfter(2);
+    EXPECT_TRUE(test::Exists(trle / "savegame.1"));
     EndGame();
     Tick();
-    EXPECT_THAT(
-        user.Told(),
-        ElementsAre(
-            "exclamation: The savegames were not archived or restored while the game was running: the "
-            "level in Tomb Raider Level Editor folder is none of this Archive"));
+    EXPECT_THAT(user.Told(), IsEmpty());
+}
+
+TEST_F(WatchedKeys, ALevelThatNobodyKnowsIsToldAfterTheGame) {
+    AddLevel(1, "City", {{"city.tr4", "c"}});
+    ASSERT_TRUE(swap::InstallLevel(1));
+    Play();
+    core::archive.Table.Remove(1);
+    std::filesystem::rename(LevelPath(1), levels / "elsewhere");
+    Tap(kKeyF9);
+    TickAfter(2);
+    EXPECT_THAT(TakeDone(), ElementsAre(kBeep));
+    EndGame();
+    Tick();
+    EXPECT_THAT(user.Told(),
+                ElementsAre("exclamation: The savegames were not archived or restored while the game was "
+                            "running: nobody knows whose level is in the Tomb Raider Level Editor folder, or "
+                            "its own folder is gone"));
 }
 
 // --- when savegames may be touched ---
@@ -252,6 +279,23 @@ TEST_F(WatchedKeys, BoxesOfTheWorkAreHeldBack) {
     EndGame();
     Tick();
     EXPECT_THAT(user.Told(), ElementsAre("exclamation: the disk is full"));
+}
+
+TEST_F(WatchedKeys, GapsThatAreOwedAreClosedOnceTheGameIsStill) {
+    Play();
+    outcome = {Work::Partly, MessageText("a save was being written"), {}, true};
+    while_archiving = [this] { Save("savegame.0", "just written"); };
+    Tap(kKeyF9);
+    TickAfter(2);
+    EXPECT_THAT(TakeDone(), ElementsAre(kBeep, kArchive));
+    outcome = {Work::Done, {}};
+    Save("savegame.0", "and written on");
+    TickAfter(0.5);
+    EXPECT_THAT(TakeDone(), IsEmpty());
+    TickAfter(1);
+    EXPECT_THAT(TakeDone(), ElementsAre("compact - TRLE: Original configuration -"));
+    TickAfter(2);
+    EXPECT_THAT(TakeDone(), IsEmpty());
 }
 
 // --- full slots ---

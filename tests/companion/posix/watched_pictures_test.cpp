@@ -14,7 +14,7 @@ class WatchedPictures : public WatcherHome {
     WatchedPictures() { desktop.pictures[kGameWindow] = "window"; }
     static std::vector<std::string> Stored(const std::string& picture) {
         return {"beep 100 150", "save " + picture + " for " + kLevel,
-                "show pictures of " + kLevel + ", 3 before", "clear"};
+                "show pictures of " + kLevel + ", new.jpg", "clear"};
     }
     std::vector<std::string> DoneAfter(double seconds) {
         TickAfter(seconds);
@@ -109,9 +109,10 @@ TEST_F(WatchedPictures, RefusedLocksAreTriedAgainWithOneBeep) {
     EXPECT_THAT(DoneAfter(0.5), ElementsAre("beep 100 150", "save first for " + kLevel));
     Offer("second");
     EXPECT_THAT(DoneAfter(0.5), ElementsAre("save first for " + kLevel));
-    stored = {Work::Done, {}};
+    stored = {Work::Done, {}, "new.jpg"};
     std::vector<std::string> wanted = Stored("first");
     wanted.erase(wanted.begin());
+    wanted.pop_back(); // the second is on the clipboard by now
     const std::vector<std::string> next = Stored("second");
     wanted.insert(wanted.end(), next.begin(), next.end());
     EXPECT_EQ(DoneAfter(0.5), wanted);
@@ -127,13 +128,50 @@ TEST_F(WatchedPictures, TheSameOfferedAgainGivesNone) {
     EXPECT_EQ(DoneAfter(0.5), Stored("another"));
 }
 
-TEST_F(WatchedPictures, AJobDelaysThem) {
+TEST_F(WatchedPictures, TheSameInAnotherEncodingGivesNone) {
+    Play();
+    Offer("picture as bmp");
+    DoneAfter(0.5);
+    Offer("picture as png");
+    EXPECT_THAT(DoneAfter(5), ElementsAre("clear"));
+}
+
+TEST_F(WatchedPictures, WhatWasThereBeforeTheGameAndIsOfferedAnewIsNone) {
+    Offer("old as bmp");
+    Play();
+    Offer("old as png");
+    EXPECT_THAT(DoneAfter(0.5), IsEmpty()) << "nor is it taken from the user";
+    Offer("new");
+    EXPECT_EQ(DoneAfter(0.5), Stored("new"));
+}
+
+// The clipboard goes on; each picture is read while it is there.
+TEST_F(WatchedPictures, AJobDelaysTheirStoringAlone) {
     Play();
     may_change = false;
-    Offer("picture");
+    Offer("first");
     EXPECT_THAT(DoneAfter(0.5), IsEmpty());
+    Offer("second");
+    EXPECT_THAT(DoneAfter(0.5), IsEmpty());
+    Offer("second");
+    EXPECT_THAT(DoneAfter(0.5), ElementsAre("clear")) << "it waits already";
     may_change = true;
-    EXPECT_EQ(DoneAfter(0.5), Stored("picture"));
+    std::vector<std::string> wanted = Stored("first"), next = Stored("second");
+    wanted.pop_back();
+    next.pop_back();
+    wanted.insert(wanted.end(), next.begin(), next.end());
+    EXPECT_EQ(DoneAfter(0.5), wanted);
+}
+
+TEST_F(WatchedPictures, WhatComesOntoTheClipboardMeanwhileStays) {
+    Play();
+    while_saving = [this] { Offer("next"); };
+    Offer("picture");
+    std::vector<std::string> wanted = Stored("picture");
+    wanted.pop_back();
+    EXPECT_EQ(DoneAfter(0.5), wanted) << "not cleared";
+    while_saving = {};
+    EXPECT_EQ(DoneAfter(0.5), Stored("next"));
 }
 
 // --- Print Screen ---
@@ -194,6 +232,18 @@ TEST_F(WatchedPictures, ThreePressesBetweenTwoTicksGiveThreePictures) {
     Tap(kKeyPrintScreen);
     Tap(kKeyPrintScreen);
     EXPECT_EQ(DoneAfter(0.5).size(), 15U);
+}
+
+TEST_F(WatchedPictures, PressesBeyondFourAreToldAsLost) {
+    Play();
+    for (int press = 0; press < 6; ++press)
+        Tap(kKeyPrintScreen);
+    EXPECT_EQ(DoneAfter(0.5).size(), 20U);
+    EndGame();
+    Tick();
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre("exclamation: Screenshots that could not be stored while the game was running: 2"));
 }
 
 TEST_F(WatchedPictures, PressesDuringALongJobAreBounded) {
@@ -273,6 +323,7 @@ class PromptedPictures : public WatchedPictures {
         watch_calls.AskPictureName = [this](const auto& level, const std::string& picture) {
             Did("ask " + picture + " for " + level.Name);
             if (while_asking) while_asking();
+            return std::string("asked.jpg");
         };
     }
     std::function<void()> while_asking;
@@ -282,7 +333,7 @@ TEST_F(PromptedPictures, ThirteenIsTypedAndTheNameAskedFor) {
     Play();
     Offer("picture");
     EXPECT_THAT(DoneAfter(0.5), ElementsAre("beep 100 150", "key 49", "key 51", "ask picture for " + kLevel,
-                                            "show pictures of " + kLevel + ", 3 before", "clear"));
+                                            "show pictures of " + kLevel + ", asked.jpg", "clear"));
 }
 
 TEST_F(PromptedPictures, WhereNobodyCanBeAskedItIsStored) {
@@ -298,12 +349,12 @@ TEST_F(PromptedPictures, TheGamesEndIsSeenUnderTheQuestion) {
         EndGame();
         EXPECT_TRUE(Tick());
         EXPECT_EQ(game.GameProcess.id, 0);
-        Offer("another"); // nobody's any more
+        Offer("another"); // nobody's any more, and it stays
         EXPECT_TRUE(Tick());
     };
     Offer("picture");
     EXPECT_THAT(DoneAfter(0.5), ElementsAre("beep 100 150", "key 49", "key 51", "ask picture for " + kLevel,
-                                            "uncover", "show pictures of " + kLevel + ", 3 before", "clear",
+                                            "uncover", "show pictures of " + kLevel + ", asked.jpg",
                                             "wait 1000", "show lists", "focus"));
     EXPECT_FALSE(IsWatching());
 }

@@ -46,6 +46,10 @@ class WatcherHome : public test::SwapHome {
             Did("restore of " + level.Name);
             return outcome;
         };
+        watch_calls.CompactSlots = [this](const auto& level) {
+            Did("compact " + level.Name);
+            return outcome;
+        };
         watch_calls.ClipboardChange = [this] { return clipboard_change; };
         watch_calls.ReadClipboard = [this](std::string& bytes) {
             bytes = clipboard;
@@ -63,11 +67,14 @@ class WatcherHome : public test::SwapHome {
         watch_calls.IsBlack = [](const std::string& picture) { return picture == "black"; };
         watch_calls.SavePicture = [this](const auto& level, const std::string& picture) {
             Did("save " + picture + " for " + level.Name);
+            if (while_saving) while_saving();
             return stored;
         };
-        watch_calls.CountPictures = [](const auto&) { return std::size_t{3}; };
-        watch_calls.ShowPictures = [this](const auto& level, std::size_t before) {
-            Did("show pictures of " + level.Name + ", " + std::to_string(before) + " before");
+        watch_calls.WhatItShows = [](const std::string& picture) {
+            return picture.substr(0, picture.find(" as ")); // "window as png"
+        };
+        watch_calls.ShowPictures = [this](const auto& level, const std::string& path) {
+            Did("show pictures of " + level.Name + ", " + path);
         };
         watch_calls.ShowAfterGame = [this] { Did("show lists"); };
         watch_calls.TakeFocus = [this] { Did("focus"); };
@@ -125,11 +132,11 @@ class WatcherHome : public test::SwapHome {
     std::vector<std::string> done;
     std::size_t told_beeps = 0, told_keys = 0;
     WorkOutcome outcome{Work::Done, {}};
-    std::function<void()> while_archiving, while_waiting;
+    std::function<void()> while_archiving, while_saving, while_waiting;
     std::uint64_t clipboard_change = 1;
     Offered offered = Offered::None;
     std::string clipboard;
-    WorkOutcome stored{Work::Done, {}};
+    WorkOutcome stored{Work::Done, {}, "new.jpg"};
     bool may_change = true;
 };
 

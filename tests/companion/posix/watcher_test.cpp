@@ -1,9 +1,17 @@
 // The start of the game, the watcher's tick and the game's end.
 #include "companion/watcher.h"
 
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include "companion/posix/watcher_home.h"
+#include "core/ports.h"
 #include "foundation/lock.h"
 #include "foundation/platform/platform.h"
+
+// Behind the others.
+#include "support/x_client.h"
 
 namespace kelvash::companion {
 namespace {
@@ -75,7 +83,7 @@ TEST_F(Watcher, AGameThatCannotBeStartedTakesTheCoverAway) {
 TEST_F(Watcher, AGameThatDiesAtOnceIsTold) {
     desktop.reach = DesktopReach::Full;
     while_waiting = [&] { WaitForProcess(game.GameProcess, 10); };
-    ASSERT_TRUE(StartGame({"0"}, false));
+    ASSERT_TRUE(StartGame({"0.5"}, false));
     EXPECT_THAT(TakeDone(), ElementsAre("cover", "wait 200"));
     game.WatcherActive = true;
     EXPECT_FALSE(Tick());
@@ -106,6 +114,65 @@ TEST_F(Watcher, ARunningGameIsAdopted) {
     EXPECT_EQ(game.GameProcess.id, other.id);
     EXPECT_EQ(game.GameWindow, 6U);
     EXPECT_THAT(TakeDone(), IsEmpty()) << "no cover over a game that runs";
+}
+
+// A game that somebody else has started, and whose end nobody heeds.
+class StrangersGame {
+  public:
+    explicit StrangersGame(const std::filesystem::path& folder) : id_(fork()) {
+        if (id_ != 0) return;
+        if (chdir(folder.c_str()) == 0) execl("./tomb4.exe", "tomb4.exe", "1000", nullptr);
+        _exit(127);
+    }
+    ~StrangersGame() {
+        End();
+        waitpid(id_, nullptr, 0);
+    }
+    StrangersGame(const StrangersGame&) = delete;
+    StrangersGame& operator=(const StrangersGame&) = delete;
+    void End() const {
+        kill(id_, SIGKILL);
+        siginfo_t information{};
+        waitid(P_PID, static_cast<id_t>(id_), &information, WEXITED | WNOWAIT);
+    }
+
+  private:
+    pid_t id_;
+};
+
+TEST_F(Watcher, AnAdoptedGameHasEndedThoughNobodyHasReapedIt) {
+    const StrangersGame other(trle);
+    ASSERT_TRUE(test::Comes([] { return AdoptGame(); }));
+    EXPECT_TRUE(Tick());
+    other.End();
+    EXPECT_FALSE(Tick());
+    EXPECT_THAT(TakeDone(), ElementsAre("uncover", "wait 1000", "show lists", "focus"));
+    EXPECT_FALSE(AdoptGame()) << "it is no game any more";
+}
+
+TEST_F(Watcher, AnAdoptedGameOnAWaylandDesktopIsToldOf) {
+    desktop.reach = DesktopReach::OnlyWayland;
+    const StrangersGame other(trle);
+    ASSERT_TRUE(test::Comes([] { return AdoptGame(); }));
+    other.End();
+    Tick();
+    ASSERT_EQ(user.Told().size(), 1U);
+    EXPECT_THAT(user.Told()[0], testing::HasSubstr("This desktop lets no program see the keys"));
+}
+
+TEST_F(Watcher, AWindowThatComesLateIsFound) {
+    desktop.reach = DesktopReach::Full;
+    ASSERT_TRUE(StartGame({"1000"}, false));
+    ASSERT_EQ(game.GameWindow, 0U);
+    game.WatcherActive = true;
+    desktop.focused = {kCover, "", 1};
+    TickAfter(6);
+    desktop.windows = {{6, "game", game.GameProcess.id}};
+    TickAfter(3);
+    EXPECT_EQ(game.GameWindow, 0U) << "not at each tick: it costs";
+    TickAfter(3);
+    EXPECT_EQ(game.GameWindow, 6U);
+    EXPECT_THAT(desktop.activated, ElementsAre(6U)) << "it lay behind the cover";
 }
 
 // --- the tick ---
@@ -182,7 +249,7 @@ TEST_F(Watcher, EverythingComesInTheSpecifiedOrder) {
                 ElementsAre("media", "key 44", "beep 200 150", "archive 15 of " + name, "beep 200 150",
                             "restore of " + name, "archive 5 of " + name, "beep 300 100", "beep 100 150",
                             "beep 100 150", "save picture for " + name,
-                            "show pictures of " + name + ", 3 before", "clear"));
+                            "show pictures of " + name + ", new.jpg", "clear"));
 }
 
 // --- the joystick ---
@@ -347,6 +414,26 @@ TEST_F(Watcher, OnlyOneOfTwoActsAndTheOtherTakesOver) {
     EXPECT_THAT(TakeDone(), ElementsAre("beep 100 150", testing::StartsWith("save picture"),
                                         testing::StartsWith("show pictures"), "clear"))
         << "it is the only one now; the key was the other's";
+}
+
+TEST_F(Watcher, AGameThatNobodyWatchesAnyMoreIsTakenOver) {
+    const StrangersGame stranger(trle);
+    ASSERT_TRUE(test::Comes([] { return core::FindGame() != 0; }));
+    {
+        const OtherWatcher other;
+        EXPECT_FALSE(TakeOverGame());
+        EXPECT_FALSE(TakeOverGame());
+        EXPECT_FALSE(TakeOverGame());
+    }
+    EXPECT_FALSE(TakeOverGame()) << "who has just started it has the first word";
+    EXPECT_TRUE(TakeOverGame());
+    EXPECT_TRUE(game.WatcherActive);
+    EXPECT_FALSE(TakeOverGame()) << "it is watched";
+    desktop.focused = {kGameWindow, "", game.GameProcess.id};
+    Tap(kKeyF9);
+    TickAfter(2);
+    TickAfter(2);
+    EXPECT_THAT(TakeDone(), ElementsAre("beep 200 150", testing::StartsWith("archive 15")));
 }
 
 TEST_F(Watcher, TheSecondWatcherSeesTheEnd) {
