@@ -11,6 +11,7 @@
 #include "companion/slots_messages.h"
 #include "core/level_messages.h"
 #include "foundation/drives.h"
+#include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "foundation/texts.h"
@@ -41,10 +42,10 @@ constexpr std::array<Word, 7> kWords = {{{"yes", Answer::Yes},
 constexpr const char* kHiddenPassword = "***";
 
 // Questions whose No, and inputs whose Cancel, means that what the command is for isn't done.
-constexpr std::array<MessageId, 11> kPermissions = {
+constexpr std::array<MessageId, 12> kPermissions = {
     {msg::kOriginalNeeded, msg::kBackupNoRoom, msg::kZipNoRoom, msg::kZipTooLarge, msg::kRemoveQuestion,
      msg::kEqualQuestion, msg::kEqualFound, msg::kLanguageInput, msg::kReplaceFile, msg::kSaveDeleteQuestion,
-     msg::kRestoreSlotsFull}};
+     msg::kRestoreSlotsFull, msg::kCliReplaceFile}};
 
 bool IsPermission(MessageId id) {
     return std::find(kPermissions.begin(), kPermissions.end(), id) != kPermissions.end();
@@ -260,7 +261,12 @@ std::optional<std::string> CliUser::OpenFile(const FileDialog& dialog) {
 }
 
 std::optional<std::string> CliUser::SaveFile(const FileDialog& dialog) {
-    return AskFile("savefile", dialog);
+    const std::optional<std::string> target = AskFile("savefile", dialog);
+    // A command has looked at what its own arguments name.
+    if (!target || PresetUsed(dialog.title.id) || !FileExists(*target)) return target;
+    const MessageText question = LoadMessage(msg::kCliReplaceFile, {kLineBreak + *target});
+    const bool may_replace = Ask(Buttons::YesNo, MessageStyle::Question, question) == Answer::Yes;
+    return may_replace ? target : std::nullopt;
 }
 
 std::optional<std::string> CliUser::ChooseFolder(const MessageText& caption, const std::string& start) {

@@ -58,6 +58,7 @@ struct SavesRun {
     std::string text;
     std::string folder;
     bool force = false;
+    bool delete_source = false;
     core::LevelPlace level;
     SavegameLists lists; // as they are afterwards
 };
@@ -159,7 +160,8 @@ bool Export(Session& session, SavesRun& run) {
     std::string path;
     std::string folder;
     if (!TakeFile(run, path) || !TakePath(run.folder, folder)) return false;
-    return IsDone(companion::ExportSavegames(run.level.Code, {path}, folder, companion::Sources::Keep));
+    const auto sources = run.delete_source ? companion::Sources::Delete : companion::Sources::Keep;
+    return IsDone(companion::ExportSavegames(run.level.Code, {path}, folder, sources));
 }
 
 Argument FileArgument(const std::shared_ptr<SavesRun>& run) {
@@ -198,7 +200,9 @@ Command SavesCommand() {
             part("to-slots", "Copies a savegame into the slots", {FileArgument(run)}, &ToSlots),
             part("delete", "Deletes a savegame with its note", {FileArgument(run)}, &Delete),
             part("note", "Writes a savegame's note",
-                 {FileArgument(run), {.name = "TEXT", .value = &run->text, .about = "\"\" for none"}}, &Note),
+                 {FileArgument(run),
+                  {.name = "TEXT", .value = &run->text, .about = "\"\" for none", .required = true}},
+                 &Note),
             part("import", "Copies savegames into the slots",
                  {{.name = "FILE",
                    .value = &run->files,
@@ -206,7 +210,13 @@ Command SavesCommand() {
                    .required = true}},
                  &Import),
             part("export", "Copies a savegame into a folder",
-                 {FileArgument(run), PathArgument("DIR", run->folder), ForceArgument(run->force)}, &Export),
+                 {FileArgument(run),
+                  PathArgument("DIR", run->folder),
+                  ForceArgument(run->force),
+                  {.name = "--delete",
+                   .value = &run->delete_source,
+                   .about = "Takes it, with its note, out of the level once the copy has been compared"}},
+                 &Export),
             RescuedCommand()}};
 }
 

@@ -82,6 +82,19 @@ const Command* ChosenOf(const CLI::App& parser, const std::vector<Command>& comm
     return nullptr;
 }
 
+// A word that a command has taken though one of its parts is named, which takes all: the parser hands a
+// command what its part has no use for. Nothing if there is none.
+std::optional<std::string> SurplusOf(const CLI::App& app) {
+    const std::vector<CLI::App*> named = app.get_subcommands();
+    if (named.empty()) return std::nullopt;
+    const CLI::App& command = *named.front();
+    if (!command.get_subcommands().empty())
+        for (const CLI::Option* option : command.get_options())
+            if (option->count() > 0)
+                return option->results().empty() ? option->get_name() : option->results().front();
+    return SurplusOf(command);
+}
+
 // An argument that the command needs, and that nobody has typed; null if there is none.
 const Argument* MissingArgument(const Command& command) {
     for (const Argument& argument : command.arguments) {
@@ -104,14 +117,16 @@ void ProtectNegativeNumbers(std::vector<std::string>& words) {
     if (numbers != words.end()) words.insert(numbers, "--");
 }
 
+int Complain(const std::string& what) {
+    std::cerr << what << "\nRun with --help for more information.\n";
+    return kWrongUsage;
+}
+
 int Refuse(const CLI::App& app, const CLI::ParseError& error) {
     const std::vector<std::string> left = app.remaining();
     if (app.get_subcommands().empty() && !left.empty() && left.front().front() != '-')
-        std::cerr << "Unknown command: " << left.front() << '\n';
-    else
-        std::cerr << error.what() << '\n';
-    std::cerr << "Run with --help for more information.\n";
-    return kWrongUsage;
+        return Complain("Unknown command: " + left.front());
+    return Complain(error.what());
 }
 
 } // namespace
@@ -149,10 +164,10 @@ std::optional<int> ParseWords(std::vector<std::string> words, const std::vector<
     }
     chosen = ChosenOf(app, commands);
     const bool has_parts = chosen != nullptr && !chosen->parts.empty();
-    if (const Argument* missing = has_parts ? MissingArgument(*chosen) : nullptr; missing != nullptr) {
-        std::cerr << missing->name << " is required\nRun with --help for more information.\n";
-        return kWrongUsage;
-    }
+    if (const Argument* missing = has_parts ? MissingArgument(*chosen) : nullptr; missing != nullptr)
+        return Complain(missing->name + " is required");
+    if (const std::optional<std::string> surplus = SurplusOf(app))
+        return Complain("The following argument was not expected: " + *surplus);
     return std::nullopt;
 }
 

@@ -13,7 +13,6 @@
 #include "foundation/messages.h"
 #include "foundation/text.h"
 #include "program/end.h"
-#include "program/level_view.h"
 #include "program/start_up.h"
 
 namespace kelvash::cli {
@@ -54,7 +53,7 @@ bool TakeCode(const std::string& typed, std::int32_t& code) {
     const std::optional<std::int32_t> number = WholeNumber(typed);
     code = number.value_or(-1);
     if (number && core::LevelIndex(code) >= 0) return true;
-    program::TellUnknownLevel(typed);
+    TellCritical(LoadMessage(msg::kCliNoLevel) + typed);
     return false;
 }
 

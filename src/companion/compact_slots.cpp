@@ -7,7 +7,7 @@ namespace kelvash::companion {
 
 SlotsOutcome CompactSlots(std::int32_t code, Asker asker) {
     const SlotsWork work(msg::kDoingCompact, code, asker);
-    return work ? Compact(work) : work.Refusal();
+    return work ? Untouched(Compact(work)) : work.Refusal();
 }
 
 } // namespace kelvash::companion

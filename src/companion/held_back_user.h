@@ -4,12 +4,12 @@
 
 #include <vector>
 
-#include "foundation/user.h"
+#include "foundation/absent_user.h"
 
 namespace kelvash::companion {
 
 // In use as TheUser() as long as it lives; what needs no answer goes on to the port before it.
-class HeldBackUser final : public User {
+class HeldBackUser final : public AbsentUser {
   public:
     HeldBackUser() : behind_(TheUser()), former_(SetUser(this)) {}
     ~HeldBackUser() override { SetUser(former_); }
@@ -20,21 +20,8 @@ class HeldBackUser final : public User {
 
     void Message(MessageStyle style, const MessageText& text) override;
     Answer Ask(Buttons buttons, MessageStyle style, const MessageText& text) override;
-    std::optional<std::string> Input(const std::string&, const MessageText&, const std::string&) override {
-        return std::nullopt;
-    }
-    std::optional<std::string> OpenFile(const FileDialog&) override { return std::nullopt; }
-    std::optional<std::string> SaveFile(const FileDialog&) override { return std::nullopt; }
-    std::optional<std::string> ChooseFolder(const MessageText&, const std::string&) override {
-        return std::nullopt;
-    }
-    void OpenProgress(BarPlace, const std::string&) override {}
-    void CloseProgress(BarPlace) override {}
-    void SetLabel(BarPlace, const std::string&) override {}
-    void SetBar(BarPlace, int) override {}
     void LevelListChanged() override { behind_.LevelListChanged(); }
     void PumpEvents() override { behind_.PumpEvents(); }
-    bool StopRequested() override { return false; }
     void JobBegan() override { behind_.JobBegan(); }
     void JobEnded() override { behind_.JobEnded(); }
     bool JobWaits() override { return behind_.JobWaits(); }

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "companion/archive_slots.h"
 #include "companion/savegame_notes.h"
@@ -10,6 +13,7 @@
 #include "companion/slot_folders.h"
 #include "companion/slots_messages.h"
 #include "companion/slots_work.h"
+#include "companion/watcher.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
@@ -154,7 +158,7 @@ SlotsOutcome Partly(std::int32_t count, const std::string& file) {
 }
 
 SlotsOutcome Carry(const SlotsWork& work, RestorePlan& plan) {
-    SlotsOutcome outcome = MakeRoom(work, plan.Places);
+    SlotsOutcome outcome = Untouched(MakeRoom(work, plan.Places));
     if (outcome.Result != SlotsResult::Done) return outcome;
     if (const std::string stays = BringAll(work, plan.Places, outcome.Count); !stays.empty())
         return Partly(outcome.Count, stays);
@@ -163,6 +167,15 @@ SlotsOutcome Carry(const SlotsWork& work, RestorePlan& plan) {
         ++outcome.Count;
     }
     return outcome;
+}
+
+// What has come to REPEATED since it held `before`; empty for nothing.
+MessageText PutAside(const SlotsWork& work, const std::vector<std::string>& before) {
+    std::string list;
+    for (const std::string& file : KeptSavegames(work.Level()))
+        if (std::find(before.begin(), before.end(), file) == before.end()) list += kLineBreak + file;
+    if (list.empty()) return {};
+    return LoadMessageOfOthers(msg::kRestoreRepeated, {list + kLineBreak});
 }
 
 // False if the user doesn't want the slots freed, or it can't be done: then `outcome` says why.
@@ -192,7 +205,13 @@ SlotsOutcome RestoreLastSlot(std::int32_t code, Asker asker) {
     if (!CreateFolder(work.Slots()))
         return {SlotsResult::Refused, 0, LoadMessage(msg::kRestoreNoSlots) + work.Slots()};
     RestorePlan plan = PlanRestore(work, std::move(slots), NumberedSaves(folder));
-    const SlotsOutcome outcome = Carry(work, plan);
+    const std::vector<std::string> kept = KeptSavegames(work.Level());
+    SlotsOutcome outcome = Carry(work, plan);
+    MessageText aside = PutAside(work, kept);
+    if (asker == Asker::User)
+        outcome.Aside = std::move(aside);
+    else if (!aside.text.empty())
+        TellAfterGame(aside);
     if (outcome.Count > 0 || outcome.Result == SlotsResult::Done)
         LowerSavesCounter(work.Level(), outcome.Count);
     return outcome;

@@ -53,6 +53,14 @@ bool RefuseNote(MessageId why, const std::string& path) {
     return false;
 }
 
+// Nobody loses anything by a note that is gone, or says already what it is to say.
+bool MayReplace(const std::string& savegame, std::string_view text, const SeenNote& seen) {
+    const std::string now = ReadNote(savegame);
+    if (!seen.Text || now == *seen.Text || now.empty() || now == text) return true;
+    const std::string shown = kLineBreak + now + kLineBreak;
+    return AskYesNo(MessageStyle::Question, LoadMessageOfOthers(msg::kNoteChanged, {shown}));
+}
+
 } // namespace
 
 std::string NotePathOf(std::string_view savegame) {
@@ -98,16 +106,23 @@ std::string ReadNoteFile(std::string_view note) {
     return DecodeNote(ReadFileStart(note, kLongestNote).value_or(std::string()));
 }
 
-bool WriteNote(const std::string& savegame, std::string_view text, const trle_state::FileStamp& seen) {
+SeenNote LookAtNote(const std::string& savegame) {
+    SeenNote seen{trle_state::StampOf(savegame), ReadNote(savegame)};
+    seen.Savegame.Hash = trle_state::HashOfFile(savegame);
+    return seen;
+}
+
+bool WriteNote(const std::string& savegame, std::string_view text, const SeenNote& seen) {
     const std::int32_t code = LevelOfSavegame(savegame);
     if (code == core::kNoLevel || !FileExists(savegame)) return RefuseNote(msg::kNoteNoSavegame, savegame);
     const SlotsWork work(msg::kDoingNote, code, Asker::User);
     MessageText why;
-    if (!work || !work.Has(savegame, seen, why)) {
+    if (!work || !work.Has(savegame, seen.Savegame, why)) {
         TellOutcome(work ? SlotsOutcome{SlotsResult::Refused, 0, why} : work.Refusal());
         return false;
     }
     if (!swap::OwnsItsNote(savegame)) return RefuseNote(msg::kNoteNoSavegame, savegame);
+    if (!MayReplace(savegame, text, seen)) return false;
     const std::string note = NotePathOf(savegame);
     const bool stands =
         Trim(text).empty() ? DeleteFile(note) : ReplaceFileBytes(note, EncodeNote(text), Flush::Yes);

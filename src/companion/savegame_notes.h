@@ -5,6 +5,7 @@
 // mark where that can't hold it.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,11 +27,16 @@ bool IsNoteName(std::string_view name);
 std::string ReadNote(std::string_view savegame);
 // The text of a note file.
 std::string ReadNoteFile(std::string_view note);
-// Replaces the note of a level's savegame; a text that trims to nothing deletes it. `seen` is what the
-// savegame was when the text was begun, if that is known. False after a message, with the old note in its
-// place: also where the savegame is no level's, has become another one, or its number is another's. Opens
-// its own core::Change.
-[[nodiscard]] bool WriteNote(const std::string& savegame, std::string_view text,
-                             const trle_state::FileStamp& seen = {});
+// What a savegame and its note were when a new text for it was begun.
+struct SeenNote {
+    trle_state::FileStamp Savegame;
+    std::optional<std::string> Text; // nothing: not known
+};
+SeenNote LookAtNote(const std::string& savegame);
+// Replaces the note of a level's savegame; a text that trims to nothing deletes it. Asks where the note says
+// something else than what was seen. False after a message or a No, with the old note in its place: also
+// where the savegame is no level's, has become another one, or its number is another's. Opens its own
+// core::Change.
+[[nodiscard]] bool WriteNote(const std::string& savegame, std::string_view text, const SeenNote& seen = {});
 
 } // namespace kelvash::companion

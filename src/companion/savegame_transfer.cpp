@@ -62,7 +62,7 @@ class ExportPlaces {
     std::set<std::string> taken_;
 };
 
-enum class Exported { Done, NotWanted, NotCopied, NotDeleted };
+enum class Exported { Done, NotWanted, IsThere, NotCopied, NotDeleted };
 
 // The note goes beside the copy, without replacing another one.
 bool TakeOutOfLevel(const std::string& file, const std::string& target) {
@@ -77,13 +77,36 @@ bool TakeOutOfLevel(const std::string& file, const std::string& target) {
 Exported Export(const SlotsWork& work, const std::string& file, const std::string& target, Sources sources) {
     MessageText why; // its place among those that weren't exported tells enough
     if (target.empty() || !work.Has(file, {}, why)) return Exported::NotCopied;
-    if (IsSamePlace(file, target)) return Exported::NotWanted; // it is there already, and stays
+    if (IsSamePlace(file, target)) return Exported::IsThere;
     if (FileExists(target) && !HoldSameBytes(file, target) && !AskReplaceFile(file, target))
         return Exported::NotWanted;
     if (!CopyFileWhole(file, target)) return Exported::NotCopied;
     if (sources == Sources::Delete && !TakeOutOfLevel(file, target)) return Exported::NotDeleted;
     return Exported::Done;
 }
+
+// What didn't go as it should, and the lines of the files.
+struct ExportTroubles {
+    std::string NotCopied;
+    std::string IsThere;
+    std::string NotDeleted;
+
+    void Note(Exported exported, const std::string& file) {
+        if (exported == Exported::NotCopied) NotCopied += kLineBreak + file;
+        if (exported == Exported::IsThere) IsThere += kLineBreak + file;
+        if (exported == Exported::NotDeleted) NotDeleted += kLineBreak + file;
+    }
+    MessageText Told(const std::string& folder) const {
+        MessageText told;
+        const auto add = [&told](const MessageText& more) {
+            told = told.text.empty() ? more : told + kLineBreak + more.text;
+        };
+        if (!NotCopied.empty()) add(LoadMessageOfOthers(msg::kExportCannotCopy, {folder, NotCopied}));
+        if (!IsThere.empty()) add(LoadMessageOfOthers(msg::kExportIsThere, {folder, IsThere}));
+        if (!NotDeleted.empty()) add(LoadMessage(msg::kExportCannotDelete) + NotDeleted);
+        return told;
+    }
+};
 
 } // namespace
 
@@ -114,19 +137,13 @@ SlotsOutcome ExportSavegames(std::int32_t code, const std::vector<std::string>& 
     if (!work) return work.Refusal();
     SlotsOutcome outcome;
     ExportPlaces places(folder);
-    std::string not_copied;
-    std::string not_deleted;
+    ExportTroubles troubles;
     for (const std::string& file : files) {
         const Exported exported = Export(work, file, places.For(file), sources);
-        if (exported == Exported::NotCopied) not_copied += kLineBreak + file;
-        if (exported == Exported::NotDeleted) not_deleted += kLineBreak + file;
+        troubles.Note(exported, file);
         if (exported == Exported::Done || exported == Exported::NotDeleted) ++outcome.Count;
     }
-    if (!not_copied.empty()) outcome.Message = LoadMessage(msg::kExportCannotCopy) + not_copied;
-    if (!not_deleted.empty()) {
-        const MessageText kept = LoadMessage(msg::kExportCannotDelete) + not_deleted;
-        outcome.Message = not_copied.empty() ? kept : outcome.Message + kLineBreak + kept;
-    }
+    outcome.Message = troubles.Told(folder);
     const bool partly = !outcome.Message.text.empty();
     outcome.Result = partly              ? outcome.Count > 0 ? SlotsResult::Partly : SlotsResult::Refused
                      : outcome.Count > 0 ? SlotsResult::Done

@@ -23,12 +23,13 @@ struct SlotsOutcome {
     SlotsResult Result = SlotsResult::Nothing;
     std::int32_t Count = 0;   // savegames that were dealt with
     MessageText Message = {}; // why it isn't Done; empty if that has been told, or for Nothing
+    MessageText Aside = {};   // what went to REPEATED, if anything did; nothing where the watcher asked
     // The slots have gaps, because a savegame was being written: the watcher closes them by CompactSlots once
     // the game is still. So does the next archiving or restore.
     bool CompactOwed = false;
 };
 
-// Tells the message of an outcome, if it has one.
+// Tells the messages of an outcome, if it has any.
 void TellOutcome(const SlotsOutcome& outcome);
 
 } // namespace kelvash::companion

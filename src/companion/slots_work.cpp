@@ -26,6 +26,7 @@ using trle_state::HoldSameBytes;
 
 void TellOutcome(const SlotsOutcome& outcome) {
     if (!outcome.Message.text.empty()) TellCritical(outcome.Message);
+    if (!outcome.Aside.text.empty()) ShowMessage(MessageStyle::Exclamation, outcome.Aside);
 }
 
 SlotsWork::SlotsWork(MessageId doing, std::int32_t code, Asker asker)
@@ -234,6 +235,13 @@ SlotsOutcome Renumber(const SlotsWork& work, std::vector<Renumbering>& list) {
     const bool all = PutBack(work, movers);
     if (all && swap::EndMoving()) return {SlotsResult::Done};
     return {SlotsResult::Partly, 0, NotInOrder()};
+}
+
+SlotsOutcome Untouched(SlotsOutcome outcome) {
+    const bool is_untouched = outcome.Result == SlotsResult::Busy || outcome.Result == SlotsResult::Refused;
+    if (is_untouched && !outcome.Message.text.empty())
+        outcome.Message = LoadMessage(msg::kSlotsStay) + outcome.Message.text;
+    return outcome;
 }
 
 SlotsOutcome Compact(const SlotsWork& work) {

@@ -69,6 +69,8 @@ struct Renumbering {
 // that have them already stay where they are. `list` is ascending in Slot; afterwards it says where each of
 // them is. One that finds its place taken by a savegame that appeared meanwhile gets the next free number.
 SlotsOutcome Renumber(const SlotsWork& work, std::vector<Renumbering>& list);
+// For one that is an operation's first step: tells of what has changed nothing that it hasn't.
+SlotsOutcome Untouched(SlotsOutcome outcome);
 // All of the slots from 0 on, in the order of their running numbers.
 SlotsOutcome Compact(const SlotsWork& work);
 

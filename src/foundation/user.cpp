@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "foundation/absent_user.h"
 #include "foundation/messages.h"
 #include "foundation/pumping.h"
 #include "foundation/state.h"
@@ -10,30 +11,6 @@
 namespace kelvash {
 
 namespace {
-
-// Answers for nobody: shows nothing and takes the harmless way.
-class AbsentUser final : public User {
-  public:
-    void Message(MessageStyle, const MessageText&) override {}
-    Answer Ask(Buttons buttons, MessageStyle, const MessageText& text) override {
-        return HarmlessAnswer(buttons, text);
-    }
-    std::optional<std::string> Input(const std::string&, const MessageText&, const std::string&) override {
-        return std::nullopt;
-    }
-    std::optional<std::string> OpenFile(const FileDialog&) override { return std::nullopt; }
-    std::optional<std::string> SaveFile(const FileDialog&) override { return std::nullopt; }
-    std::optional<std::string> ChooseFolder(const MessageText&, const std::string&) override {
-        return std::nullopt;
-    }
-    void OpenProgress(BarPlace, const std::string&) override {}
-    void CloseProgress(BarPlace) override {}
-    void SetLabel(BarPlace, const std::string&) override {}
-    void SetBar(BarPlace, int) override {}
-    void LevelListChanged() override {}
-    void PumpEvents() override {}
-    bool StopRequested() override { return false; }
-};
 
 Answer AffirmativeOf(Buttons buttons) {
     switch (buttons) {

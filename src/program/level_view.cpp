@@ -35,15 +35,11 @@ std::string PlaceText(const LevelView& view, std::int32_t cd) {
 
 } // namespace
 
-void TellUnknownLevel(const std::string& code) {
-    TellCritical(LoadMessage(msg::kUnknownLevelCode) + code);
-}
-
 std::optional<LevelView> SelectedLevelView() {
     if (core::level_list.Selected < 0) return std::nullopt;
     const core::LevelPlace level = core::PlaceOf(core::SelectedLevel());
     if (!level.IsListed()) {
-        TellUnknownLevel(std::to_string(level.Code));
+        TellCritical(LoadMessage(msg::kUnknownLevelCode) + std::to_string(level.Code));
         return std::nullopt;
     }
     swap::LookForMovedSaves(); // of a killed run: the lists are to show them

@@ -26,9 +26,6 @@ struct LevelView {
 // The selected level; nothing without a selection, or after a message for a code that no level has.
 std::optional<LevelView> SelectedLevelView();
 
-// For a code, as it was given, that no level of the open Archive has.
-void TellUnknownLevel(const std::string& code);
-
 // Opens the selected level's document with the desktop's program. One that lies only on the level's CD is
 // copied to disk first, with the files that a page refers to. A document that can't be had is told.
 void ShowMoreInfo();

@@ -195,7 +195,7 @@ void Principale::SetPlaying(bool playing) {
 }
 
 // What others change shows by itself when nothing else is at work. The eye keeps its place: the list its
-// scrolling, the level its pair of pictures, the status line its word.
+// scrolling, the level its pair of pictures and its chosen savegame, the status line its word.
 void Principale::LookBeside() {
     if (IsWriting(focusWidget()) || !door_.MayInterrupt()) return;
     if (!playing_ && companion::TakeOverGame()) {
@@ -205,6 +205,7 @@ void Principale::LookBeside() {
     if (isMinimized()) return;
     const std::int32_t level = core::SelectedLevel();
     const std::size_t pair = shots_->Pages().FirstShownImage;
+    const SavegamePanel::Eye eye = savegames_->TakeEye();
     const int scrolled = Combo_Livelli->verticalScrollBar()->value();
     const QString said = Label_Info->text();
     program::Beside changed{};
@@ -214,6 +215,7 @@ void Principale::LookBeside() {
     levels_->RenewAll();
     if (core::SelectedLevel() == level) {
         shots_->ShowFrom(pair);
+        savegames_->ReturnTo(eye);
         Combo_Livelli->verticalScrollBar()->setValue(scrolled);
     }
     Label_Info->SetLine(said);

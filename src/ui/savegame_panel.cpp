@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QKeyEvent>
 #include <QListWidget>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <algorithm>
 #include <array>
@@ -105,6 +106,24 @@ void SavegamePanel::Show(const program::LevelView& level) {
     ShowDetails();
 }
 
+SavegamePanel::Eye SavegamePanel::TakeEye() const {
+    return {chosen_, seen_, window_.List_SaveGameTomb->verticalScrollBar()->value(),
+            window_.List_SaveGameArchiviati->verticalScrollBar()->value()};
+}
+
+void SavegamePanel::ReturnTo(const Eye& eye) {
+    const auto choose = [&eye](QListWidget* list, const std::vector<std::string>& savegames) {
+        const auto at = std::find(savegames.begin(), savegames.end(), eye.chosen);
+        if (at != savegames.end()) list->setCurrentRow(static_cast<int>(at - savegames.begin()));
+    };
+    if (!eye.chosen.empty() && trle_state::IsStill(eye.chosen, eye.seen)) {
+        choose(window_.List_SaveGameTomb, slots_);
+        choose(window_.List_SaveGameArchiviati, archived_);
+    }
+    window_.List_SaveGameTomb->verticalScrollBar()->setValue(eye.slots_scrolled);
+    window_.List_SaveGameArchiviati->verticalScrollBar()->setValue(eye.archived_scrolled);
+}
+
 int SavegamePanel::ChosenRow(const QListWidget* list) {
     const QList<QListWidgetItem*> chosen = list->selectedItems();
     return chosen.isEmpty() ? -1 : list->row(chosen.front());
@@ -145,12 +164,15 @@ void SavegamePanel::ShowDetails() {
     const int archived = ChosenRow(window_.List_SaveGameArchiviati);
     const int slot = ChosenRow(window_.List_SaveGameTomb);
     if (archived < 0 && slot < 0) {
+        chosen_.clear();
         window_.Text_NoteSaveGame->clear();
         ShowDefaultImage();
         return;
     }
     const std::string& path = archived >= 0 ? archived_.at(static_cast<std::size_t>(archived))
                                             : slots_.at(static_cast<std::size_t>(slot));
+    chosen_ = path;
+    seen_ = trle_state::StampOf(path);
     window_.Text_NoteSaveGame->setPlainText(ShownText(companion::ReadNote(path)));
     if (!images_) images_ = companion::DatedImages(screenshots_);
     current_image_ = companion::LinkedImage(FileTime(path).value_or(0), *images_);
@@ -278,9 +300,13 @@ void SavegamePanel::ChooseImage() {
 void SavegamePanel::EditNote() {
     const Selected selected = GetSelectedSavegame();
     if (selected.path.empty()) return;
+    const companion::SeenNote seen = companion::LookAtNote(selected.path);
     Dialog_InputTesto form(&window_);
-    form.ImpostaValori(LoadMessage(msg::kPanelNoteTitle), companion::ReadNote(selected.path));
-    if (form.exec() == QDialog::Accepted && companion::WriteNote(selected.path, form.Testo)) ShowDetails();
+    form.ImpostaValori(LoadMessage(msg::kPanelNoteTitle), seen.Text.value_or(std::string()));
+    bool written = false;
+    while (!written && form.exec() == QDialog::Accepted) // a refusal leaves what was typed
+        written = companion::WriteNote(selected.path, form.Testo, seen);
+    if (written) ShowDetails();
     window_.List_SaveGameArchiviati->setFocus();
 }
 

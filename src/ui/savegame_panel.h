@@ -14,6 +14,7 @@
 #include "companion/savegame_search.h"
 #include "companion/savegame_transfer.h"
 #include "program/level_view.h"
+#include "trle_state/file_stamp.h"
 
 class QListWidget;
 
@@ -32,6 +33,17 @@ class SavegamePanel final : public QObject {
     // Fills the lists with the savegames of a level, in the order in which they were found. The choice is
     // gone then.
     void Show(const program::LevelView& level);
+
+    // Where the eye is in the lists, for lists that are filled anew because others have changed something:
+    // the choice comes back as long as it is the same savegame.
+    struct Eye {
+        std::string chosen; // path; empty for none
+        trle_state::FileStamp seen;
+        int slots_scrolled = 0;
+        int archived_scrolled = 0;
+    };
+    Eye TakeEye() const;
+    void ReturnTo(const Eye& eye);
 
     // Path of the chosen savegame, the archived ones first. Without a choice the path is empty after a
     // message.
@@ -86,6 +98,8 @@ class SavegamePanel final : public QObject {
     std::vector<std::string> archived_;                        // full paths, by row
     std::vector<std::string> screenshots_;                     // full paths
     std::optional<std::vector<companion::DatedImage>> images_; // of these, once somebody asks
+    std::string chosen_; // the savegame whose details are shown; empty for none
+    trle_state::FileStamp seen_;
     std::string level_name_;
     std::string current_image_;
 };

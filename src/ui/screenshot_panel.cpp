@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <initializer_list>
 
 #include "companion/screenshots.h"
 #include "companion/shot_commands.h"
@@ -94,6 +95,7 @@ void ScreenshotPanel::Draw() {
                                  hint_.empty() ? Caption(msg::kPanelNoImage) : ShownText(hint_));
     }
     window_.Image2->setVisible(first + 1 < count || count > 2);
+    KeepFocus();
     for (QPushButton* button : {window_.Pul_PrimoShot, window_.Pul_PrimaScreenShot})
         button->setEnabled(pages_.CanGoBack());
     for (QPushButton* button : {window_.Pul_DopoScreenShot, window_.Pul_UltimoShot})
@@ -102,6 +104,22 @@ void ScreenshotPanel::Draw() {
                                 window_.Pul_DopoScreenShot, window_.Pul_UltimoShot})
         button->setVisible(count > 0);
     SelectSide(pages_.SelectedSide);
+}
+
+// A button that goes grey at the last page, or the first, hands its focus to the one of the other way: the
+// form would give it to some control elsewhere.
+void ScreenshotPanel::KeepFocus() {
+    const auto hand_on = [](std::initializer_list<QPushButton*> greying, QPushButton* to) {
+        for (const QPushButton* button : greying)
+            if (button->hasFocus()) {
+                to->setEnabled(true);
+                to->setFocus();
+            }
+    };
+    if (!pages_.CanGoOn() && pages_.CanGoBack())
+        hand_on({window_.Pul_DopoScreenShot, window_.Pul_UltimoShot}, window_.Pul_PrimaScreenShot);
+    if (!pages_.CanGoBack() && pages_.CanGoOn())
+        hand_on({window_.Pul_PrimoShot, window_.Pul_PrimaScreenShot}, window_.Pul_DopoScreenShot);
 }
 
 // Where there is no right picture the left one is selected.

@@ -51,6 +51,7 @@ class ScreenshotPanel final : public QObject {
   private:
     void Draw();
     void DrawPicture(PictureView* view, std::size_t index) const;
+    void KeepFocus();
     void SelectSide(int side);
     bool TakeKey(int key);
     bool eventFilter(QObject* watched, QEvent* event) override;

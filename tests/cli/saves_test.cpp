@@ -135,6 +135,34 @@ TEST_F(SavesCommands, NoteIsWrittenAndTakenAway) {
     EXPECT_FALSE(Exists(Slots() / "note0.txt"));
 }
 
+TEST_F(SavesCommands, NoteWithoutATextIsRefused) {
+    const CliRun run = Json({"saves", "note", "1", "backup_savegames\\savegame.1"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.errors, HasSubstr("TEXT is required"));
+    EXPECT_EQ(BytesOf(Slots() / "note1.txt"), "Caff\xE8\r\n");
+}
+
+TEST_F(SavesCommands, WordsTooManyAreRefused) {
+    const std::string file = "backup_savegames\\savegame.1";
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"archive", "1", "2", "3"},
+                                                  {"restore-last", "1", "2"},
+                                                  {"to-slots", "1", file, "2"},
+                                                  {"delete", "1", file, "2"},
+                                                  {"note", "1", file, "two", "words"},
+                                                  {"export", "1", file, "C:\\", "2"},
+                                                  {"rescued", "2"}}) {
+        std::vector<std::string> all = {"saves"};
+        all.insert(all.end(), words.begin(), words.end());
+        const CliRun run = Json(all);
+        EXPECT_EQ(run.status, 2) << words.front();
+        EXPECT_THAT(run.errors, HasSubstr("The following argument was not expected: " + words.back()));
+    }
+    EXPECT_EQ(Json({"saves", "1", "delete", "1", file}).status, 2);
+    EXPECT_EQ(Json({"saves", "1", "2"}).status, 2);
+    EXPECT_EQ(BytesOf(Slots() / "savegame.1"), SaveBytes("Maze", 6));
+    EXPECT_EQ(BytesOf(Slots() / "note1.txt"), "Caff\xE8\r\n");
+}
+
 TEST_F(SavesCommands, ImportTakesOneWithItsNoteAndSeveralWithout) {
     MakeFile(drive / "friend/savegame.9", SaveBytes("Maze", 1));
     MakeFile(drive / "friend/note9.txt", "from a friend");
@@ -155,6 +183,10 @@ TEST_F(SavesCommands, WhatIsKeptIsListedAndComesBack) {
     CliRun run = Json({"saves", "restore-last", "1"});
     EXPECT_EQ(run.status, 0) << run.Output();
     EXPECT_THAT(Short(Result(run)["kept"]), ElementsAre("REPEATED\\savegame.0 6"));
+    EXPECT_THAT(run.Output(),
+                HasSubstr("These have been put aside, because the slots hold others of the same number:\\r\\n"
+                          "C:\\\\Levels\\\\LEVEL_0001\\\\REPEATED\\\\savegame.0\\r\\n"
+                          "They can be imported again."));
     run = Json({"saves", "import", "1", "REPEATED\\savegame.0"});
     EXPECT_EQ(run.status, 0) << run.Output();
     EXPECT_EQ(Result(run)["slots"].size(), 4U);
@@ -174,6 +206,29 @@ TEST_F(SavesCommands, ExportAsksBeforeItReplaces) {
     EXPECT_EQ(BytesOf(drive / "out/savegame.1"), "somebody's own");
     EXPECT_EQ(Json({"saves", "export", "--force", "1", "backup_savegames\\savegame.1", "C:\\out"}).status, 0);
     EXPECT_EQ(BytesOf(drive / "out/savegame.1"), SaveBytes("Maze", 6));
+}
+
+TEST_F(SavesCommands, ExportTakesTheSavegameOutWhereThatIsWanted) {
+    std::filesystem::create_directories(drive / "out");
+    const CliRun run = Json({"saves", "export", "--delete", "1", "backup_savegames\\savegame.1", "C:\\out"});
+    EXPECT_EQ(run.status, 0) << run.Output();
+    EXPECT_EQ(BytesOf(drive / "out/savegame.1"), SaveBytes("Maze", 6));
+    EXPECT_EQ(BytesOf(drive / "out/note1.txt"), "Caff\xE8\r\n");
+    EXPECT_THAT(Short(Result(run)["slots"]),
+                ElementsAre("backup_savegames\\savegame.0 5", "backup_savegames\\savegame.2 7"));
+}
+
+TEST_F(SavesCommands, ExportTellsWhyNot) {
+    const std::string file = "backup_savegames\\savegame.1";
+    const CliRun own = Json({"saves", "export", "--delete", "1", file, Slots().string()});
+    EXPECT_EQ(own.status, 1);
+    EXPECT_THAT(own.Output(), HasSubstr("These savegames have not been exported, because they lie in "
+                                        "C:\\\\Levels\\\\LEVEL_0001\\\\BACKUP_SAVEGAMES themselves:"));
+    EXPECT_EQ(BytesOf(Slots() / "savegame.1"), SaveBytes("Maze", 6));
+    MakeFile(drive / "file", "no folder");
+    const CliRun none = Json({"saves", "export", "1", file, "C:\\file"});
+    EXPECT_EQ(none.status, 1);
+    EXPECT_THAT(none.Output(), HasSubstr("These savegames have not been exported to C:\\\\file:"));
 }
 
 TEST_F(SavesCommands, ADeclinedArchivingOfFullSlotsGivesThree) {
@@ -248,7 +303,9 @@ TEST_F(SavesCommands, WrongUseIsTold) {
     EXPECT_EQ(Json({"saves"}).status, 2);
     EXPECT_THAT(Json({"saves"}).errors, HasSubstr("CODE is required"));
     EXPECT_EQ(Json({"saves", "archive"}).status, 2);
-    EXPECT_EQ(Json({"saves", "7"}).status, 1);
+    const CliRun unknown = Json({"saves", "7"});
+    EXPECT_EQ(unknown.status, 1);
+    EXPECT_THAT(unknown.Output(), HasSubstr("The open Archive has no level with this code: 7"));
     EXPECT_EQ(Json({"saves", "rescued"}).lines.back(), R"({"event":"result","ok":true,"rescued":[]})");
 }
 

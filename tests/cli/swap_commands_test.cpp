@@ -198,11 +198,11 @@ TEST_F(Sandbox, AnUnknownCodeIsRefused) {
     EXPECT_THAT(
         run.lines,
         ElementsAre(
-            R"({"event":"message","id":225,"style":"critical","text":"Internal error: unknown level code: 9"})",
+            R"({"event":"message","id":4600,"style":"critical","text":"The open Archive has no level with this code: 9"})",
             R"({"event":"result","ok":false,"installed":0})"));
     EXPECT_EQ(
         InSandbox({"play", "first"}).lines.at(0),
-        R"({"event":"message","id":225,"style":"critical","text":"Internal error: unknown level code: first"})");
+        R"({"event":"message","id":4600,"style":"critical","text":"The open Archive has no level with this code: first"})");
 }
 
 TEST_F(Sandbox, AFailedInstallIsTold) {

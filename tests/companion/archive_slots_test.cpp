@@ -171,6 +171,20 @@ TEST_F(Archiving, TellsThatTheWorkingFolderIsInTheWay) {
     EXPECT_EQ(BytesOf(home / "_temp_savegame"), "a file");
 }
 
+TEST_F(Archiving, DoesNotSayThatAllIsAsItWasWhereItIsNot) {
+    PutSlot(2, 1);
+    PutSlot(3, 2);
+    MakeFile(home / "_temp_savegame", "a file");
+    const SlotsOutcome outcome = ArchiveSlots(1, 1, Asker::User);
+    EXPECT_EQ(outcome.Result, SlotsResult::Partly);
+    EXPECT_EQ(outcome.Message,
+              "The savegames have been copied to C:\\Levels\\LEVEL_0001\\savegames\\slot1, but the slots are "
+              "not as they should be.\r\nSomething is in the way that isn't a folder of Kelvash's own: "
+              "C:\\Kelvash\\_temp_savegame");
+    EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.3", "2"}}));
+    EXPECT_EQ(Contents(Archived()), (SaveMap{{"slot1/savegame.0", "1"}}));
+}
+
 TEST_F(Archiving, LeavesAForeignFolderInTheWorkingFoldersPlace) {
     PutSlot(2, 1);
     PutSlot(1, 2);

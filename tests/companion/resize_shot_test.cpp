@@ -95,6 +95,7 @@ TEST_F(ResizeShot, SavesAJpegAndCopiesItsPath) {
     Take("a.bmp", kRedBlue, 5000);
     EXPECT_TRUE(Save(PathOf("small.jpg")));
     EXPECT_EQ(user.last_start, PathOf("a.jpg"));
+    EXPECT_EQ(user.last_filter, "Jpeg Images (*.jpg)|*.jpg|Bitmap Images (*.bmp)|*.bmp");
     EXPECT_EQ(BytesOf(folder / "small.jpg").substr(0, 2), "\xFF\xD8");
     EXPECT_EQ(DateOf("small.jpg"), 5000);
     EXPECT_EQ(Counted(), 62 + FileSize(PathOf("small.jpg")));

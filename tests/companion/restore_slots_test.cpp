@@ -218,7 +218,7 @@ TEST_F(ToSlots, TellsThatTheSlotsAreNotInOrder) {
     EXPECT_EQ(outcome.Result, SlotsResult::Partly);
     EXPECT_EQ(outcome.Message,
               "The savegame has been copied into the slots, but they could not be put in order.\r\n"
-              "The savegames stay as they are. Something is in the way that isn't a folder of Kelvash's own: "
+              "Something is in the way that isn't a folder of Kelvash's own: "
               "C:\\Kelvash\\_temp_savegame");
     EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.0", "8"}, {"savegame.1", "5"}}));
 }

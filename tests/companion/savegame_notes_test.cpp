@@ -139,5 +139,24 @@ TEST_F(NoteSearch, WithoutSavegamesSaysSo) {
     EXPECT_THAT(user.Told(), ElementsAre("exclamation: In current level there are NO recorded savegames"));
 }
 
+TEST_F(SavegameNotes, OneThatIsChangedMeanwhileIsAskedAbout) {
+    MakeFile(Slots() / "note3.txt", "at first\r\n");
+    const SeenNote seen = LookAtNote(save);
+    EXPECT_EQ(seen.Text, "at first");
+    MakeFile(Slots() / "note3.txt", "~2 by another\r\n");
+    user.WillAnswer(
+        "Another program has changed this description meanwhile. Now it is:\r\n~2 by another\r\n"
+        "Do you want to replace it with what you have typed?",
+        "no");
+    EXPECT_FALSE(WriteNote(save, "mine", seen));
+    EXPECT_EQ(BytesOf(Slots() / "note3.txt"), "~2 by another\r\n");
+    EXPECT_TRUE(WriteNote(save, "~2 by another", seen)); // it says so already
+    user.WillAnswer("Another program has changed this description meanwhile.", "yes");
+    EXPECT_TRUE(WriteNote(save, "mine", seen));
+    EXPECT_EQ(BytesOf(Slots() / "note3.txt"), "mine\r\n");
+    std::filesystem::remove(Slots() / "note3.txt");
+    EXPECT_TRUE(WriteNote(save, "mine again", seen)); // nothing is lost
+}
+
 } // namespace
 } // namespace kelvash::companion

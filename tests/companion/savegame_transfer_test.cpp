@@ -148,7 +148,12 @@ TEST_F(Exporting, ANoteThatCannotGoKeepsTheSource) {
 
 TEST_F(Exporting, IntoItsOwnFolderDeletesNothing) {
     const std::string own = "C:\\Levels\\LEVEL_0001\\backup_savegames";
-    EXPECT_EQ(ExportSavegames(1, {all[0]}, own, Sources::Delete).Result, SlotsResult::Nothing);
+    const SlotsOutcome outcome = ExportSavegames(1, {all[0]}, own, Sources::Delete);
+    EXPECT_EQ(outcome.Result, SlotsResult::Refused);
+    EXPECT_EQ(outcome.Message,
+              "These savegames have not been exported, because they lie in "
+              "C:\\Levels\\LEVEL_0001\\backup_savegames themselves:\r\n" +
+                  all[0]);
     EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.0", "1"}, {"note0.txt", "one"}}));
 }
 
@@ -156,8 +161,15 @@ TEST_F(Exporting, TellsWhatCannotBeCopied) {
     MakeFile(drive / "out/slot1", "a file in the way");
     const SlotsOutcome outcome = ExportSavegames(1, {all[0], all[1]}, "C:\\out", Sources::Delete);
     EXPECT_EQ(outcome.Result, SlotsResult::Partly);
-    EXPECT_EQ(outcome.Message, "These savegames have not been exported: \r\n" + all[1]);
+    EXPECT_EQ(outcome.Message, "These savegames have not been exported to C:\\out:\r\n" + all[1]);
     EXPECT_TRUE(Exists(Archived() / "slot1/savegame.0"));
+}
+
+TEST(ChoosingSavegames, OffersThemAlone) {
+    test::ScriptedUser user;
+    user.WillAnswer("Select savegame to import in current level", "C:\\savegame.0");
+    EXPECT_EQ(ChooseSavegameToImport(), "C:\\savegame.0");
+    EXPECT_EQ(user.last_filter, "Savegames (savegame.*)|savegame.*");
 }
 
 class OneSavegame : public test::SavegameHome {
@@ -194,6 +206,7 @@ TEST_F(OneSavegame, IsCopiedWithItsNoteUnderTheNewNumber) {
     user.WillAnswer("Save savegame", "C:\\out\\savegame.7");
     EXPECT_TRUE(SaveSavegameAs(save));
     EXPECT_EQ(user.last_start, "\\savegame.0");
+    EXPECT_EQ(user.last_filter, "Savegames|savegame.*");
     EXPECT_EQ(Contents(drive / "out"), (SaveMap{{"savegame.7", "12"}, {"note7.txt", "twelve"}}));
     EXPECT_EQ(FileTime("C:\\out\\savegame.7"), FileTime(save));
     user.WillAnswer("Save savegame", save);

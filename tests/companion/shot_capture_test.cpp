@@ -77,6 +77,7 @@ TEST_F(ShotCapture, AsksForANameWhereItIsWanted) {
     EXPECT_EQ(SaveCapture(1, kPicture, path), SaveCaptureEnd::Saved);
     EXPECT_EQ(path, PathOf("Door.jpg"));
     EXPECT_EQ(user.last_start, PathOf("1) City.jpg"));
+    EXPECT_EQ(user.last_filter, "File jpg (*.jpg)|*.jpg");
     EXPECT_THAT(Names(), ElementsAre("Door.jpg"));
     EXPECT_EQ(Counted(), FileSize(PathOf("Door.jpg")));
 }

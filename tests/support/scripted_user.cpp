@@ -111,6 +111,7 @@ std::optional<std::string> ScriptedUser::OpenFile(const FileDialog& dialog) {
 
 std::optional<std::string> ScriptedUser::SaveFile(const FileDialog& dialog) {
     last_start = dialog.folder + "\\" + dialog.name;
+    last_filter = dialog.filter;
     return Take(dialog.title);
 }
 

@@ -169,12 +169,12 @@ TEST_F(Leftovers, WhatIsNotTheProgramsOwnStandsInTheWay) {
     MakeFile(home / "_temp_savegame", "a file");
     EXPECT_FALSE(BeginMoving(owner, {}, why));
     EXPECT_EQ(why,
-              "The savegames stay as they are. Something is in the way that isn't a folder of Kelvash's "
+              "Something is in the way that isn't a folder of Kelvash's "
               "own: C:\\Kelvash\\_temp_savegame");
     std::filesystem::remove(home / "_temp_savegame");
     std::filesystem::create_directories(home / "moved_saves.rec/inner");
     EXPECT_FALSE(BeginMoving(owner, {}, why));
-    EXPECT_EQ(why, "The savegames stay as they are. I cannot write: C:\\Kelvash\\moved_saves.rec");
+    EXPECT_EQ(why, "I cannot write: C:\\Kelvash\\moved_saves.rec");
     std::filesystem::remove_all(home / "moved_saves.rec");
     EXPECT_TRUE(BeginMoving(owner, {}, why));
     EXPECT_TRUE(Exists(home / "moved_saves.rec"));

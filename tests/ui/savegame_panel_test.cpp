@@ -5,6 +5,7 @@
 
 #include <QLineEdit>
 
+#include "companion/savegame_notes.h"
 #include "companion/screenshots.h"
 #include "foundation/files.h"
 #include "support/local_time.h"
@@ -172,6 +173,55 @@ TEST_F(SavegamePanel, ADoubleClickChangesTheNote) {
     QTest::keyClick(form.Text_NoteSaveGame, Qt::Key_Return);
     WaitUntil([&] { return Note().empty(); });
     EXPECT_FALSE(Exists(Archived() / "note1.txt"));
+}
+
+TEST_F(SavegamePanel, ADescriptionThatIsChangedMeanwhileStaysUnlessItMayGo) {
+    Click(form.List_SaveGameArchiviati, 1);
+    const auto type = [this](QWidget* window) {
+        auto* const input = dynamic_cast<ui::Dialog_InputTesto*>(window);
+        ASSERT_NE(input, nullptr);
+        MakeFile(Archived() / "note1.txt", "the winch\r\n");
+        input->Text1->setPlainText(QStringLiteral("the boiler"));
+        Press(window, "Pul_Ok");
+    };
+    robot.Will("Insert / Change savegame description", type);
+    robot.WillPress("Another program has changed this description meanwhile. Now it is:\nthe winch", "No");
+    robot.Will("Insert / Change savegame description", [](QWidget* window) {
+        auto* const input = dynamic_cast<ui::Dialog_InputTesto*>(window);
+        EXPECT_EQ(input->Text1->toPlainText(), QStringLiteral("the boiler")) << "what was typed is lost";
+        Press(window, "Pul_Annulla");
+    });
+    QTest::mouseDClick(form.Text_NoteSaveGame->viewport(), Qt::LeftButton);
+    WaitUntil([this] { return robot.Seen().size() == 3; });
+    EXPECT_EQ(BytesOf(Archived() / "note1.txt"), "the winch\r\n");
+}
+
+TEST_F(SavegamePanel, TheChoiceStaysWhenOthersChangeTheLevel) {
+    EXPECT_TRUE(core::WriteArchive("C:\\Kelvash\\test.kva"));
+    form.Timer_Beside->setInterval(20);
+    Click(form.List_SaveGameArchiviati, 1);
+    QTest::qWait(150);
+    ASSERT_TRUE(companion::WriteNote("C:\\Levels\\LEVEL_0001\\savegames\\slot1\\savegame.1", "the boiler"));
+    Put(Archived() / "savegame.7", 9);
+    WaitUntil([this] { return form.List_SaveGameArchiviati->count() == 4; });
+    EXPECT_EQ(form.Savegames().GetSelectedSavegame().index, 1);
+    EXPECT_EQ(Note(), "the boiler");
+    Put(Archived() / "savegame.1", 11); // another one in its place
+    std::filesystem::remove(Archived() / "savegame.7");
+    WaitUntil([this] { return form.List_SaveGameArchiviati->count() == 3; });
+    EXPECT_TRUE(form.List_SaveGameArchiviati->selectedItems().isEmpty());
+    EXPECT_EQ(Note(), "");
+}
+
+TEST_F(SavegamePanel, TellsWhatARestoreHasPutAside) {
+    MakeFile(Archived() / "savegame.2", SaveBytes("Gate", 5, "another"));
+    robot.WillPress(
+        "These have been put aside, because the slots hold others of the same number:\n"
+        "C:\\Levels\\LEVEL_0001\\REPEATED\\savegame.0\nThey can be imported again.",
+        "OK");
+    robot.WillPress("Restored last savegames in tomb raider slots", "OK");
+    Choose(Entry::mnu_RestoreSavegames);
+    EXPECT_EQ(form.List_SaveGameTomb->count(), 5);
 }
 
 TEST_F(SavegamePanel, FindsADescription) {

@@ -66,6 +66,19 @@ TEST_F(ScreenshotPage, SelectsByAClick) {
     EXPECT_EQ(Selected(), "") << "nothing to choose from";
 }
 
+TEST_F(ScreenshotPage, TheLastPageKeepsTheFocus) {
+    Have({"1.bmp", "2.bmp", "3.bmp"});
+    const auto press_space = [](QPushButton* button) {
+        button->setFocus();
+        QTest::keyClick(button, Qt::Key_Space);
+        return QApplication::focusWidget()->objectName().toStdString();
+    };
+    EXPECT_EQ(press_space(form.Pul_DopoScreenShot), "Pul_PrimaScreenShot");
+    EXPECT_EQ(press_space(form.Pul_PrimaScreenShot), "Pul_DopoScreenShot");
+    EXPECT_EQ(press_space(form.Pul_UltimoShot), "Pul_PrimaScreenShot");
+    EXPECT_EQ(press_space(form.Pul_PrimoShot), "Pul_DopoScreenShot");
+}
+
 TEST_F(ScreenshotPage, IsWalkedByTheArrowKeys) {
     Have({"1.bmp", "2.bmp", "3.bmp"});
     form.Image1->setFocus();

@@ -75,6 +75,8 @@ TEST_F(SavegameFailingCalls, AreToldInTheseWords) {
     const std::vector<std::string> texts = {
         "The savegames stay as they are. There is no room, or I cannot read: C:\\Levels",
         "The savegames stay as they are. I cannot move: C:\\Levels",
+        "slot2, but the slots are not as they should be.\r\nI cannot move: C:\\Levels",
+        "slot2, but the slots are not as they should be.\r\nThere is no room, or I cannot read: C:\\Levels",
         "The savegames could not all be put in order. Those that are missing in the slots are brought back "
         "as "
         "soon as that is possible. They lie in: C:\\Kelvash\\_temp_savegame",

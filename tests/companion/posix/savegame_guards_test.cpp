@@ -13,8 +13,8 @@
 #include "companion/savegame_transfer.h"
 #include "companion/savegames.h"
 #include "core/change.h"
+#include "foundation/absent_user.h"
 #include "foundation/place_file.h"
-#include "foundation/user.h"
 #include "support/pump_clock.h"
 #include "support/savegame_home.h"
 #include "swap/install.h"
@@ -34,31 +34,16 @@ const std::string kSlots = "C:\\Levels\\LEVEL_0001\\backup_savegames\\";
 const std::string kArchive = "C:\\Levels\\LEVEL_0001\\savegames\\";
 
 // Answers yes, and does something while its question is open.
-class BusyUser : public User {
+class BusyUser : public AbsentUser {
   public:
     explicit BusyUser(std::function<void()> meanwhile) : meanwhile_(std::move(meanwhile)) { SetUser(this); }
     ~BusyUser() override { SetUser(nullptr); }
 
-    void Message(MessageStyle, const MessageText&) override {}
     Answer Ask(Buttons, MessageStyle, const MessageText&) override {
         meanwhile_();
         return Answer::Yes;
     }
-    std::optional<std::string> Input(const std::string&, const MessageText&, const std::string&) override {
-        return std::nullopt;
-    }
-    std::optional<std::string> OpenFile(const FileDialog&) override { return std::nullopt; }
-    std::optional<std::string> SaveFile(const FileDialog&) override { return std::nullopt; }
-    std::optional<std::string> ChooseFolder(const MessageText&, const std::string&) override {
-        return std::nullopt;
-    }
-    void OpenProgress(BarPlace, const std::string&) override {}
-    void CloseProgress(BarPlace) override {}
-    void SetLabel(BarPlace, const std::string&) override {}
-    void SetBar(BarPlace, int) override {}
-    void LevelListChanged() override {}
     void PumpEvents() override { meanwhile_(); }
-    bool StopRequested() override { return false; }
 
   private:
     std::function<void()> meanwhile_;
@@ -107,8 +92,8 @@ TEST_F(SavegameGuards, OnlyTheLevelsOwnAreDeletedExportedAndNoted) {
 
 TEST_F(SavegameGuards, ANoteIsNotGivenToAnotherSavegame) {
     PutSlot(3, 1);
-    const trle_state::FileStamp seen = trle_state::StampOf(kSlots + "savegame.3");
-    PutSlot(3, 2, "longer");
+    const SeenNote seen = LookAtNote(kSlots + "savegame.3");
+    PutSlot(3, 2);
     user.MayBeTold("");
     EXPECT_FALSE(WriteNote(kSlots + "savegame.3", "of the first", seen));
     EXPECT_FALSE(Exists(Slots() / "note3.txt"));
@@ -176,8 +161,8 @@ TEST_F(WrittenMeanwhile, ASavegameStaysAndSoDoTheOthers) {
     const BusyUser game([this] { WriteOnce("savegame.5"); });
     const SlotsOutcome outcome = CompactSlots(1, Asker::Watcher);
     EXPECT_EQ(outcome.Result, SlotsResult::Busy);
-    EXPECT_EQ(outcome.Message, "The savegames stay as they are, because the game is writing this one: " +
-                                   kSlots + "savegame.5");
+    EXPECT_EQ(outcome.Message,
+              "The savegames stay as they are. The game is writing this savegame: " + kSlots + "savegame.5");
     EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.3", "1"}, {"savegame.5", "99"}}));
     ExpectNothingMoving();
     EXPECT_EQ(CompactSlots(1, Asker::Watcher).Result, SlotsResult::Done);
@@ -193,8 +178,8 @@ TEST_F(WrittenMeanwhile, AnArchivingOwesTheOrder) {
     EXPECT_EQ(outcome.Result, SlotsResult::Partly);
     EXPECT_TRUE(outcome.CompactOwed);
     EXPECT_EQ(outcome.Message, "The savegames have been copied to " + kArchive +
-                                   "slot1, but the slots are not as they should be.\r\nThe savegames stay as "
-                                   "they are, because the game is writing this one: " +
+                                   "slot1, but the slots are not as they should be.\r\nThe game is writing "
+                                   "this savegame: " +
                                    kSlots + "savegame.7");
     EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.5", "2"}, {"savegame.7", "99"}}));
 }
@@ -234,11 +219,10 @@ TEST_F(SavegameGuards, ADeleteTellsThatTheSlotsHaveGaps) {
     user.WillAnswer("Delete savegame [", "yes");
     const SlotsOutcome outcome = AskDeleteSavegame(1, kSlots + "savegame.0");
     EXPECT_EQ(outcome.Result, SlotsResult::Partly);
-    EXPECT_EQ(
-        outcome.Message,
-        "The savegame has been deleted, but the slots could not be put in order.\r\nThe savegames stay as "
-        "they are. Something is in the way that isn't a folder of Kelvash's own: "
-        "C:\\Kelvash\\_temp_savegame");
+    EXPECT_EQ(outcome.Message,
+              "The savegame has been deleted, but the slots could not be put in order.\r\n"
+              "Something is in the way that isn't a folder of Kelvash's own: "
+              "C:\\Kelvash\\_temp_savegame");
     EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.1", "2"}}));
 }
 

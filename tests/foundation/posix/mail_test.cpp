@@ -1,60 +1,43 @@
 #include "foundation/mail.h"
 
-#include <cstdlib>
-
-#include "support/foundation_home.h"
+#include "support/stand_in_mailer.h"
 
 namespace kelvash {
 namespace {
 
-namespace fs = std::filesystem;
-
 class Mailing : public test::FoundationHome {
   protected:
-    Mailing() : old_path_(std::getenv("PATH")) { UsePath((root / "bin").string() + ":" + old_path_); }
-    ~Mailing() override { UsePath(old_path_); }
-    static void UsePath(const std::string& path) { test::SetEnvironment("PATH", path); }
-
-    // A mail program that writes down its words, one a line, then ends like this.
-    void MakeMailer(int exit_code) {
-        const fs::path mailer = root / "bin/xdg-email";
-        test::MakeFile(mailer, "#!/bin/sh\nfor word; do printf '%s\\n' \"$word\"; done > '" +
-                                   (root / "words").string() + "'\nexit " + std::to_string(exit_code) + "\n");
-        fs::permissions(mailer, fs::perms::owner_all);
-    }
-    std::string Words() const { return test::BytesOf(root / "words"); }
-
-  private:
-    std::string old_path_;
+    test::StandInMailer mailer{root};
 };
 
 TEST_F(Mailing, HandsSubjectTextAndFilesToTheMailProgram) {
-    MakeMailer(0);
+    mailer.Make(0);
     test::MakeFile(drive / "my saves/savegame.0", "x");
     test::MakeFile(drive / "b.jpg", "y");
     EXPECT_TRUE(SendMail(
         {"", "A \"subject\" of 'two' kinds", "one\r\ntwo\r\n", {"C:\\my saves\\savegame.0", "C:\\b.jpg"}}));
-    EXPECT_EQ(Words(), "--utf8\n--subject\nA \"subject\" of 'two' kinds\n--body\none\ntwo\n\n--attach\n" +
-                           (drive / "my saves/savegame.0").string() + "\n--attach\n" +
-                           (drive / "b.jpg").string() + "\n");
+    EXPECT_EQ(mailer.Words(),
+              "--utf8\n--subject\nA \"subject\" of 'two' kinds\n--body\none\ntwo\n\n--attach\n" +
+                  (drive / "my saves/savegame.0").string() + "\n--attach\n" + (drive / "b.jpg").string() +
+                  "\n");
 }
 
 TEST_F(Mailing, NamesTheRecipientLast) {
-    MakeMailer(0);
+    mailer.Make(0);
     EXPECT_TRUE(SendMail({"ann@example.org", "s", "t"}));
-    EXPECT_EQ(Words(), "--utf8\n--subject\ns\n--body\nt\nann@example.org\n");
+    EXPECT_EQ(mailer.Words(), "--utf8\n--subject\ns\n--body\nt\nann@example.org\n");
     EXPECT_FALSE(SendMail({"--attach=/etc/passwd", "s", "t"}));
 }
 
 TEST_F(Mailing, FailsWithoutAProgramOrWhenItRefuses) {
-    MakeMailer(3);
+    mailer.Make(3);
     EXPECT_FALSE(SendMail({"", "s", "t"}));
-    UsePath((root / "empty").string());
+    test::SetEnvironment("PATH", (root / "empty").string());
     EXPECT_FALSE(SendMail({"", "s", "t"}));
 }
 
 TEST_F(Mailing, FailsForAFileThatIsNotThere) {
-    MakeMailer(0);
+    mailer.Make(0);
     EXPECT_FALSE(SendMail({"", "s", "t", {"C:\\gone\\savegame.0"}}));
     EXPECT_FALSE(test::Exists(root / "words"));
 }

@@ -25,7 +25,7 @@ TEST_F(MovedSavegamesLinks, ALinkInTheFoldersPlaceIsNotFollowed) {
     EXPECT_TRUE(BringMovedSavesHome(Rescue::Yes, why));
     EXPECT_FALSE(BeginMoving(trle_state::OwnerOf(core::PlaceOf(1)), {}, why));
     EXPECT_EQ(why,
-              "The savegames stay as they are. Something is in the way that isn't a folder of Kelvash's "
+              "Something is in the way that isn't a folder of Kelvash's "
               "own: C:\\Kelvash\\_temp_savegame");
     EXPECT_EQ(BytesOf(drive / "elsewhere/savegame.3"), "somebody's own");
     EXPECT_FALSE(Exists(home / "moved_saves.rec"));
