@@ -5,6 +5,7 @@
 #include "core/archive_messages.h"
 #include "core/change.h"
 #include "core/change_messages.h"
+#include "core/cut_archive.h"
 #include "core/fragments.h"
 #include "core/level_list.h"
 #include "core/path_field.h"
@@ -209,6 +210,7 @@ bool LoadArchive(std::string_view path) {
     profile.LastArchive = source;
     NoteSeenArchive(source, stamp);
     DropChanges();
+    if (archive.Whole < archive.Stated) KeepCutArchive(source, archive);
     if (!CheckArchiveFolders()) {
         archive.ArchiveLoadRefused = true;
         return false;

@@ -71,13 +71,14 @@ ArchiveContents DecodeArchive(const ByteSource& source) {
     StoredHeader header;
     header.Version = 0;
     DecodeRecord(kHeaderFields, source(kHeaderSize), header);
-    ArchiveContents contents{header, {}};
+    ArchiveContents contents{header, {}, std::max(header.LevelCount, 0), 0};
     for (std::int32_t left = header.LevelCount; left > 0; left = header.LevelCount - contents.Table.Size()) {
         std::string_view block = source(kLevelSize * std::min(kBlockRecords, static_cast<std::size_t>(left)));
         if (block.empty()) break;
         for (; !block.empty(); block.remove_prefix(std::min(block.size(), kLevelSize))) {
             LevelRecord level;
             DecodeRecord(kLevelFields, block.substr(0, kLevelSize), level);
+            if (block.size() >= kLevelSize) ++contents.Whole;
             contents.Table.Append(std::move(level));
         }
     }

@@ -20,6 +20,9 @@ namespace kelvash::core {
 struct ArchiveContents {
     ArchiveHeader Header;
     LevelTable Table;
+    // Levels that the file states, and those of them that it holds to their end.
+    std::int32_t Stated = 0;
+    std::int32_t Whole = 0;
 };
 
 // What a file held when it was read or written, its tail included, to know whether another program has

@@ -483,6 +483,37 @@ TEST_F(ArchiveTest, WithoutLevelsNeedsNoFolders) {
     EXPECT_THAT(user.Told(), IsEmpty());
 }
 
+TEST_F(ArchiveTest, ACutFileIsToldOfAndKeptBeforeItsLossIsSaved) {
+    MakeOther("C:\\Levels", "C:\\Levels", 0, 3);
+    const std::string cut = BytesOf(home / "other.kva").substr(0, 546 + 1634 + 1400);
+    MakeFile(home / "other.kva", cut);
+    for (int start = 0; start < 2; ++start) { // the second finds the copy of the first
+        ASSERT_TRUE(LoadArchive(kOther));
+        EXPECT_THAT(user.Told(),
+                    ElementsAre("exclamation: The file of the Archive 'other.kva' has been cut off: 1 of its 3 "
+                                "levels are whole in it. It has been kept as 'other.kva.cut'.\n\nThe levels "
+                                "themselves are in their folders: [Tools->Archive maintenance->Recover archive "
+                                "from HD folder] takes those up that are missing in the list."));
+        user.Forget();
+    }
+    EXPECT_EQ(archive.Table.Size(), 2) << "as far as the file goes";
+    EXPECT_TRUE(WriteArchive(kOther));
+    EXPECT_EQ(BytesOf(home / "other.kva.cut"), cut);
+    EXPECT_FALSE(Exists(home / "other.kva.cut2"));
+    ASSERT_TRUE(LoadArchive(kOther));
+    EXPECT_THAT(user.Told(), IsEmpty()) << "whole again";
+}
+
+TEST_F(ArchiveTest, ACutFileTakesNoOthersCopy) {
+    MakeOther("C:\\Levels", "C:\\Levels", 0, 2);
+    const std::string cut = BytesOf(home / "other.kva").substr(0, 546 + 1634);
+    MakeFile(home / "other.kva", cut);
+    MakeFile(home / "other.kva.cut", "an older one");
+    ASSERT_TRUE(LoadArchive(kOther));
+    EXPECT_EQ(BytesOf(home / "other.kva.cut"), "an older one");
+    EXPECT_EQ(BytesOf(home / "other.kva.cut2"), cut);
+}
+
 TEST_F(ArchiveTest, AFileWithoutLevelZeroHasLostItsContents) {
     const std::string open = profile.LastArchive;
     MakeOther("C:\\Levels", "C:\\Levels", 0, 0);
