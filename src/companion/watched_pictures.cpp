@@ -166,6 +166,7 @@ void StoreTaken() {
         if (std::exchange(taken.IsOwn, false)) {
             notes.OwnAt = watch_calls.Now();
             notes.WasPressed = false;
+            notes.IsAwaited = false; // what was on its way there is no more
             taken.Shows = watch_calls.WhatItShows(taken.Bytes);
             watch_calls.PutClipboard(taken.Bytes);
             taken.Change = notes.Seen = watch_calls.ClipboardChange();
