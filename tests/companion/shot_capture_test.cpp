@@ -62,6 +62,13 @@ TEST_F(ShotCapture, StoresForALevelOfAnotherArchiveAndCountsNothing) {
 TEST_F(ShotCapture, FindsTheLevelOfTheOriginalConfiguration) {
     ASSERT_TRUE(companion::LevelForShots().has_value());
     EXPECT_EQ(companion::LevelForShots()->Code, 0);
+    core::CloseArchive(); // it has its folder without one
+    const std::optional<core::LevelPlace> level = companion::LevelForShots();
+    ASSERT_TRUE(level);
+    const CaptureOutcome outcome = CaptureShot(*level, kPicture);
+    EXPECT_EQ(outcome.End, CaptureEnd::Saved) << outcome.Message.text;
+    EXPECT_EQ(outcome.Path.substr(0, outcome.Path.find(')')), "C:\\Kelvash\\LEVEL_0000\\screenshots\\1");
+    EXPECT_TRUE(FileExists(outcome.Path));
 }
 
 TEST_F(ShotCapture, SaysAfterwardsWhatCouldNotBeSaved) {
