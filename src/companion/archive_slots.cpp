@@ -11,12 +11,10 @@
 #include "foundation/path.h"
 #include "foundation/place_file.h"
 #include "foundation/text.h"
-#include "trle_state/file_stamp.h"
 
 namespace kelvash::companion {
 
 using swap::SavegameFile;
-using trle_state::HoldSameBytes;
 
 namespace {
 
@@ -26,15 +24,6 @@ void ExchangeSort(std::vector<NumberedSave>& saves) {
     for (std::size_t i = 0; i < saves.size(); ++i)
         for (std::size_t j = i + 1; j < saves.size(); ++j)
             if (saves[i].Number > saves[j].Number) std::swap(saves[i], saves[j]);
-}
-
-SavegameFile CopyIn(const std::string& folder, const SavegameFile& save, std::size_t number) {
-    const auto as = static_cast<std::int32_t>(number);
-    return {swap::SavegamePath(folder, as), save.Note.empty() ? std::string() : swap::NotePath(folder, as)};
-}
-
-bool IsSame(const SavegameFile& save, const SavegameFile& copy) {
-    return HoldSameBytes(save.Path, copy.Path) && (save.Note.empty() || HoldSameBytes(save.Note, copy.Note));
 }
 
 // Copies the savegames, whole and on the disk, into a new folder slotN. False, with nothing left of it and
@@ -60,6 +49,15 @@ bool FillSlotFolder(const SlotsWork& work, const std::vector<NumberedSave>& save
     return false;
 }
 
+SlotsOutcome WithoutThese(SlotsOutcome outcome, const std::vector<NumberedSave>& unreadable) {
+    if (unreadable.empty()) return outcome;
+    outcome.Result = SlotsResult::Partly;
+    outcome.Message = LoadMessage(msg::kArchiveUnreadable);
+    for (const NumberedSave& save : unreadable)
+        outcome.Message = outcome.Message + kLineBreak + save.File.Path;
+    return outcome;
+}
+
 } // namespace
 
 SlotsOutcome ArchiveSlots(std::int32_t code, std::int32_t count, Asker asker) {
@@ -70,6 +68,9 @@ SlotsOutcome ArchiveSlots(std::int32_t code, std::int32_t count, Asker asker) {
 SlotsOutcome ArchiveWithin(const SlotsWork& work, std::int32_t count) {
     std::vector<NumberedSave> saves = NumberedSaves(work.Slots());
     if (saves.size() < 2 || count < 1) return {};
+    const std::vector<NumberedSave> unreadable = TakeUnreadable(saves);
+    if (saves.size() < 2)
+        return {SlotsResult::Refused, 0, LoadMessage(msg::kArchiveCannotCopy) + unreadable.front().File.Path};
     ExchangeSort(saves);
     const std::size_t archived = std::min(saves.size(), static_cast<std::size_t>(count));
     const std::size_t first_kept = std::min(archived, saves.size() - 1);
@@ -80,10 +81,12 @@ SlotsOutcome ArchiveWithin(const SlotsWork& work, std::int32_t count) {
     bool all_left = true;
     std::int32_t slot = 0;
     for (std::size_t i = 0; i < saves.size(); ++i) {
-        const SavegameFile& save = saves[i].File;
+        SavegameFile& save = saves[i].File;
         // One that the game has written meanwhile is another savegame.
-        const bool leaves = i < first_kept && IsSame(save, CopyIn(folder, save, i));
+        const SavegameFile copy = swap::PairAt(folder, static_cast<std::int32_t>(i), !save.Note.empty());
+        const bool leaves = i < first_kept && swap::IsHeldBy(save, copy);
         if (leaves && swap::LeavePair(save)) continue;
+        if (!FileExists(save.Note)) save.Note.clear(); // it has left alone
         all_left = all_left && !leaves;
         slot = UsableSlot(work, slot);
         staying.push_back({save, slot++});
@@ -91,7 +94,7 @@ SlotsOutcome ArchiveWithin(const SlotsWork& work, std::int32_t count) {
     SlotsOutcome outcome = Renumber(work, staying);
     outcome.CompactOwed = outcome.Result == SlotsResult::Busy;
     outcome.Count = static_cast<std::int32_t>(archived);
-    if (outcome.Result == SlotsResult::Done && all_left) return outcome;
+    if (outcome.Result == SlotsResult::Done && all_left) return WithoutThese(std::move(outcome), unreadable);
     outcome.Message = LoadMessageOfOthers(msg::kArchivePartly, {folder, kLineBreak}) +
                       (outcome.Message.text.empty() ? LoadMessage(msg::kArchiveCannotLeave) + work.Slots()
                                                     : outcome.Message);

@@ -19,13 +19,13 @@ namespace kelvash::companion {
 
 namespace {
 
-// Where the user wants it, with an extension that says its kind; empty if it is given up. The dialog has
+// Where the user wants it, with an extension that says its kind; empty if it is given up. No folder is
+// proposed: in its own the name would be that of the large picture. The dialog has
 // asked about a file that stands there under the name as it was typed only.
 std::string AskTarget(const std::string& path, bool& may_replace) {
     const std::string jpeg = LoadFragment(fragment::kResizeJpeg);
-    const std::optional<std::string> chosen =
-        TheUser().SaveFile({LoadMessage(msg::kResizeTitle), LoadMessage(msg::kResizeFilter), FolderOf(path),
-                            BaseNameOf(path) + jpeg});
+    const std::optional<std::string> chosen = TheUser().SaveFile(
+        {LoadMessage(msg::kResizeTitle), LoadMessage(msg::kResizeFilter), {}, BaseNameOf(path) + jpeg});
     may_replace = !chosen || IsShotName(*chosen) || !FileExists(*chosen + jpeg);
     return !chosen || IsShotName(*chosen) ? chosen.value_or(std::string()) : *chosen + jpeg;
 }
@@ -65,7 +65,7 @@ bool BeginResize(const std::string& path, swap::Picture& picture) {
 
 bool SaveResized(std::int32_t code, const std::string& path, const swap::Picture& resized, int quality,
                  const CopyText& copy) {
-    const core::Change change(msg::kDoingResize, core::kArchiveFolder, code);
+    const core::Change change(msg::kDoingResize, LocksOfShots(code), code);
     if (!change) return false;
     bool may_replace = true;
     const std::string target = AskTarget(path, may_replace);

@@ -35,6 +35,7 @@ struct Place {
     std::int32_t Number = 0;
     std::string Name; // folded, for the order of equal numbers
     bool Comes = false;
+    bool Stays = false; // it can't be read, and keeps its name
     std::int32_t Slot = 0;
 };
 
@@ -68,10 +69,15 @@ std::optional<std::string> FreeName(const SlotsWork& work, const std::vector<Pla
 RestorePlan PlanRestore(const SlotsWork& work, std::vector<NumberedSave> slots,
                         std::vector<NumberedSave> folder) {
     RestorePlan plan;
-    for (NumberedSave& save : slots) {
-        std::string name = FoldCase(FileNameOf(save.File.Path));
-        plan.Places.push_back({std::move(save.File), save.Number, std::move(name)});
-    }
+    const auto take = [&plan](std::vector<NumberedSave>& saves, bool stays) {
+        for (NumberedSave& save : saves) {
+            std::string name = FoldCase(FileNameOf(save.File.Path));
+            plan.Places.push_back({std::move(save.File), save.Number, std::move(name), false, stays});
+        }
+    };
+    std::vector<NumberedSave> unreadable = TakeUnreadable(slots);
+    take(slots, false);
+    take(unreadable, true);
     std::stable_sort(folder.begin(), folder.end(),
                      [](const NumberedSave& a, const NumberedSave& b) { return a.Number > b.Number; });
     for (NumberedSave& save : folder) {
@@ -88,6 +94,7 @@ RestorePlan PlanRestore(const SlotsWork& work, std::vector<NumberedSave> slots,
     });
     std::int32_t slot = 0;
     for (Place& place : plan.Places) {
+        if (place.Stays) continue;
         place.Slot = UsableSlot(work, slot);
         slot = place.Slot + 1;
     }
@@ -98,11 +105,11 @@ RestorePlan PlanRestore(const SlotsWork& work, std::vector<NumberedSave> slots,
 SlotsOutcome MakeRoom(const SlotsWork& work, std::vector<Place>& places) {
     std::vector<Renumbering> list;
     for (const Place& place : places)
-        if (!place.Comes) list.push_back({place.File, place.Slot});
+        if (!place.Comes && !place.Stays) list.push_back({place.File, place.Slot});
     SlotsOutcome outcome = Renumber(work, list);
     std::size_t next = 0;
     for (Place& place : places)
-        if (!place.Comes) place.File = list[next++].File;
+        if (!place.Comes && !place.Stays) place.File = list[next++].File;
     return outcome;
 }
 
@@ -111,39 +118,39 @@ bool Bring(const SlotsWork& work, Place& place) {
     const std::int32_t slot = swap::FreeNumber(work.Slots(), place.Slot);
     if (!swap::PlacePair(place.File, work.Slots(), slot, work.Level().Folder, swap::Placing::Copy))
         return false;
-    place.File = {swap::SavegamePath(work.Slots(), slot),
-                  place.File.Note.empty() ? std::string() : swap::NotePath(work.Slots(), slot)};
+    place.File = swap::PairAt(work.Slots(), slot, !place.File.Note.empty());
     return true;
 }
 
 // The archived ones go once all copies are on the disk, each only if its copy is still the same. Counts them,
-// and gives the first one that stays.
+// and gives those that stay, a line each.
 std::string BringAll(const SlotsWork& work, std::vector<Place>& places, std::int32_t& count) {
-    std::vector<std::pair<SavegameFile, const Place*>> brought;
-    std::string stays;
+    std::vector<std::pair<SavegameFile, Place*>> brought;
+    std::string left;
     for (Place& place : places) {
         if (!place.Comes) continue;
         const SavegameFile from = place.File;
-        if (!Bring(work, place)) {
-            stays = from.Path;
-            break;
-        }
-        brought.emplace_back(from, &place);
+        if (Bring(work, place))
+            brought.emplace_back(from, &place);
+        else
+            left += kLineBreak + from.Path;
     }
     const bool on_disk = brought.empty() || FlushFolder(work.Slots());
     for (const auto& [from, place] : brought) {
-        const bool is_copy = HoldSameBytes(from.Path, place->File.Path) &&
-                             (from.Note.empty() || HoldSameBytes(from.Note, place->File.Note));
-        if (!on_disk || !is_copy || !swap::LeavePair(from)) return from.Path;
-        ++count;
+        place->Comes = false;
+        const bool is_copy = swap::IsHeldBy(from, place->File);
+        if (on_disk && is_copy && swap::LeavePair(from))
+            ++count;
+        else
+            left += kLineBreak + from.Path;
     }
-    return stays;
+    return left;
 }
 
 // Out of the folder: deleted where the slots have the same bytes.
 bool TakeOut(const SlotsWork& work, const SavegameFile& save, std::vector<Place>& places) {
     const auto twin = std::find_if(places.begin(), places.end(), [&](const Place& place) {
-        return HoldSameBytes(place.File.Path, save.Path);
+        return !place.Comes && HoldSameBytes(place.File.Path, save.Path);
     });
     if (twin == places.end()) return swap::MoveToRepeated(save, work.Level().Folder);
     if (!swap::PassNote(save.Note, twin->File, work.Level().Folder)) return false;
@@ -153,19 +160,29 @@ bool TakeOut(const SlotsWork& work, const SavegameFile& save, std::vector<Place>
     return HoldSameBytes(twin->File.Path, save.Path) && LeavePlace(save.Path);
 }
 
-SlotsOutcome Partly(std::int32_t count, const std::string& file) {
-    return {SlotsResult::Partly, count, LoadMessage(msg::kRestorePartly) + file};
+// A duplicate of one that hasn't come is the only one of its number as yet.
+bool IsDuplicate(const RestorePlan& plan, const NumberedSave& save) {
+    return std::any_of(plan.Places.begin(), plan.Places.end(),
+                       [&](const Place& place) { return !place.Comes && place.Number == save.Number; });
 }
 
 SlotsOutcome Carry(const SlotsWork& work, RestorePlan& plan) {
     SlotsOutcome outcome = Untouched(MakeRoom(work, plan.Places));
     if (outcome.Result != SlotsResult::Done) return outcome;
-    if (const std::string stays = BringAll(work, plan.Places, outcome.Count); !stays.empty())
-        return Partly(outcome.Count, stays);
+    const std::string not_come = BringAll(work, plan.Places, outcome.Count);
+    std::string left = not_come;
     for (const NumberedSave& save : plan.Duplicates) {
-        if (!TakeOut(work, save.File, plan.Places)) return Partly(outcome.Count, save.File.Path);
-        ++outcome.Count;
+        if (IsDuplicate(plan, save) && TakeOut(work, save.File, plan.Places))
+            ++outcome.Count;
+        else
+            left += kLineBreak + save.File.Path;
     }
+    if (left.empty()) return outcome;
+    // Room was made for all of them.
+    const SlotsOutcome order = not_come.empty() ? SlotsOutcome{SlotsResult::Done} : Compact(work);
+    outcome.Result = SlotsResult::Partly;
+    outcome.Message = LoadMessage(msg::kRestorePartly) + left;
+    if (!order.Message.text.empty()) outcome.Message = outcome.Message + kLineBreak + order.Message.text;
     return outcome;
 }
 
@@ -214,6 +231,7 @@ SlotsOutcome RestoreLastSlot(std::int32_t code, Asker asker) {
         TellAfterGame(aside);
     if (outcome.Count > 0 || outcome.Result == SlotsResult::Done)
         LowerSavesCounter(work.Level(), outcome.Count);
+    if (outcome.Result == SlotsResult::Done && outcome.Count == 0) outcome.Result = SlotsResult::Nothing;
     return outcome;
 }
 
@@ -221,7 +239,7 @@ SlotsOutcome RestoreToSlots(std::int32_t code, const std::string& path) {
     const SlotsWork work(msg::kDoingToSlots, code, Asker::User);
     if (!work) return work.Refusal();
     // Archiving would give it another name, and its own to another one.
-    if (work.IsInSlots(path)) return {SlotsResult::Refused, 0, LoadMessage(msg::kToSlotsFromSlots)};
+    if (work.IsInSlots(path)) return {SlotsResult::Refused, 0, LoadMessage(msg::kToSlotsFromSlots) + path};
     SlotsOutcome outcome;
     if (!FreeSlots(work, outcome)) return outcome;
     const std::int32_t slot = swap::FreeNumber(work.Slots(), 0);

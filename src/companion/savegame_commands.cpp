@@ -25,9 +25,10 @@ std::string Quoted(const std::string& text) {
     return "\"" + text + "\"";
 }
 
-// A note of another savegame, which the destination replaces, may be worth keeping.
-bool CopyNote(const std::string& note, const std::string& target) {
-    if (note.empty()) return DeleteFile(target); // that of the savegame that has been replaced
+// A note of another savegame, which the destination replaces, may be worth keeping. `replaced` is that of the
+// savegame that has been replaced.
+bool CopyNote(const std::string& note, const std::string& target, const std::string& replaced) {
+    if (note.empty()) return replaced.empty() || DeleteFile(replaced);
     if (IsSamePlace(note, target) || HoldSameBytes(note, target)) return true;
     if (FileExists(target) && !AskReplaceFile(note, target)) return true;
     return CopyFileWhole(note, target);
@@ -39,11 +40,10 @@ bool CopySavegame(const std::string& source, const std::string& destination, swa
     if (IsSamePlace(source, destination)) return true;
     const std::string note = OwnNoteOf(source);
     const std::string target_note = NotePathOf(destination);
-    const bool has_note = !note.empty() || !OwnNoteOf(destination).empty();
-    if (!CopyFileWhole(source, destination) || (has_note && !CopyNote(note, target_note))) return false;
+    const std::string replaced = FileExists(destination) ? OwnNoteOf(destination) : std::string();
+    if (!CopyFileWhole(source, destination) || !CopyNote(note, target_note, replaced)) return false;
     if (placing == swap::Placing::Copy) return true;
-    const bool is_whole =
-        HoldSameBytes(source, destination) && (note.empty() || HoldSameBytes(note, target_note));
+    const bool is_whole = swap::IsHeldBy({source, note}, {destination, target_note});
     return is_whole && FlushFile(destination) && swap::LeavePair({source, note});
 }
 
@@ -53,8 +53,7 @@ bool DeleteSavegame(std::string_view path) {
 }
 
 SlotsOutcome AskDeleteSavegame(std::int32_t code, const std::string& path) {
-    trle_state::FileStamp seen = trle_state::StampOf(path);
-    seen.Hash = trle_state::HashOfFile(path);
+    const trle_state::FileStamp seen = StampWithHash(path);
     const MessageText question =
         LoadMessage(msg::kSaveDeleteQuestion, {std::string(Trim(SavegameLine(path)))});
     if (!AskYesNo(MessageStyle::Question, question)) return {};
@@ -79,11 +78,16 @@ SlotsOutcome AskDeleteSavegame(std::int32_t code, const std::string& path) {
 }
 
 bool SaveSavegameAs(const std::string& path) {
+    const trle_state::FileStamp seen = StampWithHash(path);
     const std::optional<std::string> target = TheUser().SaveFile(
         {LoadMessage(msg::kSaveAsTitle), LoadMessage(msg::kSaveAsFilter), {}, FileNameOf(path)});
     if (!target) return false;
     const core::Change change(msg::kDoingSaveCopy, core::kAll);
     if (!change) return false;
+    if (!trle_state::IsStill(path, seen)) {
+        TellCritical(LoadMessage(msg::kSaveCopyAnother) + path);
+        return false;
+    }
     if (CopySavegame(path, *target, swap::Placing::Copy)) return true;
     TellCritical(LoadMessage(msg::kSaveCannotCopy) + path);
     return false;

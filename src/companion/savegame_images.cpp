@@ -5,15 +5,18 @@
 #include "companion/fragments.h"
 #include "companion/savegame_messages.h"
 #include "companion/screenshots.h"
+#include "companion/slots_work.h"
 #include "core/archive.h"
 #include "core/change.h"
 #include "core/profile.h"
+#include "foundation/file_times.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/place.h"
 #include "foundation/text.h"
 #include "foundation/user.h"
+#include "trle_state/file_stamp.h"
 
 namespace kelvash::companion {
 
@@ -36,8 +39,9 @@ void StepAside(const std::vector<DatedImage>& images, const std::string& chosen,
 
 std::vector<DatedImage> DatedImages(const std::vector<std::string>& paths) {
     std::vector<DatedImage> images;
-    for (const std::string& path : paths)
-        if (const std::optional<std::int64_t> time = FileTime(path)) images.push_back({path, *time});
+    const std::vector<std::optional<std::int64_t>> times = FileTimes(paths);
+    for (std::size_t i = 0; i < paths.size(); ++i)
+        if (times[i]) images.push_back({paths[i], *times[i]});
     return images;
 }
 
@@ -61,6 +65,7 @@ bool ChooseLinkedImage(std::int32_t code, const std::string& savegame) {
         ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kLinkNoImages, {kLineBreak}));
         return false;
     }
+    const trle_state::FileStamp seen = StampWithHash(savegame);
     const std::optional<std::string> chosen = TheUser().OpenFile({LoadMessage(msg::kLinkTitle),
                                                                   LoadMessage(msg::kLinkFilter),
                                                                   core::ScreenshotsFolder(level.Folder),
@@ -70,6 +75,10 @@ bool ChooseLinkedImage(std::int32_t code, const std::string& savegame) {
     if (!change) return false;
     if (!LiesIn(*chosen, core::ScreenshotsFolder(level.Folder))) {
         TellCritical(LoadMessage(msg::kLinkElsewhere) + *chosen);
+        return false;
+    }
+    if (!trle_state::IsStill(savegame, seen)) {
+        TellCritical(LoadMessage(msg::kLinkAnother) + savegame);
         return false;
     }
     const std::optional<std::int64_t> time = FileTime(savegame);

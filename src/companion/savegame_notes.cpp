@@ -107,9 +107,7 @@ std::string ReadNoteFile(std::string_view note) {
 }
 
 SeenNote LookAtNote(const std::string& savegame) {
-    SeenNote seen{trle_state::StampOf(savegame), ReadNote(savegame)};
-    seen.Savegame.Hash = trle_state::HashOfFile(savegame);
-    return seen;
+    return {StampWithHash(savegame), ReadNote(savegame)};
 }
 
 bool WriteNote(const std::string& savegame, std::string_view text, const SeenNote& seen) {

@@ -38,8 +38,8 @@ bool MakeRoom(const SlotsWork& work, std::size_t coming, SlotsOutcome& outcome, 
     return false;
 }
 
-SlotsOutcome NotImported(const std::string& file, std::int32_t count, bool archived) {
-    MessageText why = LoadMessage(msg::kImportCannotCopy) + file;
+SlotsOutcome NotImported(const std::string& files, std::int32_t count, bool archived) {
+    MessageText why = LoadMessage(msg::kImportCannotCopy) + files;
     if (archived && count == 0) why = LoadMessage(msg::kImportOnlyArchived) + kLineBreak + why;
     return {archived || count > 0 ? SlotsResult::Partly : SlotsResult::Refused, count, why};
 }
@@ -120,13 +120,16 @@ SlotsOutcome ImportSavegames(std::int32_t code, const std::vector<std::string>& 
     if (!MakeRoom(work, files.size(), outcome, archived)) return outcome;
     if (!CreateFolder(work.Slots()))
         return {SlotsResult::Refused, 0, LoadMessage(msg::kImportNoSlots) + work.Slots()};
+    std::string left;
     for (const std::string& file : files) {
         const std::int32_t slot = swap::FreeNumber(work.Slots(), 0);
-        if (slot >= kGameSlots ||
-            !swap::PlacePair({file}, work.Slots(), slot, work.Level().Folder, swap::Placing::Copy))
-            return NotImported(file, outcome.Count, archived);
-        ++outcome.Count;
+        if (slot < kGameSlots &&
+            swap::PlacePair({file}, work.Slots(), slot, work.Level().Folder, swap::Placing::Copy))
+            ++outcome.Count;
+        else
+            left += kLineBreak + file;
     }
+    if (!left.empty()) return NotImported(left, outcome.Count, archived);
     outcome.Result = SlotsResult::Done;
     return outcome;
 }
@@ -144,10 +147,10 @@ SlotsOutcome ExportSavegames(std::int32_t code, const std::vector<std::string>& 
         if (exported == Exported::Done || exported == Exported::NotDeleted) ++outcome.Count;
     }
     outcome.Message = troubles.Told(folder);
-    const bool partly = !outcome.Message.text.empty();
-    outcome.Result = partly              ? outcome.Count > 0 ? SlotsResult::Partly : SlotsResult::Refused
-                     : outcome.Count > 0 ? SlotsResult::Done
-                                         : SlotsResult::Nothing;
+    if (!outcome.Message.text.empty())
+        outcome.Result = outcome.Count > 0 ? SlotsResult::Partly : SlotsResult::Refused;
+    else if (outcome.Count > 0)
+        outcome.Result = SlotsResult::Done;
     return outcome;
 }
 
@@ -179,6 +182,7 @@ std::vector<std::string> SavegamesToList(std::int32_t code, ListPurpose purpose,
     std::vector<std::string> found = SlotSavegames(level);
     const std::vector<std::string> archived = ArchivedSavegames(level);
     found.insert(found.end(), archived.begin(), archived.end());
+    if (found.empty()) ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kListNoneInLevel));
     return found;
 }
 

@@ -3,6 +3,7 @@
 #include "companion/fragments.h"
 #include "companion/shot_files.h"
 #include "foundation/drives.h"
+#include "foundation/file_times.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
 #include "foundation/path.h"
@@ -19,10 +20,11 @@ std::string NewestOf(const std::vector<std::string>& files) {
     if (files.size() == 1) return files.front();
     std::string newest;
     std::int64_t newest_time = 0;
-    for (const std::string& file : files) {
-        const std::int64_t time = FileTime(file).value_or(0);
+    const std::vector<std::optional<std::int64_t>> times = FileTimes(files);
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        const std::int64_t time = times[i].value_or(0);
         if (!newest.empty() && time < newest_time) continue;
-        newest = file;
+        newest = files[i];
         newest_time = time;
     }
     return newest;

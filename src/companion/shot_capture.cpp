@@ -43,12 +43,13 @@ bool MayReplace(const std::string& path, const std::optional<std::string>& jpeg)
 core::LevelPlace LevelNow(const core::LevelPlace& found) {
     if (found.Code == core::kNoLevel) return found;
     const core::LevelPlace level = core::PlaceOf(found.Code);
-    return level.IsListed() ? level : core::LevelPlace();
+    const bool is_original = found.Code == 0; // it has its folder without an Archive too
+    return level.IsListed() || is_original ? level : core::LevelPlace();
 }
 
 CaptureOutcome Capture(const core::LevelPlace& found, const swap::Picture& picture) {
     // Not about a level: a change that is tells that it has gone.
-    const core::Change change(msg::kDoingCapture, core::kArchiveFolder | core::kUntold);
+    const core::Change change(msg::kDoingCapture, LocksOfShots(found.Code) | core::kUntold);
     if (!change) return {CaptureEnd::Busy, {}, {}};
     const core::LevelPlace level = LevelNow(found);
     if (level.Folder.empty()) return {CaptureEnd::Failed, {}, LoadMessage(msg::kCaptureNoLevel)};
@@ -74,7 +75,7 @@ CaptureOutcome CaptureShot(std::int32_t code, const swap::Picture& picture) {
 }
 
 SaveCaptureEnd SaveCapture(std::int32_t code, const swap::Picture& picture, std::string& path) {
-    const core::Change change(msg::kDoingSaveCapture, core::kArchiveFolder, code);
+    const core::Change change(msg::kDoingSaveCapture, LocksOfShots(code), code);
     if (!change) return SaveCaptureEnd::Again;
     const core::LevelPlace& level = change.Level();
     CreateFolder(core::ScreenshotsFolder(level.Folder)); // for the dialog to begin in

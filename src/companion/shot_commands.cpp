@@ -50,20 +50,21 @@ std::string GraphicsProgram() {
     return std::string(Trim(core::profile.GraphicsProgram));
 }
 
-// Where an added picture goes; empty if the user has to name another one.
+// Where an added picture goes.
 std::string PlaceForNew(const core::LevelPlace& level, const std::string& source) {
     const std::string name = FileNameOf(source);
     const std::string path = NamedShotPath(level, name, ExtensionOf(name));
     if (path.empty()) return NextShotPath(level, ExtensionOf(name));
     if (!FileExists(path)) return path;
-    return AskYesNo(MessageStyle::Question, LoadMessage(msg::kShotExists, {name, kLineBreak, kLineBreak}))
+    return AskYesNo(MessageStyle::Question,
+                    LoadMessageOfOthers(msg::kShotExists, {name, kLineBreak, kLineBreak}))
                ? path
                : NextShotPath(level, ExtensionOf(name));
 }
 
 // A name that only changes its case is found as the old one: it goes by another.
 bool Rename(const core::LevelPlace& level, const std::string& path, const std::string& renamed) {
-    if (!EqualNoCase(path, renamed)) return RenameFile(path, renamed);
+    if (!EqualNoCase(path, renamed) || HasExactly(renamed)) return RenameFile(path, renamed);
     const std::string between = NextShotPath(level, ExtensionOf(path));
     if (!RenameFile(path, between)) return false;
     if (RenameFile(between, renamed)) return true;
@@ -72,7 +73,7 @@ bool Rename(const core::LevelPlace& level, const std::string& path, const std::s
 }
 
 bool WriteAs(const core::LevelPlace& level, const std::string& path, const std::string& target) {
-    if (IsSamePlace(path, target)) return true; // by a link, whatever the two are called
+    if (IsSameShot(path, target)) return true; // by a link, whatever the two are called
     if (EqualNoCase(ExtensionOf(path), ExtensionOf(target))) return CopyShot(level, path, target);
     const std::optional<swap::Picture> picture = ReadShot(path);
     if (!picture) return false;
@@ -85,7 +86,7 @@ bool WriteAs(const core::LevelPlace& level, const std::string& path, const std::
 } // namespace
 
 bool AddScreenshot(std::int32_t code, std::string& added) {
-    const core::Change change(msg::kDoingAddShot, core::kArchiveFolder, code);
+    const core::Change change(msg::kDoingAddShot, LocksOfShots(code), code);
     if (!change || !change.Level().IsListed()) return false;
     const std::optional<std::string> source =
         TheUser().OpenFile({LoadMessage(msg::kAddShotTitle), LoadMessage(msg::kAddShotFilter), {}, {}});
@@ -97,7 +98,7 @@ bool AddScreenshot(std::int32_t code, std::string& added) {
         TellCritical(LoadMessage(msg::kAddShotFailed) + added);
         return false;
     }
-    ShowMessage(MessageStyle::Plain, LoadMessage(msg::kAddShotDone, {FileNameOf(*source)}) + added);
+    ShowMessage(MessageStyle::Plain, LoadMessageOfOthers(msg::kAddShotDone, {FileNameOf(*source)}) + added);
     return true;
 }
 
@@ -133,15 +134,16 @@ void ShowShotProperty(const std::string& path) {
     const std::optional<swap::Picture> picture = ReadShotOrTell(path);
     if (!picture) return;
     const std::string date = FormatDate(LoadFragment(fragment::kShotDatePattern), FileTime(path).value_or(0));
-    ShowMessage(MessageStyle::Plain, LoadMessage(msg::kShotProperty, {path + kLineBreak, date + kLineBreak,
-                                                                      FormatSize(FileSize(path)) + kLineBreak,
-                                                                      std::to_string(picture->Width)}) +
-                                         std::to_string(picture->Height) + ")");
+    ShowMessage(MessageStyle::Plain,
+                LoadMessageOfOthers(msg::kShotProperty, {path + kLineBreak, date + kLineBreak,
+                                                         FormatSize(FileSize(path)) + kLineBreak,
+                                                         std::to_string(picture->Width)}) +
+                    std::to_string(picture->Height) + ")");
 }
 
 bool DeleteShot(std::int32_t code, const std::string& path) {
     if (IsDefaultShot(path)) return Refuse(LoadMessage(msg::kDefaultDelete));
-    const core::Change change(msg::kDoingDeleteShot, core::kArchiveFolder, code);
+    const core::Change change(msg::kDoingDeleteShot, LocksOfShots(code), code);
     if (!change || !IsThere(path)) return false;
     if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kShotDelete) + FileNameOf(path))) return false;
     const std::int64_t size = FileSize(path);
@@ -155,7 +157,7 @@ bool DeleteShot(std::int32_t code, const std::string& path) {
 
 bool RenameShot(std::int32_t code, std::string& path) {
     if (IsDefaultShot(path)) return Refuse(LoadMessage(msg::kDefaultRename));
-    const core::Change change(msg::kDoingRenameShot, core::kArchiveFolder, code);
+    const core::Change change(msg::kDoingRenameShot, LocksOfShots(code), code);
     if (!change || !IsThere(path)) return false;
     const core::LevelPlace& level = change.Level();
     const std::optional<std::string> typed =
@@ -164,7 +166,9 @@ bool RenameShot(std::int32_t code, std::string& path) {
     const std::string renamed = NamedShotPath(level, *typed, ExtensionOf(path));
     if (renamed.empty()) return Refuse(LoadMessage(msg::kShotBadName) + *typed);
     if (renamed == path) return true;
-    const bool replaces = FileExists(renamed) && !IsSamePlace(path, renamed);
+    const bool replaces = EqualNoCase(path, renamed) ? HasExactly(renamed) : FileExists(renamed);
+    // A link would take the place of what it leads to.
+    if (replaces && IsSameShot(path, renamed)) return Refuse(LoadMessage(msg::kShotSameFile) + renamed);
     const std::int64_t replaced = replaces ? FileSize(renamed) : 0;
     if (replaces && !AskReplaceFile(path, renamed)) return false;
     if (!Rename(level, path, renamed)) {
@@ -178,7 +182,7 @@ bool RenameShot(std::int32_t code, std::string& path) {
 
 bool SaveShotAs(std::int32_t code, const std::string& path) {
     if (IsDefaultShot(path)) return Refuse(LoadMessage(msg::kDefaultSave));
-    const core::Change change(msg::kDoingSaveShot, core::kArchiveFolder, code);
+    const core::Change change(msg::kDoingSaveShot, LocksOfShots(code), code);
     if (!change || !IsThere(path)) return false;
     const std::optional<std::string> chosen =
         TheUser().SaveFile({LoadMessage(msg::kSaveShotTitle), LoadMessage(msg::kSaveShotFilter),
@@ -187,7 +191,7 @@ bool SaveShotAs(std::int32_t code, const std::string& path) {
     std::string target = *chosen;
     if (!IsShotName(target)) {
         target += ExtensionOf(path);
-        if (FileExists(target) && !IsSamePlace(path, target) && !AskReplaceFile(path, target)) return false;
+        if (FileExists(target) && !IsSameShot(path, target) && !AskReplaceFile(path, target)) return false;
     }
     if (WriteAs(change.Level(), path, target)) return true;
     TellCritical(LoadMessage(msg::kSaveShotFailed, {path}) + target);

@@ -6,6 +6,7 @@
 #include "companion/screenshots.h"
 #include "companion/shot_messages.h"
 #include "core/archive.h"
+#include "core/change.h"
 #include "foundation/clipboard_picture.h"
 #include "foundation/drives.h"
 #include "foundation/files.h"
@@ -60,6 +61,20 @@ bool IsShotName(std::string_view path) {
                        [&](const std::string& kind) { return EndsWithNoCase(path, kind); });
 }
 
+unsigned LocksOfShots(std::int32_t code) {
+    return core::kArchiveFolder | (code == 0 ? core::kHomeFolder : 0U);
+}
+
+bool HasExactly(const std::string& path) {
+    const std::vector<std::string> files = ListFiles(FolderOf(path), FileNameOf(path));
+    return std::find(files.begin(), files.end(), path) != files.end();
+}
+
+bool IsSameShot(const std::string& path, const std::string& other) {
+    const bool are_two = path != other && EqualNoCase(path, other) && HasExactly(path) && HasExactly(other);
+    return !are_two && IsSamePlace(path, other);
+}
+
 std::optional<swap::Picture> ReadShot(std::string_view path) {
     if (FileSize(path) > static_cast<std::int64_t>(swap::kMaxPictureBytes)) return std::nullopt;
     const std::optional<std::string> bytes = ReadFileStart(path, swap::kMaxPictureBytes);
@@ -87,7 +102,7 @@ bool StoreShot(const trle_state::LevelPlace& level, const std::string& path, std
 }
 
 bool CopyShot(const trle_state::LevelPlace& level, const std::string& source, const std::string& path) {
-    if (IsSamePlace(source, path)) return true;
+    if (IsSameShot(source, path)) return true;
     if (!MakeFolder(level, path)) return false;
     const std::string partial = PartialBeside(path);
     return PutInPlace(level, partial, path, CopyFile(source, partial) && FlushFile(partial));

@@ -19,6 +19,16 @@ bool IsDefaultShot(std::string_view path);
 // True for the names that a level's pictures have: .jpg and .bmp.
 bool IsShotName(std::string_view path);
 
+// What a change of a level's pictures locks: those of the original configuration lie in the application's
+// folder.
+unsigned LocksOfShots(std::int32_t code);
+
+// True for two paths that lead to one file. Names that differ by case alone may be two files of a disk that
+// has regard to it.
+bool IsSameShot(const std::string& path, const std::string& other);
+// True if a file has that very name, in this case.
+bool HasExactly(const std::string& path);
+
 // Nothing for a file that can't be read, isn't whole, or claims more than memory should hold.
 std::optional<swap::Picture> ReadShot(std::string_view path);
 // The same; tells the failure.

@@ -9,14 +9,18 @@
 
 namespace kelvash::companion {
 
-bool MailScreenshot(std::int32_t code, const std::string& path, const SendShot& send) {
+Mail ScreenshotMail(std::int32_t code, const std::string& path) {
+    return {.Subject = LoadMessageOfOthers(msg::kMailSubject, {FileNameOf(path)}) + core::PlaceOf(code).Name,
+            .Text = LoadMessage(msg::kMailText),
+            .Attachments = {path}};
+}
+
+bool MailScreenshot(std::int32_t code, const std::string& path) {
     if (IsDefaultShot(path) || !FileExists(path)) {
         ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kMailNoShot));
         return false;
     }
-    if (send({LoadMessage(msg::kMailSubject, {FileNameOf(path)}) + core::PlaceOf(code).Name,
-              LoadMessage(msg::kMailText), path}))
-        return true;
+    if (SendMail(ScreenshotMail(code, path))) return true;
     TellCritical(LoadMessage(msg::kMailShotFailed));
     return false;
 }

@@ -9,12 +9,10 @@
 #include "foundation/messages.h"
 #include "foundation/place_file.h"
 #include "swap/savegame_files.h"
-#include "trle_state/file_stamp.h"
 
 namespace kelvash::companion {
 
 using swap::SavegameFile;
-using trle_state::HoldSameBytes;
 
 namespace {
 
@@ -61,9 +59,7 @@ void RemoveCopies(const std::string& staging, std::string_view slots) {
     const std::vector<SavegameFile> there = swap::ListSavegameFiles(slots);
     for (const SavegameFile& copy : swap::ListSavegameFiles(staging))
         for (const SavegameFile& save : there) {
-            const bool is_copy = HoldSameBytes(copy.Path, save.Path) &&
-                                 (copy.Note.empty() || HoldSameBytes(copy.Note, save.Note));
-            if (!is_copy) continue;
+            if (!swap::IsHeldBy(copy, save)) continue;
             static_cast<void>(swap::LeavePair(copy)); // one that stays is an archived one
             break;
         }

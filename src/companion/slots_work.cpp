@@ -1,6 +1,7 @@
 #include "companion/slots_work.h"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 
 #include "companion/savegames.h"
@@ -22,7 +23,6 @@
 namespace kelvash::companion {
 
 using swap::SavegameFile;
-using trle_state::HoldSameBytes;
 
 void TellOutcome(const SlotsOutcome& outcome) {
     if (!outcome.Message.text.empty()) TellCritical(outcome.Message);
@@ -91,6 +91,29 @@ bool SlotsWork::Has(const std::string& savegame, const trle_state::FileStamp& se
     return is_same;
 }
 
+trle_state::FileStamp StampWithHash(const std::string& savegame) {
+    trle_state::FileStamp stamp = trle_state::StampOf(savegame);
+    stamp.Hash = trle_state::HashOfFile(savegame);
+    return stamp;
+}
+
+namespace {
+
+bool CanBeRead(const std::string& file) {
+    return ReadFileStart(file, 1).has_value();
+}
+
+} // namespace
+
+std::vector<NumberedSave> TakeUnreadable(std::vector<NumberedSave>& saves) {
+    const auto first = std::stable_partition(
+        saves.begin(), saves.end(), [](const NumberedSave& save) { return CanBeRead(save.File.Path); });
+    std::vector<NumberedSave> unreadable(std::make_move_iterator(first),
+                                         std::make_move_iterator(saves.end()));
+    saves.erase(first, saves.end());
+    return unreadable;
+}
+
 std::vector<NumberedSave> NumberedSaves(std::string_view folder) {
     std::vector<NumberedSave> saves;
     for (SavegameFile& file : swap::ListSavegameFiles(folder)) {
@@ -107,7 +130,11 @@ void SortAscending(std::vector<NumberedSave>& saves) {
 }
 
 std::int32_t UsableSlot(const SlotsWork& work, std::int32_t from) {
-    while (swap::IsBlocked(work.Slots(), from))
+    const auto is_blocked = [&work](std::int32_t slot) {
+        const std::string path = swap::SavegamePath(work.Slots(), slot);
+        return swap::IsBlocked(work.Slots(), slot) || (FileExists(path) && !CanBeRead(path));
+    };
+    while (is_blocked(from))
         ++from;
     return from;
 }
@@ -140,13 +167,6 @@ bool TakeIn(const Mover& mover) {
     const SavegameFile& save = mover.Entry->File;
     return PlaceFileNew(save.Path, mover.In.Path) &&
            (save.Note.empty() || PlaceFileNew(save.Note, mover.In.Note));
-}
-
-// The game may have written it since it was taken in.
-bool IsAsTakenIn(const Mover& mover) {
-    const SavegameFile& save = mover.Entry->File;
-    return HoldSameBytes(save.Path, mover.In.Path) &&
-           (save.Note.empty() || HoldSameBytes(save.Note, mover.In.Note));
 }
 
 // All of them are still in the slots.
@@ -193,7 +213,7 @@ SlotsOutcome ComeBack(SlotsResult result, MessageText told) {
 SlotsOutcome LeaveAll(const std::vector<Mover>& movers) {
     for (const Mover& mover : movers) {
         const std::string& path = mover.Entry->File.Path;
-        if (!IsAsTakenIn(mover)) {
+        if (!swap::IsHeldBy(mover.Entry->File, mover.In)) { // the game has written it since
             if (FileExists(path)) static_cast<void>(swap::LeavePair(mover.In));
             return {SlotsResult::Busy, 0, LoadMessage(msg::kSlotsChanging) + path};
         }
@@ -212,8 +232,7 @@ bool PutBack(const SlotsWork& work, const std::vector<Mover>& movers) {
             continue;
         placed.push_back(&mover);
         mover.Entry->Slot = slot;
-        mover.Entry->File.Path = swap::SavegamePath(work.Slots(), slot);
-        if (!mover.In.Note.empty()) mover.Entry->File.Note = swap::NotePath(work.Slots(), slot);
+        mover.Entry->File = swap::PairAt(work.Slots(), slot, !mover.In.Note.empty());
     }
     const bool stand = FlushFolder(work.Slots());
     return std::all_of(placed.begin(), placed.end(),
@@ -246,6 +265,7 @@ SlotsOutcome Untouched(SlotsOutcome outcome) {
 
 SlotsOutcome Compact(const SlotsWork& work) {
     std::vector<NumberedSave> saves = NumberedSaves(work.Slots());
+    static_cast<void>(TakeUnreadable(saves)); // these stay
     SortAscending(saves);
     std::vector<Renumbering> list;
     std::int32_t slot = 0;

@@ -49,15 +49,21 @@ class SlotsWork {
     bool is_open_ = false;
 };
 
+// What a savegame is before somebody is asked about it, for Has: its bytes tell it from another one.
+trle_state::FileStamp StampWithHash(const std::string& savegame);
+
 // A savegame with the running number that the game gave it.
 struct NumberedSave {
     swap::SavegameFile File;
     std::int32_t Number = 0;
 };
+// Takes those that can't be read out of a list, and gives them: nobody can copy them, so they stay where they
+// are.
+std::vector<NumberedSave> TakeUnreadable(std::vector<NumberedSave>& saves);
 std::vector<NumberedSave> NumberedSaves(std::string_view folder);
 // In the order of the running numbers; equal ones stay as they stand.
 void SortAscending(std::vector<NumberedSave>& saves);
-// The lowest slot from `from` on whose names no folder and no dead link has.
+// The lowest slot from `from` on whose names no folder, no dead link and no unreadable savegame has.
 std::int32_t UsableSlot(const SlotsWork& work, std::int32_t from);
 
 // A savegame of the slots and the number that it gets there.
@@ -71,7 +77,7 @@ struct Renumbering {
 SlotsOutcome Renumber(const SlotsWork& work, std::vector<Renumbering>& list);
 // For one that is an operation's first step: tells of what has changed nothing that it hasn't.
 SlotsOutcome Untouched(SlotsOutcome outcome);
-// All of the slots from 0 on, in the order of their running numbers.
+// All of the slots that can be read from 0 on, in the order of their running numbers.
 SlotsOutcome Compact(const SlotsWork& work);
 
 } // namespace kelvash::companion

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <fstream>
 #include <memory>
+#include <tuple>
 
 #include "foundation/drives.h"
 #include "foundation/guarded_folders.h"
@@ -62,15 +63,35 @@ bool IsFile(const fs::directory_entry& entry) {
     return entry.is_regular_file(error);
 }
 
-void ScanFolder(const std::string& folder, Tree& tree) {
-    const std::vector<std::string> files = ListFiles(folder, "*");
-    tree.files.insert(tree.files.end(), files.begin(), files.end());
-    const std::vector<std::string> folders = ListFolders(folder);
-    tree.folders.insert(tree.folders.end(), folders.begin(), folders.end());
-    for (const std::string& sub_folder : folders) {
-        std::error_code error;
-        if (!fs::is_symlink(NativePath(sub_folder), error)) ScanFolder(sub_folder, tree);
+// A folder is read once for both kinds, and found by its native path: a level may have hundreds.
+void ScanFolder(const std::string& folder, const fs::path& native, Tree& tree) {
+    struct Named {
+        std::string folded, name;
+        fs::path native; // of a folder to go on in
+        bool operator<(const Named& other) const {
+            return std::tie(folded, name) < std::tie(other.folded, other.name);
+        }
+    };
+    std::vector<Named> files, folders;
+    std::error_code error;
+    for (fs::directory_iterator at(native, error), end; !error && at != end; at.increment(error)) {
+        PumpNowAndThen();
+        std::string name = SpeakableName(*at);
+        std::error_code unknown;
+        if (name.empty()) continue;
+        if (at->is_directory(unknown))
+            folders.push_back({FoldCase(name), name, at->is_symlink(unknown) ? fs::path() : at->path()});
+        else if (IsFile(*at))
+            files.push_back({FoldCase(name), std::move(name), {}});
     }
+    std::sort(files.begin(), files.end());
+    std::sort(folders.begin(), folders.end());
+    for (const Named& file : files)
+        tree.files.push_back(folder + "\\" + file.name);
+    for (const Named& sub_folder : folders)
+        tree.folders.push_back(folder + "\\" + sub_folder.name);
+    for (const Named& sub_folder : folders)
+        if (!sub_folder.native.empty()) ScanFolder(folder + "\\" + sub_folder.name, sub_folder.native, tree);
 }
 
 // The system takes what a disk can't at once only after a while.
@@ -306,7 +327,7 @@ bool RemoveEmptyFolder(std::string_view path) {
 
 Tree ScanTree(std::string_view root) {
     Tree tree;
-    ScanFolder(std::string(root), tree);
+    ScanFolder(std::string(root), NativePath(root), tree);
     return tree;
 }
 

@@ -13,7 +13,6 @@
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
-#include "foundation/files.h"
 #include "foundation/state.h"
 #include "trle_state/marker.h"
 #include "trle_state/swap_record.h"
@@ -69,8 +68,6 @@ Looks LookAtLevel() {
          {level.Folder, core::FilesFolder(level.Folder), core::SavegamesFolder(level.Folder),
           core::StashFolder(level.Folder), core::ScreenshotsFolder(level.Folder)})
         paths.push_back(folder);
-    const std::vector<std::string> archivings = ListFolders(core::SavegamesFolder(level.Folder));
-    paths.insert(paths.end(), archivings.begin(), archivings.end());
     return LookAtAll(paths);
 }
 

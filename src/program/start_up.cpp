@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "companion/settings.h"
 #include "core/archive.h"
 #include "core/change.h"
 #include "core/level_list.h"
@@ -63,8 +64,10 @@ bool TakeProfile() {
     core::profile.TimerTenths = std::clamp(core::profile.TimerTenths, 1, kMostTimerTenths);
     core::session.TimerInterval = core::profile.TimerTenths * 100;
     JoystickState joystick;
-    if (core::profile.EnableJoystick && !TheDesktop().ReadJoystick(core::profile.JoystickId, joystick))
-        core::profile.EnableJoystick = false;
+    if (core::profile.EnableJoystick) {
+        core::profile.EnableJoystick = TheDesktop().ReadJoystick(core::profile.JoystickId, joystick);
+        if (core::profile.EnableJoystick) companion::joystick_rest = {joystick.x, joystick.y};
+    }
     return true;
 }
 

@@ -99,6 +99,15 @@ std::vector<std::string> ListLoneNotes(std::string_view folder) {
     return notes;
 }
 
+SavegameFile PairAt(std::string_view folder, std::int32_t number, bool has_note) {
+    return {SavegamePath(folder, number), has_note ? NotePath(folder, number) : std::string()};
+}
+
+bool IsHeldBy(const SavegameFile& save, const SavegameFile& other) {
+    return HoldSameBytes(save.Path, other.Path) &&
+           (save.Note.empty() || HoldSameBytes(save.Note, other.Note));
+}
+
 bool IsBlocked(std::string_view folder, std::int32_t number) {
     for (const std::string& path : {SavegamePath(folder, number), NotePath(folder, number)})
         if (AnythingStands(path) && !FileExists(path)) return true;

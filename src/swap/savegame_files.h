@@ -30,6 +30,11 @@ bool OwnsItsNote(std::string_view path);
 // Notes whose savegame isn't there, as full paths.
 std::vector<std::string> ListLoneNotes(std::string_view folder);
 
+// The savegame that a number of a folder stands for, with its note if it is to have one.
+SavegameFile PairAt(std::string_view folder, std::int32_t number, bool has_note);
+// True if another one holds the same bytes, and the same note where this one has any.
+bool IsHeldBy(const SavegameFile& save, const SavegameFile& other);
+
 // True for a number under whose names something stands that is no file: a folder, a link that leads nowhere.
 bool IsBlocked(std::string_view folder, std::int32_t number);
 // The lowest number from `from` on, and behind the highest from 0 on, under which nothing stands, a note

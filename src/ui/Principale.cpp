@@ -50,7 +50,7 @@ Principale::Principale(FormsUser& user) : menu_(menuBar(), this, MenuCommands(*t
     setObjectName(QStringLiteral("Principale"));
     setAcceptDrops(true);
     LettersLast({Pul_Author, Pul_List, Pul_Tiles, Pul_NewArchive, Pul_LoadArchive, Pul_AddLevel, Pul_ShowAll,
-                 Pul_ChooseTrle, Pul_AddShots, Pul_PlayNow});
+                 Pul_ChooseTrle, Pul_AddShots, Pul_PlayNow, Pul_ImportFirst});
     Set_Caption_Texts();
     Lay();
     shots_ = new ScreenshotPanel(*this);

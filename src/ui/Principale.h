@@ -119,6 +119,7 @@ class Principale final : public QMainWindow {
     QWidget* const Page_SaveGames = Make<QWidget>(this, "Page_SaveGames");
     EmptyState* const Empty_SaveGames = Make<EmptyState>(this, "Empty_SaveGames");
     QPushButton* const Pul_PlayNow = Make<QPushButton>(this, "Pul_PlayNow");
+    QPushButton* const Pul_ImportFirst = Make<QPushButton>(this, "Pul_ImportFirst");
     QLabel* const Label_SaveGameTomb = Make<QLabel>(this, "Label_SaveGameTomb");
     QListWidget* const List_SaveGameTomb = Make<QListWidget>(this, "List_SaveGameTomb");
     QLabel* const Label_SaveGameArchiviati = Make<QLabel>(this, "Label_SaveGameArchiviati");

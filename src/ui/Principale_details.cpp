@@ -23,7 +23,7 @@ void Principale::AggiornaDatiLivello(bool keep_image) {
     const program::LevelView shown = view.value_or(program::LevelView());
     if (view) levels_->Renew(view->Code);
     shots_->ShowLevel(shown, keep_image);
-    savegames_->Show(shown);
+    savegames_->RefreshSavegameLists(shown);
     Label_InfoLevel->SetLine(core::ArchiveIsOpen() ? ShownLine(shown.Note)
                                                    : Caption(msg::kMainNoArchiveNote));
     Label_InfoDir->SetLine(ShownLine(shown.Place));
@@ -83,7 +83,7 @@ void Principale::ShowEmptiness(const program::LevelView* level) {
     Empty_Shots->Say(Glyph::Camera, Caption(msg::kMainNoShots), {Pul_AddShots});
     Empty_SaveGames->StandFor(Page_SaveGames,
                               level->SlotSavegames.empty() && level->ArchivedSavegames.empty());
-    Empty_SaveGames->Say(Glyph::Savegames, Caption(msg::kMainNoSaves), {Pul_PlayNow});
+    Empty_SaveGames->Say(Glyph::Savegames, Caption(msg::kMainNoSaves), {Pul_PlayNow, Pul_ImportFirst});
 }
 
 // The splitter would divide the room anew when the side comes back.

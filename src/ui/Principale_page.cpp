@@ -76,6 +76,7 @@ void Principale::LayEmptyStates() {
     connect(Pul_ShowAll, &QPushButton::clicked, Text_Search, &QLineEdit::clear);
     Empty_SaveGames->Add(Pul_PlayNow);
     connect(Pul_PlayNow, &QPushButton::clicked, Pul_Play, &QPushButton::click);
+    add(Empty_SaveGames, Pul_ImportFirst, MenuEntry::mnu_ImportSaveGameSingle);
     Empty_Trle->Add(Pul_ChooseTrle);
     connect(Pul_ChooseTrle, &QPushButton::clicked, this, [this] {
         door_.Try([] {

@@ -178,6 +178,7 @@ std::optional<std::string> FormsUser::Input(const std::string& title, const Mess
         label->setTextFormat(Qt::PlainText); // as in a box
     dialog.setTextValue(ShownLine(initial));
     if (AsksPassword(text.id)) dialog.setTextEchoMode(QLineEdit::Password);
+    dialog.setMinimumWidth(dialog.fontMetrics().averageCharWidth() * 56); // a file's name has room
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
     return ToUtf8(dialog.textValue());
 }
@@ -240,7 +241,7 @@ std::optional<std::string> FormsUser::SaveFile(const FileDialog& dialog) {
     const std::vector<std::string> parts = Split(dialog.filter, '|');
     const std::string extension =
         parts.size() > 1 ? ExtensionOf(Split(parts[1], ';').front()) : std::string();
-    if (!extension.empty()) window.setDefaultSuffix(FromUtf8(extension.substr(1)));
+    if (!extension.empty() && extension != ".*") window.setDefaultSuffix(FromUtf8(extension.substr(1)));
     SelectKindOf(window, dialog.name);
     connect(&window, &QFileDialog::filterSelected, &window,
             [&window](const QString& filter) { TakeKind(window, filter); });

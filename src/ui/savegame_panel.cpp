@@ -94,7 +94,7 @@ void SavegamePanel::ConnectControls() {
     window_.Image_SaveGame->installEventFilter(this);
 }
 
-void SavegamePanel::Show(const program::LevelView& level) {
+void SavegamePanel::RefreshSavegameLists(const program::LevelView& level) {
     slots_ = level.SlotSavegames;
     archived_ = level.ArchivedSavegames;
     screenshots_ = level.Screenshots;
@@ -103,7 +103,7 @@ void SavegamePanel::Show(const program::LevelView& level) {
     Fill(window_.List_SaveGameTomb, slots_,
          [this](std::size_t i) { return companion::SavegameSlotNumber(slots_[i]); });
     Fill(window_.List_SaveGameArchiviati, archived_, [](std::size_t i) { return static_cast<int>(i); });
-    ShowDetails();
+    ShowSavegameDetails();
 }
 
 SavegamePanel::Eye SavegamePanel::TakeEye() const {
@@ -135,7 +135,7 @@ void SavegamePanel::TakeChoice(QListWidget* chosen, QListWidget* other) {
         const QSignalBlocker quiet(other);
         other->clearSelection();
     }
-    ShowDetails();
+    ShowSavegameDetails();
 }
 
 SavegamePanel::Selected SavegamePanel::GetSelectedSavegame() const {
@@ -160,7 +160,7 @@ void SavegamePanel::ShowDefaultImage() {
                                      Caption(msg::kSavesNoImage));
 }
 
-void SavegamePanel::ShowDetails() {
+void SavegamePanel::ShowSavegameDetails() {
     const int archived = ChosenRow(window_.List_SaveGameArchiviati);
     const int slot = ChosenRow(window_.List_SaveGameTomb);
     if (archived < 0 && slot < 0) {
@@ -202,25 +202,21 @@ void SavegamePanel::Archive() {
     TellOutcome(outcome);
 }
 
-void SavegamePanel::BackupSavegame() {
-    const SlotsOutcome outcome =
-        companion::ArchiveSlots(core::SelectedLevel(), companion::kGameSlots, Asker::User);
+void SavegamePanel::TellEnd(const SlotsOutcome& outcome, MessageId done, MessageId nothing) {
     Refresh();
     TellOutcome(outcome);
-    if (outcome.Result == SlotsResult::Done)
-        ShowMessage(MessageStyle::Plain, LoadMessage(msg::kPanelArchived));
-    if (outcome.Result == SlotsResult::Nothing)
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kPanelNothingArchived));
+    if (outcome.Result == SlotsResult::Done) ShowMessage(MessageStyle::Plain, LoadMessage(done));
+    if (outcome.Result == SlotsResult::Nothing) ShowMessage(MessageStyle::Exclamation, LoadMessage(nothing));
+}
+
+void SavegamePanel::BackupSavegame() {
+    TellEnd(companion::ArchiveSlots(core::SelectedLevel(), companion::kGameSlots, Asker::User),
+            msg::kPanelArchived, msg::kPanelNothingArchived);
 }
 
 void SavegamePanel::RestoreSavegames() {
-    const SlotsOutcome outcome = companion::RestoreLastSlot(core::SelectedLevel(), Asker::User);
-    Refresh();
-    TellOutcome(outcome);
-    if (outcome.Result == SlotsResult::Done)
-        ShowMessage(MessageStyle::Plain, LoadMessage(msg::kPanelRestored));
-    if (outcome.Result == SlotsResult::Nothing)
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kPanelNothingRestored));
+    TellEnd(companion::RestoreLastSlot(core::SelectedLevel(), Asker::User), msg::kPanelRestored,
+            msg::kPanelNothingRestored);
 }
 
 void SavegamePanel::RestoreToSlots() {
@@ -294,7 +290,7 @@ void SavegamePanel::ChooseImage() {
     const Selected selected = GetSelectedSavegame();
     if (selected.path.empty() || !companion::ChooseLinkedImage(core::SelectedLevel(), selected.path)) return;
     images_.reset(); // their dates are others now
-    ShowDetails();
+    ShowSavegameDetails();
 }
 
 void SavegamePanel::EditNote() {
@@ -306,26 +302,27 @@ void SavegamePanel::EditNote() {
     bool written = false;
     while (!written && form.exec() == QDialog::Accepted) // a refusal leaves what was typed
         written = companion::WriteNote(selected.path, form.Testo, seen);
-    if (written) ShowDetails();
+    ShowSavegameDetails(); // what others have written too
     window_.List_SaveGameArchiviati->setFocus();
 }
 
-void SavegamePanel::FindNote() {
+std::optional<std::size_t> SavegamePanel::ChosenArchived() const {
     const int row = ChosenRow(window_.List_SaveGameArchiviati);
-    const std::optional<std::size_t> selected = row < 0 ? std::nullopt : std::optional<std::size_t>(row);
-    const std::optional<std::size_t> found = companion::FindSavegameNote(archived_, selected);
+    return row < 0 ? std::nullopt : std::optional<std::size_t>(row);
+}
+
+void SavegamePanel::ShowFound(std::optional<std::size_t> found) {
     if (!found) return;
     window_.ShowPanel(false);
     Choose(static_cast<int>(*found));
 }
 
+void SavegamePanel::FindNote() {
+    ShowFound(companion::FindSavegameNote(archived_, ChosenArchived()));
+}
+
 void SavegamePanel::FindAgain(companion::SearchWay way) {
-    const int row = ChosenRow(window_.List_SaveGameArchiviati);
-    const std::optional<std::size_t> selected = row < 0 ? std::nullopt : std::optional<std::size_t>(row);
-    const std::optional<std::size_t> found = companion::FindSavegameAgain(archived_, selected, way);
-    if (!found) return;
-    window_.ShowPanel(false);
-    Choose(static_cast<int>(*found));
+    ShowFound(companion::FindSavegameAgain(archived_, ChosenArchived(), way));
 }
 
 bool SavegamePanel::eventFilter(QObject* watched, QEvent* event) {

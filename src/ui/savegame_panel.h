@@ -32,7 +32,7 @@ class SavegamePanel final : public QObject {
 
     // Fills the lists with the savegames of a level, in the order in which they were found. The choice is
     // gone then.
-    void Show(const program::LevelView& level);
+    void RefreshSavegameLists(const program::LevelView& level);
 
     // Where the eye is in the lists, for lists that are filled anew because others have changed something:
     // the choice comes back as long as it is the same savegame.
@@ -81,14 +81,17 @@ class SavegamePanel final : public QObject {
 
   private:
     void ConnectControls();
-    void ShowDetails();
+    void ShowSavegameDetails();
     void ShowDefaultImage();
     void TakeChoice(QListWidget* chosen, QListWidget* other);
     // Where the choice is; -1 without one.
     static int ChosenRow(const QListWidget* list);
+    std::optional<std::size_t> ChosenArchived() const;
     void Choose(int archived_row);
+    void ShowFound(std::optional<std::size_t> found);
     // What is to be shown and told behind a command; the archived savegame at that row is chosen again.
     void Refresh(int archived_row = -1);
+    void TellEnd(const companion::SlotsOutcome& outcome, MessageId done, MessageId nothing);
     void List(companion::ListPurpose purpose, const std::string& folder);
     bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -11,7 +11,6 @@
 #include "companion/shot_mail.h"
 #include "core/level_list.h"
 #include "foundation/files.h"
-#include "foundation/mail.h"
 #include "program/level_view.h"
 #include "ui/Dialog_Resize.h"
 #include "ui/Dialog_ScreenShot.h"
@@ -221,11 +220,8 @@ void ScreenshotPanel::Save() {
 }
 
 void ScreenshotPanel::Mail() const {
-    const auto send = [](const companion::ShotMail& mail) {
-        return SendMail({.Subject = mail.Subject, .Text = mail.Text, .Attachments = {mail.Attachment}});
-    };
     // It has told what failed.
-    static_cast<void>(companion::MailScreenshot(core::SelectedLevel(), pages_.SelectedImage(), send));
+    static_cast<void>(companion::MailScreenshot(core::SelectedLevel(), pages_.SelectedImage()));
 }
 
 void ScreenshotPanel::Zoom() const {

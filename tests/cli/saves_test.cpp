@@ -253,7 +253,7 @@ TEST_F(SavesCommands, OnlySavegamesAreImportedAndNoneOfTheSlots) {
                 HasSubstr("Only a file called savegame.N can be imported: C:\\\\in\\\\picture.bmp"));
     run = Json({"saves", "import", "1", "backup_savegames\\savegame.1"});
     EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.Output(), HasSubstr("You must select a savegame from [Old Recorded Savegames] list"));
+    EXPECT_THAT(run.Output(), HasSubstr("Nothing has been copied. This savegame is in the slots already: "));
     run = Json({"saves", "to-slots", "1", "backup_savegames\\savegame.1"});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(Result(run)["slots"].size(), 3U);

@@ -37,6 +37,8 @@ TEST(BlackTest, OverlooksALineOffTheCentreThatMissesTheCross) {
     for (std::uint32_t y = 0; y < 7; ++y)
         if (y != 3) line.Pixels[(std::size_t{y} * 9 + 2) * 3] = '\xFF';
     EXPECT_FALSE(IsImageNotBlack(line));
+    line.Pixels[(std::size_t{3} * 9 + 2) * 3] = '\xFF'; // a whole one crosses the middle row
+    EXPECT_TRUE(IsImageNotBlack(line));
 }
 
 } // namespace

@@ -31,13 +31,32 @@ std::vector<int> ValuesOf(const swap::Picture& picture) {
 
 class ResizeShot : public ShotsHome {
   protected:
-    bool Save(const std::string& target) {
+    bool Save(const std::string& target, int quality = 90) {
         user.WillAnswer("Save resized scree-shot", target);
-        return SaveResized(1, PathOf("a.bmp"), Grey(2, 1, {0, 255}), 90,
+        return SaveResized(1, PathOf("a.bmp"), Noise(), quality,
                            [this](const std::string& text) { copied = text; });
+    }
+    static swap::Picture Noise() {
+        swap::Picture picture{64, 64, {}};
+        for (int i = 0; i < 64 * 64 * 3; ++i)
+            picture.Pixels += static_cast<char>(i * i * 7919 >> 5);
+        return picture;
     }
     std::string copied;
 };
+
+TEST_F(ResizeShot, SavesInTheQualityThatIsChosen) {
+    Take("a.bmp");
+    std::vector<std::int64_t> sizes;
+    for (const ShotQuality& quality : companion::ShotQualities()) {
+        const std::string target = "C:\\quality" + std::to_string(quality.Value) + ".jpg";
+        EXPECT_TRUE(Save(target, quality.Value));
+        sizes.push_back(FileSize(target));
+    }
+    for (std::size_t i = 1; i < sizes.size(); ++i)
+        EXPECT_LT(sizes[i], sizes[i - 1]) << i;
+    user.Forget();
+}
 
 TEST(PictureScaling, KeepsAPictureOfTheSameSize) {
     EXPECT_THAT(ValuesOf(Stretched(Grey(3, 1, {0, 100, 255}), 3, 1)), ElementsAre(0, 100, 255));
@@ -94,7 +113,7 @@ TEST_F(ResizeShot, RefusesTheDefaultPictureAndWhatIsNone) {
 TEST_F(ResizeShot, SavesAJpegAndCopiesItsPath) {
     Take("a.bmp", kRedBlue, 5000);
     EXPECT_TRUE(Save(PathOf("small.jpg")));
-    EXPECT_EQ(user.last_start, PathOf("a.jpg"));
+    EXPECT_EQ(user.last_start, "\\a.jpg"); // in its own folder it could be the original
     EXPECT_EQ(user.last_filter, "Jpeg Images (*.jpg)|*.jpg|Bitmap Images (*.bmp)|*.bmp");
     EXPECT_EQ(BytesOf(folder / "small.jpg").substr(0, 2), "\xFF\xD8");
     EXPECT_EQ(DateOf("small.jpg"), 5000);
@@ -108,7 +127,7 @@ TEST_F(ResizeShot, SavesAJpegAndCopiesItsPath) {
 TEST_F(ResizeShot, SavesABitmap) {
     Take("a.bmp");
     EXPECT_TRUE(Save("C:\\small.bmp"));
-    EXPECT_EQ(BytesOf(drive / "small.bmp").substr(54), std::string("\0\0\0\xFF\xFF\xFF\0\0", 8));
+    EXPECT_EQ(BytesOf(drive / "small.bmp").size(), 54U + 64 * 64 * 3);
     EXPECT_EQ(Counted(), 62);
     user.Forget();
 }

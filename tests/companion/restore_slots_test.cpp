@@ -166,6 +166,15 @@ TEST_F(Restoring, ActsOnTrleWhereTheLevelIsIn) {
     EXPECT_FALSE(Exists(trle / "savegame.3"));
 }
 
+TEST_F(Restoring, OfNothingIsNothing) {
+    for (int slot = 0; slot < 14; ++slot)
+        PutSlot(slot, slot + 1);
+    std::filesystem::create_directories(Slots() / "savegame.14");
+    PutArchived(1, 0, 50);
+    EXPECT_EQ(RestoreLast(), SlotsResult::Nothing);
+    EXPECT_TRUE(Exists(Archived() / "slot1/savegame.0"));
+}
+
 class ToSlots : public Restoring {
   protected:
     SlotsOutcome Copy(const std::string& path) { return RestoreToSlots(1, path); }

@@ -86,9 +86,10 @@ TEST_F(SavegameNotes, OfAnOddlyNamedArchivedOneAreItsOwn) {
 TEST_F(SavegameNotes, ThatCannotBeWrittenStayAsTheyWere) {
     std::filesystem::create_directories(Slots() / "note3.txt");
     EXPECT_FALSE(WriteNote(save, "new"));
-    EXPECT_THAT(user.Told(),
-                ElementsAre("critical: The description could not be saved. The old one stays in: "
-                            "C:\\Levels\\LEVEL_0001\\backup_savegames\\note3.txt"));
+    EXPECT_THAT(
+        user.Told(),
+        ElementsAre("critical: The description could not be saved. There is no room, or I cannot write: "
+                    "C:\\Levels\\LEVEL_0001\\backup_savegames\\note3.txt"));
 }
 
 class NoteSearch : public test::SavegameHome {

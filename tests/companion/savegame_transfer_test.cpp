@@ -80,14 +80,16 @@ TEST_F(Importing, FifteenIntoEmptySlotsFit) {
 }
 
 TEST_F(Importing, TellsWhatIsDone) {
-    std::vector<std::string> files = Files(1);
-    files.push_back("C:\\gone\\savegame.1");
+    std::vector<std::string> files = Files(2);
+    files.insert(files.begin(), "C:\\gone\\savegame.1");
+    files.push_back("C:\\gone\\savegame.2");
     const SlotsOutcome outcome = ImportSavegames(1, files);
     EXPECT_EQ(outcome.Result, SlotsResult::Partly);
-    EXPECT_EQ(outcome.Count, 1);
-    EXPECT_EQ(
-        outcome.Message,
-        "Not all savegames have been imported. There is no room, or I cannot read: C:\\gone\\savegame.1");
+    EXPECT_EQ(outcome.Count, 2);
+    EXPECT_EQ(outcome.Message,
+              "These savegames have not been imported. There is no room, or I cannot read:"
+              "\r\nC:\\gone\\savegame.1\r\nC:\\gone\\savegame.2");
+    EXPECT_EQ(Contents(Slots()).size(), 2U);
 }
 
 class Exporting : public test::SavegameHome {

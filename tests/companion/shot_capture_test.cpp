@@ -6,6 +6,7 @@
 
 #include "companion/shot_files.h"
 #include "companion/shots_home.h"
+#include "companion/watched_level.h"
 #include "core/profile.h"
 
 namespace kelvash::test {
@@ -57,6 +58,18 @@ TEST_F(ShotCapture, StoresForALevelOfAnotherArchiveAndCountsNothing) {
     EXPECT_THAT(NamesIn(drive / "Other/LEVEL_0009/screenshots"), ElementsAre("1) Ruins.jpg"));
     EXPECT_EQ(Counted(), 0);
     EXPECT_EQ(core::archive.Header.SecondaryFolderSize, 0);
+}
+
+TEST_F(ShotCapture, FindsTheLevelOfTheOriginalConfiguration) {
+    ASSERT_TRUE(companion::LevelInTrle().has_value());
+    EXPECT_EQ(companion::LevelInTrle()->Code, 0);
+    core::CloseArchive(); // it has its folder without one
+    const std::optional<core::LevelPlace> level = companion::LevelInTrle();
+    ASSERT_TRUE(level);
+    const CaptureOutcome outcome = CaptureShot(*level, kPicture);
+    EXPECT_EQ(outcome.End, CaptureEnd::Saved) << outcome.Message.text;
+    EXPECT_EQ(outcome.Path.substr(0, outcome.Path.find(')')), "C:\\Kelvash\\LEVEL_0000\\screenshots\\1");
+    EXPECT_TRUE(FileExists(outcome.Path));
 }
 
 TEST_F(ShotCapture, SaysAfterwardsWhatCouldNotBeSaved) {

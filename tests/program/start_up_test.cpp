@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "companion/settings.h"
 #include "foundation/lock.h"
 #include "foundation/registration.h"
 #include "program/end.h"
@@ -183,9 +184,11 @@ TEST_F(StartUpTest, SwitchesAMissingJoystickOffForGood) {
 TEST_F(StartUpTest, KeepsAJoystickThatIsThere) {
     record.JoystickId = 1;
     LiveIn();
-    desktop.joysticks[1] = {};
+    desktop.joysticks[1] = {.x = 30000, .y = 36000};
     StartUp("");
     EXPECT_TRUE(core::profile.EnableJoystick);
+    EXPECT_EQ(companion::joystick_rest.X, 30000) << "where it stands at the start is its rest";
+    EXPECT_EQ(companion::joystick_rest.Y, 36000);
 }
 
 TEST_F(StartUpTest, DoesNotSwitchAJoystickOn) {

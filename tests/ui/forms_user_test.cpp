@@ -147,6 +147,11 @@ TEST_F(FormsUserPort, CompletesANameToSaveUnder) {
               "C:\\mine.old");
 }
 
+TEST_F(FormsUserPort, AddsNoExtensionWhereTheFilterTakesAny) {
+    robot.WillChooseFile("Save", drive / "mine");
+    EXPECT_EQ(forms.SaveFile({MessageText("Save"), "Savegames|savegame.*", "C:", "savegame.3"}), "C:\\mine");
+}
+
 // The filter says what kind of file a name stands for.
 TEST_F(FormsUserPort, NamesAFileByTheKindThatIsChosen) {
     const FileDialog dialog{MessageText("Save"), "Bitmaps (*.bmp)|*.bmp|Jpegs (*.jpg)|*.jpg", "C:", "a.jpg"};

@@ -33,6 +33,11 @@ TEST_F(PrincipaleEmpty, SaysWhatHelpsWhereThereIsNoSavegame) {
     EXPECT_FALSE(form.List_SaveGameTomb->isVisible());
     EXPECT_EQ(form.Empty_SaveGames->Sentence().toStdString(), "No savegames yet: save in the game");
     EXPECT_TRUE(form.Pul_PlayNow->isEnabled());
+    MakeFile(drive / "friend/savegame.4", "Tower,");
+    robot.WillChooseFile("Select savegame to import in current level", drive / "friend/savegame.4");
+    Press(&form, "Pul_ImportFirst");
+    EXPECT_FALSE(form.Empty_SaveGames->isVisible());
+    EXPECT_EQ(form.List_SaveGameTomb->count(), 1);
     core::SelectLevel(1);
     EXPECT_FALSE(form.Empty_SaveGames->isVisible());
     EXPECT_TRUE(form.List_SaveGameTomb->isVisible());

@@ -105,13 +105,12 @@ TEST_F(SavegamePanel, ShowsThePictureOfTheSameTime) {
 }
 
 TEST_F(SavegamePanel, ArchivesAndTheCountsFollow) {
-    EXPECT_THAT(Places(), HasSubstr("3"));
+    EXPECT_EQ(Places(), "Path: \"C:\\Levels\\LEVEL_0001\"  -  Screenshots: 0 - Savegames: 3 + 3");
     Press(&form, "Pul_ArchiviaSavegames");
     EXPECT_EQ(form.List_SaveGameTomb->count(), 1);
     EXPECT_EQ(form.List_SaveGameArchiviati->count(), 6);
     EXPECT_TRUE(robot.Seen().empty());
-    EXPECT_THAT(Places(), HasSubstr("1"));
-    EXPECT_THAT(Places(), HasSubstr("6"));
+    EXPECT_EQ(Places(), "Path: \"C:\\Levels\\LEVEL_0001\"  -  Screenshots: 0 - Savegames: 1 + 6");
 }
 
 TEST_F(SavegamePanel, TheMenuTellsThatItHasArchivedAndRestored) {
@@ -199,17 +198,17 @@ TEST_F(SavegamePanel, ADescriptionThatIsChangedMeanwhileStaysUnlessItMayGo) {
 TEST_F(SavegamePanel, TheChoiceStaysWhenOthersChangeTheLevel) {
     EXPECT_TRUE(core::WriteArchive("C:\\Kelvash\\test.kva"));
     form.Timer_Beside->setInterval(20);
-    Click(form.List_SaveGameArchiviati, 1);
+    Click(form.List_SaveGameTomb, 1);
     QTest::qWait(150);
-    ASSERT_TRUE(companion::WriteNote("C:\\Levels\\LEVEL_0001\\savegames\\slot1\\savegame.1", "the boiler"));
-    Put(Archived() / "savegame.7", 9);
-    WaitUntil([this] { return form.List_SaveGameArchiviati->count() == 4; });
+    ASSERT_TRUE(companion::WriteNote("C:\\Levels\\LEVEL_0001\\backup_savegames\\savegame.1", "the boiler"));
+    Put(StashPath(1) / "savegame.7", 9);
+    WaitUntil([this] { return form.List_SaveGameTomb->count() == 4; });
     EXPECT_EQ(form.Savegames().GetSelectedSavegame().index, 1);
     EXPECT_EQ(Note(), "the boiler");
-    Put(Archived() / "savegame.1", 11); // another one in its place
-    std::filesystem::remove(Archived() / "savegame.7");
-    WaitUntil([this] { return form.List_SaveGameArchiviati->count() == 3; });
-    EXPECT_TRUE(form.List_SaveGameArchiviati->selectedItems().isEmpty());
+    Put(StashPath(1) / "savegame.1", 11); // another one in its place
+    std::filesystem::remove(StashPath(1) / "savegame.7");
+    WaitUntil([this] { return form.List_SaveGameTomb->count() == 3; });
+    EXPECT_TRUE(form.List_SaveGameTomb->selectedItems().isEmpty());
     EXPECT_EQ(Note(), "");
 }
 
@@ -245,6 +244,33 @@ TEST_F(SavegamePanel, TellsWhatIsKnown) {
     Click(form.List_SaveGameArchiviati, 1);
     robot.WillPress("Description: \"C:\\Levels\\LEVEL_0001\\savegames\\slot1\\note1.txt\"", "OK");
     Choose(Entry::mnu_PropertySavegame);
+}
+
+TEST_F(SavegamePanel, SavesACopyUnderAnyName) {
+    Click(form.List_SaveGameArchiviati, 1);
+    robot.WillChooseFile("Save savegame", drive / "before boss");
+    Choose(Entry::mnu_SalvaSavegame);
+    EXPECT_EQ(BytesOf(drive / "before boss"), SaveBytes("Gate", 2));
+}
+
+TEST_F(SavegamePanel, LinksAnImageThatIsChosen) {
+    MakeFile(LevelPath(1) / "SCREENSHOTS/far.bmp", "no picture needed");
+    ASSERT_TRUE(SetFileDate("C:\\Levels\\LEVEL_0001\\screenshots\\far.bmp", 1000));
+    form.AggiornaDatiLivello(false);
+    Click(form.List_SaveGameTomb, 1);
+    EXPECT_EQ(form.Savegames().CurrentImage(), "");
+    robot.WillChooseFile("Choose image (screenshot) to link at current savegame",
+                         LevelPath(1) / "SCREENSHOTS/far.bmp");
+    Press(&form, "Pul_ChangeScreenshot");
+    EXPECT_THAT(form.Savegames().CurrentImage(), testing::EndsWith("far.bmp"));
+}
+
+TEST_F(SavegamePanel, ALevelWithoutSavegamesHasNoneToExportOrSend) {
+    core::SelectLevel(2);
+    for (const Entry entry : {Entry::mnu_ExportSavegame, Entry::mnu_SendSaveGameEmail}) {
+        robot.WillPress("The level has no savegames", "OK");
+        Choose(entry);
+    }
 }
 
 TEST_F(SavegamePanel, AsksForAnImageWhereThereIsNone) {

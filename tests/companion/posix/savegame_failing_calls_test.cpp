@@ -100,10 +100,13 @@ TEST_F(SavegameFailingCalls, AreToldInTheseWords) {
         Arrange();
         const int calls = RunTraced(body, {}).calls;
         for (int at = 1; at <= calls; ++at) {
-            Arrange();
-            const int found = RunTraced(body, {Fault::Fail, at, EACCES, false}).exit_code;
-            for (std::size_t i = 0; i < texts.size(); ++i)
-                if ((found >> i & 1) != 0) told.insert(i);
+            for (const test::FaultPlan& plan :
+                 {test::FaultPlan{Fault::Fail, at, EACCES, false}, {Fault::Fail, at, ENOSPC, true}}) {
+                Arrange();
+                const int found = RunTraced(body, plan).exit_code;
+                for (std::size_t i = 0; i < texts.size(); ++i)
+                    if ((found >> i & 1) != 0) told.insert(i);
+            }
         }
     }
     for (std::size_t i = 0; i < texts.size(); ++i)

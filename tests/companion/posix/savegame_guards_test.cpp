@@ -9,11 +9,13 @@
 #include "companion/compact_slots.h"
 #include "companion/restore_slots.h"
 #include "companion/savegame_commands.h"
+#include "companion/savegame_images.h"
 #include "companion/savegame_notes.h"
 #include "companion/savegame_transfer.h"
 #include "companion/savegames.h"
 #include "core/change.h"
 #include "foundation/absent_user.h"
+#include "foundation/files.h"
 #include "foundation/place_file.h"
 #include "support/pump_clock.h"
 #include "support/savegame_home.h"
@@ -109,8 +111,7 @@ TEST_F(SavegameGuards, WhatIsInTheSlotsIsNotCopiedThere) {
     SlotsOutcome outcome = RestoreToSlots(1, kSlots + "savegame.4");
     EXPECT_EQ(outcome.Result, SlotsResult::Refused);
     EXPECT_EQ(outcome.Message,
-              "You must select a savegame from [Old Recorded Savegames] list and then click on this button "
-              "to move this savegame in [Current Savegames in tomb raider slots] list");
+              "Nothing has been copied. This savegame is in the slots already: " + kSlots + "savegame.4");
     outcome = ImportSavegames(1, {kSlots + "savegame.4"});
     EXPECT_EQ(outcome.Result, SlotsResult::Refused);
     EXPECT_EQ(outcome.Message,
@@ -232,11 +233,68 @@ TEST_F(SavegameGuards, ARestoreTellsWhatStaysWhereItWas) {
     MakeFile(Repeated(), "a file");
     const SlotsOutcome outcome = RestoreLastSlot(1, Asker::User);
     EXPECT_EQ(outcome.Result, SlotsResult::Partly);
-    EXPECT_EQ(outcome.Message,
-              "Not all savegames could be restored. This one, and those behind it, are still "
-              "where they were: " +
-                  kArchive + "slot1\\savegame.3");
+    EXPECT_EQ(outcome.Message, "Not all savegames could be restored. These are still where they were:\r\n" +
+                                   kArchive + "slot1\\savegame.3");
     EXPECT_EQ(Contents(Archived() / "slot1"), (SaveMap{{"savegame.3", "5old"}}));
+}
+
+// Root reads every file, so these are looked at as an ordinary user.
+class UnreadableSavegames : public SavegameGuards {
+  protected:
+    static void Lock(const std::filesystem::path& file) {
+        std::filesystem::permissions(file, std::filesystem::perms::none);
+    }
+};
+
+TEST_F(UnreadableSavegames, AreStayedOverByARestore) {
+    PutSlot(0, 5);
+    PutArchived(1, 0, 3);
+    PutArchived(1, 1, 9);
+    PutArchived(1, 2, 7);
+    Lock(Archived() / "slot1/savegame.2");
+    SlotsOutcome outcome;
+    {
+        const test::OrdinaryUser ordinary;
+        outcome = RestoreLastSlot(1, Asker::User);
+    }
+    EXPECT_EQ(outcome.Result, SlotsResult::Partly);
+    EXPECT_EQ(outcome.Count, 2);
+    EXPECT_EQ(outcome.Message, "Not all savegames could be restored. These are still where they were:\r\n" +
+                                   kArchive + "slot1\\savegame.2");
+    EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.0", "3"}, {"savegame.1", "5"}, {"savegame.2", "9"}}));
+    EXPECT_EQ(Contents(Archived() / "slot1"), (SaveMap{{"savegame.2", "7"}}));
+    ExpectNothingMoving();
+}
+
+TEST_F(UnreadableSavegames, StayInTheSlotsWhereOthersAreArchived) {
+    for (int slot = 0; slot < 4; ++slot)
+        PutSlot(slot, slot + 1);
+    Lock(Slots() / "savegame.1");
+    SlotsOutcome outcome;
+    {
+        const test::OrdinaryUser ordinary;
+        outcome = ArchiveSlots(1, 15, Asker::User);
+    }
+    EXPECT_EQ(outcome.Result, SlotsResult::Partly);
+    EXPECT_EQ(outcome.Message,
+              "The savegames have been archived but for these, which stay in the slots because I "
+              "cannot read them:\r\n" +
+                  kSlots + "savegame.1");
+    EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.0", "4"}, {"savegame.1", "2"}}));
+    EXPECT_EQ(Contents(Archived()),
+              (SaveMap{{"slot1/savegame.0", "1"}, {"slot1/savegame.1", "3"}, {"slot1/savegame.2", "4"}}));
+}
+
+TEST_F(UnreadableSavegames, AreNoReasonForGapsBesideThem) {
+    PutSlot(1, 2);
+    PutSlot(5, 3);
+    PutSlot(7, 1);
+    Lock(Slots() / "savegame.1");
+    {
+        const test::OrdinaryUser ordinary;
+        EXPECT_EQ(CompactSlots(1, Asker::User).Result, SlotsResult::Done);
+    }
+    EXPECT_EQ(Contents(Slots()), (SaveMap{{"savegame.0", "1"}, {"savegame.1", "2"}, {"savegame.2", "3"}}));
 }
 
 TEST_F(SavegameGuards, NobodyBringsHomeWhatIsJustBeingRenumbered) {
@@ -358,7 +416,7 @@ TEST_F(SavegameGuards, TheWatcherIsToldWhyAndShownNothing) {
               "TRLE can't be found.");
 }
 
-TEST_F(SavegameGuards, ADeleteThatLeavesTheNoteSaysSo) {
+TEST_F(SavegameGuards, ADeleteTakesTheLinkAndLeavesWhatItLeadsTo) {
     PutSlot(0, 1);
     PutSlot(4, 2);
     PutNote(Slots(), 0, "stays");
@@ -379,6 +437,59 @@ TEST_F(SavegameGuards, ACopyWithoutANoteLeavesNoneBehind) {
     MakeFile(drive / "out/note3.txt", "of nine");
     EXPECT_TRUE(CopySavegame(kSlots + "savegame.0", "C:\\out\\savegame.3", swap::Placing::Copy));
     EXPECT_EQ(Contents(drive / "out"), (SaveMap{{"savegame.3", "1"}}));
+}
+
+TEST_F(SavegameGuards, ACopyLeavesANoteThatIsNobodys) {
+    PutSlot(0, 1);
+    MakeFile(drive / "out/note3.txt", "somebody's own");
+    EXPECT_TRUE(CopySavegame(kSlots + "savegame.0", "C:\\out\\savegame.3", swap::Placing::Copy));
+    EXPECT_EQ(Contents(drive / "out"), (SaveMap{{"savegame.3", "1"}, {"note3.txt", "somebody's own"}}));
+}
+
+// Answers a file dialog while another program puts another savegame in the place of the chosen one.
+class SwappedMeanwhile : public AbsentUser {
+  public:
+    SwappedMeanwhile(std::string answer, std::function<void()> meanwhile)
+        : answer_(std::move(answer)), meanwhile_(std::move(meanwhile)) {
+        SetUser(this);
+    }
+    ~SwappedMeanwhile() override { SetUser(nullptr); }
+    std::optional<std::string> SaveFile(const FileDialog&) override { return Answered(); }
+    std::optional<std::string> OpenFile(const FileDialog&) override { return Answered(); }
+    void Message(MessageStyle, const MessageText& text) override { told = text.text; }
+    std::string told;
+
+  private:
+    std::string Answered() const {
+        meanwhile_();
+        return answer_;
+    }
+    std::string answer_;
+    std::function<void()> meanwhile_;
+};
+
+TEST_F(SavegameGuards, AnotherOneThanWasChosenIsNotSaved) {
+    PutSlot(0, 1);
+    std::filesystem::create_directories(drive / "out");
+    const SwappedMeanwhile player("C:\\out\\savegame.0", [this] { PutSlot(0, 77, "another"); });
+    EXPECT_FALSE(SaveSavegameAs(kSlots + "savegame.0"));
+    EXPECT_EQ(player.told,
+              "Nothing has been saved. The savegame is gone, or another one has come in its place: " +
+                  kSlots + "savegame.0");
+    EXPECT_EQ(Contents(drive / "out"), SaveMap());
+}
+
+TEST_F(SavegameGuards, NoImageIsLinkedToAnotherOneThanWasChosen) {
+    PutSlot(0, 1);
+    const std::string shot = "C:\\Levels\\LEVEL_0001\\screenshots\\a.jpg";
+    MakeFile(LevelPath(1) / "screenshots/a.jpg", "a");
+    ASSERT_TRUE(SetFileDate(shot, 1000));
+    const SwappedMeanwhile player(shot, [this] { PutSlot(0, 77, "another"); });
+    EXPECT_FALSE(ChooseLinkedImage(1, kSlots + "savegame.0"));
+    EXPECT_EQ(player.told,
+              "No image has been linked. The savegame is gone, or another one has come in its place: " +
+                  kSlots + "savegame.0");
+    EXPECT_EQ(FileTime(shot), 1000);
 }
 
 TEST_F(SavegameGuards, AMarkInATitleIsShownAsItIs) {

@@ -96,7 +96,7 @@ class ShotKillPoints : public ShotsHome {
         const std::vector<std::string> names = {"a.bmp", "b.bmp", "c.bmp"};
         for (std::size_t i = 0; i < names.size(); ++i)
             if (may_go.count(names[i]) == 0) {
-                EXPECT_EQ(found.count(WithLastByte(static_cast<char>(i + 1))), 1U) << names[i] << " is gone";
+                EXPECT_GE(found.count(WithLastByte(static_cast<char>(i + 1))), 1U) << names[i] << " is gone";
             }
     }
 };
