@@ -34,11 +34,6 @@ bool IsThere(const std::string& path) {
     return FileExists(path) || Refuse(LoadMessage(msg::kShotGone) + path);
 }
 
-// How a program is given a path: in the words of its own system.
-std::string PathFor(const std::string& program, const std::string& path) {
-    return ReadFileStart(program, 2) == "MZ" ? path : TextOfNative(NativePath(path));
-}
-
 // Asks for the program once; empty if it isn't chosen.
 std::string GraphicsProgram() {
     const std::string known(Trim(core::profile.GraphicsProgram));
@@ -56,7 +51,8 @@ std::string PlaceForNew(const core::LevelPlace& level, const std::string& source
     const std::string path = NamedShotPath(level, name, ExtensionOf(name));
     if (path.empty()) return NextShotPath(level, ExtensionOf(name));
     if (!FileExists(path)) return path;
-    return AskYesNo(MessageStyle::Question, LoadMessage(msg::kShotExists, {name, kLineBreak, kLineBreak}))
+    return AskYesNo(MessageStyle::Question,
+                    LoadMessageOfOthers(msg::kShotExists, {name, kLineBreak, kLineBreak}))
                ? path
                : NextShotPath(level, ExtensionOf(name));
 }
@@ -133,10 +129,11 @@ void ShowShotProperty(const std::string& path) {
     const std::optional<swap::Picture> picture = ReadShotOrTell(path);
     if (!picture) return;
     const std::string date = FormatDate(LoadFragment(fragment::kShotDatePattern), FileTime(path).value_or(0));
-    ShowMessage(MessageStyle::Plain, LoadMessage(msg::kShotProperty, {path + kLineBreak, date + kLineBreak,
-                                                                      FormatSize(FileSize(path)) + kLineBreak,
-                                                                      std::to_string(picture->Width)}) +
-                                         std::to_string(picture->Height) + ")");
+    ShowMessage(MessageStyle::Plain,
+                LoadMessageOfOthers(msg::kShotProperty, {path + kLineBreak, date + kLineBreak,
+                                                         FormatSize(FileSize(path)) + kLineBreak,
+                                                         std::to_string(picture->Width)}) +
+                    std::to_string(picture->Height) + ")");
 }
 
 bool DeleteShot(std::int32_t code, const std::string& path) {

@@ -81,7 +81,8 @@ bool Change::Take(FolderLock& lock, const std::string& folder, const std::string
     if (result == LockResult::Failed) return Refuse(LoadMessage(msg::kCannotLock));
     if (!is_locked_out_) return true;
     state.LockedOut = true;
-    return Refuse(LoadMessage(refusal, {holder.Program, std::to_string(holder.Process), holder.Doing}));
+    return Refuse(
+        LoadMessageOfOthers(refusal, {holder.Program, std::to_string(holder.Process), holder.Doing}));
 }
 
 bool Change::TakeLocks(const std::string& doing, unsigned what) {
