@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "companion/settings.h"
 #include "foundation/lock.h"
 #include "foundation/registration.h"
 #include "program/end.h"
@@ -186,6 +187,14 @@ TEST_F(StartUpTest, KeepsAJoystickThatIsThere) {
     desktop.joysticks[1] = {};
     StartUp("");
     EXPECT_TRUE(core::profile.EnableJoystick);
+}
+
+TEST_F(StartUpTest, TakesThePlaceOfAJoystickForItsRest) {
+    LiveIn();
+    desktop.joysticks[0] = {30000, 35000, 0};
+    StartUp("");
+    EXPECT_EQ(companion::joystick_rest.X, 30000);
+    EXPECT_EQ(companion::joystick_rest.Y, 35000);
 }
 
 TEST_F(StartUpTest, DoesNotSwitchAJoystickOn) {
