@@ -158,7 +158,7 @@ bool SaveAs(Session& session, const SaveAsArguments& taken) {
         !MayWrite(path, taken.force))
         return false;
     session.user.Preset({{.id = msg::kSaveArchiveTitle, .answer = path}});
-    const bool saved = StartUpWithArchive(session, {}) && core::SaveArchiveAs();
+    const bool saved = StartUpWithArchive(session, {}) && core::SaveArchiveAs() == core::SavedAs::Saved;
     return EndSession(session) && saved;
 }
 

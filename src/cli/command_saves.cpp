@@ -21,6 +21,7 @@
 #include "foundation/user.h"
 #include "swap/moved_saves.h"
 #include "swap/rescued_saves.h"
+#include "swap/savegame_files.h"
 
 namespace kelvash::cli {
 
@@ -102,7 +103,7 @@ bool Change(Session& session, SavesRun& run, Work work) {
 // The savegame that a list calls so; tells otherwise.
 bool TakeFile(const SavesRun& run, std::string& path) {
     path = SavegameCalled(run.level, run.file);
-    if (!path.empty() && !companion::IsNoteName(FileNameOf(path))) return true;
+    if (!path.empty() && !swap::IsNoteName(FileNameOf(path))) return true;
     TellCritical(LoadMessage(msg::kCliNoSavegame) + run.file);
     return false;
 }

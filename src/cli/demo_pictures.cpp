@@ -3,8 +3,8 @@
 #include <cmath>
 
 #include "cli/demo_files.h"
+#include "foundation/bitmap_head.h"
 #include "foundation/bytes.h"
-#include "swap/bitmap_file.h"
 
 namespace kelvash::cli {
 
@@ -45,7 +45,7 @@ Colour PointOf(int x, int y, unsigned seed) {
 } // namespace
 
 std::string LandscapeBitmap(unsigned seed) {
-    std::string bytes = swap::BitmapHead24(kWidth, kHeight);
+    std::string bytes = BitmapHead24(kWidth, kHeight);
     for (int y = 0; y < kHeight; ++y) // rows from bottom to top, of a width that needs no padding
         for (int x = 0; x < kWidth; ++x) {
             const Colour colour = PointOf(x, y, seed);

@@ -14,6 +14,7 @@
 #include "foundation/messages.h"
 #include "foundation/path.h"
 #include "foundation/text.h"
+#include "swap/savegame_files.h"
 
 namespace kelvash::cli {
 
@@ -36,12 +37,12 @@ ordered_json Record(const core::LevelPlace& level, const std::string& path, cons
     ordered_json record = {
         {"file", FileBelow(level, path)},         {"slot", nullptr}, {"number", nullptr}, {"title", nullptr},
         {"date", FormatDate(kDatePattern, time)}, {"note", nullptr}, {"image", nullptr}};
-    if (companion::IsNoteName(FileNameOf(path))) { // a note that lost its savegame
+    if (swap::IsNoteName(FileNameOf(path))) { // a note that lost its savegame
         record["note"] = companion::ReadNoteFile(path);
         return record;
     }
     std::string title;
-    record["slot"] = companion::SavegameSlotNumber(path);
+    record["slot"] = swap::SlotNumber(path);
     record["number"] = companion::ReadSavegameInfo(path, title);
     record["title"] = title;
     if (!note.empty()) record["note"] = companion::ReadNoteFile(note);

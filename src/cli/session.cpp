@@ -29,7 +29,8 @@ void TakeMessageTable(const std::string& table) {
         told = LoadMessage(msg::kCliTableRefused) + path +
                (lines.empty() ? std::string() : LoadMessage(msg::kCliTableLine, {lines}).text);
     else if (!lines.empty())
-        told = LoadMessage(msg::kCliTableLines, {path, std::to_string(loading.RefusedLines.size()), lines});
+        told = LoadMessageOfOthers(msg::kCliTableLines,
+                                   {path, std::to_string(loading.RefusedLines.size()), lines});
     if (!told.empty()) std::cerr << told << '\n';
 }
 

@@ -93,10 +93,6 @@ std::vector<std::string> OwnNotesOf(const std::vector<std::string>& savegames) {
     return notes;
 }
 
-bool IsNoteName(std::string_view name) {
-    return swap::IsNoteName(name);
-}
-
 std::string ReadNote(std::string_view savegame) {
     const std::string note = OwnNoteOf(savegame);
     return note.empty() ? std::string() : ReadNoteFile(note);

@@ -20,8 +20,6 @@ std::string NotePathOf(std::string_view savegame);
 std::string OwnNoteOf(std::string_view savegame);
 // The same for many, in their order; each folder is read once.
 std::vector<std::string> OwnNotesOf(const std::vector<std::string>& savegames);
-// True for the name of a note: note<N>.txt.
-bool IsNoteName(std::string_view name);
 
 // The text without the line end behind it; empty without a note.
 std::string ReadNote(std::string_view savegame);

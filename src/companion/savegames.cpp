@@ -38,10 +38,6 @@ bool IsSavegameName(std::string_view name) {
     return StartsWithNoCase(name, start) && name.size() > start.size();
 }
 
-std::int32_t SavegameSlotNumber(std::string_view path) {
-    return swap::SlotNumber(path);
-}
-
 std::string SavegameLine(std::string_view path) {
     constexpr std::size_t kNumberWidth = 4;
     std::string title;

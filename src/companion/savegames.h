@@ -19,8 +19,6 @@ namespace kelvash::companion {
 std::int32_t ReadSavegameInfo(std::string_view path, std::string& title);
 // True for a name as the game gives it: "savegame." and something.
 bool IsSavegameName(std::string_view name);
-// The number behind the dot of the file's name.
-std::int32_t SavegameSlotNumber(std::string_view path);
 // How a list shows a savegame: "  12 Title  (dd/mm/yyyy  hh:nn:ss) ".
 std::string SavegameLine(std::string_view path);
 

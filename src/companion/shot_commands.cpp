@@ -34,11 +34,6 @@ bool IsThere(const std::string& path) {
     return FileExists(path) || Refuse(LoadMessage(msg::kShotGone) + path);
 }
 
-// How a program is given a path: in the words of its own system.
-std::string PathFor(const std::string& program, const std::string& path) {
-    return ReadFileStart(program, 2) == "MZ" ? path : TextOfNative(NativePath(path));
-}
-
 // Asks for the program once; empty if it isn't chosen.
 std::string GraphicsProgram() {
     const std::string known(Trim(core::profile.GraphicsProgram));

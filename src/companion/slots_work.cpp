@@ -179,14 +179,8 @@ SlotsOutcome GiveUp(const std::vector<Mover>& movers, SlotsResult result, Messag
 
 // Puts all into the working folder, where they are safe; the slots still have them.
 SlotsOutcome TakeAllIn(const SlotsWork& work, const std::vector<Mover>& movers) {
-    std::vector<std::string> files;
-    for (const Mover& mover : movers) {
-        files.push_back(mover.Entry->File.Path);
-        if (!mover.Entry->File.Note.empty()) files.push_back(mover.Entry->File.Note);
-    }
     MessageText why;
-    if (!swap::BeginMoving(trle_state::OwnerOf(work.Level()), files, why))
-        return {SlotsResult::Refused, 0, why};
+    if (!swap::BeginMoving(trle_state::OwnerOf(work.Level()), why)) return {SlotsResult::Refused, 0, why};
     for (const Mover& mover : movers)
         if (!TakeIn(mover))
             return GiveUp(movers, SlotsResult::Refused,

@@ -173,7 +173,7 @@ bool AskSaveArchive() {
     if (!profile.AutoSave) {
         const Answer answer = TheUser().Ask(
             Buttons::YesNo, MessageStyle::Question,
-            LoadMessage(msg::kArchiveChangedQuestion, {FileNameOf(profile.LastArchive), kLineBreak}));
+            LoadMessageOfOthers(msg::kArchiveChangedQuestion, {FileNameOf(profile.LastArchive), kLineBreak}));
         if (answer == Answer::None) return false;
         if (answer == Answer::No) {
             DropChanges();
@@ -234,19 +234,18 @@ bool LoadArchiveDialog() {
     return false;
 }
 
-bool SaveArchiveAs(bool* saved) {
+SavedAs SaveArchiveAs() {
     const Change change(msg::kDoingSaveAs, kArchiveFolder);
-    if (!change) return false;
+    if (!change) return SavedAs::Failed;
     const std::optional<std::string> path =
         TheUser().SaveFile({LoadMessage(msg::kSaveArchiveTitle), LoadMessage(msg::kSaveArchiveFilter),
                             AppFolder(), FileNameOf(profile.LastArchive)});
-    if (!path) return true;
-    if (!CheckPath(*path)) return false;
+    if (!path) return SavedAs::GivenUp;
+    if (!CheckPath(*path)) return SavedAs::Failed;
     const Saving saving = Save(*path);
     if (saving == Saving::Failed) TellCritical(LoadMessage(msg::kErrorSavingArchiveAs) + *path);
     TheUser().LevelListChanged();
-    if (saved != nullptr) *saved = saving == Saving::Done;
-    return saving == Saving::Done;
+    return saving == Saving::Done ? SavedAs::Saved : SavedAs::Failed;
 }
 
 bool SaveArchive() {

@@ -85,9 +85,10 @@ bool RefreshArchive();
 [[nodiscard]] bool LoadArchive(std::string_view path);
 // The same for a file that the user chooses; false on cancel, or after a message.
 [[nodiscard]] bool LoadArchiveDialog();
-// Saves under a name that the user chooses and tells a failure; true on cancel too, which `saved` tells
-// apart.
-[[nodiscard]] bool SaveArchiveAs(bool* saved = nullptr);
+// Saves under a name that the user chooses and tells a failure; not to overwrite another program's work is
+// one.
+enum class SavedAs { Saved, GivenUp, Failed };
+[[nodiscard]] SavedAs SaveArchiveAs();
 // Saves under the current path and tells a failure.
 bool SaveArchive();
 // Starts an Archive with level 0000 alone in a folder that the user chooses. False on cancel or failure: no

@@ -83,7 +83,8 @@ bool Change::Take(FolderLock& lock, const std::string& folder, const std::string
     if (!is_locked_out_) return true;
     state.LockedOut = true;
     if (holder.Process == 0) return Refuse(LoadMessage(refusal.Unnamed));
-    return Refuse(LoadMessage(refusal.Named, {holder.Program, std::to_string(holder.Process), holder.Doing}));
+    return Refuse(
+        LoadMessageOfOthers(refusal.Named, {holder.Program, std::to_string(holder.Process), holder.Doing}));
 }
 
 bool Change::TakeLocks(const std::string& doing, unsigned what) {

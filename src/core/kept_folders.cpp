@@ -128,7 +128,7 @@ bool MakeWay(const std::string& folder) {
         TellCritical(LoadMessage(msg::kKeptCannotMove) + folder);
         return false;
     }
-    ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kKeptMoved, {folder, kept, kLineBreak}));
+    ShowMessage(MessageStyle::Exclamation, LoadMessageOfOthers(msg::kKeptMoved, {folder, kept, kLineBreak}));
     if (!NoteLevelMoved(folder, kept)) return false;
     NoteMoveEnded();
     return true;

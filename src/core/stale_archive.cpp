@@ -29,10 +29,11 @@ bool AskOverwrite(const std::string& path) {
     const std::string date =
         FormatDate(LoadFragment(fragment::kStaleDatePattern), FileTime(path).value_or(0));
     const std::string seen = FormatDate(LoadFragment(fragment::kStaleSeenPattern), archive.SeenTime);
-    return AskYesNo(MessageStyle::Exclamation,
-                    LoadMessage(msg::kStaleQuestion,
-                                {FileNameOf(path), kLineBreak, std::to_string(other.Table.Size()), date,
-                                 kLineBreak, std::to_string(archive.Table.Size()), seen, kLineBreak}));
+    return AskYesNo(
+        MessageStyle::Exclamation,
+        LoadMessageOfOthers(msg::kStaleQuestion,
+                            {FileNameOf(path), kLineBreak, std::to_string(other.Table.Size()), date,
+                             kLineBreak, std::to_string(archive.Table.Size()), seen, kLineBreak}));
 }
 
 } // namespace

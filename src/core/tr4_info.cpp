@@ -44,8 +44,8 @@ bool ListLevelTr4(const LevelPlace& level) {
 
 bool AskGoOn(const EqualLevel& equal) {
     return AskYesNo(MessageStyle::Question,
-                    LoadMessage(msg::kEqualFound,
-                                {std::string(Trim(equal.FileName)) + " ", equal.Level.Name + kLineBreak}));
+                    LoadMessageOfOthers(msg::kEqualFound, {std::string(Trim(equal.FileName)) + " ",
+                                                           equal.Level.Name + kLineBreak}));
 }
 
 // The tr4.inf of all levels, read once and found by name and size: an Archive of thousands of levels is

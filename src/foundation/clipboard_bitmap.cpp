@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "foundation/bytes.h"
+
 namespace kelvash {
 
 namespace {
@@ -15,32 +17,22 @@ constexpr std::uint32_t kThreeMasks = 3;
 constexpr std::uint32_t kFourMasks = 6;
 constexpr std::size_t kMostColours = 256;
 
-std::uint32_t NumberAt(std::string_view bytes, std::size_t at) {
-    std::uint32_t number = 0;
-    for (std::size_t i = 4; i-- > 0;)
-        number = number << 8 | static_cast<unsigned char>(bytes[at + i]);
-    return number;
-}
-
-void Append(std::string& bytes, std::size_t number) {
-    for (int shift = 0; shift < 32; shift += 8)
-        bytes.push_back(static_cast<char>(number >> shift & 0xFF));
-}
-
 // Bytes of head, masks and palette.
 std::optional<std::size_t> HeadOf(std::string_view dib) {
-    if (dib.size() < kInfoHead) return std::nullopt;
-    const std::size_t head = NumberAt(dib, 0);
-    if (head < kInfoHead) return std::nullopt;
-    const std::uint32_t bits = NumberAt(dib, 14) & 0xFFFF;
-    const std::uint32_t packing = NumberAt(dib, 16);
+    ByteReader reader(dib);
+    const std::size_t head = reader.Get<std::uint32_t>();
+    reader.Skip(10); // width, height, planes
+    const unsigned bits = reader.Get<std::uint16_t>();
+    const auto packing = reader.Get<std::uint32_t>();
+    reader.Skip(12); // size of the pixels, resolution
+    const std::size_t stated = reader.Get<std::uint32_t>();
+    if (dib.size() < kInfoHead || head < kInfoHead) return std::nullopt;
     // A larger head has the masks in it.
     std::size_t masks = 0;
     if (head == kInfoHead && packing == kThreeMasks) masks = 12;
     if (head == kInfoHead && packing == kFourMasks) masks = 16;
     const std::size_t most = bits <= 8 ? std::size_t{1} << bits : kMostColours;
-    std::size_t colours = std::min<std::size_t>(NumberAt(dib, 32), most);
-    if (colours == 0 && bits <= 8) colours = most;
+    const std::size_t colours = stated == 0 && bits <= 8 ? most : std::min(stated, most);
     const std::size_t size = head + masks + colours * 4;
     return size < dib.size() ? std::optional(size) : std::nullopt;
 }
@@ -50,18 +42,20 @@ std::optional<std::size_t> HeadOf(std::string_view dib) {
 std::optional<std::string> FileOfDib(std::string_view dib) {
     const std::optional<std::size_t> head = HeadOf(dib);
     if (!head) return std::nullopt;
-    std::string file = "BM";
-    Append(file, kFileHead + dib.size());
-    Append(file, 0);
-    Append(file, kFileHead + *head);
-    return file.append(dib);
+    ByteWriter file;
+    file.Bytes("BM");
+    file.Put<std::uint32_t>(static_cast<std::uint32_t>(kFileHead + dib.size()));
+    file.Zeros(4);
+    file.Put<std::uint32_t>(static_cast<std::uint32_t>(kFileHead + *head));
+    file.Bytes(dib);
+    return file.Take();
 }
 
 std::optional<std::string> DibOfFile(std::string_view file) {
     if (file.size() <= kFileHead || !file.starts_with("BM")) return std::nullopt;
     const std::string_view dib = file.substr(kFileHead);
     const std::optional<std::size_t> head = HeadOf(dib);
-    const std::size_t pixels = NumberAt(file, 10);
+    const std::size_t pixels = ByteReader(file.substr(10)).Get<std::uint32_t>();
     if (!head || pixels < kFileHead + *head || pixels >= file.size()) return std::nullopt;
     return std::string(dib.substr(0, *head)).append(file.substr(pixels));
 }

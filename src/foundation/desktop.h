@@ -1,8 +1,7 @@
-// The desktop port: keys, joystick, windows, screen, clipboard picture, beep.
+// The desktop port: keys, joystick, windows, screen, beep. The clipboard is in clipboard_picture.h.
 //
-// Implementations: X11 with SDL2 on Linux (the clipboard by the forms), Win32 on Windows, a fake in tests. On
-// a Wayland desktop it is the X11 server beside it that is seen, with the windows of those programs alone
-// that go through it; Wine's do.
+// Implementations: X11 with SDL2 on Linux, Win32 on Windows, a fake in tests. On a Wayland desktop it is the
+// X11 server beside it that is seen, with the windows of those programs alone that go through it; Wine's do.
 #pragma once
 
 #include <cstdint>
@@ -66,7 +65,7 @@ class Desktop {
     // Brings a window to the top and gives it the keys.
     virtual void Activate(std::uintptr_t window) = 0;
     // What a window shows, as the bytes of a bitmap file of 24 bits; as much of it as is on the screen. Empty
-    // if it can't be had.
+    // if it can't be had, and where PrintScreenCopies.
     virtual std::string PictureOf(std::uintptr_t window) = 0;
     // True where the system itself puts a picture on the clipboard when Print Screen is pressed.
     virtual bool PrintScreenCopies() = 0;
@@ -78,10 +77,6 @@ class Desktop {
     // The system's window animation: what it is set to, and setting it. Off where there is none.
     virtual bool WindowAnimation() = 0;
     virtual void SetWindowAnimation(bool on) = 0;
-
-    // True while the clipboard holds a bitmap. Emptying it never fails.
-    virtual bool ClipboardHasBitmap() = 0;
-    virtual void ClearClipboard() = 0;
 };
 
 // The port in use. Before SetDesktop it is the platform's own.

@@ -8,7 +8,7 @@
 namespace kelvash {
 
 bool SendMail(const Mail& mail) {
-    platform::NativeMail native{mail.To, mail.Subject, mail.Text, {}};
+    platform::NativeMail native{mail.Subject, mail.Text, {}};
     for (const std::string& path : mail.Attachments) {
         if (!FileExists(path)) return false;
         native.Attachments.push_back(NativePath(path));

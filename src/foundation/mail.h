@@ -7,7 +7,6 @@
 namespace kelvash {
 
 struct Mail {
-    std::string To = {}; // may be empty: the user fills it in
     std::string Subject;
     std::string Text;                          // lines end with CR LF
     std::vector<std::string> Attachments = {}; // path texts

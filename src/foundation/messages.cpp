@@ -18,6 +18,7 @@ Translation& Translated() {
 
 } // namespace
 
+// That a mark which an argument brings is filled in its turn is meant.
 std::string FillMarks(std::string text, const MessageArgs& args) {
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string mark = "~" + std::to_string(i + 1);

@@ -29,10 +29,12 @@ namespace kelvash {
 using MessageArgs = std::vector<std::string>;
 
 // The entry with "~1" replaced by the first argument, then "~2" by the second, ...: each time only the first
-// occurrence, so that "~1" and "~10" can stand in one text. A mark without an argument stays.
+// occurrence, so that "~1" and "~10" can stand in one text. A mark without an argument stays; one that an
+// argument brings is filled in its turn.
 MessageText LoadMessage(MessageId id, const MessageArgs& args = {});
 
-// The same in one pass, for arguments that others have written: what looks like a mark in one stays.
+// The same for arguments that others have written, paths and names above all (a short path has a "~2" in it):
+// what looks like a mark in one stays.
 MessageText LoadMessageOfOthers(MessageId id, const MessageArgs& args);
 
 struct Fragment {

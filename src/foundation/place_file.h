@@ -6,11 +6,12 @@
 
 namespace kelvash {
 
-// Gives a file a second place, on any drive. The destination is whole and on the disk at once and replaces
-// nothing. On one drive the two are one file until one of them goes: it is not to be written in place. False
-// if something stands there, or on any error.
+// Gives a file a second place, on any drive. The destination is whole at once and replaces nothing. On one
+// drive the two are one file until one of them goes: it is not to be written in place, and its bytes are as
+// much on the disk as they were before; those of a copy are on it. Its name is after FlushFolder. False if
+// something stands there, or on any error.
 [[nodiscard]] bool PlaceFileNew(std::string_view source, std::string_view destination);
-// The same, always with bytes of its own.
+// The same, always with bytes of its own, which are on the disk.
 [[nodiscard]] bool CopyFileNew(std::string_view source, std::string_view destination);
 // Takes one place of a file away; another keeps its attributes. True also when nothing is there.
 [[nodiscard]] bool LeavePlace(std::string_view path);

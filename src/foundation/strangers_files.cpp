@@ -101,7 +101,7 @@ Opening OpenStrangersFile(const std::string& path) {
     if (!FileExists(path)) return Opening::Failed;
     if (IsProgramFile(path) &&
         !AskYesNo(MessageStyle::Exclamation,
-                  LoadMessage(msg::kRunProgramQuestion, {kLineBreak + path, kLineBreak})))
+                  LoadMessageOfOthers(msg::kRunProgramQuestion, {kLineBreak + path, kLineBreak})))
         return Opening::NotWanted;
     return OpenDocument(path, {}, Window::Normal, {}) ? Opening::Opened : Opening::Failed;
 }

@@ -144,8 +144,8 @@ std::string SpawnError(platform::SpawnResult result, std::string_view program, c
         case platform::SpawnResult::NoRedirection:
             return LoadMessage(msg::kRedirectFailed);
         case platform::SpawnResult::NotStarted:
-            return LoadMessage(msg::kSubprocessFailed,
-                               {std::string(program), kLineBreak, Join(arguments, " ")});
+            return LoadMessageOfOthers(msg::kSubprocessFailed,
+                                       {std::string(program), kLineBreak, Join(arguments, " ")});
     }
     return {};
 }

@@ -113,8 +113,8 @@ bool HasImportedWads() {
         if (WadsInstalled(pair[0], pair[1])) continue;
         const std::string notes(Trim(LevelConfig.ImportNotes));
         ShowMessage(MessageStyle::Exclamation,
-                    LoadMessage(msg::kConfigWadsMissing,
-                                {notes.empty() ? pair[0] : notes, kLineBreak, pair[1], kLineBreak}));
+                    LoadMessageOfOthers(msg::kConfigWadsMissing,
+                                        {notes.empty() ? pair[0] : notes, kLineBreak, pair[1], kLineBreak}));
         ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kConfigWithoutWads));
         return false;
     }
@@ -144,12 +144,13 @@ std::vector<OriginalCd> OriginalCds() {
 
 // Has the CD inserted until the file is there; false if the user gives up.
 bool AskForCd(const std::string& source, const std::string& file, const std::string& cd) {
-    if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kExternHaveCd, {cd, kLineBreak}))) return false;
+    if (!AskYesNo(MessageStyle::Question, LoadMessageOfOthers(msg::kExternHaveCd, {cd, kLineBreak})))
+        return false;
     for (;;) {
         const MessageText text = LoadMessage(msg::kExternInsertCd, {cd}) + source.substr(0, 2);
         if (TheUser().Ask(Buttons::OkCancel, MessageStyle::Exclamation, text) == Answer::Cancel) return false;
         if (FileExists(source)) return true;
-        if (!AskYesNo(MessageStyle::Question, LoadMessage(msg::kExternRetry, {file, kLineBreak})))
+        if (!AskYesNo(MessageStyle::Question, LoadMessageOfOthers(msg::kExternRetry, {file, kLineBreak})))
             return false;
     }
 }

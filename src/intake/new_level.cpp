@@ -147,7 +147,8 @@ void TakeNameOf(NewLevel& level, const std::string& source) {
     const std::string name(Trim(FolderExists(source) ? FileNameOf(source) : BaseNameOf(source)));
     level.Name = FitText(name, core::kLineWidth);
     if (level.Name != name)
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kNewLevelNameFitted, {name, level.Name}));
+        ShowMessage(MessageStyle::Exclamation,
+                    LoadMessageOfOthers(msg::kNewLevelNameFitted, {name, level.Name}));
 }
 
 MessageText SummaryOf(std::size_t added, std::size_t all, const std::vector<std::string>& left_out) {

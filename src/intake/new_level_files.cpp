@@ -36,7 +36,7 @@ void FillMoreInfo(NewLevel& level) {
 std::vector<std::string> FilesToTake(const std::string& folder) {
     const bool tree =
         !ListFolders(folder).empty() &&
-        AskYesNo(MessageStyle::Question, LoadMessage(msg::kAddSubFolders, {folder, kLineBreak}));
+        AskYesNo(MessageStyle::Question, LoadMessageOfOthers(msg::kAddSubFolders, {folder, kLineBreak}));
     return tree ? ScanTree(folder).files : ListFiles(folder, "*");
 }
 

@@ -56,7 +56,7 @@ bool RenameLevelFile(const std::string& tr4, const std::string& name) {
 
 bool RenameAfterDocument(const std::string& tr4, const StandardLevel& level) {
     const std::string old = Quoted(FileNameOf(tr4));
-    const MessageText question = LoadMessage(msg::kRenameTr4Question, {old, kLineBreak, old}) +
+    const MessageText question = LoadMessageOfOthers(msg::kRenameTr4Question, {old, kLineBreak, old}) +
                                  Quoted(level.file) + LoadMessage(msg::kRenameTr4QuestionEnd);
     return AskYesNo(MessageStyle::Question, question) && RenameLevelFile(tr4, level.file);
 }

@@ -67,7 +67,7 @@ bool TakeDocument(NewLevel& level) {
         const std::string storable = StorableName(level.WorkFolder, name);
         if (level.OnCd || !RenameFile(level.WorkFolder + "\\" + name, level.WorkFolder + "\\" + storable))
             return core::CheckText(name, core::kPathWidth);
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kDocumentRenamed, {name, storable}));
+        ShowMessage(MessageStyle::Exclamation, LoadMessageOfOthers(msg::kDocumentRenamed, {name, storable}));
         level.MoreInfoChoices[static_cast<std::size_t>(level.MoreInfo)] = name = storable;
     }
     EditRecord(level)->MoreInfoFile = name;
@@ -133,7 +133,7 @@ bool AcceptEqual(NewLevel& level) {
     if (equal < 0) return true;
     const std::string other(Trim(core::archive.Table[equal].Name));
     if (AskYesNo(MessageStyle::Question,
-                 LoadMessage(msg::kEqualQuestion, {Quoted(tr4), Quoted(other) + kLineBreak})))
+                 LoadMessageOfOthers(msg::kEqualQuestion, {Quoted(tr4), Quoted(other) + kLineBreak})))
         return true;
     if (level.Adding) CancelLevel(level);
     return false;

@@ -9,10 +9,12 @@
 #include <vector>
 
 #include "companion/savegames.h"
+#include "companion/screenshots.h"
 #include "core/archive.h"
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
+#include "foundation/files.h"
 #include "foundation/state.h"
 #include "trle_state/marker.h"
 #include "trle_state/swap_record.h"
@@ -59,14 +61,19 @@ Looks LookAtTrleFolder() {
     return trle.empty() ? Looks() : LookAtAll({trle, trle_state::SwapRecordPath(), trle_state::MarkerPath()});
 }
 
-// The game writes its slots in place, which a folder doesn't show.
+// The game writes its slots in place, and graphics programs their pictures, which a folder doesn't show.
 Looks LookAtLevel() {
     const core::LevelPlace level = core::PlaceOf(core::SelectedLevel());
     if (!level.IsListed()) return {};
     std::vector<std::string> paths = companion::SlotSavegames(level);
+    for (const std::string& picture : companion::Screenshots(level))
+        paths.push_back(picture);
     for (const std::string& folder :
          {level.Folder, core::FilesFolder(level.Folder), core::SavegamesFolder(level.Folder),
           core::StashFolder(level.Folder), core::ScreenshotsFolder(level.Folder)})
+        paths.push_back(folder);
+    // In which archived savegames and their notes come and go.
+    for (const std::string& folder : ScanTree(core::SavegamesFolder(level.Folder)).folders)
         paths.push_back(folder);
     return LookAtAll(paths);
 }

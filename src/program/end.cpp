@@ -20,12 +20,12 @@ void PutAnimationBack() {
 bool MayLoseArchive() {
     return AskYesNo(
         MessageStyle::Exclamation,
-        LoadMessage(msg::kCloseUnsavedArchive, {FileNameOf(core::profile.LastArchive), kLineBreak}));
+        LoadMessageOfOthers(msg::kCloseUnsavedArchive, {FileNameOf(core::profile.LastArchive), kLineBreak}));
 }
 
 bool MayLoseProfile() {
     return AskYesNo(MessageStyle::Exclamation,
-                    LoadMessage(msg::kCloseUnsavedProfile, {core::ProfilePath(), kLineBreak}));
+                    LoadMessageOfOthers(msg::kCloseUnsavedProfile, {core::ProfilePath(), kLineBreak}));
 }
 
 } // namespace

@@ -28,7 +28,7 @@ std::string PlaceText(const LevelView& view, std::int32_t cd) {
     std::string folder = "\"" + view.Folder + "\"";
     if (cd != 0) folder += LoadMessage(msg::kMainLevelOnCd) + std::to_string(cd);
     folder += LoadMessage(msg::kMainLevelPlaceGap);
-    return LoadMessage(msg::kMainLevelPlace, {folder, std::to_string(view.Screenshots.size())}) +
+    return LoadMessageOfOthers(msg::kMainLevelPlace, {folder, std::to_string(view.Screenshots.size())}) +
            std::to_string(view.SlotSavegames.size()) + LoadMessage(msg::kMainCounts) +
            std::to_string(OlderSaves(view));
 }

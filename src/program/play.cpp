@@ -5,7 +5,7 @@
 #include "companion/game.h"
 #include "companion/watcher.h"
 #include "core/archive.h"
-#include "foundation/desktop.h"
+#include "foundation/clipboard_picture.h"
 #include "foundation/messages.h"
 #include "foundation/pumping.h"
 #include "foundation/user.h"
@@ -26,7 +26,7 @@ bool PlayLevel(std::int32_t code) {
         installed = swap::InstallHere(level);
         if (*installed != Swapped::Done || !companion::StartGame({}, false))
             return *installed == Swapped::Done ? Swapped::Failed : *installed;
-        TheDesktop().ClearClipboard();
+        EmptyClipboard();
         swap::CompleteHashes();
         return Swapped::Done;
     });

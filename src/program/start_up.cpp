@@ -53,6 +53,19 @@ void PrepareFiles() {
         ProvideFile(AppFolder() + library, SpecialFolder(SpecialFolderId::System) + library);
 }
 
+void StopWindowAnimation() {
+    core::session.WindowAnimation = TheDesktop().WindowAnimation();
+    TheDesktop().SetWindowAnimation(false);
+}
+
+// Switched off where it is missing; where it stands now is its rest.
+void TakeJoystick() {
+    if (!core::profile.EnableJoystick) return;
+    JoystickState joystick;
+    core::profile.EnableJoystick = TheDesktop().ReadJoystick(core::profile.JoystickId, joystick);
+    if (core::profile.EnableJoystick) companion::joystick_rest = {joystick.x, joystick.y};
+}
+
 // False after a message for settings that can't be read.
 bool TakeProfile() {
     core::ProfileState state{};
@@ -63,11 +76,7 @@ bool TakeProfile() {
     if (state != core::ProfileState::Current) CreateProgramShortcut();
     core::profile.TimerTenths = std::clamp(core::profile.TimerTenths, 1, kMostTimerTenths);
     core::session.TimerInterval = core::profile.TimerTenths * 100;
-    JoystickState joystick;
-    if (core::profile.EnableJoystick) {
-        core::profile.EnableJoystick = TheDesktop().ReadJoystick(core::profile.JoystickId, joystick);
-        if (core::profile.EnableJoystick) companion::joystick_rest = {joystick.x, joystick.y};
-    }
+    TakeJoystick();
     return true;
 }
 
@@ -170,12 +179,9 @@ bool RefuseSetup() {
     return false;
 }
 
-// True if the first start has been broken off before. Its TRLE folder was chosen, which a kill has kept out
-// of the profile.
-bool ResumeFirstStart() {
-    const std::optional<FirstSteps> broken_off = ReadFirstSteps();
+// What a first start that was broken off had chosen, which a kill has kept out of the profile.
+void TakeChosenFolder(const std::optional<FirstSteps>& broken_off) {
     if (broken_off && core::TrleFolder().empty()) core::profile.TrleFolder = broken_off->TrleFolder;
-    return broken_off.has_value();
 }
 
 // What can't be kept is asked again.
@@ -230,10 +236,11 @@ bool StartUp(std::string_view command_line, const FirstStepWatcher& at_first_sta
     PrepareFiles();
     core::archive.ArchiveLoadRefused = false;
     const CommandLine wanted = ParseCommandLine(command_line);
-    core::session.WindowAnimation = TheDesktop().WindowAnimation();
-    TheDesktop().SetWindowAnimation(false);
+    StopWindowAnimation();
     if (!TakeProfile()) return false;
-    const bool is_first = ResumeFirstStart() || Trim(core::profile.LastArchive).empty();
+    const std::optional<FirstSteps> broken_off = ReadFirstSteps();
+    TakeChosenFolder(broken_off);
+    const bool is_first = broken_off.has_value() || Trim(core::profile.LastArchive).empty();
     const auto begin = [&](FirstStep step) {
         if (at_first_start && is_first) Begin(step, at_first_start);
     };

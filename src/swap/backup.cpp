@@ -58,7 +58,7 @@ bool IsOriginal(MessageStyle style, MessageId level_is_in) {
     if (state.Content == Holds::Unknown && !state.MarkerStands)
         TellContentUnknown();
     else
-        ShowMessage(style, LoadMessage(level_is_in, {core::TrleFolder(), kLineBreak}));
+        ShowMessage(style, LoadMessageOfOthers(level_is_in, {core::TrleFolder(), kLineBreak}));
     return false;
 }
 
@@ -187,10 +187,10 @@ bool AskWhoseBackup() {
     const std::string trle = core::TrleFolder();
     const std::optional<BackupNote> note = ReadBackupNote();
     const bool own =
-        note
-            ? AskYesNo(MessageStyle::Question,
-                       LoadMessage(msg::kBackupMovedQuestion, {note->TrleFolder, kLineBreak, trle}))
-            : AskYesNo(MessageStyle::Question, LoadMessage(msg::kBackupIsOfQuestion, {BackupFolder(), trle}));
+        note ? AskYesNo(MessageStyle::Question,
+                        LoadMessageOfOthers(msg::kBackupMovedQuestion, {note->TrleFolder, kLineBreak, trle}))
+             : AskYesNo(MessageStyle::Question,
+                        LoadMessageOfOthers(msg::kBackupIsOfQuestion, {BackupFolder(), trle}));
     // Where the note can't be written, which is told, the question comes again.
     if (own) static_cast<void>(WriteBackupNote(MakeBackupNote(trle, core::profile.FullBackup)));
     return own;
@@ -207,7 +207,7 @@ Answer AskForBackup(BackupState state) {
                              LoadMessage(msg::kBackupMissing, {trle}) + choices);
     if (note)
         return TheUser().Ask(Buttons::YesNoCancel, MessageStyle::Exclamation,
-                             LoadMessage(msg::kBackupForeign, {trle, note->TrleFolder}) + choices);
+                             LoadMessageOfOthers(msg::kBackupForeign, {trle, note->TrleFolder}) + choices);
     return TheUser().Ask(Buttons::YesNoCancel, MessageStyle::Exclamation,
                          LoadMessage(msg::kBackupOther, {trle}) + choices);
 }
@@ -264,7 +264,7 @@ BackupState StateOfBackup() {
 }
 
 void TellContentUnknown() {
-    TellCritical(LoadMessage(msg::kBackupContentUnknown, {core::TrleFolder(), kLineBreak}));
+    TellCritical(LoadMessageOfOthers(msg::kBackupContentUnknown, {core::TrleFolder(), kLineBreak}));
 }
 
 Door RequireBackup() {

@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 
+#include "foundation/bitmap_head.h"
 #include "foundation/bytes.h"
 
 namespace kelvash::swap {
@@ -137,21 +138,9 @@ std::optional<Head> ReadHead(std::string_view bytes) {
 
 std::string NewHead(const Head& head, unsigned bits, Packing packing, std::size_t colours,
                     std::size_t pixel_bytes) {
-    const std::size_t offset = kFileHead + kInfoHead + colours * kPaletteEntry;
-    ByteWriter bytes;
-    bytes.Bytes("BM");
-    bytes.Put<std::uint32_t>(static_cast<std::uint32_t>(offset + pixel_bytes));
-    bytes.Zeros(4);
-    bytes.Put<std::uint32_t>(static_cast<std::uint32_t>(offset));
-    bytes.Put<std::uint32_t>(kInfoHead);
-    bytes.Put<std::uint32_t>(head.width);
-    bytes.Put<std::uint32_t>(head.top_down ? 0U - head.height : head.height);
-    bytes.Put<std::uint16_t>(1); // planes
-    bytes.Put<std::uint16_t>(static_cast<std::uint16_t>(bits));
-    bytes.Put<std::uint32_t>(static_cast<std::uint32_t>(packing));
-    bytes.Put<std::uint32_t>(static_cast<std::uint32_t>(pixel_bytes));
-    bytes.Zeros(16); // resolution and numbers of colours: not stated
-    return bytes.Take();
+    const BitmapShape shape{head.width, head.top_down ? 0U - head.height : head.height,
+                            static_cast<std::uint16_t>(bits), static_cast<std::uint32_t>(packing), colours};
+    return BitmapHead(shape, pixel_bytes);
 }
 
 // The palette at its full length, black where the file has none.
@@ -189,17 +178,6 @@ void AddUnmasked(std::string_view bytes, const Head& head, std::string& plain) {
 }
 
 } // namespace
-
-std::size_t BitmapStride(std::uint32_t width, unsigned bits) {
-    return (std::size_t{width} * bits + 31) / 32 * 4;
-}
-
-std::string BitmapHead24(std::uint32_t width, std::uint32_t height) {
-    Head head;
-    head.width = width;
-    head.height = height;
-    return NewHead(head, 24, Packing::Rgb, 0, BitmapStride(width, 24) * height);
-}
 
 std::optional<std::string> PlainBitmap(std::string_view bytes) {
     if (bytes.size() > kMaxPictureBytes) return std::nullopt;

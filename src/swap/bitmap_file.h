@@ -24,10 +24,4 @@ inline constexpr std::size_t kMaxPictureBytes = std::size_t{160}
 // Nothing for a file that isn't a bitmap, lies about itself, is cut short or out of bounds.
 std::optional<std::string> PlainBitmap(std::string_view bytes);
 
-// The 54 bytes in front of the pixels of a plain bitmap of 24 bits, rows from bottom to top, each padded to a
-// multiple of 4 bytes.
-std::string BitmapHead24(std::uint32_t width, std::uint32_t height);
-// Bytes of a row.
-std::size_t BitmapStride(std::uint32_t width, unsigned bits);
-
 } // namespace kelvash::swap

@@ -30,7 +30,6 @@ using trle_state::HoldSameBytes;
 using trle_state::LevelOwner;
 using trle_state::LookAtTrle;
 using trle_state::RecordValues;
-using trle_state::StampOf;
 using trle_state::TrleState;
 
 namespace {
@@ -107,7 +106,6 @@ std::string EncodeMovedSaves(const MovedSaves& moved) {
     std::string bytes(kFirstLine);
     trle_state::AppendLine("archive", {moved.Archive}, bytes);
     trle_state::AppendOwner(moved.Owner, bytes);
-    trle_state::AppendFiles("save", moved.Files, bytes);
     trle_state::AppendEnd(bytes);
     return bytes;
 }
@@ -120,8 +118,6 @@ std::optional<MovedSaves> DecodeMovedSaves(std::string_view bytes) {
                                                            moved.Archive = values[0];
                                                        if (key == "owner")
                                                            return TakeOwner(values, moved.Owner);
-                                                       if (key == "save")
-                                                           return TakeFile(values, moved.Files);
                                                        return true;
                                                    });
     return sound ? std::optional<MovedSaves>(std::move(moved)) : std::nullopt;
@@ -145,15 +141,13 @@ std::string SlotsOfFolder(std::string_view level_folder) {
     return FolderExists(core::TrleFolder()) ? core::TrleFolder() : std::string();
 }
 
-bool BeginMoving(const LevelOwner& owner, const std::vector<std::string>& files, MessageText& why) {
+bool BeginMoving(const LevelOwner& owner, MessageText& why) {
     if (IsLink(MovingFolder()) || FileExists(MovingFolder())) {
         why = LoadMessage(msg::kMovingFolderInTheWay) + MovingFolder();
         return false;
     }
-    MovedSaves moved{core::profile.LastArchive, owner};
-    for (const std::string& file : files)
-        moved.Files.push_back({FileNameOf(file), StampOf(file)});
-    if (!ReplaceFileBytes(MovingRecord(), EncodeMovedSaves(moved), Flush::Yes)) {
+    const std::string record = EncodeMovedSaves({core::profile.LastArchive, owner});
+    if (!ReplaceFileBytes(MovingRecord(), record, Flush::Yes)) {
         why = LoadMessage(msg::kMovingRecordFailed) + MovingRecord();
         return false;
     }
@@ -174,7 +168,8 @@ bool BringMovedSavesHome(Rescue rescue, MessageText& why) {
         why = LoadMessage(msg::kMovingUnderWay);
         return false;
     }
-    if (IsOwnFolder()) DeleteFile(MovingFolder() + "\\" + std::string(kPartialFile));
+    // It may be a second name of a savegame, whose attributes are to stay.
+    if (IsOwnFolder()) static_cast<void>(LeavePlace(MovingFolder() + "\\" + std::string(kPartialFile)));
     const std::optional<MovedSaves> moved = ReadRecord();
     bool may_rescue = rescue == Rescue::Yes;
     if (!WaitingFiles().empty() && moved) {

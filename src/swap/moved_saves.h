@@ -2,15 +2,14 @@
 // left there.
 //
 // It is _temp_savegame of the application's folder. Before its first file moved_saves.rec beside it tells, on
-// the disk, whose they are: the Archive, the level and its folder, and the names; docs/formats.md has its
-// lines. Whoever renumbers next, each swap and each start bring home what lies there; what has no home any
-// more goes to rescued_saves_N.
+// the disk, whose they are: the Archive, the level and its folder; docs/formats.md has its lines. Whoever
+// renumbers next, each swap and each start bring home what lies there; what has no home any more goes to
+// rescued_saves_N.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "foundation/message_text.h"
 #include "trle_state/swap_record.h"
@@ -20,7 +19,6 @@ namespace kelvash::swap {
 struct MovedSaves {
     std::string Archive = {}; // its file
     trle_state::LevelOwner Owner = {};
-    std::vector<trle_state::RecordedFile> Files = {}; // savegames and notes by name
 };
 std::string EncodeMovedSaves(const MovedSaves& moved);
 // Nothing for bytes that are damaged or cut in any way.
@@ -34,9 +32,8 @@ std::string MovingRecord();
 // in TRLE are and they may be those of level 0000.
 std::string SlotsOfFolder(std::string_view level_folder);
 
-// Writes the record for these files and makes the empty folder. False, with why: nothing has changed then.
-[[nodiscard]] bool BeginMoving(const trle_state::LevelOwner& owner, const std::vector<std::string>& files,
-                               MessageText& why);
+// Writes the record and makes the empty folder. False, with why: nothing has changed then.
+[[nodiscard]] bool BeginMoving(const trle_state::LevelOwner& owner, MessageText& why);
 // Takes away the empty folder and then the record. False if the folder still holds something.
 [[nodiscard]] bool EndMoving();
 

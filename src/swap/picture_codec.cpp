@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "foundation/bitmap_head.h"
 #include "foundation/platform/sdl.h"
 #include "swap/bitmap_file.h"
 #include "swap/png_file.h"

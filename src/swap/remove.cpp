@@ -62,7 +62,7 @@ std::optional<std::int32_t> PutSavesAway(TrleState& state, bool knows_stash) {
             TellCritical(LoadMessage(msg::kCannotEmptyStash, {folder}));
             return 0;
         case StashResult::CannotCopy:
-            TellCritical(LoadMessage(msg::kCannotStash, {folder, kLineBreak}));
+            TellCritical(LoadMessageOfOthers(msg::kCannotStash, {folder, kLineBreak}));
             return kRemovalRefused;
         case StashResult::CannotNote:
             return kRemovalRefused;
@@ -152,7 +152,7 @@ std::int32_t TakeOut(TrleState& state) {
 }
 
 void TellLevelFolderMissing(const std::string& folder) {
-    TellCritical(LoadMessage(msg::kLevelFolderMissing, {folder, kLineBreak}));
+    TellCritical(LoadMessageOfOthers(msg::kLevelFolderMissing, {folder, kLineBreak}));
 }
 
 // The level's folder is gone, or no level of the Archive has the marker's code: nobody can say where its
@@ -173,7 +173,7 @@ std::int32_t RemoveUnknown(TrleState& state, std::int32_t wanted) {
             return kRemovalRefused;
         }
         if (!state.MarkerText.empty())
-            TellCritical(LoadMessage(msg::kMarkerDamaged, {"\"" + MarkerPath() + "\"", kLineBreak}));
+            TellCritical(LoadMessageOfOthers(msg::kMarkerDamaged, {"\"" + MarkerPath() + "\"", kLineBreak}));
         if (const auto failure = PutSavesAway(state, false)) return *failure;
         if (!DeleteMarker() || !NoteOriginal(Original())) return kRemovalRefused;
         return state.MarkerStands ? kNoLevel : 0;

@@ -207,7 +207,7 @@ bool BringBackLevelFiles(const std::string& level_folder, SwapRecord& record, Ke
 bool RescueSavesOf(const LevelOwner& owner) {
     const std::string from = owner.Folder.empty()
                                  ? LoadMessage(msg::kRescueNobodys, {core::TrleFolder()})
-                                 : LoadMessage(msg::kRescueOwner, {owner.Name, owner.Folder});
+                                 : LoadMessageOfOthers(msg::kRescueOwner, {owner.Name, owner.Folder});
     if (RescueFiles(ListSaves(), from)) return true;
     TellCritical(LoadMessage(msg::kCannotRescue) + AppFolder());
     return false;

@@ -39,10 +39,10 @@ bool UnpackGuard::MayReach(double unpacked, const std::string& packed) {
     const auto times = static_cast<std::int64_t>(unpacked / std::max(1.0, packed_));
     const bool goes_on =
         AskYesNo(MessageStyle::Exclamation,
-                 LoadMessage(msg::kUnpackTooLarge,
-                             {FileNameOf(packed), FormatSize(static_cast<std::int64_t>(unpacked)),
-                              std::to_string(times), drive_, FormatSize(std::max<std::int64_t>(0, room_)),
-                              kLineBreak}));
+                 LoadMessageOfOthers(msg::kUnpackTooLarge,
+                                     {FileNameOf(packed), FormatSize(static_cast<std::int64_t>(unpacked)),
+                                      std::to_string(times), drive_,
+                                      FormatSize(std::max<std::int64_t>(0, room_)), kLineBreak}));
     wish_ = goes_on ? Wish::Yes : Wish::No;
     return goes_on;
 }

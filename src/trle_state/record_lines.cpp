@@ -16,23 +16,7 @@ bool TakeNumber(std::string_view text, Number& number) {
     return error == std::errc() && end == text.data() + text.size();
 }
 
-} // namespace
-
-void AppendLine(std::string_view key, std::initializer_list<std::string_view> values, std::string& bytes) {
-    bytes.append(key).append(" ");
-    for (const std::string_view value : values)
-        bytes.append(std::to_string(value.size())).append(":").append(value).append(",");
-    bytes += '\n';
-}
-
-void AppendFiles(std::string_view key, const std::vector<RecordedFile>& files, std::string& bytes) {
-    for (const RecordedFile& file : files)
-        AppendLine(key,
-                   {file.Target, std::to_string(file.Stamp.Size), std::to_string(file.Stamp.Time),
-                    file.Stamp.Hash, file.Kept},
-                   bytes);
-}
-
+// Takes a line off the bytes; false if they don't begin with a whole one.
 bool TakeLine(std::string_view& bytes, std::string& key, RecordValues& values) {
     const std::size_t blank = bytes.find(' ');
     if (blank == std::string_view::npos) return false;
@@ -51,6 +35,27 @@ bool TakeLine(std::string_view& bytes, std::string& key, RecordValues& values) {
     if (bytes.empty()) return false;
     bytes.remove_prefix(1);
     return true;
+}
+
+bool EndHolds(const RecordValues& values, std::string_view before) {
+    return values.size() == 1 && values[0] == HashOfBytes(before);
+}
+
+} // namespace
+
+void AppendLine(std::string_view key, std::initializer_list<std::string_view> values, std::string& bytes) {
+    bytes.append(key).append(" ");
+    for (const std::string_view value : values)
+        bytes.append(std::to_string(value.size())).append(":").append(value).append(",");
+    bytes += '\n';
+}
+
+void AppendFiles(std::string_view key, const std::vector<RecordedFile>& files, std::string& bytes) {
+    for (const RecordedFile& file : files)
+        AppendLine(key,
+                   {file.Target, std::to_string(file.Stamp.Size), std::to_string(file.Stamp.Time),
+                    file.Stamp.Hash, file.Kept},
+                   bytes);
 }
 
 bool TakeFile(const RecordValues& values, std::vector<RecordedFile>& files) {
@@ -83,12 +88,18 @@ void AppendEnd(std::string& bytes) {
     AppendLine(kEndKey, {HashOfBytes(bytes)}, bytes);
 }
 
-bool IsEndLine(const std::string& key) {
-    return key == kEndKey;
-}
-
-bool EndHolds(const RecordValues& values, std::string_view before) {
-    return values.size() == 1 && values[0] == HashOfBytes(before);
+bool TakeRecordLines(std::string_view bytes, std::string_view first_line, const TakeRecordLine& take) {
+    const std::string_view whole = bytes;
+    if (!bytes.starts_with(first_line)) return false;
+    bytes.remove_prefix(first_line.size());
+    std::string key;
+    RecordValues values;
+    for (;;) {
+        const std::string_view before = whole.substr(0, whole.size() - bytes.size());
+        if (!TakeLine(bytes, key, values)) return false;
+        if (key == kEndKey) return EndHolds(values, before) && bytes.empty();
+        if (!take(key, values)) return false;
+    }
 }
 
 } // namespace kelvash::trle_state

@@ -4,6 +4,7 @@
 // last line is the hash of all before it.
 #pragma once
 
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -20,34 +21,13 @@ void AppendOwner(const LevelOwner& owner, std::string& bytes);
 void AppendFiles(std::string_view key, const std::vector<RecordedFile>& files, std::string& bytes);
 void AppendEnd(std::string& bytes);
 
-// Takes a line off the bytes; false if they don't begin with a whole one.
-bool TakeLine(std::string_view& bytes, std::string& key, RecordValues& values);
 // False for values that are none of these.
 bool TakeFile(const RecordValues& values, std::vector<RecordedFile>& files);
 bool TakeOwner(const RecordValues& values, LevelOwner& owner);
 
 // Reads a record to its end, line by line; false for bytes that are damaged or cut in any way, or when
 // `take` refuses a line.
-template <class Take>
-bool TakeRecordLines(std::string_view bytes, std::string_view first_line, const Take& take);
-
-// The key of the last line, and whether it is right for the bytes before it.
-bool IsEndLine(const std::string& key);
-bool EndHolds(const RecordValues& values, std::string_view before);
-
-template <class Take>
-bool TakeRecordLines(std::string_view bytes, std::string_view first_line, const Take& take) {
-    const std::string_view whole = bytes;
-    if (!bytes.starts_with(first_line)) return false;
-    bytes.remove_prefix(first_line.size());
-    std::string key;
-    RecordValues values;
-    for (;;) {
-        const std::string_view before = whole.substr(0, whole.size() - bytes.size());
-        if (!TakeLine(bytes, key, values)) return false;
-        if (IsEndLine(key)) return EndHolds(values, before) && bytes.empty();
-        if (!take(key, values)) return false;
-    }
-}
+using TakeRecordLine = std::function<bool(const std::string& key, const RecordValues& values)>;
+bool TakeRecordLines(std::string_view bytes, std::string_view first_line, const TakeRecordLine& take);
 
 } // namespace kelvash::trle_state

@@ -38,12 +38,6 @@ namespace {
 
 constexpr int kLookBesideMillis = 1500;
 
-// A text that nobody has stored yet would be lost with what it stands in.
-bool IsWriting(const QWidget* focus) {
-    const auto* const text = qobject_cast<const QPlainTextEdit*>(focus);
-    return text != nullptr && !text->isReadOnly() && text->document()->isModified();
-}
-
 } // namespace
 
 Principale::Principale(FormsUser& user) : menu_(menuBar(), this, MenuCommands(*this, user), door_) {
@@ -197,7 +191,7 @@ void Principale::SetPlaying(bool playing) {
 // What others change shows by itself when nothing else is at work. The eye keeps its place: the list its
 // scrolling, the level its pair of pictures and its chosen savegame, the status line its word.
 void Principale::LookBeside() {
-    if (IsWriting(focusWidget()) || !door_.MayInterrupt()) return;
+    if (!door_.MayInterrupt()) return;
     if (!playing_ && companion::TakeOverGame()) {
         SetPlaying(true);
         ShowPlaying();

@@ -125,23 +125,23 @@ bool OkStandsFirst(const QWidget* form) {
 }
 
 // "OK" and "Cancel" have icons on the desktops where they have them everywhere.
-void TakeAnswerIcons(const QWidget* form, std::initializer_list<QPushButton*> answers) {
+void TakeAnswerIcons(const QWidget* form, const QPushButton* willing,
+                     std::initializer_list<QPushButton*> answers) {
     if (form->style()->styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons, nullptr, form) == 0) return;
     for (QPushButton* answer : answers)
-        if (answer->icon().isNull()) SetIcon(answer, answer->isDefault() ? Glyph::Accept : Glyph::GiveUp);
+        if (answer->icon().isNull()) SetIcon(answer, answer == willing ? Glyph::Accept : Glyph::GiveUp);
 }
 
-} // namespace
-
-QHBoxLayout* FootRow(QDialog* form, HelpMark page, std::initializer_list<QWidget*> left,
-                     std::initializer_list<QPushButton*> answers) {
+// `willing` is null where all of them only close the form.
+QHBoxLayout* LayAnswers(QDialog* form, HelpMark page, std::initializer_list<QWidget*> left,
+                        std::initializer_list<QPushButton*> answers, const QPushButton* willing) {
     ConnectHelpKey(form, page);
     KeepOnScreen(form);
     if (answers.size() > 1) {
         (*answers.begin())->setDefault(true);
         SetMainAction(*answers.begin());
     }
-    TakeAnswerIcons(form, answers);
+    TakeAnswerIcons(form, willing, answers);
     QHBoxLayout* const row = Line(left);
     const int place =
         OkStandsFirst(form) ? -1 : row->count(); // of the next: behind the others or before them
@@ -154,10 +154,18 @@ QHBoxLayout* FootRow(QDialog* form, HelpMark page, std::initializer_list<QWidget
     return row;
 }
 
+} // namespace
+
+QHBoxLayout* FootRow(QDialog* form, HelpMark page, std::initializer_list<QWidget*> left,
+                     std::initializer_list<QPushButton*> answers) {
+    return LayAnswers(form, page, left, answers, *answers.begin());
+}
+
 QHBoxLayout* FootRow(QDialog* form, const FootButtons& buttons) {
     SetIcon(buttons.help, Glyph::Help);
     ConnectHelp(buttons.help, form, buttons.page);
-    if (buttons.ok == nullptr) return FootRow(form, buttons.page, {buttons.help}, {buttons.cancel});
+    if (buttons.ok == nullptr)
+        return LayAnswers(form, buttons.page, {buttons.help}, {buttons.cancel}, nullptr);
     return FootRow(form, buttons.page, {buttons.help}, {buttons.ok, buttons.cancel});
 }
 

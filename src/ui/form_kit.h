@@ -69,8 +69,8 @@ QHBoxLayout* Line(std::initializer_list<QWidget*> controls);
 // The row at the foot of a form: some controls at the left, others at the right.
 QHBoxLayout* FootRow(std::initializer_list<QWidget*> left, std::initializer_list<QWidget*> right);
 
-// The usual one. At the right what ends the form, in the platform's order; of several the first is what Enter
-// means and what the form is there for. F1 opens the page. The form stays within its screen.
+// The usual one. At the right what ends the form, in the platform's order; the first is what the form is
+// there for, and of several what Enter means. F1 opens the page. The form stays within its screen.
 QHBoxLayout* FootRow(QDialog* form, HelpMark page, std::initializer_list<QWidget*> left,
                      std::initializer_list<QPushButton*> answers);
 

@@ -7,6 +7,7 @@
 #include "companion/watcher.h"
 #include "core/profile.h"
 #include "foundation/desktop.h"
+#include "ui/Dialog_ScreenShot.h"
 #include "ui/Principale.h"
 #include "ui/screenshot_panel.h"
 
@@ -35,12 +36,11 @@ JoystickNavigation::JoystickNavigation(Principale& window) : window_(window) {
 void JoystickNavigation::Tick() {
     if (!core::profile.EnableJoystick || companion::IsWatching()) return;
     QWidget* const active = QApplication::activeWindow();
-    const bool is_zoom = active != nullptr && active->objectName() == QStringLiteral("Dialog_ScreenShot");
-    if (active != &window_ && !is_zoom) return;
+    auto* const zoom = qobject_cast<Dialog_ScreenShot*>(active);
+    if (active != &window_ && zoom == nullptr) return;
     JoystickState joystick;
     if (!TheDesktop().ReadJoystick(core::profile.JoystickId, joystick)) return;
-    if (!HeedButtons(joystick.buttons & kLowByte, is_zoom ? active : nullptr))
-        HeedAxes(joystick.x, joystick.y);
+    if (!HeedButtons(joystick.buttons & kLowByte, zoom)) HeedAxes(joystick.x, joystick.y);
 }
 
 // The first of them that is pressed; the others wait. True if any is.

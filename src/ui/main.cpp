@@ -18,9 +18,9 @@
 #include "program/start_up.h"
 #include "ui/Principale.h"
 #include "ui/form_support.h"
-#include "ui/forms_desktop.h"
 #include "ui/forms_user.h"
 #include "ui/messages.h"
+#include "ui/own_windows.h"
 #include "ui/shipped_files.h"
 #include "ui/single_instance.h"
 #include "ui/start_screen.h"
@@ -119,9 +119,9 @@ void TakeMessageTable() {
         TellCritical(LoadMessage(msg::kFormsTableRefused) + table +
                      (lines.empty() ? std::string() : LoadMessage(msg::kFormsTableLine, {lines})));
     else if (!lines.empty())
-        ShowMessage(
-            MessageStyle::Exclamation,
-            LoadMessage(msg::kFormsTableLines, {table, std::to_string(loading.RefusedLines.size()), lines}));
+        ShowMessage(MessageStyle::Exclamation,
+                    LoadMessageOfOthers(msg::kFormsTableLines,
+                                        {table, std::to_string(loading.RefusedLines.size()), lines}));
 }
 
 // The native path of the Archive that the command line names, as another process understands it; empty if it
@@ -163,7 +163,7 @@ int Run(const QApplication& application) {
     if (int status = 0; !IsTheWindow(instance, options, status)) return status;
     AllowRegistration(options.home.empty() || options.register_home);
     ProvideShippedFiles();
-    const FormsDesktop desktop;
+    const OwnWindows own_windows;
     const Theme theme;
     StartScreen start_screen(user);
     user.SetBeforeWaiting([&plug_ins, &start_screen] {

@@ -43,10 +43,9 @@ void SaveArchive(Principale& window) {
 }
 
 void SaveArchiveAs(Principale& window) {
-    bool saved = false;
-    static_cast<void>(core::SaveArchiveAs(&saved)); // tells its own failure
+    const core::SavedAs end = core::SaveArchiveAs(); // tells its own failure
     window.ShowTitle();
-    if (saved) SaySaved(window);
+    if (end == core::SavedAs::Saved) SaySaved(window);
 }
 
 } // namespace

@@ -95,11 +95,15 @@ void MessageBox::CopyText() const {
     QString text = WholeText();
     for (const QLabel* label : Texts())
         if (label->hasSelectedText()) text = label->selectedText();
-    QGuiApplication::clipboard()->setText(text);
+    QGuiApplication::clipboard()->setText(WithoutWraps(text));
 }
 
-// However a part of the text has got there.
+// However a part of the text has got there. What nobody has selected isn't of this box: reading it would wait
+// for the program that owns it.
 void MessageBox::CleanClipboard(QClipboard::Mode mode) const {
+    const QList<QLabel*> texts = Texts();
+    if (std::none_of(texts.begin(), texts.end(), [](const QLabel* text) { return text->hasSelectedText(); }))
+        return;
     QClipboard* const clipboard = QGuiApplication::clipboard();
     const QString text = clipboard->text(mode), clean = WithoutWraps(text);
     if (clean != text && WholeText().contains(text)) clipboard->setText(clean, mode);

@@ -60,8 +60,8 @@ QRect ElidedLabel::Room() const {
 }
 
 bool ElidedLabel::event(QEvent* event) {
-    const bool has_all = fontMetrics().horizontalAdvance(text()) <= Room().width();
-    if (event->type() != QEvent::ToolTip || !toolTip().isEmpty() || has_all) return QLabel::event(event);
+    const auto has_all = [this] { return fontMetrics().horizontalAdvance(text()) <= Room().width(); };
+    if (event->type() != QEvent::ToolTip || !toolTip().isEmpty() || has_all()) return QLabel::event(event);
     QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), ToolTipText(text()), this);
     return true;
 }

@@ -4,9 +4,11 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QImageIOHandler>
 #include <QImageReader>
 #include <QPointer>
 #include <QThreadPool>
+#include <QTransform>
 #include <utility>
 
 #include "swap/bitmap_file.h"
@@ -56,6 +58,18 @@ QImage DecodeNear(const QByteArray& bytes, const QSize& size, Qt::AspectRatioMod
     return reader.read();
 }
 
+// As its camera was held; what decodes the logic's pictures passes that over.
+QImage Upright(const QImage& picture, const QByteArray& bytes) {
+    QBuffer buffer;
+    buffer.setData(bytes);
+    const QImageIOHandler::Transformations turn = QImageReader(&buffer, "jpg").transformation();
+    const QImage mirrored = picture.mirrored(turn.testFlag(QImageIOHandler::TransformationMirror),
+                                             turn.testFlag(QImageIOHandler::TransformationFlip));
+    return turn.testFlag(QImageIOHandler::TransformationRotate90)
+               ? mirrored.transformed(QTransform().rotate(90))
+               : mirrored;
+}
+
 QImage ScaleWhole(const QImage& picture, const QSize& size) {
     if (picture.isNull()) return {};
     const QSize fitting = picture.size().scaled(size, Qt::KeepAspectRatio).expandedTo({1, 1});
@@ -90,7 +104,7 @@ QImage DecodeWhole(const QByteArray& bytes, const QSize& size) {
     // The toolkit fills up with grey what a cut JPEG lacks; what the commands can't read isn't shown either.
     if (QLatin1String(FormatOf(bytes)) == QLatin1String("jpg")) {
         const auto picture = swap::DecodePicture({bytes.constData(), static_cast<std::size_t>(bytes.size())});
-        return picture ? ScaleWhole(ImageOf(*picture), size) : QImage();
+        return picture ? ScaleWhole(Upright(ImageOf(*picture), bytes), size) : QImage();
     }
     return ScaleWhole(DecodeNear(bytes, size, Qt::KeepAspectRatio), size);
 }

@@ -17,6 +17,7 @@
 #include "companion/screenshots.h"
 #include "core/level_list.h"
 #include "foundation/files.h"
+#include "swap/savegame_files.h"
 #include "ui/Dialog_InputTesto.h"
 #include "ui/Dialog_ListSaveGame.h"
 #include "ui/Principale.h"
@@ -100,8 +101,7 @@ void SavegamePanel::RefreshSavegameLists(const program::LevelView& level) {
     screenshots_ = level.Screenshots;
     images_.reset();
     level_name_ = level.Name;
-    Fill(window_.List_SaveGameTomb, slots_,
-         [this](std::size_t i) { return companion::SavegameSlotNumber(slots_[i]); });
+    Fill(window_.List_SaveGameTomb, slots_, [this](std::size_t i) { return swap::SlotNumber(slots_[i]); });
     Fill(window_.List_SaveGameArchiviati, archived_, [](std::size_t i) { return static_cast<int>(i); });
     ShowSavegameDetails();
 }

@@ -1,5 +1,6 @@
 // On which of two display servers the windows stand. A Wayland desktop lets no program see the keys and
-// windows of others; the X11 server beside it does, and games under Wine go through that.
+// windows of others; the X11 server beside it does, and games under Wine go through that: posix/x11_wish.cpp.
+// On Windows there is nothing to wish for.
 #pragma once
 
 namespace kelvash::ui {

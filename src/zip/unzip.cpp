@@ -240,7 +240,8 @@ class Extraction {
         std::optional<std::string> typed;
         if (passwords_asked_++ < kMostPasswords)
             typed = TheUser().Input(LoadMessage(msg::kZipPasswordTitle),
-                                    LoadMessage(question, {FileNameOf(job_.ZipFileName), kLineBreak}), {});
+                                    LoadMessageOfOthers(question, {FileNameOf(job_.ZipFileName), kLineBreak}),
+                                    {});
         job_.NoPassword = job_.Stopped = !typed.has_value();
         if (typed) password_ = std::move(typed);
         return !job_.Stopped;

@@ -5,8 +5,8 @@
 #include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/messages.h"
-#include "foundation/native_text.h"
 #include "foundation/path.h"
+#include "foundation/process.h"
 #include "foundation/pumping.h"
 #include "foundation/text.h"
 #include "foundation/tool.h"
@@ -53,19 +53,20 @@ void TellLeftOut(const UnzipClass& unzip) {
     const std::string zip = FileNameOf(unzip.ZipFileName);
     if (!unzip.Refused.empty())
         ShowMessage(MessageStyle::Exclamation,
-                    LoadMessage(msg::kZipEntryRefused, {zip, Lines(unzip.Refused)}));
+                    LoadMessageOfOthers(msg::kZipEntryRefused, {zip, Lines(unzip.Refused)}));
     if (!unzip.Twice.empty())
-        ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kZipEntryTwice, {zip, Lines(unzip.Twice)}));
+        ShowMessage(MessageStyle::Exclamation,
+                    LoadMessageOfOthers(msg::kZipEntryTwice, {zip, Lines(unzip.Twice)}));
     if (!unzip.TooLong.empty())
         ShowMessage(MessageStyle::Exclamation,
-                    LoadMessage(msg::kZipEntryTooLong, {zip, Lines(unzip.TooLong)}));
+                    LoadMessageOfOthers(msg::kZipEntryTooLong, {zip, Lines(unzip.TooLong)}));
 }
 
 std::string FailedEntries(const UnzipClass& unzip) {
     std::vector<std::string> failed;
     for (const auto& [name, reason] : unzip.Failed)
         failed.push_back(name + ": " + reason);
-    return LoadMessage(msg::kZipEntryFailed, {FileNameOf(unzip.ZipFileName), Lines(failed)});
+    return LoadMessageOfOthers(msg::kZipEntryFailed, {FileNameOf(unzip.ZipFileName), Lines(failed)});
 }
 
 double SumOf(const std::vector<ZipEntry>& entries) {
@@ -102,24 +103,20 @@ bool MayFill(const Unzipping& job, double bytes, ZipBudget& budget) {
     const std::string name = FileNameOf(job.Archive);
     const std::int64_t room = FreeSpace(job.Destination);
     if (room >= 0 && bytes > static_cast<double>(room))
-        return AskYesNo(MessageStyle::Exclamation,
-                        LoadMessage(msg::kZipNoRoom, {name, SizeText(bytes), job.Destination.substr(0, 2),
-                                                      FormatSize(room), kLineBreak}));
+        return AskYesNo(
+            MessageStyle::Exclamation,
+            LoadMessageOfOthers(msg::kZipNoRoom, {name, SizeText(bytes), job.Destination.substr(0, 2),
+                                                  FormatSize(room), kLineBreak}));
     const double total = budget.Unpacked + bytes;
     const double factor = total / std::max(1.0, budget.Packed);
     if (total <= budget.Unasked || factor <= kSuspiciousFactor || total <= 2 * budget.Agreed) return true;
     const MessageId question = budget.Unpacked > 0 ? msg::kZipAllTooLarge : msg::kZipTooLarge;
     const std::string times = std::to_string(static_cast<std::int64_t>(factor));
     if (!AskYesNo(MessageStyle::Exclamation,
-                  LoadMessage(question, {name, SizeText(total), times, kLineBreak})))
+                  LoadMessageOfOthers(question, {name, SizeText(total), times, kLineBreak})))
         return false;
     budget.Agreed = total;
     return true;
-}
-
-// A path as a tool takes it: a Windows program the path text, any other the platform's own.
-std::string ToolPath(const std::string& tool, std::string_view path) {
-    return ReadFileStart(tool, 2) == "MZ" ? std::string(path) : TextOfNative(NativePath(path));
 }
 
 } // namespace
@@ -174,7 +171,8 @@ Unzipped UnzipToFolder(const Unzipping& job, Bar& bar) {
     std::string reason;
     std::optional<std::vector<ZipEntry>> listed = ListZip(job.Archive, reason);
     if (!listed)
-        return {UnzipEnd::Failed, LoadMessage(msg::kZipCannotOpen, {FileNameOf(job.Archive), reason})};
+        return {UnzipEnd::Failed,
+                LoadMessageOfOthers(msg::kZipCannotOpen, {FileNameOf(job.Archive), reason})};
     KeepWanted(job.Entries, *listed);
     ZipBudget own;
     own.Packed = static_cast<double>(FileSize(job.Archive));
@@ -215,9 +213,8 @@ bool UnzipWithTool(std::string_view archive, std::string_view destination, Bar& 
         GestioneUnzip(progress, line, start, stop);
         return stop;
     };
-    const Captured run =
-        CaptureOutput(tool, {"-o", ToolPath(tool, archive), "-d", ToolPath(tool, destination)}, reader,
-                      LineMode::WholeLines);
+    const Captured run = CaptureOutput(tool, {"-o", PathFor(tool, archive), "-d", PathFor(tool, destination)},
+                                       reader, LineMode::WholeLines);
     bar = progress.bar;
     if (!run.ok) TellCritical(LoadMessage(msg::kUnzipToolFailed) + run.error);
     return run.ok;

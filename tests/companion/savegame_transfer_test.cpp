@@ -239,7 +239,6 @@ TEST_F(OneSavegame, TellsAllThatIsKnownOfIt) {
 
 TEST_F(OneSavegame, IsDescribedInAMail) {
     const Mail mail = SavegameMail({save}, "The City", MailFrom::Selection);
-    EXPECT_EQ(mail.To, "");
     EXPECT_EQ(mail.Subject, "Savegame 12 - \"City\" of level \"The City\"");
     EXPECT_EQ(mail.Text, "  12 - City  (23:59  31/12/2004) -> savegame.0\r\n");
     EXPECT_THAT(mail.Attachments, ElementsAre(save));

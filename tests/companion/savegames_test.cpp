@@ -67,11 +67,6 @@ TEST_F(Savegames, ThatCantBeReadSaySo) {
     EXPECT_EQ(title, "<NOT READABLE>");
 }
 
-TEST_F(Savegames, TellTheirSlotByTheName) {
-    EXPECT_EQ(SavegameSlotNumber("C:\\trle\\savegame.14"), 14);
-    EXPECT_EQ(SavegameSlotNumber("C:\\tr.le\\savegame"), 0);
-}
-
 TEST_F(Savegames, AreShownWithNumberTitleAndDate) {
     test::MakeFile(drive / "savegame.3", Save("City of the Dead", std::string("\x0C\x00", 2)));
     ASSERT_TRUE(SetFileDate("C:\\savegame.3", 1'000'000'000));

@@ -152,6 +152,16 @@ TEST_F(ShotCommands, TellWhatAPictureIs) {
                             "\r\nDate: 31/12/2004  23:59:08\r\nSize: 62\r\nResolution: (2 X 1)"));
 }
 
+// Such a name looks like a mark of the message.
+TEST_F(ShotCommands, TellItOfAShortNameToo) {
+    Take("a~2.bmp");
+    ShowShotProperty(PathOf("a~2.bmp"));
+    ASSERT_EQ(user.Told().size(), 1U);
+    const std::string told = user.Told().front();
+    EXPECT_EQ(told.substr(0, told.find("Date: ") + 6), "plain: Path: " + PathOf("a~2.bmp") + "\r\nDate: ");
+    EXPECT_EQ(told.substr(told.find("\r\nSize")), "\r\nSize: 62\r\nResolution: (2 X 1)");
+}
+
 TEST_F(ShotCommands, RefuseTheDefaultPictures) {
     for (const std::string& path : {kOldDefault, kOriginal}) {
         std::string renaming = path;

@@ -306,7 +306,7 @@ TEST_F(ArchiveTest, TellsAFailedSaveOfTheMenu) {
 
 TEST_F(ArchiveTest, IsSavedUnderAnotherName) {
     user.WillAnswer("Save current archive as ...", "C:\\Levels\\copy.kva");
-    EXPECT_TRUE(SaveArchiveAs());
+    EXPECT_EQ(SaveArchiveAs(), SavedAs::Saved);
     EXPECT_EQ(user.last_start, "C:\\Kelvash\\test.kva") << "the application's folder and the file's name";
     EXPECT_EQ(profile.LastArchive, "C:\\Levels\\copy.kva");
     EXPECT_EQ(fs::file_size(levels / "copy.kva"), 2180U);
@@ -324,7 +324,7 @@ TEST_F(ArchiveTest, IsNotSavedOverAnothersWorkAndCallsThatNoError) {
     const std::string theirs = BytesOf(kva);
     user.WillAnswer("Save current archive as ...", "C:\\Kelvash\\test.kva");
     user.WillAnswer("Do you want to overwrite the file with what is here?", "no");
-    EXPECT_FALSE(SaveArchiveAs());
+    EXPECT_EQ(SaveArchiveAs(), SavedAs::Failed);
     user.WillAnswer("Do you want to overwrite the file with what is here?", "no");
     EXPECT_FALSE(SaveArchive());
     EXPECT_THAT(user.Told(), IsEmpty());
@@ -335,14 +335,14 @@ TEST_F(ArchiveTest, IsNotSavedOverAnothersWorkAndCallsThatNoError) {
 TEST_F(ArchiveTest, KeepsItsNameWhenSaveAsIsCancelled) {
     archive.ArchiveChanged = true;
     user.WillAnswer("Save current archive as ...", "cancel");
-    EXPECT_TRUE(SaveArchiveAs());
+    EXPECT_EQ(SaveArchiveAs(), SavedAs::GivenUp);
     EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\test.kva");
     EXPECT_TRUE(archive.ArchiveChanged);
 }
 
 TEST_F(ArchiveTest, TellsAFailedSaveAs) {
     user.WillAnswer("Save current archive as ...", "C:\\missing\\copy.kva");
-    EXPECT_FALSE(SaveArchiveAs());
+    EXPECT_EQ(SaveArchiveAs(), SavedAs::Failed);
     EXPECT_THAT(user.Told(), ElementsAre("critical: Error while saving archive: C:\\missing\\copy.kva"));
     EXPECT_EQ(profile.LastArchive, "C:\\Kelvash\\test.kva");
 }

@@ -48,6 +48,15 @@ TEST(MessageMarks, InAnArgumentOfOthersAreNone) {
     EXPECT_EQ(LoadMessageOfOthers(msg::kErrorCopyingFileTo, {"~1 ~2", "X"}),
               "Error copying file '~1 ~2' to '");
     EXPECT_EQ(LoadMessageOfOthers(msg::kCannotCreateFolder, {}), "I can not create '~1' folder");
+    SetTranslation({{msg::kCannotCreateFolder.Number(), "~3|~1|~2|~1|~10"}});
+    const auto fill = [](const MessageArgs& args) {
+        return LoadMessageOfOthers(msg::kCannotCreateFolder, args);
+    };
+    EXPECT_EQ(fill({"a~2", "b~3~1", "c~1~2"}), "c~1~2|a~2|b~3~1|~1|~10");
+    EXPECT_EQ(fill({"", "~2", ""}), "||~2|~1|~10");
+    EXPECT_EQ(fill({"C:\\DOCUME~2\\A~3.JPG", "x", "y"}), "y|C:\\DOCUME~2\\A~3.JPG|x|~1|~10");
+    EXPECT_EQ(fill({"~1", "2", "3", "4", "5", "6", "7", "8", "9", "ten"}), "3|~1|2|~1|ten");
+    SetTranslation({});
 }
 
 } // namespace

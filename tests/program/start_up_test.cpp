@@ -191,6 +191,14 @@ TEST_F(StartUpTest, KeepsAJoystickThatIsThere) {
     EXPECT_EQ(companion::joystick_rest.Y, 36000);
 }
 
+TEST_F(StartUpTest, TakesThePlaceOfAJoystickForItsRest) {
+    LiveIn();
+    desktop.joysticks[0] = {30000, 35000, 0};
+    StartUp("");
+    EXPECT_EQ(companion::joystick_rest.X, 30000);
+    EXPECT_EQ(companion::joystick_rest.Y, 35000);
+}
+
 TEST_F(StartUpTest, DoesNotSwitchAJoystickOn) {
     record.EnableJoystick = false;
     LiveIn();

@@ -39,8 +39,6 @@ class FakeDesktop final : public Desktop {
     }
     bool WindowAnimation() override { return animation; }
     void SetWindowAnimation(bool on) override { animation = on; }
-    bool ClipboardHasBitmap() override { return clipboard_bitmap; }
-    void ClearClipboard() override { clipboard_bitmap = false; }
 
     std::set<int> held;
     std::vector<int> pressed;
@@ -56,7 +54,6 @@ class FakeDesktop final : public Desktop {
     std::function<void()> when_done; // behind each press and each beep
     bool cursor_shown = true;
     bool animation = true;
-    bool clipboard_bitmap = false;
 
   private:
     Desktop* old_;

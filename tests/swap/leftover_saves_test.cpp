@@ -19,10 +19,8 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 MovedSaves Example() {
-    MovedSaves moved{"C:\\Levels\\my.kva",
-                     {"C:\\Levels\\LEVEL_0012", "..\\Levels\\LEVEL_0012", "City, 2", "00ff", 12}};
-    moved.Files = {{"savegame.3", {77, 1'600'000'000}}, {"note3.txt", {5, 1'600'000'001}}};
-    return moved;
+    return {"C:\\Levels\\my.kva",
+            {"C:\\Levels\\LEVEL_0012", "..\\Levels\\LEVEL_0012", "City, 2", "00ff", 12}};
 }
 
 TEST(MovedSavesRecord, HasALineForEach) {
@@ -31,14 +29,11 @@ TEST(MovedSavesRecord, HasALineForEach) {
                                   "archive 16:C:\\Levels\\my.kva,\n"
                                   "owner 20:C:\\Levels\\LEVEL_0012,20:..\\Levels\\LEVEL_0012,7:City, "
                                   "2,4:00ff,2:12,\n"
-                                  "save 10:savegame.3,2:77,10:1600000000,0:,0:,\n"
-                                  "save 9:note3.txt,1:5,10:1600000001,0:,0:,\n"
                                   "end 32:"));
     const std::optional<MovedSaves> read = DecodeMovedSaves(bytes);
     ASSERT_TRUE(read);
     EXPECT_EQ(EncodeMovedSaves(*read), bytes);
     EXPECT_EQ(read->Owner.Name, "City, 2");
-    EXPECT_EQ(read->Files.back().Target, "note3.txt");
 }
 
 TEST(MovedSavesRecord, CutOrDamagedTellsNothing) {
@@ -167,16 +162,16 @@ TEST_F(Leftovers, ARefreshRescuesNothingWithoutAnArchive) {
 TEST_F(Leftovers, WhatIsNotTheProgramsOwnStandsInTheWay) {
     const trle_state::LevelOwner owner = trle_state::OwnerOf(core::PlaceOf(1));
     MakeFile(home / "_temp_savegame", "a file");
-    EXPECT_FALSE(BeginMoving(owner, {}, why));
+    EXPECT_FALSE(BeginMoving(owner, why));
     EXPECT_EQ(why,
               "Something is in the way that isn't a folder of Kelvash's "
               "own: C:\\Kelvash\\_temp_savegame");
     std::filesystem::remove(home / "_temp_savegame");
     std::filesystem::create_directories(home / "moved_saves.rec/inner");
-    EXPECT_FALSE(BeginMoving(owner, {}, why));
+    EXPECT_FALSE(BeginMoving(owner, why));
     EXPECT_EQ(why, "I cannot write: C:\\Kelvash\\moved_saves.rec");
     std::filesystem::remove_all(home / "moved_saves.rec");
-    EXPECT_TRUE(BeginMoving(owner, {}, why));
+    EXPECT_TRUE(BeginMoving(owner, why));
     EXPECT_TRUE(Exists(home / "moved_saves.rec"));
     EXPECT_TRUE(EndMoving());
     ExpectNothingMoving();

@@ -27,7 +27,7 @@ class MovedSavegames : public test::SwapHome {
     // As an operation leaves it when it is killed.
     void LeaveBehind(const std::map<std::string, std::string>& files) {
         MessageText why;
-        ASSERT_TRUE(BeginMoving(trle_state::OwnerOf(core::PlaceOf(1)), {}, why));
+        ASSERT_TRUE(BeginMoving(trle_state::OwnerOf(core::PlaceOf(1)), why));
         for (const auto& [name, bytes] : files)
             MakeFile(home / "_temp_savegame" / name, bytes);
     }

@@ -1,6 +1,8 @@
 // The window beside other programs that change what it shows.
 #include <gmock/gmock.h>
 
+#include <QImage>
+
 #include "support/bitmaps.h"
 #include "swap/install.h"
 #include "ui/principale_home.h"
@@ -73,6 +75,42 @@ TEST_F(WindowBeside, ShowsFilesThatComeToTheLevel) {
     EXPECT_EQ(form.Label_Info->text().toStdString(), "Added: City of Gold");
 }
 
+TEST_F(WindowBeside, ShowsWhatChangesAmongTheArchivedSavegames) {
+    const auto slots = LevelPath(1) / "SAVEGAMES";
+    MakeFile(slots / "slot1/savegame.0", "Hall,");
+    MakeFile(slots / "slot1/savegame.1", "Tower,");
+    WaitUntil([this] { return form.List_SaveGameArchiviati->count() == 2; });
+    Settle();
+    std::filesystem::remove(slots / "slot1/savegame.1");
+    WaitUntil([this] { return form.List_SaveGameArchiviati->count() == 1; });
+    Settle();
+    MakeFile(slots / "slot1/kept/savegame.2", "Cellar,"); // at any depth
+    WaitUntil([this] { return form.List_SaveGameArchiviati->count() == 2; });
+    Settle();
+    std::filesystem::remove(slots / "slot1/kept/savegame.2");
+    WaitUntil([this] { return form.List_SaveGameArchiviati->count() == 1; });
+}
+
+TEST_F(WindowBeside, ShowsAPictureThatIsPaintedOver) {
+    const auto folder = LevelPath(1) / "SCREENSHOTS";
+    std::filesystem::create_directories(folder);
+    const auto paint = [&folder](const QSize& size) { // in its place, as graphics programs do
+        QImage picture(size, QImage::Format_RGB32);
+        picture.fill(Qt::red);
+        EXPECT_TRUE(picture.save(QString::fromStdString((folder / "1.bmp").string())));
+    };
+    const auto shows = [this](bool wide) {
+        const QSize size = form.Image1->PictureSize();
+        return form.Image1->HasPicture() && (size.width() > 3 * size.height()) == wide;
+    };
+    form.ShowPanel(true);
+    paint({40, 40});
+    WaitUntil([&] { return !form.Empty_Shots->isVisible() && shows(false); });
+    Settle();
+    paint({400, 40});
+    WaitUntil([&] { return shows(true); });
+}
+
 TEST_F(WindowBeside, ReadsTheRowsOfOtherLevelsAnew) {
     const auto line = [this] {
         const auto& model = dynamic_cast<const ui::LevelModel&>(*form.Combo_Livelli->model());
@@ -103,19 +141,6 @@ TEST_F(WindowBeside, WaitsForTheEndOfAJob) {
         EXPECT_THAT(Shown(), Not(Contains("Delta")));
     }
     WaitUntil([this] { return Shown().size() == 5; });
-}
-
-TEST_F(WindowBeside, WaitsWhileATextIsWritten) {
-    form.Pul_SaveGames->click();
-    form.Text_NoteSaveGame->setReadOnly(false);
-    form.Text_NoteSaveGame->setFocus();
-    QTest::keyClicks(form.Text_NoteSaveGame, QStringLiteral("behind the door"));
-    MakeFile(StashPath(1) / "savegame.1", "Hall,");
-    Settle();
-    EXPECT_EQ(form.Text_NoteSaveGame->toPlainText().toStdString(), "behind the door");
-    EXPECT_EQ(form.List_SaveGameTomb->count(), 1);
-    form.Text_NoteSaveGame->document()->setModified(false); // it is stored
-    WaitUntil([this] { return form.List_SaveGameTomb->count() == 2; });
 }
 
 // What is selected in a list of savegames would be lost.

@@ -128,6 +128,24 @@ TEST_F(FormKit, OkAndCancelHaveIconsWhereTheDesktopsHave) {
     }
 }
 
+TEST_F(FormKit, AnOnlyAnswerHasTheIconOfWhatItMeans) {
+    DesktopStyle style(QDialogButtonBox::KdeLayout, true);
+    const auto icon = [](const QPushButton& button) { return button.icon().pixmap(48, 48).toImage(); };
+    QDialog agrees, closes;
+    agrees.setStyle(&style);
+    closes.setStyle(&style);
+    auto* const ok = new QPushButton(&agrees);
+    agrees.setLayout(ui::FootRow(&agrees, ui::HelpMark::Keyboard, {}, {ok}));
+    auto* const help = new QPushButton(&closes);
+    auto* const close = new QPushButton(&closes);
+    closes.setLayout(ui::FootRow(&closes, {help, ui::HelpMark::Restore, nullptr, close}));
+    QPushButton accept(&form), give_up(&form);
+    ui::SetIcon(&accept, ui::Glyph::Accept);
+    ui::SetIcon(&give_up, ui::Glyph::GiveUp);
+    EXPECT_EQ(icon(*ok), icon(accept));
+    EXPECT_EQ(icon(*close), icon(give_up));
+}
+
 // The colour in the middle of a button's icon.
 QColor MiddleOfIcon(const QAbstractButton& button) {
     return button.icon().pixmap(48, 48).toImage().pixelColor(24, 24);

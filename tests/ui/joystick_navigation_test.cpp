@@ -7,6 +7,7 @@
 #include "companion/settings.h"
 #include "core/level_list.h"
 #include "support/fake_desktop.h"
+#include "ui/Dialog_ScreenShot.h"
 #include "ui/principale_home.h"
 #include "ui/screenshot_panel.h"
 
@@ -177,11 +178,17 @@ TEST_F(JoystickNavigation, IsQuietBehindAnotherWindow) {
     WaitUntil([&] { return QApplication::activeWindow() == &other; });
     Look(32767, 65535);
     EXPECT_EQ(Current(), "Alpha");
-    other.setObjectName(QStringLiteral("Dialog_ScreenShot"));
+    other.setObjectName(QStringLiteral("Dialog_ScreenShot")); // a name alone is no zoomed picture
+    Look(32767, 65535);
+    EXPECT_EQ(Current(), "Alpha");
+    ui::Dialog_ScreenShot zoom(&form);
+    zoom.show();
+    zoom.activateWindow();
+    WaitUntil([&] { return QApplication::activeWindow() == &zoom; });
     Look(32767, 65535);
     EXPECT_EQ(Current(), "beta city") << "in the zoomed picture it goes on";
     Button(1);
-    EXPECT_FALSE(other.isVisible());
+    EXPECT_FALSE(zoom.isVisible());
 }
 
 } // namespace

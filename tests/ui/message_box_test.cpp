@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QMimeData>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
@@ -104,6 +105,32 @@ TEST_F(MessageBoxes, CopyALongPathAsItIs) {
         EXPECT_EQ(Copied(), path);
     });
     EXPECT_TRUE(robot.HasSeen(path));
+}
+
+// What another program has put there, which counts how often it is asked for.
+class ForeignText final : public QMimeData {
+  public:
+    explicit ForeignText(int& asked) : asked_(asked) {}
+    QStringList formats() const override { return {QStringLiteral("text/plain")}; }
+
+  protected:
+    QVariant retrieveData(const QString&, QMetaType) const override {
+        ++asked_;
+        return QStringLiteral("foreign");
+    }
+
+  private:
+    int& asked_;
+};
+
+TEST_F(MessageBoxes, LeaveWhatOthersCopyUnread) {
+    int asked = 0;
+    Tell("No such file", [&asked](MessageBox&) {
+        QGuiApplication::clipboard()->setMimeData(new ForeignText(asked));
+        QCoreApplication::processEvents();
+        EXPECT_EQ(asked, 0);
+    });
+    QGuiApplication::clipboard()->clear();
 }
 
 TEST_F(MessageBoxes, ShowMarkUpInBothPartsAsItStands) {

@@ -4,6 +4,9 @@
 #include <gmock/gmock.h>
 
 #include <QBuffer>
+#include <QPainter>
+#include <map>
+#include <vector>
 
 namespace kelvash::test {
 namespace {
@@ -29,6 +32,40 @@ TEST(PictureReading, ShowsNothingOfACutPicture) {
     QByteArray cut = BytesOf({320, 240}, "jpg");
     cut.chop(cut.size() / 3);
     EXPECT_TRUE(ui::DecodeWhole(cut, kCover).isNull());
+}
+
+// Red on the left, blue on the right, held so by the camera.
+QByteArray HeldSo(char orientation) {
+    QImage picture({320, 240}, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    QPainter(&picture).fillRect(160, 0, 160, 240, Qt::blue);
+    QBuffer buffer;
+    EXPECT_TRUE(picture.save(&buffer, "jpg"));
+    QByteArray exif(
+        "\xFF\xE1\0\x22"
+        "Exif\0\0MM\0*\0\0\0\x08\0\1\x01\x12\0\3\0\0\0\1\0",
+        29);
+    exif += orientation;
+    exif += QByteArray(6, '\0');
+    QByteArray bytes = buffer.data();
+    return bytes.insert(2, exif);
+}
+
+TEST(PictureReading, APictureStandsUprightInEachPlace) {
+    const std::vector<std::pair<char, std::string>> red_at = {{1, "left"},   {2, "right"}, {3, "right"},
+                                                              {4, "left"},   {5, "top"},   {6, "top"},
+                                                              {7, "bottom"}, {8, "bottom"}};
+    for (const auto& [orientation, side] : red_at) {
+        const QByteArray bytes = HeldSo(orientation);
+        for (const QImage& shown : {ui::DecodeWhole(bytes, {120, 120}), ui::DecodeCover(bytes, {120, 120})}) {
+            const int right = shown.width() - 10, bottom = shown.height() - 10;
+            const std::map<std::string, QPoint> places = {
+                {"left", {9, 40}}, {"right", {right, 40}}, {"top", {40, 9}}, {"bottom", {40, bottom}}};
+            const QColor colour = shown.pixelColor(places.at(side));
+            EXPECT_GT(colour.red(), 200) << int{orientation};
+            EXPECT_LT(colour.blue(), 60) << int{orientation};
+        }
+    }
 }
 
 TEST(PictureReading, TakesNothingThatNamesOtherFiles) {

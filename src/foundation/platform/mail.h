@@ -9,7 +9,6 @@
 namespace kelvash::platform {
 
 struct NativeMail {
-    std::string To;
     std::string Subject;
     std::string Text; // lines end with CR LF
     std::vector<NativeFile> Attachments;

@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <optional>
 
-#include "foundation/clipboard_picture.h"
 #include "foundation/platform/platform.h"
 #include "foundation/platform/posix_joystick.h"
 #include "foundation/platform/posix_keys.h"
@@ -53,8 +52,6 @@ class X11Desktop final : public Desktop {
     void Beep(int hertz, int milliseconds) override { tones_.Play(hertz, milliseconds); }
     bool WindowAnimation() override { return false; }
     void SetWindowAnimation(bool) override {}
-    bool ClipboardHasBitmap() override { return ReadClipboardPicture().Content == ClipboardContent::Picture; }
-    void ClearClipboard() override { EmptyClipboard(); }
 
   private:
     Display* Connection();

@@ -26,7 +26,7 @@ std::string WithPlainLineEnds(std::string text) {
 bool SendMail(const NativeMail& mail) {
     const NativeFile env = FindOnPath("env");
     const NativeFile mailer = FindOnPath("xdg-email");
-    if (env.empty() || mailer.empty() || mail.To.starts_with('-')) return false; // an option is no address
+    if (env.empty() || mailer.empty()) return false;
     Arguments words = {OwnLanguage(),
                        mailer.string(),
                        "--utf8",
@@ -36,7 +36,6 @@ bool SendMail(const NativeMail& mail) {
                        WithPlainLineEnds(mail.Text)};
     for (const NativeFile& file : mail.Attachments)
         words.insert(words.end(), {"--attach", file.string()});
-    if (!mail.To.empty()) words.push_back(mail.To);
     const SpawnRequest request{env, words, "/", Window::Hidden};
     Process process;
     if (Spawn(request, process, nullptr) != SpawnResult::Started) return false;

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "foundation/bytes.h"
+#include "foundation/bitmap_head.h"
 #include "foundation/platform/posix_x11.h"
 
 // Behind X11's own.
@@ -49,39 +49,21 @@ struct Channel {
     }
 };
 
-void PutHead(ByteWriter& writer, std::uint32_t width, std::uint32_t height, std::uint32_t bytes) {
-    constexpr std::uint32_t kHead = 54, kInfo = 40;
-    writer.Bytes("BM");
-    writer.Put<std::uint32_t>(kHead + bytes);
-    writer.Put<std::uint32_t>(0);
-    writer.Put<std::uint32_t>(kHead);
-    writer.Put<std::uint32_t>(kInfo);
-    writer.Put<std::uint32_t>(width);
-    writer.Put<std::uint32_t>(height);
-    writer.Put<std::uint16_t>(1);
-    writer.Put<std::uint16_t>(24);
-    writer.Put<std::uint32_t>(0);
-    writer.Put<std::uint32_t>(bytes);
-    writer.Zeros(16); // resolution and palette
-}
-
 // Rows from the bottom up, each to a multiple of four bytes.
 std::string BitmapOf(XImage& image) {
     const Channel red(image.red_mask), green(image.green_mask), blue(image.blue_mask);
     if (red.mask == 0 || green.mask == 0 || blue.mask == 0) return {}; // a palette: no game's any more
-    const auto width = static_cast<std::size_t>(image.width), height = static_cast<std::size_t>(image.height);
-    const std::size_t row = (width * 3 + 3) / 4 * 4;
-    ByteWriter head;
-    PutHead(head, static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height),
-            static_cast<std::uint32_t>(row * height));
-    std::string bitmap = head.Take();
+    const auto width = static_cast<std::uint32_t>(image.width);
+    const auto height = static_cast<std::uint32_t>(image.height);
+    const std::size_t row = BitmapStride(width, 24);
+    std::string bitmap = BitmapHead24(width, height);
     bitmap.reserve(bitmap.size() + row * height);
     for (int y = image.height - 1; y >= 0; --y) {
         for (int x = 0; x < image.width; ++x) {
             const unsigned long pixel = XGetPixel(&image, x, y);
             bitmap += {blue.Of(pixel), green.Of(pixel), red.Of(pixel)};
         }
-        bitmap.append(row - width * 3, '\0');
+        bitmap.append(row - std::size_t{width} * 3, '\0');
     }
     return bitmap;
 }

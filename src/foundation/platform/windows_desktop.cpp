@@ -28,37 +28,6 @@ BOOL CALLBACK Collect(HWND window, LPARAM list) {
     return TRUE;
 }
 
-// The client area of a window as the screen shows it.
-std::string ClientPicture(HWND window) {
-    RECT area{};
-    if (IsWindowVisible(window) == FALSE || GetClientRect(window, &area) == FALSE) return {};
-    BITMAPINFO info{};
-    info.bmiHeader = {sizeof(BITMAPINFOHEADER), area.right, area.bottom, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
-    const std::size_t row = (static_cast<std::size_t>(area.right) * 3 + 3) / 4 * 4;
-    const std::size_t size = row * static_cast<std::size_t>(area.bottom);
-    if (size == 0) return {};
-    const HDC source = GetDC(window);
-    const HDC target = CreateCompatibleDC(source);
-    void* bits = nullptr;
-    const HBITMAP bitmap = CreateDIBSection(source, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    std::string bytes;
-    if (target != nullptr && bitmap != nullptr) {
-        const HGDIOBJ former = SelectObject(target, bitmap);
-        if (BitBlt(target, 0, 0, area.right, area.bottom, source, 0, 0, SRCCOPY) != FALSE) {
-            GdiFlush();
-            BITMAPFILEHEADER head{0x4D42, static_cast<DWORD>(54 + size), 0, 0, 54};
-            bytes.assign(reinterpret_cast<const char*>(&head), sizeof head);
-            bytes.append(reinterpret_cast<const char*>(&info.bmiHeader), sizeof info.bmiHeader);
-            bytes.append(static_cast<const char*>(bits), size);
-        }
-        SelectObject(target, former);
-    }
-    if (bitmap != nullptr) DeleteObject(bitmap);
-    if (target != nullptr) DeleteDC(target);
-    ReleaseDC(window, source);
-    return bytes;
-}
-
 class WindowsDesktop final : public Desktop {
   public:
     bool KeyHeld(int virtual_key) override {
@@ -92,9 +61,7 @@ class WindowsDesktop final : public Desktop {
     void Activate(std::uintptr_t window) override {
         if (window != 0) SetForegroundWindow(WindowOf(window));
     }
-    std::string PictureOf(std::uintptr_t window) override {
-        return window == 0 ? std::string() : ClientPicture(WindowOf(window));
-    }
+    std::string PictureOf(std::uintptr_t) override { return {}; }
     bool PrintScreenCopies() override { return true; }
     void SetTopMost(std::uintptr_t window, bool top_most) override {
         if (window != 0)
@@ -119,15 +86,6 @@ class WindowsDesktop final : public Desktop {
     void SetWindowAnimation(bool on) override {
         ANIMATIONINFO animation{sizeof(ANIMATIONINFO), on ? 1 : 0};
         SystemParametersInfoW(SPI_SETANIMATION, sizeof animation, &animation, 0);
-    }
-
-    bool ClipboardHasBitmap() override {
-        return IsClipboardFormatAvailable(CF_BITMAP) != 0 || IsClipboardFormatAvailable(CF_DIB) != 0;
-    }
-    void ClearClipboard() override {
-        if (OpenClipboard(nullptr) == 0) return;
-        EmptyClipboard();
-        CloseClipboard();
     }
 
   private:

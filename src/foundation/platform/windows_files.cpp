@@ -95,12 +95,14 @@ bool FlushFolder(const NativeFile&) {
     return true; // NTFS keeps a journal of its names
 }
 
+// Only a file that may be written can be flushed: of a read-only one the attribute goes for that long.
 bool FlushFile(const NativeFile& file) {
-    const HANDLE handle = CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (handle == INVALID_HANDLE_VALUE) return false;
-    const bool flushed = FlushFileBuffers(handle) != 0;
-    CloseHandle(handle);
+    const DWORD attributes = GetFileAttributesW(file.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || !ClearReadOnly(file)) return false;
+    const OwnHandle handle(CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const bool flushed = handle.handle != nullptr && FlushFileBuffers(handle.handle) != 0;
+    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) SetFileAttributesW(file.c_str(), attributes);
     return flushed;
 }
 

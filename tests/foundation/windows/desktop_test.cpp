@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include "foundation/clipboard_picture.h"
+
 namespace kelvash {
 namespace {
 
@@ -55,13 +57,13 @@ TEST(WindowsDesktop, TopMostIsAStyleOfTheWindow) {
 
 TEST(WindowsDesktop, TheClipboardIsEmptied) {
     if (OpenClipboard(nullptr) != 0) {
-        EmptyClipboard();
+        ::EmptyClipboard();
         SetClipboardData(CF_BITMAP, CreateBitmap(2, 2, 1, 1, nullptr));
         CloseClipboard();
     }
-    EXPECT_TRUE(TheDesktop().ClipboardHasBitmap());
-    TheDesktop().ClearClipboard();
-    EXPECT_FALSE(TheDesktop().ClipboardHasBitmap());
+    EXPECT_NE(IsClipboardFormatAvailable(CF_BITMAP), 0);
+    kelvash::EmptyClipboard();
+    EXPECT_EQ(IsClipboardFormatAvailable(CF_BITMAP), 0);
 }
 
 // Wine has no animation to switch on: only "off" can be seen in both.

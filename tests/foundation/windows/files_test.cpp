@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include "foundation/drives.h"
+#include "foundation/place_file.h"
 #include "support/foundation_home.h"
 #undef CopyFile
 #undef DeleteFile
@@ -35,6 +36,16 @@ TEST_F(WindowsFiles, ReadOnlyFoldersAreRemoved) {
     EXPECT_FALSE(test::Exists(drive / "tree"));
     EXPECT_TRUE(RemoveFolder("C:\\single"));
     EXPECT_FALSE(test::Exists(drive / "single"));
+}
+
+TEST_F(WindowsFiles, AReadOnlyFileIsFlushedAndStaysSo) {
+    MakeFile(drive / "a.bin", "of a disc");
+    SetFileAttributesW((drive / "a.bin").c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_TRUE(FlushFile("C:\\a.bin"));
+    EXPECT_NE(GetFileAttributesW((drive / "a.bin").c_str()) & FILE_ATTRIBUTE_READONLY, 0U);
+    EXPECT_TRUE(CopyFileNew("C:\\a.bin", "C:\\b.bin"));
+    EXPECT_EQ(BytesOf(drive / "b.bin"), "of a disc");
+    EXPECT_FALSE(FlushFile("C:\\none"));
 }
 
 TEST_F(WindowsFiles, AFileInUseIsKept) {

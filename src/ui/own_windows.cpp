@@ -1,8 +1,6 @@
-#include "ui/forms_desktop.h"
+#include "ui/own_windows.h"
 
-#include <QClipboard>
 #include <QGuiApplication>
-#include <QMimeData>
 #include <QWindow>
 
 #include "foundation/clipboard_picture.h"
@@ -20,23 +18,12 @@ std::uintptr_t AnyWindow() {
 
 } // namespace
 
-FormsDesktop::FormsDesktop() : own_(TheDesktop()) {
-    SetDesktop(this);
+OwnWindows::OwnWindows() {
     TakeOwnWindow(AnyWindow);
 }
 
-FormsDesktop::~FormsDesktop() {
+OwnWindows::~OwnWindows() {
     TakeOwnWindow(nullptr);
-    SetDesktop(&own_);
-}
-
-bool FormsDesktop::ClipboardHasBitmap() {
-    const QMimeData* const content = QGuiApplication::clipboard()->mimeData();
-    return content != nullptr && content->hasImage();
-}
-
-void FormsDesktop::ClearClipboard() {
-    QGuiApplication::clipboard()->clear();
 }
 
 } // namespace kelvash::ui
