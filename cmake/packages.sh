@@ -12,6 +12,7 @@ check_packages=(
     git libbenchmark-dev
     clang clang-format clang-tidy libclang-rt-14-dev
     strace xvfb openbox xauth x11-utils dbus-bin dbus-daemon
+    lame madplay
 )
 windows_packages=(
     cmake ninja-build ccache googletest
