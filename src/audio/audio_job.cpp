@@ -177,6 +177,7 @@ class AudioWorker {
     bool AskGoOn() {
         if (TheUser().StopRequested()) return false;
         if (job_.LastConversionError.empty()) job_.LastConversionError = error_;
+        job_.Failed.push_back({file_, error_});
         const std::string report = FileNameOf(file_) + "'" + kLineBreak + LoadMessage(msg::kJobStepError) +
                                    StepName(failed_step_) + " (" + std::to_string(failed_step_) +
                                    ") : " + error_ + kLineBreak;

@@ -22,17 +22,24 @@ struct ConvertedFile {
     std::string Result;
 };
 
+struct FailedFile {
+    std::string Source;
+    std::string Error;
+};
+
 struct AudioJob {
     static constexpr const char* kForm = "Dialog_ConvertiMp3";
     std::vector<std::string> Files; // full paths; what is ".mp3" is decoded first
     std::string TargetFolder;
     AudioKind TargetKind = AudioKind::Standard; // one of the three waves, or mp3
     Clash OnClash = Clash::Ask;
+    std::vector<std::string> TakenNames; // of files elsewhere whose place no result may take
 
     bool LastConversionOk = false;
     std::string LastConversionError;      // the first one
     bool Stopped = false;                 // by the user: no error
     std::vector<ConvertedFile> Converted; // those whose results stand in their places, in order
+    std::vector<FailedFile> Failed;
 };
 
 // Shows the form in which the job runs. The result is LastConversionOk.

@@ -37,9 +37,11 @@ bool PlanFile(AudioJob& job, PlannedFile& file) {
     return false;
 }
 
-// Those whose result would be the one of a file before them.
-std::vector<std::string> LeaveDoubles(std::vector<PlannedFile>& plan) {
+// Those whose result would have the name of another file, or of the result of one before them.
+std::vector<std::string> LeaveDoubles(const AudioJob& job, std::vector<PlannedFile>& plan) {
     std::set<std::string> targets;
+    for (const std::string& name : job.TakenNames)
+        targets.insert(FoldCase(job.TargetFolder + "\\" + name));
     std::vector<std::string> left;
     std::erase_if(plan, [&](const PlannedFile& file) {
         if (targets.insert(FoldCase(file.Target)).second) return false;
@@ -73,7 +75,7 @@ std::vector<std::string> LeaveTaken(std::vector<PlannedFile>& plan) {
 
 // A result may take the place of another file of the list: that one has to be read before.
 void SettleClashes(const AudioJob& job, std::vector<PlannedFile>& plan) {
-    std::vector<std::string> left = LeaveDoubles(plan);
+    std::vector<std::string> left = LeaveDoubles(job, plan);
     const std::vector<std::string> taken = TakenTargets(plan);
     const bool replaces =
         !taken.empty() && job.OnClash == Clash::Ask &&

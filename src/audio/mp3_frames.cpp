@@ -173,16 +173,15 @@ class FrameWalk {
   public:
     explicit FrameWalk(Mp3Bytes& bytes) : bytes_(bytes), at_(BehindTag(bytes)) {}
 
-    double Seconds() {
-        double seconds = 0;
+    // Hands on each frame that is sound.
+    template <class Taken>
+    void Walk(const Taken& taken) {
         bool first = true;
         while (const std::optional<Frame> frame = Next()) {
-            if (!first || !HoldsTable(bytes_, at_, *frame))
-                seconds += static_cast<double>(SamplesOf(*frame)) / SampleRateOf(*frame);
+            if (!first || !HoldsTable(bytes_, at_, *frame)) taken(*frame);
             first = false;
             at_ += size_;
         }
-        return seconds;
     }
 
   private:
@@ -240,7 +239,18 @@ std::int32_t Mp3DurationSeconds(std::string_view path) {
 
 double Mp3TrueSeconds(std::string_view path) {
     Mp3Bytes bytes(path);
-    return FrameWalk(bytes).Seconds();
+    double seconds = 0;
+    FrameWalk(bytes).Walk(
+        [&](const Frame& frame) { seconds += static_cast<double>(SamplesOf(frame)) / SampleRateOf(frame); });
+    return seconds;
+}
+
+std::int64_t Mp3DecodedSize(std::string_view path) {
+    constexpr std::int64_t kHead = 44, kSampleBytes = 4;
+    Mp3Bytes bytes(path);
+    std::int64_t size = kHead;
+    FrameWalk(bytes).Walk([&](const Frame& frame) { size += SamplesOf(frame) * kSampleBytes; });
+    return size;
 }
 
 } // namespace kelvash::audio

@@ -17,4 +17,7 @@ std::int32_t Mp3DurationSeconds(std::string_view path);
 // there are none. A frame that is cut off at the file's end doesn't count.
 double Mp3TrueSeconds(std::string_view path);
 
+// Bytes of the wave that comes of it: 16 bits, stereo.
+std::int64_t Mp3DecodedSize(std::string_view path);
+
 } // namespace kelvash::audio

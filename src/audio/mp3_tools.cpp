@@ -76,6 +76,15 @@ bool PutInPlace(const std::string& result, const std::string& target) {
     return RenameFile(result, target) || CopyFileWhole(result, target);
 }
 
+// False, with the error, if a wave of that many bytes can't be had.
+bool HasRoomFor(std::int64_t bytes) {
+    constexpr std::int64_t kLongestWave = 0xFFFFFFFF;
+    if (bytes > kLongestWave) return Fail(LoadMessage(msg::kDecodedTooLong));
+    const std::int64_t room = FreeSpace(AppFolder());
+    return room < 0 || bytes <= room ||
+           Fail(LoadMessage(msg::kDecodedNoRoom, {FormatSize(bytes), FormatSize(room), AppFolder()}));
+}
+
 } // namespace
 
 std::string MadPlayText(std::string_view mp3) {
@@ -115,6 +124,7 @@ bool DecodeMp3(const std::string& mp3Path, const std::string& wavPath, LineProgr
     if (!FileExists(mp3Path)) return Fail(LoadMessage(msg::kMp3NotFound) + mp3Path);
     const std::string program = FindTool(LoadFragment(fragment::kMadPlay));
     if (program.empty()) return Fail(LoadMessage(msg::kMissingMadPlay));
+    if (!HasRoomFor(Mp3DecodedSize(mp3Path))) return false;
     progress.total = std::max(1, Mp3DurationSeconds(mp3Path));
     const std::string in = LoadFragment(fragment::kToolInMp3);
     const ToolFolder folder;

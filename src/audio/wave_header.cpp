@@ -29,19 +29,6 @@ std::string TypeWord(const WavHeader& header) {
     return LoadMessage(header.FormatTag == kTagPcm ? msg::kTypePcm : msg::kTypeUnknown);
 }
 
-std::string ChannelWord(std::uint16_t channels) {
-    switch (channels) {
-        case 0:
-            return " ";
-        case 1:
-            return LoadMessage(msg::kWaveMono);
-        case 2:
-            return LoadMessage(msg::kWaveStereo);
-        default:
-            return LoadMessage(msg::kWaveChannels, {std::to_string(channels)});
-    }
-}
-
 std::string Describe(const WavHeader& header) {
     return TypeWord(header) + " " + std::to_string(header.SampleRate) + LoadMessage(msg::kWaveHertz) +
            ChannelWord(header.Channels) + " " + std::to_string(header.BitsPerSample) +
@@ -91,6 +78,19 @@ AudioKind KindOf(const WavHeader& header) {
     if (IsFormat(header, kEffectRate, 1, 16)) return AudioKind::TrleSamples;
     if (IsFormat(header, kMusicRate, 2, 16)) return AudioKind::Standard;
     return header.FormatTag == kTagPcm ? AudioKind::OtherPcm : AudioKind::Unknown;
+}
+
+std::string ChannelWord(std::uint16_t channels) {
+    switch (channels) {
+        case 0:
+            return " ";
+        case 1:
+            return LoadMessage(msg::kWaveMono);
+        case 2:
+            return LoadMessage(msg::kWaveStereo);
+        default:
+            return LoadMessage(msg::kWaveChannelCount, {std::to_string(channels)});
+    }
 }
 
 MessageText StepName(std::int16_t step) {

@@ -48,6 +48,9 @@ enum class AudioKind : std::int16_t {
 };
 AudioKind KindOf(const WavHeader& header);
 
+// "mono", "stereo"; a blank for none.
+std::string ChannelWord(std::uint16_t channels);
+
 // The steps by which one format becomes another; 1 to 4 are the modes of WavConverter.
 inline constexpr std::int16_t kNoStep = -1; // no single step leads there
 inline constexpr std::int16_t kStepNone = 0;

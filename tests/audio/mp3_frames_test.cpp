@@ -84,6 +84,11 @@ TEST_F(Mp3Frames, FramesAreCounted) {
     EXPECT_EQ(Mp3TrueSeconds("C:\\Kelvash\\none.mp3"), 0);
 }
 
+TEST_F(Mp3Frames, TheWaveThatComesOfItIsOfFourBytesASample) {
+    Seconds(Mp3Bytes(100));
+    EXPECT_EQ(Mp3DecodedSize("C:\\Kelvash\\a.mp3"), 44 + 100 * 1152 * 4);
+}
+
 TEST_F(Mp3Frames, APictureInATagIsPassedOver) {
     const std::string tag = std::string("ID3\x03\x00\x00\x00\x00\x17\x64", 10) + // 3044 bytes
                             Starting(0xE5, 0x30, 3044);

@@ -95,9 +95,12 @@ TEST_F(StoreLevelTest, SourcesWaitForTheirConversion) {
 
 TEST_F(StoreLevelTest, AudioThatCannotBeDecodedKeepsTheLevelOut) {
     OpenGood({{"105.mp3", "ID3"}});
+    user.WillAnswer("Would you like continue audio conversion?", "no");
     Store();
     EXPECT_EQ(level.State, FormState::Open);
-    EXPECT_EQ(user.Told().size(), 1U);
+    EXPECT_THAT(user.Told(),
+                ElementsAre("critical: Failed conversion: Error decoding '105.mp3' : Missing mp3 decoder "
+                            "'madplay.exe'. This utility is necessary to decode mp3 files"));
     EXPECT_THAT(WorkNames(), Contains("105.mp3"));
 }
 
@@ -350,7 +353,7 @@ TEST_F(StoreLevelTest, ACompressingArchiveStoresTheSmallerForms) {
 }
 
 TEST_F(StoreLevelTest, AFailedCompressionStoresThePlainFiles) {
-    core::archive.Header.EncodeWavInMp3 = true; // nothing encodes
+    core::archive.Header.EncodeWavInMp3 = true; // nothing encodes what is no wave
     core::archive.Header.CompressFiles = true;
     OpenNew();
     for (const auto& [name, bytes] : kGood)
@@ -370,7 +373,7 @@ TEST_F(StoreLevelTest, AFailedCompressionStoresThePlainFiles) {
 }
 
 TEST_F(StoreLevelTest, FilesThatStayPlainInTheirPlaceAreToldOfInTr4InfoToo) {
-    core::archive.Header.EncodeWavInMp3 = true; // nothing encodes
+    core::archive.Header.EncodeWavInMp3 = true; // nothing encodes what is no wave
     OpenGood({{"105.wav", "wave"}});
     user.WillAnswer("Do you want continue in file copy?", "no");
     Store();

@@ -293,11 +293,13 @@ TEST_F(Install, AfterOneCutShortInstallsTheLevelAnew) {
                             "configuration has been brought back"));
 }
 
-TEST_F(Install, WithMp3FilesFailsAndLeavesTheLevelUntouched) {
+TEST_F(Install, WithoutADecoderFailsAndLeavesTheLevelUntouched) {
     AddLevel(1, "Song", {{"s.tr4", "S"}, {"005.mp3", "mp3"}});
+    user.WillAnswer("Would you like continue audio conversion?", "no");
     EXPECT_FALSE(InstallLevel(1));
     EXPECT_THAT(user.Told(),
-                ElementsAre("critical: Failed conversion: mp3 files can not be decoded by this version",
+                ElementsAre("critical: Failed conversion: Error decoding '005.mp3' : Missing mp3 decoder "
+                            "'madplay.exe'. This utility is necessary to decode mp3 files",
                             "critical: Error decompressing files"));
     EXPECT_THAT(NamesIn(LevelPath(1) / "FILES"), ElementsAre("005.mp3", "s.tr4"));
     EXPECT_FALSE(test::Exists(home / "_temp_Dec"));
@@ -305,7 +307,8 @@ TEST_F(Install, WithMp3FilesFailsAndLeavesTheLevelUntouched) {
 
 TEST_F(Install, KeepsLevelZerosSavesWhenTheNextLevelCannotGoIn) {
     user.MayBeTold("Error decompressing files");
-    user.MayBeTold("mp3 files can not be decoded by this version");
+    user.MayBeTold("Missing mp3 decoder");
+    user.MayAnswer("Would you like continue audio conversion?", "no");
     AddLevel(1, "Song", {{"s.tr4", "S"}, {"005.mp3", "mp3"}});
     AddLevel(2, "City", {{"c.tr4", ""}});
     test::MakeFile(trle / "savegame.0", "original");
