@@ -3,6 +3,7 @@
 build_packages=(
     cmake ninja-build g++ lld ccache pkg-config
     zlib1g-dev libdeflate-dev libturbojpeg0-dev libzip-dev libarchive-dev libxxhash-dev zip unzip
+    libsndfile1-dev libsoxr-dev
     libsdl2-dev libx11-dev libxtst-dev libxfixes-dev libxcb1-dev libxcb-xfixes0-dev
     qt6-base-dev libgl-dev fonts-dejavu-core bootstrap-icons librsvg2-bin
     nlohmann-json3-dev libcli11-dev
@@ -11,6 +12,7 @@ build_packages=(
 check_packages=(
     git libbenchmark-dev
     clang clang-format clang-tidy libclang-rt-14-dev
+    sox
     strace xvfb openbox xauth x11-utils dbus-bin dbus-daemon
     lame madplay
 )

@@ -13,7 +13,7 @@ limit=900 # seconds for a test program
 posix_only="cli breaking" # they run programs by POSIX's own means
 
 KELVASH_WINDOWS_PREFIX=$(packaging/windows/build.sh --where)
-if [[ ! -f $KELVASH_WINDOWS_PREFIX/stamps/libsdl2 ]]; then
+if [[ ! -f $KELVASH_WINDOWS_PREFIX/stamps/libsoxr ]]; then
     KELVASH_WINDOWS_PREFIX=
     install_missing "${build_packages[@]}" # their headers have to do
 fi

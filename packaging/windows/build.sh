@@ -127,6 +127,10 @@ build_libarchive() {
     mv "$prefix/lib/libarchive_static.a" "$prefix/lib/libarchive.a"
     sed -i -e 's/^Cflags: .*/& -DLIBARCHIVE_STATIC/' -e 's/^Libs: .*/& -lbcrypt/' "$prefix/lib/pkgconfig/libarchive.pc"
 }
+build_libsndfile() {
+    with_cmake . -DBUILD_SHARED_LIBS=OFF -DENABLE_{EXTERNAL_LIBS,MPEG,CPACK}=OFF -DBUILD_{PROGRAMS,EXAMPLES,REGTEST,TESTING}=OFF
+}
+build_libsoxr() { with_cmake . -DBUILD_SHARED_LIBS=OFF -DWITH_{OPENMP,LSR_BINDINGS}=OFF -DBUILD_{TESTS,EXAMPLES}=OFF; }
 build_nlohmann_json3() { with_cmake . -DJSON_BuildTests=OFF; }
 build_cli11() { with_cmake . -DCLI11_BUILD_{TESTS,EXAMPLES,DOCS}=OFF -DCLI11_SINGLE_FILE=OFF; }
 build_libsdl2() {
@@ -155,5 +159,7 @@ stand libarchive
 stand nlohmann-json3
 stand cli11
 stand libsdl2
+stand libsndfile
+stand libsoxr
 [[ ${1:-} != --window ]] || stand qt6-base
 echo "The libraries for Windows stand in $prefix"

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/foundation_home.h"
-#include "support/wave_bytes.h"
+#include "support/sound_bytes.h"
 
 namespace kelvash::audio {
 namespace {

@@ -5,7 +5,7 @@
 #include <array>
 
 #include "support/foundation_home.h"
-#include "support/wave_bytes.h"
+#include "support/sound_bytes.h"
 
 namespace kelvash::audio {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "cli/cli_home.h"
 #include "support/audio_tools.h"
-#include "support/wave_bytes.h"
+#include "support/sound_bytes.h"
 
 namespace kelvash::test {
 namespace {

@@ -7,7 +7,7 @@
 #include "audio/mp3_choice.h"
 #include "audio/mp3_settings.h"
 #include "support/audio_tools.h"
-#include "support/wave_bytes.h"
+#include "support/sound_bytes.h"
 #include "ui/Dialog_ConvertAudio.h"
 #include "ui/Dialog_ConvertiMp3.h"
 #include "ui/Dialog_SetMp3.h"

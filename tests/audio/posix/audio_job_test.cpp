@@ -9,7 +9,7 @@
 #include "audio/mp3_settings.h"
 #include "audio/wave_chunks.h"
 #include "support/core_home.h"
-#include "support/wave_bytes.h"
+#include "support/sound_bytes.h"
 
 namespace kelvash::audio {
 namespace {

@@ -11,7 +11,7 @@
 #include "audio/wave_chunks.h"
 #include "foundation/user.h"
 #include "support/core_home.h"
-#include "support/wave_bytes.h"
+#include "support/sound_bytes.h"
 
 namespace kelvash::audio {
 namespace {

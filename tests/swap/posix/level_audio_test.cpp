@@ -6,7 +6,7 @@
 #include "core/archive.h"
 #include "support/audio_tools.h"
 #include "support/swap_home.h"
-#include "support/wave_bytes.h"
+#include "support/sound_bytes.h"
 #include "swap/compression.h"
 #include "swap/install.h"
 
