@@ -15,8 +15,8 @@ enum class ConverterMode { DecodeMp3, EncodeWave, ConvertWave };
 
 struct Converter {
     ConverterMode Mode = ConverterMode::DecodeMp3;
-    std::vector<std::string> Files; // full paths, in the order of adding
-    std::string TargetFolder;
+    std::vector<std::string> Files{}; // full paths, in the order of adding
+    std::string TargetFolder{};
     AudioKind WaveTarget = AudioKind::Standard; // of the three waves
 };
 

@@ -7,6 +7,7 @@
 #include "foundation/text.h"
 #include "swap/compression_messages.h"
 #include "swap/fragments.h"
+#include "swap/track_cache.h"
 
 namespace kelvash::swap {
 
@@ -25,6 +26,10 @@ std::vector<std::string> NamesIn(const std::string& folder) {
             names.push_back(StripExtension(names.back()));
     }
     return names;
+}
+
+std::string WaveOf(const std::string& mp3) {
+    return ReplaceExtension(mp3, LoadFragment(fragment::kTrackWavEnd));
 }
 
 void RemoveResults(const audio::AudioJob& job) {
@@ -55,13 +60,20 @@ bool PlaceResults(const std::string& files, audio::AudioJob& job, std::string& e
 } // namespace
 
 TracksOutcome DecodeCopies(const std::string& folder) {
+    const TrackCache cache;
     audio::AudioJob job;
     job.Files = ListFiles(folder, LoadFragment(fragment::kMp3Mask));
+    std::erase_if(job.Files, [&](const std::string& mp3) {
+        const std::string wave = WaveOf(mp3);
+        return !FileExists(wave) && cache.TakeOut(mp3, wave) && DeleteFile(mp3);
+    });
     if (job.Files.empty()) return {};
     job.TargetFolder = folder;
     job.TargetKind = audio::AudioKind::TrleAudio;
     job.OnClash = audio::Clash::Leave;
     if (!audio::ConvertAudioFiles(job)) return OutcomeOf(job);
+    for (const audio::ConvertedFile& converted : job.Converted)
+        cache.Keep(converted.Source, converted.Result);
     DeleteFiles(folder, LoadFragment(fragment::kMp3Mask));
     return {};
 }

@@ -120,16 +120,19 @@ void Dialog_ConvertAudio::Connect() {
             audio::OpenAudioFile(converter_.Files.at(static_cast<std::size_t>(List_Files->currentRow())));
         });
     });
-    connect(Pul_Converti, &QPushButton::clicked, this, [this] { door_.Try([this] { Convert(); }); });
+    connect(Pul_Converti, &QPushButton::clicked, this, [this] {
+        bool closes = false;
+        door_.Try([&] { closes = Convert(); });
+        if (closes) accept();
+    });
     connect(Pul_Cancel, &QPushButton::clicked, this, &Dialog_ConvertAudio::reject);
     FollowMp3Estimate(this);
 }
 
-bool Dialog_ConvertAudio::ImpostaValori(ConverterMode mode) {
-    converter_ = {};
-    converter_.Mode = mode;
+bool Dialog_ConvertAudio::ImpostaValori(const audio::Converter& converter) {
+    converter_ = converter;
     Set_Caption_Texts();
-    const bool encodes = mode == ConverterMode::EncodeWave;
+    const bool encodes = converter.Mode == ConverterMode::EncodeWave;
     Frame_RateMp3->setVisible(encodes);
     Frame1_Outputwav->setVisible(!encodes);
     Opt_StandardWav->setChecked(true);
@@ -156,14 +159,14 @@ void Dialog_ConvertAudio::Refresh() {
     Label_DirOut->SetPath(ShownLine(converter_.TargetFolder), Caption(msg::kConvertAudioNoTarget));
 }
 
-void Dialog_ConvertAudio::Convert() {
+bool Dialog_ConvertAudio::Convert() {
     if (converter_.Mode == ConverterMode::EncodeWave) ReadMp3Settings(this);
     converter_.WaveTarget = Opt_22050_mono->isChecked() ? audio::AudioKind::TrleSamples
                             : Opt_Wav4bit->isChecked()  ? audio::AudioKind::TrleAudio
                                                         : audio::AudioKind::Standard;
     const bool closes = audio::ConvertFiles(converter_);
     Refresh();
-    if (closes) door_.WhenFree([this] { accept(); });
+    return closes;
 }
 
 void Dialog_ConvertAudio::dragEnterEvent(QDragEnterEvent* event) {

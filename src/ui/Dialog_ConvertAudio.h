@@ -22,8 +22,8 @@ class Dialog_ConvertAudio final : public QDialog {
   public:
     explicit Dialog_ConvertAudio(QWidget* parent);
     void Set_Caption_Texts();
-    // What it is opened for. False, after a message, if it can't work.
-    bool ImpostaValori(audio::ConverterMode mode = audio::ConverterMode::ConvertWave);
+    // What it is opened for, and what it begins with. False, after a message, if it can't work.
+    bool ImpostaValori(const audio::Converter& converter = {});
     void done(int result) override;
 
     QGroupBox* const Frame_Files = Make<QGroupBox>(this, "Frame_Files");
@@ -57,7 +57,8 @@ class Dialog_ConvertAudio final : public QDialog {
     void LayFiles();
     void Connect();
     void Refresh();
-    void Convert();
+    // True if the form is to be closed.
+    bool Convert();
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 

@@ -22,7 +22,7 @@ void RefreshBackup(Principale& window) {
 
 void ShowConverter(Principale& window, audio::ConverterMode mode) {
     Dialog_ConvertAudio form(&window);
-    if (form.ImpostaValori(mode)) form.exec();
+    if (form.ImpostaValori({.Mode = mode})) form.exec();
 }
 
 } // namespace

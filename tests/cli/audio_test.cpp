@@ -6,6 +6,7 @@
 #include "cli/cli_home.h"
 #include "support/audio_tools.h"
 #include "support/sound_bytes.h"
+#include "support/zip_bytes.h"
 
 namespace kelvash::test {
 namespace {
@@ -97,6 +98,30 @@ TEST_F(AudioCommands, WhatCannotBeConvertedIsTold) {
     run = Json({"audio", "convert", "--to", "standard", (drive / "out").string(), In("d.mp3")});
     EXPECT_NE(run.status, 0);
     EXPECT_THAT(Result(run)["files"][0]["error"].get<std::string>(), HasSubstr("Error decoding 'd.mp3' : "));
+}
+
+// The whole road: a level comes with music, is kept as mp3, played, and gets its waves back.
+TEST_F(AudioCommands, AnArchiveKeepsItsMusicAsMp3) {
+    SetUpHome();
+    const std::filesystem::path files = drive / "Levels/LEVEL_0001/FILES";
+    const std::string answers =
+        Answers(R"([{"when": "Compression settings have been changed", "answer": "yes", "times": 0}])");
+    ASSERT_EQ(Json({"--answers", answers, "prefs", "--mp3", "on"}).status, 0);
+    MakeFile(drive / "in/maze.zip",
+             MakeZipBytes({MakeEntry("maze.tr4", "level data"), MakeEntry("script.dat", "s"),
+                           MakeEntry("english.dat", "e"), MakeEntry("045.wav", TrackBytes(40))}));
+    ASSERT_EQ(Json({"add", In("maze.zip"), "--name", "The Maze"}).status, 0);
+    EXPECT_TRUE(Exists(files / "045.mp3"));
+    EXPECT_FALSE(Exists(files / "045.wav"));
+    CliRun run = Json({"install", "1"});
+    EXPECT_EQ(run.status, 0) << run.Output();
+    EXPECT_EQ(BytesOf(drive / "trle/audio/045.wav").substr(0, 4), "RIFF");
+    EXPECT_EQ(BytesOf(drive / "trle/audio/045.wav").substr(12, 30), TrackBytes(1).substr(12, 30));
+    EXPECT_TRUE(Exists(files / "045.mp3"));
+    run = Json({"--answers", answers, "prefs", "--mp3", "off"});
+    EXPECT_EQ(run.status, 0) << run.Output();
+    EXPECT_FALSE(Exists(files / "045.mp3"));
+    EXPECT_EQ(BytesOf(files / "045.wav").substr(12, 30), TrackBytes(1).substr(12, 30));
 }
 
 } // namespace

@@ -16,6 +16,7 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 TEST_F(StoreLevelTest, StoresNameNoteAndDocument) {
     OpenGood({{"readme.txt", "Hello"}});
@@ -99,8 +100,7 @@ TEST_F(StoreLevelTest, AudioThatCannotBeDecodedKeepsTheLevelOut) {
     Store();
     EXPECT_EQ(level.State, FormState::Open);
     EXPECT_THAT(user.Told(),
-                ElementsAre("critical: Failed conversion: Error decoding '105.mp3' : Missing mp3 decoder "
-                            "'madplay.exe'. This utility is necessary to decode mp3 files"));
+                ElementsAre(StartsWith("critical: Failed conversion: Error decoding '105.mp3' : ")));
     EXPECT_THAT(WorkNames(), Contains("105.mp3"));
 }
 

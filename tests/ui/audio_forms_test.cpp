@@ -45,19 +45,19 @@ class AudioForms : public PrincipaleHome {
 
 TEST_F(AudioForms, ConvertAudioShowsWhatItsPurposeNeeds) {
     Dialog_ConvertAudio open(nullptr);
-    ASSERT_TRUE(open.ImpostaValori(audio::ConverterMode::DecodeMp3));
+    ASSERT_TRUE(open.ImpostaValori({.Mode = audio::ConverterMode::DecodeMp3}));
     EXPECT_EQ(open.Frame_Files->title().toStdString(), " Select mp3 files to decode");
     EXPECT_FALSE(open.Frame1_Outputwav->isHidden());
     EXPECT_TRUE(open.Frame_RateMp3->isHidden());
     EXPECT_EQ(Plain(open.Label_Target->text()), " Choose target folder where save converted wav files ");
-    ASSERT_TRUE(open.ImpostaValori(audio::ConverterMode::ConvertWave));
+    ASSERT_TRUE(open.ImpostaValori({.Mode = audio::ConverterMode::ConvertWave}));
     EXPECT_EQ(open.Frame_Files->title().toStdString(), " Select wav files to convert");
     EXPECT_EQ(Plain(open.Opt_StandardWav->text()),
               " 44100 Hz 16 bit stereo (Not compatible with Tomb Raider)");
     EXPECT_EQ(Plain(open.Opt_22050_mono->text()),
               " 22050 Hz 16 bit mono (Compatible with [sound\\samples] folder)");
     EXPECT_EQ(Plain(open.Opt_Wav4bit->text()), " 44100 Hz 4 bit stereo (Compatible with [audio] folder )");
-    ASSERT_TRUE(open.ImpostaValori(audio::ConverterMode::EncodeWave));
+    ASSERT_TRUE(open.ImpostaValori({.Mode = audio::ConverterMode::EncodeWave}));
     EXPECT_EQ(open.Frame_Files->title().toStdString(), " Select wav files to encode");
     EXPECT_TRUE(open.Frame1_Outputwav->isHidden());
     EXPECT_FALSE(open.Frame_RateMp3->isHidden());
@@ -67,7 +67,7 @@ TEST_F(AudioForms, ConvertAudioShowsWhatItsPurposeNeeds) {
 TEST_F(AudioForms, TheTemporaryFolderLivesAsLongAsTheForm) {
     MakeFile(home / "_audio_temp/old.wav", "left");
     Dialog_ConvertAudio open(nullptr);
-    ASSERT_TRUE(open.ImpostaValori(audio::ConverterMode::ConvertWave));
+    ASSERT_TRUE(open.ImpostaValori({.Mode = audio::ConverterMode::ConvertWave}));
     EXPECT_TRUE(Exists(home / "_audio_temp"));
     EXPECT_FALSE(Exists(home / "_audio_temp/old.wav"));
     open.done(0);

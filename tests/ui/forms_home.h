@@ -52,7 +52,7 @@ class FormsHome : public PrincipaleHome {
         for (const auto mode : {audio::ConverterMode::DecodeMp3, audio::ConverterMode::EncodeWave,
                                 audio::ConverterMode::ConvertWave})
             Open<ui::Dialog_ConvertAudio>([&](QWidget& open) {
-                EXPECT_TRUE(dynamic_cast<ui::Dialog_ConvertAudio&>(open).ImpostaValori(mode));
+                EXPECT_TRUE(dynamic_cast<ui::Dialog_ConvertAudio&>(open).ImpostaValori({.Mode = mode}));
                 look(open);
             });
         audio::AudioJob job;

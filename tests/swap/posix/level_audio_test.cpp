@@ -5,8 +5,8 @@
 #include "audio/wave_chunks.h"
 #include "core/archive.h"
 #include "support/audio_tools.h"
-#include "support/swap_home.h"
 #include "support/sound_bytes.h"
+#include "support/swap_home.h"
 #include "swap/compression.h"
 #include "swap/install.h"
 
@@ -109,7 +109,7 @@ TEST_F(LevelAudio, OldLevelsFollowTheArchivesSettings) {
 }
 
 TEST_F(LevelAudio, AStopOfTheChangeLeavesTheTracksAndTheRestGoesOnLater) {
-    AddLevel(1, "Song", {{"005.wav", TrackBytes(40)}});
+    AddLevel(1, "Song", {{"005.wav", TrackBytes(40)}, {"city.tr4", "CITY"}});
     test::PutScript(home, "lame.exe", "touch started; exec sleep 60");
     user.when_pumped = [this] {
         user.stop_if_offered = user.stop_if_offered || Exists(home / "_temp_mp3_1" / "started");
@@ -117,7 +117,7 @@ TEST_F(LevelAudio, AStopOfTheChangeLeavesTheTracksAndTheRestGoesOnLater) {
     user.WillAnswer("Do you want change compress status of old level files?", "yes");
     EXPECT_FALSE(ApplyCompressionSettings({false, true}));
     EXPECT_THAT(user.Told(), Contains("plain: Break user: conversion cancelled"));
-    EXPECT_THAT(NamesIn(LevelPath(1) / "FILES"), ElementsAre("005.wav"));
+    EXPECT_THAT(NamesIn(LevelPath(1) / "FILES"), ElementsAre("005.wav", "city.tr4"));
     EXPECT_FALSE(Exists(home / "_temp_Compr"));
     user.when_pumped = {};
     user.stop_if_offered = false;
