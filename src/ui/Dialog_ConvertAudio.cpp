@@ -59,7 +59,6 @@ void Dialog_ConvertAudio::Set_Caption_Texts() {
                        {Pul_Converti, msg::kConvertAudioConvert, Glyph::Convert},
                        {Pul_Cancel, msg::kConvertAudioClose},
                        ControlCaption::Spoken(Pul_SfogliaDirOut, msg::kConvertAudioSpokenBrowse),
-                       ControlCaption::WhatGoes(Pul_Remove, msg::kConvertAudioGoesFile),
                        ControlCaption::Spoken(List_Files, msg::kConvertAudioSpokenFiles)});
 }
 

@@ -25,8 +25,10 @@ void FillMp3Settings(QWidget* form) {
     QComboBox* const bitrates = Bitrates(form);
     QComboBox* const channels = Combo(form, "Combo_Canali");
     QComboBox* const frequencies = Combo(form, "Combo_Frequenza");
-    for (QComboBox* combo : {bitrates, channels, frequencies})
+    for (QComboBox* combo : {bitrates, channels, frequencies}) {
         combo->clear();
+        combo->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    }
     for (const std::int32_t bitrate : audio::kMp3Bitrates)
         bitrates->addItem(QString::number(bitrate));
     for (const std::int16_t count : audio::kMp3Channels)

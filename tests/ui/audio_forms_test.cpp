@@ -1,7 +1,9 @@
 // The forms of the audio converter.
 #include <gmock/gmock.h>
 
+#include <QApplication>
 #include <QTest>
+#include <QTimer>
 
 #include "audio/audio_job.h"
 #include "audio/mp3_choice.h"
@@ -123,12 +125,18 @@ TEST_F(AudioForms, TheWorkerStopsTheRunningTool) {
     job.Files = {"C:\\music\\c.mp3"};
     job.TargetFolder = "C:\\out";
     job.TargetKind = AudioKind::Standard;
-    robot.Will("Dialog_ConvertiMp3", [this](QWidget* window) {
-        EXPECT_EQ(window->windowTitle().toStdString(), " Audio conversion in progress");
-        WaitUntil([this] { return Exists(home / "_temp_mp3_1" / "started"); });
-        robot.WillPress("Break user: conversion cancelled", "OK");
-        Press(window, "Pul_Stop");
+    robot.WillPress("Break user: conversion cancelled", "OK");
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, [&] {
+        auto* const worker = qobject_cast<ui::Dialog_ConvertiMp3*>(QApplication::activeModalWidget());
+        if (worker == nullptr || !Exists(home / "_temp_mp3_1" / "started")) return;
+        look.stop();
+        EXPECT_EQ(worker->windowTitle().toStdString(), " Audio conversion in progress");
+        EXPECT_EQ(worker->Label_Log->text().toStdString(),
+                  "[1\\1]  Decode \"c.mp3\" --> WAV ~ stereo 16 bits");
+        Press(worker, "Pul_Stop");
     });
+    look.start(10);
     EXPECT_FALSE(audio::ConvertAudioFiles(job));
     EXPECT_TRUE(job.Stopped);
 }
@@ -136,6 +144,7 @@ TEST_F(AudioForms, TheWorkerStopsTheRunningTool) {
 TEST_F(AudioForms, SetMp3BeginsWithTheSmallestSound) {
     Dialog_SetMp3 open(nullptr);
     open.ImpostaValori();
+    open.show();
     EXPECT_EQ(open.windowTitle().toStdString(), " Encoding wav files in mp3 format");
     EXPECT_EQ(open.Combo_BitRate->count(), 12);
     EXPECT_EQ(open.Combo_BitRate->currentText(), QStringLiteral("24"));

@@ -57,6 +57,7 @@ class FormsHome : public PrincipaleHome {
             });
         audio::AudioJob job;
         ui::Dialog_ConvertiMp3 conversion(forms, job, nullptr);
+        conversion.Timer1->blockSignals(true); // it doesn't begin
         look(conversion);
         Open<ui::Dialog_SetMp3>(look);
         Open<ui::Dialog_GetDir>(look);
