@@ -2,6 +2,7 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <algorithm>
 
 #include "audio/mp3_settings.h"
 #include "ui/form_support.h"
@@ -18,6 +19,14 @@ QComboBox* Bitrates(const QWidget* form) {
     return Combo(form, "Combo_BitRate");
 }
 
+// However narrow the form, no choice is cut.
+void ShowWhole(QComboBox* combo) {
+    qsizetype longest = 0;
+    for (int i = 0; i < combo->count(); ++i)
+        longest = std::max(longest, combo->itemText(i).size());
+    combo->setMinimumContentsLength(static_cast<int>(longest));
+}
+
 } // namespace
 
 void FillMp3Settings(QWidget* form) {
@@ -25,16 +34,16 @@ void FillMp3Settings(QWidget* form) {
     QComboBox* const bitrates = Bitrates(form);
     QComboBox* const channels = Combo(form, "Combo_Canali");
     QComboBox* const frequencies = Combo(form, "Combo_Frequenza");
-    for (QComboBox* combo : {bitrates, channels, frequencies}) {
+    for (QComboBox* combo : {bitrates, channels, frequencies})
         combo->clear();
-        combo->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-    }
     for (const std::int32_t bitrate : audio::kMp3Bitrates)
         bitrates->addItem(QString::number(bitrate));
     for (const std::int16_t count : audio::kMp3Channels)
         channels->addItem(FromUtf8(audio::ChannelsText(count)), count);
     for (const std::int32_t frequency : audio::kMp3Frequencies)
         frequencies->addItem(FromUtf8(audio::FrequencyText(frequency)), frequency);
+    for (QComboBox* combo : {bitrates, channels, frequencies})
+        ShowWhole(combo);
     bitrates->setCurrentIndex(kUsualBitrate);
     channels->setCurrentIndex(kUsualChannels);
     frequencies->setCurrentIndex(0);
