@@ -33,6 +33,7 @@ MessageId FilesTitle(ConverterMode mode) {
 Dialog_ConvertAudio::Dialog_ConvertAudio(QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("Dialog_ConvertAudio"));
     Set_Caption_Texts();
+    FillMp3Settings(this); // lists that are filled later keep the width of empty ones
     Lay();
     Connect();
 }

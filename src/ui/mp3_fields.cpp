@@ -2,7 +2,6 @@
 
 #include <QComboBox>
 #include <QLabel>
-#include <algorithm>
 
 #include "audio/mp3_settings.h"
 #include "ui/form_support.h"
@@ -17,14 +16,6 @@ QComboBox* Combo(const QWidget* form, const char* name) {
 
 QComboBox* Bitrates(const QWidget* form) {
     return Combo(form, "Combo_BitRate");
-}
-
-// However narrow the form, no choice is cut.
-void ShowWhole(QComboBox* combo) {
-    qsizetype longest = 0;
-    for (int i = 0; i < combo->count(); ++i)
-        longest = std::max(longest, combo->itemText(i).size());
-    combo->setMinimumContentsLength(static_cast<int>(longest));
 }
 
 } // namespace
@@ -42,8 +33,6 @@ void FillMp3Settings(QWidget* form) {
         channels->addItem(FromUtf8(audio::ChannelsText(count)), count);
     for (const std::int32_t frequency : audio::kMp3Frequencies)
         frequencies->addItem(FromUtf8(audio::FrequencyText(frequency)), frequency);
-    for (QComboBox* combo : {bitrates, channels, frequencies})
-        ShowWhole(combo);
     bitrates->setCurrentIndex(kUsualBitrate);
     channels->setCurrentIndex(kUsualChannels);
     frequencies->setCurrentIndex(0);
