@@ -49,7 +49,7 @@ std::string PcmHeader(const Target& target, std::int64_t frames) {
     const std::int64_t data = frames * static_cast<std::int64_t>(frame_bytes);
     ByteWriter writer;
     writer.Bytes("RIFF");
-    writer.Put<std::uint32_t>(static_cast<std::uint32_t>(data + kPcmHeaderBytes - kRiffHead));
+    writer.Put<std::uint32_t>(static_cast<std::uint32_t>(data) + kPcmHeaderBytes - kRiffHead);
     writer.Bytes("WAVEfmt ");
     writer.Put<std::uint32_t>(kFormatBytes);
     writer.Put<std::uint16_t>(kPcmTag);
