@@ -14,6 +14,7 @@ check_packages=(
     clang clang-format clang-tidy libclang-rt-14-dev
     sox
     strace xvfb openbox xauth x11-utils dbus-bin dbus-daemon
+    lame madplay
 )
 # A game for Windows, and what plays it: some tests watch one.
 game_packages=(g++-mingw-w64-x86-64 wine wine64)

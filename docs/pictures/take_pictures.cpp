@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <functional>
 
+#include "audio/audio_job.h"
+#include "audio/mp3_choice.h"
 #include "cd/cd_access.h"
 #include "cd/messages.h"
 #include "companion/savegame_notes.h"
@@ -16,6 +18,7 @@
 #include "core/level_list.h"
 #include "core/profile.h"
 #include "foundation/drives.h"
+#include "foundation/files.h"
 #include "intake/messages.h"
 #include "intake/new_level.h"
 #include "program/messages.h"
@@ -27,6 +30,8 @@
 #include "trle/messages.h"
 #include "ui/Dialog_Autore.h"
 #include "ui/Dialog_Cattura.h"
+#include "ui/Dialog_ConvertAudio.h"
+#include "ui/Dialog_ConvertiMp3.h"
 #include "ui/Dialog_GetDir.h"
 #include "ui/Dialog_InputTesto.h"
 #include "ui/Dialog_InsertCd_messages.h"
@@ -268,6 +273,38 @@ void TakeScreenshotForms(const Camera& camera, Principale& form) {
     });
 }
 
+void TakeAudioForms(const Camera& camera, FormsUser& user, Principale& form) {
+    const std::string tracks = core::profile.TrleFolder + "\\audio";
+    camera.TakeModal("dialog_convertaudio", [&] {
+        Dialog_ConvertAudio converter(&form);
+        if (!converter.ImpostaValori({.Mode = audio::ConverterMode::ConvertWave,
+                                      .Files = ListFiles(tracks, "00*.wav"),
+                                      .TargetFolder = "C:\\music"}))
+            std::exit(EXIT_FAILURE);
+        converter.exec();
+    });
+    camera.TakeModal("dialog_convertaudio_mp3", [&] {
+        Dialog_ConvertAudio converter(&form);
+        if (!converter.ImpostaValori({.Mode = audio::ConverterMode::EncodeWave,
+                                      .Files = ListFiles(tracks, "00*.wav"),
+                                      .TargetFolder = "C:\\music"}))
+            std::exit(EXIT_FAILURE);
+        converter.exec();
+    });
+    camera.TakeModal("dialog_setmp3", [] {
+        audio::Mp3Choice choice;
+        static_cast<void>(ShowForm(choice));
+    });
+    audio::AudioJob job;
+    Dialog_ConvertiMp3 worker(user, job, &form);
+    worker.Label_Log->setText(QStringLiteral("[12\\54]  Decode \"012.mp3\" --> WAV ~ stereo 16 bits"));
+    worker.ProgressBar1->setValue(21);
+    worker.Timer1->blockSignals(true);
+    worker.show();
+    camera.Take(&worker, "dialog_convertimp3");
+    worker.hide();
+}
+
 void TakeHelp(const Camera& camera, Principale& form) {
     camera.TakeModal("dialog_testo", [&] { ShowHelp(&form, HelpMark::FirstStart); });
     QTimer::singleShot(kSettle, qApp, [&camera] {
@@ -302,6 +339,7 @@ int main(int argc, char** argv) {
     TakeSmallForms(camera, user, form);
     TakeLevelForms(camera, form);
     TakeScreenshotForms(camera, form);
+    TakeAudioForms(camera, user, form);
     TakeHelp(camera, form);
     return 0;
 }

@@ -96,7 +96,7 @@ std::string TrackHeader(std::int64_t frames) {
     const std::int64_t data = blocks * std::int64_t{kTrackBlockBytes};
     ByteWriter writer;
     writer.Bytes("RIFF");
-    writer.Put<std::uint32_t>(static_cast<std::uint32_t>(data + kTrackHeaderBytes - kRiffHead));
+    writer.Put<std::uint32_t>(static_cast<std::uint32_t>(data) + kTrackHeaderBytes - kRiffHead);
     writer.Bytes("WAVEfmt ");
     writer.Put<std::uint32_t>(kFormatBytes);
     writer.Put<std::uint16_t>(kAdpcmTag);

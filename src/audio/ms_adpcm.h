@@ -51,8 +51,8 @@ inline constexpr std::size_t kTrackHeaderBytes = 90;
 // The 90 bytes that the game skips, of a track of so many frames, which fits 4 GB.
 std::string TrackHeader(std::int64_t frames);
 
-// Encodes kTrackBlockFrames stereo frames into kTrackBlockBytes bytes, which are as near to them as a search
-// over coefficients, first steps and nibbles finds.
-void EncodeTrackBlock(std::span<const std::int16_t> frames, std::span<char> block);
+// Encodes whole blocks of stereo frames, as near to them as a search over coefficients, first steps and
+// nibbles comes.
+std::string EncodeTrackBlocks(std::span<const std::int16_t> frames);
 
 } // namespace kelvash::audio

@@ -49,7 +49,7 @@ std::string PcmHeader(const Target& target, std::int64_t frames) {
     const std::int64_t data = frames * static_cast<std::int64_t>(frame_bytes);
     ByteWriter writer;
     writer.Bytes("RIFF");
-    writer.Put<std::uint32_t>(static_cast<std::uint32_t>(data + kPcmHeaderBytes - kRiffHead));
+    writer.Put<std::uint32_t>(static_cast<std::uint32_t>(data) + kPcmHeaderBytes - kRiffHead);
     writer.Bytes("WAVEfmt ");
     writer.Put<std::uint32_t>(kFormatBytes);
     writer.Put<std::uint16_t>(kPcmTag);
@@ -92,17 +92,6 @@ Written WritePcm(PcmStream& stream, const Target& target, const WritePiece& writ
     return Written::All;
 }
 
-// Encodes whole blocks of frames.
-std::string EncodeBlocks(std::span<const std::int16_t> samples) {
-    constexpr std::size_t kBlockSamples = kTrackBlockFrames * kTrackChannels;
-    const std::size_t count = samples.size() / kBlockSamples;
-    std::string blocks(count * kTrackBlockBytes, '\0');
-    for (std::size_t i = 0; i < count; ++i)
-        EncodeTrackBlock(samples.subspan(i * kBlockSamples, kBlockSamples),
-                         std::span(blocks).subspan(i * kTrackBlockBytes, kTrackBlockBytes));
-    return blocks;
-}
-
 bool WriteBlocks(std::span<const std::int16_t> samples, const WritePiece& write) {
     const std::size_t shares = (samples.size() + kShareSamples - 1) / kShareSamples;
     const ParallelJob job{.Count = shares,
@@ -111,7 +100,7 @@ bool WriteBlocks(std::span<const std::int16_t> samples, const WritePiece& write)
                           .CanStop = false};
     const auto encode = [samples](std::size_t item) {
         const std::span<const std::int16_t> rest = samples.subspan(item * kShareSamples);
-        return EncodeBlocks(rest.first(std::min(kShareSamples, rest.size())));
+        return EncodeTrackBlocks(rest.first(std::min(kShareSamples, rest.size())));
     };
     return ParallelMap(job, encode, [&](std::size_t, const std::optional<std::string>& blocks) {
                return blocks && write(*blocks);

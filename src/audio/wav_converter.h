@@ -16,8 +16,9 @@ inline constexpr std::int16_t kTo4Bits = 2;     // to the 4-bit ADPCM of the gam
 inline constexpr std::int16_t kToStandard = 3;  // PCM of any rate to 44100 Hz, stereo, 16 bits
 inline constexpr std::int16_t kTo22050Mono = 4; // PCM to 22050 Hz, mono, 16 bits
 
-// Converts `source` into `target`, which it replaces. False on failure with the reason in `errorText`,
-// without blanks at its ends, and the target as it was; on success `errorText` is empty.
+// Converts `source` into `target`, which it replaces; the mode says what comes out, any wave may go in. False
+// on failure with the reason in `errorText`, without blanks at its ends, and the target as it was; on success
+// `errorText` is empty.
 [[nodiscard]] bool WavConverter(const std::string& source, const std::string& target, std::int16_t mode,
                                 std::string& errorText);
 

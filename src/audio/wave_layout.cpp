@@ -10,7 +10,6 @@ namespace kelvash::audio {
 namespace {
 
 constexpr std::size_t kRiffHead = 12, kChunkHead = 8;
-constexpr std::size_t kFormatFields = 16;
 constexpr std::size_t kMostFormatBytes = 2048; // what is read of a format chunk; coefficients take 4 a pair
 constexpr int kMostChunks = 1000;
 // What programs state that write to a pipe and can't go back.

@@ -167,6 +167,10 @@ bool LinkOrCopyFile(std::string_view source, std::string_view destination) {
            CopyFile(source, destination);
 }
 
+bool RemoveName(std::string_view path) {
+    return platform::Unlink(NativePath(path));
+}
+
 bool ExchangeFolders(std::string_view a, std::string_view b) {
     return platform::Exchange(NativePath(a), NativePath(b));
 }

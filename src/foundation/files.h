@@ -35,6 +35,8 @@ bool CopyFileStoppable(std::string_view source, std::string_view destination);
 // Gives a file a second name on its drive, or copies it where that can't be: then it is one file, which is
 // not to be written in place. The destination doesn't exist yet.
 bool LinkOrCopyFile(std::string_view source, std::string_view destination);
+// Takes a name away that may be one of several of a file, whose attributes stay as they are.
+bool RemoveName(std::string_view path);
 // Puts each of two folders in the other's place in one step. False, with nothing changed, where the file
 // system can't.
 bool ExchangeFolders(std::string_view a, std::string_view b);

@@ -12,6 +12,8 @@ struct LineProgress {
     double total = 0; // lines to come, or the track's length in seconds
     double done = 0;
     bool only_count = false; // lines are counted, the bar is moved by whoever tells them
+    double from = 0;         // where this run's part of the bar begins, 0 to 1
+    double share = 1;        // and how much of the bar that is
 };
 
 // What all readers do before they look at the line. True if that was all there is to do with this call.

@@ -27,9 +27,10 @@ constexpr std::size_t kLineLimit = 257;
 constexpr std::size_t kTabWidth = 4;
 
 platform::SpawnRequest RequestFor(std::string_view program, const Arguments& arguments, Window window,
-                                  std::string_view input) {
+                                  std::string_view input = {}, std::string_view folder = {}) {
     const std::filesystem::path native = NativePath(program);
-    platform::SpawnRequest request{native, arguments, native.parent_path(), window, false};
+    platform::SpawnRequest request{native, arguments,
+                                   folder.empty() ? native.parent_path() : NativePath(folder), window, false};
     request.is_tool = true;
     request.input = input;
     return request;
@@ -154,8 +155,8 @@ std::string SpawnError(platform::SpawnResult result, std::string_view program, c
 
 bool RunAndWait(std::string_view program, const Arguments& arguments, Window window) {
     Process process;
-    if (!FileExists(program) || platform::Spawn(RequestFor(program, arguments, window, {}), process,
-                                                nullptr) != platform::SpawnResult::Started)
+    if (!FileExists(program) || platform::Spawn(RequestFor(program, arguments, window), process, nullptr) !=
+                                    platform::SpawnResult::Started)
         return false;
     Heed heed;
     bool stopped = false;
@@ -170,7 +171,7 @@ bool RunAndWait(std::string_view program, const Arguments& arguments, Window win
 }
 
 Captured CaptureOutput(std::string_view program, const Arguments& arguments, const LineReader& reader,
-                       LineMode mode, std::string_view input) {
+                       LineMode mode, std::string_view input, std::string_view folder) {
     Captured captured;
     if (!FileExists(program)) {
         captured.error = LoadMessage(msg::kUtilityMissing, {std::string(program)});
@@ -179,7 +180,7 @@ Captured CaptureOutput(std::string_view program, const Arguments& arguments, con
     Process process;
     int pipe = -1;
     const platform::SpawnResult result =
-        platform::Spawn(RequestFor(program, arguments, Window::Hidden, input), process, &pipe);
+        platform::Spawn(RequestFor(program, arguments, Window::Hidden, input, folder), process, &pipe);
     if (result != platform::SpawnResult::Started) {
         captured.error = SpawnError(result, program, arguments);
         return captured;
@@ -193,6 +194,12 @@ Captured CaptureOutput(std::string_view program, const Arguments& arguments, con
     platform::WaitFor(process, kEndPatience, nullptr);
     platform::Release(process);
     return captured;
+}
+
+std::string PathFor(std::string_view program, std::string_view path) {
+    if (platform::TakesPathTexts(NativePath(program))) return std::string(path);
+    const std::u8string native = NativePath(path).u8string();
+    return {native.begin(), native.end()};
 }
 
 std::string FindTool(std::string_view name) {

@@ -28,9 +28,13 @@ struct Captured {
 // `input` is what its standard input gives. With PartialLines the reader is told a line after every change,
 // so that counters that rewrite one line are seen; with WholeLines only finished lines. CR and LF end a line,
 // backspace steps back, tab goes to the next multiple of four columns. A line is cut at 257 bytes. A NUL
-// shows the message "Valore 0". A stop, the reader's or the user's, gives the error "Break user".
+// shows the message "Valore 0". A stop, the reader's or the user's, gives the error "Break user". An empty
+// working folder is the program's own.
 Captured CaptureOutput(std::string_view program, const Arguments& arguments, const LineReader& reader,
-                       LineMode mode, std::string_view input = {});
+                       LineMode mode, std::string_view input = {}, std::string_view folder = {});
+
+// A path as a program takes it for an argument: a path text where it knows drives, else the platform's path.
+std::string PathFor(std::string_view program, std::string_view path);
 
 // In the application's folder or beside the program under its own name ("lame.exe"), else what stands for it
 // on PATH where the platform has its own build ("lame", "mkisofs" or "genisoimage", ...). Empty if there is

@@ -18,6 +18,7 @@
 #include "intake/new_level.h"
 #include "intake/work_folder.h"
 #include "swap/compression.h"
+#include "swap/level_audio.h"
 
 namespace kelvash::intake {
 
@@ -74,12 +75,15 @@ bool TakeDocument(NewLevel& level) {
     return true;
 }
 
-// No decoder and no converter is built in: a level that needs one is told so, and its files stay.
+// An Archive that keeps no mp3 files gets the waves of the game. False after a message.
 bool AudioIsReady(const NewLevel& level) {
     if (level.OnCd || core::archive.Header.EncodeWavInMp3 || !Has(level, fragment::kIntakeMp3Mask))
         return true;
-    TellCritical(LoadMessage(msg::kMp3NotDecoded, {kLineBreak}));
-    return false;
+    const swap::TracksOutcome outcome =
+        swap::ChangeTracks(level.WorkFolder, level.WorkFolder, audio::AudioKind::TrleAudio);
+    if (outcome.Result == swap::Tracks::Failed)
+        TellCritical(LoadMessage(msg::kMp3NotDecoded) + outcome.Error);
+    return outcome.Result == swap::Tracks::Ready;
 }
 
 bool SourcesAreConverted(const NewLevel& level) {

@@ -13,6 +13,7 @@
 #include "swap/compression.h"
 #include "swap/compression_messages.h"
 #include "swap/fragments.h"
+#include "swap/level_audio.h"
 #include "swap/picture.h"
 #include "swap/zl_file.h"
 
@@ -34,10 +35,12 @@ bool ReplaceFiles(const std::string& source, const std::string& level_folder, Me
     return replaced;
 }
 
-// No encoder is built in: waves can only go in as they are, if the user wants that.
+// Waves that can't be encoded go in as they are, if the user wants that.
 bool EncodeWaves(const std::string& source) {
-    if (!AnyFile(source, LoadFragment(fragment::kSourceWavMask))) return true;
-    TellCritical(LoadMessage(msg::kAudioCompressionFailed) + LoadMessage(msg::kNoMp3Encoder));
+    const TracksOutcome outcome = ChangeTracks(source, source, audio::AudioKind::Mp3);
+    if (outcome.Result == Tracks::Ready) return true;
+    if (outcome.Result == Tracks::Failed)
+        TellCritical(LoadMessage(msg::kAudioCompressionFailed) + outcome.Error);
     return AskYesNo(MessageStyle::Question, LoadMessage(msg::kContinueFileCopy));
 }
 

@@ -11,6 +11,7 @@
 #include "foundation/user.h"
 #include "swap/compression_messages.h"
 #include "swap/fragments.h"
+#include "swap/level_audio.h"
 #include "swap/picture.h"
 #include "swap/unpack_guard.h"
 
@@ -83,11 +84,13 @@ bool UnpackFiles(const std::vector<std::string>& packed, const std::string& fold
     return ParallelMap(JobOver(packed), unpack, store) == ParallelEnd::Done;
 }
 
-// No decoder is built in: a level with such sound stays as it is. False after a message.
-bool AudioIsPlain(const std::string& folder) {
-    if (!AnyFile(folder, LoadFragment(fragment::kMp3Mask))) return true;
-    TellCritical(LoadMessage(msg::kConversionFailed) + LoadMessage(msg::kNoMp3Decoder));
-    return false;
+// False after a message.
+bool DecodeTracks(const std::string& folder, std::string& temp) {
+    if (!AnyFile(temp.empty() ? folder : temp, LoadFragment(fragment::kMp3Mask))) return true;
+    if (temp.empty() && !CopyToTempDec(folder, temp)) return false;
+    const TracksOutcome outcome = DecodeCopies(temp);
+    if (outcome.Result == Tracks::Failed) TellCritical(LoadMessage(msg::kConversionFailed) + outcome.Error);
+    return outcome.Result == Tracks::Ready;
 }
 
 bool UndoPicture(const std::string& folder, std::string& temp) {
@@ -114,7 +117,7 @@ bool DecompressLevelFiles(const std::string& folder, std::string& temp, bool dec
         temp.clear(); // what is there stays till the next use
         return false;
     }
-    if ((!decode_mp3 || AudioIsPlain(temp.empty() ? folder : temp)) && UndoPicture(folder, temp)) return true;
+    if ((!decode_mp3 || DecodeTracks(folder, temp)) && UndoPicture(folder, temp)) return true;
     if (!temp.empty()) RemoveFolder(temp);
     temp.clear();
     return false;

@@ -3,6 +3,7 @@
 #include "core/change.h"
 #include "core/level_list.h"
 #include "core/sizes.h"
+#include "foundation/drives.h"
 #include "foundation/files.h"
 #include "foundation/known_names.h"
 #include "foundation/messages.h"
@@ -12,6 +13,7 @@
 #include "swap/compression.h"
 #include "swap/compression_messages.h"
 #include "swap/fragments.h"
+#include "swap/level_audio.h"
 #include "swap/messages.h"
 #include "swap/picture.h"
 #include "swap/unpack_guard.h"
@@ -25,13 +27,24 @@ const core::ArchiveHeader& Header() {
     return core::archive.Header;
 }
 
-// No converter is built in, so every level with audio to convert fails here; the user may go on with the
-// rest. `whole` becomes false when something keeps its old form, here and below.
+// False if the user stops the run, or wants it stopped after a failure. `whole` becomes false when something
+// keeps its old form, here and below.
 bool ConvertAudio(const std::string& files, bool& whole) {
+    const audio::AudioKind target =
+        Header().EncodeWavInMp3 ? audio::AudioKind::Mp3 : audio::AudioKind::TrleAudio;
     const Fragment& mask = Header().EncodeWavInMp3 ? fragment::kStatusWavMask : fragment::kMp3Mask;
     if (!AnyFile(files, LoadFragment(mask))) return true;
-    whole = false;
-    return AskYesNo(MessageStyle::Question, LoadMessage(msg::kAudioStatusFailed, {kLineBreak}));
+    const std::string temp = AppFolder() + LoadFragment(fragment::kTempComprFolder);
+    TracksOutcome outcome{Tracks::Failed};
+    if (CreateFolder(temp) && DeleteFiles(temp, "*"))
+        outcome = ChangeTracks(files, temp, target);
+    else
+        TellCritical(LoadMessage(msg::kNoComprFolder) + temp);
+    RemoveFolder(temp);
+    if (AnyFile(files, LoadFragment(mask))) whole = false;
+    if (outcome.Result == Tracks::Failed)
+        return AskYesNo(MessageStyle::Question, LoadMessage(msg::kAudioStatusFailed, {kLineBreak}));
+    return outcome.Result == Tracks::Ready;
 }
 
 std::vector<std::string> FilesToPack(const std::string& files) {

@@ -25,7 +25,6 @@ void Dialog_PrefArc::Set_Caption_Texts() {
                        {Label_Archive, msg::kPrefArcArchive},
                        {Check_CompressFiles, msg::kPrefArcCompress},
                        {Check_EncodeWavInMp3, msg::kPrefArcMp3},
-                       {Label_Mp3, msg::kPrefArcMp3Later},
                        {Pul_Help, msg::kPrefArcHelp},
                        {Pul_Ok, msg::kPrefArcOk},
                        {Pul_Cancel, msg::kPrefArcCancel}});
@@ -35,20 +34,15 @@ void Dialog_PrefArc::Lay() {
     auto* const archive = new QHBoxLayout;
     archive->addWidget(Label_Archive);
     archive->addWidget(Label_PathArchive, 1);
-    auto* const mp3 = new QHBoxLayout;
-    mp3->addWidget(Check_EncodeWavInMp3);
-    mp3->addWidget(Label_Mp3);
-    mp3->addStretch();
     auto* const layout = new QVBoxLayout(this);
     layout->addLayout(archive);
     layout->addWidget(Label_Info);
     layout->addWidget(Check_CompressFiles);
-    layout->addLayout(mp3);
+    layout->addWidget(Check_EncodeWavInMp3);
     layout->addStretch();
     layout->addSpacing(fontMetrics().height() / 2);
     layout->addLayout(FootRow(this, {Pul_Help, HelpMark::ArchivePreferences, Pul_Ok, Pul_Cancel}));
     Explain(Label_Info);
-    Explain(Label_Mp3)->setWordWrap(false);
     layout->addStrut(fontMetrics().averageCharWidth() * 76);
 }
 
@@ -57,9 +51,6 @@ void Dialog_PrefArc::ImpostaValori() {
     Label_PathArchive->SetPath(ShownLine(core::profile.LastArchive), {});
     Check_CompressFiles->setChecked(header.CompressFiles);
     Check_EncodeWavInMp3->setChecked(header.EncodeWavInMp3);
-    // No encoder stands yet: an Archive that asks for one can only be freed of it.
-    Check_EncodeWavInMp3->setEnabled(header.EncodeWavInMp3);
-    Label_Mp3->setVisible(!header.EncodeWavInMp3);
 }
 
 void Dialog_PrefArc::Accept() {

@@ -25,7 +25,6 @@ class Dialog_PrefArc final : public QDialog {
     PathLabel* const Label_PathArchive = Make<PathLabel>(this, "Label_PathArchive");
     QCheckBox* const Check_CompressFiles = Make<QCheckBox>(this, "Check_CompressFiles");
     QCheckBox* const Check_EncodeWavInMp3 = Make<QCheckBox>(this, "Check_EncodeWavInMp3");
-    QLabel* const Label_Mp3 = Make<QLabel>(this, "Label_Mp3");
     QPushButton* const Pul_Help = Make<QPushButton>(this, "Pul_Help");
     QPushButton* const Pul_Ok = Make<QPushButton>(this, "Pul_Ok");
     QPushButton* const Pul_Cancel = Make<QPushButton>(this, "Pul_Cancel");

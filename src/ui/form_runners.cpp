@@ -1,12 +1,16 @@
 #include "ui/form_runners.h"
 
+#include "audio/audio_job.h"
+#include "audio/mp3_choice.h"
 #include "cd/cd_access.h"
 #include "intake/new_level.h"
 #include "program/start_up.h"
 #include "trle/find_trle.h"
+#include "ui/Dialog_ConvertiMp3.h"
 #include "ui/Dialog_InsertCd.h"
 #include "ui/Dialog_NewArc.h"
 #include "ui/Dialog_NewLevel.h"
+#include "ui/Dialog_SetMp3.h"
 #include "ui/Dialog_TrovaTrle.h"
 #include "ui/forms_user.h"
 
@@ -36,6 +40,12 @@ void AddFormRunners(FormsUser& user) {
         user, [](const auto& form, auto& choice) { choice.MakeNew = form.MakeNew; });
     Add<cd::CdDriveChoice, Dialog_InsertCd>(
         user, [](const auto& form, auto& choice) { choice.Drive = ToUtf8(form.Combo_Unita->currentText()); });
+    Add<audio::Mp3Choice, Dialog_SetMp3>(user, [](const auto& form, auto& choice) {
+        choice.InsertUtility = form.Check_InsertUtiliy->isChecked();
+    });
+    user.forms.Add<audio::AudioJob>([&user](audio::AudioJob& job) {
+        return Dialog_ConvertiMp3(user, job, user.ParentOfBoxes()).exec() == QDialog::Accepted;
+    });
     // This one works on its record while it is open.
     user.forms.Add<intake::NewLevel>([&user](intake::NewLevel& level) {
         return Dialog_NewLevel(user, level, user.ParentOfBoxes()).exec() == QDialog::Accepted;

@@ -57,6 +57,8 @@ class FormsUser final : public QObject, public User {
     void SetAmount(BarPlace place, const Amount& amount) override;
     void LevelListChanged() override { Q_EMIT ListChanged(); }
     void PumpEvents() override;
+    // The wish of a form in which a job runs that can be stopped.
+    void RequestStop() { stop_requested_ = true; }
     bool StopRequested() override { return stop_requested_ && JobCanStop(); }
     void JobBegan() override;
     void JobEnded() override;

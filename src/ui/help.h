@@ -27,6 +27,7 @@ enum class HelpMark {
     Author = 15,
     ArchivePreferences = 16,
     Maintenance = 17,
+    Audio = 18,
     Screenshots = 30,
     SmallWindows = 40,
     ReadingHelp = 41

@@ -28,9 +28,7 @@ Samples Decoded(const AdpcmFormat& format, std::string_view block, bool good = t
 }
 
 std::string Encoded(const Samples& samples) {
-    std::string block(kTrackBlockBytes, 'x');
-    EncodeTrackBlock(samples, block);
-    return block;
+    return EncodeTrackBlocks(samples);
 }
 
 double SignalToNoise(const Samples& samples) {
@@ -130,6 +128,16 @@ TEST(MsAdpcm, EachChannelHasTheCoefficientsThatSuitIt) {
     EXPECT_GT(SignalToNoise(Frames(noise, noise)), 17);
     const std::string block = Encoded(Frames(sine, noise));
     EXPECT_NE(block[0], block[1]);
+}
+
+TEST(MsAdpcm, BlocksDoNotDependOnEachOther) {
+    const Samples a = Frames([](double i) { return 9'000 * std::sin(i * 0.05); }, [](double i) { return i; });
+    const Samples b = Frames([](double i) { return 5'000 * std::sin(i * i); }, [](double) { return -7.0; });
+    Samples three = a;
+    three.insert(three.end(), b.begin(), b.end());
+    three.insert(three.end(), a.begin(), a.end());
+    EXPECT_EQ(Encoded(three), Encoded(a) + Encoded(b) + Encoded(a));
+    EXPECT_EQ(Encoded({}), "");
 }
 
 TEST(MsAdpcm, TheLoudestIsEncodedWithoutWrapping) {

@@ -149,6 +149,7 @@ TEST_F(PropertiesTest, OfTheLastLevelLoseNoEditThroughTheQuestionOfNewLevels) {
 TEST_F(PropertiesTest, AudioIsCheckedForEveryLevel) {
     OpenGood({{"105.mp3", "ID3"}});
     EXPECT_FALSE(level.IsNewLevel);
+    user.WillAnswer("Would you like continue audio conversion?", "no");
     Store();
     EXPECT_EQ(level.State, FormState::Open);
     EXPECT_EQ(user.Told().size(), 1U);

@@ -16,6 +16,7 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 TEST_F(StoreLevelTest, StoresNameNoteAndDocument) {
     OpenGood({{"readme.txt", "Hello"}});
@@ -95,9 +96,11 @@ TEST_F(StoreLevelTest, SourcesWaitForTheirConversion) {
 
 TEST_F(StoreLevelTest, AudioThatCannotBeDecodedKeepsTheLevelOut) {
     OpenGood({{"105.mp3", "ID3"}});
+    user.WillAnswer("Would you like continue audio conversion?", "no");
     Store();
     EXPECT_EQ(level.State, FormState::Open);
-    EXPECT_EQ(user.Told().size(), 1U);
+    EXPECT_THAT(user.Told(),
+                ElementsAre(StartsWith("critical: Failed conversion: Error decoding '105.mp3' : ")));
     EXPECT_THAT(WorkNames(), Contains("105.mp3"));
 }
 
@@ -350,7 +353,7 @@ TEST_F(StoreLevelTest, ACompressingArchiveStoresTheSmallerForms) {
 }
 
 TEST_F(StoreLevelTest, AFailedCompressionStoresThePlainFiles) {
-    core::archive.Header.EncodeWavInMp3 = true; // nothing encodes
+    core::archive.Header.EncodeWavInMp3 = true; // nothing encodes what is no wave
     core::archive.Header.CompressFiles = true;
     OpenNew();
     for (const auto& [name, bytes] : kGood)
@@ -370,7 +373,7 @@ TEST_F(StoreLevelTest, AFailedCompressionStoresThePlainFiles) {
 }
 
 TEST_F(StoreLevelTest, FilesThatStayPlainInTheirPlaceAreToldOfInTr4InfoToo) {
-    core::archive.Header.EncodeWavInMp3 = true; // nothing encodes
+    core::archive.Header.EncodeWavInMp3 = true; // nothing encodes what is no wave
     OpenGood({{"105.wav", "wave"}});
     user.WillAnswer("Do you want continue in file copy?", "no");
     Store();

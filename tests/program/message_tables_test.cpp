@@ -25,6 +25,7 @@ using testing::Not;
 std::set<int> MarksOf(std::string_view text) {
     std::set<int> marks;
     for (std::size_t at = text.find('~'); at != std::string_view::npos; at = text.find('~', at + 1)) {
+        if (at + 1 == text.size() || text[at + 1] < '0' || text[at + 1] > '9') continue;
         int number = 0;
         for (std::size_t i = at + 1; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i)
             number = number * 10 + (text[i] - '0');

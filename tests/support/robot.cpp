@@ -24,7 +24,7 @@ constexpr int kToBeShown = 1000;    // milliseconds; what scrolls comes behind i
 bool IsProgress(const QWidget* window) {
     const QString name = window->objectName();
     return name == QLatin1String("Dialog_Progress") || name == QLatin1String("Dialog_Zip") ||
-           name == QLatin1String("Dialog_Wait");
+           name == QLatin1String("Dialog_Wait") || name == QLatin1String("Dialog_ConvertiMp3");
 }
 
 std::string Describe(const QWidget* window) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "audio/audio_job.h"
 #include "core/archive.h"
 #include "core/profile.h"
 #include "foundation/native_text.h"
@@ -21,6 +22,10 @@ SwapHome::SwapHome() : trle(drive / "trle"), backup(home / "backup_trle"), level
     core::archive.Header.MainFolder = "C:\\Levels";
     core::archive.Header.SecondaryFolder = "C:\\Levels";
     core::archive.Table = {};
+    user.forms.Add<audio::AudioJob>([](audio::AudioJob& job) {
+        audio::RunAudioJob(job, BarPlace::CallerForm);
+        return true;
+    });
     AddLevel(0, "- TRLE: Original configuration -", {});
 }
 

@@ -347,6 +347,9 @@ TEST_F(CompressionSettingsOfOldLevels, AskAboutAudioThatCannotBeConverted) {
     user.WillAnswer(kQuestion, "yes");
     user.WillAnswer("Error converting audio files for level: \r\nDo you want continue?", "no");
     ApplyCompressionSettings({false, true});
+    EXPECT_THAT(user.Told(),
+                Contains("critical: I cannot convert file '005.wav' from format [UNKNOWN 0Hz   0 "
+                         "bits] to format [Mp3 24 Kbps mono]"));
     EXPECT_THAT(NamesIn(LevelPath(1) / "FILES"), ElementsAre("005.wav"));
 }
 

@@ -21,6 +21,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
@@ -293,11 +294,12 @@ TEST_F(Install, AfterOneCutShortInstallsTheLevelAnew) {
                             "configuration has been brought back"));
 }
 
-TEST_F(Install, WithMp3FilesFailsAndLeavesTheLevelUntouched) {
+TEST_F(Install, WithMp3FilesThatCannotBeDecodedLeavesTheLevelUntouched) {
     AddLevel(1, "Song", {{"s.tr4", "S"}, {"005.mp3", "mp3"}});
+    user.WillAnswer("Would you like continue audio conversion?", "no");
     EXPECT_FALSE(InstallLevel(1));
     EXPECT_THAT(user.Told(),
-                ElementsAre("critical: Failed conversion: mp3 files can not be decoded by this version",
+                ElementsAre(StartsWith("critical: Failed conversion: Error decoding '005.mp3' : "),
                             "critical: Error decompressing files"));
     EXPECT_THAT(NamesIn(LevelPath(1) / "FILES"), ElementsAre("005.mp3", "s.tr4"));
     EXPECT_FALSE(test::Exists(home / "_temp_Dec"));
@@ -305,7 +307,8 @@ TEST_F(Install, WithMp3FilesFailsAndLeavesTheLevelUntouched) {
 
 TEST_F(Install, KeepsLevelZerosSavesWhenTheNextLevelCannotGoIn) {
     user.MayBeTold("Error decompressing files");
-    user.MayBeTold("mp3 files can not be decoded by this version");
+    user.MayBeTold("Failed conversion: Error decoding '005.mp3' : ");
+    user.MayAnswer("Would you like continue audio conversion?", "no");
     AddLevel(1, "Song", {{"s.tr4", "S"}, {"005.mp3", "mp3"}});
     AddLevel(2, "City", {{"c.tr4", ""}});
     test::MakeFile(trle / "savegame.0", "original");

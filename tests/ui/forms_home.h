@@ -6,6 +6,8 @@
 #include "intake/new_level.h"
 #include "ui/Dialog_Autore.h"
 #include "ui/Dialog_Cattura.h"
+#include "ui/Dialog_ConvertAudio.h"
+#include "ui/Dialog_ConvertiMp3.h"
 #include "ui/Dialog_GetDir.h"
 #include "ui/Dialog_Indice.h"
 #include "ui/Dialog_InputTesto.h"
@@ -19,6 +21,7 @@
 #include "ui/Dialog_Resize.h"
 #include "ui/Dialog_Restore.h"
 #include "ui/Dialog_ScreenShot.h"
+#include "ui/Dialog_SetMp3.h"
 #include "ui/Dialog_Settings.h"
 #include "ui/Dialog_Testo.h"
 #include "ui/Dialog_TrovaTrle.h"
@@ -46,6 +49,17 @@ class FormsHome : public PrincipaleHome {
             look(open);
         });
         Open<ui::Dialog_Cattura>(look);
+        for (const auto mode : {audio::ConverterMode::DecodeMp3, audio::ConverterMode::EncodeWave,
+                                audio::ConverterMode::ConvertWave})
+            Open<ui::Dialog_ConvertAudio>([&](QWidget& open) {
+                EXPECT_TRUE(dynamic_cast<ui::Dialog_ConvertAudio&>(open).ImpostaValori({.Mode = mode}));
+                look(open);
+            });
+        audio::AudioJob job;
+        ui::Dialog_ConvertiMp3 conversion(forms, job, nullptr);
+        conversion.Timer1->blockSignals(true); // it doesn't begin
+        look(conversion);
+        Open<ui::Dialog_SetMp3>(look);
         Open<ui::Dialog_GetDir>(look);
         Open<ui::Dialog_Indice>(look);
         Open<ui::Dialog_InputTesto>(look);

@@ -346,7 +346,7 @@ TEST_F(PreferencesForm, UnchangedSettingsAskNothing) {
     robot.Will("Dialog_PrefArc", [](QWidget* window) {
         auto& open = *qobject_cast<Dialog_PrefArc*>(window);
         EXPECT_FALSE(open.Check_CompressFiles->isChecked());
-        EXPECT_FALSE(open.Check_EncodeWavInMp3->isEnabled());
+        EXPECT_FALSE(open.Check_EncodeWavInMp3->isChecked());
         Press(&open, "Pul_Ok");
     });
     Choose(Entry::mnu_PrefArchive);

@@ -245,7 +245,7 @@ TEST_F(Library, ALevelsMenuBeginsWithPlayAndMoreInfo) {
 }
 
 TEST_F(Library, WhatIsGreySaysWhy) {
-    EXPECT_EQ(form.Command(Entry::mnu_ConvertWav)->statusTip().toStdString(),
+    EXPECT_EQ(form.Command(Entry::mnu_MoveOnCd)->statusTip().toStdString(),
               "This comes with a later version");
     core::level_list.Selected = -1;
     form.AggiornaDatiLivello(false);

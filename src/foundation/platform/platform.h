@@ -134,6 +134,8 @@ void Release(Process& process);
 // `document` is a native path or an address. Only a file that is called a Windows program is run.
 bool OpenWithDesktop(const std::string& document, std::string_view verb, Window window,
                      const NativeFile& folder);
+// True for a program that knows drives and back-slashes: any on Windows, elsewhere what Wine runs.
+bool TakesPathTexts(const NativeFile& program);
 // The platform's own build of a tool; empty if there is none on PATH.
 NativeFile NativeTool(std::string_view name);
 

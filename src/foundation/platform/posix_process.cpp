@@ -401,6 +401,10 @@ bool OpenWithDesktop(const std::string& document, std::string_view verb, Window 
            (!WaitFor(process, kOpenerSeconds, &exit_code) || exit_code == 0);
 }
 
+bool TakesPathTexts(const NativeFile& program) {
+    return IsWindowsProgram(program);
+}
+
 NativeFile NativeTool(std::string_view name) {
     struct Twin {
         std::string_view tool;

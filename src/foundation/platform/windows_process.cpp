@@ -310,6 +310,10 @@ bool OpenWithDesktop(const std::string& document, std::string_view verb, Window 
     return reinterpret_cast<std::intptr_t>(result) > 32;
 }
 
+bool TakesPathTexts(const NativeFile&) {
+    return true;
+}
+
 NativeFile NativeTool(std::string_view name) {
     if (name.empty() || name.find_first_of("\\/:") != std::string_view::npos) return {};
     for (const std::string& folder : Split(Utf8FromWide(EnvironmentPath("PATH").native()), ';')) {

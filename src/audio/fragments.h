@@ -1,0 +1,5 @@
+// What this folder composes.
+#pragma once
+
+#include "audio/fragments.inc"
+#include "foundation/messages.h"

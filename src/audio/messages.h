@@ -1,0 +1,5 @@
+// Texts.
+#pragma once
+
+#include "audio/messages.inc"
+#include "foundation/messages.h"
