@@ -5,6 +5,7 @@
 #include "core/sizes.h"
 #include "core/tr4_info.h"
 #include "program/create_tr4_infos.h"
+#include "program/start_up.h"
 #include "swap/backup.h"
 #include "ui/Principale.h"
 #include "ui/menu_commands.h"
@@ -31,6 +32,7 @@ std::vector<MenuCommand> ToolCommands(Principale& window) {
         {mnu_Recover, EnabledWhen::JobFree,
          [&window] {
              if (core::RecoverArchive()) window.Text_Search->clear();
+             program::KeepArchiveInUse();
          }},
         {mnu_Kept, EnabledWhen::ArchiveOpen, [] { core::TakeKeptLevel(); }}};
 }
