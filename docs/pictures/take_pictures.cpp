@@ -127,7 +127,6 @@ void TakeMainForm(const Camera& camera, Principale& form) {
 
 // The questions of a first start, each answered by closing it.
 void TakeFirstStart(const Camera& camera, FormsUser& user) {
-    user.SetFirstTitle(Caption(msg::kBoxTitleDemo));
     const std::string trle = core::profile.TrleFolder;
     camera.TakeModal("dialog_trovatrle", [&] {
         trle::TrleFolderChoice choice{LoadMessage(msg::kFindTrleCaption), trle};

@@ -69,6 +69,7 @@ class SavegamePanel final : public QObject {
 
   private:
     void ConnectControls();
+    void EnableButtons();
     void ShowDetails();
     void ShowDefaultImage();
     void TakeChoice(QListWidget* chosen, QListWidget* other);
@@ -77,6 +78,7 @@ class SavegamePanel final : public QObject {
     void Choose(int archived_row);
     // What is to be shown and told behind a command; the archived savegame at that row is chosen again.
     void Refresh(int archived_row = -1);
+    void PutIntoSlots(const std::string& savegame);
     void List(companion::ListPurpose purpose, const std::string& folder);
     bool eventFilter(QObject* watched, QEvent* event) override;
 
