@@ -186,7 +186,7 @@ void TakeEmptyPages(const Camera& camera, Principale& form) {
     page.show();
     camera.Take(&page, "first_start");
     page.hide();
-    core::SelectLevel(3);
+    core::SelectLevel(4);
     camera.Take(&form, "empty_screenshots");
     form.Pul_SaveGames->click();
     core::profile.TrleFolder.push_back('-');
