@@ -132,7 +132,6 @@ void TakeMainForm(const Camera& camera, Principale& form) {
 
 // The questions of a first start, each answered by closing it.
 void TakeFirstStart(const Camera& camera, FormsUser& user) {
-    user.SetFirstTitle(Caption(msg::kBoxTitleDemo));
     const std::string trle = core::profile.TrleFolder;
     camera.TakeModal("dialog_trovatrle", [&] {
         trle::TrleFolderChoice choice{LoadMessage(msg::kFindTrleCaption), trle};
@@ -192,7 +191,7 @@ void TakeEmptyPages(const Camera& camera, Principale& form) {
     page.show();
     camera.Take(&page, "first_start");
     page.hide();
-    core::SelectLevel(3);
+    core::SelectLevel(4);
     camera.Take(&form, "empty_screenshots");
     form.Pul_SaveGames->click();
     core::profile.TrleFolder.push_back('-');

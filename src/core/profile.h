@@ -1,7 +1,7 @@
 // The profile: the one settings store, kept in Kelvash.prf of the application's folder.
 //
-// The file is one record of 1588 bytes, read and written whole; its length is its version. It is written only
-// at the end of a run.
+// The file is one record of 1588 bytes, read and written whole; its length is its version. It is written at
+// the end of a run, and when another Archive has been opened.
 #pragma once
 
 #include <array>

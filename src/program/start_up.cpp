@@ -199,6 +199,10 @@ void OfferFullRestore() {
 
 } // namespace
 
+void KeepArchiveInUse() {
+    if (core::ArchiveIsOpen() && core::WriteProfile()) EndFirstSteps();
+}
+
 void TellArchiveNotLoaded(const std::string& path) {
     TellCritical(LoadMessage(msg::kErrorLoadingLastArchive) + path);
 }
@@ -257,7 +261,8 @@ bool StartUp(std::string_view command_line, const FirstStepWatcher& at_first_sta
         return true;
     }
     if (core::ArchiveIsOpen()) {
-        EndFirstSteps();
+        // With the file of an older version the question behind its upgrade would go.
+        if (!core::session.UpgradeWarning) KeepArchiveInUse();
         begin(FirstStep::Over);
     }
     swap::LookForMovedSaves(); // now that the level is known that they may be of
@@ -265,6 +270,7 @@ bool StartUp(std::string_view command_line, const FirstStepWatcher& at_first_sta
     swap::TellRescuedSaves();
     core::TellCutShortMove();
     OfferFullRestore();
+    KeepArchiveInUse();
     return true;
 }
 
@@ -291,7 +297,10 @@ void OpenWishedArchive(const std::string& native) {
     core::archive.ArchiveLoadRefused = false;
     if (!core::AskSaveArchive()) return; // the open one stays; why has been told
     const std::string former = core::profile.LastArchive;
-    if (core::LoadArchive(path)) return;
+    if (core::LoadArchive(path)) {
+        KeepArchiveInUse();
+        return;
+    }
     if (core::archive.ArchiveLoadRefused)
         ReturnToArchive(former);
     else

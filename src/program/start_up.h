@@ -30,6 +30,9 @@ using FirstStepWatcher = std::function<void(FirstStep begins)>;
 bool StartUp(std::string_view command_line, const FirstStepWatcher& at_first_start = {});
 // Loads the Archive that the profile names. False after a message if it is gone or can't be loaded.
 [[nodiscard]] bool LoadLastArchive(const std::string& path);
+// Writes down at once which Archive is in use, and TRLE folder and backup with it: a kill must not bring the
+// first start back. What can't be written now is written, or told, at the end of the run.
+void KeepArchiveInUse();
 void TellArchiveNotLoaded(const std::string& path);
 // Opens the Archive of that path again, after another one could not take its place. A path that is empty, or
 // an Archive that can't be opened (which is told), leaves none open.

@@ -19,6 +19,7 @@
 #include "foundation/user.h"
 #include "ui/Dialog_GetDir_messages.h"
 #include "ui/form_kit.h"
+#include "ui/look.h"
 
 namespace kelvash::ui {
 
@@ -110,8 +111,8 @@ Dialog_GetDir::Dialog_GetDir(QWidget* parent) : QDialog(parent) {
     connect(Dir1, &QTreeWidget::currentItemChanged, this, [this](const QTreeWidgetItem* item) {
         if (item != nullptr) SetFolder(PathOf(item));
     });
-    Note_Fields->Watch(Text_PathDir, [this](const QString& typed) { return FaultOfTypedPath(typed); });
-    Note_Fields->Watch(Text_Path, [this](const QString& typed) { return FaultOfNewName(typed); });
+    Note_Path->Watch(Text_PathDir, [this](const QString& typed) { return FaultOfTypedPath(typed); });
+    Note_Name->Watch(Text_Path, [this](const QString& typed) { return FaultOfNewName(typed); });
     connect(Pul_NuovaCartella, &QPushButton::clicked, this, &Dialog_GetDir::NewFolder);
     connect(Pul_Ok, &QPushButton::clicked, this, &Dialog_GetDir::Accept);
     connect(Pul_Cancel, &QPushButton::clicked, this, &Dialog_GetDir::reject);
@@ -136,11 +137,18 @@ void Dialog_GetDir::Lay() {
     fields->addWidget(Dir1, 1, 0, 1, 3);
     fields->addWidget(Label_PathDir, 2, 0);
     fields->addWidget(Text_PathDir, 2, 1, 1, 2);
-    fields->addWidget(Label_Path, 3, 0);
-    fields->addWidget(Text_Path, 3, 1);
-    fields->addWidget(Pul_NuovaCartella, 3, 2);
-    fields->addWidget(Note_Fields, 4, 1, 1, 2);
-    fields->setRowMinimumHeight(5, fontMetrics().height() / 2);
+    fields->addWidget(Note_Path, 3, 1, 1, 2);
+    fields->addWidget(Label_Path, 4, 0);
+    fields->addWidget(Text_Path, 4, 1);
+    fields->addWidget(Pul_NuovaCartella, 4, 2);
+    fields->addWidget(Note_Name, 5, 1, 1, 2);
+    for (const int row : {3, 5}) { // their room is kept: the tree doesn't move when one speaks
+        QWidget* const note = fields->itemAtPosition(row, 1)->widget();
+        QSizePolicy policy = note->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        note->setSizePolicy(policy);
+        fields->setRowMinimumHeight(row, QFontMetrics(FontOf(Type::Caption)).height());
+    }
     fields->addLayout(FootRow(this, {Pul_Help, HelpMark::ChooseFolder, Pul_Ok, Pul_Cancel}), 6, 0, 1, 3);
     fields->setRowStretch(1, 1);
     fields->setColumnStretch(1, 1);

@@ -39,7 +39,8 @@ class Dialog_GetDir final : public QDialog {
     QLineEdit* const Text_PathDir = Make<QLineEdit>(this, "Text_PathDir");
     QLabel* const Label_Path = Make<QLabel>(this, "Label_Path");
     QLineEdit* const Text_Path = Make<QLineEdit>(this, "Text_Path");
-    FieldNote* const Note_Fields = Make<FieldNote>(this, "Note_Fields");
+    FieldNote* const Note_Path = Make<FieldNote>(this, "Note_Path");
+    FieldNote* const Note_Name = Make<FieldNote>(this, "Note_Name");
     QPushButton* const Pul_NuovaCartella = Make<QPushButton>(this, "Pul_NuovaCartella");
     QPushButton* const Pul_Help = Make<QPushButton>(this, "Pul_Help");
     QPushButton* const Pul_Ok = Make<QPushButton>(this, "Pul_Ok");

@@ -48,8 +48,9 @@ QHBoxLayout* Caps(const QStringList& keys) {
         cap->setTextFormat(Qt::PlainText);
         cap->setFrameShape(QFrame::StyledPanel);
         cap->setAlignment(Qt::AlignCenter);
-        cap->setContentsMargins(space::kTight, 0, space::kTight, 0);
         SetType(cap, Type::Caption);
+        cap->setMargin(space::kTight / 2);
+        cap->setMinimumWidth(cap->sizeHint().width() + space::kClose);
         caps->addWidget(cap);
     }
     caps->addStretch();
@@ -81,6 +82,7 @@ Dialog_Keys::Dialog_Keys(QWidget* parent)
     layout->addLayout(FootRow(this, HelpMark::Keyboard, {}, {Pul_Ok}));
     layout->setSpacing(space::kWide);
     Pul_Ok->setDefault(true);
+    SetMainAction(Pul_Ok);
     connect(Pul_Ok, &QPushButton::clicked, this, &QDialog::accept);
 }
 
@@ -118,9 +120,11 @@ void Dialog_Keys::TakeSize() {
         columns_->setDirection(QBoxLayout::TopToBottom);
     const QSize whole = sheet_->sizeHint() + others;
     const bool scrolls = whole.height() > room.height() || whole.width() > room.width();
+    const int air = scrolls ? space::kNear : 0; // within the frame
+    columns_->setContentsMargins(air, air, air, air);
     Scroll_Keys->setFrameShape(scrolls ? QFrame::StyledPanel : QFrame::NoFrame);
     Scroll_Keys->setFocusPolicy(scrolls ? Qt::StrongFocus : Qt::NoFocus);
-    const int edges = 2 * Scroll_Keys->frameWidth();
+    const int edges = 2 * (Scroll_Keys->frameWidth() + air);
     resize((whole + QSize(edges + (scrolls ? bar : 0), edges)).boundedTo(room));
 }
 

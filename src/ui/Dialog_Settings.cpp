@@ -8,6 +8,7 @@
 #include "foundation/text.h"
 #include "ui/Dialog_Settings_messages.h"
 #include "ui/form_kit.h"
+#include "ui/look.h"
 
 namespace kelvash::ui {
 
@@ -128,8 +129,12 @@ void Dialog_Settings::LayPlaying() {
     rows->addWidget(Opt_NonPrompt);
     rows->addWidget(Opt_PromptCapture);
     rows->addWidget(Check_VerifyImage);
-    rows->addLayout(Line({Check_ArchiviaSavegame, Combo_NSavegame, Label_NSavegame}));
-    rows->addLayout(Line({Label_Associate, Text_MinutiDifferenza, Label_Minutes}));
+    // Their captions have blanks of their own.
+    for (QHBoxLayout* line : {Line({Check_ArchiviaSavegame, Combo_NSavegame, Label_NSavegame}),
+                              Line({Label_Associate, Text_MinutiDifferenza, Label_Minutes})}) {
+        line->setSpacing(space::kTight);
+        rows->addLayout(line);
+    }
     rows->addWidget(Note_Minutes);
     Note_Minutes->Watch(Text_MinutiDifferenza, [this](const QString& typed) {
         settings_.Minutes = ToUtf8(typed);

@@ -4,6 +4,9 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "core/profile.h"
+#include "foundation/files.h"
+#include "foundation/text.h"
 #include "trle/trle_folder.h"
 #include "ui/Dialog_TrovaTrle_messages.h"
 #include "ui/form_kit.h"
@@ -61,11 +64,20 @@ void Dialog_TrovaTrle::ImpostaValori(const trle::TrleFolderChoice& choice) {
 
 void Dialog_TrovaTrle::ShowFolder() {
     Label_Path->SetPath(FromUtf8(Folder), Caption(msg::kTrovaNone));
-    const bool fits = Folder.empty() || trle::CheckTrleFolder(Folder, false);
-    Note_Path->Say(fits ? QString() : Caption(msg::kTrovaNoteUnfit));
+    Note_Path->Say(Fault());
     Pul_Ok->setEnabled(!Folder.empty());
     (Folder.empty() ? Pul_Sfoglia : Pul_Ok)->setDefault(true);
     (Folder.empty() ? Pul_Sfoglia : Pul_Ok)->setFocus();
+}
+
+// Of the folder that is shown; without one, of that which the settings name and which can't be used.
+QString Dialog_TrovaTrle::Fault() const {
+    if (!Folder.empty())
+        return trle::CheckTrleFolder(Folder, false) ? QString() : Caption(msg::kTrovaNoteUnfit);
+    const std::string former = core::TrleFolder();
+    if (former.empty()) return {};
+    return WrappedText(LoadMessage(
+        FolderExists(former) ? msg::kTrovaNoteFormerUnfit : msg::kTrovaNoteFormerGone, {CleanLine(former)}));
 }
 
 void Dialog_TrovaTrle::Browse() {

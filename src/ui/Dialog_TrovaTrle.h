@@ -37,6 +37,7 @@ class Dialog_TrovaTrle final : public QDialog {
   private:
     void Lay();
     void ShowFolder();
+    QString Fault() const;
     void Browse();
 };
 

@@ -118,7 +118,8 @@ void Principale::ShowLevels() {
 }
 
 void Principale::ShowTitle() {
-    setWindowTitle(core::ArchiveIsOpen() ? ShownLine(core::ArchiveTitle()) : Caption(msg::kMainNoArchive));
+    setWindowTitle(TitleWith(
+        core::ArchiveIsOpen() ? ShownLine(core::ArchiveTitle()) : Caption(msg::kMainNoArchive), title_note_));
 }
 
 // Selects the item at a place of the level list; -1 changes nothing.
@@ -176,16 +177,20 @@ void Principale::Play() {
 }
 
 void Principale::ShowPlaying() {
-    Label_Info->SetLine(Caption(msg::kMainPlaying));
+    SayPlaying();
     watch_.Begin();
+}
+
+void Principale::SayPlaying() {
+    Label_Info->SetLine(Caption(msg::kMainPlaying));
 }
 
 void Principale::SetPlaying(bool playing) {
     playing_ = playing;
-    EnableCommands();
     menuBar()->setEnabled(!playing);
     centralWidget()->setEnabled(!playing);
     Label_Info->SetLine({});
+    EnableCommands();
 }
 
 // What others change shows by itself when nothing else is at work. The eye keeps its place: the list its
@@ -221,14 +226,19 @@ void Principale::EnableCommands() {
     const CommandState now{.job_free = !playing_, .archive_open = open, .level_selected = selected};
     menu_.Update(now);
     const QString why = WhyGrey(EnabledWhen::LevelSelected, now);
-    for (QPushButton* button : {Pul_Play, Pul_MoreInfo}) {
-        button->setEnabled(open && selected);
-        button->setToolTip(why);
-    }
-    for (QAction* action : {play_, more_}) {
-        action->setEnabled(why.isEmpty());
-        TellWhy(action, why);
-    }
+    const bool uncovered = !playing_ && companion::GameRuns(); // the game runs still, its cover is closed
+    CommandState to_play = now;
+    to_play.job_free = now.job_free && !uncovered;
+    if (uncovered && Label_Info->text().isEmpty()) SayPlaying();
+    const QString why_not_play = WhyGrey(EnabledWhen::LevelSelected, to_play);
+    const auto enable = [](QPushButton* button, QAction* action, const QString& hindrance) {
+        button->setEnabled(hindrance.isEmpty());
+        button->setToolTip(hindrance);
+        action->setEnabled(hindrance.isEmpty());
+        TellWhy(action, hindrance);
+    };
+    enable(Pul_Play, play_, why_not_play);
+    enable(Pul_MoreInfo, more_, why);
     Pul_Author->setEnabled(Command(MenuEntry::mnu_ShowAutoreInfo)->isEnabled());
     Pul_Author->setToolTip(why);
 }

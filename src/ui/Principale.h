@@ -30,9 +30,11 @@
 #include "ui/level_banner.h"
 #include "ui/level_delegate.h"
 #include "ui/level_model.h"
+#include "ui/page_area.h"
 #include "ui/path_label.h"
 #include "ui/picture_view.h"
 #include "ui/principale_menu.h"
+#include "ui/row_list.h"
 #include "ui/watch_window.h"
 
 namespace kelvash::ui {
@@ -63,6 +65,8 @@ class Principale final : public QMainWindow {
     // Shows the level list as it is now, the selected level with it.
     void ShowLevels();
     void ShowTitle();
+    // What stands behind the title, from its next change on.
+    void SetTitleNote(const QString& note) { title_note_ = note; }
     // What has been done, in the status line for a while.
     void Say(const QString& done);
     // While the game runs nothing can be commanded.
@@ -121,9 +125,9 @@ class Principale final : public QMainWindow {
     QPushButton* const Pul_PlayNow = Make<QPushButton>(this, "Pul_PlayNow");
     QPushButton* const Pul_ImportFirst = Make<QPushButton>(this, "Pul_ImportFirst");
     QLabel* const Label_SaveGameTomb = Make<QLabel>(this, "Label_SaveGameTomb");
-    QListWidget* const List_SaveGameTomb = Make<QListWidget>(this, "List_SaveGameTomb");
+    QListWidget* const List_SaveGameTomb = Make<RowList>(this, "List_SaveGameTomb");
     QLabel* const Label_SaveGameArchiviati = Make<QLabel>(this, "Label_SaveGameArchiviati");
-    QListWidget* const List_SaveGameArchiviati = Make<QListWidget>(this, "List_SaveGameArchiviati");
+    QListWidget* const List_SaveGameArchiviati = Make<RowList>(this, "List_SaveGameArchiviati");
     QLabel* const Label_NoteSaveGame = Make<QLabel>(this, "Label_NoteSaveGame");
     QPlainTextEdit* const Text_NoteSaveGame = Make<QPlainTextEdit>(this, "Text_NoteSaveGame");
     PictureView* const Image_SaveGame = Make<PictureView>(this, "Image_SaveGame");
@@ -142,6 +146,7 @@ class Principale final : public QMainWindow {
     // Principale_layout.cpp
     void Lay();
     void LayLibrary();
+    QLayout* LaySearch();
     void LayTools();
     void SetView(LibraryView view);
 
@@ -171,6 +176,7 @@ class Principale final : public QMainWindow {
     bool Search();
     void Play();
     void ShowPlaying();
+    void SayPlaying();
     void OpenWish();
     void LookBeside();
     bool MayClose();
@@ -191,10 +197,11 @@ class Principale final : public QMainWindow {
     QAction* play_ = nullptr;
     QAction* more_ = nullptr;  // the level's document
     QAction* clear_ = nullptr; // empties the search
-    QWidget* const right_side_ = new QWidget(this);
+    PageArea* const right_side_ = Make<PageArea>(this, "Scroll_Page");
     QSplitter* const splitter_ = Make<QSplitter>(this, "Splitter1");
     QByteArray divided_; // by the splitter, while the right side is hidden
     ScreenshotPanel* shots_ = nullptr;
+    QString title_note_;
     std::string wish_; // native path of an Archive that another start wants open
     bool playing_ = false;
     bool syncing_ = false; // the program, not the user, changes the view's selection

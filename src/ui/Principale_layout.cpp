@@ -12,6 +12,7 @@
 #include "ui/icons.h"
 #include "ui/keys.h"
 #include "ui/look.h"
+#include "ui/reflow.h"
 
 namespace kelvash::ui {
 
@@ -86,7 +87,7 @@ void Principale::Lay() {
     auto* const centre = Make<QWidget>(this, "Centre");
     auto* const margin = new QVBoxLayout(centre);
     margin->addWidget(splitter_);
-    // What a small screen or a large scale leaves no room for is scrolled to.
+    // The page scrolls by itself; this is for a screen on which not even both sides' least has room.
     auto* const area = Make<QScrollArea>(this, "Scroll");
     area->setWidget(centre);
     area->setWidgetResizable(true);
@@ -94,6 +95,8 @@ void Principale::Lay() {
     area->setFocusPolicy(Qt::NoFocus);
     setCentralWidget(area);
     statusBar()->addWidget(Label_Info, 1);
+    Label_Info->setContentsMargins(space::kNear - space::kTight / 2, 0, 0,
+                                   0); // begins where everything above begins
     statusBar()->addPermanentWidget(ProgressBar1);
     ProgressBar1->setMaximumWidth(letter * 30);
     const QSize wish(letter * (kLibraryWidth + kPageWidth), fontMetrics().height() * kHeight);
@@ -134,22 +137,33 @@ void Principale::LayTools() {
     add(Glyph::Search, msg::kMainToolSearch, search);
 }
 
-void Principale::LayLibrary() {
+QLayout* Principale::LaySearch() {
     Text_Search->addAction(IconOf(Glyph::Search), QLineEdit::LeadingPosition);
     clear_ = Text_Search->addAction(IconOf(Glyph::Clear), QLineEdit::TrailingPosition);
     clear_->setVisible(false);
     connect(clear_, &QAction::triggered, Text_Search, &QLineEdit::clear);
+    AddKeys(Text_Search, KeyWorks::InTheControl, {Qt::Key_Escape}, Caption(msg::kMainEmptySearch),
+            [this] { Text_Search->clear(); });
     for (QPushButton* button : {Pul_List, Pul_Tiles}) {
         button->setCheckable(true);
         button->setAutoExclusive(true);
     }
-    auto* const search = Row({Text_Search, Pul_Search, Pul_Prima, Pul_Dopo});
-    search->addSpacing(space::kClose);
-    search->addWidget(Pul_List);
-    search->addWidget(Pul_Tiles);
+    auto* const beside = Make<QWidget>(this, "Beside_Search");
+    auto* const buttons = Row({Pul_Search, Pul_Prima, Pul_Dopo});
+    beside->setLayout(buttons);
+    buttons->setContentsMargins({});
+    buttons->addSpacing(space::kClose);
+    buttons->addWidget(Pul_List);
+    buttons->addWidget(Pul_Tiles);
+    buttons->setSpacing(space::kTight);
+    auto* const search = new Reflow({Text_Search, beside}, {2, 1});
     search->setSpacing(space::kTight);
+    return search;
+}
+
+void Principale::LayLibrary() {
     auto* const column = new QVBoxLayout(Frame_Livelli);
-    column->addLayout(search);
+    column->addLayout(LaySearch());
     column->addWidget(Combo_Livelli, 2);
     column->addWidget(Empty_Levels, 3);
     Combo_Livelli->setModel(levels_);

@@ -13,6 +13,7 @@
 #include "ui/form_kit.h"
 #include "ui/icons.h"
 #include "ui/look.h"
+#include "ui/reflow.h"
 
 namespace kelvash::ui {
 
@@ -29,10 +30,12 @@ void OpenAt(QWidget* control, QMenu* menu) {
 QWidget* Principale::LayRightSide() {
     LayEmptyStates();
     LayPage();
-    auto* const column = new QVBoxLayout(right_side_);
+    auto* const page = new QWidget;
+    auto* const column = new QVBoxLayout(page);
     column->setContentsMargins({});
     column->addWidget(Page_Level);
     column->addWidget(Empty_Level);
+    right_side_->SetPage(page);
     return right_side_;
 }
 
@@ -58,8 +61,8 @@ void Principale::LayPage() {
     LayScreenShots();
     LaySaveGames();
     column->addWidget(Frame_ScreenShots, 3);
-    column->addWidget(Frame_SaveGames, 3);
-    Frame_SaveGames->hide(); // one page at a time: see ShowPanel
+    column->addWidget(Frame_SaveGames, 12); // lists need more room than pictures
+    Frame_SaveGames->hide();                // one page at a time: see ShowPanel
 }
 
 // What the buttons do that help where there is nothing to show.
@@ -88,7 +91,7 @@ void Principale::LayEmptyStates() {
 QLayout* Principale::LayActions() {
     SetMainAction(Pul_Play);
     Pul_Play->setFont(FontOf(Type::Title));
-    Pul_Play->setMinimumSize(fontMetrics().averageCharWidth() * 26, fontMetrics().height() * 5 / 2);
+    Pul_Play->setMinimumSize(fontMetrics().averageCharWidth() * 22, fontMetrics().height() * 5 / 2);
     connect(Pul_Author, &QPushButton::clicked, Command(MenuEntry::mnu_ShowAutoreInfo), &QAction::trigger);
     SetExplaining(Label_Play);
     auto* const line = Row({Pul_Play, Pul_MoreInfo, Pul_Author});
@@ -133,6 +136,10 @@ void Principale::LaySaveGames() {
     either->addWidget(Empty_SaveGames);
     auto* const panel = new QGridLayout(Page_SaveGames);
     panel->setContentsMargins({});
+    for (QLabel* label : {Label_SaveGameTomb, Label_SaveGameArchiviati}) {
+        label->setWordWrap(true); // neither list gets wider than the other
+        label->setAlignment(Qt::AlignLeft | Qt::AlignBottom);
+    }
     panel->addWidget(Label_SaveGameTomb, 0, 0);
     panel->addWidget(Label_SaveGameArchiviati, 0, 1);
     panel->addWidget(List_SaveGameTomb, 1, 0);
@@ -143,14 +150,13 @@ void Principale::LaySaveGames() {
     panel->setColumnStretch(0, 1);
     panel->setColumnStretch(1, 1);
     panel->setRowStretch(1, 3);
-    panel->setRowStretch(3, 2);
-    auto* const buttons = new QGridLayout;
-    const std::array<QPushButton*, 6> six = {Pul_RestoreSaveGame, Pul_ArchiviaSavegames,
-                                             Pul_DeleteSavegame,  Pul_ImportSavegame,
-                                             Pul_ExportSaveGame,  Pul_ChangeScreenshot};
-    for (std::size_t i = 0; i < six.size(); ++i)
-        buttons->addWidget(six[i], static_cast<int>(i / 3), static_cast<int>(i % 3));
-    panel->addLayout(buttons, 4, 0, 1, 2);
+    panel->setRowStretch(3, 1);
+    panel->addLayout(new Reflow({Pul_RestoreSaveGame, Pul_ArchiviaSavegames, Pul_DeleteSavegame,
+                                 Pul_ImportSavegame, Pul_ExportSaveGame, Pul_ChangeScreenshot},
+                                {3, 2}),
+                     4, 0, 1, 2);
+    Text_NoteSaveGame->setMinimumHeight(fontMetrics().height() * 3);
+    Image_SaveGame->setMinimumSize(1, fontMetrics().height() * 5); // as wide as the list above it
     Text_NoteSaveGame->setReadOnly(true);
     Text_NoteSaveGame->setTabChangesFocus(true);
     OpenAt(List_SaveGameTomb, Command(MenuEntry::mnu_SaveGameHid2)->menu());

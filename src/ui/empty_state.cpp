@@ -25,7 +25,7 @@ class EmptyState::Drawing final : public QWidget {
   private:
     // In lines of text.
     static constexpr int kLines = 5;
-    static constexpr int kFewestLines = 1;
+    static constexpr int kFewestLines = 3;
     static constexpr double kHint = 0.14;
 
     QSize Square(int lines) const {
@@ -87,7 +87,7 @@ void EmptyState::resizeEvent(QResizeEvent* event) {
 
 // The splitter around asks nothing how high it gets in its width.
 void EmptyState::MakeRoom() {
-    setMinimumHeight(std::max(0, layout()->totalHeightForWidth(width())));
+    setMinimumHeight(std::max(0, layout()->totalMinimumHeightForWidth(width())));
 }
 
 void EmptyState::StandFor(QWidget* content, bool nothing) {

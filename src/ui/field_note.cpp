@@ -51,8 +51,9 @@ void FieldNote::Say(const QString& fault) {
 
 // A window doesn't get higher by itself for a text of several lines.
 void FieldNote::MakeRoom() {
-    const QLayout* const layout = window()->layout();
+    QLayout* const layout = window()->layout();
     if (!isVisible() || layout == nullptr || !layout->hasHeightForWidth()) return;
+    layout->activate(); // the layouts within it reckon with the former text until then
     const int least = layout->totalMinimumHeightForWidth(window()->width());
     if (window()->height() < least)
         window()->resize(window()->width(), std::min(least, screen()->availableSize().height()));

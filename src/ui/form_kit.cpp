@@ -136,7 +136,6 @@ void TakeAnswerIcons(const QWidget* form, const QPushButton* willing,
 QHBoxLayout* LayAnswers(QDialog* form, HelpMark page, std::initializer_list<QWidget*> left,
                         std::initializer_list<QPushButton*> answers, const QPushButton* willing) {
     ConnectHelpKey(form, page);
-    KeepOnScreen(form);
     if (answers.size() > 1) {
         (*answers.begin())->setDefault(true);
         SetMainAction(*answers.begin());
@@ -151,6 +150,7 @@ QHBoxLayout* LayAnswers(QDialog* form, HelpMark page, std::initializer_list<QWid
         if (former != nullptr && place >= 0) QWidget::setTabOrder(answer, former);
         former = answer;
     }
+    KeepOnScreen(form, row);
     return row;
 }
 

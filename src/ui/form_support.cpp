@@ -58,7 +58,9 @@ QString MarkUnless(bool dead, Letters& letters, const QString& text) {
     return dead ? WithoutLetter(text) : letters.Mark(WithoutLetter(text));
 }
 
-constexpr QChar kMayWrap(0x200B); // takes no room
+// They take no room.
+constexpr QChar kMayWrap(0x200B);
+constexpr QChar kMayNotWrap(0x2060);
 
 // A word that is longer than any line should count on goes on behind a folder, or wherever it has to.
 QString WithWraps(const QString& word) {
@@ -128,15 +130,20 @@ QString WrappedText(const std::string& text) {
         word.clear();
     }
     wrapped.chop(1);
-    return wrapped;
+    // A line would end behind the drive, as behind any colon.
+    return wrapped.replace(QLatin1String(":\\"), QLatin1Char(':') + kMayNotWrap + QLatin1Char('\\'));
 }
 
 QString WithoutWraps(QString text) {
-    return text.remove(kMayWrap);
+    return text.remove(kMayWrap).remove(kMayNotWrap);
 }
 
 QString ShownLine(const std::string& text) {
     return FromUtf8(CleanLine(text));
+}
+
+QString TitleWith(const QString& title, const QString& note) {
+    return note.isEmpty() ? title : title + QStringLiteral("  \u00b7  ") + note;
 }
 
 QString NativeText(const std::string& path) {

@@ -28,12 +28,15 @@ inline std::string ToUtf8(const QString& text) {
 QString Caption(MessageId id, const MessageArgs& args = {});
 // A text of the logic for a label or a box: line breaks as Qt has them, and no controls.
 QString ShownText(const std::string& text);
-// The same for a label of several lines. What no line holds, such as a long path, goes on in the next one:
-// marks that are not seen say where. What is copied from there goes without them.
+// The same for a label of several lines. What no line holds, such as a long path, goes on in the next one,
+// but not between a drive and its folders: marks that are not seen say where. What is copied from there goes
+// without them.
 QString WrappedText(const std::string& text);
 QString WithoutWraps(QString text);
 // The same for a place of one line: a name, a caption, an item of a list.
 QString ShownLine(const std::string& text);
+// A window's title with a note behind it, which may be empty.
+QString TitleWith(const QString& title, const QString& note);
 // The native path of a path text, as Qt takes it; empty for an empty one.
 QString NativeText(const std::string& path);
 // A text as a tool tip shows it to the letter: a name may look like mark-up.

@@ -2,10 +2,12 @@
 
 #include <QApplication>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QTreeView>
 #include <algorithm>
 #include <utility>
 
@@ -18,6 +20,7 @@
 #include "ui/look.h"
 #include "ui/message_box.h"
 #include "ui/messages.h"
+#include "ui/window_state.h"
 
 namespace kelvash::ui {
 
@@ -143,14 +146,8 @@ QWidget* FormsUser::WindowOnTop() const {
     return main_window_ != nullptr && main_window_->isVisible() ? main_window_.data() : nullptr;
 }
 
-QString FormsUser::TakeTitle() {
-    QString title = first_title_.isEmpty() ? Caption(msg::kBoxTitle) : first_title_;
-    first_title_.clear();
-    return title;
-}
-
 int FormsUser::RunBox(MessageStyle style, const std::string& text, const BoxButtons& buttons) {
-    MessageBox box(IconOf(style), TakeTitle(), QMessageBox::StandardButtons(buttons.offered),
+    MessageBox box(IconOf(style), Caption(msg::kBoxTitle), QMessageBox::StandardButtons(buttons.offered),
                    ParentOfBoxes());
     box.Say(text);
     box.SetAnswers(ButtonOf(buttons.willing), ButtonOf(buttons.harmless));
@@ -192,9 +189,30 @@ std::optional<std::string> FormsUser::PathOfFile(const QString& chosen) {
     return std::nullopt;
 }
 
+namespace {
+
+// The name has what room the other columns don't need; the desktop's own dialog has no such list.
+int RunFileDialog(QFileDialog& window) {
+    for (auto* const list : window.findChildren<QTreeView*>()) {
+        list->header()->setStretchLastSection(false);
+        list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+        list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    }
+    RestoreFileDialog(window);
+    const int result = window.exec();
+    SaveFileDialog(window);
+    return result;
+}
+
+} // namespace
+
 std::optional<std::string> FormsUser::OpenFile(const FileDialog& dialog) {
-    return PathOfFile(QFileDialog::getOpenFileName(ParentOfBoxes(), ShownText(dialog.title),
-                                                   NativeStart(dialog), QtFilter(dialog.filter)));
+    QFileDialog window(ParentOfBoxes(), ShownText(dialog.title), NativeStart(dialog),
+                       QtFilter(dialog.filter));
+    window.setFileMode(QFileDialog::ExistingFile);
+    if (!dialog.name.empty()) window.selectFile(NativeStart(dialog));
+    const bool chosen = RunFileDialog(window) == QDialog::Accepted;
+    return PathOfFile(chosen ? window.selectedFiles().value(0) : QString());
 }
 
 namespace {
@@ -245,7 +263,7 @@ std::optional<std::string> FormsUser::SaveFile(const FileDialog& dialog) {
     SelectKindOf(window, dialog.name);
     connect(&window, &QFileDialog::filterSelected, &window,
             [&window](const QString& filter) { TakeKind(window, filter); });
-    if (window.exec() != QDialog::Accepted) return std::nullopt;
+    if (RunFileDialog(window) != QDialog::Accepted) return std::nullopt;
     return PathOfFile(window.selectedFiles().value(0));
 }
 

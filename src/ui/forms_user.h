@@ -31,8 +31,6 @@ class FormsUser final : public QObject, public User {
 
     // The window above which boxes stand when no dialog is open.
     void SetMainWindow(QWidget* window) { main_window_ = window; }
-    // The title of the first box; later ones have the program's name.
-    void SetFirstTitle(const QString& title) { first_title_ = title; }
     // How long a job runs before its progress window shows, in milliseconds.
     void SetPatience(int milliseconds) { patience_ = milliseconds; }
     // What tells the time in seconds; a test's own clock in place of the system's.
@@ -86,7 +84,6 @@ class FormsUser final : public QObject, public User {
     bool eventFilter(QObject* watched, QEvent* event) override;
     QWidget* WindowOnTop() const;
     void BeforeWaiting();
-    QString TakeTitle();
     // What a box offers (Qt's flags), what Enter means, and closing it; and by what something is lost.
     struct BoxButtons {
         int offered;
@@ -104,7 +101,6 @@ class FormsUser final : public QObject, public User {
 
     User* old_user_;
     QPointer<QWidget> main_window_;
-    QString first_title_;
     int patience_;
     std::function<void()> before_waiting_;
     QElapsedTimer since_before_; // from SetBeforeWaiting on

@@ -30,26 +30,28 @@ void DrawPicture(QPainter& painter, const QRect& place, const LevelRow& level) {
 struct Inks {
     QColor name = ColourOf(Role::Text);
     QColor line = ColourOf(Role::MutedText);
+    QColor found; // ground
 };
 Inks InksOn(const QStyleOptionViewItem& item) {
-    if (!DesktopHasItsLook() || !item.state.testFlag(QStyle::State_Selected)) return {};
-    const QColor text = item.palette.color(QPalette::HighlightedText);
-    return {text, text};
+    const bool chosen = item.state.testFlag(QStyle::State_Selected);
+    const QPalette program = QApplication::palette();
+    Inks inks{.found = FoundGround(program, chosen && !DesktopHasItsLook())};
+    if (chosen && DesktopHasItsLook()) inks.name = inks.line = item.palette.color(QPalette::HighlightedText);
+    return inks;
 }
 
 // A name with what is typed marked in it.
 void DrawName(QPainter& painter, const QRect& place, const QString& name, const QString& typed,
-              const QColor& ink) {
+              const Inks& inks) {
     const QFontMetrics metrics = painter.fontMetrics();
     const QString shown = metrics.elidedText(name, Qt::ElideRight, place.width());
     const qsizetype at = typed.isEmpty() ? -1 : shown.indexOf(typed, 0, Qt::CaseInsensitive);
     if (at >= 0) {
         const int left = metrics.horizontalAdvance(shown.left(at));
         const int width = metrics.horizontalAdvance(shown.mid(at, typed.size()));
-        FillRounded(painter, {place.left() + left - 1, place.top(), width + 2, place.height()},
-                    Mixed(ColourOf(Role::Accent), ColourOf(Role::Raised), 0.3));
+        FillRounded(painter, {place.left() + left - 1, place.top(), width + 2, place.height()}, inks.found);
     }
-    painter.setPen(ink);
+    painter.setPen(inks.name);
     painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, shown);
 }
 
@@ -89,7 +91,7 @@ void DrawListRow(QPainter& painter, const QRect& row, const LevelRow& level, con
     words.setRight(row.right() - space::kClose);
     const QRect name = DrawBadges(painter, words, level);
     painter.setFont(NameFont());
-    DrawName(painter, name, level.name, typed, inks.name);
+    DrawName(painter, name, level.name, typed, inks);
     words.translate(0, name_height + space::kTight);
     words.setHeight(line_height);
     DrawLine(painter, words, LineOf(level), inks.line);
@@ -107,7 +109,7 @@ void DrawTile(QPainter& painter, const QRect& tile, const LevelRow& level, const
                level);
     QRect words(picture.left(), picture.bottom() + space::kTight, picture.width(), LineHeight(NameFont()));
     painter.setFont(NameFont());
-    DrawName(painter, words, level.name, typed, inks.name);
+    DrawName(painter, words, level.name, typed, inks);
     words.translate(0, words.height());
     DrawLine(painter, words, LineOf(level), inks.line);
 }

@@ -162,6 +162,11 @@ QColor ChosenGround(const QPalette& palette) {
     return Mixed(ColourOf(Role::Accent, palette), palette.color(QPalette::Base), 0.22);
 }
 
+QColor FoundGround(const QPalette& palette, bool chosen_row) {
+    return Mixed(ColourOf(Role::Accent, palette),
+                 chosen_row ? ChosenGround(palette) : palette.color(QPalette::Base), 0.3);
+}
+
 QColor ColourOf(Role role) {
     return ColourOf(role, QApplication::palette());
 }

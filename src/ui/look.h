@@ -51,6 +51,9 @@ QColor ColourOf(Role role);
 // The ground of a chosen row of a list, on which every text role can be read too, as on a button's.
 QColor ChosenGround(const QPalette& palette);
 
+// The ground of what was found in a row, which can be told from the row's.
+QColor FoundGround(const QPalette& palette, bool chosen_row);
+
 // Parts of one colour in another, 0 to 1: hints of a colour on a surface.
 QColor Mixed(const QColor& colour, const QColor& ground, double share);
 // From 1 to 21, by the luminance of both as WCAG 2 counts it. 4.5 is what a text needs.

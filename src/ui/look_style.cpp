@@ -1,6 +1,7 @@
 #include "ui/look_style.h"
 
 #include <QAbstractButton>
+#include <QAbstractScrollArea>
 #include <QApplication>
 #include <QGroupBox>
 #include <QPainter>
@@ -11,6 +12,7 @@
 #include "ui/icons.h"
 #include "ui/look.h"
 #include "ui/look_marks.h"
+#include "ui/look_scroll.h"
 
 namespace kelvash::ui {
 
@@ -68,6 +70,15 @@ void DrawField(const QStyleOption* option, QPainter* painter) {
     const bool focus = enabled && Has(option, QStyle::State_HasFocus);
     DrawBox(painter, option->rect, palette.color(enabled ? QPalette::Base : QPalette::Window),
             focus ? ColourOf(Role::Accent, palette) : palette.color(QPalette::Mid), focus ? 2 : 1);
+}
+
+// That of a list or a text with the keyboard says so, even if there is nothing in it.
+void DrawFrame(const QStyleOption* option, QPainter* painter, const QWidget* widget) {
+    const bool focus =
+        Has(option, QStyle::State_HasFocus) && qobject_cast<const QAbstractScrollArea*>(widget) != nullptr;
+    DrawBox(painter, option->rect, {},
+            focus ? ColourOf(Role::Accent, option->palette) : option->palette.color(QPalette::Mid),
+            focus ? 2 : 1);
 }
 
 // A chosen row's ground is a hint of the accent.
@@ -221,7 +232,7 @@ void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
             DrawField(option, painter);
             return;
         case PE_Frame:
-            DrawBox(painter, option->rect, {}, option->palette.color(QPalette::Mid));
+            DrawFrame(option, painter, widget);
             return;
         case PE_FrameGroupBox:
             DrawGroup(option, painter, widget);
@@ -258,6 +269,14 @@ void LookStyle::drawControl(ControlElement element, const QStyleOption* option, 
             return;
         }
     }
+    if (element == CE_CheckBoxLabel || element == CE_RadioButtonLabel) {
+        if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
+            QStyleOptionButton aligned = *button;
+            aligned.text = button->text.trimmed(); // some captions begin with a blank, but not all
+            QProxyStyle::drawControl(element, &aligned, painter, widget);
+            return;
+        }
+    }
     if (element == CE_ToolButtonLabel && DrawLabel(*this, option, painter, widget)) return;
     if (element == CE_ItemViewItem) {
         if (const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option)) {
@@ -288,6 +307,17 @@ void LookStyle::drawControl(ControlElement element, const QStyleOption* option, 
         }
     }
     QProxyStyle::drawControl(element, option, painter, widget);
+}
+
+void LookStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                   QPainter* painter, const QWidget* widget) const {
+    if (control == CC_ScrollBar) {
+        if (const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option)) {
+            DrawScrollBar(*bar, *painter, widget);
+            return;
+        }
+    }
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
 
 int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
@@ -358,6 +388,9 @@ QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
 
 QRect LookStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
                                 const QWidget* widget) const {
+    if (control == CC_ScrollBar)
+        if (const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option))
+            return ScrollBarPart(*bar, part);
     QRect place = QProxyStyle::subControlRect(control, option, part, widget);
     // Some air between a frame and its title.
     if (control == CC_GroupBox && part == SC_GroupBoxContents) place.setTop(place.top() + space::kTight);

@@ -157,7 +157,6 @@ int Run(const QApplication& application) {
         TellCritical(LoadMessage(msg::kFormsCannotWrite) + TextOfNative(home));
         return EXIT_FAILURE;
     }
-    if (options.demo) user.SetFirstTitle(Caption(msg::kBoxTitleDemo));
     TakeMessageTable();
     SingleInstance instance;
     if (int status = 0; !IsTheWindow(instance, options, status)) return status;
@@ -166,11 +165,14 @@ int Run(const QApplication& application) {
     const OwnWindows own_windows;
     const Theme theme;
     StartScreen start_screen(user);
+    const QString title_note = options.demo ? Caption(msg::kDemoNote) : QString();
+    start_screen.SetTitleNote(title_note);
     user.SetBeforeWaiting([&plug_ins, &start_screen] {
         plug_ins.Find();
         start_screen.Show();
     });
     Principale window(user);
+    window.SetTitleNote(title_note);
     user.SetMainWindow(&window);
     QObject::connect(&instance, &SingleInstance::Wished, &window, &Principale::TakeWish);
     const bool started = window.Load(options.command_line,

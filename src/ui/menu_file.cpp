@@ -18,6 +18,7 @@ void NewArchive(Principale& window) {
         window.Text_Search->clear();
     else if (core::profile.LastArchive != former || !core::ArchiveIsOpen())
         program::ReturnToArchive(former);
+    program::KeepArchiveInUse();
     window.ShowLevels();
 }
 
@@ -28,6 +29,7 @@ void LoadArchive(Principale& window) {
         window.Text_Search->clear(); // what was sought in the former one
     else if (core::archive.ArchiveLoadRefused)
         program::ReturnToArchive(former);
+    program::KeepArchiveInUse();
     window.ShowLevels();
 }
 
@@ -44,6 +46,7 @@ void SaveArchive(Principale& window) {
 
 void SaveArchiveAs(Principale& window) {
     const core::SavedAs end = core::SaveArchiveAs(); // tells its own failure
+    program::KeepArchiveInUse();
     window.ShowTitle();
     if (end == core::SavedAs::Saved) SaySaved(window);
 }

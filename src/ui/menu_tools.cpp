@@ -6,6 +6,7 @@
 #include "core/sizes.h"
 #include "core/tr4_info.h"
 #include "program/create_tr4_infos.h"
+#include "program/start_up.h"
 #include "swap/backup.h"
 #include "ui/Dialog_ConvertAudio.h"
 #include "ui/Principale.h"
@@ -44,6 +45,7 @@ std::vector<MenuCommand> ToolCommands(Principale& window) {
         {mnu_Recover, EnabledWhen::JobFree,
          [&window] {
              if (core::RecoverArchive()) window.Text_Search->clear();
+             program::KeepArchiveInUse();
          }},
         {mnu_Kept, EnabledWhen::ArchiveOpen, [] { core::TakeKeptLevel(); }}};
 }

@@ -115,7 +115,7 @@ void PictureView::DrawPicture(QPainter& painter) const {
         shown.scale(QSizeF(room) / devicePixelRatioF(), Qt::KeepAspectRatio);
     QRectF place(QPointF(), shown);
     place.moveCenter(QRectF(rect()).center());
-    painter.drawPixmap(place.toRect(), picture_);
+    DrawCover(painter, place.toRect(), picture_);
 }
 
 // A drawing above the text, both in the middle.

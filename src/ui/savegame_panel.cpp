@@ -18,6 +18,7 @@
 #include "core/level_list.h"
 #include "foundation/files.h"
 #include "swap/savegame_files.h"
+#include "foundation/text.h"
 #include "ui/Dialog_InputTesto.h"
 #include "ui/Dialog_ListSaveGame.h"
 #include "ui/Principale.h"
@@ -39,7 +40,7 @@ class SavegameItem final : public QListWidgetItem {
     explicit SavegameItem(const std::string& path) : path_(path) {}
 
     QVariant data(int role) const override {
-        if (role != Qt::DisplayRole) return QListWidgetItem::data(role);
+        if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return QListWidgetItem::data(role);
         if (line_.isNull()) line_ = ShownLine(companion::SavegameLine(path_));
         return line_;
     }
@@ -49,11 +50,15 @@ class SavegameItem final : public QListWidgetItem {
     mutable QString line_;
 };
 
+// Within a sentence. To be made before the file goes or moves.
+std::string ToldLine(const std::string& savegame) {
+    return CleanLine(Trim(companion::SavegameLine(savegame)));
+}
+
 template <class Data>
 void Fill(QListWidget* list, const std::vector<std::string>& savegames, const Data& data_of) {
     const QSignalBlocker quiet(list);
     list->clear();
-    list->setUniformItemSizes(true);
     for (std::size_t i = 0; i < savegames.size(); ++i) {
         auto* const item = new SavegameItem(savegames[i]);
         item->setData(Qt::UserRole, data_of(i));
@@ -160,7 +165,23 @@ void SavegamePanel::ShowDefaultImage() {
                                      Caption(msg::kSavesNoImage));
 }
 
+// What needs a choice is grey without one, and says which.
+void SavegamePanel::EnableButtons() {
+    const bool archived = ChosenRow(window_.List_SaveGameArchiviati) >= 0;
+    const bool any = archived || ChosenRow(window_.List_SaveGameTomb) >= 0;
+    window_.Pul_RestoreSaveGame->setEnabled(archived);
+    window_.Pul_RestoreSaveGame->setToolTip(archived ? QString() : Caption(msg::kWhyNoOldSave));
+    const QString why = any ? QString() : Caption(msg::kWhyNoSave);
+    for (QPushButton* button : {window_.Pul_ExportSaveGame, window_.Pul_ChangeScreenshot}) {
+        button->setEnabled(any);
+        button->setToolTip(why);
+    }
+    window_.Pul_DeleteSavegame->setEnabled(any);
+    window_.Pul_DeleteSavegame->setToolTip(any ? window_.Pul_DeleteSavegame->accessibleDescription() : why);
+}
+
 void SavegamePanel::ShowSavegameDetails() {
+    EnableButtons();
     const int archived = ChosenRow(window_.List_SaveGameArchiviati);
     const int slot = ChosenRow(window_.List_SaveGameTomb);
     if (archived < 0 && slot < 0) {
@@ -200,6 +221,10 @@ void SavegamePanel::Archive() {
         companion::ArchiveSlots(core::SelectedLevel(), companion::kGameSlots, Asker::User);
     Refresh();
     TellOutcome(outcome);
+    if (outcome.Result == SlotsResult::Nothing) window_.Say(Caption(msg::kSaidNoneArchived));
+    if (outcome.Result == SlotsResult::Done)
+        window_.Say(outcome.Count == 1 ? Caption(msg::kSaidArchivedOne)
+                                       : Caption(msg::kSaidArchived, {std::to_string(outcome.Count)}));
 }
 
 void SavegamePanel::TellEnd(const SlotsOutcome& outcome, MessageId done, MessageId nothing) {
@@ -219,24 +244,32 @@ void SavegamePanel::RestoreSavegames() {
             msg::kPanelNothingRestored);
 }
 
+void SavegamePanel::PutIntoSlots(const std::string& savegame) {
+    const std::string line = ToldLine(savegame);
+    const int row = ChosenRow(window_.List_SaveGameArchiviati);
+    const SlotsOutcome outcome = companion::RestoreToSlots(core::SelectedLevel(), savegame);
+    Refresh(row);
+    TellOutcome(outcome);
+    if (outcome.Result == SlotsResult::Done) window_.Say(Caption(msg::kSaidInSlots, {line}));
+}
+
 void SavegamePanel::RestoreToSlots() {
     const int row = ChosenRow(window_.List_SaveGameArchiviati);
     if (row < 0) {
         ShowMessage(MessageStyle::Exclamation, LoadMessage(msg::kPanelSelectOld));
         return;
     }
-    const SlotsOutcome outcome =
-        companion::RestoreToSlots(core::SelectedLevel(), archived_.at(static_cast<std::size_t>(row)));
-    Refresh(row);
-    TellOutcome(outcome);
+    PutIntoSlots(archived_.at(static_cast<std::size_t>(row)));
 }
 
 void SavegamePanel::DeleteSavegame() {
     const Selected selected = GetSelectedSavegame();
     if (selected.path.empty()) return;
+    const std::string line = ToldLine(selected.path);
     const SlotsOutcome outcome = companion::AskDeleteSavegame(core::SelectedLevel(), selected.path);
     if (outcome.Result != SlotsResult::Nothing) Refresh(selected.archived ? selected.index : -1);
     TellOutcome(outcome);
+    if (outcome.Result == SlotsResult::Done) window_.Say(Caption(msg::kSaidDeleted, {line}));
 }
 
 void SavegamePanel::SaveAs() {
@@ -247,10 +280,7 @@ void SavegamePanel::SaveAs() {
 void SavegamePanel::ImportOne() {
     const std::string path = companion::ChooseSavegameToImport();
     if (path.empty()) return;
-    const int row = ChosenRow(window_.List_SaveGameArchiviati);
-    const SlotsOutcome outcome = companion::RestoreToSlots(core::SelectedLevel(), path);
-    Refresh(row);
-    TellOutcome(outcome);
+    PutIntoSlots(path);
 }
 
 void SavegamePanel::ImportFolder() {

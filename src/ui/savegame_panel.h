@@ -81,6 +81,7 @@ class SavegamePanel final : public QObject {
 
   private:
     void ConnectControls();
+    void EnableButtons();
     void ShowSavegameDetails();
     void ShowDefaultImage();
     void TakeChoice(QListWidget* chosen, QListWidget* other);
@@ -92,6 +93,7 @@ class SavegamePanel final : public QObject {
     // What is to be shown and told behind a command; the archived savegame at that row is chosen again.
     void Refresh(int archived_row = -1);
     void TellEnd(const companion::SlotsOutcome& outcome, MessageId done, MessageId nothing);
+    void PutIntoSlots(const std::string& savegame);
     void List(companion::ListPurpose purpose, const std::string& folder);
     bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -2,10 +2,11 @@
 #pragma once
 
 class QDialog;
+class QLayout;
 
 namespace kelvash::ui {
 
-// To be called once the form's controls are laid out; it acts whenever the form is shown.
-void KeepOnScreen(QDialog* form);
+// It acts whenever the form is shown. The row of buttons at the form's foot, if it has one, doesn't scroll.
+void KeepOnScreen(QDialog* form, QLayout* foot = nullptr);
 
 } // namespace kelvash::ui

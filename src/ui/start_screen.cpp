@@ -4,6 +4,7 @@
 
 #include "ui/Dialog_Splash.h"
 #include "ui/first_start.h"
+#include "ui/form_support.h"
 #include "ui/forms_user.h"
 
 namespace kelvash::ui {
@@ -25,6 +26,7 @@ void StartScreen::Show() {
     if (step_) {
         splash_.reset();
         page_ = std::make_unique<FirstStart>(nullptr);
+        page_->setWindowTitle(TitleWith(page_->windowTitle(), title_note_));
         page_->Begin(*step_);
         page_->show();
         user_.SetMainWindow(page_.get());

@@ -29,11 +29,15 @@ class StartScreen {
     void Show();
     void Close();
 
+    // Behind the page's title.
+    void SetTitleNote(const QString& note) { title_note_ = note; }
+
     const FirstStart* Page() const { return page_.get(); }
 
   private:
     FormsUser& user_;
     std::optional<program::FirstStep> step_;
+    QString title_note_;
     bool shown_ = false;
     std::unique_ptr<FirstStart> page_;
     std::unique_ptr<QWidget> splash_;

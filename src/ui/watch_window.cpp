@@ -69,7 +69,9 @@ void WatchWindow::ShowCover() {
 }
 
 void WatchWindow::CloseCover() {
-    if (cover_ == nullptr) return window_.SetPlaying(false); // of a game that was found running
+    // It tells only once that it is closed, and a game that was found running has none.
+    if (cover_ == nullptr || !cover_->isVisible()) window_.SetPlaying(false);
+    if (cover_ == nullptr) return;
     cover_->close();
     cover_->deleteLater();
     cover_ = nullptr;

@@ -1,6 +1,8 @@
 #include "ui/window_state.h"
 
+#include <QFileDialog>
 #include <QMainWindow>
+#include <QScreen>
 #include <QSettings>
 #include <QSplitter>
 
@@ -20,6 +22,7 @@ QString SettingsFile() {
 const auto kGeometry = QStringLiteral("window/geometry");
 const auto kSplitter = QStringLiteral("window/splitter");
 const auto kTools = QStringLiteral("window/tools");
+const auto kFiles = QStringLiteral("files/size");
 const auto kTiles = QStringLiteral("library/tiles");
 
 } // namespace
@@ -38,6 +41,15 @@ void SaveWindow(const WindowParts& parts, LibraryView view) {
     settings.setValue(kTools, parts.window->saveState());
     settings.setValue(kSplitter, parts.splitter->saveState());
     settings.setValue(kTiles, view == LibraryView::Tiles);
+}
+
+void RestoreFileDialog(QFileDialog& window) {
+    const QSize size = QSettings(SettingsFile(), QSettings::IniFormat).value(kFiles).toSize();
+    if (size.isValid()) window.resize(size.boundedTo(window.screen()->availableSize()));
+}
+
+void SaveFileDialog(const QFileDialog& window) {
+    QSettings(SettingsFile(), QSettings::IniFormat).setValue(kFiles, window.size());
 }
 
 } // namespace kelvash::ui

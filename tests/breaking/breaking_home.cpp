@@ -188,6 +188,28 @@ ProgramStart BreakingHome::Command(const Words& words, Answers answers, const st
     return start;
 }
 
+ProgramStart BreakingHome::Window(const Hand& hand) {
+    ProgramStart window = Command({}, Answers::None, "window");
+    window.program = Built("bin/kelvash");
+    window.words = {"--home", home.string()};
+    window.environment.insert({{"QT_QPA_PLATFORM", "offscreen"},
+                               {"QT_QPA_GENERIC_PLUGINS", "hand"},
+                               {"QT_PLUGIN_PATH", Built("tests/plugins").string()},
+                               {"DBUS_SESSION_BUS_ADDRESS", "disabled:"},
+                               {"HAND_READY", Ready().string()},
+                               {"HAND_GO", Go().string()},
+                               {"HAND_DOES", hand.does},
+                               {"HAND_FORMS", hand.forms}});
+    return window;
+}
+
+bool BreakingHome::IsReady() const {
+    constexpr int kLongestStart = 2000; // of 10 ms each
+    for (int i = 0; i < kLongestStart && !Exists(Ready()); ++i)
+        usleep(10'000);
+    return Exists(Ready());
+}
+
 Told BreakingHome::Tell(const ProgramStart& start, ProgramEnd end) {
     Told told;
     for (const std::string& word : start.words)

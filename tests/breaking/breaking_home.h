@@ -53,6 +53,13 @@ std::string Differences(const Snapshot& before, const Snapshot& after,
 // What a question gets that nobody expects.
 enum class Answers { None, Yes };
 
+// What a user's hand does in a window: see standins/hand.
+struct Hand {
+    std::string name;
+    std::string does;
+    std::string forms = {};
+};
+
 class BreakingHome : public testing::Test {
   protected:
     BreakingHome();
@@ -70,6 +77,12 @@ class BreakingHome : public testing::Test {
     // A fault of the plan happens in the program itself.
     Told RunWith(const Words& words, FaultPlan plan, TracedRun& run, Answers answers = Answers::None);
     static Told Tell(const ProgramStart& start, ProgramEnd end);
+    // The window with a hand in it, which waits for the file Go() once it has made Ready().
+    ProgramStart Window(const Hand& hand);
+    std::filesystem::path Ready() const { return place / "ready"; }
+    std::filesystem::path Go() const { return place / "go"; }
+    // True once the window is up.
+    bool IsReady() const;
     // Runs a command that must succeed.
     Told Succeed(const Words& words, Answers answers = Answers::Yes);
 

@@ -30,13 +30,6 @@ struct Meanwhile {
     bool other_file = false; // a second Archive file may have been made, which is the last one then
 };
 
-// What a user's hand does in a window.
-struct Hand {
-    std::string name;
-    std::string does;
-    std::string forms = {};
-};
-
 class Pairs : public BreakingHome {
   protected:
     std::vector<Changing> Commands() const {
@@ -223,30 +216,14 @@ void Pairs::CheckAfter(const std::vector<Told>& told, const Meanwhile& meanwhile
 }
 
 Told Pairs::RunBeside(const Hand& hand, const Words& words, int round) {
-    constexpr int kLongestStart = 2000; // of 10 ms each
-    const fs::path ready = place / "ready";
-    const fs::path go = place / "go";
-    for (const fs::path& sign : {ready, go})
+    for (const fs::path& sign : {Ready(), Go()})
         fs::remove(sign);
-    ProgramStart window = Command({}, Answers::None, "window");
-    window.program = Built("bin/kelvash");
-    window.words = {"--home", home.string()};
-    window.environment.insert({{"QT_QPA_PLATFORM", "offscreen"},
-                               {"QT_QPA_GENERIC_PLUGINS", "hand"},
-                               {"QT_PLUGIN_PATH", Built("tests/plugins").string()},
-                               {"DBUS_SESSION_BUS_ADDRESS", "disabled:"},
-                               {"HAND_READY", ready.string()},
-                               {"HAND_GO", go.string()},
-                               {"HAND_DOES", hand.does},
-                               {"HAND_FORMS", hand.forms}});
-    RunningProgram shown(window);
-    for (int i = 0; i < kLongestStart && !Exists(ready); ++i)
-        usleep(10'000);
-    EXPECT_TRUE(Exists(ready)) << "no window";
+    RunningProgram shown(Window(hand));
+    EXPECT_TRUE(IsReady()) << "no window";
     const ProgramStart start = Command(words, Answers::Yes, "1");
     RunningProgram other(start);
     usleep(static_cast<useconds_t>(round % 5 * 10'000)); // the command needs some time to begin
-    MakeFile(go, "");
+    MakeFile(Go(), "");
     const ProgramEnd end = other.Wait();
     const ProgramEnd closed = shown.Wait();
     EXPECT_EQ(closed.status, 0) << "the window: signal " << closed.signal << "\n" << closed.errors;

@@ -20,6 +20,7 @@ using test::kOriginal;
 using test::Literal;
 using test::MakeFile;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::StartsWith;
 
 namespace fs = std::filesystem;
@@ -65,7 +66,23 @@ TEST_F(BrokenOffStart, IsKeptStepByStep) {
     EXPECT_FALSE(Exists(home / "first_start.prf"));
 }
 
-// Of a killed program there is no profile.
+// A kill from then on loses nothing, and one before still goes on with the first start.
+TEST_F(BrokenOffStart, IsOverOnlyWhenTheProfileIsWritten) {
+    WillMakeAFirstArchive();
+    StartUp("");
+    EXPECT_EQ(fs::file_size(home / "Kelvash.prf"), 1588U);
+    EXPECT_THAT(BytesOf(home / "Kelvash.prf"), HasSubstr("C:\\Kelvash\\LevelArchive.kva "));
+    EXPECT_THAT(BytesOf(home / "Kelvash.prf"), HasSubstr("C:\\trle "));
+}
+
+TEST_F(BrokenOffStart, GoesOnWhereTheProfileCannotBeWritten) {
+    fs::create_directory(home / "Kelvash.prf.new");
+    WillMakeAFirstArchive();
+    Start();
+    EXPECT_EQ(Kept(), Bytes('\3', "C:\\trle"));
+}
+
+// Of a program that was killed before there is no profile.
 TEST_F(BrokenOffStart, GoesOnInTheFolderThatWasChosen) {
     MakeFile(home / "first_start.prf", Bytes('\2', "C:\\trle"));
     user.WillAnswer(kOriginal, "yes");

@@ -5,6 +5,7 @@
 #include <QTest>
 
 #include "cd/cd_access.h"
+#include "core/profile.h"
 #include "foundation/drives.h"
 #include "program/start_up.h"
 #include "support/trle_sandbox.h"
@@ -82,7 +83,8 @@ TEST_F(ChoiceForms, TrovaTrleSaysWhatIsWrongWithTheFolderItStartsFrom) {
     const auto note = [this](const std::string& start) {
         std::string said;
         robot.Will("Dialog_TrovaTrle", [&said](QWidget* window) {
-            said = window->findChild<QLabel*>(QStringLiteral("Note_Path"))->text().toStdString();
+            said = ui::WithoutWraps(window->findChild<QLabel*>(QStringLiteral("Note_Path"))->text())
+                       .toStdString();
             Press(window, "Pul_Cancel");
         });
         TrleFolder(start);
@@ -91,6 +93,11 @@ TEST_F(ChoiceForms, TrovaTrleSaysWhatIsWrongWithTheFolderItStartsFrom) {
     EXPECT_EQ(note(""), "");
     EXPECT_EQ(note("C:\\trle"), "");
     EXPECT_EQ(note("C:\\gone"), "The Level Editor isn't whole in this folder");
+    core::profile.TrleFolder = "C:\\lost";
+    EXPECT_EQ(note(""), "The folder of the settings isn't there any more: C:\\lost");
+    std::filesystem::create_directories(drive / "lost");
+    EXPECT_EQ(note(""), "In the folder of the settings the Level Editor isn't whole: C:\\lost");
+    EXPECT_EQ(note("C:\\trle"), "") << "another one is found";
 }
 
 TEST_F(ChoiceForms, TrovaTrleTakesOnlyARightFolder) {

@@ -79,10 +79,18 @@ TEST_F(Cover, ClosedByAClickItEnablesTheMainWindowAndTheWatchGoesOn) {
     QTest::mouseClick(Shown(), Qt::LeftButton);
     EXPECT_TRUE(form.centralWidget()->isEnabled());
     EXPECT_TRUE(companion::game.WatcherActive);
+    const std::string running = "The game is running. Kelvash comes back when it ends.";
+    EXPECT_EQ(form.Label_Info->text().toStdString(), running);
+    EXPECT_FALSE(form.Pul_Play->isEnabled());
+    EXPECT_NE(form.Pul_Play->toolTip().toStdString(), "");
+    EXPECT_TRUE(form.Pul_MoreInfo->isEnabled());
     robot.WillPress("The game is running", "OK"); // the level that is in can't be played twice at once
-    Press(&form, "Pul_Play");
+    Q_EMIT form.Combo_Livelli->doubleClicked(form.Combo_Livelli->currentIndex());
     EXPECT_TRUE(form.centralWidget()->isEnabled());
+    EXPECT_EQ(form.Label_Info->text().toStdString(), running);
     WaitUntil([this] { return !form.Timer1->isActive(); });
+    EXPECT_EQ(form.Label_Info->text().toStdString(), "");
+    EXPECT_TRUE(form.Pul_Play->isEnabled());
     EXPECT_EQ(Current(), "Alpha (*)");
 }
 

@@ -267,19 +267,24 @@ TEST_F(DialogGetDir, OpensAFolderOfTenThousandAtOnce) {
     EXPECT_LT(since.elapsed(), 5000); // milliseconds
 }
 
-TEST_F(DialogGetDir, SaysAtOnceWhatIsWrongWithItsFields) {
+TEST_F(DialogGetDir, SaysAtOnceBelowAFieldWhatIsWrongWithIt) {
     Open("C:\\Games");
     const auto note = [this](QLineEdit* field, const std::string& text) {
         Type(field, text);
         QTest::qWait(300);
-        return form.Note_Fields->text().toStdString();
+        return (field == form.Text_PathDir ? form.Note_Path : form.Note_Name)->text().toStdString();
     };
+    const QRect tree = form.Dir1->geometry();
     EXPECT_EQ(note(form.Text_PathDir, "C:\\Games\\delta"), "There is no such folder");
     EXPECT_EQ(form.Text_PathDir->accessibleDescription().toStdString(), "There is no such folder");
-    EXPECT_TRUE(form.Note_Fields->isVisible());
+    EXPECT_TRUE(form.Note_Path->isVisible());
+    EXPECT_GT(form.Note_Path->y(), form.Text_PathDir->geometry().bottom());
+    EXPECT_LT(form.Note_Path->geometry().bottom(), form.Text_Path->y());
+    EXPECT_EQ(form.Dir1->geometry(), tree) << "its room was kept";
     EXPECT_EQ(note(form.Text_PathDir, "alpha"), "") << "below the folder that is shown";
-    EXPECT_FALSE(form.Note_Fields->isVisible());
+    EXPECT_FALSE(form.Note_Path->isVisible());
     EXPECT_EQ(note(form.Text_Path, "ALPHA"), "A folder of this name is there already");
+    EXPECT_GT(form.Note_Name->y(), form.Text_Path->geometry().bottom());
     const std::string letters =
         R"(A name can't hold any of / \ < > : ? " * or a bar, and can't end with a dot)";
     EXPECT_EQ(note(form.Text_Path, "what?"), letters);
@@ -289,11 +294,11 @@ TEST_F(DialogGetDir, SaysAtOnceWhatIsWrongWithItsFields) {
 
 TEST_F(DialogGetDir, ItsNoteTakesTheColourOfTheDark) {
     Open("C:\\");
-    const QColor light = form.Note_Fields->palette().color(QPalette::WindowText);
+    const QColor light = form.Note_Path->palette().color(QPalette::WindowText);
     EXPECT_EQ(light, ui::ColourOf(ui::Role::Danger));
     ui::TakeLook(true);
     QApplication::processEvents();
-    const QColor dark = form.Note_Fields->palette().color(QPalette::WindowText);
+    const QColor dark = form.Note_Path->palette().color(QPalette::WindowText);
     EXPECT_EQ(dark, ui::ColourOf(ui::Role::Danger));
     EXPECT_NE(dark, light);
     ui::TakeLook(false);
@@ -303,7 +308,7 @@ TEST_F(DialogGetDir, DoesNotJudgeHalfAWord) {
     Open("C:\\Games");
     Type(form.Text_PathDir, "C:\\Ga");
     QApplication::processEvents();
-    EXPECT_EQ(form.Note_Fields->text().toStdString(), "");
+    EXPECT_EQ(form.Note_Path->text().toStdString(), "");
 }
 
 TEST_F(DialogGetDir, AnswersAsTheUsersFolderDialog) {

@@ -278,7 +278,9 @@ TEST_F(EveryForm, SaysWhatItsDestructiveButtonsTakeAway) {
         for (const QAbstractButton* button : open.findChildren<QAbstractButton*>()) {
             if (!button->property(ui::kDestructiveMark).toBool()) continue;
             marked.push_back(button->objectName().toStdString());
-            if (button->toolTip().isEmpty() || button->accessibleDescription() != button->toolTip())
+            const bool told = button->isEnabled() ? button->accessibleDescription() == button->toolTip()
+                                                  : !button->accessibleDescription().isEmpty();
+            if (button->toolTip().isEmpty() || !told) // a grey one's tip says why it is grey
                 silent.push_back(NameOf(open, button));
         }
     });

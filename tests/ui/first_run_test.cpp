@@ -167,6 +167,20 @@ TEST_F(GuidedFirstRun, ShowsAtEachQuestionWhichStepItBelongsTo) {
     EXPECT_EQ(screen.Page(), nullptr);
 }
 
+TEST_F(GuidedFirstRun, SaysInItsTitlesThatItIsADemo) {
+    screen.SetTitleNote(QStringLiteral("a demo sandbox"));
+    form.SetTitleNote(QStringLiteral("a demo sandbox"));
+    robot.Will("Dialog_TrovaTrle", [this](QWidget* window) {
+        ASSERT_NE(screen.Page(), nullptr);
+        EXPECT_EQ(screen.Page()->windowTitle().toStdString(), "Welcome to Kelvash  \u00b7  a demo sandbox");
+        Press(window, "Pul_Cancel");
+    });
+    robot.WillPress("This program cann't run without Tomb Raider Level Editor", "OK");
+    EXPECT_FALSE(Load());
+    form.ShowTitle();
+    EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash  \u00b7  a demo sandbox");
+}
+
 TEST_F(GuidedFirstRun, StopsAtTheStepThatWasGivenUp) {
     WillFindTrle();
     robot.WillPress("is original?", "No");
@@ -230,7 +244,7 @@ TEST_F(FirstRun, ComesBackToTheSameWindow) {
     {
         ui::Principale form(forms);
         form.show();
-        form.Page_Level->parentWidget()->show(); // as with an Archive
+        form.findChild<QWidget*>(QStringLiteral("Scroll_Page"))->show(); // as with an Archive
         form.resize(950, 705);
         auto* const splitter = form.findChild<QSplitter*>(QStringLiteral("Splitter1"));
         splitter->setSizes({400, 500});
@@ -244,7 +258,7 @@ TEST_F(FirstRun, ComesBackToTheSameWindow) {
     form.show();
     EXPECT_EQ(form.width(), 950);
     EXPECT_EQ(form.height(), 705);
-    form.Page_Level->parentWidget()->show();
+    form.findChild<QWidget*>(QStringLiteral("Scroll_Page"))->show();
     QApplication::processEvents();
     EXPECT_EQ(splitter->sizes(), sizes);
 }

@@ -21,6 +21,7 @@
 #include <QToolButton>
 #include <QToolTip>
 #include <algorithm>
+#include <utility>
 
 #include "core/level_draft.h"
 #include "core/profile.h"
@@ -158,7 +159,7 @@ class Fitting : public FormsHome {
     static void LookAtTabOrder(const QWidget& form, Faults& faults) {
         const QList<QWidget*> order = InTabOrder(form);
         for (qsizetype i = 1; i < order.size(); ++i) {
-            const QRect before = PlaceOf(form, order[i - 1]), now = PlaceOf(form, order[i]);
+            const auto [before, now] = PlacesOf(form, order[i - 1], order[i]);
             if (now.bottom() < before.top() && now.left() < before.right())
                 faults.push_back("from " + NameOf(form, order[i - 1]) + " back to " + NameOf(form, order[i]));
         }
@@ -191,6 +192,15 @@ class Fitting : public FormsHome {
     }
     static QRect PlaceOf(const QWidget& form, const QWidget* widget) {
         return {widget->mapTo(&form, QPoint()), widget->size()};
+    }
+    // Of two controls one of which scrolls with others, that of them all: the keyboard brings it into sight.
+    static std::pair<QRect, QRect> PlacesOf(const QWidget& form, const QWidget* one, const QWidget* other) {
+        const auto* const area = form.findChild<QScrollArea*>(QStringLiteral("Scroll"));
+        const bool apart = area != nullptr && area->isAncestorOf(one) != area->isAncestorOf(other);
+        const auto place = [&](const QWidget* control) {
+            return PlaceOf(form, apart && area->isAncestorOf(control) ? area : control);
+        };
+        return {place(one), place(other)};
     }
     // From the topmost control on, once around.
     static QList<QWidget*> InTabOrder(const QWidget& form) {
@@ -267,7 +277,7 @@ TEST_F(Fitting, NotesBelowFieldsFitToo) {
         LookForOverlaps(open, faults);
     });
     EXPECT_THAT(faults, IsEmpty());
-    EXPECT_EQ(notes, 6);
+    EXPECT_EQ(notes, 7);
 }
 
 TEST_F(Fitting, ThePagesWithNothingToShowFitToo) {
@@ -384,7 +394,7 @@ TEST_F(Fitting, LongPathsInAJobsWindowsFit) {
 TEST_F(Fitting, AFormThatIsTooLargeForItsScreenScrolls) {
     const QFont usual = QApplication::font();
     QFont large = usual;
-    large.setPointSizeF(usual.pointSizeF() * 3);
+    large.setPointSizeF(usual.pointSizeF() * 2);
     QApplication::setFont(large);
     {
         ui::Dialog_Settings settings(nullptr);
@@ -395,9 +405,33 @@ TEST_F(Fitting, AFormThatIsTooLargeForItsScreenScrolls) {
         EXPECT_LE(settings.width(), room.width());
         auto* const area = settings.findChild<QScrollArea*>(QStringLiteral("Scroll"));
         ASSERT_NE(area, nullptr);
-        EXPECT_FALSE(area->viewport()->rect().intersects(PlaceOf(settings, settings.Pul_Ok)));
-        area->ensureWidgetVisible(settings.Pul_Ok);
-        EXPECT_TRUE(area->viewport()->rect().contains(PlaceOf(settings, settings.Pul_Ok)));
+        for (const QPushButton* button : {settings.Pul_Help, settings.Pul_Ok, settings.Pul_Cancel}) {
+            EXPECT_TRUE(settings.rect().contains(PlaceOf(settings, button))) << "the row of buttons stays";
+            EXPECT_FALSE(area->isAncestorOf(button));
+        }
+        const auto bottom = [&] { return PlaceOf(settings, settings.Check_NoAutoCompila).bottom(); };
+        EXPECT_GT(bottom(), settings.Pul_Ok->y());
+        area->ensureWidgetVisible(settings.Check_NoAutoCompila);
+        EXPECT_LT(bottom(), settings.Pul_Ok->y());
+        Faults faults;
+        LookAtTabOrder(settings, faults);
+        EXPECT_THAT(faults, IsEmpty());
+    }
+    QApplication::setFont(usual);
+}
+
+TEST_F(Fitting, ARowOfButtonsThatIsTooWideForTheScreenScrollsToo) {
+    const QFont usual = QApplication::font();
+    QFont huge = usual;
+    huge.setPointSizeF(usual.pointSizeF() * 8);
+    QApplication::setFont(huge);
+    {
+        ui::Dialog_Settings settings(nullptr);
+        Show(settings);
+        EXPECT_LE(settings.width(), settings.screen()->availableSize().width());
+        const auto* const area = settings.findChild<QScrollArea*>(QStringLiteral("Scroll"));
+        ASSERT_NE(area, nullptr);
+        EXPECT_TRUE(area->isAncestorOf(settings.Pul_Ok));
     }
     QApplication::setFont(usual);
 }

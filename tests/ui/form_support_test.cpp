@@ -5,6 +5,7 @@
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTextLayout>
 
 #include "ui/theme.h"
 
@@ -62,6 +63,26 @@ TEST(Captions, ComeWithLineBreaksAsQtHasThem) {
 TEST(Captions, OfStrangersAreLettersAlone) {
     EXPECT_EQ(ShownText("a\x1B[2J\r\nb\u202E").toStdString(), "a\nb");
     EXPECT_EQ(ShownLine(std::string("a\0b\r\nc", 6)).toStdString(), "a b c");
+}
+
+// In any width.
+TEST(Captions, ALineDoesNotEndBetweenADriveAndItsFolders) {
+    const std::string told = "I can't overwrite (or create) file: C:\\Kelvash\\Swap_92786727.rec";
+    const QString text = WrappedText(told);
+    EXPECT_EQ(WithoutWraps(text).toStdString(), told);
+    int lines = 0;
+    for (int width = 40; width < 500; width += 5) {
+        QTextLayout layout(text, QApplication::font());
+        layout.beginLayout();
+        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+            line.setLineWidth(width);
+            const QString shown = WithoutWraps(text.mid(line.textStart(), line.textLength()));
+            EXPECT_FALSE(shown.endsWith(QLatin1String("C:"))) << width;
+            ++lines;
+        }
+        layout.endLayout();
+    }
+    EXPECT_GT(lines, 100);
 }
 
 TEST(Captions, AToolTipShowsMarkUpToTheLetter) {

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -12,6 +13,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <QTreeView>
 
 #include "foundation/drives.h"
 #include "foundation/messages.h"
@@ -92,13 +94,36 @@ TEST_F(FormsUserPort, ShowsMarkUpAsItStands) {
     forms.Message(MessageStyle::Plain, MessageText("<b>level</b>"));
 }
 
-TEST_F(FormsUserPort, SaysTheDemoOnceInATitle) {
-    forms.SetFirstTitle(QStringLiteral("A sandbox"));
-    robot.WillPress("one", "OK");
-    forms.Message(MessageStyle::Plain, MessageText("one"));
-    robot.WillPress("two", "OK");
-    forms.Message(MessageStyle::Plain, MessageText("two"));
-    EXPECT_THAT(robot.Seen(), ElementsAre("MessageBox\nA sandbox\none", "MessageBox\nKelvash\ntwo"));
+TEST_F(FormsUserPort, ADialogOfFilesShowsItsColumnsWholeAndKeepsItsSize) {
+    MakeFile(home / "a.kva", "x");
+    const auto look = [&](const std::function<void(QFileDialog&)>& act) {
+        robot.Will("Load one", [act](QWidget* window) {
+            auto* const dialog = qobject_cast<QFileDialog*>(window);
+            ASSERT_NE(dialog, nullptr);
+            act(*dialog);
+            dialog->reject();
+        });
+        EXPECT_FALSE(
+            forms
+                .OpenFile({MessageText("Load one"), MessageText("Archives (*.kva)|*.kva"), "C:\\Kelvash", {}})
+                .has_value());
+    };
+    look([](QFileDialog& dialog) {
+        dialog.resize(700, 420);
+        const auto* const list = dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+        ASSERT_NE(list, nullptr);
+        WaitUntil([&] { return list->model()->rowCount(list->rootIndex()) > 0; });
+        QTest::qWait(50);
+        int whole = 0;
+        for (int column = 0; column < list->model()->columnCount(); ++column) {
+            if (list->isColumnHidden(column)) continue;
+            const QString text = list->model()->index(0, column, list->rootIndex()).data().toString();
+            EXPECT_GE(list->columnWidth(column), list->fontMetrics().horizontalAdvance(text)) << column;
+            whole += list->columnWidth(column);
+        }
+        EXPECT_EQ(whole, list->viewport()->width()) << "the name has what is left";
+    });
+    look([](QFileDialog& dialog) { EXPECT_EQ(dialog.size(), QSize(700, 420)); });
 }
 
 TEST_F(FormsUserPort, AsksWithEachSetOfButtons) {

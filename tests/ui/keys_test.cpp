@@ -52,7 +52,7 @@ TEST_F(Keys, OfTheMainFormAreTold) {
                     "Savegames: Ctrl+F = Find savegames with description contains  ...",
                     "Savegames: Ctrl+N = Find next savegame", "Savegames: Ctrl+P = Find previous savegame",
                     "Help: F1 = Help Kelvash", "Help: ? = Keys", "Tool bar: Ctrl+Return, Ctrl+Enter = Play",
-                    "Tool bar: Ctrl+L = Search"));
+                    "Tool bar: Ctrl+L = Search", "Find: Esc = Empty the search"));
 }
 
 TEST_F(Keys, AChangedKeyIsToldAsItIs) {
@@ -72,7 +72,7 @@ TEST_F(Keys, NoneHasNoWords) {
             if (shortcut->whatsThis().isEmpty()) wordless.push_back(shortcut->key().toString().toStdString());
         }
     EXPECT_THAT(wordless, IsEmpty());
-    EXPECT_EQ(keys, 6);
+    EXPECT_EQ(keys, 7);
 }
 
 TEST_F(Keys, TheSheetComesByItsOwnKey) {

@@ -68,6 +68,14 @@ TEST_F(Library, TheMarkOfTheLevelInTrleFollowsASwap) {
     EXPECT_TRUE(Levels().Row(1).in_trle);
 }
 
+TEST_F(Library, EscEmptiesTheSearch) {
+    Type("alpha");
+    EXPECT_EQ(Shown().size(), 1U);
+    QTest::keyClick(form.Text_Search, Qt::Key_Escape);
+    EXPECT_EQ(form.Text_Search->text().toStdString(), "");
+    EXPECT_EQ(Shown().size(), 4U);
+}
+
 TEST_F(Library, TilesShowTheSameLevelsInTheSameOrderWithTheSameSelection) {
     core::SelectLevel(3);
     const std::vector<std::string> before = Shown();

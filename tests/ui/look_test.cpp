@@ -6,9 +6,12 @@
 #include <QCheckBox>
 #include <QListWidget>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QStyleOptionButton>
+#include <QTest>
 #include <QToolButton>
 #include <algorithm>
 
@@ -47,6 +50,17 @@ TEST(Look, EveryTextCanBeReadOnEverySurface) {
 TEST(Look, TextOnTheAccentCanBeRead) {
     for (const QPalette& palette : Palettes())
         EXPECT_GE(ContrastOf(ColourOf(Role::OnAccent, palette), ColourOf(Role::Accent, palette)), kReadable);
+}
+
+TEST(Look, WhatWasFoundCanBeReadAndStandsOutFromItsRow) {
+    for (const bool dark : {false, true})
+        for (const bool chosen : {false, true}) {
+            const QPalette palette = OwnPalette(dark);
+            const QColor found = FoundGround(palette, chosen);
+            EXPECT_GE(ContrastOf(ColourOf(Role::Text, palette), found), kReadable) << dark << chosen;
+            const QColor row = chosen ? ChosenGround(palette) : palette.color(QPalette::Base);
+            EXPECT_GE(ContrastOf(found, row), 1.3) << dark << chosen;
+        }
 }
 
 TEST(Look, ContrastIsThatOfTheLuminance) {
@@ -91,6 +105,30 @@ TEST(Look, AChosenRowIsTintedByTheAccentWithTheKeyboardOnItOrNot) {
         EXPECT_NEAR(shown.green(), wanted.green(), 2);
         EXPECT_NEAR(shown.blue(), wanted.blue(), 2);
     }
+}
+
+TEST(Look, AnEmptyListOrTextShowsThatItHasTheKeyboard) {
+    QWidget form;
+    QListWidget list(&form);
+    QPlainTextEdit text(&form);
+    text.move(0, 100);
+    for (QAbstractScrollArea* area :
+         {static_cast<QAbstractScrollArea*>(&list), static_cast<QAbstractScrollArea*>(&text)})
+        area->resize(120, 80);
+    form.resize(200, 200);
+    form.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&form));
+    const auto edge = [&form](const QWidget& area) {
+        const QImage shown = form.grab().toImage();
+        const QPoint place = area.geometry().topLeft() + QPoint(area.width() / 2, 0);
+        return shown.pixelColor(place * shown.devicePixelRatio());
+    };
+    text.setFocus();
+    EXPECT_EQ(edge(text), ColourOf(Role::Accent));
+    EXPECT_NE(edge(list), ColourOf(Role::Accent));
+    list.setFocus();
+    EXPECT_EQ(edge(list), ColourOf(Role::Accent));
+    EXPECT_NE(edge(text), ColourOf(Role::Accent));
 }
 
 // As on a desktop with colours of its own that goes from light to dark.
@@ -168,6 +206,64 @@ TEST(Look, AMarkTellsWhetherItsOptionHolds) {
         EXPECT_EQ(colour(), ColourOf(Role::Accent));
     }
     TakeLook(false);
+}
+
+// The handle stands out from the groove, which is the ground of what is scrolled.
+TEST(Look, AScrollBarsHandleStandsOutFromItsGround) {
+    constexpr double kSeen = 3; // contrast of what is no text
+    for (const bool dark : {false, true}) {
+        TakeLook(dark);
+        for (const Qt::Orientation way : {Qt::Vertical, Qt::Horizontal}) {
+            QScrollBar bar(way);
+            bar.setRange(0, 100);
+            bar.setPageStep(50);
+            bar.setValue(100);
+            bar.resize(way == Qt::Vertical ? QSize(12, 120) : QSize(120, 12));
+            const QImage shown = bar.grab().toImage();
+            const auto at = [&](int along) {
+                const QPoint place = way == Qt::Vertical ? QPoint(6, along) : QPoint(along, 6);
+                return shown.pixelColor(place * shown.devicePixelRatio());
+            };
+            for (const int free : {2, 40, 78}) // arrows would be at the first
+                EXPECT_EQ(at(free), ColourOf(Role::Surface)) << dark << free;
+            for (const int handle : {86, 100, 114})
+                EXPECT_GE(ContrastOf(at(handle), ColourOf(Role::Surface)), kSeen) << dark << handle;
+        }
+    }
+    TakeLook(false);
+}
+
+TEST(Look, AScrollBarIsWorkedByTheMouse) {
+    QScrollBar bar(Qt::Vertical);
+    bar.setRange(0, 100);
+    bar.setPageStep(50);
+    bar.resize(12, 120);
+    bar.show();
+    QTest::mouseClick(&bar, Qt::LeftButton, {}, {6, 110});
+    EXPECT_EQ(bar.value(), 50) << "a page";
+    QTest::mousePress(&bar, Qt::LeftButton, {}, {6, 60});
+    QTest::mouseMove(&bar, {6, 119});
+    QTest::mouseRelease(&bar, Qt::LeftButton, {}, {6, 119});
+    EXPECT_EQ(bar.value(), 100);
+}
+
+// Some captions begin with a blank, others don't.
+TEST(Look, TextsOfOptionsBeginAtOnePlace) {
+    const auto begin = [](const QString& caption) {
+        QCheckBox box(caption);
+        box.resize(200, box.sizeHint().height());
+        const QImage shown = box.grab().toImage();
+        QStyleOptionButton option;
+        option.initFrom(&box);
+        const double scale = shown.devicePixelRatio();
+        const int mark = box.style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, &box).right();
+        for (int x = static_cast<int>((mark + 3) * scale); x < shown.width(); ++x)
+            for (int y = 0; y < shown.height(); ++y)
+                if (shown.pixelColor(x, y).lightness() < 90) return x;
+        return -1;
+    };
+    EXPECT_GT(begin(QStringLiteral("HHH")), 0);
+    EXPECT_EQ(begin(QStringLiteral(" HHH")), begin(QStringLiteral("HHH")));
 }
 
 TEST(Icons, EachGlyphHasADrawing) {

@@ -14,6 +14,7 @@
 
 #include "program/messages.h"
 #include "support/ui_home.h"
+#include "ui/form_support.h"
 #include "ui/look.h"
 #include "ui/look_style.h"
 
@@ -53,7 +54,8 @@ TEST_F(MessageBoxes, SetTheFirstLineOfALongTextAsItsHeadline) {
     Tell("I can't copy this file:\r\nC:\\Games\\trle\\tomb4.exe\r\n\r\nIs it in use?", [](MessageBox& box) {
         EXPECT_EQ(box.text().toStdString(), "I can't copy this file:");
         EXPECT_EQ(Headline(box)->font(), ui::FontOf(ui::Type::Title));
-        EXPECT_EQ(box.informativeText().toStdString(), "C:\\Games\\trle\\tomb4.exe\n\nIs it in use?");
+        EXPECT_EQ(ui::WithoutWraps(box.informativeText()).toStdString(),
+                  "C:\\Games\\trle\\tomb4.exe\n\nIs it in use?");
         EXPECT_LT(Rest(box)->font().pointSizeF(), Headline(box)->font().pointSizeF());
     });
     EXPECT_TRUE(robot.HasSeen("I can't copy this file:\nC:\\Games\\trle\\tomb4.exe\n\nIs it in use?"));
@@ -196,7 +198,7 @@ TEST_F(MessageBoxes, CopyTheirWholeTextByMenuAndKey) {
 
 TEST_F(MessageBoxes, CopyAPathThatIsSelected) {
     Tell("Not there:\r\nC:\\a b\\c.tr4", [](MessageBox& box) {
-        Rest(box)->setSelection(3, 3);
+        Rest(box)->setSelection(4, 3); // behind the drive stands a mark that is not seen
         CopyText(box)->trigger();
         EXPECT_EQ(Copied(), "a b");
     });

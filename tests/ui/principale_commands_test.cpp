@@ -162,6 +162,7 @@ TEST_F(PrincipaleCommands, LoadOpensAnotherArchive) {
     Choose(Entry::mnu_Load);
     EXPECT_TRUE(form.Text_Search->text().isEmpty()) << "what was sought in the former one";
     EXPECT_EQ(form.windowTitle().toStdString(), "Kelvash: 2 (two.kva levels)");
+    EXPECT_THAT(BytesOf(home / "Kelvash.prf"), HasSubstr("C:\\Kelvash\\two.kva ")) << "a kill may follow";
     EXPECT_THAT(Shown(), ElementsAre("- TRLE: Original configuration - (*)", "City of Gold"));
 }
 

@@ -51,6 +51,7 @@ class SavegamePanel : public PrincipaleHome {
                           list->visualItemRect(list->item(row)).center());
     }
     std::string Note() const { return form.Text_NoteSaveGame->toPlainText().toStdString(); }
+    std::string Said() const { return form.Label_Info->text().toStdString(); }
     std::string Places() const { return form.Label_InfoDir->text().toStdString(); }
 };
 
@@ -111,6 +112,58 @@ TEST_F(SavegamePanel, ArchivesAndTheCountsFollow) {
     EXPECT_EQ(form.List_SaveGameArchiviati->count(), 6);
     EXPECT_TRUE(robot.Seen().empty());
     EXPECT_EQ(Places(), "Path: \"C:\\Levels\\LEVEL_0001\"  -  Screenshots: 0 - Savegames: 1 + 6");
+    EXPECT_EQ(Said(), "Archived: 3 savegames");
+    Press(&form, "Pul_ArchiviaSavegames");
+    EXPECT_EQ(Said(), "Nothing was archived: the newest savegame always stays in the slots");
+}
+
+TEST_F(SavegamePanel, WhatNeedsAChoiceIsGreyWithoutOneAndSaysWhy) {
+    struct Expected {
+        QPushButton* button;
+        std::string why;
+    };
+    const std::array<Expected, 4> all = {{{form.Pul_RestoreSaveGame, "Choose one of the old savegames first"},
+                                          {form.Pul_DeleteSavegame, "Choose a savegame first"},
+                                          {form.Pul_ExportSaveGame, "Choose a savegame first"},
+                                          {form.Pul_ChangeScreenshot, "Choose a savegame first"}}};
+    const auto enabled = [&] {
+        std::vector<bool> now;
+        for (const Expected& expected : all)
+            now.push_back(expected.button->isEnabled());
+        return now;
+    };
+    form.List_SaveGameTomb->clearSelection();
+    form.List_SaveGameArchiviati->clearSelection();
+    EXPECT_EQ(enabled(), (std::vector<bool>{false, false, false, false}));
+    for (const Expected& expected : all)
+        EXPECT_EQ(expected.button->toolTip().toStdString(), expected.why);
+    Click(form.List_SaveGameTomb, 0);
+    EXPECT_EQ(enabled(), (std::vector<bool>{false, true, true, true}));
+    Click(form.List_SaveGameArchiviati, 0);
+    EXPECT_EQ(enabled(), (std::vector<bool>{true, true, true, true}));
+    EXPECT_EQ(form.Pul_RestoreSaveGame->toolTip().toStdString(), "");
+    EXPECT_EQ(form.Pul_DeleteSavegame->toolTip(), form.Pul_DeleteSavegame->accessibleDescription());
+    EXPECT_TRUE(form.Pul_ArchiviaSavegames->isEnabled());
+    EXPECT_TRUE(form.Pul_ImportSavegame->isEnabled());
+}
+
+TEST_F(SavegamePanel, ListsShowWholeRowsAndAreOfOneWidth) {
+    form.ShowPanel(false);
+    for (const int width : {1000, 1200})
+        for (const int height : {560, 571, 700, 756}) {
+            form.resize(width, height);
+            QTest::qWait(20);
+            EXPECT_NEAR(form.List_SaveGameTomb->width(), form.List_SaveGameArchiviati->width(), 1);
+            const int row = form.List_SaveGameTomb->visualItemRect(form.List_SaveGameTomb->item(0)).height();
+            for (const QListWidget* list : {form.List_SaveGameTomb, form.List_SaveGameArchiviati}) {
+                EXPECT_EQ(list->viewport()->height() % row, 0) << height;
+                EXPECT_GE(list->viewport()->height(), 3 * row);
+            }
+        }
+    form.resize(1212, 756);
+    QTest::qWait(20);
+    const int row = form.List_SaveGameTomb->visualItemRect(form.List_SaveGameTomb->item(0)).height();
+    EXPECT_GE(form.List_SaveGameTomb->viewport()->height(), 6 * row);
 }
 
 TEST_F(SavegamePanel, TheMenuTellsThatItHasArchivedAndRestored) {
@@ -129,9 +182,10 @@ TEST_F(SavegamePanel, MovesAnArchivedOneIntoTheSlots) {
         "You must select a savegame from [Old Recorded Savegames] list and then click on this button "
         "to move this savegame in [Current Savegames in tomb raider slots] list",
         "OK");
-    Press(&form, "Pul_RestoreSaveGame");
+    form.Savegames().RestoreToSlots(); // its button is grey
     Click(form.List_SaveGameArchiviati, 1);
     Press(&form, "Pul_RestoreSaveGame");
+    EXPECT_EQ(Said(), "In the slots now: 2 Gate  (02/05/2004  12:00:00)");
     EXPECT_EQ(form.List_SaveGameTomb->count(), 4);
     EXPECT_EQ(BytesOf(StashPath(1) / "note0.txt"), "the crane\r\n");
     EXPECT_EQ(form.Savegames().GetSelectedSavegame().index, 1); // chosen again
@@ -139,11 +193,12 @@ TEST_F(SavegamePanel, MovesAnArchivedOneIntoTheSlots) {
 
 TEST_F(SavegamePanel, DeletesAndChoosesTheNextOrTheLast) {
     robot.WillPress("No savegame selected", "OK");
-    Press(&form, "Pul_DeleteSavegame");
+    Choose(Entry::mnu_DelSavegame); // the button is grey
     Click(form.List_SaveGameArchiviati, 2);
     robot.WillPress("Delete savegame [3 Gate  (03/05/2004  12:00:00)] ?", "Yes");
     Press(&form, "Pul_DeleteSavegame");
     EXPECT_EQ(form.List_SaveGameArchiviati->count(), 2);
+    EXPECT_EQ(Said(), "Deleted: 3 Gate  (03/05/2004  12:00:00)");
     EXPECT_EQ(form.Savegames().GetSelectedSavegame().index, 1);
     Click(form.List_SaveGameTomb, 0);
     robot.WillPress("Delete savegame [5 Gate", "Yes");
