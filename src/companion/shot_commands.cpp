@@ -18,6 +18,7 @@
 #include "foundation/place.h"
 #include "foundation/process.h"
 #include "foundation/text.h"
+#include "foundation/tool.h"
 #include "foundation/user.h"
 
 namespace kelvash::companion {

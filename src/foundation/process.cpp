@@ -55,10 +55,6 @@ bool HoldsOpen(std::int64_t process_id, const std::vector<std::string>& files) {
     return platform::HoldsOpen(process_id, files);
 }
 
-std::string PathFor(std::string_view program, std::string_view path) {
-    return ReadFileStart(program, 2) == "MZ" ? std::string(path) : TextOfNative(NativePath(path));
-}
-
 std::int64_t FindProcessOf(std::string_view program) {
     return platform::FindProcessOf(NativePath(program));
 }

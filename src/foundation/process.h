@@ -48,10 +48,6 @@ void KillProcess(const Process& process);
 // on.
 void ReleaseProcess(Process& process);
 
-// A path in a program's arguments, as the program takes it: a Windows program the path text, any other the
-// platform's own.
-std::string PathFor(std::string_view program, std::string_view path);
-
 // Id of a process that runs a program, whoever has started it; 0 if there is none. A few milliseconds.
 std::int64_t FindProcessOf(std::string_view program);
 

@@ -14,7 +14,6 @@ class MailOfAShot : public ShotsHome {};
 
 TEST_F(MailOfAShot, HasThePictureAndItsLevelInTheSubject) {
     const Mail mail = companion::ScreenshotMail(1, PathOf("1) City.jpg"));
-    EXPECT_EQ(mail.To, "");
     EXPECT_EQ(mail.Subject, "Screenshot 1) City.jpg of level: City");
     EXPECT_EQ(mail.Text, "A screenshot is attached.");
     EXPECT_THAT(mail.Attachments, ElementsAre(PathOf("1) City.jpg")));

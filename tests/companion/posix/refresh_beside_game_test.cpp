@@ -47,7 +47,7 @@ class RefreshBesideAGame : public SavegameHome {
     }
     void Record() {
         MessageText why;
-        ASSERT_TRUE(swap::BeginMoving(trle_state::OwnerOf(core::PlaceOf(1)), {}, why)) << why.text;
+        ASSERT_TRUE(swap::BeginMoving(trle_state::OwnerOf(core::PlaceOf(1)), why)) << why.text;
     }
     pid_t game_ = 0;
 };
