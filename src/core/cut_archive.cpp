@@ -31,7 +31,7 @@ void KeepCutArchive(const std::string& path, const ArchiveContents& contents) {
     ShowMessage(MessageStyle::Exclamation,
                 LoadMessage(is_kept ? msg::kArchiveCut : msg::kArchiveCutNotKept,
                             {FileNameOf(path), std::to_string(contents.Whole),
-                             std::to_string(contents.Stated), FileNameOf(copy), kLineBreak}));
+                             std::to_string(contents.Stated), FileNameOf(copy), kLineBreak, kLineBreak}));
 }
 
 } // namespace kelvash::core

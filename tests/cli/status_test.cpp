@@ -67,8 +67,11 @@ TEST_F(Status, OfAnArchiveThatEndsEarlyCountsWhatIsThere) {
     fs::resize_file(home / "LevelArchive.kva", 600);
     const CliRun run = Json({"status"});
     EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(
+    EXPECT_THAT(
         run.lines.at(0),
+        testing::HasSubstr("The file of the Archive 'LevelArchive.kva' has been cut off: 0 of its 1 levels"));
+    EXPECT_EQ(
+        run.lines.at(1),
         R"({"event":"result","ok":true,"trle":"C:\\trle","archive":"C:\\Kelvash\\LevelArchive.kva","levels":1,"installed":0,"owner":"","fullBackup":true,"backupValid":true,"cutShort":null})");
 }
 

@@ -489,11 +489,12 @@ TEST_F(ArchiveTest, ACutFileIsToldOfAndKeptBeforeItsLossIsSaved) {
     MakeFile(home / "other.kva", cut);
     for (int start = 0; start < 2; ++start) { // the second finds the copy of the first
         ASSERT_TRUE(LoadArchive(kOther));
-        EXPECT_THAT(user.Told(),
-                    ElementsAre("exclamation: The file of the Archive 'other.kva' has been cut off: 1 of its 3 "
-                                "levels are whole in it. It has been kept as 'other.kva.cut'.\n\nThe levels "
-                                "themselves are in their folders: [Tools->Archive maintenance->Recover archive "
-                                "from HD folder] takes those up that are missing in the list."));
+        EXPECT_THAT(
+            user.Told(),
+            ElementsAre("exclamation: The file of the Archive 'other.kva' has been cut off: 1 of its 3 "
+                        "levels are whole in it. It has been kept as 'other.kva.cut'.\r\n\r\nThe levels "
+                        "themselves are in their folders: [Tools->Archive maintenance->Recover archive "
+                        "from HD folder] takes those up that are missing in the list."));
         user.Forget();
     }
     EXPECT_EQ(archive.Table.Size(), 2) << "as far as the file goes";
@@ -510,6 +511,7 @@ TEST_F(ArchiveTest, ACutFileTakesNoOthersCopy) {
     MakeFile(home / "other.kva", cut);
     MakeFile(home / "other.kva.cut", "an older one");
     ASSERT_TRUE(LoadArchive(kOther));
+    EXPECT_THAT(user.Told(), ElementsAre(testing::HasSubstr("kept as 'other.kva.cut2'")));
     EXPECT_EQ(BytesOf(home / "other.kva.cut"), "an older one");
     EXPECT_EQ(BytesOf(home / "other.kva.cut2"), cut);
 }

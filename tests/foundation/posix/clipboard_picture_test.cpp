@@ -437,7 +437,10 @@ TEST_F(ClipboardPictureOf, ThisProgramTellsSinceWhenAndRefusesTheRest) {
 TEST_F(ClipboardPictureOf, ThisProgramGivesWayToAnother) {
     ASSERT_TRUE(PutClipboardPicture("BM12345678"));
     const OtherProgram other(Manner::Gives, "image/bmp", "BMother");
-    EXPECT_EQ(Read().Bytes, "BMother");
+    ClipboardPicture picture = Read();
+    for (int i = 0; i < 20 && picture.Content == ClipboardContent::Slow; ++i)
+        picture = Read();
+    EXPECT_EQ(picture.Bytes, "BMother");
     ASSERT_TRUE(PutClipboardPicture("BMagain"));
     EXPECT_EQ(Read().Bytes, "BMagain");
 }

@@ -91,7 +91,10 @@ zip64) level '' maze; pack -fz ;;
 self_extracting) level '' maze; pack; printf 'MZ a stub in front' | cat - "$zip" >sfx; mv sfx "$zip"
     zip -q -A "$zip" ;;
 with_comment) level '' maze; pack; printf 'A comment\nof two lines' | zip -q -z "$zip" ;;
-music_as_mp3) level '' maze; put 105.mp3; pack ;;
+music_as_mp3)
+    level '' maze; sox -n -r 44100 -c 2 -b 16 tone.wav synth 1 sine 440; lame --quiet tone.wav 105.mp3; rm tone.wav
+    pack ;;
+music_that_is_none) level '' maze; put 105.mp3; pack ;;
 engine_folder)
     put 'Play.exe'; put README.txt; level 'Engine/' x; mv Engine/x.tr4 Engine/maze.tr4; mkdir Engine/data
     mv Engine/maze.tr4 Engine/data; put Engine/data/title.tr4; put Engine/audio/105.wav; put Engine/tomb4.exe
