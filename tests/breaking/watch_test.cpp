@@ -43,8 +43,10 @@ class Watch : public BreakingHome {
     std::string Watcher() const {
         std::error_code error;
         for (const fs::directory_entry& entry : fs::directory_iterator(runtime / "kelvash", error))
-            if (entry.path().filename().string().ends_with(".watch.lock"))
-                return Split(BytesOf(entry.path()), '\n').front();
+            if (entry.path().filename().string().ends_with(".watch.lock")) {
+                const std::string text = BytesOf(entry.path());
+                return text.substr(0, text.find('\n'));
+            }
         return {};
     }
     static bool Becomes(const std::function<bool()>& state, int seconds = 30) {

@@ -16,8 +16,7 @@ using PrincipaleEmpty = PrincipaleHome;
 TEST_F(PrincipaleEmpty, SaysWhatHelpsWhereThereIsNoScreenshot) {
     core::SelectLevel(2);
     EXPECT_TRUE(form.Empty_Shots->isVisible());
-    EXPECT_EQ(form.Empty_Shots->Sentence().toStdString(),
-              "Press Print Screen in the game to take some");
+    EXPECT_EQ(form.Empty_Shots->Sentence().toStdString(), "Press Print Screen in the game to take some");
     EXPECT_TRUE(form.Image1->isVisible()) << "the default picture has its place";
     MakeFile(drive / "1.bmp", MakeBitmap({}));
     robot.WillChooseFile("Select an image to add in screen-shot list", drive / "1.bmp");
