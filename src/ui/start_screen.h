@@ -2,6 +2,7 @@
 // that leads through its questions.
 #pragma once
 
+#include <QString>
 #include <memory>
 #include <optional>
 
